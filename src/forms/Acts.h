@@ -1,0 +1,51 @@
+#pragma once
+
+#include "forms/Controls.h"
+#include "forms/Form.h"
+
+namespace zv {
+
+class ComboBox;
+class MSFlexGrid;
+class TabStrip;
+
+/// Keys without a character, and those that have a meaning of their own.
+enum class Key { Enter, Escape, Tab, BackTab, Backspace, Delete, Left, Right, Up, Down, Home, End };
+
+/// What a person does at a form. Each act first moves the focus to the control, if it is not there: LostFocus of the
+/// old, then GotFocus of the new; then the act's own events. A failure of a handler ends in Form::guarded.
+/// An act on what cannot be acted upon does nothing and returns false.
+class Acts {
+public:
+    explicit Acts(Form& form) : form_(form) {}
+
+    bool focus(Control& control);
+    /// Clicks a button, an option, a tick box.
+    bool click(Control& control);
+    /// Types the characters at the caret, each as a key.
+    bool type(Control& control, StringView text);
+    bool key(Control& control, Key key);
+    /// Replaces the selection as from the clipboard: no key events, cut to MaxLength, one Change.
+    bool paste(TextBox& box, StringView text);
+    /// Sets the selection as with the mouse; what lies outside the text is cut.
+    bool select(TextBox& box, Long start, Long length);
+    /// Opens the list and chooses the entry; Click comes even when it was chosen already. 381 if there is no such entry.
+    bool choose(ComboBox& box, Long index);
+    /// Clicks a cell: LeaveCell, EnterCell, Click. 381 if there is no such cell.
+    bool clickCell(MSFlexGrid& grid, Long row, Long column);
+    /// Two clicks, the second followed by DblClick.
+    bool doubleClickCell(MSFlexGrid& grid, Long row, Long column);
+    /// Scrolls until that row is the first under the header; no event where all rows fit.
+    bool scroll(MSFlexGrid& grid, Long row);
+    /// Clicks tab n, counted from 1. 381 if there is none.
+    bool clickTab(TabStrip& strip, Long tab);
+    /// Clicks the background of the form.
+    bool clickBackground();
+    /// Closes the window by its frame.
+    bool close();
+
+private:
+    Form& form_;
+};
+
+} // namespace zv

@@ -1,0 +1,123 @@
+#pragma once
+
+#include "forms/Control.h"
+#include "forms/Picture.h"
+
+namespace zv {
+
+/// The controls of a form in their order. By name: Count, Item(position from 0).
+class ControlList final : public Object {
+public:
+    auto begin() const { return controls_.begin(); }
+    auto end() const { return controls_.end(); }
+    std::size_t Count() const { return controls_.size(); }
+
+    StringView TypeName() const override { return u"Controls"; }
+    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+private:
+    friend class Control;
+    std::vector<Control*> controls_;
+};
+
+/// A modal dialog: the model of its window, and its life. An instance lives until the process ends and is loaded afresh by
+/// each Show that finds it unloaded.
+class Form : public PropertyOwner, public Container {
+public:
+    const String& Name() const { return name_; }
+
+    Property<String> Caption{*this, u"Caption"};
+    Property<String> Tag{*this, u"Tag"};
+    Property<bool> Enabled{*this, u"Enabled", true};
+    Property<bool> Visible{*this, u"Visible", false};
+    /// 0 is the default pointer, 11 the hourglass.
+    Property<Integer> MousePointer{*this, u"MousePointer"};
+    /// Twips, the frame of the window not counted.
+    Property<Long> Width{*this, u"Width"};
+    Property<Long> Height{*this, u"Height"};
+    /// "B" when the row is in use by another user.
+    Property<String> MarcaBloqueo{*this, u"MarcaBloqueo"};
+    Picture Icon;
+    ControlList Controls;
+
+    bool loaded() const { return loaded_; }
+    /// Puts everything back to its design state and runs Form_Load. A failure of Form_Load leaves the form unloaded and is the
+    /// caller's. Does nothing if the form is loaded.
+    void Load();
+    /// Loads if need be, makes the form visible, runs Form_Activate, and returns when the form is hidden or unloaded.
+    void Show();
+    void Hide();
+    /// Runs Form_Unload and ends the load, even if Form_Unload fails; that failure is then the caller's.
+    /// Does nothing if the form is not loaded.
+    void Unload();
+
+    /// The control that has the focus, or none.
+    Control* ActiveControl() const { return focus_; }
+    /// The control of that name (and index), or nullptr. Does not load the form.
+    Control* find(StringView name, int index = Control::noIndex) const;
+    /// A control reached from outside: loads the form. Fails with 438 if there is none of that name.
+    Control& reach(StringView name, int index = Control::noIndex);
+
+    /// Runs the handlers of one event of a person's act. A failure that no routine trapped ends here: it is shown, the
+    /// pointer goes back to the default, and a form that the handler had disabled is enabled again.
+    void guarded(const std::function<void()>& event);
+
+    StringView TypeName() const override { return name_; }
+    /// Beside the properties: Name, Controls, Show, Hide.
+    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+    Form& containingForm() override { return *this; }
+    Frame* asFrame() override { return nullptr; }
+
+protected:
+    explicit Form(StringView name) : name_(name) {}
+
+    virtual void Form_Load() {}
+    virtual void Form_Activate() {}
+    virtual void Form_Click() {}
+    virtual void Form_Unload() {}
+
+    /// Binds an event of a control to a handler of the dialog.
+    template <class F, class... A> void on(Event<A...>& event, void (F::*handler)(A...))
+    {
+        event.bind([self = static_cast<F*>(this), handler](A... args) { (self->*handler)(args...); });
+    }
+    /// The same for each element of a control array: the handler gets the element's index first.
+    template <class C, std::size_t N, class F, class... A>
+    void on(ControlArray<C, N>& array, Event<A...> C::*event, void (F::*handler)(int, A...))
+    {
+        for (C& element : array)
+            (element.*event).bind([self = static_cast<F*>(this), handler, index = element.Index()](A... args) {
+                (self->*handler)(index, args...);
+            });
+    }
+
+private:
+    friend class Control;
+    friend class Acts;
+    void propertyChanged(const PropertyBase& property) override;
+    /// Moves the focus: LostFocus of the old control, GotFocus of the new one (none for nullptr).
+    void moveFocus(Control* to, bool fromCode);
+    /// Gives the focus to the next control that can have it when the one that has it no longer can.
+    void settleFocus();
+
+    String name_;
+    bool loaded_ = false;
+    bool sealed_ = false;
+    bool unloading_ = false;
+    Control* focus_ = nullptr;
+};
+
+/// The hourglass over a form while a routine works; the default pointer is back at its end.
+class Hourglass {
+public:
+    explicit Hourglass(Form& form) : form_(form) { form_.MousePointer = Integer{11}; }
+    ~Hourglass() { form_.MousePointer = Integer{0}; }
+    Hourglass(const Hourglass&) = delete;
+    Hourglass& operator=(const Hourglass&) = delete;
+
+private:
+    Form& form_;
+};
+
+} // namespace zv

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "runtime/Object.h"
+
+namespace zv {
+
+class PropertyBase;
+
+/// A form or a control: an object whose members are properties. Each property has a design value, to which
+/// every load of the form puts it back.
+class PropertyOwner : public Object {
+public:
+    /// Remembers the present values as the design.
+    void sealDesign();
+    /// Puts every property back to its design, without events.
+    virtual void restoreDesign();
+    /// The property of that name, or none.
+    PropertyBase* findProperty(StringView name) const;
+
+    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+private:
+    friend class PropertyBase;
+    /// Told after a property's value has changed, so that a view can follow.
+    virtual void propertyChanged(const PropertyBase& property) = 0;
+    std::vector<PropertyBase*> properties_;
+};
+
+class PropertyBase {
+public:
+    PropertyBase(PropertyOwner& owner, StringView name);
+    PropertyBase(const PropertyBase&) = delete;
+    virtual ~PropertyBase() = default;
+
+    StringView name() const { return name_; }
+    virtual Value get() const = 0;
+    virtual void let(const Value& value) = 0;
+
+protected:
+    PropertyBase& operator=(const PropertyBase&) { return *this; }
+    void tellChange() { owner_.propertyChanged(*this); }
+
+private:
+    friend class PropertyOwner;
+    virtual void seal() = 0;
+    virtual void restore() = 0;
+    PropertyOwner& owner_;
+    StringView name_; ///< A literal.
+};
+
+/// Conversion of a late-bound value to the type of a property.
+template <class T> T valueTo(const Value& value);
+template <> inline String valueTo(const Value& value) { return CStr(value); }
+template <> inline bool valueTo(const Value& value) { return CBool(value); }
+template <> inline Byte valueTo(const Value& value) { return CByte(value); }
+template <> inline Integer valueTo(const Value& value) { return CInt(value); }
+template <> inline Long valueTo(const Value& value) { return CLng(value); }
+template <> inline Double valueTo(const Value& value) { return CDbl(value); }
+
+/// A property that is read and assigned like a variable. What an assignment does beyond storing (cutting a text, raising an
+/// event) is the `assign` rule, which stores with store().
+template <class T> class Property final : public PropertyBase {
+public:
+    using Assign = std::function<void(const T&)>;
+    Property(PropertyOwner& owner, StringView name, T design = {}, Assign assign = nullptr)
+        : PropertyBase(owner, name), value_(design), design_(design), assign_(std::move(assign))
+    {
+    }
+
+    operator const T&() const { return value_; }
+    const T& operator()() const { return value_; }
+    Property& operator=(const T& value)
+    {
+        if (assign_)
+            assign_(value);
+        else
+            store(value);
+        return *this;
+    }
+    Property& operator=(const Property& other) { return *this = other.value_; }
+    /// Fails as the conversion does (94 for Null).
+    Property& operator=(const Value& value) { return *this = valueTo<T>(value); }
+
+    /// Keeps the value and tells the view, with no other consequence.
+    void store(const T& value)
+    {
+        if (value == value_)
+            return;
+        value_ = value;
+        tellChange();
+    }
+
+    Value get() const override { return value_; }
+    void let(const Value& value) override { *this = value; }
+
+private:
+    void seal() override { design_ = value_; }
+    void restore() override { store(design_); }
+    T value_;
+    T design_;
+    Assign assign_;
+};
+
+inline String operator+(const Property<String>& left, StringView right) { return left() + String(right); }
+
+} // namespace zv

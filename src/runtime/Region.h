@@ -1,0 +1,25 @@
+#pragma once
+
+#include "runtime/String.h"
+
+namespace zv {
+
+/// Regional settings of the machine, as far as numbers need them.
+struct Region {
+    char16_t decimalMark = u',';
+    char16_t grouping = u'.';
+    bool operator==(const Region&) const = default;
+};
+
+inline constexpr Region spanishRegion{u',', u'.'};
+inline constexpr Region pointRegion{u'.', u','};
+
+/// The settings in force. At first use they come from the environment (LC_ALL, LC_NUMERIC, LANG: the first that is set);
+/// Spanish where none is set, or it is "C" or "POSIX".
+const Region& region();
+/// Tests and guiones set them explicitly.
+void useRegion(Region settings);
+/// The settings that a locale name such as "es_ES.UTF-8" or "en_GB" asks for.
+Region regionOfLocale(std::string_view localeName);
+
+} // namespace zv

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "runtime/String.h"
+
+#include <compare>
+#include <concepts>
+#include <cstdint>
+#include <memory>
+#include <variant>
+#include <vector>
+
+namespace zv {
+
+using Byte = std::uint8_t;
+using Integer = std::int16_t;
+using Long = std::int32_t;
+using Single = float;
+using Double = double;
+
+/// A number with four decimals, kept in ten-thousandths.
+struct Currency {
+    std::int64_t tenThousandths = 0;
+    auto operator<=>(const Currency&) const = default;
+};
+
+class Object;
+/// A counted reference to a late-bound object; empty is "no object".
+using ObjectPtr = std::shared_ptr<Object>;
+/// An array of 32-bit numbers that is passed by reference.
+using LongArray = std::shared_ptr<std::vector<Long>>;
+
+struct Empty {
+    bool operator==(const Empty&) const = default;
+};
+struct Null {
+    bool operator==(const Null&) const = default;
+};
+
+/// What a late-bound member takes and gives, and what a field of a row holds.
+class Value {
+public:
+    using Data = std::variant<Empty, Null, bool, Byte, Integer, Long, Single, Double, Currency, String, ObjectPtr, LongArray>;
+
+    Value() = default;
+    template <class T>
+        requires std::constructible_from<Data, T&&> && (!std::same_as<std::remove_cvref_t<T>, Value>) &&
+                 (!std::is_pointer_v<std::remove_cvref_t<T>>) && (!std::is_array_v<std::remove_cvref_t<T>>)
+    Value(T&& data) : data_(std::forward<T>(data))
+    {
+    }
+    Value(StringView text) : data_(String(text)) {}
+    Value(const char16_t* text) : data_(String(text)) {}
+    template <class T>
+        requires std::derived_from<T, Object>
+    Value(std::shared_ptr<T> object) : data_(ObjectPtr(std::move(object)))
+    {
+    }
+
+    bool isEmpty() const { return std::holds_alternative<Empty>(data_); }
+    bool isNull() const { return std::holds_alternative<Null>(data_); }
+    const Data& data() const { return data_; }
+    template <class T> const T* as() const { return std::get_if<T>(&data_); }
+
+private:
+    Data data_;
+};
+
+} // namespace zv

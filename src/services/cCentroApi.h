@@ -1,0 +1,35 @@
+#pragma once
+
+#include "data/Connection.h"
+#include "runtime/CreateObject.h"
+
+namespace zv {
+
+/// The suite's helper object, reached by name. A routine makes one when it needs it, and no object outlives its routine.
+/// Making one fails with 429 where the suite has not registered the class.
+class cCentroApi {
+public:
+    static constexpr StringView progId = u"ZVApi.cCentroApi";
+    explicit cCentroApi(StringView name = progId) : object_(CreateObject(name)) {}
+
+    /// Shows the sign of a mandatory field on the labels that carry the marker.
+    void Marcar_Obligatorios(Object& controls) const;
+    /// Makes the text of every text box safe for a literal between apostrophes, in place.
+    void ComprobarComilla(Object& controls) const;
+    /// A key not yet used in the table, live or deleted.
+    Value IDMax(const ConnectionPtr& centro, const ConnectionPtr& borrado, StringView table, StringView key) const;
+    /// False: the row was free and is now registered for this user. True: another user holds it.
+    bool registroactivo(const ConnectionPtr& centro, StringView form, Long row, Integer user) const;
+    void EliminarRegistroActivo(const ConnectionPtr& centro, StringView form, Long row) const;
+    /// Adapts the form's quick-access buttons to the rights of the profile.
+    void Comprobar_BotonesAccesoRapido(Object& form, const ConnectionPtr& entrada, Integer profile) const;
+    /// Adds an empty entry to a combo box.
+    void agregarelementovacio(Object& comboBox) const;
+    void incluirpersonalenactividad(const ConnectionPtr& centro, const ConnectionPtr& borrado, const LongArray& staff,
+                                    Integer kind) const;
+
+private:
+    ObjectPtr object_;
+};
+
+} // namespace zv

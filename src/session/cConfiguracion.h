@@ -1,0 +1,41 @@
+#pragma once
+
+#include "data/Connection.h"
+#include "runtime/Single.h"
+
+namespace zv {
+
+/// The session record: all that a dialog knows about the running session. `cAsignarDatos::ObtenerDatos` fills it
+/// from the host's session object; dialogs write only bytAccion and lngRowData.
+class cConfiguracion {
+public:
+    bool blnSQLServer = false; ///< How statements spell logical true: 1, or else -1.
+    Integer intIDPerfil = 0;   ///< Rights profile of the user.
+    Integer intIDUsuario = 0;
+    String strNombreUsuario;
+    Integer intIdCentro = 0;
+    String strNombreCentro;
+    Integer intIDCursoEscolar = 0;
+    Integer intCodCurso = 0;       ///< Never set.
+    Integer intTipoEnsenanza = 0;  ///< Never set.
+    ConnectionPtr conLocalBorradoCentro;
+    ConnectionPtr conLocalCentro;
+    ConnectionPtr conLocalAppEntrada;
+    Long lngRowData = 0;   ///< Key of the row that the host has selected.
+    Byte bytAccion = 0;    ///< cConstCol::NUEVO or cConstCol::Modificado.
+    bool blnPesetas = false;
+    bool Activa = false;   ///< False in a read-only session.
+    bool blnDatosMedicos = false; ///< Never set.
+    bool MTP = false;
+    String RutaIcono;
+    ObjectPtr datossesion; ///< The host's session object.
+    String RutaBD;
+};
+
+/// The one session record.
+inline cConfiguracion& Configuracion() { return single<cConfiguracion>(); }
+
+/// A member of the record by its name, for looking at it from a script; 438 if there is none.
+Value configurationMember(StringView name);
+
+} // namespace zv
