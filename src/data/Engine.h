@@ -1,0 +1,45 @@
+#pragma once
+
+#include "data/Connection.h"
+
+#include <vector>
+
+namespace zv {
+
+/// Which of a school's three databases.
+enum class Database { centro, borrado, entrada };
+
+/// How an engine writes the definition of a table.
+enum class DdlStyle { sqlite };
+
+/// A table as it stands in a database: its columns in physical order.
+struct FoundTable {
+    String name;
+    std::vector<String> columns;
+};
+
+/// A kind of database server or file, chosen by the scheme of a URL ("sqlite:colegio.db").
+class Engine {
+public:
+    virtual ~Engine() = default;
+    virtual StringView scheme() const = 0;
+    virtual DdlStyle ddl() const = 0;
+    /// Opens an existing database. `location` is the URL without its scheme. Fails with a RuntimeError that tells a person what to do: file missing, no
+    /// database, no right to it.
+    virtual ConnectionPtr open(StringView location, Database which) = 0;
+    /// Makes a new, empty database (no tables yet). Fails if there is one already.
+    virtual ConnectionPtr create(StringView location, Database which) = 0;
+    /// A fresh, empty database that is gone with its connection.
+    virtual ConnectionPtr temporary(StringView location, Database which) = 0;
+    /// The tables of a database that this engine opened.
+    virtual std::vector<FoundTable> tables(Connection& connection) = 0;
+};
+
+/// Makes an engine known; each program registers those that it links.
+void registerEngine(std::unique_ptr<Engine> engine);
+/// The engine of a URL's scheme; a scheme that no engine knows fails with a RuntimeError that names those that exist.
+Engine& engineOf(StringView url);
+/// The URL without its scheme.
+StringView locationOf(StringView url);
+
+} // namespace zv

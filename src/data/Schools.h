@@ -1,0 +1,14 @@
+#pragma once
+
+#include "data/Engine.h"
+
+namespace zv {
+
+/// The three databases of the school at a URL, which must exist.
+School openSchool(StringView url);
+/// Makes the three databases with all their tables, empty. Fails if one exists already, and then leaves nothing behind.
+School createSchool(StringView url);
+/// Fresh databases with all tables, empty, that are gone with their connections. "sqlite:" makes them in memory.
+School temporarySchool(StringView url = u"sqlite:");
+
+} // namespace zv
