@@ -1,0 +1,34 @@
+#include "services/Messages.h"
+
+#include "forms/Desktop.h"
+#include "runtime/Convert.h"
+#include "services/MessageTable.h"
+
+#include <algorithm>
+
+namespace zv {
+
+// Found by halving: in rising order, no number twice.
+static_assert(std::ranges::adjacent_find(messageTable, std::ranges::greater_equal{}, &Message::id) ==
+              std::end(messageTable));
+
+String LoadResString(Long id)
+{
+    const auto* found = std::ranges::lower_bound(messageTable, id, {}, &Message::id);
+    if (found == std::end(messageTable) || found->id != id)
+        fail(failure::resourceMissing, decimalText(id));
+    return String(found->text);
+}
+
+void showMessage(Integer id, Integer flags)
+{
+    MsgBox(LoadResString(id), flags, LoadResString(message::title));
+}
+
+void warn(Integer id, Integer flags)
+{
+    Beep();
+    showMessage(id, flags);
+}
+
+} // namespace zv

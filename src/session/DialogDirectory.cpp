@@ -1,0 +1,31 @@
+#include "session/DialogDirectory.h"
+
+namespace zv {
+
+void DialogDirectory::add(StringView name, DialogEntry entry)
+{
+    entries_[String(name)] = std::move(entry);
+}
+
+const DialogEntry& DialogDirectory::find(StringView name) const
+{
+    const auto found = entries_.find(name);
+    if (found == entries_.end())
+        throw RuntimeError(failure::classMissing,
+                           u"El diálogo " + String(name) + u" no forma parte de esta versión del módulo.");
+    return found->second;
+}
+
+bool DialogDirectory::has(StringView name) const
+{
+    return entries_.find(name) != entries_.end();
+}
+
+// Not one of the resettable instances: what the module consists of does not change with the state of the process.
+DialogDirectory& dialogs()
+{
+    static DialogDirectory directory;
+    return directory;
+}
+
+} // namespace zv

@@ -1,0 +1,175 @@
+#include "session/cAsignarDatos.h"
+
+#include "session/App.h"
+#include "session/DialogDirectory.h"
+#include "session/cConfiguracion.h"
+#include "session/cNombreNodo.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace zv {
+
+namespace {
+
+struct NodeDialog {
+    Byte node;
+    StringView dialog;
+};
+
+/// Two nodes of the host that have a dialog but no name.
+constexpr Byte nodoEstadoCivil = 65;
+constexpr Byte nodoRespuestas = 69;
+
+/// What ActivarFormulario opens. Tried in this order; the first that is equal decides.
+constexpr NodeDialog shownDialogs[] = {
+    {cNombreNodo::Nacionalidad, u"frmNacionalidad"},
+    {cNombreNodo::OC_Bancos, u"frmBanco"},
+    {cNombreNodo::Emisor, u"frmEmisor"},
+    {cNombreNodo::Profesiones, u"frmProfesion"},
+    {cNombreNodo::Ponderaciones, u"frmPonderacion"},
+    {cNombreNodo::Presentador, u"frmPresentador"},
+    {cNombreNodo::Provincia, u"frmProvincia"},
+    {cNombreNodo::TiposAlumno, u"frmTipoAlumno"},
+    {cNombreNodo::TiposMiembroCentro, u"frmTipoMiembroCentro"},
+    {cNombreNodo::TiposMotivoBaja, u"frmTipoMotivoBaja"},
+    {cNombreNodo::TiposContrato, u"frmTipoContrato"},
+    {cNombreNodo::TiposParentesco, u"frmTipoParentesco"},
+    {cNombreNodo::TiposJustificacion, u"frmTipoJustificacion"},
+    {cNombreNodo::TiposNivelEstudios, u"frmTipoNivelEstudios"},
+    {cNombreNodo::TiposOcurrencia, u"frmTipoOcurrencia"},
+    {cNombreNodo::Turnos, u"frmTurno"},
+    {cNombreNodo::Paises, u"frmPais"},
+    {cNombreNodo::TiposIncidencia, u"frmTipoIncidencia"},
+    {cNombreNodo::TiposIva, u"frmTipoIva"},
+    {cNombreNodo::TiposMaterialDidactico, u"frmTipoMaterialDidactico"},
+    {cNombreNodo::Observaciones, u"frmObservacion"},
+    {cNombreNodo::OpcionesMateria, u"frmOpcionMateria"},
+    {cNombreNodo::TipoCentro, u"frmTipoCentro"},
+    {cNombreNodo::Enfermedades, u"frmEnfermedad"},
+    {cNombreNodo::Idiomas, u"frmIdioma"},
+    {cNombreNodo::CEspecializacion, u"frmCEspecializacion"},
+    {cNombreNodo::ConsejoOrientador, u"frmRespConsejo"},
+    {cNombreNodo::NotaConsejoOrientador, u"frmConsejoOrientador1"},
+    {nodoEstadoCivil, u"frmEstadoCivil"},
+    {nodoRespuestas, u"frmRespInfInd"},
+    {cNombreNodo::InfIndiv, u"frmInformeIndividual"},
+};
+
+/// Whose guard Eliminar asks. Tried in this order; the first that is equal decides.
+constexpr NodeDialog guardedDialogs[] = {
+
+    {cNombreNodo::CEspecializacion, u"frmCEspecializacion"},
+    {cNombreNodo::Nacionalidad, u"frmNacionalidad"},
+    {cNombreNodo::Idiomas, u"frmIdioma"},
+    {cNombreNodo::OC_Bancos, u"frmBanco"},
+    {cNombreNodo::Emisor, u"frmEmisor"},
+    {cNombreNodo::Presentador, u"frmPresentador"},
+    {cNombreNodo::Profesiones, u"frmProfesion"},
+    {cNombreNodo::Ponderaciones, u"frmPonderacion"},
+    {cNombreNodo::TipoCentro, u"frmTipoCentro"},
+    {cNombreNodo::TiposAlumno, u"frmTipoAlumno"},
+    {cNombreNodo::TiposMiembroCentro, u"frmTipoMiembroCentro"},
+    {cNombreNodo::TiposMotivoBaja, u"frmTipoMotivoBaja"},
+    {cNombreNodo::TiposContrato, u"frmTipoContrato"},
+    {cNombreNodo::TiposParentesco, u"frmTipoParentesco"},
+    {cNombreNodo::TiposTarea, u"frmTipoTarea"},
+    {cNombreNodo::TiposJustificacion, u"frmTipoJustificacion"},
+    {cNombreNodo::TiposNivelEstudios, u"frmTipoNivelEstudios"},
+    {cNombreNodo::TiposOcurrencia, u"frmTipoOcurrencia"},
+    {cNombreNodo::Turnos, u"frmTurno"},
+    {cNombreNodo::Paises, u"frmPais"},
+    {cNombreNodo::TiposIncidencia, u"frmTipoIncidencia"},
+    {cNombreNodo::TiposIva, u"frmTipoIva"},
+    {cNombreNodo::TiposMaterialDidactico, u"frmTipoMaterialDidactico"},
+    {cNombreNodo::Observaciones, u"frmObservacion"},
+    {cNombreNodo::OpcionesMateria, u"frmOpcionMateria"},
+    {cNombreNodo::Provincia, u"frmProvincia"},
+    {cNombreNodo::Enfermedades, u"frmEnfermedad"},
+    {cNombreNodo::ConsejoOrientador, u"frmRespConsejo"},
+    {nodoEstadoCivil, u"frmEstadoCivil"},
+    {nodoRespuestas, u"frmRespInfInd"},
+};
+
+template <std::size_t N> std::optional<StringView> dialogOf(const NodeDialog (&table)[N], Byte node)
+{
+    const auto* found = std::ranges::find(table, node, &NodeDialog::node);
+    return found == std::end(table) ? std::nullopt : std::optional(found->dialog);
+}
+
+ConnectionPtr connection(const Value& value)
+{
+    const auto* object = value.as<ObjectPtr>();
+    if (object && !*object)
+        return nullptr;
+    auto result = std::dynamic_pointer_cast<Connection>(CObj(value));
+    if (!result)
+        fail(failure::typeMismatch);
+    return result;
+}
+
+struct SessionMember {
+    StringView name;
+    void (*take)(cConfiguracion&, const Value&);
+};
+
+/// What is taken over from the host's session object, in order: where a member fails, those before it are taken over.
+constexpr SessionMember sessionMembers[] = {
+    {u"RutaAplicacion",
+     [](cConfiguracion&, const Value& v) { single<App>().HelpFile = String() + v + u"\\zorvelcentro.chm"; }},
+    {u"RutaBD", [](cConfiguracion& c, const Value& v) { c.RutaBD = CStr(v); }},
+    {u"Activa", [](cConfiguracion& c, const Value& v) { c.Activa = CBool(v); }},
+    {u"Accion", [](cConfiguracion& c, const Value& v) { c.bytAccion = CByte(v); }},
+    {u"lngRowData", [](cConfiguracion& c, const Value& v) { c.lngRowData = CLng(v); }},
+    {u"conexionBORRADOlocalCENTRO",
+     [](cConfiguracion& c, const Value& v) { c.conLocalBorradoCentro = connection(v); }},
+    {u"conexionlocalCENTRO", [](cConfiguracion& c, const Value& v) { c.conLocalCentro = connection(v); }},
+    {u"conexionAppEntrada", [](cConfiguracion& c, const Value& v) { c.conLocalAppEntrada = connection(v); }},
+    {u"IDPerfil", [](cConfiguracion& c, const Value& v) { c.intIDPerfil = CInt(v); }},
+    {u"IDUsuario", [](cConfiguracion& c, const Value& v) { c.intIDUsuario = CInt(v); }},
+    {u"IDCentro", [](cConfiguracion& c, const Value& v) { c.intIdCentro = CInt(v); }},
+    {u"IDCursoEscolar", [](cConfiguracion& c, const Value& v) { c.intIDCursoEscolar = CInt(v); }},
+    {u"NombreUsuario", [](cConfiguracion& c, const Value& v) { c.strNombreUsuario = CStr(v); }},
+    {u"NombreCentro", [](cConfiguracion& c, const Value& v) { c.strNombreCentro = CStr(v); }},
+    {u"Pesetas", [](cConfiguracion& c, const Value& v) { c.blnPesetas = CBool(v); }},
+    {u"MTP", [](cConfiguracion& c, const Value& v) { c.MTP = CBool(v); }},
+    {u"RutaIcono", [](cConfiguracion& c, const Value& v) { c.RutaIcono = CStr(v); }},
+    {u"sqlserver", [](cConfiguracion& c, const Value& v) { c.blnSQLServer = CBool(v); }},
+};
+
+} // namespace
+
+void cAsignarDatos::BloquearBanco()
+{
+    Form& banco = dialogs().find(u"frmBanco").instance();
+    banco.reach(u"fraBanco", 0).Enabled = false;
+    let(CObj(get(banco.reach(u"mstBanco"), u"Tabs", {Value(Long{2})})), u"Selected", true);
+}
+
+void cAsignarDatos::ObtenerDatos(const ObjectPtr& ObjDatosSesion)
+{
+    cConfiguracion& session = Configuracion();
+    for (const SessionMember& member : sessionMembers)
+        member.take(session, get(ObjDatosSesion, member.name));
+    session.datossesion = ObjDatosSesion;
+}
+
+void cAsignarDatos::ActivarFormulario(Byte bytNodoSeleccionado)
+{
+    if (const auto dialog = dialogOf(shownDialogs, bytNodoSeleccionado))
+        dialogs().find(*dialog).instance().Show();
+}
+
+bool cAsignarDatos::Eliminar(Byte bytNodoSeleccionado)
+{
+    const auto dialog = dialogOf(guardedDialogs, bytNodoSeleccionado);
+    if (!dialog)
+        return false;
+    const DialogEntry& entry = dialogs().find(*dialog);
+    // The bank's guard is handed the name of the selected node's field, not its value: hosts rely on the text.
+    if (bytNodoSeleccionado == cNombreNodo::OC_Bancos)
+        let(entry.instance(), u"gstrNomNodo", u"strNodoSeleccionado");
+    return entry.ComprobarEliminacion && entry.ComprobarEliminacion();
+}
+
+} // namespace zv

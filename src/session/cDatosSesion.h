@@ -1,0 +1,24 @@
+#pragma once
+
+#include "runtime/Value.h"
+
+namespace zv {
+
+/// A session record for hosts. The module neither makes nor reads one: it takes any object that answers the members of
+/// `cAsignarDatos::ObtenerDatos`, which are more than these.
+struct cDatosSesion {
+    Integer IDPerfil = 0;
+    Integer IDCentro = 0;
+    String NombreCentro;
+    Integer IDUsuario = 0;
+    String NombreUsuario;
+    Integer IDCursoEscolar = 0;
+    String ValorCursoEscolar;
+    bool Activa = false;
+    bool Pesetas = false;
+    String CadenaUdlActiva;
+    bool MTP = false;
+    String RutaAplicacion;
+};
+
+} // namespace zv
