@@ -29,6 +29,8 @@ public:
     virtual ConnectionPtr open(StringView location, Database which) = 0;
     /// Makes a new, empty database (no tables yet). Fails if there is one already.
     virtual ConnectionPtr create(StringView location, Database which) = 0;
+    /// Takes away a database that create() made; its connections must be gone. One that is not there is no failure.
+    virtual void remove(StringView location, Database which) = 0;
     /// A fresh, empty database that is gone with its connection.
     virtual ConnectionPtr temporary(StringView location, Database which) = 0;
     /// The tables of a database that this engine opened.
