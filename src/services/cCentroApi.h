@@ -6,11 +6,12 @@
 namespace zv {
 
 /// The suite's helper object, reached by name. A routine makes one when it needs it, and no object outlives its routine.
-/// Making one fails with 429 where the suite has not registered the class.
 class cCentroApi {
 public:
-    static constexpr StringView progId = u"ZVApi.cCentroApi";
-    explicit cCentroApi(StringView name = progId) : object_(CreateObject(name)) {}
+    /// No object yet: every operation fails with 91.
+    cCentroApi() = default;
+    /// Fails with 429 where the suite has not registered the class.
+    static cCentroApi create(StringView progId = u"ZVApi.cCentroApi");
 
     /// Shows the sign of a mandatory field on the labels that carry the marker.
     void Marcar_Obligatorios(Object& controls) const;
@@ -29,6 +30,7 @@ public:
                                     Integer kind) const;
 
 private:
+    explicit cCentroApi(ObjectPtr object) : object_(std::move(object)) {}
     ObjectPtr object_;
 };
 
