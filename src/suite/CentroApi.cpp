@@ -1,0 +1,207 @@
+#include "suite/CentroApi.h"
+
+#include "runtime/Convert.h"
+#include "runtime/CreateObject.h"
+#include "suite/Registrations.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+namespace zv {
+
+namespace {
+
+/// The elements of a form's Controls that are of one kind.
+std::vector<ObjectPtr> controlsOf(const ObjectPtr& controls, StringView kind)
+{
+    std::vector<ObjectPtr> result;
+    const Long count = CLng(get(controls, u"Count"));
+    for (Long i = 0; i < count; ++i) {
+        ObjectPtr control = CObj(get(controls, u"Item", {Value(i)}));
+        if (control->TypeName() == kind)
+            result.push_back(std::move(control));
+    }
+    return result;
+}
+
+void doubleApostrophes(const ObjectPtr& box)
+{
+    const String text = CStr(get(box, u"Text"));
+    if (text.find(u'\'') == String::npos || text == CStr(get(box, u"TextoDoblado")))
+        return;
+    const String doubled = Replace(text, u"'", u"''");
+    const Long maxLength = CLng(get(box, u"MaxLength"));
+    const auto needed = static_cast<Long>(doubled.size());
+    if (maxLength > 0 && needed > maxLength)
+        let(box, u"MaxLength", needed);
+    let(box, u"Text", doubled);
+    let(box, u"TextoDoblado", doubled);
+}
+
+/// None for an empty table.
+std::optional<Long> largestKey(Connection& connection, StringView table, StringView key)
+{
+    const RecordsetPtr rows = connection.Execute(statement(u"SELECT MAX({}) AS Mayor FROM {}", {key, table}));
+    const Value largest = rows->Fields(u"Mayor");
+    return largest.isNull() ? std::nullopt : std::optional(CLng(largest));
+}
+
+/// "cmdNuevoBanco(0)" for an element of a control array.
+String fullName(const ObjectPtr& control)
+{
+    const String name = CStr(get(control, u"Name"));
+    const Long index = CLng(get(control, u"Index"));
+    return index < 0 ? name : name + u"(" + decimalText(index) + u")";
+}
+
+std::vector<String> deniedButtons(Connection& entrada, StringView form, Integer profile)
+{
+    std::vector<String> result;
+    const RecordsetPtr rows = entrada.Execute(
+        statement(u"SELECT Formulario, Boton FROM BotonAccesoRapido WHERE IDPerfil={}", {profile}));
+    for (; !rows->Eof(); rows->MoveNext())
+        if (sameName(CStr(rows->Fields(u"Formulario")), form))
+            result.push_back(CStr(rows->Fields(u"Boton")));
+    return result;
+}
+
+Connection& connectionIn(const Value& value)
+{
+    auto* connection = dynamic_cast<Connection*>(CObj(value).get());
+    if (!connection)
+        fail(failure::typeMismatch);
+    return *connection;
+}
+
+const std::vector<Long>& arrayIn(const Value& value)
+{
+    const auto* array = value.as<LongArray>();
+    if (!array || !*array)
+        fail(failure::typeMismatch);
+    return **array;
+}
+
+struct Operation {
+    StringView name;
+    std::size_t arguments;
+    Value (*run)(const CentroApi&, const Arguments&);
+};
+
+constexpr Operation operations[] = {
+    {u"Marcar_Obligatorios", 1,
+     [](const CentroApi&, const Arguments& a) {
+         CentroApi::Marcar_Obligatorios(CObj(a[0]));
+         return Value();
+     }},
+    {u"ComprobarComilla", 1,
+     [](const CentroApi&, const Arguments& a) {
+         CentroApi::ComprobarComilla(CObj(a[0]));
+         return Value();
+     }},
+    {u"IDMax", 4,
+     [](const CentroApi&, const Arguments& a) {
+         return Value(CentroApi::IDMax(connectionIn(a[0]), connectionIn(a[1]), CStr(a[2]), CStr(a[3])));
+     }},
+    {u"registroactivo", 4,
+     [](const CentroApi& api, const Arguments& a) {
+         return Value(api.registroactivo(connectionIn(a[0]), CStr(a[1]), CLng(a[2]), CInt(a[3])));
+     }},
+    {u"EliminarRegistroActivo", 3,
+     [](const CentroApi& api, const Arguments& a) {
+         api.EliminarRegistroActivo(connectionIn(a[0]), CStr(a[1]), CLng(a[2]));
+         return Value();
+     }},
+    {u"Comprobar_BotonesAccesoRapido", 3,
+     [](const CentroApi&, const Arguments& a) {
+         CentroApi::Comprobar_BotonesAccesoRapido(CObj(a[0]), connectionIn(a[1]), CInt(a[2]));
+         return Value();
+     }},
+    {u"agregarelementovacio", 1,
+     [](const CentroApi&, const Arguments& a) {
+         CentroApi::agregarelementovacio(CObj(a[0]));
+         return Value();
+     }},
+    {u"incluirpersonalenactividad", 4,
+     [](const CentroApi&, const Arguments& a) {
+         CentroApi::incluirpersonalenactividad(connectionIn(a[0]), connectionIn(a[1]), arrayIn(a[2]), CInt(a[3]));
+         return Value();
+     }},
+};
+
+} // namespace
+
+void CentroApi::Marcar_Obligatorios(const ObjectPtr& controls)
+{
+    for (const ObjectPtr& label : controlsOf(controls, u"Label"))
+        if (CStr(get(label, u"Marca")) == u"*")
+            let(label, u"Obligatorio", true);
+}
+
+void CentroApi::ComprobarComilla(const ObjectPtr& controls)
+{
+    for (const ObjectPtr& box : controlsOf(controls, u"TextBox"))
+        doubleApostrophes(box);
+}
+
+Long CentroApi::IDMax(Connection& centro, Connection& borrado, StringView table, StringView key)
+{
+    const auto largest = std::max(largestKey(centro, table, key), largestKey(borrado, table, key));
+    if (largest == std::numeric_limits<Long>::max())
+        fail(failure::overflow);
+    return largest.value_or(0) + 1;
+}
+
+bool CentroApi::registroactivo(Connection& centro, StringView form, Long row, Integer user) const
+{
+    return registerRow(centro, station_, form, row, user);
+}
+
+void CentroApi::EliminarRegistroActivo(Connection& centro, StringView form, Long row) const
+{
+    unregisterRow(centro, station_, form, row);
+}
+
+void CentroApi::Comprobar_BotonesAccesoRapido(const ObjectPtr& form, Connection& entrada, Integer profile)
+{
+    const auto denied = deniedButtons(entrada, CStr(get(form, u"Name")), profile);
+    for (const ObjectPtr& button : controlsOf(CObj(get(form, u"Controls")), u"CommandButton")) {
+        const auto names = [&](const String& row) {
+            return sameName(row, CStr(get(button, u"Name"))) || sameName(row, fullName(button));
+        };
+        if (CStr(get(button, u"Caption")) == u"..." && std::ranges::any_of(denied, names))
+            let(button, u"Enabled", false);
+    }
+}
+
+void CentroApi::agregarelementovacio(const ObjectPtr& comboBox)
+{
+    call(comboBox, u"AddItem", {u""});
+    Arguments entry{get(comboBox, u"NewIndex"), Long{0}};
+    comboBox->invoke(u"ItemData", Access::let, entry);
+}
+
+void CentroApi::incluirpersonalenactividad(Connection& /*centro*/, Connection& /*borrado*/,
+                                           const std::vector<Long>& staff, Integer /*kind*/)
+{
+    if (staff.empty())
+        fail(failure::invalidCall);
+}
+
+Value CentroApi::invoke(StringView member, Access access, Arguments& arguments)
+{
+    const auto* found = std::ranges::find_if(
+        operations, [&](const Operation& operation) { return sameName(operation.name, member); });
+    if (found == std::end(operations) || access == Access::let)
+        fail(failure::memberMissing, member);
+    if (arguments.size() != found->arguments)
+        fail(failure::argumentCount, member);
+    return found->run(*this, arguments);
+}
+
+void registerSuite()
+{
+    registerBuiltInClass(u"ZVApi.cCentroApi", [] { return std::make_shared<CentroApi>(); });
+}
+
+} // namespace zv
