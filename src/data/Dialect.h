@@ -1,0 +1,18 @@
+#pragma once
+
+#include "runtime/String.h"
+
+namespace zv {
+
+/// How an engine wants written what the dialogs write in their own way. The defaults leave a statement as it is.
+struct Dialect {
+    StringView joinTexts = u"+";  ///< The sign that joins texts.
+    bool deleteWithStar = true;   ///< Whether `DELETE * FROM` is understood.
+};
+
+/// The statement as the engine understands it. `room` holds it where something had to change; else the statement itself comes
+/// back. A `+` joins texts where a text literal stands among the terms it adds up. Nothing inside literals, quoted names and
+/// comments is touched. A second statement behind a `;` fails with failure::badStatement.
+StringView inDialect(StringView statement, const Dialect& dialect, String& room);
+
+} // namespace zv

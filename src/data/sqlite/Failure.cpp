@@ -1,0 +1,76 @@
+#include "data/sqlite/Failure.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace zv::sqlite {
+namespace {
+
+struct Rule {
+    int code;                   ///< Extended, or the primary code for all of its kind.
+    std::optional<Phase> phase; ///< Either, if empty.
+    StringView words;           ///< What the engine's text holds.
+    std::int32_t number;
+};
+
+/// The first rule that fits decides; what none fits is otherData. A key is taken only where the engine says so.
+constexpr std::array rules{
+    Rule{SQLITE_CONSTRAINT_PRIMARYKEY, {}, u"", failure::keyExists},
+    Rule{SQLITE_CONSTRAINT_UNIQUE, {}, u"", failure::keyExists},
+    Rule{SQLITE_CONSTRAINT_ROWID, {}, u"", failure::keyExists},
+    Rule{SQLITE_CONSTRAINT, {}, u"", failure::brokenConstraint},
+    Rule{SQLITE_MISMATCH, {}, u"", failure::brokenConstraint},
+    Rule{SQLITE_ERROR, {}, u"no such table", failure::tableMissing},
+    Rule{SQLITE_ERROR, {}, u"no such column", failure::columnMissing},
+    Rule{SQLITE_ERROR, {}, u"has no column named", failure::columnMissing},
+    Rule{SQLITE_ERROR, Phase::preparing, u"", failure::badStatement},
+    Rule{SQLITE_BUSY, {}, u"", failure::locked},
+    Rule{SQLITE_LOCKED, {}, u"", failure::locked},
+    Rule{SQLITE_CANTOPEN, {}, u"", failure::connectionLost},
+    Rule{SQLITE_READONLY_DBMOVED, {}, u"", failure::connectionLost},
+};
+
+bool fits(const Rule& rule, int code, Phase phase, StringView text)
+{
+    return (rule.code == code || rule.code == (code & 0xFF)) && (!rule.phase || *rule.phase == phase) &&
+           text.find(rule.words) != StringView::npos;
+}
+
+String hexadecimal(char16_t unit)
+{
+    constexpr StringView digits = u"0123456789ABCDEF";
+    String result = u"U+";
+    for (int shift = 12; shift >= 0; shift -= 4)
+        result += digits[static_cast<std::size_t>(unit >> shift) & 0xF];
+    return result;
+}
+
+bool isSurrogate(char16_t unit, char16_t first) { return (unit & 0xFC00) == first; }
+
+} // namespace
+
+DataError failureOf(sqlite3* handle, Phase phase, StringView statement)
+{
+    const int code = sqlite3_extended_errcode(handle);
+    const String text = static_cast<const char16_t*>(sqlite3_errmsg16(handle));
+    const auto rule = std::ranges::find_if(rules, [&](const Rule& each) { return fits(each, code, phase, text); });
+    return {rule == rules.end() ? failure::otherData : rule->number, std::to_string(code), text, statement};
+}
+
+void refuseUnstorable(StringView statement)
+{
+    for (std::size_t place = 0; place < statement.size(); ++place) {
+        const char16_t unit = statement[place];
+        if (isSurrogate(unit, 0xD800) && place + 1 < statement.size() && isSurrogate(statement[place + 1], 0xDC00))
+            ++place;
+        else if (unit == 0 || unit >= 0xFFFE || (unit & 0xF800) == 0xD800)
+            throw DataError(failure::otherData, "",
+                            u"el carácter " + hexadecimal(unit) + u" no se puede guardar: quítelo del texto",
+                            statement);
+    }
+}
+
+} // namespace zv::sqlite

@@ -1,0 +1,252 @@
+#include "data/sqlite/Store.h"
+
+#include "data/sqlite/Failure.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+
+namespace zv::sqlite {
+namespace {
+
+constexpr int waitMilliseconds = 5000;
+constexpr std::size_t handlesKept = 4;
+
+constexpr const char* fileSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;";
+
+[[noreturn]] void failFor(const std::filesystem::path& file, StringView words)
+{
+    throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» " + String(words));
+}
+
+constexpr StringView noRight = u"no se puede escribir: dé a este usuario permiso de escritura sobre el fichero y sobre "
+                               u"su carpeta.";
+
+/// What the place tells without the engine.
+void checkPlace(const std::filesystem::path& file, bool create)
+{
+    std::error_code ignored;
+    if (file.empty())
+        throw RuntimeError(failure::otherData, u"Falta el fichero de la base de datos: escriba sqlite:FICHERO.");
+    if (std::filesystem::is_directory(file, ignored))
+        failFor(file, u"es una carpeta; escriba el nombre de un fichero.");
+    const bool exists = std::filesystem::exists(file, ignored);
+    if (create && exists)
+        failFor(file, u"ya existe: elija otro nombre, o quítelo antes.");
+    if (!create && !exists)
+        failFor(file, u"no existe: compruebe el nombre, o cree antes la base de datos.");
+    if (create && file.has_parent_path() && !std::filesystem::is_directory(file.parent_path(), ignored))
+        failFor(file, u"no se puede crear: su carpeta no existe.");
+}
+
+[[noreturn]] void failOpening(sqlite3* handle, const std::filesystem::path& file)
+{
+    switch (sqlite3_errcode(handle) & 0xFF) {
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+        failFor(file, u"no es una base de datos, o está dañada.");
+    case SQLITE_CANTOPEN:
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+        failFor(file, noRight);
+    default:
+        throw failureOf(handle, Phase::running, u"");
+    }
+}
+
+/// No file: in memory.
+DatabasePtr openHandle(const std::filesystem::path& file, int flags)
+{
+    const std::u8string path = file.empty() ? u8":memory:" : file.u8string();
+    sqlite3* opened = nullptr;
+    const int result = sqlite3_open_v2(std::string(path.begin(), path.end()).c_str(), &opened,
+                                       flags | SQLITE_OPEN_READWRITE, nullptr);
+    DatabasePtr handle(opened);
+    if (result != SQLITE_OK)
+        failOpening(opened, file);
+    sqlite3_extended_result_codes(opened, 1);
+    sqlite3_busy_timeout(opened, waitMilliseconds);
+    // A name in double quotes that no column has is a missing column, not a text.
+    sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+    if (file.empty())
+        return handle;
+    if (sqlite3_db_readonly(opened, "main") == 1)
+        failFor(file, noRight);
+    if (sqlite3_exec(opened, fileSettings, nullptr, nullptr, nullptr) != SQLITE_OK)
+        failOpening(opened, file);
+    return handle;
+}
+
+StatementPtr prepare(sqlite3* handle, StringView text, StringView statement, StringView& rest)
+{
+    sqlite3_stmt* prepared = nullptr;
+    const void* tail = nullptr;
+    if (sqlite3_prepare16_v3(handle, text.data(), static_cast<int>(text.size() * sizeof(char16_t)), 0, &prepared,
+                             &tail) != SQLITE_OK)
+        throw failureOf(handle, Phase::preparing, statement);
+    rest = text.substr(static_cast<std::size_t>(static_cast<const char16_t*>(tail) - text.data()));
+    return StatementPtr(prepared);
+}
+
+StatementPtr prepareOnly(sqlite3* handle, StringView statement)
+{
+    StringView rest;
+    StatementPtr result = prepare(handle, statement, statement, rest);
+    while (!rest.empty()) {
+        if (prepare(handle, rest, statement, rest))
+            throw DataError(failure::badStatement, "", u"solo se admite una instrucción cada vez", statement);
+    }
+    if (!result)
+        throw DataError(failure::badStatement, "", u"la instrucción está vacía", statement);
+    return result;
+}
+
+Cursor::Field fieldOf(sqlite3_stmt* statement, int column)
+{
+    switch (sqlite3_column_type(statement, column)) {
+    case SQLITE_INTEGER: {
+        const std::int64_t number = sqlite3_column_int64(statement, column);
+        if (number >= INT32_MIN && number <= INT32_MAX)
+            return Value(static_cast<Long>(number));
+        return Value(static_cast<Double>(number));
+    }
+    case SQLITE_FLOAT:
+        return Value(sqlite3_column_double(statement, column));
+    case SQLITE_TEXT: {
+        const auto* text = static_cast<const char16_t*>(sqlite3_column_text16(statement, column));
+        const auto bytes = static_cast<std::size_t>(sqlite3_column_bytes16(statement, column));
+        return text ? Value(String(text, bytes / sizeof(char16_t))) : Value(String());
+    }
+    case SQLITE_NULL:
+        return Value(Null());
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+void CloseHandle::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+void EndStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+
+Store::Store()
+{
+    handles_.push_back(std::make_shared<Handle>());
+    handles_.back()->database = openHandle({}, 0);
+}
+
+Store::Store(std::filesystem::path file, bool create) : file_(std::move(file))
+{
+    checkPlace(file_, create);
+    handles_.push_back(std::make_shared<Handle>());
+    handles_.back()->database = openHandle(file_, create ? SQLITE_OPEN_CREATE : 0);
+}
+
+/// Inside a transaction all statements run on the handle that began it.
+std::shared_ptr<Handle> Store::handle(StringView statement)
+{
+    const auto inTransaction = [](const auto& each) { return sqlite3_get_autocommit(each->database.get()) == 0; };
+    const auto isFree = [](const auto& each) { return each->cursors.empty(); };
+    auto found = std::ranges::find_if(handles_, inTransaction);
+    if (found == handles_.end())
+        found = file_.empty() ? handles_.begin() : std::ranges::find_if(handles_, isFree);
+    if (found != handles_.end()) {
+        std::shared_ptr<Handle> result = *found;
+        // Handles that many open recordsets once needed are not kept for ever.
+        if (handles_.size() > handlesKept)
+            std::erase_if(handles_, [&](const auto& each) { return each != result && isFree(each); });
+        return result;
+    }
+    refuseVanished(*handles_.front(), statement);
+    auto fresh = std::make_shared<Handle>();
+    fresh->database = openHandle(file_, 0);
+    handles_.push_back(fresh);
+    return fresh;
+}
+
+/// A file that was taken away goes on existing for who has it open: what is written to it would be lost.
+void Store::refuseVanished(Handle& handle, StringView statement) const
+{
+    int moved = 0;
+    sqlite3_file_control(handle.database.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    if (moved != 0)
+        throw DataError(failure::connectionLost, "", u"«" + file_.u16string() + u"» ya no está en su sitio", statement);
+}
+
+std::unique_ptr<Cursor> Store::run(StringView statement)
+{
+    refuseUnstorable(statement);
+    std::shared_ptr<Handle> on = handle(statement);
+    refuseVanished(*on, statement);
+    StatementPtr prepared = prepareOnly(on->database.get(), statement);
+    const bool hasRows = sqlite3_column_count(prepared.get()) > 0;
+    if (!hasRows || sqlite3_stmt_readonly(prepared.get()) == 0) {
+        // Rows that stand open on the same handle stay what they were when they were asked for.
+        while (!on->cursors.empty())
+            on->cursors.back()->takeAll();
+    }
+    auto cursor = std::make_unique<Cursor>(std::move(on), std::move(prepared));
+    return hasRows ? std::move(cursor) : nullptr;
+}
+
+Cursor::Cursor(std::shared_ptr<Handle> handle, StatementPtr statement)
+    : handle_(std::move(handle)), statement_(std::move(statement)),
+      onlyReads_(sqlite3_stmt_readonly(statement_.get()) != 0)
+{
+    const int columns = sqlite3_column_count(statement_.get());
+    for (int column = 0; column < columns; ++column)
+        names_.emplace_back(static_cast<const char16_t*>(sqlite3_column_name16(statement_.get(), column)));
+    fetch();
+    if (failure_)
+        throw *failure_;
+    // What a statement writes is on disk only when its last row was read.
+    onlyReads_ ? fetch() : takeAll();
+    if (statement_)
+        handle_->cursors.push_back(this);
+}
+
+Cursor::~Cursor() { end(); }
+
+void Cursor::end()
+{
+    statement_.reset();
+    if (handle_)
+        std::erase(handle_->cursors, this);
+    handle_.reset();
+}
+
+void Cursor::fetch()
+{
+    if (!statement_)
+        return;
+    const int result = sqlite3_step(statement_.get());
+    if (result == SQLITE_ROW) {
+        Row& row = rows_.emplace_back();
+        row.reserve(names_.size());
+        for (int column = 0; column < static_cast<int>(names_.size()); ++column)
+            row.push_back(fieldOf(statement_.get(), column));
+        return;
+    }
+    if (result != SQLITE_DONE)
+        failure_ = failureOf(handle_->database.get(), Phase::running, fromUtf8(sqlite3_sql(statement_.get())));
+    end();
+}
+
+void Cursor::takeAll()
+{
+    while (statement_)
+        fetch();
+}
+
+void Cursor::advance()
+{
+    rows_.pop_front();
+    ++passed_;
+    if (rows_.size() < 2)
+        fetch();
+    if (rows_.empty() && failure_)
+        throw *failure_;
+}
+
+} // namespace zv::sqlite
