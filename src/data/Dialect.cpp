@@ -169,6 +169,9 @@ private:
 
     void accept(const Token& token)
     {
+        // A function's parenthesis touches its name; behind a word such as SELECT it opens a group.
+        const bool touches = token.start == end_;
+        end_ = token.start + token.length;
         if (token.kind != Kind::symbol) {
             startTerm();
             sums_.back().holdsText |= token.kind == Kind::text;
@@ -186,7 +189,7 @@ private:
             before_ = Before::point;
             return;
         case u'(':
-            return open();
+            return open(before_ != Before::term || !touches);
         case u')':
             return close();
         default:
@@ -202,9 +205,8 @@ private:
             endSum();
     }
 
-    void open()
+    void open(bool isGroup)
     {
-        const bool isGroup = before_ != Before::term;
         if (isGroup)
             startTerm();
         sums_.emplace_back();
@@ -239,6 +241,7 @@ private:
     std::vector<Edit> edits_;
     std::vector<Sum> sums_ = std::vector<Sum>(1);
     Before before_ = Before::nothing;
+    std::size_t end_ = 0; ///< Of the token before.
 };
 
 } // namespace

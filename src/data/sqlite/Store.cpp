@@ -198,10 +198,12 @@ Cursor::Cursor(std::shared_ptr<Handle> handle, StatementPtr statement)
     for (int column = 0; column < columns; ++column)
         names_.emplace_back(static_cast<const char16_t*>(sqlite3_column_name16(statement_.get(), column)));
     fetch();
+    // What a statement writes is on disk only when its last row was read.
+    if (!onlyReads_)
+        takeAll();
     if (failure_)
         throw *failure_;
-    // What a statement writes is on disk only when its last row was read.
-    onlyReads_ ? fetch() : takeAll();
+    fetch();
     if (statement_)
         handle_->cursors.push_back(this);
 }

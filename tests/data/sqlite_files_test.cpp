@@ -1,0 +1,175 @@
+#include "data/sqlite/SqliteEngine.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <thread>
+
+using namespace zv;
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A folder of its own for each test, gone with it.
+class Files : public testing::Test {
+protected:
+    Files() { fs::create_directories(folder); }
+    ~Files() override { fs::remove_all(folder); }
+    String at(StringView name) const { return (folder / fs::path(String(name))).u16string(); }
+    static void put(StringView path, std::string_view bytes) { std::ofstream(fs::path(String(path))) << bytes; }
+    ConnectionPtr made(StringView name = u"colegio.db")
+    {
+        ConnectionPtr result = engine->create(at(name), Database::centro);
+        result->Execute(u"CREATE TABLE t (a INTEGER PRIMARY KEY, b TEXT)");
+        result->Execute(u"Insert into t values (1,'x'),(2,'y'),(3,'z')");
+        return result;
+    }
+    ConnectionPtr opened() { return engine->open(at(u"colegio.db"), Database::centro); }
+    static Long count(Connection& on) { return CLng(on.Execute(u"Select count(*) from t")->row().front()); }
+    static std::int32_t numberOf(const auto& act, StringView words = {})
+    {
+        try {
+            act();
+        } catch (const RuntimeError& error) {
+            EXPECT_NE(error.description().find(words), String::npos) << error.what();
+            return error.number();
+        }
+        return 0;
+    }
+
+    std::unique_ptr<Engine> engine = sqliteEngine();
+    fs::path folder = fs::temp_directory_path() /
+                      ("zv-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
+};
+
+} // namespace
+
+TEST_F(Files, a_school_is_three_files_side_by_side)
+{
+    const std::pair<StringView, Database> files[] = {{u"colegio ñ.v2.db", Database::centro},
+                                                     {u"colegio ñ.v2.borrado.db", Database::borrado},
+                                                     {u"colegio ñ.v2.entrada.db", Database::entrada}};
+    for (const auto& [name, which] : files) {
+        engine->create(at(u"colegio ñ.v2.db"), which)->Execute(u"CREATE TABLE t (a)");
+        EXPECT_EQ(count(*engine->open(at(name), Database::centro)), 0);
+    }
+    engine->create(at(u"solo"), Database::borrado);
+    EXPECT_TRUE(fs::exists(at(u"solo.borrado")));
+    for (const auto& [name, which] : files)
+        engine->remove(at(u"colegio ñ.v2.db"), which);
+    engine->remove(at(u"solo"), Database::borrado);
+    engine->remove(at(u"solo"), Database::entrada);
+    EXPECT_TRUE(fs::is_empty(folder));
+    engine->temporary(at(u"nada"), Database::centro)->Execute(u"CREATE TABLE t (a)");
+    EXPECT_TRUE(fs::is_empty(folder));
+}
+
+TEST_F(Files, what_is_wrong_with_a_file_is_told)
+{
+    const auto open = [&](StringView name) { return [=, this] { engine->open(at(name), Database::centro); }; };
+    const auto create = [&](StringView name) { return [=, this] { engine->create(at(name), Database::centro); }; };
+    EXPECT_EQ(numberOf(open(u"nada.db"), u"no existe"), failure::otherData);
+    EXPECT_FALSE(fs::exists(at(u"nada.db")));
+    EXPECT_EQ(numberOf(open(u""), u"es una carpeta"), failure::otherData);
+    EXPECT_EQ(numberOf(create(u""), u"es una carpeta"), failure::otherData);
+    EXPECT_EQ(numberOf([&] { engine->open(u"", Database::entrada); }, u"sqlite:FICHERO"), failure::otherData);
+    EXPECT_EQ(numberOf(create(u"nada/x.db"), u"su carpeta no existe"), failure::otherData);
+    put(at(u"texto.db"), std::string(4096, 'x'));
+    EXPECT_EQ(numberOf(open(u"texto.db"), u"no es una base de datos"), failure::otherData);
+    EXPECT_EQ(numberOf(create(u"texto.db"), u"ya existe"), failure::otherData);
+    EXPECT_EQ(fs::file_size(at(u"texto.db")), 4096U);
+}
+
+TEST_F(Files, a_file_or_folder_without_the_right_to_write_is_told)
+{
+    made();
+    for (const fs::path& locked : {fs::path(at(u"colegio.db")), folder}) {
+        fs::permissions(locked, fs::perms::owner_write, fs::perm_options::remove);
+        std::ofstream probe(locked == folder ? folder / "probe" : locked, std::ios::app);
+        if (probe)
+            GTEST_SKIP() << "this user may write everywhere";
+        EXPECT_EQ(numberOf([&] { opened(); }, u"permiso de escritura"), failure::otherData);
+        fs::permissions(locked, fs::perms::owner_write, fs::perm_options::add);
+    }
+}
+
+TEST_F(Files, an_open_recordset_keeps_nobody_from_writing)
+{
+    const ConnectionPtr here = made();
+    const ConnectionPtr there = opened();
+    std::vector<RecordsetPtr> open;
+    for (int i = 0; i < 8; ++i)
+        open.push_back(here->Execute(u"Select a, b from t"));
+    there->Execute(u"Insert into t values (4,'other')");
+    EXPECT_EQ(count(*here), 4);
+    here->Execute(u"Insert into t values (5,'own')");
+    EXPECT_EQ(count(*here), 5);
+    EXPECT_EQ(count(*there), 5);
+    // What was asked for before goes on to its end as it was; asked again it is new.
+    Long seen = 0;
+    for (; !open[0]->Eof(); open[0]->MoveNext())
+        ++seen;
+    EXPECT_EQ(seen, 3);
+    open[0]->MoveFirst();
+    here->Execute(u"Update t Set b=b+'!'");
+    EXPECT_EQ(CStr(open[0]->Fields(u"b")), u"x");
+    for (int i = 0; i < 4; ++i)
+        open[0]->MoveNext();
+    EXPECT_EQ(CStr(open[0]->Fields(u"b")), u"own");
+    open.erase(open.begin() + 1, open.end());
+    EXPECT_EQ(count(*here), 5);
+}
+
+TEST_F(Files, a_transaction_sees_itself_and_is_kept_together)
+{
+    const ConnectionPtr here = made();
+    const RecordsetPtr before = here->Execute(u"Select a from t");
+    here->executeNative(u"BEGIN IMMEDIATE");
+    const RecordsetPtr open = here->Execute(u"Select a from t");
+    here->Execute(u"Delete * From t");
+    EXPECT_EQ(count(*here), 0);
+    EXPECT_EQ(count(*opened()), 3);
+    here->executeNative(u"ROLLBACK");
+    EXPECT_EQ(count(*here), 3);
+    open->MoveNext();
+    EXPECT_EQ(CLng(open->Fields(u"a")), 2);
+}
+
+TEST_F(Files, who_waits_too_long_fails_as_locked)
+{
+    const ConnectionPtr here = made();
+    const ConnectionPtr there = opened();
+    here->executeNative(u"BEGIN IMMEDIATE");
+    const auto since = std::chrono::steady_clock::now();
+    EXPECT_EQ(numberOf([&] { there->Execute(u"Delete * From t"); }), failure::locked);
+    const auto waited = std::chrono::steady_clock::now() - since;
+    EXPECT_GE(waited, std::chrono::milliseconds(4800));
+    EXPECT_LT(waited, std::chrono::seconds(8));
+    std::thread release([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        here->executeNative(u"COMMIT");
+    });
+    EXPECT_EQ(numberOf([&] { there->Execute(u"Delete * From t"); }), 0);
+    release.join();
+    EXPECT_EQ(count(*here), 0);
+}
+
+TEST_F(Files, a_file_that_was_taken_away_is_a_lost_connection)
+{
+    const ConnectionPtr here = made();
+    fs::rename(at(u"colegio.db"), at(u"fuera.db"));
+    EXPECT_EQ(numberOf([&] { here->Execute(u"Delete * From t"); }), failure::connectionLost);
+    const ConnectionPtr anew = made();
+    EXPECT_EQ(numberOf([&] { here->Execute(u"Select * from t"); }), failure::connectionLost);
+}
+
+TEST_F(Files, settings_make_what_returned_lasting)
+{
+    const ConnectionPtr here = made();
+    const RecordsetPtr open = here->Execute(u"Select a from t");
+    const RecordsetPtr onAnother = here->Execute(u"Select a from t");
+    EXPECT_EQ(CStr(here->executeNative(u"PRAGMA journal_mode")->row().front()), u"wal");
+    EXPECT_EQ(CLng(here->executeNative(u"PRAGMA synchronous")->row().front()), 2);
+}
