@@ -1,0 +1,182 @@
+#include "catalogues/CatalogueDialog.h"
+
+#include "forms/Desktop.h"
+#include "services/modCentroConfiguracion.h"
+#include "session/cConstCol.h"
+
+namespace zv {
+
+RecordsetPtr execute(StringView statement)
+{
+    const ConnectionPtr& connection = Configuracion().conLocalCentro;
+    if (!connection)
+        fail(failure::noObject);
+    return connection->Execute(statement);
+}
+
+bool reportedFailure(Integer messageId)
+{
+    if (Err().Number == 0)
+        return false;
+    warn(messageId, sign::critical);
+    Err().Clear();
+    return true;
+}
+
+bool isBlank(const TextBox& box) { return Trim(box.Text()).empty(); }
+
+bool CatalogueDialog::changesRow() { return Configuracion().bytAccion == cConstCol::Modificado; }
+
+bool CatalogueDialog::createsRow() { return Configuracion().bytAccion == cConstCol::NUEVO; }
+
+String CatalogueDialog::rowText() { return decimalText(Configuracion().lngRowData); }
+
+String CatalogueDialog::forRow(StringView pattern) { return Replace(pattern, u"{}", rowText()); }
+
+cCentroApi CatalogueDialog::begin(ResumeNext& next)
+{
+    cCentroApi api;
+    next([&] { Icon = LoadPicture(Configuracion().RutaIcono); });
+    next([&] { api = cCentroApi::create(); });
+    next([&] { BloquearControles(*this, Configuracion().Activa); });
+    return api;
+}
+
+void CatalogueDialog::tagCaption(ResumeNext& next, CaptionIds ids)
+{
+    next([&] { Tag = decimalText(changesRow() ? ids.modificado : ids.nuevo); });
+}
+
+void CatalogueDialog::localise(ResumeNext& next, const cCentroApi& api)
+{
+    next([&] { CargarTextos(*this); });
+    next([&] { api.Marcar_Obligatorios(Controls); });
+}
+
+cCentroApi CatalogueDialog::prelude(ResumeNext& next, CaptionIds ids)
+{
+    const cCentroApi api = begin(next);
+    tagCaption(next, ids);
+    localise(next, api);
+    return api;
+}
+
+bool CatalogueDialog::readRow(ResumeNext& next, StringView query)
+{
+    next([&] { fetch(query); });
+    return !reportedFailure(message::readFailed);
+}
+
+void CatalogueDialog::registerRow(ResumeNext& next, const cCentroApi& api, CommandButton& accept)
+{
+    const cConfiguracion& session = Configuracion();
+    const bool inUse = next.condition([&] {
+        return api.registroactivo(session.conLocalCentro, Name(), session.lngRowData, session.intIDUsuario);
+    });
+    if (!inUse)
+        return;
+    next([&] { accept.Enabled = false; });
+    next([&] { MarcaBloqueo = String(u"B"); });
+}
+
+void CatalogueDialog::fetch(StringView query)
+{
+    rows_.reset();
+    rows_ = execute(query);
+}
+
+Recordset& CatalogueDialog::rows() const
+{
+    if (!rows_)
+        fail(failure::noObject);
+    return *rows_;
+}
+
+void CatalogueDialog::makeSafe(ResumeNext& next, const cCentroApi& api)
+{
+    next([&] { api.ComprobarComilla(Controls); });
+}
+
+bool CatalogueDialog::update(ResumeNext& next, StringView statement)
+{
+    next([&] { execute(statement); });
+    if (!reportedFailure(message::updateFailed))
+        return true;
+    MousePointer = Integer{0};
+    return false;
+}
+
+Value CatalogueDialog::drawKey(const cCentroApi& api, StringView table, StringView key)
+{
+    const cConfiguracion& session = Configuracion();
+    return api.IDMax(session.conLocalCentro, session.conLocalBorradoCentro, table, key);
+}
+
+void CatalogueDialog::insertLoop(ResumeNext& next, const std::function<void()>& draw,
+                                 const std::function<String()>& statementFor)
+{
+    do {
+        Err().Clear();
+        const bool drawn = next(draw);
+        next([&] { execute(statementFor()); });
+        // A taken key is worth another try only where a fresh one can be drawn: without that the loop would have no end.
+        if (Err().Number != 0 && (Err().Number != failure::keyExists || !drawn)) {
+            showMessage(message::insertFailed, sign::critical);
+            Err().Clear();
+        }
+    } while (Err().Number != 0);
+}
+
+bool CatalogueDialog::unreferenced(std::span<const StringView> queries)
+{
+    ResumeNext next;
+    bool free = false;
+    for (const StringView& query : queries) {
+        next([&] { fetch(forRow(query)); });
+        if (reportedFailure(message::readFailed))
+            return free;
+        const bool first = &query == &queries.front();
+        next([&] { free = (first || free) && rows().Eof(); });
+    }
+    return free;
+}
+
+void CatalogueDialog::releaseRow()
+{
+    const cConfiguracion& session = Configuracion();
+    if (changesRow() && MarcaBloqueo() != u"B")
+        cCentroApi::create().EliminarRegistroActivo(session.conLocalCentro, Name(), session.lngRowData);
+}
+
+void CatalogueDialog::leaveScreen()
+{
+    if (Visible)
+        Hide();
+    DoEvents();
+}
+
+void CatalogueDialog::closeRows()
+{
+    ResumeNext next;
+    next([&] { rows().Close(); });
+    rows_.reset();
+    ResumeNext::leave();
+}
+
+void CatalogueDialog::designButtons(CommandButton& accept, CommandButton& cancel)
+{
+    accept.Caption = String(u"Aceptar");
+    accept.Tag = String(u"334");
+    cancel.Caption = String(u"Cancelar");
+    cancel.Tag = String(u"335");
+}
+
+void CatalogueDialog::selectAllOnFocus(TextBox& box)
+{
+    box.GotFocus.bind([&box] {
+        box.SelStart = Long{0};
+        box.SelLength = static_cast<Long>(box.Text().size());
+    });
+}
+
+} // namespace zv

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "forms/ComboBox.h"
+#include "forms/Controls.h"
+#include "forms/Form.h"
+#include "services/Messages.h"
+#include "services/cCentroApi.h"
+#include "session/cConfiguracion.h"
+
+#include <span>
+
+namespace zv {
+
+/// Numbers of a dialog's captions for a new row and for one that is changed.
+struct CaptionIds {
+    Integer nuevo;
+    Integer modificado;
+};
+
+/// The template of the maintenance dialogs: named pieces of their load, accept, guard and unload, which each
+/// dialog puts together in its own order.
+class CatalogueDialog : public Form {
+public:
+    /// Whether no other table refers to the session's row. Runs without loading the form.
+    virtual bool ComprobarEliminacion() = 0;
+
+protected:
+    explicit CatalogueDialog(StringView name) : Form(name) {}
+
+    /// Elements of the array of the two buttons.
+    static constexpr int aceptar = 0;
+    static constexpr int cancelar = 1;
+
+    // The session's row.
+    static bool changesRow();
+    static bool createsRow();
+    static String rowText();
+    /// The pattern with the row's key in the place of each "{}".
+    static String forRow(StringView pattern);
+
+    // Load.
+    /// Icon, helper object and lock-down; the object is the load routine's own.
+    cCentroApi begin(ResumeNext& next);
+    /// The tag that gives the form its caption.
+    void tagCaption(ResumeNext& next, CaptionIds ids);
+    /// Texts by number, then the signs of the mandatory fields.
+    void localise(ResumeNext& next, const cCentroApi& api);
+    /// The three steps above.
+    cCentroApi prelude(ResumeNext& next, CaptionIds ids);
+    /// Runs a query into the dialog's recordset and tests Err: a failure, were it an earlier statement's, is reported and
+    /// gives False.
+    bool readRow(ResumeNext& next, StringView query);
+    /// Registers the row for the user; a row in use by another cannot be accepted.
+    void registerRow(ResumeNext& next, const cCentroApi& api, CommandButton& accept);
+
+    // The dialog's recordset: the last result that it fetched.
+    /// A query that fails leaves no rows, so that an earlier result is never read for this one.
+    void fetch(StringView query);
+    /// Fails with 91 when there is none.
+    Recordset& rows() const;
+    Value field(StringView name) const { return rows().Fields(name); }
+
+    // Accept.
+    void makeSafe(ResumeNext& next, const cCentroApi& api);
+    /// Tests Err after a change: a failure is reported, and the dialog stays open.
+    bool update(ResumeNext& next, StringView statement);
+    /// Draws a key and inserts, and again with another key while the one drawn is taken by then. Any other failure is reported.
+    /// `statementFor` gives the statement for a key.
+    template <class Key>
+    void insert(ResumeNext& next, const cCentroApi& api, StringView table, StringView key, Key (*width)(const Value&),
+                const std::function<String(Key)>& statementFor)
+    {
+        Key id{};
+        const auto draw = [&] { id = width(drawKey(api, table, key)); };
+        insertLoop(next, draw, [&] { return statementFor(id); });
+    }
+
+    // Guard.
+    /// Whether none of the queries (patterns for the row) finds one. A failing one is reported and leaves the
+    /// result as the earlier ones gave it, False where it is the first.
+    bool unreferenced(std::span<const StringView> queries);
+
+    // Unload.
+    void releaseRow();
+    void leaveScreen();
+    void closeRows();
+
+    // Design.
+    /// "Aceptar" and "Cancelar", with the numbers of their texts.
+    static void designButtons(CommandButton& accept, CommandButton& cancel);
+    /// Selects the whole text when the box gets the focus, so that typing replaces it.
+    static void selectAllOnFocus(TextBox& box);
+
+private:
+    static Value drawKey(const cCentroApi& api, StringView table, StringView key);
+    void insertLoop(ResumeNext& next, const std::function<void()>& draw, const std::function<String()>& statementFor);
+
+    RecordsetPtr rows_;
+};
+
+/// Runs a statement on the school's live database; no connection fails with 91.
+RecordsetPtr execute(StringView statement);
+/// Err holds a failure: beep, the numbered message with the critical sign, and Err is cleared.
+bool reportedFailure(Integer messageId);
+bool isBlank(const TextBox& box);
+
+} // namespace zv

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "catalogues/OneFieldDialog.h"
+
+namespace zv {
+
+/// Countries: a text.
+class frmPais final : public OneFieldDialog {
+public:
+    frmPais();
+
+    TextBox txtPais{*this, u"txtPais"};
+    Label lblPais{*this, u"lblPais"};
+    ControlArray<CommandButton, 2> cmdPais{*this, u"cmdPais"};
+};
+
+} // namespace zv

@@ -1,0 +1,24 @@
+#include "catalogues/frmProvincia.h"
+
+namespace zv {
+
+namespace {
+// A copy of the guard of countries, and to stay so: a province in use as a province is not protected by it.
+constexpr StringView guards[] = {u"Select * From Alumno Where CodPaisNacimiento={}",
+                                 u"Select * From Personal Where CodPaisNacimiento={}",
+                                 u"Select * From Direccion Where Direccion.CodPais={}"};
+constexpr OneFieldCatalogue words{
+    .captions = {.nuevo = 28001, .modificado = 28002},
+    .table = u"Provincia",
+    .key = u"IDProvincia",
+    .column = u"Descripcion",
+    .load = u"Select * from Provincia  Where IDProvincia={}",
+    .insert = u"Insert into Provincia (IDProvincia,Descripcion) values ({},'{}')",
+    .update = u"Update Provincia Set Descripcion='{}' Where IDProvincia={}",
+    .guards = guards,
+};
+} // namespace
+
+frmProvincia::frmProvincia() : OneFieldDialog(u"frmProvincia", words) { assemble(txtProvincia, lblProvincia, u"Provincia:", 28020, cmdProvincia, 30); }
+
+} // namespace zv

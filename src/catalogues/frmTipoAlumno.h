@@ -1,0 +1,20 @@
+#pragma once
+
+#include "catalogues/OneFieldDialog.h"
+
+namespace zv {
+
+/// Kinds of pupil: a text.
+class frmTipoAlumno final : public OneFieldDialog {
+public:
+    frmTipoAlumno();
+
+    TextBox txtTipoAlumno{*this, u"txtTipoAlumno"};
+    Label lblTipoAlumno{*this, u"lblTipoAlumno"};
+    ControlArray<CommandButton, 2> cmdTipoAlumno{*this, u"cmdTipoAlumno"};
+
+private:
+    void button_Click(int Index) override { clickSafeFirst(Index); }
+};
+
+} // namespace zv

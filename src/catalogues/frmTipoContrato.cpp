@@ -1,0 +1,21 @@
+#include "catalogues/frmTipoContrato.h"
+
+namespace zv {
+
+namespace {
+constexpr StringView guards[] = {u"Select CodTipoContrato From Personal where CodTipoContrato={}"};
+constexpr OneFieldCatalogue words{
+    .captions = {.nuevo = 10001, .modificado = 10002},
+    .table = u"TipoContrato",
+    .key = u"IDTipoContrato",
+    .column = u"Nombre",
+    .load = u"Select * from TipoContrato  Where IDTipoContrato={}",
+    .insert = u"Insert into TipoContrato (IDTipoContrato,Nombre) values ({},'{}')",
+    .update = u"Update TipoContrato Set Nombre='{}' where IDTipoContrato={}",
+    .guards = guards,
+};
+} // namespace
+
+frmTipoContrato::frmTipoContrato() : OneFieldDialog(u"frmTipoContrato", words) { assemble(txtContrato, lblContrato, u"Contrato:", 10020, cmdContrato); }
+
+} // namespace zv

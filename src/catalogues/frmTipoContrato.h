@@ -1,0 +1,20 @@
+#pragma once
+
+#include "catalogues/OneFieldDialog.h"
+
+namespace zv {
+
+/// Kinds of contract: a text.
+class frmTipoContrato final : public OneFieldDialog {
+public:
+    frmTipoContrato();
+
+    TextBox txtContrato{*this, u"txtContrato"};
+    Label lblContrato{*this, u"lblContrato"};
+    ControlArray<CommandButton, 2> cmdContrato{*this, u"cmdContrato"};
+
+private:
+    void button_Click(int Index) override { clickSafeFirst(Index); }
+};
+
+} // namespace zv

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "catalogues/OneFieldDialog.h"
+
+namespace zv {
+
+/// Levels of studies: a text.
+class frmTipoNivelEstudios final : public OneFieldDialog {
+public:
+    frmTipoNivelEstudios();
+
+    TextBox txtNombre{*this, u"txtNombre"};
+    Label lblMiembro{*this, u"lblMiembro"};
+    ControlArray<CommandButton, 2> cmdNivel{*this, u"cmdNivel"};
+};
+
+} // namespace zv
