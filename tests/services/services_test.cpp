@@ -1,0 +1,241 @@
+#include "Fakes.h"
+#include "forms/Desktop.h"
+#include "services/MessageTable.h"
+#include "services/Messages.h"
+#include "services/cCentroApi.h"
+#include "services/modCentroConfiguracion.h"
+
+#include <gtest/gtest.h>
+
+namespace zv {
+namespace {
+
+using namespace test;
+
+std::int32_t failureOf(const std::function<void()>& statement)
+{
+    try {
+        statement();
+    } catch (const RuntimeError& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+TEST(Messages, hold_every_text_as_staff_know_it)
+{
+    EXPECT_EQ(std::size(messageTable), 255U);
+    const std::pair<Long, StringView> texts[] = {{100, u"ZORVEL GESTIÓN ESCOLAR"},
+                                                 {300, u"TEXT PARA BOTONES Y GRIDS"},
+                                                 {332, u"<<"},
+                                                 {7081, u"El código de sucursal debe tener 4 cifra"},
+                                                 {12082, u"Este tipo de I.V.A. ya exite"},
+                                                 {15000, u"FRMTIPOMIEMBROCENRO"},
+                                                 {22000, u"FRMTURO"},
+                                                 {24101, u"¡Debe seleccionar un Banco previamente.!"},
+                                                 {27002, u"Propiedades del Idioma "},
+                                                 {29003, u"Estado Civil:"}};
+    for (const auto& [id, expected] : texts)
+        EXPECT_EQ(LoadResString(id), expected);
+    EXPECT_EQ(LoadResString(520).size(), 230U);
+    for (const Long missing : {0, 99, 102, 25003, 29004, -1, 65636})
+        EXPECT_EQ(failureOf([&] { LoadResString(missing); }), failure::resourceMissing) << missing;
+}
+
+/// Writes down what a person would notice.
+class NotingDesktop final : public Desktop {
+public:
+    NotingDesktop() { useDesktop(this); }
+    ~NotingDesktop() override { useDesktop(nullptr); }
+    void opened(Form&) override {}
+    void runModal(Form&) override {}
+    void closed(Form&) override {}
+    void messageBox(StringView prompt, Integer flags, StringView title) override
+    {
+        notes.push_back(String(title) + u"|" + String(prompt) + u"|" + decimalText(flags));
+    }
+    void beep() override { notes.push_back(u"bip"); }
+    void doEvents() override {}
+    void handlerFailed(const RuntimeError&) override {}
+    std::vector<String> notes;
+};
+
+TEST(Messages, only_a_warning_beeps_and_the_title_is_the_systems)
+{
+    NotingDesktop desktop;
+    showMessage(message::insertFailed, sign::critical);
+    warn(message::fieldsMissing, sign::information);
+    EXPECT_EQ(desktop.notes,
+              (std::vector<String>{u"ZORVEL GESTIÓN ESCOLAR|ERROR al insertar un registro en la base de datos|16", u"bip",
+                                   u"ZORVEL GESTIÓN ESCOLAR|ERROR Faltan campos por rellenar|64"}));
+}
+
+TEST(CargarTextos, finds_the_number_where_each_kind_keeps_it)
+{
+    struct Case {
+        StringView kind, tag, expected;
+    };
+    const Case cases[] = {
+        {u"Label", u"29003", u"Estado Civil:"}, {u"Label", u"", u"diseño"},
+        {u"Label", u"29003b", u"diseño"},       {u"Label", u"99", u"diseño"},
+        {u"CommandButton", u"334", u"Aceptar"}, {u"CommandButton", u"340", u"Salir"},
+        {u"CommandButton", u"334b", u"Aceptar"}, {u"OptionButton", u"", u"diseño"},
+        {u"CheckBox", u"b334", u"diseño"},      {u"Frame", u"1110", u"frame Datos Generales"},
+        {u"CheckBox", u"-334", u"diseño"},
+    };
+    std::vector<ObjectPtr> controls;
+    for (const Case& one : cases)
+        controls.push_back(fake(one.kind, {{u"Tag", one.tag}, {u"Caption", u"diseño"}}));
+    // A text box has no caption to set; what stands behind it is reached all the same.
+    controls.insert(controls.begin() + 4, fake(u"TextBox", {{u"Tag", u"334"}}));
+    const ObjectPtr form = fakeForm(u"29002", controls);
+    CargarTextos(*form);
+    controls.erase(controls.begin() + 4);
+    EXPECT_EQ(text(form, u"Caption"), u"Propiedades del Estado Civil");
+    for (std::size_t i = 0; i < std::size(cases); ++i)
+        EXPECT_EQ(text(controls[i], u"Caption"), cases[i].expected) << toUtf8(cases[i].kind) << " " << toUtf8(cases[i].tag);
+
+    const ObjectPtr untagged = fakeForm(u"", {});
+    CargarTextos(*untagged);
+    EXPECT_EQ(text(untagged, u"Caption"), u"diseño");
+}
+
+TEST(CargarTextos, reaches_the_parts_of_strips_toolbars_lists_and_menus)
+{
+    const auto caption = [](StringView value) { return fake(u"Parte", {{u"Caption", value}}); };
+    const ObjectPtr tabs[] = {caption(u"a"), caption(u"b"), caption(u"c")};
+    const ObjectPtr buttons[] = {fake(u"Parte", {{u"ToolTipText", u"327"}}), fake(u"Parte", {{u"ToolTipText", u"Imprimir"}}),
+                                 fake(u"Parte", {{u"ToolTipText", u"338"}})};
+    const ObjectPtr headers[] = {fake(u"Parte", {{u"Tag", u""}, {u"Text", u"fijo"}}),
+                                 fake(u"Parte", {{u"Tag", u"321"}, {u"Text", u"x"}})};
+    const auto list = [](auto& items) {
+        return std::make_shared<FakeCollection>(1, std::vector<ObjectPtr>(std::begin(items), std::end(items)));
+    };
+    const ObjectPtr menu = fake(u"Menu", {{u"Tag", u"338"}, {u"Caption", u"340"}});
+    const ObjectPtr form = fakeForm(u"1001", {fake(u"TabStrip", {{u"Tag", u"1101"}, {u"Tabs", list(tabs)}}),
+                                              fake(u"Toolbar", {{u"Tag", u""}, {u"Buttons", list(buttons)}}),
+                                              fake(u"ListView", {{u"Tag", u""}, {u"ColumnHeaders", list(headers)}}),
+                                              fake(u"ListView", {}), menu});
+    CargarTextos(*form);
+    EXPECT_EQ(text(tabs[0], u"Caption") + u"," + text(tabs[1], u"Caption") + u"," + text(tabs[2], u"Caption"),
+              u"Datos Generales,Sucursales,c");
+    EXPECT_EQ(text(buttons[0], u"ToolTipText") + u"," + text(buttons[1], u"ToolTipText") + u"," + text(buttons[2], u"ToolTipText"),
+              u"Nuevo,Imprimir,Eliminar");
+    EXPECT_EQ(text(headers[0], u"Text") + u"," + text(headers[1], u"Text"), u"fijo,Fecha");
+    EXPECT_EQ(text(menu, u"Caption"), u"Salir");
+}
+
+ObjectPtr button(StringView tag, StringView caption = u"x", Long left = 0, Long top = 0)
+{
+    return fake(u"CommandButton", {{u"Tag", tag}, {u"Caption", caption}, {u"Enabled", true}, {u"Visible", true},
+                                   {u"Left", left}, {u"Top", top}});
+}
+
+String state(const ObjectPtr& button)
+{
+    return text(button, u"Tag") + (CBool(get(button, u"Enabled")) ? u"" : u" off") +
+           (CBool(get(button, u"Visible")) ? u"" : u" hidden");
+}
+
+TEST(BloquearControles, disables_what_changes_data_and_turns_the_buttons)
+{
+    const std::pair<ObjectPtr, StringView> buttons[] = {
+        {button(u"334"), u"334 off"}, {button(u"327"), u"327 off"},     {button(u"333"), u"333 off"},
+        {button(u"335"), u"340"},     {button(u"335", u""), u"335 off"}, {button(u"", u"..."), u" off"},
+        {button(u"336"), u"336 hidden"}, {button(u"326"), u"326"},       {button(u""), u""},
+        {button(u"3270"), u"3270"},   {button(u"338"), u"338 hidden"}};
+    struct Other {
+        StringView kind;
+        Value value;
+        bool enabled;
+    };
+    const Other others[] = {{u"TextBox", u"", false}, {u"ComboBox", u"", false}, {u"CheckBox", Integer{1}, false},
+                            {u"ZDatePicker", u"", false}, {u"ZMenu", u"", false}, {u"ZTimeBox", u"", false},
+                            {u"OptionButton", true, true}, {u"OptionButton", false, false},
+                            {u"Label", u"", true}, {u"Frame", u"", true}, {u"TabStrip", u"", true},
+                            {u"MSFlexGrid", u"", true}, {u"Toolbar", u"", true}};
+    std::vector<ObjectPtr> controls{fake(u"ComboBox", {}), fake(u"CommandButton", {{u"Tag", u"335"}})};
+    for (const auto& [control, expected] : buttons)
+        controls.push_back(control);
+    for (const Other& other : others)
+        controls.push_back(fake(other.kind, {{u"Value", other.value}, {u"Enabled", true}}));
+    const ObjectPtr form = fakeForm(u"", controls);
+
+    BloquearControles(*form, true);
+    EXPECT_EQ(state(buttons[0].first) + state(buttons[3].first) + state(buttons[10].first), u"334335338");
+
+    BloquearControles(*form, false);
+    for (const auto& [control, expected] : buttons)
+        EXPECT_EQ(state(control), expected);
+    for (std::size_t i = 0; i < std::size(others); ++i)
+        EXPECT_EQ(CBool(get(controls[2 + std::size(buttons) + i], u"Enabled")), others[i].enabled) << toUtf8(others[i].kind);
+    // A button that cannot say what it is counts as one that changes data: here there is nothing to disable, and no rule goes on.
+    EXPECT_EQ(text(controls[1], u"Tag"), u"335");
+}
+
+TEST(BloquearControles, modify_stands_where_delete_stood_whichever_comes_first)
+{
+    for (const bool modifyFirst : {true, false}) {
+        const ObjectPtr modify = button(u"337", u"Modificar", 100, 200);
+        const ObjectPtr remove = button(u"338", u"Eliminar", 1500, 2500);
+        BloquearControles(*fakeForm(u"", modifyFirst ? std::vector{modify, remove} : std::vector{remove, modify}), false);
+        EXPECT_EQ(state(modify), u"339");
+        EXPECT_EQ(text(modify, u"Left") + u" " + text(modify, u"Top"), u"1500 2500");
+    }
+    const ObjectPtr alone = button(u"337", u"Modificar", 100, 200);
+    const ObjectPtr atTheEdge = button(u"338", u"Eliminar", 0, 2500);
+    BloquearControles(*fakeForm(u"", {atTheEdge, alone}), false);
+    EXPECT_EQ(text(alone, u"Left") + u" " + text(alone, u"Top"), u"100 200");
+}
+
+/// Answers every call and writes it down.
+class NotingApi final : public Object {
+public:
+    explicit NotingApi(std::vector<String>& notes) : notes_(notes) {}
+    StringView TypeName() const override { return u"Api"; }
+    Value invoke(StringView member, Access access, Arguments& arguments) override
+    {
+        String note(member);
+        for (const Value& argument : arguments) {
+            if (const auto* object = argument.as<ObjectPtr>())
+                note += u" " + (*object ? String((*object)->TypeName()) : u"Nothing");
+            else if (const auto* array = argument.as<LongArray>())
+                note += u" [" + decimalText(static_cast<std::int64_t>((*array)->size())) + u"]";
+            else
+                note += u" " + CStr(argument);
+        }
+        EXPECT_EQ(access, Access::call);
+        notes_.push_back(note);
+        return Long{-1};
+    }
+
+private:
+    std::vector<String>& notes_;
+};
+
+TEST(HelperObject, is_called_by_name_in_the_order_that_the_suite_knows)
+{
+    std::vector<String> notes;
+    registerClass(u"zvapi.ccentroapi", [&] { return std::make_shared<NotingApi>(notes); });
+    const auto api = cCentroApi::create();
+    const ObjectPtr form = fakeForm(u"", {});
+    api.Marcar_Obligatorios(*form);
+    api.ComprobarComilla(*form);
+    EXPECT_EQ(CLng(api.IDMax(nullptr, nullptr, u"Pais", u"IDPais")), -1);
+    EXPECT_TRUE(api.registroactivo(nullptr, u"frmPais", 70000, 7));
+    api.EliminarRegistroActivo(nullptr, u"frmPais", 70000);
+    api.Comprobar_BotonesAccesoRapido(*form, nullptr, 3);
+    api.agregarelementovacio(*form);
+    api.incluirpersonalenactividad(nullptr, nullptr, std::make_shared<std::vector<Long>>(3), 1);
+    registerClass(u"ZVApi.cCentroApi", {});
+    EXPECT_EQ(notes, (std::vector<String>{u"Marcar_Obligatorios frmPrueba", u"ComprobarComilla frmPrueba",
+                                          u"IDMax Nothing Nothing Pais IDPais", u"registroactivo Nothing frmPais 70000 7",
+                                          u"EliminarRegistroActivo Nothing frmPais 70000",
+                                          u"Comprobar_BotonesAccesoRapido frmPrueba Nothing 3", u"agregarelementovacio frmPrueba",
+                                          u"incluirpersonalenactividad Nothing Nothing [3] 1"}));
+    EXPECT_EQ(failureOf([&] { cCentroApi().ComprobarComilla(*form); }), failure::noObject);
+    EXPECT_EQ(failureOf([] { cCentroApi::create(u"ZVApi.cNoExiste"); }), failure::classMissing);
+}
+
+} // namespace
+} // namespace zv
