@@ -45,7 +45,7 @@ const MemberTable<Connection>& connectionMembers()
 {
     static const auto table = [] {
         MemberTable<Connection> members;
-        // Behind the statement callers may give where to count rows, and options; neither changes what is run.
+        // Behind the statement callers may give where to count rows, and options: neither changes it.
         members.method(u"Execute", [](Connection& self, Arguments& arguments) {
             expectArguments(arguments, 1, 3, u"Execute");
             return Value(self.Execute(CStr(arguments.front())));

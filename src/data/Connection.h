@@ -33,7 +33,8 @@ struct EngineInfo {
     String version;
 };
 
-/// A connection to a database. A statement that returned is on disk; a failure is a DataError. By name: Execute.
+/// A connection to a database. A statement that returned is on disk; a failure is a DataError.
+/// By name: Execute.
 class Connection : public Object {
 public:
     /// Runs one statement as the dialogs write it. One that gives no rows comes back as a closed recordset.
@@ -54,8 +55,8 @@ struct School {
     ConnectionPtr entrada; ///< The suite's entry database.
 };
 
-/// Assembles a statement: each "{}" of the pattern, in order, gives way to a value (texts as they are, numbers as decimal text).
-/// What a value holds is never read as a pattern.
+/// Assembles a statement: each "{}" of the pattern, in order, gives way to a value (texts as they are,
+/// numbers as decimal text). What a value holds is never read as a pattern.
 String statement(StringView pattern, std::initializer_list<Value> values);
 
 } // namespace zv

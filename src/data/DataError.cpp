@@ -37,8 +37,8 @@ String describe(std::int32_t number, StringView detail)
 } // namespace
 
 DataError::DataError(std::int32_t number, std::string engineCode, StringView engineText, StringView statement)
-    : RuntimeError(number, describe(number, engineText)), engineCode_(std::move(engineCode)), engineText_(engineText),
-      statement_(statement)
+    : RuntimeError(number, describe(number, engineText)), engineCode_(std::move(engineCode)),
+      engineText_(engineText), statement_(statement)
 {
 }
 

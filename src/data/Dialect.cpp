@@ -19,8 +19,8 @@ struct Token {
 bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 bool isNameUnit(char16_t unit)
 {
-    return unit >= 0x80 || isDigit(unit) || (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') ||
-           StringView(u"_$@#").find(unit) != StringView::npos;
+    return unit >= 0x80 || isDigit(unit) || (unit >= u'a' && unit <= u'z') ||
+           (unit >= u'A' && unit <= u'Z') || StringView(u"_$@#").find(unit) != StringView::npos;
 }
 bool isBlank(char16_t unit) { return StringView(u" \t\r\n\f").find(unit) != StringView::npos; }
 
@@ -62,21 +62,22 @@ private:
 
     Kind take(char16_t first)
     {
-        switch (first) {
-        case u'\'':
-            return quoted(u'\''), Kind::text;
-        case u'"':
-        case u'`':
-            return quoted(first), Kind::name;
-        case u'[':
-            return passTo(u"]", place_), Kind::name;
-        default:
-            break;
+        if (first == u'\'' || first == u'"' || first == u'`') {
+            quoted(first);
+            return first == u'\'' ? Kind::text : Kind::name;
         }
-        if (isDigit(first) || (first == u'.' && isDigit(at(place_ + 1))))
-            return number(), Kind::number;
-        if (!isNameUnit(first))
-            return ++place_, Kind::symbol;
+        if (first == u'[') {
+            passTo(u"]", place_);
+            return Kind::name;
+        }
+        if (isDigit(first) || (first == u'.' && isDigit(at(place_ + 1)))) {
+            number();
+            return Kind::number;
+        }
+        if (!isNameUnit(first)) {
+            ++place_;
+            return Kind::symbol;
+        }
         while (isNameUnit(at(place_)))
             ++place_;
         return Kind::name;
@@ -121,8 +122,10 @@ public:
             }
         }
         for (; token.kind != Kind::end; token = tokens.next()) {
-            if (text(token) == u";")
-                return endStatement(tokens);
+            if (text(token) == u";") {
+                refuseSecond(statement_.substr(token.start), statement_);
+                break;
+            }
             accept(token);
         }
         endSum();
@@ -157,15 +160,6 @@ private:
     enum class Before { nothing, term, sign, point };
 
     StringView text(const Token& token) const { return statement_.substr(token.start, token.length); }
-
-    void endStatement(Tokens& tokens)
-    {
-        endSum();
-        for (Token token = tokens.next(); token.kind != Kind::end; token = tokens.next()) {
-            if (text(token) != u";")
-                throw DataError(failure::badStatement, "", u"solo se admite una instrucción cada vez", statement_);
-        }
-    }
 
     void accept(const Token& token)
     {
@@ -245,6 +239,15 @@ private:
 };
 
 } // namespace
+
+void refuseSecond(StringView rest, StringView statement)
+{
+    Tokens tokens(rest);
+    for (Token token = tokens.next(); token.kind != Kind::end; token = tokens.next()) {
+        if (rest[token.start] != u';')
+            throw DataError(failure::badStatement, "", u"solo se admite una instrucción cada vez", statement);
+    }
+}
 
 StringView inDialect(StringView statement, const Dialect& dialect, String& room)
 {

@@ -4,15 +4,19 @@
 
 namespace zv {
 
-/// How an engine wants written what the dialogs write in their own way. The defaults leave a statement as it is.
+/// How an engine wants written what the dialogs write in their own way. By default a statement stays as it is.
 struct Dialect {
-    StringView joinTexts = u"+";  ///< The sign that joins texts.
-    bool deleteWithStar = true;   ///< Whether `DELETE * FROM` is understood.
+    StringView joinTexts = u"+"; ///< The sign that joins texts.
+    bool deleteWithStar = true;  ///< Whether `DELETE * FROM` is understood.
 };
 
-/// The statement as the engine understands it. `room` holds it where something had to change; else the statement itself comes
-/// back. A `+` joins texts where a text literal stands among the terms it adds up. Nothing inside literals, quoted names and
-/// comments is touched. A second statement behind a `;` fails with failure::badStatement.
+/// The statement as the engine understands it. `room` holds it where something had to change; else the
+/// statement itself comes back. A `+` joins texts where a text literal stands among the terms it adds up.
+/// Nothing inside literals, quoted names and comments is touched. A second statement fails as refuseSecond().
 StringView inDialect(StringView statement, const Dialect& dialect, String& room);
+
+/// What stands behind a statement's `;` may only be blanks, comments and more of the sign; else the statement
+/// fails with failure::badStatement.
+void refuseSecond(StringView rest, StringView statement);
 
 } // namespace zv

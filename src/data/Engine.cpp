@@ -13,7 +13,8 @@ std::vector<std::unique_ptr<Engine>>& engines()
 
 auto engineNamed(StringView scheme)
 {
-    return std::ranges::find_if(engines(), [&](const auto& engine) { return sameName(engine->scheme(), scheme); });
+    return std::ranges::find_if(engines(),
+                                [&](const auto& engine) { return sameName(engine->scheme(), scheme); });
 }
 
 StringView schemeOf(StringView url)
@@ -41,9 +42,9 @@ Engine& engineOf(StringView url)
     String schemes;
     for (const auto& engine : engines())
         schemes += (schemes.empty() ? u"«" : u", «") + String(engine->scheme()) + u":»";
-    throw RuntimeError(failure::otherData, u"«" + String(url) +
-                                               u"» no dice en qué motor está la base de datos; empiece por " +
-                                               (schemes.empty() ? String(u"(ninguno disponible)") : schemes) + u".");
+    throw RuntimeError(failure::otherData,
+                       u"«" + String(url) + u"» no dice en qué motor está la base de datos; empiece por " +
+                           (schemes.empty() ? String(u"(ninguno disponible)") : schemes) + u".");
 }
 
 StringView locationOf(StringView url)

@@ -24,12 +24,13 @@ public:
     virtual ~Engine() = default;
     virtual StringView scheme() const = 0;
     virtual DdlStyle ddl() const = 0;
-    /// Opens an existing database. `location` is the URL without its scheme. Fails with a RuntimeError that tells a person what to do: file missing, no
-    /// database, no right to it.
+    /// Opens an existing database. `location` is the URL without its scheme. Fails with a RuntimeError that
+    /// tells a person what to do: file missing, no database, no right to it.
     virtual ConnectionPtr open(StringView location, Database which) = 0;
     /// Makes a new, empty database (no tables yet). Fails if there is one already.
     virtual ConnectionPtr create(StringView location, Database which) = 0;
-    /// Takes away a database that create() made; its connections must be gone. One that is not there is no failure.
+    /// Takes away a database that create() made; its connections must be gone. One that is not there is no
+    /// failure.
     virtual void remove(StringView location, Database which) = 0;
     /// A fresh, empty database that is gone with its connection.
     virtual ConnectionPtr temporary(StringView location, Database which) = 0;
@@ -39,7 +40,8 @@ public:
 
 /// Makes an engine known; each program registers those that it links.
 void registerEngine(std::unique_ptr<Engine> engine);
-/// The engine of a URL's scheme; a scheme that no engine knows fails with a RuntimeError that names those that exist.
+/// The engine of a URL's scheme; a scheme that no engine knows fails with a RuntimeError that names those
+/// that exist.
 Engine& engineOf(StringView url);
 /// The URL without its scheme.
 StringView locationOf(StringView url);

@@ -2,7 +2,7 @@
 #include "data/DataError.h"
 #include "data/Dialect.h"
 
-#include <gtest/gtest.h>
+#include "NumberOf.h"
 
 #include <stdexcept>
 
@@ -26,13 +26,16 @@ TEST(Dialect, rewrites_only_what_the_engine_lacks)
         StringView before, after;
     };
     for (const auto& [before, after] : {
-             Case{u"Delete * From Sucursal where  IDSucursal=3", u"Delete  From Sucursal where  IDSucursal=3"},
+             Case{u"Delete * From Sucursal where  IDSucursal=3",
+                  u"Delete  From Sucursal where  IDSucursal=3"},
              Case{u"/* * */DELETE/**/*FROM a", u"/* * */DELETE/**/FROM a"},
              Case{u"SELECT a.b + ' ' + a.c + ', ' + d AS n, e + 1 FROM t WHERE f+2=3 and g='x'",
                   u"SELECT a.b || ' ' || a.c || ', ' || d AS n, e + 1 FROM t WHERE f+2=3 and g='x'"},
              Case{u"SELECT a + b + '!' FROM t", u"SELECT a || b || '!' FROM t"},
-             Case{u"SELECT ('a' + b) + c, len('a') + 5, trim(a)+'x'", u"SELECT ('a' || b) || c, len('a') + 5, trim(a)||'x'"},
-             Case{u"SELECT [a+'] + 'x', \"b+'\"+'y', `c+'` + d", u"SELECT [a+'] || 'x', \"b+'\"||'y', `c+'` + d"},
+             Case{u"SELECT ('a' + b) + c, len('a') + 5, trim(a)+'x'",
+                  u"SELECT ('a' || b) || c, len('a') + 5, trim(a)||'x'"},
+             Case{u"SELECT [a+'] + 'x', \"b+'\"+'y', `c+'` + d",
+                  u"SELECT [a+'] || 'x', \"b+'\"||'y', `c+'` + d"},
              Case{u"SELECT 'a''+' + 'Delete * From b; + ' -- 'x' + y\n+ '' /* + '' */ + c",
                   u"SELECT 'a''+' || 'Delete * From b; + ' -- 'x' + y\n|| '' /* + '' */ || c"},
          })
@@ -43,8 +46,9 @@ TEST(Dialect, leaves_the_rest_and_does_not_copy_it)
 {
     String room = u"untouched";
     for (const StringView same :
-         {u"Update t Set a='x+y', b='Delete * From t' where c=1+2;  -- end", u"SELECT * FROM t WHERE a='b' AND c+d=1.5e+3",
-          u"SELECT count(*)+1 FROM t ORDER BY a ;;", u"Insert into t values (1,'a','b',-2,+3)", u""})
+         {u"Update t Set a='x+y', b='Delete * From t' where c=1+2;  -- end",
+          u"SELECT * FROM t WHERE a='b' AND c+d=1.5e+3", u"SELECT count(*)+1 FROM t ORDER BY a ;;",
+          u"Insert into t values (1,'a','b',-2,+3)", u""})
         EXPECT_EQ(inDialect(same, strict, room).data(), same.data()) << toUtf8(same);
     EXPECT_EQ(room, u"untouched");
     const StringView asItStands = u"Delete * From t where a='b'+c";
@@ -53,22 +57,16 @@ TEST(Dialect, leaves_the_rest_and_does_not_copy_it)
 
 TEST(Dialect, refuses_a_second_statement)
 {
-    for (const StringView two : {u"SELECT 1; DELETE FROM t", u"SELECT ';';;'x'", u"Delete * From t;/**/x"}) {
-        try {
-            rewritten(two);
-            ADD_FAILURE() << toUtf8(two);
-        } catch (const DataError& error) {
-            EXPECT_EQ(error.number(), failure::badStatement);
-            EXPECT_EQ(error.statement(), two);
-        }
-    }
+    for (const StringView two : {u"SELECT 1; DELETE FROM t", u"SELECT ';';;'x'", u"Delete * From t;/**/x"})
+        EXPECT_EQ(numberOf([&] { rewritten(two); }), failure::badStatement) << toUtf8(two);
 }
 
 TEST(Statement, puts_values_in_their_places_once)
 {
     EXPECT_EQ(statement(u"a={} b='{}' {}{}", {Value(Long(-7)), Value(u"{} o'x"), Value(Null()), Value(2.5)}),
               u"a=-7 b='{} o'x' 2.5");
-    EXPECT_EQ(statement(u"{},{},{}", {Value(true), Value(Currency{12345}), Value(Byte(200))}), u"-1,1.2345,200");
+    EXPECT_EQ(statement(u"{},{},{}", {Value(true), Value(Currency{12345}), Value(Byte(200))}),
+              u"-1,1.2345,200");
     EXPECT_THROW(statement(u"{}", {}), std::logic_error);
     EXPECT_THROW(statement(u"x", {Value(u"{}")}), std::logic_error);
 }

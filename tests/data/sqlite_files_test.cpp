@@ -1,6 +1,6 @@
 #include "data/sqlite/SqliteEngine.h"
 
-#include <gtest/gtest.h>
+#include "NumberOf.h"
 
 #include <chrono>
 #include <filesystem>
@@ -18,7 +18,10 @@ protected:
     Files() { fs::create_directories(folder); }
     ~Files() override { fs::remove_all(folder); }
     String at(StringView name) const { return (folder / fs::path(String(name))).u16string(); }
-    static void put(StringView path, std::string_view bytes) { std::ofstream(fs::path(String(path))) << bytes; }
+    static void put(StringView path, std::string_view bytes)
+    {
+        std::ofstream(fs::path(String(path))) << bytes;
+    }
     ConnectionPtr made(StringView name = u"colegio.db")
     {
         ConnectionPtr result = engine->create(at(name), Database::centro);
@@ -28,17 +31,6 @@ protected:
     }
     ConnectionPtr opened() { return engine->open(at(u"colegio.db"), Database::centro); }
     static Long count(Connection& on) { return CLng(on.Execute(u"Select count(*) from t")->row().front()); }
-    static std::int32_t numberOf(const auto& act, StringView words = {})
-    {
-        try {
-            act();
-        } catch (const RuntimeError& error) {
-            EXPECT_NE(error.description().find(words), String::npos) << error.what();
-            return error.number();
-        }
-        return 0;
-    }
-
     std::unique_ptr<Engine> engine = sqliteEngine();
     fs::path folder = fs::temp_directory_path() /
                       ("zv-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
@@ -68,8 +60,12 @@ TEST_F(Files, a_school_is_three_files_side_by_side)
 
 TEST_F(Files, what_is_wrong_with_a_file_is_told)
 {
-    const auto open = [&](StringView name) { return [=, this] { engine->open(at(name), Database::centro); }; };
-    const auto create = [&](StringView name) { return [=, this] { engine->create(at(name), Database::centro); }; };
+    const auto open = [&](StringView name) {
+        return [=, this] { engine->open(at(name), Database::centro); };
+    };
+    const auto create = [&](StringView name) {
+        return [=, this] { engine->create(at(name), Database::centro); };
+    };
     EXPECT_EQ(numberOf(open(u"nada.db"), u"no existe"), failure::otherData);
     EXPECT_FALSE(fs::exists(at(u"nada.db")));
     EXPECT_EQ(numberOf(open(u""), u"es una carpeta"), failure::otherData);
@@ -120,6 +116,8 @@ TEST_F(Files, an_open_recordset_keeps_nobody_from_writing)
     EXPECT_EQ(CStr(open[0]->Fields(u"b")), u"own");
     open.erase(open.begin() + 1, open.end());
     EXPECT_EQ(count(*here), 5);
+    there->Execute(u"ALTER TABLE t ADD COLUMN c DEFAULT 'new'");
+    EXPECT_EQ(CStr(here->Execute(u"Select * from t")->Fields(u"c")), u"new");
 }
 
 TEST_F(Files, a_transaction_sees_itself_and_is_kept_together)

@@ -16,7 +16,8 @@ struct Rule {
     std::int32_t number;
 };
 
-/// The first rule that fits decides; what none fits is otherData. A key is taken only where the engine says so.
+/// The first rule that fits decides; what none fits is otherData. A key is taken only where the engine says
+/// so.
 constexpr std::array rules{
     Rule{SQLITE_CONSTRAINT_PRIMARYKEY, {}, u"", failure::keyExists},
     Rule{SQLITE_CONSTRAINT_UNIQUE, {}, u"", failure::keyExists},
@@ -56,7 +57,8 @@ DataError failureOf(sqlite3* handle, Phase phase, StringView statement)
 {
     const int code = sqlite3_extended_errcode(handle);
     const String text = static_cast<const char16_t*>(sqlite3_errmsg16(handle));
-    const auto rule = std::ranges::find_if(rules, [&](const Rule& each) { return fits(each, code, phase, text); });
+    const auto rule =
+        std::ranges::find_if(rules, [&](const Rule& each) { return fits(each, code, phase, text); });
     return {rule == rules.end() ? failure::otherData : rule->number, std::to_string(code), text, statement};
 }
 
@@ -64,7 +66,8 @@ void refuseUnstorable(StringView statement)
 {
     for (std::size_t place = 0; place < statement.size(); ++place) {
         const char16_t unit = statement[place];
-        if (isSurrogate(unit, 0xD800) && place + 1 < statement.size() && isSurrogate(statement[place + 1], 0xDC00))
+        if (isSurrogate(unit, 0xD800) && place + 1 < statement.size() &&
+            isSurrogate(statement[place + 1], 0xDC00))
             ++place;
         else if (unit == 0 || unit >= 0xFFFE || (unit & 0xF800) == 0xD800)
             throw DataError(failure::otherData, "",

@@ -38,7 +38,8 @@ public:
     Value Fields(StringView name) override
     {
         const std::vector<String>& names = opened().names();
-        const auto found = std::ranges::find_if(names, [&](const String& each) { return sameName(each, name); });
+        const auto found =
+            std::ranges::find_if(names, [&](const String& each) { return sameName(each, name); });
         if (found == names.end())
             refuse(failure::unknownField, name);
         return value(present()[static_cast<std::size_t>(found - names.begin())]);
@@ -102,10 +103,7 @@ public:
         std::unique_ptr<Cursor> cursor = store_->run(statement);
         return std::make_shared<Rows>(store_, String(statement), std::move(cursor));
     }
-    EngineInfo engine() override
-    {
-        return {u"SQLite", fromUtf8(sqlite3_libversion())};
-    }
+    EngineInfo engine() override { return {u"SQLite", fromUtf8(sqlite3_libversion())}; }
 
 private:
     std::shared_ptr<Store> store_;

@@ -1,5 +1,6 @@
 #include "data/sqlite/Store.h"
 
+#include "data/Dialect.h"
 #include "data/sqlite/Failure.h"
 
 #include <sqlite3.h>
@@ -19,15 +20,17 @@ constexpr const char* fileSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronou
     throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» " + String(words));
 }
 
-constexpr StringView noRight = u"no se puede escribir: dé a este usuario permiso de escritura sobre el fichero y sobre "
-                               u"su carpeta.";
+constexpr StringView noRight =
+    u"no se puede escribir: dé a este usuario permiso de escritura sobre el fichero y sobre "
+    u"su carpeta.";
 
 /// What the place tells without the engine.
 void checkPlace(const std::filesystem::path& file, bool create)
 {
     std::error_code ignored;
     if (file.empty())
-        throw RuntimeError(failure::otherData, u"Falta el fichero de la base de datos: escriba sqlite:FICHERO.");
+        throw RuntimeError(failure::otherData,
+                           u"Falta el fichero de la base de datos: escriba sqlite:FICHERO.");
     if (std::filesystem::is_directory(file, ignored))
         failFor(file, u"es una carpeta; escriba el nombre de un fichero.");
     const bool exists = std::filesystem::exists(file, ignored);
@@ -78,28 +81,20 @@ DatabasePtr openHandle(const std::filesystem::path& file, int flags)
     return handle;
 }
 
-StatementPtr prepare(sqlite3* handle, StringView text, StringView statement, StringView& rest)
+StatementPtr prepare(sqlite3* handle, StringView statement)
 {
     sqlite3_stmt* prepared = nullptr;
     const void* tail = nullptr;
-    if (sqlite3_prepare16_v3(handle, text.data(), static_cast<int>(text.size() * sizeof(char16_t)), 0, &prepared,
-                             &tail) != SQLITE_OK)
+    const auto bytes = static_cast<int>(statement.size() * sizeof(char16_t));
+    const int result = sqlite3_prepare16_v3(handle, statement.data(), bytes, 0, &prepared, &tail);
+    if (result != SQLITE_OK)
         throw failureOf(handle, Phase::preparing, statement);
-    rest = text.substr(static_cast<std::size_t>(static_cast<const char16_t*>(tail) - text.data()));
-    return StatementPtr(prepared);
-}
-
-StatementPtr prepareOnly(sqlite3* handle, StringView statement)
-{
-    StringView rest;
-    StatementPtr result = prepare(handle, statement, statement, rest);
-    while (!rest.empty()) {
-        if (prepare(handle, rest, statement, rest))
-            throw DataError(failure::badStatement, "", u"solo se admite una instrucción cada vez", statement);
-    }
-    if (!result)
+    StatementPtr only(prepared);
+    if (!only)
         throw DataError(failure::badStatement, "", u"la instrucción está vacía", statement);
-    return result;
+    const auto taken = static_cast<const char16_t*>(tail) - statement.data();
+    refuseSecond(statement.substr(static_cast<std::size_t>(taken)), statement);
+    return only;
 }
 
 Cursor::Field fieldOf(sqlite3_stmt* statement, int column)
@@ -146,7 +141,9 @@ Store::Store(std::filesystem::path file, bool create) : file_(std::move(file))
 /// Inside a transaction all statements run on the handle that began it.
 std::shared_ptr<Handle> Store::handle(StringView statement)
 {
-    const auto inTransaction = [](const auto& each) { return sqlite3_get_autocommit(each->database.get()) == 0; };
+    const auto inTransaction = [](const auto& each) {
+        return sqlite3_get_autocommit(each->database.get()) == 0;
+    };
     const auto isFree = [](const auto& each) { return each->cursors.empty(); };
     auto found = std::ranges::find_if(handles_, inTransaction);
     if (found == handles_.end())
@@ -171,7 +168,8 @@ void Store::refuseVanished(Handle& handle, StringView statement) const
     int moved = 0;
     sqlite3_file_control(handle.database.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
     if (moved != 0)
-        throw DataError(failure::connectionLost, "", u"«" + file_.u16string() + u"» ya no está en su sitio", statement);
+        throw DataError(failure::connectionLost, "", u"«" + file_.u16string() + u"» ya no está en su sitio",
+                        statement);
 }
 
 std::unique_ptr<Cursor> Store::run(StringView statement)
@@ -179,7 +177,7 @@ std::unique_ptr<Cursor> Store::run(StringView statement)
     refuseUnstorable(statement);
     std::shared_ptr<Handle> on = handle(statement);
     refuseVanished(*on, statement);
-    StatementPtr prepared = prepareOnly(on->database.get(), statement);
+    StatementPtr prepared = prepare(on->database.get(), statement);
     const bool hasRows = sqlite3_column_count(prepared.get()) > 0;
     if (!hasRows || sqlite3_stmt_readonly(prepared.get()) == 0) {
         // Rows that stand open on the same handle stay what they were when they were asked for.
@@ -194,9 +192,6 @@ Cursor::Cursor(std::shared_ptr<Handle> handle, StatementPtr statement)
     : handle_(std::move(handle)), statement_(std::move(statement)),
       onlyReads_(sqlite3_stmt_readonly(statement_.get()) != 0)
 {
-    const int columns = sqlite3_column_count(statement_.get());
-    for (int column = 0; column < columns; ++column)
-        names_.emplace_back(static_cast<const char16_t*>(sqlite3_column_name16(statement_.get(), column)));
     fetch();
     // What a statement writes is on disk only when its last row was read.
     if (!onlyReads_)
@@ -223,6 +218,8 @@ void Cursor::fetch()
     if (!statement_)
         return;
     const int result = sqlite3_step(statement_.get());
+    if (names_.empty())
+        readNames();
     if (result == SQLITE_ROW) {
         Row& row = rows_.emplace_back();
         row.reserve(names_.size());
@@ -231,8 +228,17 @@ void Cursor::fetch()
         return;
     }
     if (result != SQLITE_DONE)
-        failure_ = failureOf(handle_->database.get(), Phase::running, fromUtf8(sqlite3_sql(statement_.get())));
+        failure_ =
+            failureOf(handle_->database.get(), Phase::running, fromUtf8(sqlite3_sql(statement_.get())));
     end();
+}
+
+/// Known once it runs: another station may have changed the table since the handle looked at it last.
+void Cursor::readNames()
+{
+    const int columns = sqlite3_column_count(statement_.get());
+    for (int column = 0; column < columns; ++column)
+        names_.emplace_back(static_cast<const char16_t*>(sqlite3_column_name16(statement_.get(), column)));
 }
 
 void Cursor::takeAll()

@@ -29,8 +29,8 @@ struct Handle {
     std::vector<Cursor*> cursors;
 };
 
-/// A database: one handle in memory; for a file as many as there are cursors open at a time. A statement runs on a handle
-/// without cursors, so that it sees the newest rows and its writing waits for no reader of ours.
+/// A database: one handle in memory; for a file as many as there are cursors open at a time. A statement runs
+/// on a handle without cursors, so that it sees the newest rows and its writing waits for no reader of ours.
 class Store {
 public:
     /// A database in memory.
@@ -75,6 +75,7 @@ public:
 
 private:
     void fetch();
+    void readNames();
     void end();
 
     std::shared_ptr<Handle> handle_;
