@@ -1,0 +1,15 @@
+# A floor of the house: every source below its folder, in one static library zv_NAME that sees only the floors
+# it is given. A new file needs no edit here.
+function(zv_floor name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS;LINKS;EXCEPT" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${name}/*.cpp ${name}/*.h)
+  foreach(folder IN LISTS ARG_EXCEPT)
+    list(FILTER sources EXCLUDE REGEX "/${folder}/")
+  endforeach()
+  string(REPLACE "/" "_" target "zv_${name}")
+  add_library(${target} STATIC ${sources})
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  list(TRANSFORM ARG_DEPENDS PREPEND "zv_")
+  target_link_libraries(${target} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_LINKS} zv_warnings)
+endfunction()
