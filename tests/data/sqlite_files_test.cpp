@@ -120,6 +120,17 @@ TEST_F(Files, an_open_recordset_keeps_nobody_from_writing)
     EXPECT_EQ(CStr(here->Execute(u"Select * from t")->Fields(u"c")), u"new");
 }
 
+TEST_F(Files, what_a_statement_writes_and_gives_back_is_written_once_and_at_once)
+{
+    const ConnectionPtr here = made();
+    const RecordsetPtr rows = here->Execute(u"Insert into t values (7,''),(8,''),(9,'') RETURNING a");
+    EXPECT_EQ(count(*opened()), 6);
+    rows->MoveNext();
+    EXPECT_EQ(CLng(rows->Fields(u"a")), 8);
+    EXPECT_EQ(numberOf([&] { rows->MoveFirst(); }), failure::otherData);
+    EXPECT_EQ(count(*here), 6);
+}
+
 TEST_F(Files, a_transaction_sees_itself_and_is_kept_together)
 {
     const ConnectionPtr here = made();

@@ -187,17 +187,6 @@ TEST_F(Memory, open_rows_stay_what_they_were)
     EXPECT_TRUE(rows->Eof());
 }
 
-TEST_F(Memory, what_a_statement_writes_and_gives_back_is_written_once)
-{
-    base->Execute(u"CREATE TABLE t (a INTEGER PRIMARY KEY)");
-    const RecordsetPtr rows = base->Execute(u"Insert into t values (1),(2),(3) RETURNING a");
-    EXPECT_EQ(all(u"Select count(*) from t"), u"3 ");
-    rows->MoveNext();
-    EXPECT_EQ(CLng(rows->Fields(u"a")), 2);
-    EXPECT_EQ(numberOf([&] { rows->MoveFirst(); }), failure::otherData);
-    EXPECT_EQ(all(u"Select count(*) from t"), u"3 ");
-}
-
 TEST_F(Memory, tables_are_told_in_physical_order)
 {
     base->Execute(u"CREATE TABLE Zeta (b TEXT, A INTEGER PRIMARY KEY, c)");
