@@ -1,0 +1,69 @@
+#include "data/Schools.h"
+
+#include "data/Schema.h"
+
+namespace zv {
+namespace {
+
+constexpr Database all[] = {Database::centro, Database::borrado, Database::entrada};
+
+ConnectionPtr &member(School &school, Database which) {
+    switch (which) {
+    case Database::centro:
+        return school.centro;
+    case Database::borrado:
+        return school.borrado;
+    case Database::entrada:
+        break;
+    }
+    return school.entrada;
+}
+
+void makeTables(Connection &connection, Database which, DdlStyle style) {
+    // At once, since each statement by itself would wait for the disk.
+    connection.executeNative(u"BEGIN");
+    for (const String &each : schema::definition(which, style))
+        connection.executeNative(each);
+    connection.executeNative(u"COMMIT");
+}
+
+} // namespace
+
+School openSchool(StringView url) {
+    Engine &engine = engineOf(url);
+    School school;
+    for (const Database which : all)
+        member(school, which) = engine.open(locationOf(url), which);
+    return school;
+}
+
+School createSchool(StringView url) {
+    Engine &engine = engineOf(url);
+    School school;
+    std::vector<Database> made;
+    try {
+        for (const Database which : all) {
+            member(school, which) = engine.create(locationOf(url), which);
+            made.push_back(which);
+            makeTables(*member(school, which), which, engine.ddl());
+        }
+    } catch (...) {
+        school = {};
+        for (const Database which : made)
+            engine.remove(locationOf(url), which);
+        throw;
+    }
+    return school;
+}
+
+School temporarySchool(StringView url) {
+    Engine &engine = engineOf(url);
+    School school;
+    for (const Database which : all) {
+        member(school, which) = engine.temporary(locationOf(url), which);
+        makeTables(*member(school, which), which, engine.ddl());
+    }
+    return school;
+}
+
+} // namespace zv
