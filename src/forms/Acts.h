@@ -2,15 +2,13 @@
 
 #include "forms/Controls.h"
 #include "forms/Form.h"
+#include "forms/Keys.h"
 
 namespace zv {
 
 class ComboBox;
 class MSFlexGrid;
 class TabStrip;
-
-/// Keys without a character, and those that have a meaning of their own.
-enum class Key { Enter, Escape, Tab, BackTab, Backspace, Delete, Left, Right, Up, Down, Home, End };
 
 /// What a person does at a form. Each act first moves the focus to the control, if it is not there: LostFocus of the
 /// old, then GotFocus of the new; then the act's own events. A failure of a handler ends in Form::guarded.
@@ -45,6 +43,24 @@ public:
     bool close();
 
 private:
+    /// Moves the focus to the control and does the act, if the control can still be acted upon then.
+    bool at(Control& control, const std::function<void()>& act);
+    void press(Control& control, const Keystroke& key);
+    void pressSentKeys();
+    /// Enter, Escape and Tab, which the form answers itself.
+    bool pressFormKey(Control& control, Key key);
+    void pressInText(TextBox& box, const Keystroke& key);
+    void editText(TextBox& box, Key key);
+    void pressInList(ComboBox& box, const Keystroke& key);
+    void pressInGrid(MSFlexGrid& grid, Key key);
+    void pressInTabs(TabStrip& strip, Key key);
+    void pressAmongOptions(OptionButton& option, Key key);
+    void activate(Control& control);
+    void enterCell(MSFlexGrid& grid, Long row, Long column);
+    template <class... A> void raise(const Event<A...>& event, A... args)
+    {
+        form_.guarded([&] { event.raise(args...); });
+    }
     Form& form_;
 };
 

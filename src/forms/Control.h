@@ -61,6 +61,8 @@ public:
 
 protected:
     Control(Container& container, StringView typeName, StringView name, int index);
+    /// Tells the view that a list, cells or tabs changed.
+    void contentChanged();
 
 private:
     void propertyChanged(const PropertyBase& property) override;

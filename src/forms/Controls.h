@@ -22,6 +22,8 @@ public:
     TextBox(Container& container, StringView name, int index = noIndex) : Control(container, u"TextBox", name, index) {}
     bool takesFocus() const override { return true; }
 
+    /// What the suite's helper object made of the text; any later change of the text empties it.
+    Property<String> TextoDoblado{*this, u"TextoDoblado"};
     /// A text longer than MaxLength is cut. Moves the caret to the start; raises Change if the text differs.
     Property<String> Text{*this, u"Text", {}, [this](const String& text) { assignText(text); }};
     /// In 16-bit units; 0 is no limit.
@@ -39,6 +41,15 @@ public:
 private:
     friend class Acts;
     void assignText(const String& text);
+    /// Puts a text in the place of the selection, the caret behind it; raises Change if the text differs. What does not fit
+    /// under MaxLength is cut off the new text.
+    void replaceSelection(StringView text);
+    /// Puts a character there, whole or not at all: a full box refuses it.
+    void typeText(StringView text);
+    /// The places one character before and after a place.
+    Long stepBefore(Long at) const;
+    Long stepAfter(Long at) const;
+    void store(const String& text);
     void assignSelStart(Long start);
     void assignSelLength(Long length);
 };

@@ -35,6 +35,7 @@ public:
 
 /// The desktop in use. Using one where none was set fails with 5.
 Desktop& desktop();
+bool hasDesktop();
 /// nullptr takes it away. The caller keeps it alive.
 void useDesktop(Desktop* desktop);
 

@@ -53,6 +53,8 @@ public:
 
     /// The control that has the focus, or none.
     Control* ActiveControl() const { return focus_; }
+    /// Controls that were brought to the front, the last one first.
+    const std::vector<Control*>& frontToBack() const { return frontToBack_; }
     /// The control of that name (and index), or nullptr. Does not load the form.
     Control* find(StringView name, int index = Control::noIndex) const;
     /// A control reached from outside: loads the form. Fails with 438 if there is none of that name.
@@ -96,16 +98,21 @@ private:
     friend class Control;
     friend class Acts;
     void propertyChanged(const PropertyBase& property) override;
-    /// Moves the focus: LostFocus of the old control, GotFocus of the new one (none for nullptr).
-    void moveFocus(Control* to, bool fromCode);
+    void controlChanged(Control& control, const PropertyBase* property);
+    /// Moves the focus: LostFocus of the old control, GotFocus of the new one. The two events of a person's act are guarded
+    /// one by one; a failure of those that code causes is the caller's.
+    void moveFocus(Control* to, bool byPerson);
     /// Gives the focus to the next control that can have it when the one that has it no longer can.
     void settleFocus();
+    /// The control after (before) that one, in a circle, that can have the focus; nullptr starts at the end.
+    Control* nextFocus(const Control* from, bool forward) const;
 
     String name_;
     bool loaded_ = false;
     bool sealed_ = false;
     bool unloading_ = false;
     Control* focus_ = nullptr;
+    std::vector<Control*> frontToBack_; ///< Controls that were brought to the front, the last one first.
 };
 
 /// The hourglass over a form while a routine works; the default pointer is back at its end.

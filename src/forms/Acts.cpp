@@ -1,0 +1,152 @@
+#include "forms/Acts.h"
+
+#include "forms/ComboBox.h"
+#include "forms/MSFlexGrid.h"
+#include "forms/TabStrip.h"
+
+#include <algorithm>
+
+namespace zv {
+
+bool Acts::at(Control& control, const std::function<void()>& act)
+{
+    if (!control.accessible())
+        return false;
+    if (control.takesFocus())
+        form_.moveFocus(&control, true);
+    // Leaving the old control may have closed the form or taken the target out of reach.
+    const bool reachable = control.accessible();
+    if (reachable)
+        act();
+    form_.settleFocus();
+    return reachable;
+}
+
+bool Acts::focus(Control& control)
+{
+    return control.takesFocus() && at(control, [] {});
+}
+
+bool Acts::click(Control& control)
+{
+    return at(control, [&] { activate(control); });
+}
+
+void Acts::activate(Control& control)
+{
+    if (auto* button = dynamic_cast<CommandButton*>(&control)) {
+        raise(button->Click);
+    } else if (auto* option = dynamic_cast<OptionButton*>(&control)) {
+        form_.guarded([&] { option->Value = true; });
+    } else if (auto* box = dynamic_cast<CheckBox*>(&control)) {
+        raise(box->MouseDown);
+        if (box->accessible())
+            form_.guarded([&] { box->Value = static_cast<Integer>(1 - box->Value()); });
+    }
+}
+
+bool Acts::type(Control& control, StringView text)
+{
+    bool reached = control.accessible();
+    while (reached && !text.empty()) {
+        // A pair of surrogates is one key.
+        const StringView character = cut(text, 1).empty() ? text.substr(0, 2) : text.substr(0, 1);
+        reached = at(control, [&] { press(control, String(character)); });
+        pressSentKeys();
+        text.remove_prefix(character.size());
+    }
+    return reached;
+}
+
+bool Acts::key(Control& control, Key key)
+{
+    const bool reached = at(control, [&] { press(control, key); });
+    pressSentKeys();
+    return reached;
+}
+
+bool Acts::paste(TextBox& box, StringView text)
+{
+    return at(box, [&] { form_.guarded([&] { box.replaceSelection(text); }); });
+}
+
+bool Acts::select(TextBox& box, Long start, Long length)
+{
+    return at(box, [&] {
+        box.SelStart = std::max<Long>(start, 0);
+        box.SelLength = std::max<Long>(length, 0);
+    });
+}
+
+bool Acts::choose(ComboBox& box, Long index)
+{
+    box.entry(index);
+    return at(box, [&] {
+        box.ListIndex.store(index);
+        raise(box.Click);
+    });
+}
+
+void Acts::enterCell(MSFlexGrid& grid, Long row, Long column)
+{
+    if (row != grid.Row() || column != grid.Col()) {
+        raise(grid.LeaveCell);
+        grid.Row = row;
+        grid.Col = column;
+        raise(grid.EnterCell);
+    }
+}
+
+bool Acts::clickCell(MSFlexGrid& grid, Long row, Long column)
+{
+    static_cast<void>(grid.TextMatrix(row, column));
+    return at(grid, [&] {
+        enterCell(grid, row, column);
+        raise(grid.Click);
+    });
+}
+
+bool Acts::doubleClickCell(MSFlexGrid& grid, Long row, Long column)
+{
+    if (!clickCell(grid, row, column) || !clickCell(grid, row, column))
+        return false;
+    return at(grid, [&] { raise(grid.DblClick); });
+}
+
+bool Acts::scroll(MSFlexGrid& grid, Long row)
+{
+    static_cast<void>(grid.TextMatrix(row, 0));
+    return at(grid, [&] {
+        const Long last = std::max<Long>(grid.Rows() - grid.visibleRows(), 1);
+        const Long top = std::clamp<Long>(row, 1, last);
+        if (top == grid.TopRow())
+            return;
+        grid.TopRow = top;
+        raise(grid.Scroll);
+    });
+}
+
+bool Acts::clickTab(TabStrip& strip, Long tab)
+{
+    StripTab& clicked = strip.Tabs(tab);
+    return at(strip, [&] { form_.guarded([&] { clicked.select(); }); });
+}
+
+bool Acts::clickBackground()
+{
+    if (!form_.Visible() || !form_.Enabled())
+        return false;
+    form_.guarded([this] { form_.Form_Click(); });
+    form_.settleFocus();
+    return true;
+}
+
+bool Acts::close()
+{
+    if (!form_.Visible() || !form_.Enabled())
+        return false;
+    form_.guarded([this] { form_.Unload(); });
+    return true;
+}
+
+} // namespace zv

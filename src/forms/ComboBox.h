@@ -1,0 +1,49 @@
+#pragma once
+
+#include "forms/Control.h"
+
+namespace zv {
+
+/// A drop-down list. Entries count from 0; each carries a text and a number. An index outside fails with 381.
+class ComboBox final : public Control {
+public:
+    ComboBox(Container& container, StringView name, int index = noIndex) : Control(container, u"ComboBox", name, index) {}
+    bool takesFocus() const override { return true; }
+
+    /// The chosen entry, -1 for none. Raises Click on a change.
+    Property<Long> ListIndex{*this, u"ListIndex", -1, [this](const Long& index) { assignListIndex(index); }};
+    /// Width of the opened list in pixels; 0 is that of the box.
+    Property<Long> DroppedWidth{*this, u"DroppedWidth"};
+    Event<> Click;
+
+    void AddItem(StringView text);
+    void RemoveItem(Long index);
+    /// Takes every entry away; the choice becomes -1 without an event.
+    void Clear();
+    Long ListCount() const { return static_cast<Long>(entries_.size()); }
+    /// Index of the entry that was added last; -1 when none was since Clear.
+    Long NewIndex() const { return newIndex_; }
+    const String& List(Long index) const { return entry(index).text; }
+    Long ItemData(Long index) const { return entry(index).data; }
+    void setItemData(Long index, Long data);
+    /// The chosen text, "" for none.
+    String Text() const;
+
+    void restoreDesign() override;
+    /// Beside the properties: the members above by their names.
+    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+private:
+    friend class Acts;
+    struct Entry {
+        String text;
+        Long data = 0;
+    };
+    const Entry& entry(Long index) const;
+    void assignListIndex(Long index);
+
+    std::vector<Entry> entries_;
+    Long newIndex_ = -1;
+};
+
+} // namespace zv

@@ -1,0 +1,38 @@
+#include "forms/Desktop.h"
+
+namespace zv {
+
+namespace {
+
+constexpr Long averageCharacterWidth = 105; ///< Twips, of an ordinary 9-point font.
+
+Desktop*& inUse()
+{
+    static Desktop* current = nullptr;
+    return current;
+}
+
+} // namespace
+
+Long Desktop::textWidth(StringView text) { return static_cast<Long>(text.size()) * averageCharacterWidth; }
+
+void Desktop::changed(PropertyOwner&, const PropertyBase*) {}
+
+Desktop& desktop()
+{
+    if (inUse() == nullptr)
+        fail(failure::invalidCall, u"no hay escritorio en el que mostrar ventanas");
+    return *inUse();
+}
+
+bool hasDesktop() { return inUse() != nullptr; }
+
+void useDesktop(Desktop* desktop) { inUse() = desktop; }
+
+void MsgBox(StringView prompt, Integer flags, StringView title) { desktop().messageBox(prompt, flags, title); }
+
+void Beep() { desktop().beep(); }
+
+void DoEvents() { desktop().doEvents(); }
+
+} // namespace zv

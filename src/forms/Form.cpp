@@ -1,0 +1,186 @@
+#include "forms/Form.h"
+
+#include "forms/Desktop.h"
+
+#include <algorithm>
+#include <exception>
+
+namespace zv {
+
+namespace {
+
+constexpr std::int32_t alreadyShown = 400;
+
+} // namespace
+
+Value ControlList::invoke(StringView member, Access access, Arguments& arguments)
+{
+    static const auto members =
+        MemberTable<ControlList>()
+            .property(u"Count", [](ControlList& self, const Arguments&) { return Value(static_cast<Long>(self.Count())); })
+            .property(u"Item", [](ControlList& self, const Arguments& a) {
+                const Long position = CLng(argument(a, 0));
+                if (position < 0 || position >= static_cast<Long>(self.Count()))
+                    fail(failure::indexOutside);
+                return Value(uncounted(*self.controls_[static_cast<std::size_t>(position)]));
+            });
+    return members.invoke(*this, member, access, arguments);
+}
+
+void Form::Load()
+{
+    if (loaded_)
+        return;
+    for (Control* control : Controls)
+        sealed_ ? control->restoreDesign() : control->sealDesign();
+    sealed_ ? restoreDesign() : sealDesign();
+    sealed_ = true;
+    Icon = {};
+    focus_ = nullptr;
+    frontToBack_.clear();
+    loaded_ = true;
+    try {
+        Form_Load();
+    } catch (const RuntimeError&) {
+        loaded_ = false;
+        throw;
+    }
+}
+
+void Form::Show()
+{
+    if (Visible())
+        throw RuntimeError(alreadyShown, u"El formulario ya está visible");
+    Load();
+    if (!loaded_) // Form_Load closed it again.
+        return;
+    Visible = true;
+    desktop().opened(*this);
+    guarded([this] { Form_Activate(); });
+    settleFocus();
+    if (Visible())
+        desktop().runModal(*this);
+}
+
+void Form::Hide() { Visible = false; }
+
+void Form::Unload()
+{
+    if (!loaded_ || unloading_)
+        return;
+    unloading_ = true;
+    std::exception_ptr failed;
+    try {
+        Form_Unload();
+    } catch (const RuntimeError&) {
+        failed = std::current_exception();
+    }
+    Visible = false;
+    focus_ = nullptr;
+    unloading_ = false;
+    loaded_ = false;
+    if (hasDesktop())
+        desktop().closed(*this);
+    if (failed)
+        std::rethrow_exception(failed);
+}
+
+Control* Form::find(StringView name, int index) const
+{
+    for (Control* control : Controls)
+        if (control->Index() == index && sameName(control->Name(), name))
+            return control;
+    return nullptr;
+}
+
+Control& Form::reach(StringView name, int index)
+{
+    Control* control = find(name, index);
+    if (control == nullptr)
+        fail(failure::memberMissing, name);
+    Load();
+    return *control;
+}
+
+void Form::guarded(const std::function<void()>& event)
+{
+    const bool enabled = Enabled();
+    try {
+        event();
+    } catch (const RuntimeError& error) {
+        MousePointer = Integer{0};
+        if (enabled)
+            Enabled = true;
+        desktop().handlerFailed(error);
+    }
+}
+
+Value Form::invoke(StringView member, Access access, Arguments& arguments)
+{
+    const auto perform = [](void (Form::*act)()) {
+        return [act](Form& self, Arguments&) {
+            (self.*act)();
+            return Value();
+        };
+    };
+    static const auto members =
+        MemberTable<Form>()
+            .property(u"Name", [](Form& self, const Arguments&) { return Value(self.Name()); })
+            .property(u"Controls", [](Form& self, const Arguments&) { return Value(uncounted(self.Controls)); })
+            .method(u"Show", perform(&Form::Show))
+            .method(u"Hide", perform(&Form::Hide));
+    return members.has(member) ? members.invoke(*this, member, access, arguments)
+                               : PropertyOwner::invoke(member, access, arguments);
+}
+
+void Form::propertyChanged(const PropertyBase& property)
+{
+    if (hasDesktop())
+        desktop().changed(*this, &property);
+}
+
+void Form::controlChanged(Control& control, const PropertyBase* property)
+{
+    if (hasDesktop())
+        desktop().changed(control, property);
+}
+
+void Form::moveFocus(Control* to, bool byPerson)
+{
+    const auto raise = [this, byPerson](const Event<>& event) {
+        byPerson ? guarded([&event] { event.raise(); }) : event.raise();
+    };
+    if (to == focus_)
+        return;
+    Control* from = focus_;
+    focus_ = nullptr;
+    if (from != nullptr)
+        raise(from->LostFocus);
+    // The handler may have closed the form, or moved the focus itself.
+    if (!loaded_ || focus_ != nullptr || to == nullptr || !to->accessible())
+        return;
+    focus_ = to;
+    raise(to->GotFocus);
+}
+
+void Form::settleFocus()
+{
+    if (Visible() && Enabled() && (focus_ == nullptr || !focus_->accessible()))
+        moveFocus(nextFocus(focus_, true), true);
+}
+
+Control* Form::nextFocus(const Control* from, bool forward) const
+{
+    std::vector<Control*> order(Controls.begin(), Controls.end());
+    if (!forward)
+        std::reverse(order.begin(), order.end());
+    const auto place = std::find(order.begin(), order.end(), from);
+    if (place != order.end())
+        std::rotate(order.begin(), place + 1, order.end());
+    const auto found = std::find_if(order.begin(), order.end(), [](const Control* control) {
+        return control->takesFocus() && control->accessible();
+    });
+    return found == order.end() ? nullptr : *found;
+}
+
+} // namespace zv

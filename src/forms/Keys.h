@@ -1,0 +1,33 @@
+#pragma once
+
+#include "runtime/String.h"
+
+#include <deque>
+#include <optional>
+#include <variant>
+
+namespace zv {
+
+/// Keys without a character, and those that have a meaning of their own.
+enum class Key { Enter, Escape, Tab, BackTab, Backspace, Delete, Left, Right, Up, Down, Home, End };
+
+/// A key as a person presses it: one of the above, or a character (one or two 16-bit units).
+using Keystroke = std::variant<Key, String>;
+
+/// Keys that a program sends, to follow after the key in hand.
+class KeyQueue {
+public:
+    /// "{END}", "{HOME}", "{TAB}", "{ENTER}", "{ESC}", "{BS}", "{DEL}", "{LEFT}", "{RIGHT}", "{UP}", "{DOWN}", and characters.
+    /// Fails with 5 for a name in braces that is none of these.
+    void send(StringView keys);
+    std::optional<Keystroke> next();
+    void clear() { queue_.clear(); }
+
+private:
+    std::deque<Keystroke> queue_;
+};
+
+/// The one queue of the process.
+KeyQueue& sentKeys();
+
+} // namespace zv

@@ -1,0 +1,176 @@
+#include "forms/MSFlexGrid.h"
+
+#include <algorithm>
+
+namespace zv {
+
+namespace {
+
+constexpr Long defaultColumnWidth = 960;
+constexpr Long defaultRowHeight = 240;
+
+} // namespace
+
+Long MSFlexGrid::checkedRow(Long row) const
+{
+    if (row < 0 || row >= static_cast<Long>(rows_.size()))
+        fail(failure::listIndexOutside, decimalText(row));
+    return row;
+}
+
+Long MSFlexGrid::checkedColumn(Long column) const
+{
+    if (column < 0 || column >= static_cast<Long>(widths_.size()))
+        fail(failure::listIndexOutside, decimalText(column));
+    return column;
+}
+
+void MSFlexGrid::resize(Long rows, Long columns)
+{
+    if (rows < 1 || columns < 1)
+        fail(failure::invalidProperty);
+    const auto width = static_cast<std::size_t>(columns);
+    rows_.resize(static_cast<std::size_t>(rows));
+    for (GridRow& row : rows_)
+        row.cells.resize(width);
+    widths_.resize(width, defaultColumnWidth);
+    alignments_.resize(width, 1);
+    Rows.store(rows);
+    Cols.store(columns);
+    keepInside();
+    contentChanged();
+}
+
+void MSFlexGrid::keepInside()
+{
+    const auto within = [](Property<Long>& place, Long count) { place.store(std::clamp(place(), Long{0}, count - 1)); };
+    within(Row, Rows());
+    within(RowSel, Rows());
+    within(TopRow, Rows());
+    within(Col, Cols());
+    within(ColSel, Cols());
+}
+
+void MSFlexGrid::moveTo(Long row, Long column)
+{
+    Row.store(checkedRow(row));
+    RowSel.store(row);
+    Col.store(checkedColumn(column));
+    ColSel.store(column);
+}
+
+void MSFlexGrid::setTextMatrix(Long row, Long column, StringView text)
+{
+    rows_[static_cast<std::size_t>(checkedRow(row))].cells[columnAt(column)] = String(text);
+    contentChanged();
+}
+
+void MSFlexGrid::setRowData(Long row, Long data) { rows_[static_cast<std::size_t>(checkedRow(row))].data = data; }
+
+void MSFlexGrid::setColWidth(Long column, Long width)
+{
+    widths_[columnAt(column)] = width;
+    contentChanged();
+}
+
+void MSFlexGrid::setColAlignment(Long column, Integer alignment)
+{
+    alignments_[columnAt(column)] = alignment;
+    contentChanged();
+}
+
+void MSFlexGrid::Clear()
+{
+    for (GridRow& row : rows_)
+        row = {std::vector<String>(widths_.size()), 0};
+    contentChanged();
+}
+
+void MSFlexGrid::AddItem(StringView text)
+{
+    resize(Rows() + 1, Cols());
+    std::vector<String>& cells = rows_.back().cells;
+    for (std::size_t column = 0; column < cells.size(); ++column) {
+        const std::size_t tab = text.find(u'\t');
+        cells[column] = String(text.substr(0, tab));
+        text = tab == StringView::npos ? StringView() : text.substr(tab + 1);
+    }
+    contentChanged();
+}
+
+void MSFlexGrid::RemoveItem(Long row)
+{
+    if (checkedRow(row) == 0)
+        fail(failure::listIndexOutside, decimalText(row));
+    rows_.erase(rows_.begin() + row);
+    resize(Rows() - 1, Cols());
+}
+
+Long MSFlexGrid::rowHeight() const { return std::max(RowHeightMin(), defaultRowHeight); }
+
+Long MSFlexGrid::visibleRows() const { return std::max<Long>(Height() / rowHeight() - 1, 1); }
+
+Long MSFlexGrid::CellLeft() const
+{
+    Long left = 0;
+    for (Long column = 0; column < Col(); ++column)
+        left += ColWidth(column);
+    return left;
+}
+
+Long MSFlexGrid::CellTop() const
+{
+    const Long below = Row() == 0 ? 0 : Row() - std::max<Long>(TopRow(), 1) + 1;
+    return below * rowHeight();
+}
+
+void MSFlexGrid::restoreDesign()
+{
+    rows_.clear();
+    widths_.clear();
+    alignments_.clear();
+    Control::restoreDesign();
+    resize(Rows(), Cols());
+}
+
+Value MSFlexGrid::invoke(StringView member, Access access, Arguments& arguments)
+{
+    using Grid = MSFlexGrid;
+    const auto perform = [](auto act) {
+        return [act](Grid& self, Arguments& a) {
+            act(self, a);
+            return Value();
+        };
+    };
+    static const auto members =
+        MemberTable<Grid>()
+            .property(
+                u"TextMatrix",
+                [](Grid& self, const Arguments& a) {
+                    return Value(self.TextMatrix(CLng(argument(a, 0)), CLng(argument(a, 1))));
+                },
+                [](Grid& self, const Arguments& a) {
+                    self.setTextMatrix(CLng(argument(a, 0)), CLng(argument(a, 1)), CStr(argument(a, 2)));
+                })
+            .property(
+                u"RowData", [](Grid& self, const Arguments& a) { return Value(self.RowData(CLng(argument(a, 0)))); },
+                [](Grid& self, const Arguments& a) { self.setRowData(CLng(argument(a, 0)), CLng(argument(a, 1))); })
+            .property(
+                u"ColWidth", [](Grid& self, const Arguments& a) { return Value(self.ColWidth(CLng(argument(a, 0)))); },
+                [](Grid& self, const Arguments& a) { self.setColWidth(CLng(argument(a, 0)), CLng(argument(a, 1))); })
+            .property(
+                u"ColAlignment",
+                [](Grid& self, const Arguments& a) { return Value(self.ColAlignment(CLng(argument(a, 0)))); },
+                [](Grid& self, const Arguments& a) { self.setColAlignment(CLng(argument(a, 0)), CInt(argument(a, 1))); })
+            .property(u"CellLeft", [](Grid& self, const Arguments&) { return Value(self.CellLeft()); })
+            .property(u"CellTop", [](Grid& self, const Arguments&) { return Value(self.CellTop()); })
+            .property(u"CellWidth", [](Grid& self, const Arguments&) { return Value(self.CellWidth()); })
+            .property(u"CellHeight", [](Grid& self, const Arguments&) { return Value(self.CellHeight()); })
+            .method(u"Clear", perform([](Grid& self, Arguments&) { self.Clear(); }))
+            .method(u"AddItem", perform([](Grid& self, Arguments& a) { self.AddItem(CStr(argument(a, 0))); }))
+            .method(u"RemoveItem", perform([](Grid& self, Arguments& a) { self.RemoveItem(CLng(argument(a, 0))); }));
+    return members.has(member) ? members.invoke(*this, member, access, arguments)
+                               : Control::invoke(member, access, arguments);
+}
+
+} // namespace zv

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "forms/Control.h"
+
+namespace zv {
+
+/// A grid of texts with one fixed row, the heading, and no fixed column. Rows and columns count from 0; one outside fails
+/// with 381. Measures are twips.
+class MSFlexGrid final : public Control {
+public:
+    MSFlexGrid(Container& container, StringView name, int index = noIndex)
+        : Control(container, u"MSFlexGrid", name, index)
+    {
+        resize(2, 2);
+    }
+    bool takesFocus() const override { return true; }
+
+    Property<Long> Rows{*this, u"Rows", 2, [this](const Long& rows) { resize(rows, Cols()); }};
+    Property<Long> Cols{*this, u"Cols", 2, [this](const Long& columns) { resize(Rows(), columns); }};
+    /// The present cell. Assigning it selects that cell alone.
+    Property<Long> Row{*this, u"Row", 1, [this](const Long& row) { moveTo(row, Col()); }};
+    Property<Long> Col{*this, u"Col", 0, [this](const Long& column) { moveTo(Row(), column); }};
+    Property<Long> RowSel{*this, u"RowSel", 1, [this](const Long& row) { RowSel.store(checkedRow(row)); }};
+    Property<Long> ColSel{*this, u"ColSel", 0, [this](const Long& column) { ColSel.store(checkedColumn(column)); }};
+    /// First row under the heading.
+    Property<Long> TopRow{*this, u"TopRow", 1, [this](const Long& row) { TopRow.store(checkedRow(row)); }};
+    Property<Long> RowHeightMin{*this, u"RowHeightMin"};
+
+    Event<> Click;
+    Event<> DblClick;
+    Event<> EnterCell;
+    Event<> LeaveCell;
+    Event<> Scroll;
+
+    const String& TextMatrix(Long row, Long column) const { return rowAt(row).cells[columnAt(column)]; }
+    void setTextMatrix(Long row, Long column, StringView text);
+    Long RowData(Long row) const { return rowAt(row).data; }
+    void setRowData(Long row, Long data);
+    /// 0 hides the column.
+    Long ColWidth(Long column) const { return widths_[columnAt(column)]; }
+    void setColWidth(Long column, Long width);
+    /// 1 left, 4 centred, 7 right.
+    Integer ColAlignment(Long column) const { return alignments_[columnAt(column)]; }
+    void setColAlignment(Long column, Integer alignment);
+    /// Empties every cell and row number; rows, columns and widths stay.
+    void Clear();
+    /// Adds a row; tabs part its cells.
+    void AddItem(StringView text);
+    /// Fails with 381 for the fixed row too.
+    void RemoveItem(Long row);
+
+    Long rowHeight() const;
+    /// Rows under the heading that are seen whole.
+    Long visibleRows() const;
+    /// Place and size of the present cell within the grid.
+    Long CellLeft() const;
+    Long CellTop() const;
+    Long CellWidth() const { return ColWidth(Col()); }
+    Long CellHeight() const { return rowHeight(); }
+
+    void restoreDesign() override;
+    /// Beside the properties: the members above by their names.
+    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+private:
+    struct GridRow {
+        std::vector<String> cells;
+        Long data = 0;
+    };
+    Long checkedRow(Long row) const;
+    Long checkedColumn(Long column) const;
+    const GridRow& rowAt(Long row) const { return rows_[static_cast<std::size_t>(checkedRow(row))]; }
+    std::size_t columnAt(Long column) const { return static_cast<std::size_t>(checkedColumn(column)); }
+    void resize(Long rows, Long columns);
+    void moveTo(Long row, Long column);
+    void keepInside();
+
+    std::vector<GridRow> rows_;
+    std::vector<Long> widths_;
+    std::vector<Integer> alignments_;
+};
+
+} // namespace zv

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "forms/Control.h"
+
+namespace zv {
+
+class TabStrip;
+
+/// One tab of a strip. By name: Caption, ToolTipText, Index, Selected.
+class StripTab final : public Object {
+public:
+    StripTab(TabStrip& strip, Long index, String caption, String toolTip);
+
+    /// Place in the strip, from 1.
+    Long Index() const { return index_; }
+    bool Selected() const;
+    /// True always raises the strip's Click, even where the tab is selected already.
+    void select();
+    String Caption;
+    String ToolTipText;
+
+    StringView TypeName() const override { return u"Tab"; }
+    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+private:
+    TabStrip& strip_;
+    Long index_;
+};
+
+/// A strip of tabs, counted from 1. One that is not there fails with 381.
+class TabStrip final : public Control {
+public:
+    TabStrip(Container& container, StringView name, int index = noIndex) : Control(container, u"TabStrip", name, index) {}
+    bool takesFocus() const override { return true; }
+
+    /// Design: adds a tab. The first one is selected.
+    void addTab(StringView caption, StringView toolTip = {});
+    StripTab& Tabs(Long index);
+    Long tabCount() const { return static_cast<Long>(tabs_.size()); }
+    StripTab& SelectedItem() { return Tabs(selected_()); }
+    Event<> Click;
+
+    void restoreDesign() override;
+    /// Beside the properties: Tabs (with Count and Item, or with the number of a tab), SelectedItem, Selected(n).
+    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+private:
+    friend class StripTab;
+    void tabChanged() { contentChanged(); }
+    Property<Long> selected_{*this, u"SelectedIndex", 1};
+    std::vector<std::unique_ptr<StripTab>> tabs_;
+    std::vector<String> designCaptions_;
+};
+
+} // namespace zv
