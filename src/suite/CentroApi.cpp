@@ -47,12 +47,15 @@ std::optional<Long> largestKey(Connection& connection, StringView table, StringV
     return largest.isNull() ? std::nullopt : std::optional(CLng(largest));
 }
 
-/// "cmdNuevoBanco(0)" for an element of a control array.
+/// "cmdNuevoBanco(0)" for an element of a control array; the name alone for a control outside one, which has no index.
 String fullName(const ObjectPtr& control)
 {
-    const String name = CStr(get(control, u"Name"));
-    const Long index = CLng(get(control, u"Index"));
-    return index < 0 ? name : name + u"(" + decimalText(index) + u")";
+    String name = CStr(get(control, u"Name"));
+    try {
+        return name + u"(" + decimalText(CLng(get(control, u"Index"))) + u")";
+    } catch (const RuntimeError&) {
+        return name;
+    }
 }
 
 std::vector<String> deniedButtons(Connection& entrada, StringView form, Integer profile)

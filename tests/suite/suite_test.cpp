@@ -1,0 +1,330 @@
+#include "data/sqlite/SqliteEngine.h"
+#include "forms/ComboBox.h"
+#include "forms/Controls.h"
+#include "forms/Form.h"
+#include "runtime/CreateObject.h"
+#include "suite/CentroApi.h"
+#include "suite/Registrations.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <filesystem>
+#include <random>
+#include <set>
+#include <thread>
+
+namespace zv {
+namespace {
+
+using namespace std::string_literals;
+
+std::int32_t failureOf(const std::function<void()>& statement)
+{
+    try {
+        statement();
+    } catch (const RuntimeError& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+ConnectionPtr database(std::initializer_list<StringView> statements = {})
+{
+    auto connection = sqliteEngine()->temporary(u"", Database::centro);
+    for (const StringView sql : statements)
+        connection->executeNative(sql);
+    return connection;
+}
+
+TEST(IDMax, is_one_above_the_largest_key_of_both_databases)
+{
+    constexpr StringView table = u"CREATE TABLE Pais (IDPais INTEGER)";
+    const auto centro = database({table});
+    const auto borrado = database({table});
+    const auto next = [&] { return CentroApi::IDMax(*centro, *borrado, u"Pais", u"IDPais"); };
+    EXPECT_EQ(next(), 1);
+    borrado->executeNative(u"INSERT INTO Pais VALUES (-4)");
+    EXPECT_EQ(next(), -3);
+    centro->executeNative(u"INSERT INTO Pais VALUES (1),(70000)");
+    EXPECT_EQ(next(), 70001);
+    borrado->executeNative(u"INSERT INTO Pais VALUES (90000)");
+    EXPECT_EQ(next(), 90001);
+    centro->executeNative(u"INSERT INTO Pais VALUES (2147483647)");
+    EXPECT_EQ(failureOf(next), failure::overflow);
+    EXPECT_EQ(failureOf([&] { CentroApi::IDMax(*centro, *database(), u"Pais", u"IDPais"); }), failure::tableMissing);
+}
+
+/// A connection on which other stations act just before a statement that holds a pattern.
+class Interrupted final : public Connection {
+public:
+    Interrupted(ConnectionPtr inner, StringView pattern, std::function<void()> act)
+        : inner_(std::move(inner)), pattern_(pattern), act_(std::move(act))
+    {
+    }
+    RecordsetPtr Execute(StringView sql) override
+    {
+        if (act_ && sql.find(pattern_) != StringView::npos)
+            std::exchange(act_, nullptr)();
+        return inner_->Execute(sql);
+    }
+    RecordsetPtr executeNative(StringView sql) override { return inner_->executeNative(sql); }
+    EngineInfo engine() override { return inner_->engine(); }
+
+private:
+    ConnectionPtr inner_;
+    String pattern_;
+    std::function<void()> act_;
+};
+
+class RowRegister : public testing::Test {
+protected:
+    Station station(const String& name)
+    {
+        return {name, [this](StringView other) { return ended.contains(String(other)); }};
+    }
+    /// "user@station" of each registered row.
+    std::vector<String> holders()
+    {
+        std::vector<String> result;
+        for (const Registration& r : registrations(*centro))
+            result.push_back(r.form + u" " + decimalText(r.row) + u" " + decimalText(r.user) + u"@" + r.station);
+        return result;
+    }
+    using Lines = std::vector<String>;
+
+    std::set<String> ended;
+    ConnectionPtr centro = database();
+    CentroApi first{station(u"uno")};
+    CentroApi second{station(u"dos")};
+};
+
+TEST_F(RowRegister, a_row_belongs_to_one_user_until_his_station_frees_it)
+{
+    EXPECT_EQ(holders(), Lines{}) << "no table yet";
+    EXPECT_FALSE(release(*centro, u"frmPais", 3));
+    EXPECT_EQ(releaseAll(*centro), 0);
+    first.EliminarRegistroActivo(*centro, u"frmPais", 3);
+
+    EXPECT_FALSE(first.registroactivo(*centro, u"frmPais", 3, 7));
+    EXPECT_TRUE(second.registroactivo(*centro, u"frmPais", 3, 8));
+    EXPECT_FALSE(second.registroactivo(*centro, u"frmTurno", 3, 8)) << "another form's row";
+    EXPECT_FALSE(second.registroactivo(*centro, u"frmPais", 4, 8));
+    second.EliminarRegistroActivo(*centro, u"frmPais", 3);
+    EXPECT_EQ(holders(), (Lines{u"frmPais 3 7@uno", u"frmPais 4 8@dos", u"frmTurno 3 8@dos"}));
+
+    EXPECT_FALSE(second.registroactivo(*centro, u"frmPais", 3, 7)) << "the same user gets his own row again";
+    first.EliminarRegistroActivo(*centro, u"frmPais", 3);
+    EXPECT_EQ(holders().front(), u"frmPais 3 7@dos");
+    second.EliminarRegistroActivo(*centro, u"frmPais", 3);
+    EXPECT_EQ(holders(), (Lines{u"frmPais 4 8@dos", u"frmTurno 3 8@dos"}));
+
+    EXPECT_TRUE(release(*centro, u"frmPais", 4));
+    EXPECT_FALSE(release(*centro, u"frmPais", 4));
+    EXPECT_FALSE(first.registroactivo(*centro, u"o'brien", -1, -2)) << "a name may hold an apostrophe";
+    EXPECT_EQ(registrations(*centro)[1].moment.size(), 19U);
+    EXPECT_EQ(releaseAll(*centro), 2);
+}
+
+TEST_F(RowRegister, what_a_station_that_is_gone_left_is_taken_over)
+{
+    first.registroactivo(*centro, u"frmPais", 3, 7);
+    ended.insert(u"uno");
+    EXPECT_FALSE(second.registroactivo(*centro, u"frmPais", 3, 8));
+    EXPECT_EQ(holders(), Lines{u"frmPais 3 8@dos"});
+    EXPECT_TRUE(CentroApi(station(u"tres")).registroactivo(*centro, u"frmPais", 3, 9));
+}
+
+TEST_F(RowRegister, other_stations_may_act_between_two_statements)
+{
+    const CentroApi third{station(u"tres")};
+    first.registroactivo(*centro, u"frmPais", 3, 7);
+    Interrupted freed(centro, u"SELECT", [&] { first.EliminarRegistroActivo(*centro, u"frmPais", 3); });
+    EXPECT_FALSE(second.registroactivo(freed, u"frmPais", 3, 8));
+    EXPECT_EQ(holders(), Lines{u"frmPais 3 8@dos"});
+
+    ended.insert(u"dos");
+    Interrupted overtaken(centro, u"UPDATE", [&] { third.registroactivo(*centro, u"frmPais", 3, 9); });
+    EXPECT_TRUE(first.registroactivo(overtaken, u"frmPais", 3, 7));
+    EXPECT_EQ(holders(), Lines{u"frmPais 3 9@tres"});
+}
+
+TEST_F(RowRegister, is_never_granted_by_a_database_that_fails)
+{
+    for (const StringView failing : {u"INSERT", u"SELECT", u"UPDATE"}) {
+        releaseAll(*centro);
+        first.registroactivo(*centro, u"frmPais", 3, 7);
+        ended = {u"uno"};
+        Interrupted broken(centro, failing, [] { throw DataError(failure::locked, "5", u"database is locked", u""); });
+        EXPECT_EQ(failureOf([&] { second.registroactivo(broken, u"frmPais", 3, 8); }), failure::locked);
+        EXPECT_EQ(holders(), Lines{u"frmPais 3 7@uno"});
+    }
+    const auto unusable = database({u"CREATE VIEW RegistroActivo AS SELECT 1 AS Fila"});
+    EXPECT_NE(failureOf([&] { first.registroactivo(*unusable, u"frmPais", 3, 7); }), 0);
+}
+
+TEST_F(RowRegister, two_stations_never_get_the_same_row)
+{
+    const auto folder = std::filesystem::temp_directory_path() / ("zv-filas-" + std::to_string(std::random_device{}()));
+    std::filesystem::create_directory(folder);
+    const String file = (folder / "colegio.db").u16string();
+    sqliteEngine()->create(file, Database::centro);
+    constexpr Long rows = 40;
+    std::array<std::set<Long>, 2> got;
+    const auto race = [&](std::size_t who) {
+        const auto own = sqliteEngine()->open(file, Database::centro);
+        const CentroApi api({who == 0 ? u"uno" : u"dos", [](StringView) { return false; }});
+        for (Long row = 0; row < rows; ++row)
+            if (!api.registroactivo(*own, u"frmPais", row, static_cast<Integer>(who)))
+                got[who].insert(row);
+    };
+    std::thread other(race, 1U);
+    race(0);
+    other.join();
+    EXPECT_EQ(got[0].size() + got[1].size(), static_cast<std::size_t>(rows));
+    for (const Long row : got[0])
+        EXPECT_FALSE(got[1].contains(row));
+    std::filesystem::remove_all(folder);
+}
+
+TEST(Station, tells_only_of_what_it_can_know_that_it_is_gone)
+{
+    const Station& here = thisStation();
+    ASSERT_TRUE(std::filesystem::exists("/proc/self/stat"));
+    std::vector<String> parts(1);
+    for (const char16_t c : here.identity)
+        if (c == u'/')
+            parts.emplace_back();
+        else
+            parts.back() += c;
+    ASSERT_EQ(parts.size(), 5U);
+    const auto with = [&](std::size_t part, StringView value) {
+        auto changed = parts;
+        changed[part] = value;
+        return changed[0] + u"/" + changed[1] + u"/" + changed[2] + u"/" + changed[3] + u"/" + changed[4];
+    };
+    EXPECT_FALSE(here.gone(here.identity));
+    EXPECT_FALSE(here.gone(with(0, u"otro-equipo")));
+    EXPECT_FALSE(here.gone(with(4, u"otra-maquina")));
+    EXPECT_FALSE(here.gone(u"")) << "no identity of ours";
+    EXPECT_FALSE(here.gone(here.identity + u"/mas"));
+    EXPECT_TRUE(here.gone(with(1, u"4194305"))) << "no process has that number";
+    EXPECT_TRUE(here.gone(with(2, u"1"))) << "the number is another process's now";
+    EXPECT_TRUE(here.gone(with(3, u"00000000"))) << "the machine has been started again";
+    EXPECT_LE(here.identity.size(), 200U);
+}
+
+class SuiteForm final : public Form {
+public:
+    SuiteForm() : Form(u"frmEmisor") {}
+    TextBox txtNombre{*this, u"txtNombre"};
+    TextBox txtLibre{*this, u"txtLibre"};
+    ControlArray<CommandButton, 2> cmdNuevoBanco{*this, u"cmdNuevoBanco"};
+    CommandButton cmdNuevo{*this, u"cmdNuevo"};
+    CommandButton cmdOtro{*this, u"cmdOtro"};
+    ControlArray<Label, 2> lblNombre{*this, u"lblNombre"};
+    ComboBox cboProvincia{*this, u"cboProvincia"};
+};
+
+class HelperObject : public testing::Test {
+protected:
+    HelperObject()
+    {
+        registerSuite();
+        api = CreateObject(u"zvapi.ccentroapi");
+    }
+    ObjectPtr controls() { return uncounted(form.Controls); }
+    void safe() { call(api, u"ComprobarComilla", {controls()}); }
+
+    SuiteForm form;
+    ObjectPtr api;
+};
+
+TEST_F(HelperObject, doubles_apostrophes_once_and_makes_room_for_them)
+{
+    form.txtNombre.MaxLength = 6;
+    form.txtNombre.Text = u"d'O'ru"s;
+    form.txtLibre.Text = u"'"s;
+    safe();
+    EXPECT_EQ(form.txtNombre.Text(), u"d''O''ru");
+    EXPECT_EQ(form.txtNombre.MaxLength(), 8);
+    EXPECT_EQ(form.txtLibre.Text(), u"''");
+    EXPECT_EQ(form.txtLibre.MaxLength(), 0);
+    safe();
+    EXPECT_EQ(form.txtNombre.Text(), u"d''O''ru") << "a second attempt to write";
+    form.txtNombre.Text = u"d''Oru"s;
+    safe();
+    EXPECT_EQ(form.txtNombre.Text(), u"d''''Oru") << "a person's own two apostrophes";
+    form.txtNombre.Text = u"d''O''ru"s;
+    form.txtNombre.Text = u"x"s;
+    form.txtNombre.Text = u"d''''Oru"s;
+    safe();
+    EXPECT_EQ(form.txtNombre.Text(), u"d''''''''Oru") << "typed anew, it is a person's text";
+    form.txtLibre.Text = u"sin"s;
+    form.txtLibre.SelStart = 2;
+    safe();
+    EXPECT_EQ(form.txtLibre.SelStart(), 2);
+}
+
+TEST_F(HelperObject, marks_the_labels_that_carry_the_marker)
+{
+    form.lblNombre(0).Marca = u"*"s;
+    form.lblNombre(0).Caption = u"Nombre:"s;
+    call(api, u"marcar_obligatorios", {controls()});
+    EXPECT_TRUE(form.lblNombre(0).Obligatorio());
+    EXPECT_FALSE(form.lblNombre(1).Obligatorio());
+    EXPECT_EQ(form.lblNombre(0).Caption(), u"Nombre:");
+}
+
+TEST_F(HelperObject, denies_a_profile_its_quick_access_buttons)
+{
+    for (CommandButton* button : {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo})
+        button->Caption = u"..."s;
+    form.cmdOtro.Caption = u"Otro"s;
+    const auto entrada =
+        database({u"CREATE TABLE BotonAccesoRapido (IDPerfil INTEGER, Formulario TEXT, Boton TEXT)",
+                  u"INSERT INTO BotonAccesoRapido VALUES (2,'frmEmisor','CMDNUEVOBANCO(1)'), (2,'frmemisor','cmdOtro'), "
+                  u"(2,'frmOtro','cmdNuevoBanco(0)'), (3,'frmEmisor','cmdNuevoBanco'), (4,'frmEmisor','cmdNuevo')"});
+    const auto enabled = [&](Integer profile) {
+        for (const auto& button : {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
+            button->Enabled = true;
+        call(api, u"Comprobar_BotonesAccesoRapido", {uncounted(form), entrada, profile});
+        std::string result;
+        for (const auto& button : {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
+            result += button->Enabled() ? '1' : '0';
+        return result;
+    };
+    EXPECT_EQ(enabled(0) + " " + enabled(2) + " " + enabled(3) + " " + enabled(4), "1111 1011 0011 1101");
+    EXPECT_EQ(failureOf([&] { call(api, u"Comprobar_BotonesAccesoRapido", {uncounted(form), database(), Integer{0}}); }),
+              failure::tableMissing);
+}
+
+TEST_F(HelperObject, adds_an_entry_that_stands_for_no_choice)
+{
+    form.cboProvincia.AddItem(u"Soria");
+    form.cboProvincia.setItemData(0, 42);
+    call(api, u"agregarelementovacio", {uncounted(form.cboProvincia)});
+    EXPECT_EQ(form.cboProvincia.ListCount(), 2);
+    EXPECT_EQ(form.cboProvincia.List(1), u"");
+    EXPECT_EQ(form.cboProvincia.ItemData(1), 0);
+    EXPECT_EQ(form.cboProvincia.ItemData(0), 42);
+}
+
+TEST_F(HelperObject, refuses_what_it_cannot_use)
+{
+    const auto centro = database();
+    const auto staff = std::make_shared<std::vector<Long>>(std::vector<Long>{1, 2, 3});
+    const auto include = [&](Arguments arguments) {
+        return failureOf([&] { call(api, u"incluirpersonalenactividad", std::move(arguments)); });
+    };
+    EXPECT_EQ(include({centro, centro, staff, Integer{1}}), 0);
+    EXPECT_EQ(include({centro, centro, std::make_shared<std::vector<Long>>(), Integer{1}}), failure::invalidCall);
+    EXPECT_EQ(include({centro, centro, Long{1}, Integer{1}}), failure::typeMismatch);
+    EXPECT_EQ(include({ConnectionPtr(), centro, staff, Integer{1}}), failure::noObject);
+    EXPECT_EQ(include({controls(), centro, staff, Integer{1}}), failure::typeMismatch);
+    EXPECT_EQ(include({centro, centro, staff}), failure::argumentCount);
+    EXPECT_EQ(failureOf([&] { call(api, u"Incluir"); }), failure::memberMissing);
+}
+
+} // namespace
+} // namespace zv
