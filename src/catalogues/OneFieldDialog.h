@@ -44,8 +44,6 @@ protected:
     /// What a click does where the text is made safe before anything else is asked.
     void clickSafeFirst(int Index);
 
-    const OneFieldCatalogue& words() const { return words_; }
-
 private:
     const OneFieldCatalogue& words_;
     TextBox* text_ = nullptr;
