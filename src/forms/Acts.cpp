@@ -10,10 +10,16 @@ namespace zv {
 
 bool Acts::at(Control& control, const std::function<void()>& act)
 {
-    if (!control.accessible())
+    const bool reached = reach(control, act);
+    pressSentKeys();
+    return reached;
+}
+
+bool Acts::reach(Control& control, const std::function<void()>& act)
+{
+    if (!control.takesFocus() || !control.accessible())
         return false;
-    if (control.takesFocus())
-        form_.moveFocus(&control, true);
+    form_.moveFocus(&control, true);
     // Leaving the old control may have closed the form or taken the target out of reach.
     const bool reachable = control.accessible();
     if (reachable)
@@ -24,7 +30,7 @@ bool Acts::at(Control& control, const std::function<void()>& act)
 
 bool Acts::focus(Control& control)
 {
-    return control.takesFocus() && at(control, [] {});
+    return at(control, [] {});
 }
 
 bool Acts::click(Control& control)
@@ -35,11 +41,11 @@ bool Acts::click(Control& control)
 void Acts::activate(Control& control)
 {
     if (auto* button = dynamic_cast<CommandButton*>(&control)) {
-        raise(button->Click);
+        raise(control, button->Click);
     } else if (auto* option = dynamic_cast<OptionButton*>(&control)) {
         form_.guarded([&] { option->Value = true; });
     } else if (auto* box = dynamic_cast<CheckBox*>(&control)) {
-        raise(box->MouseDown);
+        raise(control, box->MouseDown);
         if (box->accessible())
             form_.guarded([&] { box->Value = static_cast<Integer>(1 - box->Value()); });
     }
@@ -47,22 +53,15 @@ void Acts::activate(Control& control)
 
 bool Acts::type(Control& control, StringView text)
 {
-    bool reached = control.accessible();
-    while (reached && !text.empty()) {
-        // A pair of surrogates is one key.
-        const StringView character = cut(text, 1).empty() ? text.substr(0, 2) : text.substr(0, 1);
-        reached = at(control, [&] { press(control, String(character)); });
-        pressSentKeys();
-        text.remove_prefix(character.size());
-    }
+    bool reached = focus(control);
+    while (reached && !text.empty())
+        reached = at(control, [&, key = takeKey(text)] { press(control, key); });
     return reached;
 }
 
 bool Acts::key(Control& control, Key key)
 {
-    const bool reached = at(control, [&] { press(control, key); });
-    pressSentKeys();
-    return reached;
+    return at(control, [&] { press(control, key); });
 }
 
 bool Acts::paste(TextBox& box, StringView text)
@@ -83,18 +82,20 @@ bool Acts::choose(ComboBox& box, Long index)
     box.entry(index);
     return at(box, [&] {
         box.ListIndex.store(index);
-        raise(box.Click);
+        raise(box, box.Click);
     });
 }
 
 void Acts::enterCell(MSFlexGrid& grid, Long row, Long column)
 {
-    if (row != grid.Row() || column != grid.Col()) {
-        raise(grid.LeaveCell);
-        grid.Row = row;
-        grid.Col = column;
-        raise(grid.EnterCell);
-    }
+    if (row == grid.Row() && column == grid.Col())
+        return;
+    raise(grid, grid.LeaveCell);
+    if (!grid.accessible() || row >= grid.Rows() || column >= grid.Cols())
+        return;
+    grid.Row = row;
+    grid.Col = column;
+    raise(grid, grid.EnterCell);
 }
 
 bool Acts::clickCell(MSFlexGrid& grid, Long row, Long column)
@@ -102,28 +103,29 @@ bool Acts::clickCell(MSFlexGrid& grid, Long row, Long column)
     static_cast<void>(grid.TextMatrix(row, column));
     return at(grid, [&] {
         enterCell(grid, row, column);
-        raise(grid.Click);
+        raise(grid, grid.Click);
     });
 }
 
 bool Acts::doubleClickCell(MSFlexGrid& grid, Long row, Long column)
 {
-    if (!clickCell(grid, row, column) || !clickCell(grid, row, column))
-        return false;
-    return at(grid, [&] { raise(grid.DblClick); });
+    // The first click may take the grid away; the second one lands nowhere then.
+    return clickCell(grid, row, column) && at(grid, [&] { raise(grid, grid.DblClick); });
 }
 
 bool Acts::scroll(MSFlexGrid& grid, Long row)
 {
     static_cast<void>(grid.TextMatrix(row, 0));
-    return at(grid, [&] {
-        const Long last = std::max<Long>(grid.Rows() - grid.visibleRows(), 1);
-        const Long top = std::clamp<Long>(row, 1, last);
-        if (top == grid.TopRow())
-            return;
-        grid.TopRow = top;
-        raise(grid.Scroll);
-    });
+    return at(grid, [&] { scrollTo(grid, row); });
+}
+
+void Acts::scrollTo(MSFlexGrid& grid, Long row)
+{
+    const Long top = std::clamp<Long>(row, 1, grid.lastTopRow());
+    if (top == grid.TopRow())
+        return;
+    grid.TopRow.store(top);
+    raise(grid, grid.Scroll);
 }
 
 bool Acts::clickTab(TabStrip& strip, Long tab)

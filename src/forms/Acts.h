@@ -31,9 +31,9 @@ public:
     bool choose(ComboBox& box, Long index);
     /// Clicks a cell: LeaveCell, EnterCell, Click. 381 if there is no such cell.
     bool clickCell(MSFlexGrid& grid, Long row, Long column);
-    /// Two clicks, the second followed by DblClick.
+    /// A click, and a second one soon after, which is DblClick alone.
     bool doubleClickCell(MSFlexGrid& grid, Long row, Long column);
-    /// Scrolls until that row is the first under the header; no event where all rows fit.
+    /// Scrolls until that row is the first under the heading, or the last one is seen; no event where nothing moves.
     bool scroll(MSFlexGrid& grid, Long row);
     /// Clicks tab n, counted from 1. 381 if there is none.
     bool clickTab(TabStrip& strip, Long tab);
@@ -43,8 +43,10 @@ public:
     bool close();
 
 private:
-    /// Moves the focus to the control and does the act, if the control can still be acted upon then.
+    /// Moves the focus to the control and does the act, if the control can still be acted upon then. Keys that a
+    /// handler sent follow.
     bool at(Control& control, const std::function<void()>& act);
+    bool reach(Control& control, const std::function<void()>& act);
     void press(Control& control, const Keystroke& key);
     void pressSentKeys();
     /// Enter, Escape and Tab, which the form answers itself.
@@ -57,9 +59,12 @@ private:
     void pressAmongOptions(OptionButton& option, Key key);
     void activate(Control& control);
     void enterCell(MSFlexGrid& grid, Long row, Long column);
-    template <class... A> void raise(const Event<A...>& event, A... args)
+    void scrollTo(MSFlexGrid& grid, Long row);
+    /// One event of an act; the handler of an earlier one may have put the control out of reach.
+    template <class... A> void raise(Control& control, const Event<A...>& event, A... args)
     {
-        form_.guarded([&] { event.raise(args...); });
+        if (control.accessible())
+            form_.guarded([&] { event.raise(args...); });
     }
     Form& form_;
 };

@@ -54,6 +54,15 @@ template <class C> CommandButton* buttonWith(Form& form, C role)
     return nullptr;
 }
 
+/// The first column that is not hidden, from one on; the present one if there is none.
+Long seenColumn(const MSFlexGrid& grid, Long from, Long step)
+{
+    for (Long column = from; column >= 0 && column < grid.Cols(); column += step)
+        if (grid.ColWidth(column) != 0)
+            return column;
+    return grid.Col();
+}
+
 } // namespace
 
 void Acts::pressSentKeys()
@@ -61,7 +70,7 @@ void Acts::pressSentKeys()
     while (const auto sent = sentKeys().next()) {
         Control* focus = form_.ActiveControl();
         if (focus != nullptr)
-            at(*focus, [&] { press(*focus, *sent); });
+            reach(*focus, [&] { press(*focus, *sent); });
     }
 }
 
@@ -101,8 +110,7 @@ bool Acts::pressFormKey(Control& control, Key key)
         pressed = buttonWith(form_, enter ? &CommandButton::Default : &CommandButton::Cancel);
     if (pressed == nullptr)
         return !enter || dynamic_cast<TextBox*>(&control) == nullptr;
-    if (pressed->accessible())
-        raise(pressed->Click);
+    raise(*pressed, pressed->Click);
     return true;
 }
 
@@ -110,7 +118,7 @@ void Acts::pressInText(TextBox& box, const Keystroke& key)
 {
     const Key* named = std::get_if<Key>(&key);
     Integer code = named != nullptr ? codeOf(*named) : codeOf(StringView(std::get<String>(key)));
-    raise<Integer&>(box.KeyDown, code);
+    raise<Integer&>(box, box.KeyDown, code);
     if (code == 0 || !box.accessible())
         return;
     const bool hasCharacter = named == nullptr || *named == Key::Backspace || *named == Key::Enter;
@@ -120,13 +128,12 @@ void Acts::pressInText(TextBox& box, const Keystroke& key)
     }
     const Integer before = named != nullptr ? codeOf(*named) : static_cast<Integer>(std::get<String>(key).front());
     Integer ascii = before;
-    raise<Integer&>(box.KeyPress, ascii);
+    raise<Integer&>(box, box.KeyPress, ascii);
     if (ascii == 0 || !box.accessible())
         return;
     const Keystroke typed = ascii == before ? key : keyOfAscii(ascii);
     form_.guarded([&] {
         if (const auto* text = std::get_if<String>(&typed))
-            // A full box refuses: there is no room for the whole character.
             box.typeText(*text);
         else
             editText(box, std::get<Key>(typed));
@@ -200,14 +207,19 @@ void Acts::pressInGrid(MSFlexGrid& grid, Key key)
     switch (key) {
     case Key::Up: row = std::max<Long>(row - 1, 1); break;
     case Key::Down: ++row; break;
-    case Key::Left: column = std::max<Long>(column - 1, 0); break;
-    case Key::Right: ++column; break;
-    case Key::Home: column = 0; break;
-    case Key::End: column = grid.Cols() - 1; break;
+    case Key::Left: column = seenColumn(grid, column - 1, -1); break;
+    case Key::Right: column = seenColumn(grid, column + 1, 1); break;
+    case Key::Home: column = seenColumn(grid, 0, 1); break;
+    case Key::End: column = seenColumn(grid, grid.Cols() - 1, -1); break;
     default: return;
     }
-    if (row < grid.Rows() && column < grid.Cols())
-        enterCell(grid, row, column);
+    if (row >= grid.Rows())
+        return;
+    if (row < grid.TopRow())
+        scrollTo(grid, row);
+    else if (row >= grid.TopRow() + grid.visibleRows())
+        scrollTo(grid, row - grid.visibleRows() + 1);
+    enterCell(grid, row, column);
 }
 
 void Acts::pressInTabs(TabStrip& strip, Key key)

@@ -12,11 +12,14 @@ Long lengthOf(const String& text) { return static_cast<Long>(text.size()); }
 
 } // namespace
 
-void TextBox::store(const String& text)
+void TextBox::change(const String& text, Long caret)
 {
-    if (text == Text())
-        return;
+    const bool differs = text != Text();
     Text.store(text);
+    SelStart.store(caret);
+    SelLength.store(0);
+    if (!differs)
+        return;
     TextoDoblado.store({});
     Change.raise();
 }
@@ -24,9 +27,7 @@ void TextBox::store(const String& text)
 void TextBox::assignText(const String& text)
 {
     const auto width = static_cast<std::size_t>(MaxLength());
-    SelStart.store(0);
-    SelLength.store(0);
-    store(width > 0 ? String(cut(text, width)) : text);
+    change(width > 0 ? String(cut(text, width)) : text, 0);
 }
 
 void TextBox::assignSelStart(Long start)
@@ -54,9 +55,7 @@ void TextBox::replaceSelection(StringView text)
         text = cut(text, width > whole.size() ? width - whole.size() : 0);
     }
     whole.insert(start, text);
-    SelStart.store(static_cast<Long>(start + text.size()));
-    SelLength.store(0);
-    store(whole);
+    change(whole, static_cast<Long>(start + text.size()));
 }
 
 void TextBox::typeText(StringView text)

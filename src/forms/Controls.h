@@ -49,7 +49,8 @@ private:
     /// The places one character before and after a place.
     Long stepBefore(Long at) const;
     Long stepAfter(Long at) const;
-    void store(const String& text);
+    /// The text with the caret in its new place, then Change if it differs.
+    void change(const String& text, Long caret);
     void assignSelStart(Long start);
     void assignSelLength(Long length);
 };

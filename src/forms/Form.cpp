@@ -51,15 +51,16 @@ void Form::Show()
 {
     if (Visible())
         throw RuntimeError(alreadyShown, u"El formulario ya está visible");
+    Desktop& screen = desktop();
     Load();
     if (!loaded_) // Form_Load closed it again.
         return;
     Visible = true;
-    desktop().opened(*this);
+    screen.opened(*this);
     guarded([this] { Form_Activate(); });
     settleFocus();
     if (Visible())
-        desktop().runModal(*this);
+        screen.runModal(*this);
 }
 
 void Form::Hide() { Visible = false; }

@@ -25,6 +25,13 @@ Key keyOf(StringView name)
 
 } // namespace
 
+Keystroke takeKey(StringView& text)
+{
+    const String character(text.substr(0, cut(text, 1).empty() ? 2 : 1));
+    text.remove_prefix(character.size());
+    return character;
+}
+
 void KeyQueue::send(StringView keys)
 {
     while (!keys.empty()) {
@@ -34,10 +41,7 @@ void KeyQueue::send(StringView keys)
             keys.remove_prefix(close + 1);
             continue;
         }
-        // A pair of surrogates is one key.
-        const StringView character = cut(keys, 1).empty() ? keys.substr(0, 2) : keys.substr(0, 1);
-        queue_.emplace_back(String(character));
-        keys.remove_prefix(character.size());
+        queue_.push_back(takeKey(keys));
     }
 }
 

@@ -14,6 +14,9 @@ enum class Key { Enter, Escape, Tab, BackTab, Backspace, Delete, Left, Right, Up
 /// A key as a person presses it: one of the above, or a character (one or two 16-bit units).
 using Keystroke = std::variant<Key, String>;
 
+/// Takes the first character off a text, as a key; a pair of surrogates is one.
+Keystroke takeKey(StringView& text);
+
 /// Keys that a program sends, to follow after the key in hand.
 class KeyQueue {
 public:

@@ -1,7 +1,5 @@
 #include "forms/MSFlexGrid.h"
 
-#include <algorithm>
-
 namespace zv {
 
 namespace {
@@ -30,25 +28,26 @@ void MSFlexGrid::resize(Long rows, Long columns)
     if (rows < 1 || columns < 1)
         fail(failure::invalidProperty);
     const auto width = static_cast<std::size_t>(columns);
-    rows_.resize(static_cast<std::size_t>(rows));
-    for (GridRow& row : rows_)
-        row.cells.resize(width);
+    keepInside(rows, columns);
+    rows_.resize(static_cast<std::size_t>(rows), {std::vector<String>(width), 0});
+    if (width != widths_.size())
+        for (GridRow& row : rows_)
+            row.cells.resize(width);
     widths_.resize(width, defaultColumnWidth);
     alignments_.resize(width, 1);
     Rows.store(rows);
     Cols.store(columns);
-    keepInside();
     contentChanged();
 }
 
-void MSFlexGrid::keepInside()
+void MSFlexGrid::keepInside(Long rows, Long columns)
 {
     const auto within = [](Property<Long>& place, Long count) { place.store(std::clamp(place(), Long{0}, count - 1)); };
-    within(Row, Rows());
-    within(RowSel, Rows());
-    within(TopRow, Rows());
-    within(Col, Cols());
-    within(ColSel, Cols());
+    within(Row, rows);
+    within(RowSel, rows);
+    TopRow.store(std::clamp<Long>(TopRow(), 1, std::max<Long>(rows - visibleRows(), 1)));
+    within(Col, columns);
+    within(ColSel, columns);
 }
 
 void MSFlexGrid::moveTo(Long row, Long column)
@@ -110,6 +109,8 @@ Long MSFlexGrid::rowHeight() const { return std::max(RowHeightMin(), defaultRowH
 
 Long MSFlexGrid::visibleRows() const { return std::max<Long>(Height() / rowHeight() - 1, 1); }
 
+Long MSFlexGrid::lastTopRow() const { return std::max<Long>(Rows() - visibleRows(), 1); }
+
 Long MSFlexGrid::CellLeft() const
 {
     Long left = 0;
@@ -120,16 +121,16 @@ Long MSFlexGrid::CellLeft() const
 
 Long MSFlexGrid::CellTop() const
 {
-    const Long below = Row() == 0 ? 0 : Row() - std::max<Long>(TopRow(), 1) + 1;
+    const Long below = Row() == 0 ? 0 : Row() - TopRow() + 1;
     return below * rowHeight();
 }
 
 void MSFlexGrid::restoreDesign()
 {
+    Control::restoreDesign();
     rows_.clear();
     widths_.clear();
     alignments_.clear();
-    Control::restoreDesign();
     resize(Rows(), Cols());
 }
 

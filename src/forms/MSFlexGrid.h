@@ -2,6 +2,8 @@
 
 #include "forms/Control.h"
 
+#include <algorithm>
+
 namespace zv {
 
 /// A grid of texts with one fixed row, the heading, and no fixed column. Rows and columns count from 0; one outside fails
@@ -23,7 +25,7 @@ public:
     Property<Long> RowSel{*this, u"RowSel", 1, [this](const Long& row) { RowSel.store(checkedRow(row)); }};
     Property<Long> ColSel{*this, u"ColSel", 0, [this](const Long& column) { ColSel.store(checkedColumn(column)); }};
     /// First row under the heading.
-    Property<Long> TopRow{*this, u"TopRow", 1, [this](const Long& row) { TopRow.store(checkedRow(row)); }};
+    Property<Long> TopRow{*this, u"TopRow", 1, [this](const Long& row) { TopRow.store(std::max<Long>(checkedRow(row), 1)); }};
     Property<Long> RowHeightMin{*this, u"RowHeightMin"};
 
     Event<> Click;
@@ -52,6 +54,8 @@ public:
     Long rowHeight() const;
     /// Rows under the heading that are seen whole.
     Long visibleRows() const;
+    /// The row under the heading when the grid is scrolled to its end.
+    Long lastTopRow() const;
     /// Place and size of the present cell within the grid.
     Long CellLeft() const;
     Long CellTop() const;
@@ -73,7 +77,7 @@ private:
     std::size_t columnAt(Long column) const { return static_cast<std::size_t>(checkedColumn(column)); }
     void resize(Long rows, Long columns);
     void moveTo(Long row, Long column);
-    void keepInside();
+    void keepInside(Long rows, Long columns);
 
     std::vector<GridRow> rows_;
     std::vector<Long> widths_;

@@ -1,5 +1,7 @@
 #include "forms/TabStrip.h"
 
+#include <tuple>
+
 namespace zv {
 
 namespace {
@@ -35,7 +37,7 @@ bool StripTab::Selected() const { return strip_.selected_() == index_; }
 
 void StripTab::select()
 {
-    strip_.selected_ = index_;
+    strip_.selected_.store(index_);
     strip_.Click.raise();
 }
 
@@ -63,7 +65,7 @@ Value StripTab::invoke(StringView member, Access access, Arguments& arguments)
 void TabStrip::addTab(StringView caption, StringView toolTip)
 {
     tabs_.push_back(std::make_unique<StripTab>(*this, tabCount() + 1, String(caption), String(toolTip)));
-    designCaptions_.emplace_back(caption);
+    design_.emplace_back(caption, toolTip);
 }
 
 StripTab& TabStrip::Tabs(Long index)
@@ -76,8 +78,9 @@ StripTab& TabStrip::Tabs(Long index)
 void TabStrip::restoreDesign()
 {
     for (std::size_t i = 0; i < tabs_.size(); ++i)
-        tabs_[i]->Caption = designCaptions_[i];
+        std::tie(tabs_[i]->Caption, tabs_[i]->ToolTipText) = design_[i];
     Control::restoreDesign();
+    contentChanged();
 }
 
 Value TabStrip::invoke(StringView member, Access access, Arguments& arguments)

@@ -47,9 +47,9 @@ public:
 private:
     friend class StripTab;
     void tabChanged() { contentChanged(); }
-    Property<Long> selected_{*this, u"SelectedIndex", 1};
+    Property<Long> selected_{*this, u"SelectedIndex", 1, [this](const Long& tab) { Tabs(tab).select(); }};
     std::vector<std::unique_ptr<StripTab>> tabs_;
-    std::vector<String> designCaptions_;
+    std::vector<std::pair<String, String>> design_; ///< Caption and tip of each tab.
 };
 
 } // namespace zv
