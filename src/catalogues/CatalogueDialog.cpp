@@ -33,13 +33,11 @@ String CatalogueDialog::rowText() { return decimalText(Configuracion().lngRowDat
 
 String CatalogueDialog::forRow(StringView pattern) { return Replace(pattern, u"{}", rowText()); }
 
-cCentroApi CatalogueDialog::begin(ResumeNext& next)
+void CatalogueDialog::loadIcon() { Icon = LoadPicture(Configuracion().RutaIcono); }
+
+void CatalogueDialog::lockDown(ResumeNext& next)
 {
-    cCentroApi api;
-    next([&] { Icon = LoadPicture(Configuracion().RutaIcono); });
-    next([&] { api = cCentroApi::create(); });
     next([&] { BloquearControles(*this, Configuracion().Activa); });
-    return api;
 }
 
 void CatalogueDialog::tagCaption(ResumeNext& next, CaptionIds ids)
@@ -55,16 +53,19 @@ void CatalogueDialog::localise(ResumeNext& next, const cCentroApi& api)
 
 cCentroApi CatalogueDialog::prelude(ResumeNext& next, CaptionIds ids)
 {
-    const cCentroApi api = begin(next);
+    cCentroApi api;
+    next([&] { loadIcon(); });
+    next([&] { api = cCentroApi::create(); });
+    lockDown(next);
     tagCaption(next, ids);
     localise(next, api);
     return api;
 }
 
-bool CatalogueDialog::readRow(ResumeNext& next, StringView query)
+bool CatalogueDialog::readRow(ResumeNext& next, StringView query, Integer messageId)
 {
     next([&] { fetch(query); });
-    return !reportedFailure(message::readFailed);
+    return !reportedFailure(messageId);
 }
 
 void CatalogueDialog::registerRow(ResumeNext& next, const cCentroApi& api, CommandButton& accept)
@@ -97,9 +98,22 @@ void CatalogueDialog::makeSafe(ResumeNext& next, const cCentroApi& api)
     next([&] { api.ComprobarComilla(Controls); });
 }
 
-bool CatalogueDialog::update(ResumeNext& next, StringView statement)
+bool CatalogueDialog::everyFieldGiven()
 {
-    next([&] { execute(statement); });
+    for (const Control* control : Controls) {
+        const auto* box = dynamic_cast<const TextBox*>(control);
+        const auto* list = dynamic_cast<const ComboBox*>(control);
+        if ((box != nullptr && isBlank(*box)) || (list != nullptr && Trim(list->Text()).empty())) {
+            warn(message::fieldsMissing, sign::information);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool CatalogueDialog::update(ResumeNext& next, const std::function<String()>& statement)
+{
+    next([&] { execute(statement()); });
     if (!reportedFailure(message::updateFailed))
         return true;
     MousePointer = Integer{0};

@@ -39,17 +39,17 @@ protected:
     static String forRow(StringView pattern);
 
     // Load.
-    /// Icon, helper object and lock-down; the object is the load routine's own.
-    cCentroApi begin(ResumeNext& next);
+    void loadIcon();
+    void lockDown(ResumeNext& next);
     /// The tag that gives the form its caption.
     void tagCaption(ResumeNext& next, CaptionIds ids);
     /// Texts by number, then the signs of the mandatory fields.
     void localise(ResumeNext& next, const cCentroApi& api);
-    /// The three steps above.
+    /// All of the above, in the mode; the helper object is the load routine's own.
     cCentroApi prelude(ResumeNext& next, CaptionIds ids);
     /// Runs a query into the dialog's recordset and tests Err: a failure, were it an earlier statement's, is reported and
     /// gives False.
-    bool readRow(ResumeNext& next, StringView query);
+    bool readRow(ResumeNext& next, StringView query, Integer messageId = message::readFailed);
     /// Registers the row for the user; a row in use by another cannot be accepted.
     void registerRow(ResumeNext& next, const cCentroApi& api, CommandButton& accept);
 
@@ -61,9 +61,11 @@ protected:
     Value field(StringView name) const { return rows().Fields(name); }
 
     // Accept.
+    /// Whether every text box and list of the form has a text; an empty one is reported.
+    bool everyFieldGiven();
     void makeSafe(ResumeNext& next, const cCentroApi& api);
     /// Tests Err after a change: a failure is reported, and the dialog stays open.
-    bool update(ResumeNext& next, StringView statement);
+    bool update(ResumeNext& next, const std::function<String()>& statement);
     /// Draws a key and inserts, and again with another key while the one drawn is taken by then. Any other failure is reported.
     /// `statementFor` gives the statement for a key.
     template <class Key>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "catalogues/OneFieldDialog.h"
+#include "catalogues/TextCatalogue.h"
 
 namespace zv {
 
 /// Specialisation courses: a text.
-class frmCEspecializacion final : public OneFieldDialog {
+class frmCEspecializacion final : public TextCatalogueDialog {
 public:
     frmCEspecializacion();
 
@@ -14,7 +14,7 @@ public:
     ControlArray<CommandButton, 2> cmdIdioma{*this, u"cmdIdioma"};
 
 private:
-    void Form_Load() override;
+    void title(ResumeNext& next) override;
 };
 
 } // namespace zv

@@ -3,19 +3,17 @@
 namespace zv {
 
 namespace {
-constexpr OneFieldCatalogue words{
+constexpr TextCatalogue words{
     .captions = {.nuevo = 29001, .modificado = 29002},
     .table = u"EstadoCivil",
     .key = u"IDEstadoCivil",
-    .column = u"Descripcion",
     .load = u"Select * from EstadoCivil  Where IDEstadoCivil={}",
     .insert = u"Insert into EstadoCivil (IDEstadoCivil,Descripcion) values ({},'{}')",
     .update = u"Update EstadoCivil Set Descripcion='{}' Where IDEstadoCivil={}",
-    .guards = {},
 };
 } // namespace
 
-frmEstadoCivil::frmEstadoCivil() : OneFieldDialog(u"frmEstadoCivil", words) { assemble(txtIdioma, lblPais, u"Estado Civil:", 29003, cmdIdioma); }
+frmEstadoCivil::frmEstadoCivil() : TextCatalogueDialog(u"frmEstadoCivil", words) { assemble({{txtIdioma, lblPais, u"Estado Civil:", 29003, u"Descripcion"}}, cmdIdioma); }
 
 /// This guard alone asks for no failure: a query that fails gives no rows to test, and a test that fails counts as true.
 bool frmEstadoCivil::ComprobarEliminacion()

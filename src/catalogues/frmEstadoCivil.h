@@ -1,11 +1,11 @@
 #pragma once
 
-#include "catalogues/OneFieldDialog.h"
+#include "catalogues/TextCatalogue.h"
 
 namespace zv {
 
 /// Marital states: a text.
-class frmEstadoCivil final : public OneFieldDialog {
+class frmEstadoCivil final : public TextCatalogueDialog {
 public:
     frmEstadoCivil();
 

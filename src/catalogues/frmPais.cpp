@@ -6,11 +6,10 @@ namespace {
 constexpr StringView guards[] = {u"Select * From Alumno Where CodPaisNacimiento={}",
                                  u"Select * From Personal Where CodPaisNacimiento={}",
                                  u"Select * From Direccion Where Direccion.CodPais={}"};
-constexpr OneFieldCatalogue words{
+constexpr TextCatalogue words{
     .captions = {.nuevo = 4001, .modificado = 4002},
     .table = u"Pais",
     .key = u"IDPais",
-    .column = u"Descripcion",
     .load = u"Select * from Pais  Where IDPais={}",
     .insert = u"Insert into Pais (IDPais,Descripcion) values ({},'{}')",
     .update = u"Update Pais Set Descripcion='{}' Where IDPais={}",
@@ -18,6 +17,6 @@ constexpr OneFieldCatalogue words{
 };
 } // namespace
 
-frmPais::frmPais() : OneFieldDialog(u"frmPais", words) { assemble(txtPais, lblPais, u"País:", 4020, cmdPais); }
+frmPais::frmPais() : TextCatalogueDialog(u"frmPais", words) { assemble({{txtPais, lblPais, u"País:", 4020, u"Descripcion"}}, cmdPais); }
 
 } // namespace zv

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "catalogues/OneFieldDialog.h"
+#include "catalogues/TextCatalogue.h"
 
 namespace zv {
 
 /// Countries: a text.
-class frmPais final : public OneFieldDialog {
+class frmPais final : public TextCatalogueDialog {
 public:
     frmPais();
 

@@ -7,11 +7,10 @@ namespace {
 constexpr StringView guards[] = {u"Select * From Alumno Where CodPaisNacimiento={}",
                                  u"Select * From Personal Where CodPaisNacimiento={}",
                                  u"Select * From Direccion Where Direccion.CodPais={}"};
-constexpr OneFieldCatalogue words{
+constexpr TextCatalogue words{
     .captions = {.nuevo = 28001, .modificado = 28002},
     .table = u"Provincia",
     .key = u"IDProvincia",
-    .column = u"Descripcion",
     .load = u"Select * from Provincia  Where IDProvincia={}",
     .insert = u"Insert into Provincia (IDProvincia,Descripcion) values ({},'{}')",
     .update = u"Update Provincia Set Descripcion='{}' Where IDProvincia={}",
@@ -19,6 +18,6 @@ constexpr OneFieldCatalogue words{
 };
 } // namespace
 
-frmProvincia::frmProvincia() : OneFieldDialog(u"frmProvincia", words) { assemble(txtProvincia, lblProvincia, u"Provincia:", 28020, cmdProvincia, 30); }
+frmProvincia::frmProvincia() : TextCatalogueDialog(u"frmProvincia", words) { assemble({{txtProvincia, lblProvincia, u"Provincia:", 28020, u"Descripcion", 30}}, cmdProvincia); }
 
 } // namespace zv

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "catalogues/OneFieldDialog.h"
+#include "catalogues/TextCatalogue.h"
 
 namespace zv {
 
 /// Provinces: a text.
-class frmProvincia final : public OneFieldDialog {
+class frmProvincia final : public TextCatalogueDialog {
 public:
     frmProvincia();
 

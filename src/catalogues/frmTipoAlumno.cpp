@@ -4,11 +4,10 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {u"Select * From Alumno where CodTipoAlumno={}"};
-constexpr OneFieldCatalogue words{
+constexpr TextCatalogue words{
     .captions = {.nuevo = 9001, .modificado = 9002},
     .table = u"TipoAlumno",
     .key = u"IDTipoAlumno",
-    .column = u"Descripcion",
     .load = u"Select * from TipoAlumno  Where IDTipoAlumno={}",
     .insert = u"Insert into TipoAlumno (IDTipoAlumno,Descripcion) values ({},'{}')",
     .update = u"Update TipoAlumno Set Descripcion='{}' where IDTipoAlumno={}",
@@ -16,6 +15,6 @@ constexpr OneFieldCatalogue words{
 };
 } // namespace
 
-frmTipoAlumno::frmTipoAlumno() : OneFieldDialog(u"frmTipoAlumno", words) { assemble(txtTipoAlumno, lblTipoAlumno, u"Descripción:", 9020, cmdTipoAlumno); }
+frmTipoAlumno::frmTipoAlumno() : TextCatalogueDialog(u"frmTipoAlumno", words) { assemble({{txtTipoAlumno, lblTipoAlumno, u"Descripción:", 9020, u"Descripcion"}}, cmdTipoAlumno); }
 
 } // namespace zv

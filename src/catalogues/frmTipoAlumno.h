@@ -1,11 +1,11 @@
 #pragma once
 
-#include "catalogues/OneFieldDialog.h"
+#include "catalogues/TextCatalogue.h"
 
 namespace zv {
 
 /// Kinds of pupil: a text.
-class frmTipoAlumno final : public OneFieldDialog {
+class frmTipoAlumno final : public TextCatalogueDialog {
 public:
     frmTipoAlumno();
 

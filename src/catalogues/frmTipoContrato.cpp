@@ -4,11 +4,10 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {u"Select CodTipoContrato From Personal where CodTipoContrato={}"};
-constexpr OneFieldCatalogue words{
+constexpr TextCatalogue words{
     .captions = {.nuevo = 10001, .modificado = 10002},
     .table = u"TipoContrato",
     .key = u"IDTipoContrato",
-    .column = u"Nombre",
     .load = u"Select * from TipoContrato  Where IDTipoContrato={}",
     .insert = u"Insert into TipoContrato (IDTipoContrato,Nombre) values ({},'{}')",
     .update = u"Update TipoContrato Set Nombre='{}' where IDTipoContrato={}",
@@ -16,6 +15,6 @@ constexpr OneFieldCatalogue words{
 };
 } // namespace
 
-frmTipoContrato::frmTipoContrato() : OneFieldDialog(u"frmTipoContrato", words) { assemble(txtContrato, lblContrato, u"Contrato:", 10020, cmdContrato); }
+frmTipoContrato::frmTipoContrato() : TextCatalogueDialog(u"frmTipoContrato", words) { assemble({{txtContrato, lblContrato, u"Contrato:", 10020, u"Nombre"}}, cmdContrato); }
 
 } // namespace zv

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "catalogues/OneFieldDialog.h"
+#include "catalogues/TextCatalogue.h"
 
 namespace zv {
 
 /// Kinds of contract: a text.
-class frmTipoContrato final : public OneFieldDialog {
+class frmTipoContrato final : public TextCatalogueDialog {
 public:
     frmTipoContrato();
 

@@ -4,11 +4,10 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {u"Select * From Personal,MiembroFamilia where MiembroFamilia.CodTipoNivelEstudios={} or Personal.CodTipoNivelEstudios={}"};
-constexpr OneFieldCatalogue words{
+constexpr TextCatalogue words{
     .captions = {.nuevo = 17001, .modificado = 17002},
     .table = u"TipoNivelEstudios",
     .key = u"IDTipoNivelEstudios",
-    .column = u"Nombre",
     .load = u"Select * from TipoNivelEstudios  Where IDTipoNivelEstudios={}",
     .insert = u"Insert into TipoNivelEstudios (IDTipoNivelEstudios,Nombre) values ({},'{}')",
     .update = u"Update TipoNivelEstudios Set Nombre='{}' where IDTipoNivelEstudios={}",
@@ -16,6 +15,6 @@ constexpr OneFieldCatalogue words{
 };
 } // namespace
 
-frmTipoNivelEstudios::frmTipoNivelEstudios() : OneFieldDialog(u"frmTipoNivelEstudios", words) { assemble(txtNombre, lblMiembro, u"Nivel de Estudios:", 17020, cmdNivel); }
+frmTipoNivelEstudios::frmTipoNivelEstudios() : TextCatalogueDialog(u"frmTipoNivelEstudios", words) { assemble({{txtNombre, lblMiembro, u"Nivel de Estudios:", 17020, u"Nombre"}}, cmdNivel); }
 
 } // namespace zv

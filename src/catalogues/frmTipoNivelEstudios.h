@@ -1,11 +1,11 @@
 #pragma once
 
-#include "catalogues/OneFieldDialog.h"
+#include "catalogues/TextCatalogue.h"
 
 namespace zv {
 
 /// Levels of studies: a text.
-class frmTipoNivelEstudios final : public OneFieldDialog {
+class frmTipoNivelEstudios final : public TextCatalogueDialog {
 public:
     frmTipoNivelEstudios();
 

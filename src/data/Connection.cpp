@@ -95,7 +95,7 @@ Value Connection::invoke(StringView member, Access access, Arguments& arguments)
     return connectionMembers().invoke(*this, member, access, arguments);
 }
 
-String statement(StringView pattern, std::initializer_list<Value> values)
+String statement(StringView pattern, std::span<const Value> values)
 {
     constexpr StringView place = u"{}";
     String result;

@@ -3,6 +3,8 @@
 #include "data/DataError.h"
 #include "runtime/Object.h"
 
+#include <span>
+
 namespace zv {
 
 /// Rows of a statement, read forward. By name: EOF, MoveNext, MoveFirst, Fields(name), State, Close.
@@ -57,6 +59,10 @@ struct School {
 
 /// Assembles a statement: each "{}" of the pattern, in order, gives way to a value (texts as they are,
 /// numbers as decimal text). What a value holds is never read as a pattern.
-String statement(StringView pattern, std::initializer_list<Value> values);
+String statement(StringView pattern, std::span<const Value> values);
+inline String statement(StringView pattern, std::initializer_list<Value> values)
+{
+    return statement(pattern, std::span(values.begin(), values.size()));
+}
 
 } // namespace zv

@@ -1,0 +1,176 @@
+#include "catalogues/TextCatalogue.h"
+
+#include "forms/Layout.h"
+
+#include <algorithm>
+
+namespace zv {
+
+bool TextCatalogueDialog::ComprobarEliminacion()
+{
+    if (words_.guards.empty())
+        return true;
+    const bool free = unreferenced(words_.guards);
+    if (!words_.keepsRows)
+        closeRows();
+    return free;
+}
+
+void TextCatalogueDialog::design(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel)
+{
+    accept_ = &accept;
+    cancel_ = &cancel;
+    Layout layout(*this);
+    for (const TextField& field : fields) {
+        fields_.push_back(field);
+        field.box.MaxLength = field.width;
+        field.label.Caption = String(field.caption);
+        if (field.captionId != 0)
+            field.label.Tag = decimalText(field.captionId);
+        if (field.mandatory)
+            field.label.Marca = String(u"*");
+        if (field.selectsAll)
+            selectAllOnFocus(field.box);
+        layout.row(field.label, field.box);
+    }
+    designButtons(accept, cancel);
+    layout.buttons(accept, cancel);
+}
+
+void TextCatalogueDialog::assemble(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel)
+{
+    design(fields, accept, cancel);
+    on(accept.Click, &TextCatalogueDialog::cmdAceptar_Click);
+    on(cancel.Click, &TextCatalogueDialog::cmdCancelar_Click);
+}
+
+void TextCatalogueDialog::Form_Load()
+{
+    Hourglass wait(*this);
+    cCentroApi api;
+    if (words_.begins == Begins::iconAndObjectBefore)
+        loadIcon();
+    if (words_.begins != Begins::inMode)
+        api = cCentroApi::create();
+    ResumeNext next;
+    if (words_.begins != Begins::iconAndObjectBefore)
+        next([&] { loadIcon(); });
+    if (words_.begins == Begins::inMode)
+        next([&] { api = cCentroApi::create(); });
+    lockDown(next);
+    title(next);
+    localise(next, api);
+    if (!changesRow())
+        return;
+    if (words_.clearsErr)
+        Err().Clear();
+    showRow(next, api);
+}
+
+void TextCatalogueDialog::showRow(ResumeNext& next, const cCentroApi& api)
+{
+    if (!readRow(next, forRow(words_.load), words_.readFailed))
+        return;
+    fill(next);
+    if (words_.locksRow)
+        registerRow(next, api, *accept_);
+    if (!words_.keepsRows)
+        closeRows();
+}
+
+void TextCatalogueDialog::fill(ResumeNext& next)
+{
+    next([&] { Caption = Caption + words_.blank + field(fields_.front().column); });
+    for (const TextField& shown : fields_)
+        next([&] { shown.box.Text = field(shown.column); });
+}
+
+void TextCatalogueDialog::button_Click(int Index)
+{
+    const cCentroApi api = cCentroApi::create();
+    ResumeNext next;
+    if (Index == aceptar && !(textGiven() && accepted(next, api)))
+        return;
+    next([&] { Unload(); });
+}
+
+void TextCatalogueDialog::clickSafeFirst(int Index)
+{
+    ResumeNext next;
+    cCentroApi api;
+    next([&] { api = cCentroApi::create(); });
+    if (Index == aceptar) {
+        makeSafe(next, api);
+        if (!textGiven())
+            return;
+        MousePointer = Integer{11};
+        if (!write(next, api))
+            return;
+    }
+    next([&] { Unload(); });
+}
+
+void TextCatalogueDialog::cmdAceptar_Click()
+{
+    const cCentroApi api = cCentroApi::create();
+    ResumeNext next;
+    if (textGiven() && accepted(next, api))
+        next([&] { cancel_->Value = true; });
+}
+
+bool TextCatalogueDialog::textGiven()
+{
+    if (words_.test == EmptyTest::everyBox)
+        return everyFieldGiven();
+    if (!isBlank(firstBox()))
+        return true;
+    warn(message::fieldsMissing, sign::information);
+    if (words_.test == EmptyTest::firstFieldThenFocus)
+        firstBox().SetFocus();
+    return false;
+}
+
+bool TextCatalogueDialog::accepted(ResumeNext& next, const cCentroApi& api)
+{
+    MousePointer = Integer{11};
+    makeSafe(next, api);
+    return write(next, api);
+}
+
+std::vector<Value> TextCatalogueDialog::texts()
+{
+    std::vector<Value> values;
+    std::transform(fields_.begin(), fields_.end(), std::back_inserter(values),
+                   [this](const TextField& field) { return Value(stored(field.box)); });
+    return values;
+}
+
+bool TextCatalogueDialog::write(ResumeNext& next, const cCentroApi& api)
+{
+    if (!createsRow())
+        return update(next, [&] {
+            std::vector<Value> values = texts();
+            values.emplace_back(Configuracion().lngRowData);
+            return statement(words_.update, values);
+        });
+    const auto insertion = [&](Long id) {
+        std::vector<Value> values = texts();
+        values.insert(values.begin(), Value(id));
+        return statement(words_.insert, values);
+    };
+    if (words_.longKey)
+        insert<Long>(next, api, words_.table, words_.key, CLng, insertion);
+    else
+        insert<Integer>(next, api, words_.table, words_.key, CInt, insertion);
+    return true;
+}
+
+void TextCatalogueDialog::Form_Unload()
+{
+    releaseRow();
+    leaveScreen();
+    if (words_.keepsRows)
+        closeRows();
+}
+
+} // namespace zv
