@@ -17,6 +17,10 @@ template <class T> class Collection {
     using Entries = std::list<Entry>;
 
 public:
+    Collection() = default;
+    Collection(const Collection&) = delete; // the keys point into the list
+    Collection& operator=(const Collection&) = delete;
+
     void Add(T item, StringView key = {})
     {
         if (!key.empty() && byKey_.find(key) != byKey_.end())

@@ -18,10 +18,7 @@ bool isSign(char16_t unit) { return unit == u'+' || unit == u'-'; }
 /// Reads a number from the start of a text into the plain form that the library parses.
 class NumberReader {
 public:
-    NumberReader(StringView text, Region marks, bool skipsBlanks)
-        : text_(text), marks_(marks), skipsBlanks_(skipsBlanks)
-    {
-    }
+    NumberReader(StringView text, Region marks) : text_(text), marks_(marks) {}
 
     /// Sign, digits, mark, digits, exponent; false if there is no digit.
     bool read()
@@ -45,22 +42,20 @@ public:
         blanks();
         return at_ == text_.size();
     }
-    std::optional<Double> value() const
+    /// Infinite if the number is too large.
+    Double value() const
     {
         Double number = 0;
-        const char* end = plain_.data() + plain_.size();
-        const auto [stop, error] = std::from_chars(plain_.data(), end, number);
-        if (error == std::errc::result_out_of_range && exponent_ != 0)
-            return exponent_ > 0 ? std::nullopt : std::optional(0.0);
-        if (error != std::errc{} || stop != end)
-            return std::nullopt;
+        const auto error = std::from_chars(plain_.data(), plain_.data() + plain_.size(), number).ec;
+        if (error == std::errc::result_out_of_range)
+            number = tiny() ? 0 : std::numeric_limits<Double>::infinity();
         return negative_ ? -number : number;
     }
 
 private:
     void blanks()
     {
-        while (skipsBlanks_ && at_ < text_.size() && text_[at_] == u' ')
+        while (at_ < text_.size() && text_[at_] == u' ')
             ++at_;
     }
     void readSign()
@@ -107,26 +102,40 @@ private:
         if (power.empty())
             return;
         at_ = at;
-        exponent_ = down ? -1 : 1;
+        down_ = down;
         plain_ += (down ? "e-" : "e+") + power;
+    }
+
+    /// Whether a number beyond what the type holds is so near to zero, and not so far from it.
+    bool tiny() const
+    {
+        const std::string_view whole = std::string_view(plain_).substr(0, plain_.find_first_of(".e"));
+        return down_ || whole.find_first_not_of('0') == std::string_view::npos;
     }
 
     StringView text_;
     Region marks_;
-    bool skipsBlanks_;
     std::size_t at_ = 0;
     std::string plain_;
     bool negative_ = false;
     bool signed_ = false;
-    int exponent_ = 0;
+    bool down_ = false;
 };
 
+/// The number that the whole text is, by the regional settings; infinite if it is too large.
 std::optional<Double> parsed(StringView text)
 {
-    NumberReader reader(text, region(), true);
+    NumberReader reader(text, region());
     if (!reader.read() || !reader.finishes())
         return std::nullopt;
     return reader.value();
+}
+
+Double inRange(Double number)
+{
+    if (!std::isfinite(number))
+        fail(failure::overflow);
+    return number;
 }
 
 std::optional<bool> truthWord(StringView text)
@@ -149,7 +158,7 @@ struct ToNumber {
         const auto number = parsed(text);
         if (!number)
             fail(failure::typeMismatch);
-        return *number;
+        return inRange(*number);
     }
     Double operator()(const ObjectPtr&) const { fail(failure::typeMismatch); }
     Double operator()(const LongArray&) const { fail(failure::typeMismatch); }
@@ -164,11 +173,14 @@ template <class Whole> Whole toWhole(const Value& value)
     return static_cast<Whole>(rounded);
 }
 
-/// A number in as many significant digits as its type holds, with a point, without trailing zeros.
+/// A number in as many significant digits as its type holds, with a point, without trailing zeros; by its power of ten
+/// where it would need more places than that.
 std::string generalText(Double number, int significant)
 {
     char buffer[40];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::scientific, significant - 1).ptr;
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, inRange(number), std::chars_format::scientific,
+                                   significant - 1)
+                         .ptr;
     const std::string scientific(buffer, end);
     const std::size_t mark = scientific.find('e');
     const int power = std::stoi(scientific.substr(mark + 1));
@@ -181,7 +193,7 @@ std::string generalText(Double number, int significant)
         return "0";
     const std::string sign = number < 0 ? "-" : "";
     const int length = static_cast<int>(digits.size());
-    if (power >= significant || power < -significant) {
+    if (power >= significant || length - 1 - power > significant) {
         const std::string fraction = length > 1 ? "." + digits.substr(1) : "";
         const std::string place = std::to_string(std::abs(power));
         return sign + digits.substr(0, 1) + fraction + (power < 0 ? "E-" : "E+") + (place.size() < 2 ? "0" : "") + place;
@@ -266,10 +278,15 @@ Currency CCur(const Value& value)
 {
     if (const auto* amount = value.as<Currency>())
         return *amount;
-    const Double scaled = roundHalfEven(CDbl(value) * 10000);
-    if (!(std::abs(scaled) < 9.2233720368547e18))
+    // In two pieces: ten-thousandths of a large amount have more digits than a Double holds.
+    constexpr Double mostUnits = 922337203685477;
+    constexpr Double mostPart = 5807;
+    const Double number = CDbl(value);
+    const Double units = std::trunc(number);
+    const Double part = roundHalfEven((number - units) * 10000);
+    if (!(std::abs(units) <= mostUnits) || (std::abs(units) == mostUnits && std::abs(part) > mostPart))
         fail(failure::overflow);
-    return {static_cast<std::int64_t>(scaled)};
+    return {static_cast<std::int64_t>(units) * 10000 + static_cast<std::int64_t>(part)};
 }
 
 String CStr(const Value& value) { return std::visit(ToText{region().decimalMark}, value.data()); }
@@ -284,7 +301,7 @@ ObjectPtr CObj(const Value& value)
 
 String Str(const Value& number)
 {
-    if (number.as<String>() != nullptr)
+    if (number.isEmpty() || number.as<bool>() != nullptr || number.as<String>() != nullptr)
         return Str(Value(CDbl(number)));
     String text = std::visit(ToText{u'.'}, number.data());
     return text.starts_with(u'-') ? text : u" " + text;
@@ -292,14 +309,14 @@ String Str(const Value& number)
 
 Double Val(StringView text)
 {
-    NumberReader reader(text, {u'.', u'\0'}, true);
-    return reader.read() ? reader.value().value_or(0) : 0;
+    NumberReader reader(text, {u'.', u' '});
+    return reader.read() ? inRange(reader.value()) : 0;
 }
 
 bool IsNumeric(const Value& value)
 {
     if (const auto* text = value.as<String>())
-        return parsed(*text).has_value();
+        return std::isfinite(parsed(*text).value_or(std::numeric_limits<Double>::infinity()));
     return !value.isNull() && value.as<ObjectPtr>() == nullptr && value.as<LongArray>() == nullptr;
 }
 

@@ -21,7 +21,8 @@ ObjectPtr CObj(const Value& value);
 
 /// Text of a number with a point as the decimal mark and a blank before one that is not negative.
 String Str(const Value& number);
-/// The number at the start of a text (point as decimal mark, blanks skipped), 0 if there is none.
+/// The number at the start of a text (point as decimal mark, blanks skipped, also between digits), 0 if there is none.
+/// Fails with 6 if it is too large.
 Double Val(StringView text);
 /// Whether the regional settings read the value as a number. Texts may have blanks around them, a sign in front or
 /// behind, grouping, one decimal mark and an exponent. "" and Null are none; Empty is one.

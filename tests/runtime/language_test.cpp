@@ -1,0 +1,240 @@
+#include "runtime/Collection.h"
+#include "runtime/CreateObject.h"
+#include "runtime/PropertyBag.h"
+#include "runtime/Single.h"
+
+#include "data/NumberOf.h"
+
+using namespace zv;
+
+namespace {
+
+/// A late-bound object with each kind of member.
+class Cuenta final : public Object {
+public:
+    Long saldo = 0;
+    StringView TypeName() const override { return u"Cuenta"; }
+    Value invoke(StringView member, Access access, Arguments& arguments) override
+    {
+        static const auto members =
+            MemberTable<Cuenta>()
+                .field(u"Saldo", &Cuenta::saldo, CLng)
+                .property(u"Nombre", [](Cuenta&, const Arguments&) { return Value(u"Caja"); })
+                .property(u"Clave", nullptr, [](Cuenta& self, const Arguments& a) { self.saldo = CLng(a.back()); })
+                .method(u"Partir", [](Cuenta& self, Arguments& a) {
+                    if (a.size() != 2)
+                        fail(failure::argumentCount, u"Partir");
+                    a[1] = Long{self.saldo % CLng(a[0])};
+                    return Value(self.saldo / CLng(a[0]));
+                });
+        return members.invoke(*this, member, access, arguments);
+    }
+};
+
+} // namespace
+
+TEST(Failures, say_in_spanish_what_happened)
+{
+    const auto said = [](std::int32_t number, StringView detail) {
+        try {
+            fail(number, detail);
+        } catch (const RuntimeError& error) {
+            EXPECT_EQ(error.number(), number);
+            EXPECT_EQ(error.what(), toUtf8(error.description()));
+            return error.description();
+        }
+    };
+    EXPECT_EQ(said(failure::typeMismatch, {}), u"No coinciden los tipos");
+    EXPECT_EQ(said(failure::overflow, {}), u"Desbordamiento");
+    EXPECT_EQ(said(failure::memberMissing, u"Tabz"), u"El objeto no admite esta propiedad o método: Tabz");
+    for (const auto number : {5, 9, 11, 53, 91, 94, 326, 340, 380, 381, 383, 429, 450, 457, 481})
+        EXPECT_NE(said(number, {}), said(-1, {})) << number;
+}
+
+TEST(ResumeNextMode, leaves_a_failure_until_it_is_cleared)
+{
+    ResumeNext next;
+    Long held = 7;
+    EXPECT_FALSE(next([&] { held = CLng(u"siete"); }));
+    EXPECT_EQ(held, 7);
+    EXPECT_EQ(Err().Number, 13);
+    EXPECT_EQ(Err().Description, u"No coinciden los tipos");
+    EXPECT_TRUE(next([&] { held = 8; }));
+    EXPECT_EQ(Err().Number, 13) << "a success must not clear it";
+    EXPECT_FALSE(next([] { CInt(Long{40000}); }));
+    EXPECT_EQ(Err().Number, 6) << "the last failure stands";
+    Err().Clear();
+    EXPECT_EQ(Err().Number, 0);
+    EXPECT_EQ(Err().Description, u"");
+    next([] { fail(5); });
+    ResumeNext::leave();
+    EXPECT_EQ(Err().Number, 0);
+}
+
+TEST(ResumeNextMode, nests)
+{
+    bool wentOn = false;
+    const auto bare = [&] {
+        fail(91);
+        wentOn = true;
+    };
+    const auto guarded = [] {
+        EXPECT_EQ(Err().Number, 91);
+        ResumeNext inner;
+        EXPECT_EQ(Err().Number, 0) << "entering clears it";
+        inner([] { fail(94); });
+    };
+    ResumeNext next;
+    EXPECT_FALSE(next(bare));
+    EXPECT_FALSE(wentOn) << "a routine without a mode is abandoned at its failing statement";
+    EXPECT_TRUE(next(guarded));
+    EXPECT_EQ(Err().Number, 94) << "returning does not clear it";
+}
+
+TEST(ResumeNextMode, a_condition_that_fails_runs_the_branch)
+{
+    ResumeNext next;
+    EXPECT_TRUE(next.condition([] { return CBool(Null{}); }));
+    EXPECT_EQ(Err().Number, 94);
+    EXPECT_TRUE(next.condition([] { return true; }));
+    EXPECT_FALSE(next.condition([] { return false; }));
+    EXPECT_EQ(Err().Number, 94);
+    EXPECT_THROW(next([] { throw std::bad_alloc(); }), std::bad_alloc) << "only failures of the language";
+}
+
+TEST(LateBound, members_are_reached_by_name)
+{
+    const auto cuenta = std::make_shared<Cuenta>();
+    const ObjectPtr object = cuenta;
+    let(object, u"SALDO", u"17");
+    EXPECT_EQ(CLng(get(*object, u"saldo")), 17);
+    EXPECT_EQ(CStr(call(object, u"nombre")), u"Caja");
+    let(*object, u"clave", Long{23});
+    Arguments byReference{Long{10}, Null{}};
+    EXPECT_EQ(CLng(callByReference(object, u"partir", byReference)), 2);
+    EXPECT_EQ(CLng(byReference[1]), 3);
+    EXPECT_EQ(CLng(get(object, u"Partir", {Long{5}, Null{}})), 4);
+    EXPECT_EQ(CLng(call(*object, u"Partir", {Long{4}, Null{}})), 5);
+
+    Arguments none;
+    for (const auto& [number, act] : std::initializer_list<std::pair<std::int32_t, std::function<void()>>>{
+             {438, [&] { get(object, u"Sald"); }},
+             {438, [&] { call(object, u"Saldos"); }},
+             {438, [&] { let(object, u"Otro", Long{1}); }},
+             {438, [&] { let(object, u"Partir", Long{1}); }},
+             {438, [&] { get(object, u"Clave"); }},
+             {383, [&] { let(object, u"Nombre", u"x"); }},
+             {450, [&] { call(object, u"Partir"); }},
+             {450, [&] { object->invoke(u"Saldo", Access::let, none); }},
+             {13, [&] { let(object, u"Saldo", u"x"); }},
+             {91, [] { get(ObjectPtr{}, u"Saldo"); }},
+             {91, [] { let(ObjectPtr{}, u"Saldo", Long{1}); }},
+             {91, [] { call(ObjectPtr{}, u"Partir"); }},
+             {91, [&] { callByReference({}, u"Partir", none); }},
+         })
+        EXPECT_EQ(numberOf(act), number);
+    EXPECT_EQ(cuenta->saldo, 23) << "a failed assignment leaves what was held";
+}
+
+TEST(LateBound, an_uncounted_reference_reaches_but_never_owns)
+{
+    Cuenta cuenta;
+    {
+        const ObjectPtr object = uncounted(cuenta);
+        ASSERT_TRUE(object);
+        let(object, u"Saldo", Long{5});
+    }
+    EXPECT_EQ(cuenta.saldo, 5);
+}
+
+TEST(LateBound, a_bag_has_the_members_put_into_it)
+{
+    PropertyBag bag(u"Sesion");
+    bag.add(u"Accion", Long{1});
+    let(bag, u"ACCION", Long{2});
+    EXPECT_EQ(CLng(get(bag, u"accion")), 2);
+    EXPECT_EQ(numberOf([&] { let(bag, u"lngRowData", Long{1}); }, u"lngRowData"), 438);
+    EXPECT_EQ(numberOf([&] { get(bag, u"Accion", {Long{1}}); }), 450);
+    bag.remove(u"acciON");
+    EXPECT_FALSE(bag.has(u"Accion"));
+    EXPECT_EQ(numberOf([&] { get(bag, u"Accion"); }), 438);
+}
+
+TEST(Classes, the_host_wins_and_names_regard_no_case)
+{
+    const auto made = [](StringView name) { return [name] { return std::make_shared<PropertyBag>(String(name)); }; };
+    EXPECT_EQ(numberOf([] { CreateObject(u"Prueba.cUno"); }, u"Prueba.cUno"), 429);
+    registerClass(u"prueba.cuno", made(u"del host"));
+    registerBuiltInClass(u"Prueba.cUno", made(u"propio"));
+    resetSingles();
+    EXPECT_EQ(CreateObject(u"PRUEBA.CUNO")->TypeName(), u"del host");
+    EXPECT_NE(CreateObject(u"Prueba.cUno"), CreateObject(u"Prueba.cUno"));
+    registerClass(u"Prueba.cUno", {});
+    EXPECT_EQ(CreateObject(u"Prueba.cUno")->TypeName(), u"propio");
+    registerClass(u"Prueba.cUno", [] { return ObjectPtr{}; });
+    EXPECT_EQ(numberOf([] { CreateObject(u"Prueba.cUno"); }), 429);
+    registerClass(u"Prueba.cUno", {});
+    registerBuiltInClass(u"Prueba.cUno", {});
+    EXPECT_FALSE(registeredClass(u"Prueba.cUno"));
+}
+
+TEST(Collections, keep_order_and_keys)
+{
+    Collection<String> sucursales;
+    sucursales.Add(u"uno", u"K1");
+    sucursales.Add(u"dos");
+    sucursales.Add(u"tres", u"K3");
+    sucursales.Add(u"cuatro");
+    sucursales.Remove(u"k1");
+    EXPECT_EQ(sucursales.Item(u"k3"), u"tres");
+    sucursales.Item(2) += u"!";
+    String all;
+    for (const String& item : sucursales)
+        all += item;
+    EXPECT_EQ(all, u"dostres!cuatro");
+    EXPECT_EQ(numberOf([&] { sucursales.Item(u"K1"); }), 5);
+    EXPECT_EQ(numberOf([&] { sucursales.Remove(u"K9"); }), 5);
+    EXPECT_EQ(numberOf([&] { sucursales.Add(u"otro", u"k3"); }), 457);
+    EXPECT_EQ(numberOf([&] { sucursales.Item(0); }), 9);
+    EXPECT_EQ(numberOf([&] { sucursales.Item(4); }), 9);
+    EXPECT_EQ(sucursales.Count(), 3U) << "a refused key adds nothing";
+    sucursales.Add(u"uno", u"K1");
+    EXPECT_EQ(sucursales.Item(4), u"uno") << "a freed key can be taken again";
+}
+
+namespace {
+
+std::string ended;
+
+struct Older {
+    ~Older() { ended += "older "; }
+};
+struct Younger {
+    ~Younger()
+    {
+        ended += "younger ";
+        single<Older>();
+    }
+};
+
+} // namespace
+
+TEST(Singles, live_from_first_use_until_the_reset)
+{
+    resetSingles();
+    EXPECT_FALSE(hasSingle<Older>());
+    Older& older = single<Older>();
+    EXPECT_EQ(&single<Older>(), &older);
+    single<Younger>();
+    resetSingles();
+    EXPECT_EQ(ended, "younger older ") << "the youngest ends first";
+    EXPECT_FALSE(hasSingle<Older>());
+
+    ended.clear();
+    onReset([] { single<Younger>(); });
+    onReset([] { singleSlot<Older>().reset(); });
+    single<Older>();
+    resetSingles();
+    EXPECT_EQ(ended, "older younger older ") << "what an undoing creates ends too";
+    EXPECT_FALSE(hasSingle<Younger>());
+}
