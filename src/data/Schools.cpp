@@ -37,7 +37,7 @@ School openSchool(StringView url) {
     return school;
 }
 
-School createSchool(StringView url) {
+School createSchool(StringView url, const std::function<void(School &)> &fill) {
     Engine &engine = engineOf(url);
     School school;
     std::vector<Database> made;
@@ -47,6 +47,8 @@ School createSchool(StringView url) {
             made.push_back(which);
             makeTables(*member(school, which), which, engine.ddl());
         }
+        if (fill)
+            fill(school);
     } catch (...) {
         school = {};
         for (const Database which : made)

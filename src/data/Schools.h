@@ -2,13 +2,17 @@
 
 #include "data/Engine.h"
 
+#include <functional>
+
 namespace zv {
 
 /// The three databases of the school at a URL, which must exist.
 School openSchool(StringView url);
-/// Makes the three databases with all their tables, empty. Fails if one exists already, and then leaves nothing behind.
-School createSchool(StringView url);
-/// Fresh databases with all tables, empty, that are gone with their connections. "sqlite:" makes them in memory.
+/// Makes the three databases with all their tables, empty or as `fill` leaves them. Fails if one exists
+/// already or `fill` fails, and then leaves nothing behind.
+School createSchool(StringView url, const std::function<void(School &)> &fill = {});
+/// Fresh databases with all tables, empty, that are gone with their connections. "sqlite:" makes them in
+/// memory.
 School temporarySchool(StringView url = u"sqlite:");
 
 } // namespace zv

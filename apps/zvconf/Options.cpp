@@ -1,0 +1,30 @@
+#include "zvconf/Command.h"
+
+#include <algorithm>
+
+namespace zv::zvconf {
+
+Options::Options(Arguments arguments, std::initializer_list<Option> known) {
+    while (!arguments.empty()) {
+        const String &name = arguments.front();
+        const auto option = std::ranges::find(known, StringView(name), &Option::name);
+        if (option == known.end())
+            throw UsageError(u"«" + name + u"» no es una opción de esta orden.");
+        arguments = arguments.subspan(1);
+        if (arguments.size() < option->values)
+            throw UsageError(u"A " + name + u" le falta su valor.");
+        const Arguments values = arguments.first(option->values);
+        if (!given_.try_emplace(name, values.begin(), values.end()).second)
+            throw UsageError(name + u" está dos veces.");
+        arguments = arguments.subspan(option->values);
+    }
+}
+
+const std::vector<String> &Options::values(StringView name) const {
+    const auto option = given_.find(name);
+    if (option == given_.end())
+        throw UsageError(u"Falta " + String(name) + u".");
+    return option->second;
+}
+
+} // namespace zv::zvconf

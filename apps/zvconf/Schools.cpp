@@ -1,0 +1,81 @@
+#include "zvconf/Command.h"
+
+#include "data/SchemaCheck.h"
+#include "data/Schools.h"
+#include "data/sample/SampleSchool.h"
+#include "runtime/Convert.h"
+#include "suite/Registrations.h"
+
+#include <charconv>
+
+namespace zv::zvconf {
+namespace {
+
+constexpr Option database{u"--bd", 1};
+
+const String &urlOf(const Options &options) { return options.values(database.name).front(); }
+
+Long rowNumber(const String &text) {
+    const std::string digits = toUtf8(text);
+    Long row = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), row);
+    if (error != std::errc() || end != digits.data() + digits.size())
+        throw UsageError(u"«" + text + u"» no es el número de una fila.");
+    return row;
+}
+
+int list(Connection &centro) {
+    const std::vector<Registration> all = registrations(centro);
+    for (const Registration &each : all)
+        printLine(statement(u"{} {}: usuario {}, estación {}, desde {}{}",
+                            {each.form, each.row, each.user, each.station, each.moment,
+                             each.gone ? u" (la estación ya ha terminado)" : u""}));
+    printLine(statement(u"Filas en uso: {}.", {static_cast<Long>(all.size())}));
+    return done;
+}
+
+int releaseOne(Connection &centro, const std::vector<String> &row) {
+    const bool released = release(centro, row[0], rowNumber(row[1]));
+    printLine(row[0] + u" " + row[1] + (released ? u" queda libre." : u" no estaba en uso."));
+    return released ? done : found;
+}
+
+} // namespace
+
+int crear(Arguments arguments) {
+    const Options options(arguments, {database, {u"--ejemplo"}});
+    const bool sample = options.has(u"--ejemplo");
+    createSchool(urlOf(options), sample ? fillSampleSchool : nullptr);
+    printLine(u"Creado " + String(sample ? u"el centro de ejemplo" : u"un centro vacío") + u" en " +
+              urlOf(options) + u".");
+    return done;
+}
+
+int comprobar(Arguments arguments) {
+    const Options options(arguments, {database});
+    const School school = openSchool(urlOf(options));
+    const std::vector<String> findings = checkSchool(school, engineOf(urlOf(options)));
+    for (const String &each : findings)
+        printLine(each);
+    if (findings.empty())
+        printLine(u"Las bases de datos tienen todo lo que hace falta.");
+    else
+        printLine(statement(u"Defectos: {}. Pida que los corrija quien lleva las bases de datos.",
+                            {static_cast<Long>(findings.size())}));
+    return findings.empty() ? done : found;
+}
+
+int registros(Arguments arguments) {
+    const Options options(arguments, {database, {u"--liberar", 2}, {u"--liberar-todo"}});
+    if (options.has(u"--liberar") && options.has(u"--liberar-todo"))
+        throw UsageError(u"--liberar y --liberar-todo no van juntas.");
+    const School school = openSchool(urlOf(options));
+    if (options.has(u"--liberar"))
+        return releaseOne(*school.centro, options.values(u"--liberar"));
+    if (!options.has(u"--liberar-todo"))
+        return list(*school.centro);
+    printLine(statement(u"Filas liberadas: {}.", {Long{releaseAll(*school.centro)}}));
+    return done;
+}
+
+} // namespace zv::zvconf

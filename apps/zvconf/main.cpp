@@ -1,0 +1,81 @@
+#include "zvconf/Command.h"
+
+#include "data/sqlite/SqliteEngine.h"
+#include "runtime/Errors.h"
+#include "zv/Version.h"
+
+#include <algorithm>
+#include <iostream>
+
+namespace zv::zvconf {
+namespace {
+
+constexpr Command commands[] = {
+    {u"crear", crear},
+    {u"comprobar", comprobar},
+    {u"registros", registros},
+};
+
+constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
+
+  zvconf crear --bd URL [--ejemplo]
+      Crea las tres bases de datos de un centro: la del centro, la de borrados y la de entrada.
+      Con --ejemplo las llena con un centro de ejemplo; sin ella quedan vacías.
+  zvconf comprobar --bd URL
+      Comprueba que las bases de datos tienen las tablas y columnas que hacen falta.
+  zvconf registros --bd URL [--liberar FORMULARIO FILA | --liberar-todo]
+      Dice qué filas están abiertas, por quién y desde cuándo, o las libera.
+  zvconf --version
+  zvconf --help
+
+URL es sqlite:FICHERO; junto a colegio.db están colegio.borrado.db y colegio.entrada.db.
+
+Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
+algo, la fila que se libera no estaba registrada); con 2 si la orden no se ha podido hacer.
+)";
+
+int run(const std::vector<String> &words) {
+    if (words.empty())
+        throw UsageError(u"Falta la orden.");
+    if (std::ranges::find(words, u"--help") != words.end()) {
+        std::cout << toUtf8(help);
+        return done;
+    }
+    if (words.front() == u"--version") {
+        std::cout << "zvconf " << version << '\n';
+        return done;
+    }
+    const auto command = std::ranges::find(commands, StringView(words.front()), &Command::name);
+    if (command == std::end(commands))
+        throw UsageError(u"«" + words.front() + u"» no es una orden.");
+    registerEngine(sqliteEngine());
+    return command->run(Arguments(words).subspan(1));
+}
+
+int runGuarded(std::span<char *> arguments) {
+    try {
+        std::vector<String> words;
+        for (const char *argument : arguments)
+            words.push_back(fromUtf8(argument));
+        const int result = run(words);
+        if (!std::cout.flush())
+            throw std::runtime_error(
+                "No se puede escribir el resultado: la salida está cerrada o el disco lleno.");
+        return result;
+    } catch (const UsageError &error) {
+        std::cerr << "zvconf: " << error.what() << " Con --help se ven las órdenes.\n";
+    } catch (const std::exception &error) {
+        std::cerr << "zvconf: " << error.what() << '\n';
+    }
+    return failed;
+}
+
+} // namespace
+
+void printLine(StringView line) { std::cout << toUtf8(line) << '\n'; }
+
+} // namespace zv::zvconf
+
+int main(int argc, char **argv) {
+    return zv::zvconf::runGuarded(std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
+}

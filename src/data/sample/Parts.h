@@ -1,0 +1,30 @@
+#pragma once
+
+#include "data/sample/Writer.h"
+
+/// The pieces that the sample school is made of, in the order in which they are written.
+namespace zv::sample {
+
+/// A subject as it is taught in a section.
+struct TaughtSubject {
+    Long id;
+    Long materia;
+};
+
+struct Section {
+    Long id;
+    Long curso; ///< 1 to 6 primary, 7 to 10 secondary, 11 and 12 the last two years.
+    std::vector<TaughtSubject> subjects;
+    std::vector<Long> pupils; ///< Those who have not left.
+};
+
+/// Catalogues, banks, courses, questions: what stands in lists.
+void addFixedRows(Writer &centro);
+/// Staff, sections, pupils and their families. Gives the sections, of which section n stands at n - 1.
+std::vector<Section> addPeople(Writer &centro, Dice &dice);
+/// Notes of the guidance council and individual reports of some sections.
+void addReports(Writer &centro, Dice &dice, const std::vector<Section> &sections);
+/// Profiles and users; user 1 sees everything, 2 to 13 are tutors, and 14 is none of the staff.
+void addUsers(Writer &entrada);
+
+} // namespace zv::sample

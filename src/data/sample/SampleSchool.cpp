@@ -1,0 +1,41 @@
+#include "data/sample/SampleSchool.h"
+
+#include "data/sample/Parts.h"
+
+#include <functional>
+
+namespace zv {
+namespace {
+
+/// At once, since each row by itself would wait for the disk.
+void inOneStep(Connection &connection, const std::function<void()> &write) {
+    connection.executeNative(u"BEGIN");
+    try {
+        write();
+    } catch (...) {
+        connection.executeNative(u"ROLLBACK");
+        throw;
+    }
+    connection.executeNative(u"COMMIT");
+}
+
+} // namespace
+
+void fillSampleSchool(School &school) {
+    sample::Writer centro(*school.centro);
+    sample::Writer borrado(*school.borrado);
+    sample::Writer entrada(*school.entrada);
+    inOneStep(*school.centro, [&] {
+        sample::Dice dice;
+        sample::addFixedRows(centro);
+        sample::addReports(centro, dice, sample::addPeople(centro, dice));
+    });
+    // Keys above the largest live one stay taken while their rows wait in the recycle bin.
+    inOneStep(*school.borrado, [&] {
+        borrado.rows(u"EstadoCivil", u"9;Prometido/a");
+        borrado.rows(u"Turno", u"5;Refuerzo de tarde;2");
+    });
+    inOneStep(*school.entrada, [&] { sample::addUsers(entrada); });
+}
+
+} // namespace zv

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "data/Connection.h"
+
+namespace zv::sample {
+
+/// Writes rows into one database, all columns in their order.
+class Writer {
+public:
+    explicit Writer(Connection &connection) : connection_(connection) {}
+    void row(StringView table, const std::vector<Value> &values);
+    /// Rows parted by "|" and fields by ";". An empty field is Null.
+    void rows(StringView table, StringView text) { write(table, text, false); }
+    /// The same, with keys counted from 1 in front.
+    void numbered(StringView table, StringView text) { write(table, text, true); }
+
+private:
+    void write(StringView table, StringView text, bool withNumber);
+
+    Connection &connection_;
+};
+
+/// The pieces of a text, of which there is at least one.
+std::vector<StringView> split(StringView text, char16_t sign);
+
+/// Gives the same numbers on every machine, which the library's distributions do not.
+class Dice {
+public:
+    /// From 0 to one below the limit.
+    int below(int limit);
+    bool once(int inHowMany) { return below(inHowMany) == 0; }
+    template <class List> const auto &of(const List &list) {
+        return list[static_cast<std::size_t>(below(static_cast<int>(std::size(list))))];
+    }
+
+private:
+    std::uint32_t state_ = 20240912;
+};
+
+} // namespace zv::sample
