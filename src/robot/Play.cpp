@@ -1,0 +1,102 @@
+#include "robot/Play.h"
+
+#include "robot/Verbs.h"
+
+#include <algorithm>
+
+namespace zv {
+
+Play::Play(const Guion& guion, const School& school, const StageMaker& stage)
+    : guion_(guion), transcript_(guion), stage_(stage(*this)),
+      state_(school, [this](String line) { observe(std::move(line)); })
+{
+    useDesktop(stage_.desktop.get());
+}
+
+void Play::run()
+{
+    while (playNext()) {
+    }
+}
+
+bool Play::playNext()
+{
+    if (transcript_.commandsRead() == guion_.commands.size())
+        return false;
+    const GuionCommand& command = guion_.commands[transcript_.commandsRead()];
+    transcript_.begin();
+    findVerb(command.verb)->run(*this, command.arguments);
+    return true;
+}
+
+void Play::opened(Form& form)
+{
+    open_.push_back(&form);
+    observe(u"muestra " + form.Name() + u" " + quoted(form.Caption()));
+}
+
+void Play::closed(Form& form)
+{
+    leave(form);
+    observe(u"cierra " + form.Name());
+}
+
+void Play::leave(Form& form)
+{
+    const auto place = std::ranges::find(open_, &form);
+    if (place == open_.end())
+        return;
+    last_ = &form;
+    open_.erase(place);
+}
+
+void Play::goOnWhileOpen(Form& form)
+{
+    while (form.Visible())
+        if (!playNext())
+            mistake(u"el guion acaba con la ventana " + form.Name() + u" abierta");
+    leave(form); // It may only be hidden.
+}
+
+Form& Play::formToLookAt() const
+{
+    if (!open_.empty())
+        return *open_.back();
+    if (last_ == nullptr)
+        mistake(u"no se ha mostrado ninguna ventana");
+    return *last_;
+}
+
+Form& Play::formToActOn() const
+{
+    if (open_.empty())
+        mistake(u"no hay ninguna ventana abierta");
+    return *open_.back();
+}
+
+Control& Play::control(const GuionArgument& name) const
+{
+    const Form& form = formToLookAt();
+    const MemberName parsed = *parseMember(name.text);
+    const int index = parsed.indices.empty() ? Control::noIndex : static_cast<int>(parsed.indices.front());
+    Control* control = parsed.indices.size() > 1 ? nullptr : form.find(parsed.name, index);
+    if (control == nullptr)
+        mistake(u"la ventana " + form.Name() + u" no tiene el control " + name.text);
+    return *control;
+}
+
+void Play::callModule(const std::function<void()>& call)
+{
+    try {
+        call();
+    } catch (const RuntimeError& error) {
+        observe(u"error " + decimalText(error.number()));
+    }
+}
+
+void Play::mistake(StringView reason) const
+{
+    throw GuionError(guion_.commands[transcript_.commandsRead() - 1].line, reason);
+}
+
+} // namespace zv

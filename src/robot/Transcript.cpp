@@ -1,0 +1,134 @@
+#include "robot/Transcript.h"
+
+#include <algorithm>
+
+namespace zv {
+
+namespace {
+
+constexpr StringView anyRun = u"{*}";
+
+/// The observed lines as they are written back: an expectation with "{*}" that fits one is kept.
+std::vector<String> written(const std::vector<String>& expected, const std::vector<String>& observed)
+{
+    std::vector<String> result;
+    auto from = expected.begin();
+    for (const String& seen : observed) {
+        const auto keep = std::find_if(from, expected.end(), [&](const String& line) {
+            return line.find(anyRun) != String::npos && fits(line, seen);
+        });
+        result.push_back(keep == expected.end() ? seen : *keep);
+        if (keep != expected.end())
+            from = keep + 1;
+    }
+    return result;
+}
+
+} // namespace
+
+bool fits(StringView expected, StringView seen)
+{
+    std::size_t run = expected.find(anyRun);
+    if (run == StringView::npos)
+        return expected == seen;
+    if (!seen.starts_with(expected.substr(0, run)))
+        return false;
+    seen.remove_prefix(run);
+    expected.remove_prefix(run + anyRun.size());
+    // Each further piece is taken where it comes first; the last one has to stand at the end.
+    while ((run = expected.find(anyRun)) != StringView::npos) {
+        const std::size_t found = seen.find(expected.substr(0, run));
+        if (found == StringView::npos)
+            return false;
+        seen.remove_prefix(found + run);
+        expected.remove_prefix(run + anyRun.size());
+    }
+    return seen.ends_with(expected);
+}
+
+void Transcript::observe(StringView line)
+{
+    // What a file cannot hold is compared as the file would hold it.
+    observed_.back().push_back(fromUtf8(toUtf8(line)));
+}
+
+/// A command that was read, and the lines under it.
+struct Transcript::Block {
+    std::size_t first;          ///< Place of the command's line.
+    std::size_t end;            ///< Place behind the last line.
+    std::vector<std::size_t> places; ///< Of the lines with an expectation.
+    std::vector<String> expected;
+};
+
+std::vector<Transcript::Block> Transcript::blocks() const
+{
+    std::vector<Block> result;
+    for (std::size_t place = 0; place < guion_.lines.size(); ++place) {
+        const GuionLine& line = guion_.lines[place];
+        if (line.command) {
+            if (*line.command == observed_.size())
+                break;
+            result.push_back({place, place, {}, {}});
+        }
+        if (result.empty())
+            continue;
+        result.back().end = place + 1;
+        if (line.expectation) {
+            result.back().places.push_back(place);
+            result.back().expected.push_back(*line.expectation);
+        }
+    }
+    return result;
+}
+
+String Transcript::text() const
+{
+    String result;
+    const auto put = [&](StringView line, StringView ending) {
+        result += line;
+        result += ending.empty() ? StringView(u"\n") : ending;
+    };
+    const std::vector<Block> all = blocks();
+    const std::size_t head = all.empty() ? guion_.lines.size() : all.front().first;
+    for (std::size_t place = 0; place < head; ++place)
+        put(guion_.lines[place].text, guion_.lines[place].ending);
+    for (std::size_t command = 0; command < all.size(); ++command) {
+        const Block& block = all[command];
+        const std::vector<String> lines = written(block.expected, observed_[command]);
+        const String& ending = guion_.lines[block.first].ending;
+        auto next = lines.begin();
+        // Lines take the places of those that were expected; the rest follow the last of these.
+        const std::size_t last = block.places.empty() ? block.first : block.places.back();
+        for (std::size_t place = block.first; place < block.end; ++place) {
+            const GuionLine& line = guion_.lines[place];
+            if (!line.expectation)
+                put(line.text, line.ending);
+            else if (next != lines.end())
+                put(u"> " + *next++, line.ending);
+            while (place == last && next != lines.end())
+                put(u"> " + *next++, ending);
+        }
+    }
+    return result;
+}
+
+std::vector<Transcript::Difference> Transcript::differences() const
+{
+    std::vector<Difference> result;
+    const std::vector<Block> all = blocks();
+    for (std::size_t command = 0; command < all.size(); ++command) {
+        const Block& block = all[command];
+        const std::vector<String>& seen = observed_[command];
+        const auto [expected, other] = std::ranges::mismatch(block.expected, seen, fits);
+        if (expected == block.expected.end() && other == seen.end())
+            continue;
+        const auto at = static_cast<std::size_t>(expected - block.expected.begin());
+        const bool more = expected == block.expected.end();
+        const std::size_t nearest = block.places.empty() ? block.first : block.places.back();
+        result.push_back({(more ? nearest : block.places[at]) + 1, more ? String() : u"> " + *expected,
+                          other == seen.end() ? String() : u"> " + *other});
+    }
+    return result;
+}
+
+} // namespace zv

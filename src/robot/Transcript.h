@@ -1,0 +1,40 @@
+#pragma once
+
+#include "robot/Guion.h"
+
+namespace zv {
+
+/// What was observed of a guion, command by command, against the file that it was read from.
+class Transcript {
+public:
+    explicit Transcript(const Guion& guion) : guion_(guion) {}
+
+    /// The next command was read.
+    void begin() { observed_.emplace_back(); }
+    /// Takes down a line, without "> ", under the command that was read last.
+    void observe(StringView line);
+    std::size_t commandsRead() const { return observed_.size(); }
+
+    /// The file's lines, up to the last command that was read, with what was observed in the place of what was expected.
+    /// A line with "{*}" that fits stays as it is.
+    String text() const;
+
+    struct Difference {
+        std::size_t line = 0;
+        String expected; ///< A whole line; "" where none was expected.
+        String seen;     ///< A whole line; "" where none was seen.
+    };
+    /// The first difference under each command.
+    std::vector<Difference> differences() const;
+
+private:
+    struct Block;
+    std::vector<Block> blocks() const;
+    const Guion& guion_;
+    std::vector<std::vector<String>> observed_;
+};
+
+/// Whether a line fits what is expected, where "{*}" stands for any run of characters.
+bool fits(StringView expected, StringView seen);
+
+} // namespace zv
