@@ -153,7 +153,7 @@ bool registerRow(Connection& centro, const Station& station, StringView form, Lo
                        keyCondition(form, row) + u" AND Estacion=" + literal(holder->station) +
                        statement(u" AND IDUsuario={}", {holder->user}));
         const auto after = holderOf(centro, form, row);
-        if (after && after->user == user && after->station == station.identity)
+        if (after && after->user == user)
             return false;
     }
     throw DataError(failure::locked, "", u"La fila cambia de manos sin cesar.", u"RegistroActivo");

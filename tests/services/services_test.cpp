@@ -1,8 +1,7 @@
 #include "Fakes.h"
-#include "forms/Desktop.h"
+#include "data/NumberOf.h"
 #include "services/MessageTable.h"
 #include "services/Messages.h"
-#include "services/cCentroApi.h"
 #include "services/modCentroConfiguracion.h"
 
 #include <gtest/gtest.h>
@@ -11,16 +10,6 @@ namespace zv {
 namespace {
 
 using namespace test;
-
-std::int32_t failureOf(const std::function<void()>& statement)
-{
-    try {
-        statement();
-    } catch (const RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 TEST(Messages, hold_every_text_as_staff_know_it)
 {
@@ -39,35 +28,7 @@ TEST(Messages, hold_every_text_as_staff_know_it)
         EXPECT_EQ(LoadResString(id), expected);
     EXPECT_EQ(LoadResString(520).size(), 230U);
     for (const Long missing : {0, 99, 102, 25003, 29004, -1, 65636})
-        EXPECT_EQ(failureOf([&] { LoadResString(missing); }), failure::resourceMissing) << missing;
-}
-
-/// Writes down what a person would notice.
-class NotingDesktop final : public Desktop {
-public:
-    NotingDesktop() { useDesktop(this); }
-    ~NotingDesktop() override { useDesktop(nullptr); }
-    void opened(Form&) override {}
-    void runModal(Form&) override {}
-    void closed(Form&) override {}
-    void messageBox(StringView prompt, Integer flags, StringView title) override
-    {
-        notes.push_back(String(title) + u"|" + String(prompt) + u"|" + decimalText(flags));
-    }
-    void beep() override { notes.push_back(u"bip"); }
-    void doEvents() override {}
-    void handlerFailed(const RuntimeError&) override {}
-    std::vector<String> notes;
-};
-
-TEST(Messages, only_a_warning_beeps_and_the_title_is_the_systems)
-{
-    NotingDesktop desktop;
-    showMessage(message::insertFailed, sign::critical);
-    warn(message::fieldsMissing, sign::information);
-    EXPECT_EQ(desktop.notes,
-              (std::vector<String>{u"ZORVEL GESTIÓN ESCOLAR|ERROR al insertar un registro en la base de datos|16", u"bip",
-                                   u"ZORVEL GESTIÓN ESCOLAR|ERROR Faltan campos por rellenar|64"}));
+        EXPECT_EQ(numberOf([&] { LoadResString(missing); }), failure::resourceMissing) << missing;
 }
 
 TEST(CargarTextos, finds_the_number_where_each_kind_keeps_it)
@@ -186,55 +147,6 @@ TEST(BloquearControles, modify_stands_where_delete_stood_whichever_comes_first)
     const ObjectPtr atTheEdge = button(u"338", u"Eliminar", 0, 2500);
     BloquearControles(*fakeForm(u"", {atTheEdge, alone}), false);
     EXPECT_EQ(text(alone, u"Left") + u" " + text(alone, u"Top"), u"100 200");
-}
-
-/// Answers every call and writes it down.
-class NotingApi final : public Object {
-public:
-    explicit NotingApi(std::vector<String>& notes) : notes_(notes) {}
-    StringView TypeName() const override { return u"Api"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override
-    {
-        String note(member);
-        for (const Value& argument : arguments) {
-            if (const auto* object = argument.as<ObjectPtr>())
-                note += u" " + (*object ? String((*object)->TypeName()) : u"Nothing");
-            else if (const auto* array = argument.as<LongArray>())
-                note += u" [" + decimalText(static_cast<std::int64_t>((*array)->size())) + u"]";
-            else
-                note += u" " + CStr(argument);
-        }
-        EXPECT_EQ(access, Access::call);
-        notes_.push_back(note);
-        return Long{-1};
-    }
-
-private:
-    std::vector<String>& notes_;
-};
-
-TEST(HelperObject, is_called_by_name_in_the_order_that_the_suite_knows)
-{
-    std::vector<String> notes;
-    registerClass(u"zvapi.ccentroapi", [&] { return std::make_shared<NotingApi>(notes); });
-    const auto api = cCentroApi::create();
-    const ObjectPtr form = fakeForm(u"", {});
-    api.Marcar_Obligatorios(*form);
-    api.ComprobarComilla(*form);
-    EXPECT_EQ(CLng(api.IDMax(nullptr, nullptr, u"Pais", u"IDPais")), -1);
-    EXPECT_TRUE(api.registroactivo(nullptr, u"frmPais", 70000, 7));
-    api.EliminarRegistroActivo(nullptr, u"frmPais", 70000);
-    api.Comprobar_BotonesAccesoRapido(*form, nullptr, 3);
-    api.agregarelementovacio(*form);
-    api.incluirpersonalenactividad(nullptr, nullptr, std::make_shared<std::vector<Long>>(3), 1);
-    registerClass(u"ZVApi.cCentroApi", {});
-    EXPECT_EQ(notes, (std::vector<String>{u"Marcar_Obligatorios frmPrueba", u"ComprobarComilla frmPrueba",
-                                          u"IDMax Nothing Nothing Pais IDPais", u"registroactivo Nothing frmPais 70000 7",
-                                          u"EliminarRegistroActivo Nothing frmPais 70000",
-                                          u"Comprobar_BotonesAccesoRapido frmPrueba Nothing 3", u"agregarelementovacio frmPrueba",
-                                          u"incluirpersonalenactividad Nothing Nothing [3] 1"}));
-    EXPECT_EQ(failureOf([&] { cCentroApi().ComprobarComilla(*form); }), failure::noObject);
-    EXPECT_EQ(failureOf([] { cCentroApi::create(u"ZVApi.cNoExiste"); }), failure::classMissing);
 }
 
 } // namespace

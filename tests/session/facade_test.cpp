@@ -1,3 +1,4 @@
+#include "data/NumberOf.h"
 #include "forms/Controls.h"
 #include "forms/Desktop.h"
 #include "forms/Form.h"
@@ -65,16 +66,6 @@ protected:
     bool answer = true;
     cAsignarDatos facade;
 };
-
-std::int32_t failureOf(const std::function<void()>& statement)
-{
-    try {
-        statement();
-    } catch (const RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 TEST_F(Facade, opens_the_dialog_of_a_number_and_nothing_for_the_rest)
 {
@@ -188,7 +179,7 @@ TEST_F(Facade, takes_the_session_over_in_order_each_member_as_its_type)
 
 TEST_F(Facade, a_member_that_fails_leaves_those_before_it_taken_over)
 {
-    EXPECT_EQ(failureOf([&] { facade.ObtenerDatos(nullptr); }), failure::noObject);
+    EXPECT_EQ(numberOf([&] { facade.ObtenerDatos(nullptr); }), failure::noObject);
     const auto connection = std::make_shared<FakeConnection>();
     struct Case {
         StringView member;
@@ -204,7 +195,7 @@ TEST_F(Facade, a_member_that_fails_leaves_those_before_it_taken_over)
         resetSingles();
         const auto session = fullSession({connection, connection, connection});
         session->add(wrong.member, wrong.value);
-        EXPECT_EQ(failureOf([&] { facade.ObtenerDatos(session); }), wrong.number) << toUtf8(wrong.member);
+        EXPECT_EQ(numberOf([&] { facade.ObtenerDatos(session); }), wrong.number) << toUtf8(wrong.member);
         EXPECT_EQ(session->read.back(), wrong.member);
         EXPECT_EQ(Configuracion().RutaBD, u"C:\\bd");
         EXPECT_EQ(Configuracion().datossesion, nullptr);
@@ -212,7 +203,7 @@ TEST_F(Facade, a_member_that_fails_leaves_those_before_it_taken_over)
     EXPECT_EQ(Configuracion().bytAccion, 0);
     const auto session = fullSession({connection, connection, connection});
     session->remove(u"MTP");
-    EXPECT_EQ(failureOf([&] { facade.ObtenerDatos(session); }), failure::memberMissing);
+    EXPECT_EQ(numberOf([&] { facade.ObtenerDatos(session); }), failure::memberMissing);
     EXPECT_TRUE(Configuracion().blnPesetas);
     EXPECT_EQ(Configuracion().RutaIcono, u"");
 }
@@ -227,10 +218,10 @@ TEST_F(Facade, an_ordinary_host_session_is_taken_over_and_shows_in_the_record)
     EXPECT_EQ(CInt(configurationMember(u"intIDUsuario")), 1);
     EXPECT_TRUE(CBool(configurationMember(u"Activa")));
     EXPECT_EQ(CObj(configurationMember(u"conLocalCentro")), centro);
-    EXPECT_EQ(failureOf([] { CObj(configurationMember(u"conLocalBorradoCentro")); }), failure::noObject);
+    EXPECT_EQ(numberOf([] { CObj(configurationMember(u"conLocalBorradoCentro")); }), failure::noObject);
     for (const StringView never : {u"intCodCurso", u"intTipoEnsenanza", u"blnDatosMedicos"})
         EXPECT_EQ(CInt(configurationMember(never)), 0);
-    EXPECT_EQ(failureOf([] { configurationMember(u"intIDAlumno"); }), failure::memberMissing);
+    EXPECT_EQ(numberOf([] { configurationMember(u"intIDAlumno"); }), failure::memberMissing);
 }
 
 } // namespace

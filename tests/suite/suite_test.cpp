@@ -1,8 +1,10 @@
+#include "data/NumberOf.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "forms/ComboBox.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
 #include "runtime/CreateObject.h"
+#include "services/cCentroApi.h"
 #include "suite/CentroApi.h"
 #include "suite/Registrations.h"
 
@@ -18,16 +20,6 @@ namespace zv {
 namespace {
 
 using namespace std::string_literals;
-
-std::int32_t failureOf(const std::function<void()>& statement)
-{
-    try {
-        statement();
-    } catch (const RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 ConnectionPtr database(std::initializer_list<StringView> statements = {})
 {
@@ -51,8 +43,8 @@ TEST(IDMax, is_one_above_the_largest_key_of_both_databases)
     borrado->executeNative(u"INSERT INTO Pais VALUES (90000)");
     EXPECT_EQ(next(), 90001);
     centro->executeNative(u"INSERT INTO Pais VALUES (2147483647)");
-    EXPECT_EQ(failureOf(next), failure::overflow);
-    EXPECT_EQ(failureOf([&] { CentroApi::IDMax(*centro, *database(), u"Pais", u"IDPais"); }), failure::tableMissing);
+    EXPECT_EQ(numberOf(next), failure::overflow);
+    EXPECT_EQ(numberOf([&] { CentroApi::IDMax(*centro, *database(), u"Pais", u"IDPais"); }), failure::tableMissing);
 }
 
 /// A connection on which other stations act just before a statement that holds a pattern.
@@ -156,11 +148,11 @@ TEST_F(RowRegister, is_never_granted_by_a_database_that_fails)
         first.registroactivo(*centro, u"frmPais", 3, 7);
         ended = {u"uno"};
         Interrupted broken(centro, failing, [] { throw DataError(failure::locked, "5", u"database is locked", u""); });
-        EXPECT_EQ(failureOf([&] { second.registroactivo(broken, u"frmPais", 3, 8); }), failure::locked);
+        EXPECT_EQ(numberOf([&] { second.registroactivo(broken, u"frmPais", 3, 8); }), failure::locked);
         EXPECT_EQ(holders(), Lines{u"frmPais 3 7@uno"});
     }
     const auto unusable = database({u"CREATE VIEW RegistroActivo AS SELECT 1 AS Fila"});
-    EXPECT_NE(failureOf([&] { first.registroactivo(*unusable, u"frmPais", 3, 7); }), 0);
+    EXPECT_NE(numberOf([&] { first.registroactivo(*unusable, u"frmPais", 3, 7); }), 0);
 }
 
 TEST_F(RowRegister, two_stations_never_get_the_same_row)
@@ -198,19 +190,21 @@ TEST(Station, tells_only_of_what_it_can_know_that_it_is_gone)
         else
             parts.back() += c;
     ASSERT_EQ(parts.size(), 5U);
-    const auto with = [&](std::size_t part, StringView value) {
+    const auto with = [&](std::size_t part, StringView value, StringView process) {
         auto changed = parts;
+        changed[1] = process;
         changed[part] = value;
         return changed[0] + u"/" + changed[1] + u"/" + changed[2] + u"/" + changed[3] + u"/" + changed[4];
     };
+    constexpr StringView noProcess = u"4194305";
     EXPECT_FALSE(here.gone(here.identity));
-    EXPECT_FALSE(here.gone(with(0, u"otro-equipo")));
-    EXPECT_FALSE(here.gone(with(4, u"otra-maquina")));
+    EXPECT_FALSE(here.gone(with(0, u"otro-equipo", noProcess)));
+    EXPECT_FALSE(here.gone(with(4, u"otra-maquina", noProcess)));
     EXPECT_FALSE(here.gone(u"")) << "no identity of ours";
-    EXPECT_FALSE(here.gone(here.identity + u"/mas"));
-    EXPECT_TRUE(here.gone(with(1, u"4194305"))) << "no process has that number";
-    EXPECT_TRUE(here.gone(with(2, u"1"))) << "the number is another process's now";
-    EXPECT_TRUE(here.gone(with(3, u"00000000"))) << "the machine has been started again";
+    EXPECT_FALSE(here.gone(with(1, noProcess, noProcess) + u"/mas"));
+    EXPECT_TRUE(here.gone(with(1, noProcess, noProcess)));
+    EXPECT_TRUE(here.gone(with(2, u"1", parts[1]))) << "the number is another process's now";
+    EXPECT_TRUE(here.gone(with(3, u"00000000", parts[1]))) << "the machine has been started again";
     EXPECT_LE(here.identity.size(), 200U);
 }
 
@@ -231,13 +225,12 @@ protected:
     HelperObject()
     {
         registerSuite();
-        api = CreateObject(u"zvapi.ccentroapi");
+        api = cCentroApi::create(u"zvapi.ccentroapi");
     }
-    ObjectPtr controls() { return uncounted(form.Controls); }
-    void safe() { call(api, u"ComprobarComilla", {controls()}); }
+    void safe() { api.ComprobarComilla(form.Controls); }
 
     SuiteForm form;
-    ObjectPtr api;
+    cCentroApi api;
 };
 
 TEST_F(HelperObject, doubles_apostrophes_once_and_makes_room_for_them)
@@ -270,7 +263,7 @@ TEST_F(HelperObject, marks_the_labels_that_carry_the_marker)
 {
     form.lblNombre(0).Marca = u"*"s;
     form.lblNombre(0).Caption = u"Nombre:"s;
-    call(api, u"marcar_obligatorios", {controls()});
+    api.Marcar_Obligatorios(form.Controls);
     EXPECT_TRUE(form.lblNombre(0).Obligatorio());
     EXPECT_FALSE(form.lblNombre(1).Obligatorio());
     EXPECT_EQ(form.lblNombre(0).Caption(), u"Nombre:");
@@ -288,14 +281,14 @@ TEST_F(HelperObject, denies_a_profile_its_quick_access_buttons)
     const auto enabled = [&](Integer profile) {
         for (const auto& button : {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
             button->Enabled = true;
-        call(api, u"Comprobar_BotonesAccesoRapido", {uncounted(form), entrada, profile});
+        api.Comprobar_BotonesAccesoRapido(form, entrada, profile);
         std::string result;
         for (const auto& button : {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
             result += button->Enabled() ? '1' : '0';
         return result;
     };
     EXPECT_EQ(enabled(0) + " " + enabled(2) + " " + enabled(3) + " " + enabled(4), "1111 1011 0011 1101");
-    EXPECT_EQ(failureOf([&] { call(api, u"Comprobar_BotonesAccesoRapido", {uncounted(form), database(), Integer{0}}); }),
+    EXPECT_EQ(numberOf([&] { api.Comprobar_BotonesAccesoRapido(form, database(), 0); }),
               failure::tableMissing);
 }
 
@@ -303,27 +296,45 @@ TEST_F(HelperObject, adds_an_entry_that_stands_for_no_choice)
 {
     form.cboProvincia.AddItem(u"Soria");
     form.cboProvincia.setItemData(0, 42);
-    call(api, u"agregarelementovacio", {uncounted(form.cboProvincia)});
+    api.agregarelementovacio(form.cboProvincia);
     EXPECT_EQ(form.cboProvincia.ListCount(), 2);
     EXPECT_EQ(form.cboProvincia.List(1), u"");
     EXPECT_EQ(form.cboProvincia.ItemData(1), 0);
     EXPECT_EQ(form.cboProvincia.ItemData(0), 42);
 }
 
+TEST_F(HelperObject, is_reached_by_name_in_the_order_that_the_suite_knows)
+{
+    const auto centro = database({u"CREATE TABLE Pais (IDPais INTEGER)"});
+    EXPECT_EQ(CLng(api.IDMax(centro, centro, u"Pais", u"IDPais")), 1);
+    EXPECT_FALSE(api.registroactivo(centro, u"frmPais", 70000, 7));
+    EXPECT_TRUE(api.registroactivo(centro, u"frmPais", 70000, 8));
+    ASSERT_EQ(registrations(*centro).size(), 1U);
+    EXPECT_EQ(registrations(*centro)[0].station, thisStation().identity);
+    EXPECT_FALSE(registrations(*centro)[0].gone);
+    api.EliminarRegistroActivo(centro, u"frmPais", 70000);
+    EXPECT_TRUE(registrations(*centro).empty());
+    EXPECT_EQ(numberOf([&] { cCentroApi().ComprobarComilla(form.Controls); }), failure::noObject);
+    EXPECT_EQ(numberOf([] { cCentroApi::create(u"ZVApi.cNoExiste"); }), failure::classMissing);
+}
+
 TEST_F(HelperObject, refuses_what_it_cannot_use)
 {
     const auto centro = database();
     const auto staff = std::make_shared<std::vector<Long>>(std::vector<Long>{1, 2, 3});
+    const auto none = std::make_shared<std::vector<Long>>();
     const auto include = [&](Arguments arguments) {
-        return failureOf([&] { call(api, u"incluirpersonalenactividad", std::move(arguments)); });
+        return numberOf([&] {
+            call(CreateObject(u"ZVApi.cCentroApi"), u"IncluirPersonalEnActividad", std::move(arguments));
+        });
     };
     EXPECT_EQ(include({centro, centro, staff, Integer{1}}), 0);
-    EXPECT_EQ(include({centro, centro, std::make_shared<std::vector<Long>>(), Integer{1}}), failure::invalidCall);
+    EXPECT_EQ(include({centro, centro, none, Integer{1}}), failure::invalidCall);
     EXPECT_EQ(include({centro, centro, Long{1}, Integer{1}}), failure::typeMismatch);
     EXPECT_EQ(include({ConnectionPtr(), centro, staff, Integer{1}}), failure::noObject);
-    EXPECT_EQ(include({controls(), centro, staff, Integer{1}}), failure::typeMismatch);
+    EXPECT_EQ(include({uncounted(form), centro, staff, Integer{1}}), failure::typeMismatch);
     EXPECT_EQ(include({centro, centro, staff}), failure::argumentCount);
-    EXPECT_EQ(failureOf([&] { call(api, u"Incluir"); }), failure::memberMissing);
+    EXPECT_EQ(numberOf([] { call(CreateObject(u"ZVApi.cCentroApi"), u"Incluir"); }), failure::memberMissing);
 }
 
 } // namespace
