@@ -14,6 +14,7 @@ constexpr Command commands[] = {
     {u"crear", crear},
     {u"comprobar", comprobar},
     {u"registros", registros},
+    {u"guion", guion},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -25,13 +26,18 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Comprueba que las bases de datos tienen las tablas y columnas que hacen falta.
   zvconf registros --bd URL [--liberar FORMULARIO FILA | --liberar-todo]
       Dice qué filas están abiertas, por quién y desde cuándo, o las libera.
+  zvconf guion [--comprobar | --reescribir] [--bd URL | --en URL] [--motor] FICHERO...
+      Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
+      Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
+      Cada guion estrena bases de datos en memoria, o en el motor de --bd; con --en usa, y cambia,
+      las que existen. Con --motor dice qué motor es.
   zvconf --version
   zvconf --help
 
 URL es sqlite:FICHERO; junto a colegio.db están colegio.borrado.db y colegio.entrada.db.
 
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
-algo, la fila que se libera no estaba registrada); con 2 si la orden no se ha podido hacer.
+algo, la fila que se libera no estaba registrada, un guion ve otra cosa); con 2 si la orden no se ha podido hacer.
 )";
 
 int run(const std::vector<String> &words) {
