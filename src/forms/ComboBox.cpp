@@ -54,10 +54,18 @@ void ComboBox::assignListIndex(Long index)
     Click.raise();
 }
 
+void ComboBox::sealDesign()
+{
+    Control::sealDesign();
+    design_ = entries_;
+}
+
 void ComboBox::restoreDesign()
 {
     Clear();
+    entries_ = design_;
     Control::restoreDesign();
+    contentChanged();
 }
 
 Value ComboBox::invoke(StringView member, Access access, Arguments& arguments)

@@ -29,6 +29,7 @@ public:
     /// The chosen text, "" for none.
     String Text() const;
 
+    void sealDesign() override;
     void restoreDesign() override;
     /// Beside the properties: the members above by their names.
     Value invoke(StringView member, Access access, Arguments& arguments) override;
@@ -43,6 +44,7 @@ private:
     void assignListIndex(Long index);
 
     std::vector<Entry> entries_;
+    std::vector<Entry> design_;
     Long newIndex_ = -1;
 };
 

@@ -11,14 +11,14 @@ constexpr Long defaultRowHeight = 240;
 
 Long MSFlexGrid::checkedRow(Long row) const
 {
-    if (row < 0 || row >= static_cast<Long>(rows_.size()))
+    if (row < 0 || row >= static_cast<Long>(content_.rows.size()))
         fail(failure::listIndexOutside, decimalText(row));
     return row;
 }
 
 Long MSFlexGrid::checkedColumn(Long column) const
 {
-    if (column < 0 || column >= static_cast<Long>(widths_.size()))
+    if (column < 0 || column >= static_cast<Long>(content_.widths.size()))
         fail(failure::listIndexOutside, decimalText(column));
     return column;
 }
@@ -29,12 +29,12 @@ void MSFlexGrid::resize(Long rows, Long columns)
         fail(failure::invalidProperty);
     const auto width = static_cast<std::size_t>(columns);
     keepInside(rows, columns);
-    rows_.resize(static_cast<std::size_t>(rows), {std::vector<String>(width), 0});
-    if (width != widths_.size())
-        for (GridRow& row : rows_)
+    content_.rows.resize(static_cast<std::size_t>(rows), {std::vector<String>(width), 0});
+    if (width != content_.widths.size())
+        for (GridRow& row : content_.rows)
             row.cells.resize(width);
-    widths_.resize(width, defaultColumnWidth);
-    alignments_.resize(width, 1);
+    content_.widths.resize(width, defaultColumnWidth);
+    content_.alignments.resize(width, 1);
     Rows.store(rows);
     Cols.store(columns);
     contentChanged();
@@ -60,35 +60,35 @@ void MSFlexGrid::moveTo(Long row, Long column)
 
 void MSFlexGrid::setTextMatrix(Long row, Long column, StringView text)
 {
-    rows_[static_cast<std::size_t>(checkedRow(row))].cells[columnAt(column)] = String(text);
+    rowAt(row).cells[columnAt(column)] = String(text);
     contentChanged();
 }
 
-void MSFlexGrid::setRowData(Long row, Long data) { rows_[static_cast<std::size_t>(checkedRow(row))].data = data; }
+void MSFlexGrid::setRowData(Long row, Long data) { rowAt(row).data = data; }
 
 void MSFlexGrid::setColWidth(Long column, Long width)
 {
-    widths_[columnAt(column)] = width;
+    content_.widths[columnAt(column)] = width;
     contentChanged();
 }
 
 void MSFlexGrid::setColAlignment(Long column, Integer alignment)
 {
-    alignments_[columnAt(column)] = alignment;
+    content_.alignments[columnAt(column)] = alignment;
     contentChanged();
 }
 
 void MSFlexGrid::Clear()
 {
-    for (GridRow& row : rows_)
-        row = {std::vector<String>(widths_.size()), 0};
+    for (GridRow& row : content_.rows)
+        row = {std::vector<String>(content_.widths.size()), 0};
     contentChanged();
 }
 
 void MSFlexGrid::AddItem(StringView text)
 {
     resize(Rows() + 1, Cols());
-    std::vector<String>& cells = rows_.back().cells;
+    std::vector<String>& cells = content_.rows.back().cells;
     for (std::size_t column = 0; column < cells.size(); ++column) {
         const std::size_t tab = text.find(u'\t');
         cells[column] = String(text.substr(0, tab));
@@ -101,7 +101,7 @@ void MSFlexGrid::RemoveItem(Long row)
 {
     if (checkedRow(row) == 0)
         fail(failure::listIndexOutside, decimalText(row));
-    rows_.erase(rows_.begin() + row);
+    content_.rows.erase(content_.rows.begin() + row);
     resize(Rows() - 1, Cols());
 }
 
@@ -125,13 +125,17 @@ Long MSFlexGrid::CellTop() const
     return below * rowHeight();
 }
 
+void MSFlexGrid::sealDesign()
+{
+    Control::sealDesign();
+    design_ = content_;
+}
+
 void MSFlexGrid::restoreDesign()
 {
+    content_ = design_;
     Control::restoreDesign();
-    rows_.clear();
-    widths_.clear();
-    alignments_.clear();
-    resize(Rows(), Cols());
+    contentChanged();
 }
 
 Value MSFlexGrid::invoke(StringView member, Access access, Arguments& arguments)

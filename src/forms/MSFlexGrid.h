@@ -39,10 +39,10 @@ public:
     Long RowData(Long row) const { return rowAt(row).data; }
     void setRowData(Long row, Long data);
     /// 0 hides the column.
-    Long ColWidth(Long column) const { return widths_[columnAt(column)]; }
+    Long ColWidth(Long column) const { return content_.widths[columnAt(column)]; }
     void setColWidth(Long column, Long width);
     /// 1 left, 4 centred, 7 right.
-    Integer ColAlignment(Long column) const { return alignments_[columnAt(column)]; }
+    Integer ColAlignment(Long column) const { return content_.alignments[columnAt(column)]; }
     void setColAlignment(Long column, Integer alignment);
     /// Empties every cell and row number; rows, columns and widths stay.
     void Clear();
@@ -62,6 +62,7 @@ public:
     Long CellWidth() const { return ColWidth(Col()); }
     Long CellHeight() const { return rowHeight(); }
 
+    void sealDesign() override;
     void restoreDesign() override;
     /// Beside the properties: the members above by their names.
     Value invoke(StringView member, Access access, Arguments& arguments) override;
@@ -71,17 +72,22 @@ private:
         std::vector<String> cells;
         Long data = 0;
     };
+    struct Content {
+        std::vector<GridRow> rows;
+        std::vector<Long> widths;
+        std::vector<Integer> alignments;
+    };
     Long checkedRow(Long row) const;
     Long checkedColumn(Long column) const;
-    const GridRow& rowAt(Long row) const { return rows_[static_cast<std::size_t>(checkedRow(row))]; }
+    const GridRow& rowAt(Long row) const { return content_.rows[static_cast<std::size_t>(checkedRow(row))]; }
+    GridRow& rowAt(Long row) { return content_.rows[static_cast<std::size_t>(checkedRow(row))]; }
     std::size_t columnAt(Long column) const { return static_cast<std::size_t>(checkedColumn(column)); }
     void resize(Long rows, Long columns);
     void moveTo(Long row, Long column);
     void keepInside(Long rows, Long columns);
 
-    std::vector<GridRow> rows_;
-    std::vector<Long> widths_;
-    std::vector<Integer> alignments_;
+    Content content_;
+    Content design_;
 };
 
 } // namespace zv

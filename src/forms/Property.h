@@ -11,7 +11,7 @@ class PropertyBase;
 class PropertyOwner : public Object {
 public:
     /// Remembers the present values as the design.
-    void sealDesign();
+    virtual void sealDesign();
     /// Puts every property back to its design, without events.
     virtual void restoreDesign();
     /// The property of that name, or none.
