@@ -1,7 +1,5 @@
 #include "catalogues/TextCatalogue.h"
 
-#include "forms/Layout.h"
-
 #include <algorithm>
 
 namespace zv {
@@ -16,7 +14,8 @@ bool TextCatalogueDialog::ComprobarEliminacion()
     return free;
 }
 
-void TextCatalogueDialog::design(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel)
+void TextCatalogueDialog::design(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel,
+                                 const Extra& extra)
 {
     accept_ = &accept;
     cancel_ = &cancel;
@@ -33,6 +32,8 @@ void TextCatalogueDialog::design(std::initializer_list<TextField> fields, Comman
             selectAllOnFocus(field.box);
         layout.row(field.label, field.box);
     }
+    if (extra)
+        extra(layout);
     designButtons(accept, cancel);
     layout.buttons(accept, cancel);
 }
@@ -94,6 +95,16 @@ void TextCatalogueDialog::button_Click(int Index)
     next([&] { Unload(); });
 }
 
+void TextCatalogueDialog::clickInMode(int Index)
+{
+    ResumeNext next;
+    cCentroApi api;
+    next([&] { api = cCentroApi::create(); });
+    if (Index == aceptar && !(textGiven() && accepted(next, api)))
+        return;
+    next([&] { Unload(); });
+}
+
 void TextCatalogueDialog::clickSafeFirst(int Index)
 {
     ResumeNext next;
@@ -137,26 +148,26 @@ bool TextCatalogueDialog::accepted(ResumeNext& next, const cCentroApi& api)
     return write(next, api);
 }
 
-std::vector<Value> TextCatalogueDialog::texts()
+std::vector<Value> TextCatalogueDialog::values()
 {
-    std::vector<Value> values;
-    std::transform(fields_.begin(), fields_.end(), std::back_inserter(values),
-                   [this](const TextField& field) { return Value(stored(field.box)); });
-    return values;
+    std::vector<Value> texts;
+    std::transform(fields_.begin(), fields_.end(), std::back_inserter(texts),
+                   [](const TextField& field) { return Value(field.box.Text()); });
+    return texts;
 }
 
 bool TextCatalogueDialog::write(ResumeNext& next, const cCentroApi& api)
 {
     if (!createsRow())
         return update(next, [&] {
-            std::vector<Value> values = texts();
-            values.emplace_back(Configuracion().lngRowData);
-            return statement(words_.update, values);
+            std::vector<Value> written = values();
+            written.emplace_back(Configuracion().lngRowData);
+            return statement(words_.update, written);
         });
     const auto insertion = [&](Long id) {
-        std::vector<Value> values = texts();
-        values.insert(values.begin(), Value(id));
-        return statement(words_.insert, values);
+        std::vector<Value> written = values();
+        written.insert(written.begin(), Value(id));
+        return statement(words_.insert, written);
     };
     if (words_.longKey)
         insert<Long>(next, api, words_.table, words_.key, CLng, insertion);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "catalogues/CatalogueDialog.h"
+#include "forms/Layout.h"
 
 namespace zv {
 
@@ -50,13 +51,18 @@ public:
 protected:
     TextCatalogueDialog(StringView name, const TextCatalogue& words) : CatalogueDialog(name), words_(words) {}
 
+    /// Places what a dialog has between its texts and its buttons.
+    using Extra = std::function<void(Layout&)>;
     /// Gives the fields, the dialog's own members, their design. The first one's text joins the caption.
-    void design(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel);
+    void design(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel,
+                const Extra& extra = nullptr);
     /// The same for a pair of buttons of one name whose first element accepts, or for two of their own names, where a
     /// successful accept closes the dialog by pressing the cancel button.
-    template <std::size_t N> void assemble(std::initializer_list<TextField> fields, ControlArray<CommandButton, N>& buttons)
+    template <std::size_t N>
+    void assemble(std::initializer_list<TextField> fields, ControlArray<CommandButton, N>& buttons,
+                  const Extra& extra = nullptr)
     {
-        design(fields, buttons(aceptar), buttons(cancelar));
+        design(fields, buttons(aceptar), buttons(cancelar), extra);
         for (CommandButton& button : buttons)
             button.Click.bind([this, index = button.Index()] { button_Click(index); });
     }
@@ -79,16 +85,18 @@ protected:
     bool textGiven();
     /// Inserts or updates. False where the dialog has to stay open.
     virtual bool write(ResumeNext& next, const cCentroApi& api);
-    /// The text of a field as a statement takes it.
-    virtual String stored(const TextBox& box) { return box.Text(); }
+    /// What the statements take beside the keys: the fields' texts in their order.
+    virtual std::vector<Value> values();
+    /// Hourglass, safe text, write.
+    bool accepted(ResumeNext& next, const cCentroApi& api);
+    /// The click of button_Click, but for the helper object being made within the mode.
+    void clickInMode(int Index);
     /// What a click does where the text is made safe before anything else is asked.
     void clickSafeFirst(int Index);
 
     TextBox& firstBox() const { return fields_.front().box; }
 
 private:
-    bool accepted(ResumeNext& next, const cCentroApi& api);
-    std::vector<Value> texts();
 
     const TextCatalogue& words_;
     std::vector<TextField> fields_;

@@ -3,11 +3,24 @@
 #include "catalogues/frmCEspecializacion.h"
 #include "catalogues/frmEstadoCivil.h"
 #include "catalogues/frmIdioma.h"
+#include "catalogues/frmNacionalidad.h"
+#include "catalogues/frmObservacion.h"
+#include "catalogues/frmOpcionMateria.h"
 #include "catalogues/frmPais.h"
+#include "catalogues/frmProfesion.h"
 #include "catalogues/frmProvincia.h"
 #include "catalogues/frmTipoAlumno.h"
+#include "catalogues/frmTipoCentro.h"
 #include "catalogues/frmTipoContrato.h"
+#include "catalogues/frmTipoIncidencia.h"
+#include "catalogues/frmTipoJustificacion.h"
+#include "catalogues/frmTipoMaterialDidactico.h"
+#include "catalogues/frmTipoMiembroCentro.h"
+#include "catalogues/frmTipoMotivoBaja.h"
 #include "catalogues/frmTipoNivelEstudios.h"
+#include "catalogues/frmTipoOcurrencia.h"
+#include "catalogues/frmTipoParentesco.h"
+#include "catalogues/frmTurno.h"
 #include "session/DialogDirectory.h"
 #include "suite/CentroApi.h"
 
@@ -29,11 +42,24 @@ void installModule()
     addDialog<frmCEspecializacion>(u"frmCEspecializacion");
     addDialog<frmEstadoCivil>(u"frmEstadoCivil");
     addDialog<frmIdioma>(u"frmIdioma");
+    addDialog<frmNacionalidad>(u"frmNacionalidad");
+    addDialog<frmObservacion>(u"frmObservacion");
+    addDialog<frmOpcionMateria>(u"frmOpcionMateria");
     addDialog<frmPais>(u"frmPais");
+    addDialog<frmProfesion>(u"frmProfesion");
     addDialog<frmProvincia>(u"frmProvincia");
     addDialog<frmTipoAlumno>(u"frmTipoAlumno");
+    addDialog<frmTipoCentro>(u"frmTipoCentro");
     addDialog<frmTipoContrato>(u"frmTipoContrato");
+    addDialog<frmTipoIncidencia>(u"frmTipoIncidencia");
+    addDialog<frmTipoJustificacion>(u"frmTipoJustificacion");
+    addDialog<frmTipoMaterialDidactico>(u"frmTipoMaterialDidactico");
+    addDialog<frmTipoMiembroCentro>(u"frmTipoMiembroCentro");
+    addDialog<frmTipoMotivoBaja>(u"frmTipoMotivoBaja");
     addDialog<frmTipoNivelEstudios>(u"frmTipoNivelEstudios");
+    addDialog<frmTipoOcurrencia>(u"frmTipoOcurrencia");
+    addDialog<frmTipoParentesco>(u"frmTipoParentesco");
+    addDialog<frmTurno>(u"frmTurno");
 }
 
 } // namespace zv

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "catalogues/TextCatalogue.h"
+
+namespace zv {
+
+/// Kinds of school: a text. Element 1 of its buttons accepts and element 0 cancels.
+class frmTipoCentro final : public TextCatalogueDialog {
+public:
+    frmTipoCentro();
+
+    TextBox txtTipoCentro{*this, u"txtTipoCentro"};
+    Label lblTipoCentro{*this, u"lblTipoCentro"};
+    ControlArray<CommandButton, 2> cmdTipoCentro{*this, u"cmdTipoCentro"};
+
+private:
+    void fill(ResumeNext& next) override;
+    void cmdTipoCentro_Click(int Index);
+};
+
+} // namespace zv

@@ -1,0 +1,64 @@
+#include "catalogues/frmTipoIncidencia.h"
+
+namespace zv {
+
+namespace {
+constexpr StringView guards[] = {u"Select * From IncidenciaAlumno where IncidenciaAlumno.CodTipoIncidencia={}", u"Select * From IncidenciaPersonal where  IncidenciaPersonal.CodTipoIncidencia={}"};
+constexpr TextCatalogue words{
+    .captions = {.nuevo = 11001, .modificado = 11002},
+    .table = u"TipoIncidencia",
+    .key = u"IDTipoIncidencia",
+    .load = u"Select * from TipoIncidencia  Where IDTipoIncidencia={}",
+    .insert = u"Insert into TipoIncidencia (IDTipoIncidencia,Nombre,DescripcionCorta,Justificante,Boletin,Ausencia) values ({},'{}','{}',{},{},{})",
+    .update = u"Update TipoIncidencia Set Nombre='{}',DescripcionCorta='{}',Justificante={}, Boletin={},Ausencia={} Where IDTipoIncidencia={}",
+    .guards = guards,
+    .clearsErr = false,
+};
+} // namespace
+
+frmTipoIncidencia::frmTipoIncidencia() : TextCatalogueDialog(u"frmTipoIncidencia", words)
+{
+    assemble({{txtIncidencia(0), lblIncidencia(0), u"Nombre:", 11020, u"Nombre"},
+         {.box = txtIncidencia(1), .label = lblIncidencia(1), .caption = u"Descripción corta:", .captionId = 11021, .column = u"DescripcionCorta", .mandatory = false}}, cmdIncidencia, [this](Layout& layout) { layout.line({&chkJustificante, &chkBoletin, &chkAusencia}); });
+    chkJustificante.Caption = String(u"Justificante");
+    chkJustificante.Tag = String(u"11022");
+    chkBoletin.Caption = String(u"Boletín");
+    chkBoletin.Tag = String(u"11023");
+    chkAusencia.Caption = String(u"Ausencia");
+}
+
+void frmTipoIncidencia::fill(ResumeNext& next)
+{
+    TextCatalogueDialog::fill(next);
+    const auto tick = [&](CheckBox& box, StringView column) {
+        if (next.condition([&] { return isTrue(field(column)); }))
+            next([&] { box.Value = Integer{1}; });
+    };
+    tick(chkJustificante, u"Justificante");
+    tick(chkBoletin, u"Boletin");
+    tick(chkAusencia, u"Ausencia");
+}
+
+std::vector<Value> frmTipoIncidencia::values()
+{
+    return {txtIncidencia(0).Text(), txtIncidencia(1).Text(), chkJustificante.Value(), chkBoletin.Value(), chkAusencia.Value()};
+}
+
+/// The texts are made safe before the button is asked for: on cancel too.
+void frmTipoIncidencia::button_Click(int Index)
+{
+    ResumeNext next;
+    cCentroApi api;
+    next([&] { api = cCentroApi::create(); });
+    makeSafe(next, api);
+    if (Index == aceptar) {
+        if (!textGiven())
+            return;
+        MousePointer = Integer{11};
+        if (!write(next, api))
+            return;
+    }
+    next([&] { Unload(); });
+}
+
+} // namespace zv

@@ -1,0 +1,51 @@
+#include "catalogues/frmTipoMiembroCentro.h"
+
+namespace zv {
+
+namespace {
+constexpr StringView guards[] = {u"Select CodTipoMiembroCentro From Personal where CodTipoMiembroCentro={}"};
+constexpr TextCatalogue words{
+    .captions = {.nuevo = 15001, .modificado = 15002},
+    .table = u"TipoMiembroCentro",
+    .key = u"IDTMC",
+    .load = u"Select * from TipoMiembroCentro  Where IDTMC={}",
+    .insert = u"Insert into TipoMiembroCentro  values ({},'{}',{})",
+    .update = u"Update TipoMiembroCentro Set Tipo={},Nombre='{}' where IDTMC={}",
+    .guards = guards,
+    .clearsErr = false,
+};
+} // namespace
+
+frmTipoMiembroCentro::frmTipoMiembroCentro() : TextCatalogueDialog(u"frmTipoMiembroCentro", words)
+{
+    assemble({{txtMiembro, lblMiembro, u"Ocupacion:", 15020, u"Nombre"}}, cmdMiembro, [this](Layout& layout) { layout.frame(Frame1, std::move(Layout(Frame1).line({&optAdmin, &optSub, &optOtro}))); });
+    Frame1.Caption = String(u"Tipo de Miembro:");
+    optAdmin.Caption = String(u"Personal de administración");
+    optSub.Caption = String(u"Personal subalterno");
+    optOtro.Caption = String(u"Otro personal");
+    optAdmin.Value = true;
+}
+
+void frmTipoMiembroCentro::fill(ResumeNext& next)
+{
+    TextCatalogueDialog::fill(next);
+    next([&] {
+        // Another number, or none, leaves the option that the form opened with.
+        switch (CLng(field(u"tipo"))) {
+        case 1: optAdmin.Value = true; break;
+        case 2: optSub.Value = true; break;
+        case 3: optOtro.Value = true; break;
+        default: break;
+        }
+    });
+}
+
+std::vector<Value> frmTipoMiembroCentro::values()
+{
+    const Long kind = optOtro.Value() ? 3 : optSub.Value() ? 2 : 1;
+    if (createsRow())
+        return {txtMiembro.Text(), kind};
+    return {kind, txtMiembro.Text()};
+}
+
+} // namespace zv

@@ -1,0 +1,32 @@
+#include "catalogues/frmTipoOcurrencia.h"
+
+namespace zv {
+
+namespace {
+constexpr StringView guards[] = {u"Select CodTipoOcurrencia From OcurrenciaCalendario where CodTipoOcurrencia={}"};
+constexpr TextCatalogue words{
+    .captions = {.nuevo = 19001, .modificado = 19002},
+    .table = u"TipoOcurrencia",
+    .key = u"IDTO",
+    .load = u"Select * from TipoOcurrencia  Where IDTO={}",
+    .insert = u"Insert into TipoOcurrencia (IDTO,Nombre,Lectivo) values({},'{}',{})",
+    .update = u"Update TipoOcurrencia Set Nombre='{}', Lectivo={} where IDTO={}",
+    .guards = guards,
+    .clearsErr = false,
+};
+} // namespace
+
+frmTipoOcurrencia::frmTipoOcurrencia() : TextCatalogueDialog(u"frmTipoOcurrencia", words)
+{
+    assemble({{txtNombre, lblMotivo(0), u"Ocurrencia:", 19020, u"Nombre"}}, cmdOcurrencia, [this](Layout& layout) { layout.line({&chkLectivo}); });
+    chkLectivo.Caption = String(u"Lectivo");
+    chkLectivo.Tag = String(u"19021");
+}
+
+void frmTipoOcurrencia::fill(ResumeNext& next)
+{
+    TextCatalogueDialog::fill(next);
+    next([&] { chkLectivo.Value = static_cast<Integer>(isTrue(field(u"Lectivo"))); });
+}
+
+} // namespace zv

@@ -1,0 +1,27 @@
+#include "catalogues/frmTipoParentesco.h"
+
+namespace zv {
+
+namespace {
+constexpr StringView guards[] = {u"SELECT codTipoParentesco FROM MiembroFamilia WHERE codTipoParentesco={}"};
+constexpr TextCatalogue words{
+    .captions = {.nuevo = 20001, .modificado = 20002},
+    .table = u"TipoParentesco",
+    .key = u"IDTP",
+    .load = u"SELECT * FROM TipoParentesco WHERE IDTP={}",
+    .insert = u"INSERT INTO TipoParentesco (IDTP,Nombre) VALUES ({},'{}')",
+    .update = u"UPDATE TipoParentesco SET Nombre='{}' WHERE IDTP={}",
+    .guards = guards,
+    .longKey = true,
+    .test = EmptyTest::everyBox,
+    .clearsErr = false,
+    .keepsRows = false,
+};
+} // namespace
+
+frmTipoParentesco::frmTipoParentesco() : TextCatalogueDialog(u"frmTipoParentesco", words)
+{
+    assemble({{txtParentesco, lblParentesco, u"Parentesco:", 20020, u"Nombre"}}, cmdAceptar, cmdCancelar);
+}
+
+} // namespace zv

@@ -1,0 +1,60 @@
+#include "catalogues/frmTurno.h"
+
+#include <algorithm>
+
+namespace zv {
+
+namespace {
+constexpr StringView guards[] = {u"Select CodTurno From Seccion where CodTurno={}"};
+constexpr TextCatalogue words{
+    .captions = {.nuevo = 22001, .modificado = 22002},
+    .table = u"Turno",
+    .key = u"IDTurno",
+    .load = u"Select * from Turno  Where IDTurno={}",
+    .insert = u"Insert into Turno  values ({},'{}',{})",
+    .update = u"Update Turno Set Descripcion='{}', TipoTurno={} where IDTurno={}",
+    .guards = guards,
+    .test = EmptyTest::firstFieldThenFocus,
+    .clearsErr = false,
+};
+} // namespace
+
+frmTurno::frmTurno() : TextCatalogueDialog(u"frmTurno", words)
+{
+    assemble({{txtTurno, lblTurno, u"Turno:", 22020, u"Descripcion"}}, cmdTurno, [this](Layout& layout) { layout.line({&optDiurno, &optVespertino, &optNocturno, &optDistancia}); });
+    optDiurno.Caption = String(u"Diurno");
+    optVespertino.Caption = String(u"Vespertino");
+    optNocturno.Caption = String(u"Nocturno");
+    optDistancia.Caption = String(u"A Distancia");
+    optDiurno.Value = true;
+}
+
+void frmTurno::fill(ResumeNext& next)
+{
+    TextCatalogueDialog::fill(next);
+    next([&] {
+        const Value kind = field(u"tipoturno");
+        const Long number = kind.isNull() ? 0 : CLng(kind);
+        const bool known = number >= 1 && number <= static_cast<Long>(kinds().size());
+        kinds()[known ? static_cast<std::size_t>(number - 1) : 0]->Value = true;
+    });
+}
+
+std::vector<Value> frmTurno::values()
+{
+    const auto options = kinds();
+    const auto chosen = std::find_if(options.begin(), options.end(), [](OptionButton* option) { return option->Value(); });
+    const auto kind = chosen == options.end() ? 1 : chosen - options.begin() + 1;
+    return {txtTurno.Text(), static_cast<Long>(kind)};
+}
+
+/// A text that is still the one that was read is not written, and so a change of the kind alone is not saved. The text is
+/// compared after it was made safe: one with an apostrophe always counts as changed.
+bool frmTurno::write(ResumeNext& next, const cCentroApi& api)
+{
+    if (createsRow() || next.condition([&] { return txtTurno.Text() != CStr(field(u"Descripcion")); }))
+        return TextCatalogueDialog::write(next, api);
+    return true;
+}
+
+} // namespace zv
