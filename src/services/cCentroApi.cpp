@@ -2,10 +2,7 @@
 
 namespace zv {
 
-cCentroApi cCentroApi::create(StringView progId)
-{
-    return cCentroApi(CreateObject(progId));
-}
+cCentroApi cCentroApi::create(StringView progId) { return cCentroApi(CreateObject(progId)); }
 
 void cCentroApi::Marcar_Obligatorios(Object& controls) const
 {

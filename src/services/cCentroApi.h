@@ -5,7 +5,8 @@
 
 namespace zv {
 
-/// The suite's helper object, reached by name. A routine makes one when it needs it, and no object outlives its routine.
+/// The suite's helper object, reached by name. A routine makes one when it needs it, and no object outlives
+/// its routine.
 class cCentroApi {
 public:
     /// No object yet: every operation fails with 91.
@@ -18,7 +19,8 @@ public:
     /// Makes the text of every text box safe for a literal between apostrophes, in place.
     void ComprobarComilla(Object& controls) const;
     /// A key not yet used in the table, live or deleted.
-    Value IDMax(const ConnectionPtr& centro, const ConnectionPtr& borrado, StringView table, StringView key) const;
+    Value IDMax(const ConnectionPtr& centro, const ConnectionPtr& borrado, StringView table,
+                StringView key) const;
     /// False: the row was free and is now registered for this user. True: another user holds it.
     bool registroactivo(const ConnectionPtr& centro, StringView form, Long row, Integer user) const;
     void EliminarRegistroActivo(const ConnectionPtr& centro, StringView form, Long row) const;
@@ -26,8 +28,8 @@ public:
     void Comprobar_BotonesAccesoRapido(Object& form, const ConnectionPtr& entrada, Integer profile) const;
     /// Adds an empty entry to a combo box.
     void agregarelementovacio(Object& comboBox) const;
-    void incluirpersonalenactividad(const ConnectionPtr& centro, const ConnectionPtr& borrado, const LongArray& staff,
-                                    Integer kind) const;
+    void incluirpersonalenactividad(const ConnectionPtr& centro, const ConnectionPtr& borrado,
+                                    const LongArray& staff, Integer kind) const;
 
 private:
     explicit cCentroApi(ObjectPtr object) : object_(std::move(object)) {}

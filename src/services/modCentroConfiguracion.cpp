@@ -168,7 +168,8 @@ void CargarTextos(Object& form)
     ResumeNext next;
     next([&] { let(self, u"Caption", resourceOf(self, u"Tag")); });
     Localiser localiser(next);
-    forEach(next, self, u"Controls", First::zero, [&](const ObjectPtr& control) { localiser.localise(control); });
+    forEach(next, self, u"Controls", First::zero,
+            [&](const ObjectPtr& control) { localiser.localise(control); });
 }
 
 void BloquearControles(Object& form, bool blnActiva)
@@ -177,7 +178,8 @@ void BloquearControles(Object& form, bool blnActiva)
         return;
     ResumeNext next;
     Locker locker(next);
-    forEach(next, uncounted(form), u"Controls", First::zero, [&](const ObjectPtr& control) { locker.lock(control); });
+    forEach(next, uncounted(form), u"Controls", First::zero,
+            [&](const ObjectPtr& control) { locker.lock(control); });
 }
 
 } // namespace zv

@@ -2,10 +2,7 @@
 
 namespace zv {
 
-void DialogDirectory::add(StringView name, DialogEntry entry)
-{
-    entries_[String(name)] = std::move(entry);
-}
+void DialogDirectory::add(StringView name, DialogEntry entry) { entries_[String(name)] = std::move(entry); }
 
 const DialogEntry& DialogDirectory::find(StringView name) const
 {
@@ -16,12 +13,9 @@ const DialogEntry& DialogDirectory::find(StringView name) const
     return found->second;
 }
 
-bool DialogDirectory::has(StringView name) const
-{
-    return entries_.find(name) != entries_.end();
-}
+bool DialogDirectory::has(StringView name) const { return entries_.find(name) != entries_.end(); }
 
-// Not one of the resettable instances: what the module consists of does not change with the state of the process.
+// Not among the instances that a reset ends: what the module consists of is no state of the process.
 DialogDirectory& dialogs()
 {
     static DialogDirectory directory;

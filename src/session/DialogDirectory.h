@@ -8,7 +8,7 @@ namespace zv {
 
 /// A dialog that the facade can open, or whose guard it can ask.
 struct DialogEntry {
-    std::function<Form&()> instance;         ///< The single instance, made at first use, not loaded.
+    std::function<Form&()> instance;            ///< The single instance, made at first use, not loaded.
     std::function<bool()> ComprobarEliminacion; ///< The guard on that instance; empty if the dialog has none.
 };
 

@@ -91,7 +91,8 @@ constexpr NodeDialog guardedDialogs[] = {
     {nodoRespuestas, u"frmRespInfInd"},
 };
 
-template <std::size_t N> std::optional<StringView> dialogOf(const NodeDialog (&table)[N], Byte node)
+template <std::size_t N>
+std::optional<StringView> dialogOf(const NodeDialog (&table)[N], Byte node)
 {
     const auto* found = std::ranges::find(table, node, &NodeDialog::node);
     return found == std::end(table) ? std::nullopt : std::optional(found->dialog);
@@ -113,7 +114,7 @@ struct SessionMember {
     void (*take)(cConfiguracion&, const Value&);
 };
 
-/// What is taken over from the host's session object, in order: where a member fails, those before it are taken over.
+/// What is taken over from the host's session object, in order: a member that fails leaves those before it.
 constexpr SessionMember sessionMembers[] = {
     {u"RutaAplicacion",
      [](cConfiguracion&, const Value& v) { single<App>().HelpFile = String() + v + u"\\zorvelcentro.chm"; }},
@@ -166,7 +167,7 @@ bool cAsignarDatos::Eliminar(Byte bytNodoSeleccionado)
     if (!dialog)
         return false;
     const DialogEntry& entry = dialogs().find(*dialog);
-    // The bank's guard is handed the name of the selected node's field, not its value: hosts rely on the text.
+    // The bank is told the name of a field, not its value: this very text is what it has always been given.
     if (bytNodoSeleccionado == cNombreNodo::OC_Bancos)
         let(entry.instance(), u"gstrNomNodo", u"strNodoSeleccionado");
     return entry.ComprobarEliminacion && entry.ComprobarEliminacion();

@@ -4,8 +4,9 @@
 
 namespace zv {
 
-/// What a host calls: it hands over its session, then opens the dialog behind a node of its tree, or asks whether the row
-/// selected under a node may be deleted. It has no state of its own; failures reach the host as RuntimeError.
+/// What a host calls: it hands over its session, then opens the dialog behind a node of its tree, or asks
+/// whether the row selected under a node may be deleted. It has no state of its own; failures reach the host
+/// as RuntimeError.
 class cAsignarDatos {
 public:
     /// Before opening a bank for its branches: locks the bank's own fields and selects the branch tab.

@@ -9,7 +9,8 @@ struct RecordMember {
     Value (*read)(const cConfiguracion&);
 };
 
-template <auto Member> Value read(const cConfiguracion& record)
+template <auto Member>
+Value read(const cConfiguracion& record)
 {
     return record.*Member;
 }

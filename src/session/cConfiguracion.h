@@ -5,8 +5,8 @@
 
 namespace zv {
 
-/// The session record: all that a dialog knows about the running session. `cAsignarDatos::ObtenerDatos` fills it
-/// from the host's session object; dialogs write only bytAccion and lngRowData.
+/// The session record: all that a dialog knows about the running session. `cAsignarDatos::ObtenerDatos` fills
+/// it from the host's session object; dialogs write only bytAccion and lngRowData.
 class cConfiguracion {
 public:
     bool blnSQLServer = false; ///< How statements spell logical true: 1, or else -1.
@@ -16,15 +16,15 @@ public:
     Integer intIdCentro = 0;
     String strNombreCentro;
     Integer intIDCursoEscolar = 0;
-    Integer intCodCurso = 0;       ///< Never set.
-    Integer intTipoEnsenanza = 0;  ///< Never set.
+    Integer intCodCurso = 0;      ///< Never set.
+    Integer intTipoEnsenanza = 0; ///< Never set.
     ConnectionPtr conLocalBorradoCentro;
     ConnectionPtr conLocalCentro;
     ConnectionPtr conLocalAppEntrada;
-    Long lngRowData = 0;   ///< Key of the row that the host has selected.
-    Byte bytAccion = 0;    ///< cConstCol::NUEVO or cConstCol::Modificado.
+    Long lngRowData = 0; ///< Key of the row that the host has selected.
+    Byte bytAccion = 0;  ///< cConstCol::NUEVO or cConstCol::Modificado.
     bool blnPesetas = false;
-    bool Activa = false;   ///< False in a read-only session.
+    bool Activa = false;          ///< False in a read-only session.
     bool blnDatosMedicos = false; ///< Never set.
     bool MTP = false;
     String RutaIcono;

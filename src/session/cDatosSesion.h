@@ -4,8 +4,8 @@
 
 namespace zv {
 
-/// A session record for hosts. The module neither makes nor reads one: it takes any object that answers the members of
-/// `cAsignarDatos::ObtenerDatos`, which are more than these.
+/// A session record for hosts. The module neither makes nor reads one: it takes any object that answers the
+/// members of `cAsignarDatos::ObtenerDatos`, which are more than these.
 struct cDatosSesion {
     Integer IDPerfil = 0;
     Integer IDCentro = 0;

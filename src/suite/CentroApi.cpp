@@ -47,7 +47,7 @@ std::optional<Long> largestKey(Connection& connection, StringView table, StringV
     return largest.isNull() ? std::nullopt : std::optional(CLng(largest));
 }
 
-/// "cmdNuevoBanco(0)" for an element of a control array; the name alone for a control outside one, which has no index.
+/// "cmdNuevoBanco(0)" in a control array; the name alone outside one, where there is no index.
 String fullName(const ObjectPtr& control)
 {
     String name = CStr(get(control, u"Name"));
@@ -127,7 +127,8 @@ constexpr Operation operations[] = {
      }},
     {u"incluirpersonalenactividad", 4,
      [](const CentroApi&, const Arguments& a) {
-         CentroApi::incluirpersonalenactividad(connectionIn(a[0]), connectionIn(a[1]), arrayIn(a[2]), CInt(a[3]));
+         CentroApi::incluirpersonalenactividad(connectionIn(a[0]), connectionIn(a[1]), arrayIn(a[2]),
+                                               CInt(a[3]));
          return Value();
      }},
 };

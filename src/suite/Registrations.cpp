@@ -9,10 +9,7 @@ namespace zv {
 
 namespace {
 
-String literal(StringView text)
-{
-    return u"'" + Replace(text, u"'", u"''") + u"'";
-}
+String literal(StringView text) { return u"'" + Replace(text, u"'", u"''") + u"'"; }
 
 String keyCondition(StringView form, Long row)
 {
@@ -29,7 +26,8 @@ String now()
 }
 
 /// A school whose stations never registered a row has no table yet.
-template <class Use, class Result> Result whereTableExists(Use&& use, Result otherwise)
+template <class Use, class Result>
+Result whereTableExists(Use&& use, Result otherwise)
 {
     try {
         return use();
@@ -42,9 +40,10 @@ template <class Use, class Result> Result whereTableExists(Use&& use, Result oth
 
 void createTable(Connection& centro)
 {
-    centro.executeNative(u"CREATE TABLE RegistroActivo (Formulario VARCHAR(50) NOT NULL, Fila INTEGER NOT NULL, "
-                         u"IDUsuario SMALLINT, Estacion VARCHAR(250), Momento VARCHAR(30), "
-                         u"PRIMARY KEY (Formulario, Fila))");
+    centro.executeNative(
+        u"CREATE TABLE RegistroActivo (Formulario VARCHAR(50) NOT NULL, Fila INTEGER NOT NULL, "
+        u"IDUsuario SMALLINT, Estacion VARCHAR(250), Momento VARCHAR(30), "
+        u"PRIMARY KEY (Formulario, Fila))");
 }
 
 /// False if the row is registered already.
@@ -124,7 +123,8 @@ bool release(Connection& centro, StringView form, Long row)
 int releaseAll(Connection& centro)
 {
     const auto free = [&] {
-        const Long count = CLng(centro.Execute(u"SELECT COUNT(*) AS Filas FROM RegistroActivo")->Fields(u"Filas"));
+        const Long count =
+            CLng(centro.Execute(u"SELECT COUNT(*) AS Filas FROM RegistroActivo")->Fields(u"Filas"));
         centro.Execute(u"DELETE FROM RegistroActivo");
         return int{count};
     };
@@ -133,15 +133,16 @@ int releaseAll(Connection& centro)
 
 bool registerRow(Connection& centro, const Station& station, StringView form, Long row, Integer user)
 {
-    // Each round that does not decide means that another station changed the row between two of our statements.
+    // A round that decides nothing means that another station changed the row between two of our statements.
     constexpr int rounds = 100;
     const String mine = literal(station.identity);
     for (int round = 0; round < rounds; ++round) {
         const String moment = literal(now());
-        if (insertMakingTable(centro,
-                              statement(u"INSERT INTO RegistroActivo (Formulario, Fila, IDUsuario, Estacion, Momento) "
-                                        u"VALUES ({},{},{},{},{})",
-                                        {literal(form), row, user, mine, moment})))
+        if (insertMakingTable(
+                centro,
+                statement(u"INSERT INTO RegistroActivo (Formulario, Fila, IDUsuario, Estacion, Momento) "
+                          u"VALUES ({},{},{},{},{})",
+                          {literal(form), row, user, mine, moment})))
             return false;
         const auto holder = holderOf(centro, form, row);
         if (!holder)

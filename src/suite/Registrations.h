@@ -22,8 +22,9 @@ bool release(Connection& centro, StringView form, Long row);
 /// Frees all rows, and returns how many there were.
 int releaseAll(Connection& centro);
 
-/// Registers a row for a user of a station, atomically between stations. False: it was free, or this user's own, or its station
-/// is gone. True: another user holds it. A database that fails makes it fail with a DataError: it is never granted unasked.
+/// Registers a row for a user of a station, atomically between stations. False: it was free, or this user's
+/// own, or its station is gone. True: another user holds it. A database that fails makes it fail with a
+/// DataError: it is never granted unasked.
 bool registerRow(Connection& centro, const Station& station, StringView form, Long row, Integer user);
 /// Ends what registerRow made for this station; the registration of another one stays.
 void unregisterRow(Connection& centro, const Station& station, StringView form, Long row);

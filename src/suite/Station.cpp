@@ -24,8 +24,8 @@ std::string lineOf(const fs::path& file)
     return line;
 }
 
-/// Number of the process and moment of its start (ticks since the machine's) from a line of /proc/N/stat. The program's name
-/// between them stands in parentheses and may hold blanks and parentheses itself.
+/// Number of the process and moment of its start (ticks since the machine's) from a line of /proc/N/stat. The
+/// program's name between them stands in parentheses and may hold blanks and parentheses itself.
 struct ProcessStart {
     std::string process;
     std::string ticks;
@@ -46,8 +46,8 @@ std::optional<ProcessStart> processStart(const std::string& stat)
     return ProcessStart{stat.substr(0, stat.find(' ')), stat.substr(from, stat.find(' ', from) - from)};
 }
 
-/// Parts of an identity: host / process / start / boot / machine. The last one tells namesakes apart: machines with the same
-/// name, and programs on one machine that do not see each other's processes.
+/// Parts of an identity: host / process / start / boot / machine. The last one tells namesakes apart:
+/// machines with the same name, and programs on one machine that do not see each other's processes.
 enum Part : std::size_t { host, process, start, boot, machine, parts };
 using Parts = std::array<std::string, parts>;
 
@@ -97,7 +97,8 @@ std::string hostName()
 Parts ownIdentity()
 {
     if (const auto self = processStart(lineOf("/proc/self/stat")))
-        return {hostName(), self->process, self->ticks, lineOf("/proc/sys/kernel/random/boot_id").substr(0, 8), machineKey()};
+        return {hostName(), self->process, self->ticks,
+                lineOf("/proc/sys/kernel/random/boot_id").substr(0, 8), machineKey()};
     std::random_device chance;
     return {hostName(), std::to_string(chance()), std::to_string(chance()), "", ""};
 }

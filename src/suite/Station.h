@@ -8,7 +8,7 @@ namespace zv {
 
 /// A running program that registers rows, as other stations see it.
 struct Station {
-    /// Unique among all stations at all times, at most 200 units. Starts with the name of the machine and the process number.
+    /// Unique among all stations at all times, at most 200 units. Begins with machine and process number.
     String identity;
     /// Whether the program behind another identity has ended. One that cannot be told counts as alive.
     std::function<bool(StringView identity)> gone;

@@ -37,11 +37,11 @@ TEST(CargarTextos, finds_the_number_where_each_kind_keeps_it)
         StringView kind, tag, expected;
     };
     const Case cases[] = {
-        {u"Label", u"29003", u"Estado Civil:"}, {u"Label", u"", u"diseño"},
-        {u"Label", u"29003b", u"diseño"},       {u"Label", u"99", u"diseño"},
-        {u"CommandButton", u"334", u"Aceptar"}, {u"CommandButton", u"340", u"Salir"},
+        {u"Label", u"29003", u"Estado Civil:"},  {u"Label", u"", u"diseño"},
+        {u"Label", u"29003b", u"diseño"},        {u"Label", u"99", u"diseño"},
+        {u"CommandButton", u"334", u"Aceptar"},  {u"CommandButton", u"340", u"Salir"},
         {u"CommandButton", u"334b", u"Aceptar"}, {u"OptionButton", u"", u"diseño"},
-        {u"CheckBox", u"b334", u"diseño"},      {u"Frame", u"1110", u"frame Datos Generales"},
+        {u"CheckBox", u"b334", u"diseño"},       {u"Frame", u"1110", u"frame Datos Generales"},
         {u"CheckBox", u"-334", u"diseño"},
     };
     std::vector<ObjectPtr> controls;
@@ -54,7 +54,8 @@ TEST(CargarTextos, finds_the_number_where_each_kind_keeps_it)
     controls.erase(controls.begin() + 4);
     EXPECT_EQ(text(form, u"Caption"), u"Propiedades del Estado Civil");
     for (std::size_t i = 0; i < std::size(cases); ++i)
-        EXPECT_EQ(text(controls[i], u"Caption"), cases[i].expected) << toUtf8(cases[i].kind) << " " << toUtf8(cases[i].tag);
+        EXPECT_EQ(text(controls[i], u"Caption"), cases[i].expected)
+            << toUtf8(cases[i].kind) << " " << toUtf8(cases[i].tag);
 
     const ObjectPtr untagged = fakeForm(u"", {});
     CargarTextos(*untagged);
@@ -65,22 +66,26 @@ TEST(CargarTextos, reaches_the_parts_of_strips_toolbars_lists_and_menus)
 {
     const auto caption = [](StringView value) { return fake(u"Parte", {{u"Caption", value}}); };
     const ObjectPtr tabs[] = {caption(u"a"), caption(u"b"), caption(u"c")};
-    const ObjectPtr buttons[] = {fake(u"Parte", {{u"ToolTipText", u"327"}}), fake(u"Parte", {{u"ToolTipText", u"Imprimir"}}),
+    const ObjectPtr buttons[] = {fake(u"Parte", {{u"ToolTipText", u"327"}}),
+                                 fake(u"Parte", {{u"ToolTipText", u"Imprimir"}}),
                                  fake(u"Parte", {{u"ToolTipText", u"338"}})};
     const ObjectPtr headers[] = {fake(u"Parte", {{u"Tag", u""}, {u"Text", u"fijo"}}),
                                  fake(u"Parte", {{u"Tag", u"321"}, {u"Text", u"x"}})};
     const auto list = [](auto& items) {
-        return std::make_shared<FakeCollection>(1, std::vector<ObjectPtr>(std::begin(items), std::end(items)));
+        return std::make_shared<FakeCollection>(1,
+                                                std::vector<ObjectPtr>(std::begin(items), std::end(items)));
     };
     const ObjectPtr menu = fake(u"Menu", {{u"Tag", u"338"}, {u"Caption", u"340"}});
-    const ObjectPtr form = fakeForm(u"1001", {fake(u"TabStrip", {{u"Tag", u"1101"}, {u"Tabs", list(tabs)}}),
-                                              fake(u"Toolbar", {{u"Tag", u""}, {u"Buttons", list(buttons)}}),
-                                              fake(u"ListView", {{u"Tag", u""}, {u"ColumnHeaders", list(headers)}}),
-                                              fake(u"ListView", {}), menu});
+    const ObjectPtr form =
+        fakeForm(u"1001", {fake(u"TabStrip", {{u"Tag", u"1101"}, {u"Tabs", list(tabs)}}),
+                           fake(u"Toolbar", {{u"Tag", u""}, {u"Buttons", list(buttons)}}),
+                           fake(u"ListView", {{u"Tag", u""}, {u"ColumnHeaders", list(headers)}}),
+                           fake(u"ListView", {}), menu});
     CargarTextos(*form);
     EXPECT_EQ(text(tabs[0], u"Caption") + u"," + text(tabs[1], u"Caption") + u"," + text(tabs[2], u"Caption"),
               u"Datos Generales,Sucursales,c");
-    EXPECT_EQ(text(buttons[0], u"ToolTipText") + u"," + text(buttons[1], u"ToolTipText") + u"," + text(buttons[2], u"ToolTipText"),
+    EXPECT_EQ(text(buttons[0], u"ToolTipText") + u"," + text(buttons[1], u"ToolTipText") + u"," +
+                  text(buttons[2], u"ToolTipText"),
               u"Nuevo,Imprimir,Eliminar");
     EXPECT_EQ(text(headers[0], u"Text") + u"," + text(headers[1], u"Text"), u"fijo,Fecha");
     EXPECT_EQ(text(menu, u"Caption"), u"Salir");
@@ -88,8 +93,12 @@ TEST(CargarTextos, reaches_the_parts_of_strips_toolbars_lists_and_menus)
 
 ObjectPtr button(StringView tag, StringView caption = u"x", Long left = 0, Long top = 0)
 {
-    return fake(u"CommandButton", {{u"Tag", tag}, {u"Caption", caption}, {u"Enabled", true}, {u"Visible", true},
-                                   {u"Left", left}, {u"Top", top}});
+    return fake(u"CommandButton", {{u"Tag", tag},
+                                   {u"Caption", caption},
+                                   {u"Enabled", true},
+                                   {u"Visible", true},
+                                   {u"Left", left},
+                                   {u"Top", top}});
 }
 
 String state(const ObjectPtr& button)
@@ -101,20 +110,21 @@ String state(const ObjectPtr& button)
 TEST(BloquearControles, disables_what_changes_data_and_turns_the_buttons)
 {
     const std::pair<ObjectPtr, StringView> buttons[] = {
-        {button(u"334"), u"334 off"}, {button(u"327"), u"327 off"},     {button(u"333"), u"333 off"},
-        {button(u"335"), u"340"},     {button(u"335", u""), u"335 off"}, {button(u"", u"..."), u" off"},
-        {button(u"336"), u"336 hidden"}, {button(u"326"), u"326"},       {button(u""), u""},
-        {button(u"3270"), u"3270"},   {button(u"338"), u"338 hidden"}};
+        {button(u"334"), u"334 off"},    {button(u"327"), u"327 off"},      {button(u"333"), u"333 off"},
+        {button(u"335"), u"340"},        {button(u"335", u""), u"335 off"}, {button(u"", u"..."), u" off"},
+        {button(u"336"), u"336 hidden"}, {button(u"326"), u"326"},          {button(u""), u""},
+        {button(u"3270"), u"3270"},      {button(u"338"), u"338 hidden"}};
     struct Other {
         StringView kind;
         Value value;
         bool enabled;
     };
-    const Other others[] = {{u"TextBox", u"", false}, {u"ComboBox", u"", false}, {u"CheckBox", Integer{1}, false},
-                            {u"ZDatePicker", u"", false}, {u"ZMenu", u"", false}, {u"ZTimeBox", u"", false},
-                            {u"OptionButton", true, true}, {u"OptionButton", false, false},
-                            {u"Label", u"", true}, {u"Frame", u"", true}, {u"TabStrip", u"", true},
-                            {u"MSFlexGrid", u"", true}, {u"Toolbar", u"", true}};
+    const Other others[] = {
+        {u"TextBox", u"", false},      {u"ComboBox", u"", false},       {u"CheckBox", Integer{1}, false},
+        {u"ZDatePicker", u"", false},  {u"ZMenu", u"", false},          {u"ZTimeBox", u"", false},
+        {u"OptionButton", true, true}, {u"OptionButton", false, false}, {u"Label", u"", true},
+        {u"Frame", u"", true},         {u"TabStrip", u"", true},        {u"MSFlexGrid", u"", true},
+        {u"Toolbar", u"", true}};
     std::vector<ObjectPtr> controls{fake(u"ComboBox", {}), fake(u"CommandButton", {{u"Tag", u"335"}})};
     for (const auto& [control, expected] : buttons)
         controls.push_back(control);
@@ -129,8 +139,10 @@ TEST(BloquearControles, disables_what_changes_data_and_turns_the_buttons)
     for (const auto& [control, expected] : buttons)
         EXPECT_EQ(state(control), expected);
     for (std::size_t i = 0; i < std::size(others); ++i)
-        EXPECT_EQ(CBool(get(controls[2 + std::size(buttons) + i], u"Enabled")), others[i].enabled) << toUtf8(others[i].kind);
-    // A button that cannot say what it is counts as one that changes data: here there is nothing to disable, and no rule goes on.
+        EXPECT_EQ(CBool(get(controls[2 + std::size(buttons) + i], u"Enabled")), others[i].enabled)
+            << toUtf8(others[i].kind);
+    // A button that cannot say what it is counts as one that changes data: here there is nothing to disable,
+    // and no rule goes on.
     EXPECT_EQ(text(controls[1], u"Tag"), u"335");
 }
 
@@ -139,7 +151,8 @@ TEST(BloquearControles, modify_stands_where_delete_stood_whichever_comes_first)
     for (const bool modifyFirst : {true, false}) {
         const ObjectPtr modify = button(u"337", u"Modificar", 100, 200);
         const ObjectPtr remove = button(u"338", u"Eliminar", 1500, 2500);
-        BloquearControles(*fakeForm(u"", modifyFirst ? std::vector{modify, remove} : std::vector{remove, modify}), false);
+        BloquearControles(
+            *fakeForm(u"", modifyFirst ? std::vector{modify, remove} : std::vector{remove, modify}), false);
         EXPECT_EQ(state(modify), u"339");
         EXPECT_EQ(text(modify, u"Left") + u" " + text(modify, u"Top"), u"1500 2500");
     }

@@ -69,13 +69,15 @@ protected:
 
 TEST_F(Facade, opens_the_dialog_of_a_number_and_nothing_for_the_rest)
 {
-    for (const Byte silent : {Byte{0}, Byte{1}, Byte{11}, Byte{49}, cNombreNodo::Papelera, cNombreNodo::RespInfInd, Byte{255}})
+    for (const Byte silent :
+         {Byte{0}, Byte{1}, Byte{11}, Byte{49}, cNombreNodo::Papelera, cNombreNodo::RespInfInd, Byte{255}})
         facade.ActivarFormulario(silent);
     EXPECT_TRUE(desktop.shown.empty());
     for (const Byte node : {Byte{65}, Byte{69}, Byte{30}, Byte{122}, Byte{130}, Byte{53}})
         facade.ActivarFormulario(node);
-    EXPECT_EQ(desktop.shown, (std::vector<String>{u"frmEstadoCivil", u"frmRespInfInd", u"frmBanco", u"frmConsejoOrientador1",
-                                                  u"frmInformeIndividual", u"frmTurno"}));
+    EXPECT_EQ(desktop.shown,
+              (std::vector<String>{u"frmEstadoCivil", u"frmRespInfInd", u"frmBanco", u"frmConsejoOrientador1",
+                                   u"frmInformeIndividual", u"frmTurno"}));
     EXPECT_TRUE(asked.empty());
 }
 
@@ -83,7 +85,8 @@ TEST_F(Facade, asks_the_guard_without_loading_the_dialog)
 {
     for (const Byte node : {Byte{0}, Byte{65}, Byte{69}, Byte{30}, Byte{53}})
         EXPECT_TRUE(facade.Eliminar(node));
-    EXPECT_EQ(asked, (std::vector<String>{u"frmTipoTarea", u"frmEstadoCivil", u"frmRespInfInd", u"frmBanco", u"frmTurno"}));
+    EXPECT_EQ(asked, (std::vector<String>{u"frmTipoTarea", u"frmEstadoCivil", u"frmRespInfInd", u"frmBanco",
+                                          u"frmTurno"}));
     EXPECT_EQ(forms[0]->gstrNomNodo(), u"strNodoSeleccionado");
     for (const auto& form : forms)
         EXPECT_FALSE(form->loaded());
@@ -91,7 +94,8 @@ TEST_F(Facade, asks_the_guard_without_loading_the_dialog)
     EXPECT_FALSE(facade.Eliminar(65));
     answer = true;
     asked.clear();
-    for (const Byte node : {cNombreNodo::NotaConsejoOrientador, cNombreNodo::InfIndiv, cNombreNodo::RespInfInd, Byte{11}, Byte{54}})
+    for (const Byte node : {cNombreNodo::NotaConsejoOrientador, cNombreNodo::InfIndiv,
+                            cNombreNodo::RespInfInd, Byte{11}, Byte{54}})
         EXPECT_FALSE(facade.Eliminar(node));
     EXPECT_TRUE(asked.empty());
 }
@@ -110,7 +114,9 @@ TEST_F(Facade, every_dialog_with_a_node_is_in_one_of_its_tables)
             }
         return count;
     };
-    EXPECT_EQ(missing([&](Byte node) { facade.ActivarFormulario(node); }) + static_cast<int>(desktop.shown.size()), 31);
+    EXPECT_EQ(missing([&](Byte node) { facade.ActivarFormulario(node); }) +
+                  static_cast<int>(desktop.shown.size()),
+              31);
     EXPECT_EQ(missing([&](Byte node) { facade.Eliminar(node); }) + static_cast<int>(asked.size()), 30);
 }
 
@@ -125,18 +131,6 @@ TEST_F(Facade, a_bank_opens_for_its_branches_with_its_own_fields_locked)
     EXPECT_EQ(banco.mstBanco.SelectedItem().Index(), 2);
 }
 
-/// Remembers in which order its members are read.
-class RecordingSession final : public PropertyBag {
-public:
-    RecordingSession() : PropertyBag(u"Sesion") {}
-    Value invoke(StringView member, Access access, Arguments& arguments) override
-    {
-        read.emplace_back(member);
-        return PropertyBag::invoke(member, access, arguments);
-    }
-    std::vector<String> read;
-};
-
 class FakeConnection final : public Connection {
 public:
     RecordsetPtr Execute(StringView) override { return nullptr; }
@@ -144,84 +138,85 @@ public:
     EngineInfo engine() override { return {}; }
 };
 
-const std::vector<String> memberOrder = {
-    u"RutaAplicacion", u"RutaBD", u"Activa", u"Accion", u"lngRowData", u"conexionBORRADOlocalCENTRO",
-    u"conexionlocalCENTRO", u"conexionAppEntrada", u"IDPerfil", u"IDUsuario", u"IDCentro", u"IDCursoEscolar",
-    u"NombreUsuario", u"NombreCentro", u"Pesetas", u"MTP", u"RutaIcono", u"sqlserver"};
+/// An ordinary session that remembers in which order its members are read.
+class RecordingSession final : public Object {
+public:
+    const School school{std::make_shared<FakeConnection>(), std::make_shared<FakeConnection>(),
+                        std::make_shared<FakeConnection>()};
+    const std::shared_ptr<PropertyBag> members = newHostSession(school);
+    String read;
 
-std::shared_ptr<RecordingSession> fullSession(const School& school)
-{
-    auto session = std::make_shared<RecordingSession>();
-    const Value values[] = {u"C:\\colegio", u"C:\\bd", Long{-1}, u"2", u"70000", school.borrado, school.centro, school.entrada,
-                            Long{3}, u"4", Double{4.5}, Integer{6}, u"ana", u"Centro", true, Integer{1}, u"x.ico", true};
-    for (std::size_t i = 0; i < memberOrder.size(); ++i)
-        session->add(memberOrder[i], values[i]);
-    return session;
-}
+    StringView TypeName() const override { return u"Sesion"; }
+    Value invoke(StringView member, Access access, Arguments& arguments) override
+    {
+        read += (read.empty() ? u"" : u" ") + String(member);
+        return members->invoke(member, access, arguments);
+    }
+};
 
 TEST_F(Facade, takes_the_session_over_in_order_each_member_as_its_type)
 {
-    const School school{std::make_shared<FakeConnection>(), std::make_shared<FakeConnection>(), std::make_shared<FakeConnection>()};
-    const auto session = fullSession(school);
+    struct Case {
+        StringView member;
+        Value value;
+        StringView record, expected;
+    };
+    const Case cases[] = {{u"RutaBD", u"C:\\bd", u"rutabd", u"C:\\bd"},
+                          {u"Activa", Long{0}, u"Activa", u"Falso"},
+                          {u"Accion", u"2", u"bytAccion", u"2"},
+                          {u"lngRowData", u"70000", u"lngRowData", u"70000"},
+                          {u"IDPerfil", Long{3}, u"intIDPerfil", u"3"},
+                          {u"IDUsuario", u"4", u"intIDUsuario", u"4"},
+                          {u"IDCentro", Double{6.5}, u"intIdCentro", u"6"},
+                          {u"IDCursoEscolar", Byte{7}, u"intIDCursoEscolar", u"7"},
+                          {u"NombreUsuario", u"ana", u"strNombreUsuario", u"ana"},
+                          {u"NombreCentro", Long{8}, u"strNombreCentro", u"8"},
+                          {u"Pesetas", u"-1", u"blnPesetas", u"Verdadero"},
+                          {u"MTP", Integer{1}, u"MTP", u"Verdadero"},
+                          {u"RutaIcono", u"x.ico", u"RutaIcono", u"x.ico"},
+                          {u"sqlserver", true, u"blnSQLServer", u"Verdadero"}};
+    const auto session = std::make_shared<RecordingSession>();
+    let(*session->members, u"RutaAplicacion", u"C:\\colegio");
+    for (const Case& one : cases)
+        let(*session->members, one.member, one.value);
     facade.ObtenerDatos(session);
-    EXPECT_EQ(session->read, memberOrder);
-    const cConfiguracion& c = Configuracion();
+    EXPECT_EQ(session->read,
+              u"RutaAplicacion RutaBD Activa Accion lngRowData conexionBORRADOlocalCENTRO "
+              u"conexionlocalCENTRO conexionAppEntrada IDPerfil IDUsuario IDCentro IDCursoEscolar "
+              u"NombreUsuario NombreCentro Pesetas MTP RutaIcono sqlserver");
     EXPECT_EQ(single<App>().HelpFile, u"C:\\colegio\\zorvelcentro.chm");
-    EXPECT_EQ(std::tie(c.RutaBD, c.strNombreUsuario, c.strNombreCentro, c.RutaIcono),
-              std::make_tuple(String(u"C:\\bd"), String(u"ana"), String(u"Centro"), String(u"x.ico")));
-    EXPECT_EQ(std::tie(c.Activa, c.blnPesetas, c.MTP, c.blnSQLServer), std::make_tuple(true, true, true, true));
-    EXPECT_EQ(std::tie(c.bytAccion, c.lngRowData, c.intIDPerfil, c.intIDUsuario, c.intIdCentro, c.intIDCursoEscolar),
-              std::make_tuple(2, 70000, 3, 4, 4, 6));
-    EXPECT_EQ(std::tie(c.conLocalCentro, c.conLocalBorradoCentro, c.conLocalAppEntrada),
-              std::tie(school.centro, school.borrado, school.entrada));
-    EXPECT_EQ(c.datossesion, session);
+    for (const Case& one : cases)
+        EXPECT_EQ(CStr(configurationMember(one.record)), one.expected) << toUtf8(one.member);
+    EXPECT_EQ(CObj(configurationMember(u"conLocalCentro")), session->school.centro);
+    EXPECT_EQ(CObj(configurationMember(u"conLocalBorradoCentro")), session->school.borrado);
+    EXPECT_EQ(CObj(configurationMember(u"conLocalAppEntrada")), session->school.entrada);
+    EXPECT_EQ(CObj(configurationMember(u"datossesion")), session);
+    for (const StringView never : {u"intCodCurso", u"intTipoEnsenanza", u"blnDatosMedicos"})
+        EXPECT_EQ(CInt(configurationMember(never)), 0);
+    EXPECT_EQ(numberOf([] { configurationMember(u"intIDAlumno"); }), failure::memberMissing);
 }
 
 TEST_F(Facade, a_member_that_fails_leaves_those_before_it_taken_over)
 {
     EXPECT_EQ(numberOf([&] { facade.ObtenerDatos(nullptr); }), failure::noObject);
-    const auto connection = std::make_shared<FakeConnection>();
-    struct Case {
-        StringView member;
-        Value value;
-        std::int32_t number;
-    };
-    const Case cases[] = {{u"sqlserver", Null{}, failure::invalidNull},
-                          {u"IDPerfil", u"director", failure::typeMismatch},
-                          {u"conexionlocalCENTRO", ObjectPtr(std::make_shared<PropertyBag>(u"Otro")), failure::typeMismatch},
-                          {u"conexionAppEntrada", u"dsn", failure::typeMismatch},
-                          {u"Accion", Integer{300}, failure::overflow}};
-    for (const Case& wrong : cases) {
+    const std::tuple<StringView, Value, std::int32_t> cases[] = {
+        {u"sqlserver", Null{}, failure::invalidNull},
+        {u"MTP", {}, failure::memberMissing},
+        {u"IDPerfil", u"director", failure::typeMismatch},
+        {u"conexionlocalCENTRO", std::make_shared<PropertyBag>(u"Otro"), failure::typeMismatch},
+        {u"conexionAppEntrada", u"dsn", failure::typeMismatch},
+        {u"Accion", Integer{300}, failure::overflow}};
+    for (const auto& [member, value, number] : cases) {
         resetSingles();
-        const auto session = fullSession({connection, connection, connection});
-        session->add(wrong.member, wrong.value);
-        EXPECT_EQ(numberOf([&] { facade.ObtenerDatos(session); }), wrong.number) << toUtf8(wrong.member);
-        EXPECT_EQ(session->read.back(), wrong.member);
-        EXPECT_EQ(Configuracion().RutaBD, u"C:\\bd");
+        const auto session = std::make_shared<RecordingSession>();
+        let(*session->members, member, value);
+        if (number == failure::memberMissing)
+            session->members->remove(member);
+        EXPECT_EQ(numberOf([&] { facade.ObtenerDatos(session); }), number) << toUtf8(member);
+        EXPECT_TRUE(session->read.ends_with(member));
+        EXPECT_TRUE(Configuracion().Activa) << "read before it";
         EXPECT_EQ(Configuracion().datossesion, nullptr);
     }
-    EXPECT_EQ(Configuracion().bytAccion, 0);
-    const auto session = fullSession({connection, connection, connection});
-    session->remove(u"MTP");
-    EXPECT_EQ(numberOf([&] { facade.ObtenerDatos(session); }), failure::memberMissing);
-    EXPECT_TRUE(Configuracion().blnPesetas);
-    EXPECT_EQ(Configuracion().RutaIcono, u"");
-}
-
-TEST_F(Facade, an_ordinary_host_session_is_taken_over_and_shows_in_the_record)
-{
-    const auto centro = std::make_shared<FakeConnection>();
-    const auto session = newHostSession({centro, nullptr, nullptr});
-    let(*session, u"LNGROWDATA", Long{9});
-    facade.ObtenerDatos(session);
-    EXPECT_EQ(CLng(configurationMember(u"lngrowdata")), 9);
-    EXPECT_EQ(CInt(configurationMember(u"intIDUsuario")), 1);
-    EXPECT_TRUE(CBool(configurationMember(u"Activa")));
-    EXPECT_EQ(CObj(configurationMember(u"conLocalCentro")), centro);
-    EXPECT_EQ(numberOf([] { CObj(configurationMember(u"conLocalBorradoCentro")); }), failure::noObject);
-    for (const StringView never : {u"intCodCurso", u"intTipoEnsenanza", u"blnDatosMedicos"})
-        EXPECT_EQ(CInt(configurationMember(never)), 0);
-    EXPECT_EQ(numberOf([] { configurationMember(u"intIDAlumno"); }), failure::memberMissing);
 }
 
 } // namespace

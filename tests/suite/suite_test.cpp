@@ -44,7 +44,8 @@ TEST(IDMax, is_one_above_the_largest_key_of_both_databases)
     EXPECT_EQ(next(), 90001);
     centro->executeNative(u"INSERT INTO Pais VALUES (2147483647)");
     EXPECT_EQ(numberOf(next), failure::overflow);
-    EXPECT_EQ(numberOf([&] { CentroApi::IDMax(*centro, *database(), u"Pais", u"IDPais"); }), failure::tableMissing);
+    EXPECT_EQ(numberOf([&] { CentroApi::IDMax(*centro, *database(), u"Pais", u"IDPais"); }),
+              failure::tableMissing);
 }
 
 /// A connection on which other stations act just before a statement that holds a pattern.
@@ -52,8 +53,7 @@ class Interrupted final : public Connection {
 public:
     Interrupted(ConnectionPtr inner, StringView pattern, std::function<void()> act)
         : inner_(std::move(inner)), pattern_(pattern), act_(std::move(act))
-    {
-    }
+    {}
     RecordsetPtr Execute(StringView sql) override
     {
         if (act_ && sql.find(pattern_) != StringView::npos)
@@ -80,7 +80,8 @@ protected:
     {
         std::vector<String> result;
         for (const Registration& r : registrations(*centro))
-            result.push_back(r.form + u" " + decimalText(r.row) + u" " + decimalText(r.user) + u"@" + r.station);
+            result.push_back(r.form + u" " + decimalText(r.row) + u" " + decimalText(r.user) + u"@" +
+                             r.station);
         return result;
     }
     using Lines = std::vector<String>;
@@ -147,7 +148,8 @@ TEST_F(RowRegister, is_never_granted_by_a_database_that_fails)
         releaseAll(*centro);
         first.registroactivo(*centro, u"frmPais", 3, 7);
         ended = {u"uno"};
-        Interrupted broken(centro, failing, [] { throw DataError(failure::locked, "5", u"database is locked", u""); });
+        Interrupted broken(centro, failing,
+                           [] { throw DataError(failure::locked, "5", u"database is locked", u""); });
         EXPECT_EQ(numberOf([&] { second.registroactivo(broken, u"frmPais", 3, 8); }), failure::locked);
         EXPECT_EQ(holders(), Lines{u"frmPais 3 7@uno"});
     }
@@ -157,7 +159,8 @@ TEST_F(RowRegister, is_never_granted_by_a_database_that_fails)
 
 TEST_F(RowRegister, two_stations_never_get_the_same_row)
 {
-    const auto folder = std::filesystem::temp_directory_path() / ("zv-filas-" + std::to_string(std::random_device{}()));
+    const auto folder =
+        std::filesystem::temp_directory_path() / ("zv-filas-" + std::to_string(std::random_device{}()));
     std::filesystem::create_directory(folder);
     const String file = (folder / "colegio.db").u16string();
     sqliteEngine()->create(file, Database::centro);
@@ -216,7 +219,6 @@ public:
     ControlArray<CommandButton, 2> cmdNuevoBanco{*this, u"cmdNuevoBanco"};
     CommandButton cmdNuevo{*this, u"cmdNuevo"};
     CommandButton cmdOtro{*this, u"cmdOtro"};
-    ControlArray<Label, 2> lblNombre{*this, u"lblNombre"};
     ComboBox cboProvincia{*this, u"cboProvincia"};
 };
 
@@ -259,31 +261,24 @@ TEST_F(HelperObject, doubles_apostrophes_once_and_makes_room_for_them)
     EXPECT_EQ(form.txtLibre.SelStart(), 2);
 }
 
-TEST_F(HelperObject, marks_the_labels_that_carry_the_marker)
-{
-    form.lblNombre(0).Marca = u"*"s;
-    form.lblNombre(0).Caption = u"Nombre:"s;
-    api.Marcar_Obligatorios(form.Controls);
-    EXPECT_TRUE(form.lblNombre(0).Obligatorio());
-    EXPECT_FALSE(form.lblNombre(1).Obligatorio());
-    EXPECT_EQ(form.lblNombre(0).Caption(), u"Nombre:");
-}
-
 TEST_F(HelperObject, denies_a_profile_its_quick_access_buttons)
 {
     for (CommandButton* button : {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo})
         button->Caption = u"..."s;
     form.cmdOtro.Caption = u"Otro"s;
-    const auto entrada =
-        database({u"CREATE TABLE BotonAccesoRapido (IDPerfil INTEGER, Formulario TEXT, Boton TEXT)",
-                  u"INSERT INTO BotonAccesoRapido VALUES (2,'frmEmisor','CMDNUEVOBANCO(1)'), (2,'frmemisor','cmdOtro'), "
-                  u"(2,'frmOtro','cmdNuevoBanco(0)'), (3,'frmEmisor','cmdNuevoBanco'), (4,'frmEmisor','cmdNuevo')"});
+    const auto entrada = database(
+        {u"CREATE TABLE BotonAccesoRapido (IDPerfil INTEGER, Formulario TEXT, Boton TEXT)",
+         u"INSERT INTO BotonAccesoRapido VALUES (2,'frmEmisor','CMDNUEVOBANCO(1)'), "
+         u"(2,'frmemisor','cmdOtro'), "
+         u"(2,'frmOtro','cmdNuevoBanco(0)'), (3,'frmEmisor','cmdNuevoBanco'), (4,'frmEmisor','cmdNuevo')"});
     const auto enabled = [&](Integer profile) {
-        for (const auto& button : {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
+        for (const auto& button :
+             {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
             button->Enabled = true;
         api.Comprobar_BotonesAccesoRapido(form, entrada, profile);
         std::string result;
-        for (const auto& button : {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
+        for (const auto& button :
+             {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
             result += button->Enabled() ? '1' : '0';
         return result;
     };
