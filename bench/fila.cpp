@@ -1,6 +1,7 @@
-// The module's own cost: a change of one row through the facade, without a screen, against the bare SQLite interface
-// running the very same statements (recorded from the first); and a deletion guard against the number of rows that refer.
-// Both in one run, with synchronous OFF so that the disk does not hide what we add. Prints the ratios at the end.
+// The module's own cost: a change of one row through the facade, without a screen, against the bare SQLite
+// interface running the very same statements (recorded from the first); and a deletion guard against the
+// number of rows that refer. Both in one run, with synchronous OFF so that the disk does not hide what we
+// add. Prints the ratios at the end.
 
 #include "data/Schools.h"
 #include "data/sqlite/SqliteEngine.h"
@@ -151,9 +152,10 @@ void guard(benchmark::State& state)
 {
     const auto referring = static_cast<Long>(state.range(0));
     stage().centro->executeNative(u"DELETE FROM Personal");
-    stage().centro->executeNative(statement(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<{}) "
-                                            u"INSERT INTO Personal (IDPersonal,CodEstadoCivil) SELECT i,1 FROM n",
-                                            {referring}));
+    stage().centro->executeNative(
+        statement(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<{}) "
+                  u"INSERT INTO Personal (IDPersonal,CodEstadoCivil) SELECT i,1 FROM n",
+                  {referring}));
     for (auto _ : state)
         benchmark::DoNotOptimize(stage().facade(1).Eliminar(maritalStates));
 }
@@ -170,7 +172,8 @@ public:
     }
     void print() const
     {
-        const auto ratio = [this](const char* what, const std::string& ours, const std::string& peer, double most) {
+        const auto ratio = [this](const char* what, const std::string& ours, const std::string& peer,
+                                  double most) {
             std::cout << what << ": " << times_.at(ours) / times_.at(peer) << " (at most " << most << ")\n";
         };
         ratio("change of a row / bare interface", "fachada", "desnuda", 1.5);

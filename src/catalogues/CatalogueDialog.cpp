@@ -133,7 +133,8 @@ void CatalogueDialog::insertLoop(ResumeNext& next, const std::function<void()>& 
         Err().Clear();
         const bool drawn = next(draw);
         next([&] { execute(statementFor()); });
-        // A taken key is worth another try only where a fresh one can be drawn: without that the loop would have no end.
+        // A taken key is worth another try only where a fresh one can be drawn: without that the loop would
+        // have no end.
         if (Err().Number != 0 && (Err().Number != failure::keyExists || !drawn)) {
             showMessage(message::insertFailed, sign::critical);
             Err().Clear();

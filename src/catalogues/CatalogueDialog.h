@@ -47,8 +47,8 @@ protected:
     void localise(ResumeNext& next, const cCentroApi& api);
     /// All of the above, in the mode; the helper object is the load routine's own.
     cCentroApi prelude(ResumeNext& next, CaptionIds ids);
-    /// Runs a query into the dialog's recordset and tests Err: a failure, were it an earlier statement's, is reported and
-    /// gives False.
+    /// Runs a query into the dialog's recordset and tests Err: a failure, were it an earlier statement's, is
+    /// reported and gives False.
     bool readRow(ResumeNext& next, StringView query, Integer messageId = message::readFailed);
     /// Registers the row for the user; a row in use by another cannot be accepted.
     void registerRow(ResumeNext& next, const cCentroApi& api, CommandButton& accept);
@@ -66,11 +66,11 @@ protected:
     void makeSafe(ResumeNext& next, const cCentroApi& api);
     /// Tests Err after a change: a failure is reported, and the dialog stays open.
     bool update(ResumeNext& next, const std::function<String()>& statement);
-    /// Draws a key and inserts, and again with another key while the one drawn is taken by then. Any other failure is reported.
-    /// `statementFor` gives the statement for a key.
+    /// Draws a key and inserts, and again with another key while the one drawn is taken by then. Any other
+    /// failure is reported. `statementFor` gives the statement for a key.
     template <class Key>
-    void insert(ResumeNext& next, const cCentroApi& api, StringView table, StringView key, Key (*width)(const Value&),
-                const std::function<String(Key)>& statementFor)
+    void insert(ResumeNext& next, const cCentroApi& api, StringView table, StringView key,
+                Key (*width)(const Value&), const std::function<String(Key)>& statementFor)
     {
         Key id{};
         const auto draw = [&] { id = width(drawKey(api, table, key)); };
@@ -95,7 +95,8 @@ protected:
 
 private:
     static Value drawKey(const cCentroApi& api, StringView table, StringView key);
-    void insertLoop(ResumeNext& next, const std::function<void()>& draw, const std::function<String()>& statementFor);
+    void insertLoop(ResumeNext& next, const std::function<void()>& draw,
+                    const std::function<String()>& statementFor);
 
     RecordsetPtr rows_;
 };

@@ -14,8 +14,8 @@ bool TextCatalogueDialog::ComprobarEliminacion()
     return free;
 }
 
-void TextCatalogueDialog::design(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel,
-                                 const Extra& extra)
+void TextCatalogueDialog::design(std::initializer_list<TextField> fields, CommandButton& accept,
+                                 CommandButton& cancel, const Extra& extra)
 {
     accept_ = &accept;
     cancel_ = &cancel;
@@ -38,7 +38,8 @@ void TextCatalogueDialog::design(std::initializer_list<TextField> fields, Comman
     layout.buttons(accept, cancel);
 }
 
-void TextCatalogueDialog::assemble(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel)
+void TextCatalogueDialog::assemble(std::initializer_list<TextField> fields, CommandButton& accept,
+                                   CommandButton& cancel)
 {
     design(fields, accept, cancel);
     on(accept.Click, &TextCatalogueDialog::cmdAceptar_Click);

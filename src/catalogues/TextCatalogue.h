@@ -5,7 +5,8 @@
 
 namespace zv {
 
-/// When the first steps of a load run: a failure before the mode is entered is the host's, one within is passed over.
+/// When the first steps of a load run: a failure before the mode is entered is the host's, one within is
+/// passed over.
 enum class Begins { inMode, iconAndObjectBefore, objectBefore };
 
 /// What an accept asks for before it writes.
@@ -16,18 +17,20 @@ struct TextCatalogue {
     CaptionIds captions;
     StringView table;
     StringView key;
-    StringView load;                         ///< Pattern: the row's key.
-    StringView insert;                       ///< Pattern: the new key, then each field's text.
-    StringView update;                       ///< Pattern: each field's text, then the row's key.
-    std::span<const StringView> guards = {}; ///< Queries that find the rows that refer to this one; patterns: the row's key.
-    bool longKey = false;                    ///< 32-bit key, else 16-bit.
+    StringView load;   ///< Pattern: the row's key.
+    StringView insert; ///< Pattern: the new key, then each field's text.
+    StringView update; ///< Pattern: each field's text, then the row's key.
+    std::span<const StringView> guards =
+        {};               ///< Queries that find the rows that refer to this one; patterns: the row's key.
+    bool longKey = false; ///< 32-bit key, else 16-bit.
     Begins begins = Begins::inMode;
     EmptyTest test = EmptyTest::firstField;
     bool clearsErr = true;                    ///< Before the row is read.
     Integer readFailed = message::readFailed; ///< Message of a row that cannot be read.
     StringView blank = u" ";                  ///< Between the caption and the row's text.
     bool locksRow = true;
-    bool keepsRows = true; ///< The recordset stays open until the unload; else the load and the guard close it.
+    bool keepsRows =
+        true; ///< The recordset stays open until the unload; else the load and the guard close it.
 };
 
 /// A field of a catalogue of texts, and its design.
@@ -56,8 +59,8 @@ protected:
     /// Gives the fields, the dialog's own members, their design. The first one's text joins the caption.
     void design(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel,
                 const Extra& extra = nullptr);
-    /// The same for a pair of buttons of one name whose first element accepts, or for two of their own names, where a
-    /// successful accept closes the dialog by pressing the cancel button.
+    /// The same for a pair of buttons of one name whose first element accepts, or for two of their own names,
+    /// where a successful accept closes the dialog by pressing the cancel button.
     template <std::size_t N>
     void assemble(std::initializer_list<TextField> fields, ControlArray<CommandButton, N>& buttons,
                   const Extra& extra = nullptr)
@@ -97,7 +100,6 @@ protected:
     TextBox& firstBox() const { return fields_.front().box; }
 
 private:
-
     const TextCatalogue& words_;
     std::vector<TextField> fields_;
     CommandButton* accept_ = nullptr;

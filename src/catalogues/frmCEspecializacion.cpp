@@ -16,13 +16,17 @@ constexpr TextCatalogue words{
 };
 } // namespace
 
-frmCEspecializacion::frmCEspecializacion() : TextCatalogueDialog(u"frmCEspecializacion", words) { assemble({{txtDescripcion, lblPais, u"Descripción:", 0, u"Descripcion"}}, cmdIdioma); }
+frmCEspecializacion::frmCEspecializacion() : TextCatalogueDialog(u"frmCEspecializacion", words)
+{
+    assemble({{txtDescripcion, lblPais, u"Descripción:", 0, u"Descripcion"}}, cmdIdioma);
+}
 
 /// The captions of this dialog have no numbers.
 void frmCEspecializacion::title(ResumeNext& next)
 {
     next([&] {
-        Caption = String(changesRow() ? u"Propiedades del Curso de Especialización" : u"Nuevo Curso de Especialización");
+        Caption = String(changesRow() ? u"Propiedades del Curso de Especialización"
+                                      : u"Nuevo Curso de Especialización");
     });
 }
 

@@ -13,9 +13,13 @@ constexpr TextCatalogue words{
 };
 } // namespace
 
-frmEstadoCivil::frmEstadoCivil() : TextCatalogueDialog(u"frmEstadoCivil", words) { assemble({{txtIdioma, lblPais, u"Estado Civil:", 29003, u"Descripcion"}}, cmdIdioma); }
+frmEstadoCivil::frmEstadoCivil() : TextCatalogueDialog(u"frmEstadoCivil", words)
+{
+    assemble({{txtIdioma, lblPais, u"Estado Civil:", 29003, u"Descripcion"}}, cmdIdioma);
+}
 
-/// This guard alone asks for no failure: a query that fails gives no rows to test, and a test that fails counts as true.
+/// This guard alone asks for no failure: a query that fails gives no rows to test, and a test that fails
+/// counts as true.
 bool frmEstadoCivil::ComprobarEliminacion()
 {
     ResumeNext next;

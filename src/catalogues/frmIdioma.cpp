@@ -18,6 +18,9 @@ constexpr TextCatalogue words{
 };
 } // namespace
 
-frmIdioma::frmIdioma() : TextCatalogueDialog(u"frmIdioma", words) { assemble({{txtIdioma, lblPais, u"Idioma:", 27003, u"Descripcion"}}, cmdIdioma); }
+frmIdioma::frmIdioma() : TextCatalogueDialog(u"frmIdioma", words)
+{
+    assemble({{txtIdioma, lblPais, u"Idioma:", 27003, u"Descripcion"}}, cmdIdioma);
+}
 
 } // namespace zv

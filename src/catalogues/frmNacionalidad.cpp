@@ -20,7 +20,15 @@ constexpr TextCatalogue words{
 frmNacionalidad::frmNacionalidad() : TextCatalogueDialog(u"frmNacionalidad", words)
 {
     assemble({{txtNacionalidad, lblPais, u"Nacionalidad:", 0, u"Descripcion"},
-         {.box = txtAbreviatura, .label = Label1, .caption = u"Abreviatura:", .captionId = 0, .column = u"Abreviatura", .width = 3, .mandatory = false, .selectsAll = false}}, cmdNacionalidad);
+              {.box = txtAbreviatura,
+               .label = Label1,
+               .caption = u"Abreviatura:",
+               .captionId = 0,
+               .column = u"Abreviatura",
+               .width = 3,
+               .mandatory = false,
+               .selectsAll = false}},
+             cmdNacionalidad);
 }
 
 /// The captions of this dialog have no numbers.

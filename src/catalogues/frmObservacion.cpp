@@ -3,13 +3,15 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"SELECT codObservacion FROM MateriaDetalles_Observacion WHERE codObservacion={}"};
+constexpr StringView guards[] = {
+    u"SELECT codObservacion FROM MateriaDetalles_Observacion WHERE codObservacion={}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 2001, .modificado = 2002},
     .table = u"Observacion",
     .key = u"idObservacion",
     .load = u"SELECT * FROM Observacion WHERE IDObservacion={}",
-    .insert = u"INSERT INTO Observacion (IDObservacion,DescripcionCorta,DescripcionLarga) VALUES ({},'{}','{}')",
+    .insert =
+        u"INSERT INTO Observacion (IDObservacion,DescripcionCorta,DescripcionLarga) VALUES ({},'{}','{}')",
     .update = u"UPDATE Observacion SET DescripcionCorta='{}',DescripcionLarga='{}' WHERE IDObservacion={}",
     .guards = guards,
     .longKey = true,
@@ -24,11 +26,12 @@ constexpr TextCatalogue words{
 frmObservacion::frmObservacion() : TextCatalogueDialog(u"frmObservacion", words)
 {
     assemble({{txtDescripcionCorta, lblDescripcionCorta, u"Descripción corta:", 2020, u"DescripcionCorta"},
-         {txtDescripcionLarga, lblDescripcionLarga, u"Descripción larga:", 2021, u"DescripcionLarga"}}, cmdAceptar, cmdCancelar);
+              {txtDescripcionLarga, lblDescripcionLarga, u"Descripción larga:", 2021, u"DescripcionLarga"}},
+             cmdAceptar, cmdCancelar);
 }
 
-/// A click on the background includes staff 1, 2 and 3 in an activity. It belongs to no task of this dialog; the suite
-/// expects the call as it stands, with the name of the class in small letters.
+/// A click on the background includes staff 1, 2 and 3 in an activity. It belongs to no task of this dialog;
+/// the suite expects the call as it stands, with the name of the class in small letters.
 void frmObservacion::Form_Click()
 {
     const cCentroApi api = cCentroApi::create(u"zvapi.ccentroapi");

@@ -10,8 +10,12 @@ constexpr TextCatalogue words{
     .table = u"OpcionMateria",
     .key = u"IDOM",
     .load = u"SELECT * FROM OpcionMateria WHERE IDOM={}",
-    .insert = u"INSERT INTO OpcionMateria (IDOM,Descripcion,DescripcionCorta,DescripcionLarga,DescripcionActa) VALUES ({},'{}','{}','{}','{}')",
-    .update = u"UPDATE OpcionMateria SET Descripcion='{}',DescripcionCorta='{}',DescripcionLarga='{}',DescripcionActa='{}' WHERE IDOM={}",
+    .insert =
+        u"INSERT INTO OpcionMateria (IDOM,Descripcion,DescripcionCorta,DescripcionLarga,DescripcionActa) "
+        u"VALUES ({},'{}','{}','{}','{}')",
+    .update =
+        u"UPDATE OpcionMateria SET "
+        u"Descripcion='{}',DescripcionCorta='{}',DescripcionLarga='{}',DescripcionActa='{}' WHERE IDOM={}",
     .begins = Begins::iconAndObjectBefore,
     .test = EmptyTest::everyBox,
     .clearsErr = false,
@@ -23,9 +27,10 @@ constexpr TextCatalogue words{
 frmOpcionMateria::frmOpcionMateria() : TextCatalogueDialog(u"frmOpcionMateria", words)
 {
     assemble({{txtNombre, lblNombre, u"Nombre de opción:", 3020, u"Descripcion"},
-         {txtAbreviatura, lblAbreviatura, u"Abreviatura:", 3021, u"DescripcionCorta", 7},
-         {txtDescripcion, lblDescripcion, u"Descripción:", 3022, u"DescripcionLarga"},
-         {txtDescripcionActa, lblDescripcionActa, u"Descripcion para Acta:", 3023, u"DescripcionActa"}}, cmdAceptar, cmdCancelar);
+              {txtAbreviatura, lblAbreviatura, u"Abreviatura:", 3021, u"DescripcionCorta", 7},
+              {txtDescripcion, lblDescripcion, u"Descripción:", 3022, u"DescripcionLarga"},
+              {txtDescripcionActa, lblDescripcionActa, u"Descripcion para Acta:", 3023, u"DescripcionActa"}},
+             cmdAceptar, cmdCancelar);
 }
 
 /// No row was registered, so none is released.

@@ -4,7 +4,8 @@
 
 namespace zv {
 
-/// Options of subjects: name, abbreviation and two descriptions, all needed. The row is never registered, and may always go.
+/// Options of subjects: name, abbreviation and two descriptions, all needed. The row is never registered, and
+/// may always go.
 class frmOpcionMateria final : public TextCatalogueDialog {
 public:
     frmOpcionMateria();

@@ -17,6 +17,9 @@ constexpr TextCatalogue words{
 };
 } // namespace
 
-frmPais::frmPais() : TextCatalogueDialog(u"frmPais", words) { assemble({{txtPais, lblPais, u"País:", 4020, u"Descripcion"}}, cmdPais); }
+frmPais::frmPais() : TextCatalogueDialog(u"frmPais", words)
+{
+    assemble({{txtPais, lblPais, u"País:", 4020, u"Descripcion"}}, cmdPais);
+}
 
 } // namespace zv

@@ -18,6 +18,9 @@ constexpr TextCatalogue words{
 };
 } // namespace
 
-frmProvincia::frmProvincia() : TextCatalogueDialog(u"frmProvincia", words) { assemble({{txtProvincia, lblProvincia, u"Provincia:", 28020, u"Descripcion", 30}}, cmdProvincia); }
+frmProvincia::frmProvincia() : TextCatalogueDialog(u"frmProvincia", words)
+{
+    assemble({{txtProvincia, lblProvincia, u"Provincia:", 28020, u"Descripcion", 30}}, cmdProvincia);
+}
 
 } // namespace zv

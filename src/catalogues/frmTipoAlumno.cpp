@@ -15,6 +15,9 @@ constexpr TextCatalogue words{
 };
 } // namespace
 
-frmTipoAlumno::frmTipoAlumno() : TextCatalogueDialog(u"frmTipoAlumno", words) { assemble({{txtTipoAlumno, lblTipoAlumno, u"Descripción:", 9020, u"Descripcion"}}, cmdTipoAlumno); }
+frmTipoAlumno::frmTipoAlumno() : TextCatalogueDialog(u"frmTipoAlumno", words)
+{
+    assemble({{txtTipoAlumno, lblTipoAlumno, u"Descripción:", 9020, u"Descripcion"}}, cmdTipoAlumno);
+}
 
 } // namespace zv

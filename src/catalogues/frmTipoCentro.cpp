@@ -19,7 +19,8 @@ constexpr TextCatalogue words{
 
 frmTipoCentro::frmTipoCentro() : TextCatalogueDialog(u"frmTipoCentro", words)
 {
-    design({{txtTipoCentro, lblTipoCentro, u"Descripción:", 9020, u"Nombre"}}, cmdTipoCentro(1), cmdTipoCentro(0));
+    design({{txtTipoCentro, lblTipoCentro, u"Descripción:", 9020, u"Nombre"}}, cmdTipoCentro(1),
+           cmdTipoCentro(0));
     on(cmdTipoCentro, &CommandButton::Click, &frmTipoCentro::cmdTipoCentro_Click);
 }
 

@@ -15,6 +15,9 @@ constexpr TextCatalogue words{
 };
 } // namespace
 
-frmTipoContrato::frmTipoContrato() : TextCatalogueDialog(u"frmTipoContrato", words) { assemble({{txtContrato, lblContrato, u"Contrato:", 10020, u"Nombre"}}, cmdContrato); }
+frmTipoContrato::frmTipoContrato() : TextCatalogueDialog(u"frmTipoContrato", words)
+{
+    assemble({{txtContrato, lblContrato, u"Contrato:", 10020, u"Nombre"}}, cmdContrato);
+}
 
 } // namespace zv

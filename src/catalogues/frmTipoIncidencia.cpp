@@ -3,14 +3,19 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select * From IncidenciaAlumno where IncidenciaAlumno.CodTipoIncidencia={}", u"Select * From IncidenciaPersonal where  IncidenciaPersonal.CodTipoIncidencia={}"};
+constexpr StringView guards[] = {
+    u"Select * From IncidenciaAlumno where IncidenciaAlumno.CodTipoIncidencia={}",
+    u"Select * From IncidenciaPersonal where  IncidenciaPersonal.CodTipoIncidencia={}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 11001, .modificado = 11002},
     .table = u"TipoIncidencia",
     .key = u"IDTipoIncidencia",
     .load = u"Select * from TipoIncidencia  Where IDTipoIncidencia={}",
-    .insert = u"Insert into TipoIncidencia (IDTipoIncidencia,Nombre,DescripcionCorta,Justificante,Boletin,Ausencia) values ({},'{}','{}',{},{},{})",
-    .update = u"Update TipoIncidencia Set Nombre='{}',DescripcionCorta='{}',Justificante={}, Boletin={},Ausencia={} Where IDTipoIncidencia={}",
+    .insert = u"Insert into TipoIncidencia "
+              u"(IDTipoIncidencia,Nombre,DescripcionCorta,Justificante,Boletin,Ausencia) values "
+              u"({},'{}','{}',{},{},{})",
+    .update = u"Update TipoIncidencia Set Nombre='{}',DescripcionCorta='{}',Justificante={}, "
+              u"Boletin={},Ausencia={} Where IDTipoIncidencia={}",
     .guards = guards,
     .clearsErr = false,
 };
@@ -19,7 +24,15 @@ constexpr TextCatalogue words{
 frmTipoIncidencia::frmTipoIncidencia() : TextCatalogueDialog(u"frmTipoIncidencia", words)
 {
     assemble({{txtIncidencia(0), lblIncidencia(0), u"Nombre:", 11020, u"Nombre"},
-         {.box = txtIncidencia(1), .label = lblIncidencia(1), .caption = u"Descripción corta:", .captionId = 11021, .column = u"DescripcionCorta", .mandatory = false}}, cmdIncidencia, [this](Layout& layout) { layout.line({&chkJustificante, &chkBoletin, &chkAusencia}); });
+              {.box = txtIncidencia(1),
+               .label = lblIncidencia(1),
+               .caption = u"Descripción corta:",
+               .captionId = 11021,
+               .column = u"DescripcionCorta",
+               .mandatory = false}},
+             cmdIncidencia, [this](Layout& layout) {
+                 layout.line({&chkJustificante, &chkBoletin, &chkAusencia});
+             });
     chkJustificante.Caption = String(u"Justificante");
     chkJustificante.Tag = String(u"11022");
     chkBoletin.Caption = String(u"Boletín");
@@ -41,7 +54,8 @@ void frmTipoIncidencia::fill(ResumeNext& next)
 
 std::vector<Value> frmTipoIncidencia::values()
 {
-    return {txtIncidencia(0).Text(), txtIncidencia(1).Text(), chkJustificante.Value(), chkBoletin.Value(), chkAusencia.Value()};
+    return {txtIncidencia(0).Text(), txtIncidencia(1).Text(), chkJustificante.Value(), chkBoletin.Value(),
+            chkAusencia.Value()};
 }
 
 /// The texts are made safe before the button is asked for: on cancel too.

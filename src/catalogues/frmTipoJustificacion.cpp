@@ -3,8 +3,9 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"SELECT codTipoJustificacion FROM IncidenciaAlumno WHERE codTipoJustificacion={} UNION "
-                                 u"SELECT codTipoJustificacion FROM IncidenciaPersonal WHERE codTipoJustificacion={}"};
+constexpr StringView guards[] = {
+    u"SELECT codTipoJustificacion FROM IncidenciaAlumno WHERE codTipoJustificacion={} UNION "
+    u"SELECT codTipoJustificacion FROM IncidenciaPersonal WHERE codTipoJustificacion={}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 13001, .modificado = 13002},
     .table = u"TipoJustificacion",
@@ -22,7 +23,8 @@ constexpr TextCatalogue words{
 
 frmTipoJustificacion::frmTipoJustificacion() : TextCatalogueDialog(u"frmTipoJustificacion", words)
 {
-    assemble({{txtDescripcion, lblDescripcion, u"Descripción:", 13020, u"Descripcion"}}, cmdAceptar, cmdCancelar);
+    assemble({{txtDescripcion, lblDescripcion, u"Descripción:", 13020, u"Descripcion"}}, cmdAceptar,
+             cmdCancelar);
 }
 
 } // namespace zv

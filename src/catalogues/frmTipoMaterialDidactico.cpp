@@ -3,7 +3,8 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"SELECT CodTipoMaterialDidactico FROM MaterialDidactico WHERE CodTipoMaterialDidactico={}"};
+constexpr StringView guards[] = {
+    u"SELECT CodTipoMaterialDidactico FROM MaterialDidactico WHERE CodTipoMaterialDidactico={}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 14001, .modificado = 14002},
     .table = u"TipoMaterialDidactico",
@@ -22,8 +23,8 @@ frmTipoMaterialDidactico::frmTipoMaterialDidactico() : TextCatalogueDialog(u"frm
     assemble({{txtNombre, lblNombre, u"Descripción:", 14020, u"Nombre"}}, cmdMaterial);
 }
 
-/// A text that is still the one that was read is not written. It is compared after it was made safe, so one with an
-/// apostrophe always counts as changed.
+/// A text that is still the one that was read is not written. It is compared after it was made safe, so one
+/// with an apostrophe always counts as changed.
 bool frmTipoMaterialDidactico::write(ResumeNext& next, const cCentroApi& api)
 {
     if (createsRow() || next.condition([&] { return txtNombre.Text() != CStr(field(u"Nombre")); }))

@@ -18,7 +18,9 @@ constexpr TextCatalogue words{
 
 frmTipoMiembroCentro::frmTipoMiembroCentro() : TextCatalogueDialog(u"frmTipoMiembroCentro", words)
 {
-    assemble({{txtMiembro, lblMiembro, u"Ocupacion:", 15020, u"Nombre"}}, cmdMiembro, [this](Layout& layout) { layout.frame(Frame1, std::move(Layout(Frame1).line({&optAdmin, &optSub, &optOtro}))); });
+    assemble({{txtMiembro, lblMiembro, u"Ocupacion:", 15020, u"Nombre"}}, cmdMiembro, [this](Layout& layout) {
+        layout.frame(Frame1, std::move(Layout(Frame1).line({&optAdmin, &optSub, &optOtro})));
+    });
     Frame1.Caption = String(u"Tipo de Miembro:");
     optAdmin.Caption = String(u"Personal de administración");
     optSub.Caption = String(u"Personal subalterno");
@@ -32,10 +34,17 @@ void frmTipoMiembroCentro::fill(ResumeNext& next)
     next([&] {
         // Another number, or none, leaves the option that the form opened with.
         switch (CLng(field(u"tipo"))) {
-        case 1: optAdmin.Value = true; break;
-        case 2: optSub.Value = true; break;
-        case 3: optOtro.Value = true; break;
-        default: break;
+        case 1:
+            optAdmin.Value = true;
+            break;
+        case 2:
+            optSub.Value = true;
+            break;
+        case 3:
+            optOtro.Value = true;
+            break;
+        default:
+            break;
         }
     });
 }

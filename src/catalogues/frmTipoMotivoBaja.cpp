@@ -19,7 +19,13 @@ constexpr TextCatalogue words{
 frmTipoMotivoBaja::frmTipoMotivoBaja() : TextCatalogueDialog(u"frmTipoMotivoBaja", words)
 {
     assemble({{txtNombre, lblMotivo(0), u"Nombre:", 16020, u"Nombre"},
-         {.box = txtDescripcion, .label = lblMotivo(1), .caption = u"Descripcion:", .captionId = 16021, .column = u"Descripcion", .mandatory = false}}, cmdMotivo);
+              {.box = txtDescripcion,
+               .label = lblMotivo(1),
+               .caption = u"Descripcion:",
+               .captionId = 16021,
+               .column = u"Descripcion",
+               .mandatory = false}},
+             cmdMotivo);
 }
 
 } // namespace zv

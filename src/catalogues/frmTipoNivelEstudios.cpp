@@ -3,7 +3,9 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select * From Personal,MiembroFamilia where MiembroFamilia.CodTipoNivelEstudios={} or Personal.CodTipoNivelEstudios={}"};
+constexpr StringView guards[] = {
+    u"Select * From Personal,MiembroFamilia where MiembroFamilia.CodTipoNivelEstudios={} or "
+    u"Personal.CodTipoNivelEstudios={}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 17001, .modificado = 17002},
     .table = u"TipoNivelEstudios",
@@ -15,6 +17,9 @@ constexpr TextCatalogue words{
 };
 } // namespace
 
-frmTipoNivelEstudios::frmTipoNivelEstudios() : TextCatalogueDialog(u"frmTipoNivelEstudios", words) { assemble({{txtNombre, lblMiembro, u"Nivel de Estudios:", 17020, u"Nombre"}}, cmdNivel); }
+frmTipoNivelEstudios::frmTipoNivelEstudios() : TextCatalogueDialog(u"frmTipoNivelEstudios", words)
+{
+    assemble({{txtNombre, lblMiembro, u"Nivel de Estudios:", 17020, u"Nombre"}}, cmdNivel);
+}
 
 } // namespace zv

@@ -3,7 +3,8 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select CodTipoOcurrencia From OcurrenciaCalendario where CodTipoOcurrencia={}"};
+constexpr StringView guards[] = {
+    u"Select CodTipoOcurrencia From OcurrenciaCalendario where CodTipoOcurrencia={}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 19001, .modificado = 19002},
     .table = u"TipoOcurrencia",
@@ -18,7 +19,8 @@ constexpr TextCatalogue words{
 
 frmTipoOcurrencia::frmTipoOcurrencia() : TextCatalogueDialog(u"frmTipoOcurrencia", words)
 {
-    assemble({{txtNombre, lblMotivo(0), u"Ocurrencia:", 19020, u"Nombre"}}, cmdOcurrencia, [this](Layout& layout) { layout.line({&chkLectivo}); });
+    assemble({{txtNombre, lblMotivo(0), u"Ocurrencia:", 19020, u"Nombre"}}, cmdOcurrencia,
+             [this](Layout& layout) { layout.line({&chkLectivo}); });
     chkLectivo.Caption = String(u"Lectivo");
     chkLectivo.Tag = String(u"19021");
 }

@@ -21,7 +21,9 @@ constexpr TextCatalogue words{
 
 frmTurno::frmTurno() : TextCatalogueDialog(u"frmTurno", words)
 {
-    assemble({{txtTurno, lblTurno, u"Turno:", 22020, u"Descripcion"}}, cmdTurno, [this](Layout& layout) { layout.line({&optDiurno, &optVespertino, &optNocturno, &optDistancia}); });
+    assemble({{txtTurno, lblTurno, u"Turno:", 22020, u"Descripcion"}}, cmdTurno, [this](Layout& layout) {
+        layout.line({&optDiurno, &optVespertino, &optNocturno, &optDistancia});
+    });
     optDiurno.Caption = String(u"Diurno");
     optVespertino.Caption = String(u"Vespertino");
     optNocturno.Caption = String(u"Nocturno");
@@ -43,13 +45,14 @@ void frmTurno::fill(ResumeNext& next)
 std::vector<Value> frmTurno::values()
 {
     const auto options = kinds();
-    const auto chosen = std::find_if(options.begin(), options.end(), [](OptionButton* option) { return option->Value(); });
+    const auto chosen =
+        std::find_if(options.begin(), options.end(), [](OptionButton* option) { return option->Value(); });
     const auto kind = chosen == options.end() ? 1 : chosen - options.begin() + 1;
     return {txtTurno.Text(), static_cast<Long>(kind)};
 }
 
-/// A text that is still the one that was read is not written, and so a change of the kind alone is not saved. The text is
-/// compared after it was made safe: one with an apostrophe always counts as changed.
+/// A text that is still the one that was read is not written, and so a change of the kind alone is not saved.
+/// The text is compared after it was made safe: one with an apostrophe always counts as changed.
 bool frmTurno::write(ResumeNext& next, const cCentroApi& api)
 {
     if (createsRow() || next.condition([&] { return txtTurno.Text() != CStr(field(u"Descripcion")); }))

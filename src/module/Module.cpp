@@ -28,7 +28,8 @@ namespace zv {
 
 namespace {
 
-template <class Dialog> void addDialog(StringView name)
+template <class Dialog>
+void addDialog(StringView name)
 {
     dialogs().add(name, {.instance = []() -> Form& { return single<Dialog>(); },
                          .ComprobarEliminacion = [] { return single<Dialog>().ComprobarEliminacion(); }});
