@@ -156,11 +156,25 @@ bool CatalogueDialog::unreferenced(std::span<const StringView> queries)
     return free;
 }
 
+void CatalogueDialog::choose(ComboBox& list, Long data)
+{
+    for (Long entry = 0; entry < list.ListCount(); ++entry)
+        if (list.ItemData(entry) == data) {
+            list.ListIndex = entry;
+            return;
+        }
+}
+
 void CatalogueDialog::releaseRow()
 {
-    const cConfiguracion& session = Configuracion();
     if (changesRow() && MarcaBloqueo() != u"B")
-        cCentroApi::create().EliminarRegistroActivo(session.conLocalCentro, Name(), session.lngRowData);
+        unregisterRow();
+}
+
+void CatalogueDialog::unregisterRow()
+{
+    const cConfiguracion& session = Configuracion();
+    cCentroApi::create().EliminarRegistroActivo(session.conLocalCentro, Name(), session.lngRowData);
 }
 
 void CatalogueDialog::leaveScreen()

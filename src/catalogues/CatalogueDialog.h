@@ -82,8 +82,14 @@ protected:
     /// result as the earlier ones gave it, False where it is the first.
     bool unreferenced(std::span<const StringView> queries);
 
+    // Lists.
+    /// Chooses the first entry with that number; without one the choice stays as it was.
+    static void choose(ComboBox& list, Long data);
+
     // Unload.
+    /// Takes the registration of the row away, unless another user holds it.
     void releaseRow();
+    void unregisterRow();
     void leaveScreen();
     void closeRows();
 

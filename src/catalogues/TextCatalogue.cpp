@@ -39,9 +39,9 @@ void TextCatalogueDialog::design(std::initializer_list<TextField> fields, Comman
 }
 
 void TextCatalogueDialog::assemble(std::initializer_list<TextField> fields, CommandButton& accept,
-                                   CommandButton& cancel)
+                                   CommandButton& cancel, const Extra& extra)
 {
-    design(fields, accept, cancel);
+    design(fields, accept, cancel, extra);
     on(accept.Click, &TextCatalogueDialog::cmdAceptar_Click);
     on(cancel.Click, &TextCatalogueDialog::cmdCancelar_Click);
 }
@@ -62,7 +62,7 @@ void TextCatalogueDialog::Form_Load()
     lockDown(next);
     title(next);
     localise(next, api);
-    if (!changesRow())
+    if (!beforeRow(next) || !changesRow())
         return;
     if (words_.clearsErr)
         Err().Clear();
@@ -79,6 +79,8 @@ void TextCatalogueDialog::showRow(ResumeNext& next, const cCentroApi& api)
     if (!words_.keepsRows)
         closeRows();
 }
+
+bool TextCatalogueDialog::beforeRow(ResumeNext&) { return true; }
 
 void TextCatalogueDialog::fill(ResumeNext& next)
 {

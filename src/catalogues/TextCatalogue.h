@@ -69,7 +69,8 @@ protected:
         for (CommandButton& button : buttons)
             button.Click.bind([this, index = button.Index()] { button_Click(index); });
     }
-    void assemble(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel);
+    void assemble(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel,
+                  const Extra& extra = nullptr);
 
     void Form_Load() override;
     void Form_Unload() override;
@@ -83,9 +84,11 @@ protected:
     virtual void title(ResumeNext& next) { tagCaption(next, words_.captions); }
     /// Reads the row, joins its text to the caption, shows it and registers the row.
     void showRow(ResumeNext& next, const cCentroApi& api);
+    /// What a load reads before the row, for a new one too. False ends the load there.
+    virtual bool beforeRow(ResumeNext& next);
     /// Puts the fields of the row into the boxes.
     virtual void fill(ResumeNext& next);
-    bool textGiven();
+    virtual bool textGiven();
     /// Inserts or updates. False where the dialog has to stay open.
     virtual bool write(ResumeNext& next, const cCentroApi& api);
     /// What the statements take beside the keys: the fields' texts in their order.

@@ -7,12 +7,14 @@
 #include "catalogues/frmObservacion.h"
 #include "catalogues/frmOpcionMateria.h"
 #include "catalogues/frmPais.h"
+#include "catalogues/frmPonderacion.h"
 #include "catalogues/frmProfesion.h"
 #include "catalogues/frmProvincia.h"
 #include "catalogues/frmTipoAlumno.h"
 #include "catalogues/frmTipoCentro.h"
 #include "catalogues/frmTipoContrato.h"
 #include "catalogues/frmTipoIncidencia.h"
+#include "catalogues/frmTipoIva.h"
 #include "catalogues/frmTipoJustificacion.h"
 #include "catalogues/frmTipoMaterialDidactico.h"
 #include "catalogues/frmTipoMiembroCentro.h"
@@ -20,6 +22,7 @@
 #include "catalogues/frmTipoNivelEstudios.h"
 #include "catalogues/frmTipoOcurrencia.h"
 #include "catalogues/frmTipoParentesco.h"
+#include "catalogues/frmTipoTarea.h"
 #include "catalogues/frmTurno.h"
 #include "session/DialogDirectory.h"
 #include "suite/CentroApi.h"
@@ -47,12 +50,14 @@ void installModule()
     addDialog<frmObservacion>(u"frmObservacion");
     addDialog<frmOpcionMateria>(u"frmOpcionMateria");
     addDialog<frmPais>(u"frmPais");
+    addDialog<frmPonderacion>(u"frmPonderacion");
     addDialog<frmProfesion>(u"frmProfesion");
     addDialog<frmProvincia>(u"frmProvincia");
     addDialog<frmTipoAlumno>(u"frmTipoAlumno");
     addDialog<frmTipoCentro>(u"frmTipoCentro");
     addDialog<frmTipoContrato>(u"frmTipoContrato");
     addDialog<frmTipoIncidencia>(u"frmTipoIncidencia");
+    addDialog<frmTipoIva>(u"frmTipoIva");
     addDialog<frmTipoJustificacion>(u"frmTipoJustificacion");
     addDialog<frmTipoMaterialDidactico>(u"frmTipoMaterialDidactico");
     addDialog<frmTipoMiembroCentro>(u"frmTipoMiembroCentro");
@@ -60,6 +65,7 @@ void installModule()
     addDialog<frmTipoNivelEstudios>(u"frmTipoNivelEstudios");
     addDialog<frmTipoOcurrencia>(u"frmTipoOcurrencia");
     addDialog<frmTipoParentesco>(u"frmTipoParentesco");
+    addDialog<frmTipoTarea>(u"frmTipoTarea");
     addDialog<frmTurno>(u"frmTurno");
 }
 

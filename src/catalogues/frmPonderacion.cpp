@@ -1,0 +1,89 @@
+#include "catalogues/frmPonderacion.h"
+
+#include "forms/Desktop.h"
+
+namespace zv {
+
+namespace {
+
+constexpr StringView guards[] = {
+    u"SELECT codPonderacion FROM prematriculacion_ponderacion WHERE codPonderacion={} "
+    u"UNION SELECT codPonderacion FROM Ponderacion_Centro WHERE codPonderacion={}"};
+constexpr TextCatalogue words{
+    .captions = {.nuevo = 5001, .modificado = 5002},
+    .table = u"ponderacion",
+    .key = u"idPonderacion",
+    .load = u"SELECT * FROM ponderacion WHERE IDponderacion={}",
+    .insert = u"INSERT INTO ponderacion (IDPonderacion,descripcion,puntuacion) VALUES ({},'{}',{})",
+    .update = u"UPDATE ponderacion SET descripcion='{}',puntuacion={} WHERE IDPonderacion={}",
+    .guards = guards,
+    .longKey = true,
+    .begins = Begins::objectBefore,
+    .clearsErr = false,
+    .keepsRows = false,
+};
+
+} // namespace
+
+frmPonderacion::frmPonderacion() : TextCatalogueDialog(u"frmPonderacion", words)
+{
+    txtPuntuacion.RightAligned = true;
+    assemble({{txtDescripcion, lblPonderacion, u"Ponderacion:", 5020, u"descripcion"},
+              {txtPuntuacion, lblPuntuacion, u"Puntuación:", 5021, u"Puntuacion", 5}},
+             cmdAceptar, cmdCancelar);
+    on(txtPuntuacion.KeyDown, &frmPonderacion::txtPuntuacion_KeyDown);
+    on(txtPuntuacion.KeyPress, &frmPonderacion::txtPuntuacion_KeyPress);
+}
+
+/// The caret cannot be moved, and the delete key clears the whole field.
+void frmPonderacion::txtPuntuacion_KeyDown(Integer& KeyCode)
+{
+    constexpr Integer firstArrow = 37;
+    constexpr Integer lastArrow = 40;
+    constexpr Integer deleteKey = 46;
+    if (KeyCode >= firstArrow && KeyCode <= lastArrow)
+        KeyCode = 0;
+    if (KeyCode == deleteKey) {
+        KeyCode = 0;
+        txtPuntuacion.Text = String();
+    }
+}
+
+/// The second digit brings the comma with it, and backspace over the comma takes that digit too. A key that
+/// is refused in a field of one character goes the same way as a character of code 0, at which a text ends:
+/// the digit stays alone.
+void frmPonderacion::txtPuntuacion_KeyPress(Integer& KeyAscii)
+{
+    constexpr Integer backspace = 8;
+    if (KeyAscii != backspace && !IsNumeric(String(1, static_cast<char16_t>(KeyAscii))))
+        KeyAscii = 0;
+    const String text = txtPuntuacion.Text();
+    if (KeyAscii != backspace && text.size() == 1) {
+        txtPuntuacion.Text = text + static_cast<char16_t>(KeyAscii) + u",";
+        KeyAscii = 0;
+    }
+    if (KeyAscii == backspace && text.ends_with(u','))
+        txtPuntuacion.Text = Left(text, 1);
+    SendKeys(u"{END}");
+}
+
+/// Asked by name, and the focus goes to the field that is empty.
+bool frmPonderacion::textGiven()
+{
+    for (Control* control : Controls) {
+        const auto* box = dynamic_cast<const TextBox*>(control);
+        if (box == nullptr || Left(box->Name(), 3) != u"txt" || !isBlank(*box))
+            continue;
+        warn(message::fieldsMissing, sign::information);
+        control->SetFocus();
+        return false;
+    }
+    return true;
+}
+
+std::vector<Value> frmPonderacion::values()
+{
+    return {txtDescripcion.Text(), Replace(txtPuntuacion.Text(), u",", u".")};
+}
+
+} // namespace zv

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "catalogues/TextCatalogue.h"
+
+namespace zv {
+
+/// Kinds of task: a text, and the occupation that the task belongs to. No node opens this dialog.
+class frmTipoTarea final : public TextCatalogueDialog {
+public:
+    frmTipoTarea();
+
+    TextBox txtNombre{*this, u"txtNombre"};
+    Label lblTarea{*this, u"lblTarea"};
+    ComboBox cboMiembroCentro{*this, u"cboMiembroCentro"};
+    Label lblMiembro{*this, u"lblMiembro"};
+    CommandButton cmdAceptar{*this, u"cmdAceptar"};
+    CommandButton cmdCancelar{*this, u"cmdCancelar"};
+
+private:
+    bool beforeRow(ResumeNext& next) override;
+    void fill(ResumeNext& next) override;
+    std::vector<Value> values() override;
+};
+
+} // namespace zv
