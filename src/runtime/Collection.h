@@ -7,9 +7,10 @@
 
 namespace zv {
 
-/// An ordered list whose elements may have a text key, matched without regard to case. Positions count from 1.
-/// An unknown key fails with 5, a taken one with 457, a position outside with 9.
-template <class T> class Collection {
+/// An ordered list whose elements may have a text key, matched without regard to case. Positions count
+/// from 1. An unknown key fails with 5, a taken one with 457, a position outside with 9.
+template <class T>
+class Collection {
     struct Entry {
         T item;
         String key;

@@ -162,10 +162,15 @@ struct ToNumber {
     }
     Double operator()(const ObjectPtr&) const { fail(failure::typeMismatch); }
     Double operator()(const LongArray&) const { fail(failure::typeMismatch); }
-    template <class Number> Double operator()(Number number) const { return static_cast<Double>(number); }
+    template <class Number>
+    Double operator()(Number number) const
+    {
+        return static_cast<Double>(number);
+    }
 };
 
-template <class Whole> Whole toWhole(const Value& value)
+template <class Whole>
+Whole toWhole(const Value& value)
 {
     const Double rounded = roundHalfEven(CDbl(value));
     if (!(rounded >= std::numeric_limits<Whole>::min() && rounded <= std::numeric_limits<Whole>::max()))
@@ -173,13 +178,13 @@ template <class Whole> Whole toWhole(const Value& value)
     return static_cast<Whole>(rounded);
 }
 
-/// A number in as many significant digits as its type holds, with a point, without trailing zeros; by its power of ten
-/// where it would need more places than that.
+/// A number in as many significant digits as its type holds, with a point, without trailing zeros; by its
+/// power of ten where it would need more places than that.
 std::string generalText(Double number, int significant)
 {
     char buffer[40];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, inRange(number), std::chars_format::scientific,
-                                   significant - 1)
+    const auto end = std::to_chars(buffer, buffer + sizeof buffer, inRange(number),
+                                   std::chars_format::scientific, significant - 1)
                          .ptr;
     const std::string scientific(buffer, end);
     const std::size_t mark = scientific.find('e');
@@ -196,13 +201,15 @@ std::string generalText(Double number, int significant)
     if (power >= significant || length - 1 - power > significant) {
         const std::string fraction = length > 1 ? "." + digits.substr(1) : "";
         const std::string place = std::to_string(std::abs(power));
-        return sign + digits.substr(0, 1) + fraction + (power < 0 ? "E-" : "E+") + (place.size() < 2 ? "0" : "") + place;
+        return sign + digits.substr(0, 1) + fraction + (power < 0 ? "E-" : "E+") +
+               (place.size() < 2 ? "0" : "") + place;
     }
     if (power < 0)
         return sign + "0." + std::string(static_cast<std::size_t>(-power - 1), '0') + digits;
     if (length <= power + 1)
         return sign + digits + std::string(static_cast<std::size_t>(power + 1 - length), '0');
-    return sign + digits.substr(0, static_cast<std::size_t>(power) + 1) + "." + digits.substr(static_cast<std::size_t>(power) + 1);
+    return sign + digits.substr(0, static_cast<std::size_t>(power) + 1) + "." +
+           digits.substr(static_cast<std::size_t>(power) + 1);
 }
 
 String withMark(const std::string& plain, char16_t mark)
@@ -232,13 +239,20 @@ struct ToText {
     String operator()(Empty) const { return {}; }
     String operator()(Null) const { fail(failure::invalidNull); }
     String operator()(bool truth) const { return truth ? u"Verdadero" : u"Falso"; }
-    String operator()(Single number) const { return withMark(generalText(static_cast<Double>(number), 7), mark); }
+    String operator()(Single number) const
+    {
+        return withMark(generalText(static_cast<Double>(number), 7), mark);
+    }
     String operator()(Double number) const { return withMark(generalText(number, 15), mark); }
     String operator()(Currency amount) const { return withMark(currencyText(amount), mark); }
     String operator()(const String& text) const { return text; }
     String operator()(const ObjectPtr&) const { fail(failure::typeMismatch); }
     String operator()(const LongArray&) const { fail(failure::typeMismatch); }
-    template <class Whole> String operator()(Whole number) const { return decimalText(number); }
+    template <class Whole>
+    String operator()(Whole number) const
+    {
+        return decimalText(number);
+    }
 };
 
 } // namespace

@@ -5,8 +5,9 @@
 
 namespace zv {
 
-/// Conversions of the language. They round half to even, follow the regional settings where text is involved, and fail
-/// with 6 (overflow), 13 (type mismatch) or 94 (Null where a value is needed). True is -1; Empty is 0, False or "".
+/// Conversions of the language. They round half to even, follow the regional settings where text is involved,
+/// and fail with 6 (overflow), 13 (type mismatch) or 94 (Null where a value is needed). True is -1; Empty is
+/// 0, False or "".
 bool CBool(const Value& value);
 Byte CByte(const Value& value);
 Integer CInt(const Value& value);
@@ -14,18 +15,19 @@ Long CLng(const Value& value);
 Single CSng(const Value& value);
 Double CDbl(const Value& value);
 Currency CCur(const Value& value);
-/// Text of a value: numbers with the regional decimal mark and no leading blank, truth values "Verdadero"/"Falso".
+/// Text of a value: numbers with the regional decimal mark and no leading blank, truth values
+/// "Verdadero"/"Falso".
 String CStr(const Value& value);
 /// The object in a value: 91 if it holds none, 13 if it holds something else.
 ObjectPtr CObj(const Value& value);
 
 /// Text of a number with a point as the decimal mark and a blank before one that is not negative.
 String Str(const Value& number);
-/// The number at the start of a text (point as decimal mark, blanks skipped, also between digits), 0 if there is none.
-/// Fails with 6 if it is too large.
+/// The number at the start of a text (point as decimal mark, blanks skipped, also between digits), 0 if there
+/// is none. Fails with 6 if it is too large.
 Double Val(StringView text);
-/// Whether the regional settings read the value as a number. Texts may have blanks around them, a sign in front or
-/// behind, grouping, one decimal mark and an exponent. "" and Null are none; Empty is one.
+/// Whether the regional settings read the value as a number. Texts may have blanks around them, a sign in
+/// front or behind, grouping, one decimal mark and an exponent. "" and Null are none; Empty is one.
 bool IsNumeric(const Value& value);
 /// A stored flag read as a truth value: Null counts as false.
 bool isTrue(const Value& value);

@@ -29,7 +29,10 @@ ObjectPtr CreateObject(StringView progId)
     return object;
 }
 
-void registerClass(StringView progId, ObjectFactory factory) { hostClasses()[String(progId)] = std::move(factory); }
+void registerClass(StringView progId, ObjectFactory factory)
+{
+    hostClasses()[String(progId)] = std::move(factory);
+}
 
 void registerBuiltInClass(StringView progId, ObjectFactory factory)
 {

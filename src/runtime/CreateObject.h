@@ -8,7 +8,8 @@ namespace zv {
 
 using ObjectFactory = std::function<ObjectPtr()>;
 
-/// A new object of the class of that ProgID (without regard to case). Fails with 429 if no class is registered.
+/// A new object of the class of that ProgID (without regard to case). Fails with 429 if no class is
+/// registered.
 ObjectPtr CreateObject(StringView progId);
 
 /// The host's own class under a ProgID: it wins over the built-in one. An empty factory takes it away again.

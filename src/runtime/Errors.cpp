@@ -39,8 +39,7 @@ StringView descriptionOf(std::int32_t number)
 
 RuntimeError::RuntimeError(std::int32_t number, String description)
     : number_(number), description_(std::move(description)), what_(toUtf8(description_))
-{
-}
+{}
 
 void fail(std::int32_t number, StringView detail)
 {

@@ -44,7 +44,8 @@ private:
     std::string what_;
 };
 
-/// Fails with one of the numbers above and its ordinary description; `detail` (a member's name, say) is put behind it.
+/// Fails with one of the numbers above and its ordinary description; `detail` (a member's name, say) is put
+/// behind it.
 [[noreturn]] void fail(std::int32_t number, StringView detail = {});
 
 /// The one global error state.
@@ -57,14 +58,15 @@ public:
 };
 ErrState& Err();
 
-/// The resume-next mode of a routine: each statement runs guarded, and a failure is abandoned and left in Err.
-/// Entering the mode (constructing) clears Err, and so does leave(); a statement that succeeds does not, and neither does
-/// the return from the routine (destruction).
+/// The resume-next mode of a routine: each statement runs guarded, and a failure is abandoned and left in
+/// Err. Entering the mode (constructing) clears Err, and so does leave(); a statement that succeeds does not,
+/// and neither does the return from the routine (destruction).
 class ResumeNext {
 public:
     ResumeNext();
     /// Runs one statement. True if it succeeded.
-    template <class Statement> bool operator()(Statement&& statement)
+    template <class Statement>
+    bool operator()(Statement&& statement)
     {
         try {
             statement();
@@ -75,7 +77,8 @@ public:
         }
     }
     /// The condition of an `If`: one that fails runs the branch behind it, so it counts as true.
-    template <class Condition> bool condition(Condition&& test)
+    template <class Condition>
+    bool condition(Condition&& test)
     {
         bool result = true;
         (*this)([&] { result = test(); });

@@ -34,7 +34,10 @@ Value get(const ObjectPtr& object, StringView member, Arguments arguments)
     return get(reached(object), member, std::move(arguments));
 }
 
-void let(const ObjectPtr& object, StringView member, Value value) { let(reached(object), member, std::move(value)); }
+void let(const ObjectPtr& object, StringView member, Value value)
+{
+    let(reached(object), member, std::move(value));
+}
 
 Value call(const ObjectPtr& object, StringView member, Arguments arguments)
 {

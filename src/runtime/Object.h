@@ -25,8 +25,8 @@ public:
 
     /// The kind's name, such as "TextBox".
     virtual StringView TypeName() const = 0;
-    /// Reads, writes (the new value is the last argument) or calls a member. Fails with 438 if there is none of that name,
-    /// 450 if the number of arguments is wrong.
+    /// Reads, writes (the new value is the last argument) or calls a member. Fails with 438 if there is none
+    /// of that name, 450 if the number of arguments is wrong.
     virtual Value invoke(StringView member, Access access, Arguments& arguments) = 0;
 };
 
@@ -47,7 +47,8 @@ const Value& argument(const Arguments& arguments, std::size_t position);
 ObjectPtr uncounted(Object& object);
 
 /// Members of a class by name, shared by all its instances.
-template <class T> class MemberTable {
+template <class T>
+class MemberTable {
 public:
     using Getter = std::function<Value(T&, const Arguments&)>;
     using Setter = std::function<void(T&, const Arguments&)>; ///< The last argument is the new value.
@@ -59,11 +60,14 @@ public:
         return *this;
     }
     /// A plain data member, converted on writing by `convert`, one of the C... functions.
-    template <class M, class Convert> MemberTable& field(StringView name, M T::*member, Convert convert)
+    template <class M, class Convert>
+    MemberTable& field(StringView name, M T::*member, Convert convert)
     {
         return property(
             name, [member](T& self, const Arguments&) { return Value(self.*member); },
-            [member, convert](T& self, const Arguments& arguments) { self.*member = convert(arguments.back()); });
+            [member, convert](T& self, const Arguments& arguments) {
+                self.*member = convert(arguments.back());
+            });
     }
     MemberTable& method(StringView name, Method method)
     {

@@ -46,8 +46,9 @@ Region regionOfLocale(std::string_view localeName)
 {
     const std::string_view place = localeName.substr(0, localeName.find_first_of(".@"));
     const std::string_view language = place.substr(0, place.find('_'));
-    const bool point = std::find(pointLanguages.begin(), pointLanguages.end(), language) != pointLanguages.end() ||
-                       std::find(pointPlaces.begin(), pointPlaces.end(), place) != pointPlaces.end();
+    const bool point =
+        std::find(pointLanguages.begin(), pointLanguages.end(), language) != pointLanguages.end() ||
+        std::find(pointPlaces.begin(), pointPlaces.end(), place) != pointPlaces.end();
     return point ? pointRegion : spanishRegion;
 }
 

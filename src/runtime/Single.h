@@ -11,12 +11,14 @@ void onReset(std::function<void()> undo);
 void resetSingles();
 
 /// The one global instance of a class, created at its first use and kept until the process ends.
-template <class T> std::unique_ptr<T>& singleSlot()
+template <class T>
+std::unique_ptr<T>& singleSlot()
 {
     static std::unique_ptr<T> slot;
     return slot;
 }
-template <class T> T& single()
+template <class T>
+T& single()
 {
     std::unique_ptr<T>& slot = singleSlot<T>();
     if (!slot) {
@@ -26,6 +28,10 @@ template <class T> T& single()
     return *slot;
 }
 /// Whether the instance exists already; asking does not create it.
-template <class T> bool hasSingle() { return static_cast<bool>(singleSlot<T>()); }
+template <class T>
+bool hasSingle()
+{
+    return static_cast<bool>(singleSlot<T>());
+}
 
 } // namespace zv

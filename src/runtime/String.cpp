@@ -15,7 +15,10 @@ constexpr char32_t replacement = 0xFFFD;
 bool isHigh(char16_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool isLow(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-char16_t lowerUnit(char16_t unit) { return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit; }
+char16_t lowerUnit(char16_t unit)
+{
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
+}
 
 /// The character at a place, and how many units it takes.
 std::pair<char32_t, std::size_t> decode(StringView text, std::size_t at)

@@ -36,30 +36,41 @@ struct Null {
     bool operator==(const Null&) const = default;
 };
 
+class Value;
+using ValueData = std::variant<Empty, Null, bool, Byte, Integer, Long, Single, Double, Currency, String,
+                               ObjectPtr, LongArray>;
+
+/// What a value is made of directly. A pointer is not: it would become a truth value.
+template <class T>
+concept Storable =
+    !std::same_as<std::remove_cvref_t<T>, Value> && !std::is_pointer_v<std::remove_cvref_t<T>> &&
+    !std::is_array_v<std::remove_cvref_t<T>> && std::constructible_from<ValueData, T>;
+template <class T>
+concept ObjectClass = std::derived_from<T, Object>;
+
 /// What a late-bound member takes and gives, and what a field of a row holds.
 class Value {
 public:
-    using Data = std::variant<Empty, Null, bool, Byte, Integer, Long, Single, Double, Currency, String, ObjectPtr, LongArray>;
+    using Data = ValueData;
 
     Value() = default;
-    template <class T>
-        requires std::constructible_from<Data, T&&> && (!std::same_as<std::remove_cvref_t<T>, Value>) &&
-                 (!std::is_pointer_v<std::remove_cvref_t<T>>) && (!std::is_array_v<std::remove_cvref_t<T>>)
+    template <Storable T>
     Value(T&& data) : data_(std::forward<T>(data))
-    {
-    }
+    {}
     Value(StringView text) : data_(String(text)) {}
     Value(const char16_t* text) : data_(String(text)) {}
-    template <class T>
-        requires std::derived_from<T, Object>
+    template <ObjectClass T>
     Value(std::shared_ptr<T> object) : data_(ObjectPtr(std::move(object)))
-    {
-    }
+    {}
 
     bool isEmpty() const { return std::holds_alternative<Empty>(data_); }
     bool isNull() const { return std::holds_alternative<Null>(data_); }
     const Data& data() const { return data_; }
-    template <class T> const T* as() const { return std::get_if<T>(&data_); }
+    template <class T>
+    const T* as() const
+    {
+        return std::get_if<T>(&data_);
+    }
 
 private:
     Data data_;

@@ -20,7 +20,8 @@ public:
             MemberTable<Cuenta>()
                 .field(u"Saldo", &Cuenta::saldo, CLng)
                 .property(u"Nombre", [](Cuenta&, const Arguments&) { return Value(u"Caja"); })
-                .property(u"Clave", nullptr, [](Cuenta& self, const Arguments& a) { self.saldo = CLng(a.back()); })
+                .property(u"Clave", nullptr,
+                          [](Cuenta& self, const Arguments& a) { self.saldo = CLng(a.back()); })
                 .method(u"Partir", [](Cuenta& self, Arguments& a) {
                     if (a.size() != 2)
                         fail(failure::argumentCount, u"Partir");
@@ -130,8 +131,7 @@ TEST(LateBound, members_are_reached_by_name)
              {91, [] { get(ObjectPtr{}, u"Saldo"); }},
              {91, [] { let(ObjectPtr{}, u"Saldo", Long{1}); }},
              {91, [] { call(ObjectPtr{}, u"Partir"); }},
-             {91, [&] { callByReference({}, u"Partir", none); }},
-         })
+             {91, [&] { callByReference({}, u"Partir", none); }}})
         EXPECT_EQ(numberOf(act), number);
     EXPECT_EQ(cuenta->saldo, 23) << "a failed assignment leaves what was held";
 }
@@ -162,7 +162,9 @@ TEST(LateBound, a_bag_has_the_members_put_into_it)
 
 TEST(Classes, the_host_wins_and_names_regard_no_case)
 {
-    const auto made = [](StringView name) { return [name] { return std::make_shared<PropertyBag>(String(name)); }; };
+    const auto made = [](StringView name) {
+        return [name] { return std::make_shared<PropertyBag>(String(name)); };
+    };
     EXPECT_EQ(numberOf([] { CreateObject(u"Prueba.cUno"); }, u"Prueba.cUno"), 429);
     registerClass(u"prueba.cuno", made(u"del host"));
     registerBuiltInClass(u"Prueba.cUno", made(u"propio"));
