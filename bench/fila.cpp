@@ -8,6 +8,7 @@
 #include "forms/Acts.h"
 #include "forms/Desktop.h"
 #include "module/Module.h"
+#include "runtime/Single.h"
 #include "session/HostSession.h"
 #include "session/cAsignarDatos.h"
 #include "session/cConstCol.h"
@@ -83,7 +84,7 @@ struct Stage {
     {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
-        registerEngine(sqliteEngine({.synchronous = Synchronous::off}));
+        registerEngine(sqliteEngine(Durability::off));
         installModule();
         School school = createSchool(u"sqlite:" + fromUtf8(file));
         centro = std::make_shared<RecordingConnection>(school.centro);
