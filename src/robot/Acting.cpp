@@ -11,7 +11,8 @@ namespace zv {
 namespace {
 
 /// Does an act if the control can be acted upon, and says so if it cannot.
-template <class C, class Act> void actOn(Play& play, const GuionArgument& name, StringView kind, Act act)
+template <class C, class Act>
+void actOn(Play& play, const GuionArgument& name, StringView kind, Act act)
 {
     static_cast<void>(play.formToActOn());
     Control& control = play.control(name);
@@ -22,12 +23,14 @@ template <class C, class Act> void actOn(Play& play, const GuionArgument& name, 
         play.observe(u"inaccesible " + control.fullName());
 }
 
-template <class Act> void actOnText(Play& play, const GuionArgument& name, Act act)
+template <class Act>
+void actOnText(Play& play, const GuionArgument& name, Act act)
 {
     actOn<TextBox>(play, name, u"un cuadro de texto", act);
 }
 
-template <class Act> void actOnGrid(Play& play, const GuionArguments& a, Act act)
+template <class Act>
+void actOnGrid(Play& play, const GuionArguments& a, Act act)
 {
     actOn<MSFlexGrid>(play, a[0], u"una rejilla", [&](Person& person, MSFlexGrid& grid) {
         const Long row = numberIn(a[1]);
@@ -41,7 +44,8 @@ template <class Act> void actOnGrid(Play& play, const GuionArguments& a, Act act
 
 void foco(Play& play, const GuionArguments& a)
 {
-    actOn<Control>(play, a[0], u"un control", [](Person& person, Control& control) { return person.focus(control); });
+    actOn<Control>(play, a[0], u"un control",
+                   [](Person& person, Control& control) { return person.focus(control); });
 }
 
 void teclear(Play& play, const GuionArguments& a)
@@ -64,15 +68,15 @@ void escribir(Play& play, const GuionArguments& a)
 void tecla(Play& play, const GuionArguments& a)
 {
     constexpr std::pair<StringView, Key> keys[] = {
-        {u"ENTER", Key::Enter}, {u"ESC", Key::Escape}, {u"TAB", Key::Tab},  {u"BS", Key::Backspace},
-        {u"DEL", Key::Delete},  {u"IZQ", Key::Left},   {u"DER", Key::Right}, {u"ARR", Key::Up},
+        {u"ENTER", Key::Enter}, {u"ESC", Key::Escape},  {u"TAB", Key::Tab},   {u"BS", Key::Backspace},
+        {u"DEL", Key::Delete},  {u"IZQ", Key::Left},    {u"DER", Key::Right}, {u"ARR", Key::Up},
         {u"ABA", Key::Down},    {u"INICIO", Key::Home}, {u"FIN", Key::End},
     };
     for (const auto& [name, key] : keys)
         if (sameName(name, a[1].text))
-            return actOn<Control>(play, a[0], u"un control", [pressed = key](Person& person, Control& control) {
-                return person.key(control, pressed);
-            });
+            return actOn<Control>(
+                play, a[0], u"un control",
+                [pressed = key](Person& person, Control& control) { return person.key(control, pressed); });
     play.mistake(u"las teclas son ENTER ESC TAB BS DEL IZQ DER ARR ABA INICIO FIN");
 }
 
@@ -93,8 +97,8 @@ void seleccionar(Play& play, const GuionArguments& a)
 void pulsar(Play& play, const GuionArguments& a)
 {
     actOn<Control>(play, a[0], u"un control", [&](Person& person, Control& control) {
-        const bool clickable = dynamic_cast<CommandButton*>(&control) || dynamic_cast<OptionButton*>(&control) ||
-                               dynamic_cast<CheckBox*>(&control);
+        const bool clickable = dynamic_cast<CommandButton*>(&control) ||
+                               dynamic_cast<OptionButton*>(&control) || dynamic_cast<CheckBox*>(&control);
         if (!clickable)
             play.mistake(control.fullName() + u" no es un botón, una opción ni una casilla");
         return person.click(control);
@@ -139,7 +143,8 @@ void doble(Play& play, const GuionArguments& a)
 
 void desplazar(Play& play, const GuionArguments& a)
 {
-    actOnGrid(play, a, [](Person& person, MSFlexGrid& grid, Long row, Long) { return person.scroll(grid, row); });
+    actOnGrid(play, a,
+              [](Person& person, MSFlexGrid& grid, Long row, Long) { return person.scroll(grid, row); });
 }
 
 void pestana(Play& play, const GuionArguments& a)
@@ -147,7 +152,8 @@ void pestana(Play& play, const GuionArguments& a)
     actOn<TabStrip>(play, a[0], u"una tira de pestañas", [&](Person& person, TabStrip& strip) {
         const Long tab = numberIn(a[1]);
         if (tab < 1 || tab > strip.tabCount())
-            play.mistake(strip.fullName() + u" tiene " + decimalText(strip.tabCount()) + u" pestañas, contadas desde 1");
+            play.mistake(strip.fullName() + u" tiene " + decimalText(strip.tabCount()) +
+                         u" pestañas, contadas desde 1");
         return person.clickTab(strip, tab);
     });
 }
@@ -165,11 +171,11 @@ void cerrar(Play& play, const GuionArguments&)
 }
 
 constexpr Verb verbs[] = {
-    {u"foco", u"c", foco},           {u"teclear", u"ct", teclear},     {u"escribir", u"ct", escribir},
-    {u"tecla", u"cw", tecla},        {u"pegar", u"ct", pegar},         {u"seleccionar", u"cnn", seleccionar},
-    {u"pulsar", u"c", pulsar},       {u"elegir", u"ce", elegir},       {u"celda", u"cnn", celda},
-    {u"doble", u"cnn", doble},       {u"desplazar", u"cn", desplazar}, {u"pestana", u"cn", pestana},
-    {u"fondo", u"", fondo},          {u"cerrar", u"", cerrar},
+    {u"foco", u"c", foco},     {u"teclear", u"ct", teclear},     {u"escribir", u"ct", escribir},
+    {u"tecla", u"cw", tecla},  {u"pegar", u"ct", pegar},         {u"seleccionar", u"cnn", seleccionar},
+    {u"pulsar", u"c", pulsar}, {u"elegir", u"ce", elegir},       {u"celda", u"cnn", celda},
+    {u"doble", u"cnn", doble}, {u"desplazar", u"cn", desplazar}, {u"pestana", u"cn", pestana},
+    {u"fondo", u"", fondo},    {u"cerrar", u"", cerrar},
 };
 
 } // namespace

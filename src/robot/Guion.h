@@ -34,10 +34,10 @@ struct GuionCommand {
 
 /// A line of the file, with what it means.
 struct GuionLine {
-    String text;                          ///< Without its ending.
-    String ending;                        ///< "\n", "\r\n", or "" for a last line that has none.
-    std::optional<String> expectation;    ///< What stands behind "> ".
-    std::optional<std::size_t> command;   ///< Place among the commands.
+    String text;                        ///< Without its ending.
+    String ending;                      ///< "\n", "\r\n", or "" for a last line that has none.
+    std::optional<String> expectation;  ///< What stands behind "> ".
+    std::optional<std::size_t> command; ///< Place among the commands.
 };
 
 struct Guion {

@@ -7,14 +7,15 @@ namespace zv {
 
 namespace {
 
-/// Members of controls that are no properties and may be read all the same, with the number of their arguments.
+/// Members of controls that are no properties and may be read all the same, with the number of their
+/// arguments.
 struct Readable {
     StringView name;
     std::size_t indices;
 };
 constexpr Readable readable[] = {
-    {u"Text", 0},      {u"ListCount", 0}, {u"List", 1}, {u"ItemData", 1}, {u"TextMatrix", 2},
-    {u"RowData", 1},   {u"ColWidth", 1},  {u"Tabs", 1}, {u"Selected", 1},
+    {u"Text", 0},    {u"ListCount", 0}, {u"List", 1}, {u"ItemData", 1}, {u"TextMatrix", 2},
+    {u"RowData", 1}, {u"ColWidth", 1},  {u"Tabs", 1}, {u"Selected", 1},
 };
 
 bool canBeRead(const Control& control, const MemberName& member)
@@ -66,7 +67,8 @@ void look(Play& play, const GuionArgument& path)
 {
     const std::size_t point = path.text.find(u'.');
     const GuionArgument owner{{}, path.text.substr(0, point), false};
-    const auto member = parseMember(point == String::npos ? StringView() : StringView(path.text).substr(point + 1));
+    const auto member =
+        parseMember(point == String::npos ? StringView() : StringView(path.text).substr(point + 1));
     if (!member || !parseMember(owner.text))
         play.mistake(u"se ve CONTROL.PROPIEDAD, con los índices entre paréntesis");
     try {

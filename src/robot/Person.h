@@ -4,8 +4,8 @@
 
 namespace zv {
 
-/// The hands of a guion: does to the dialogs what a person does. An act on what cannot be acted upon does nothing and returns
-/// false. Indices are within their range.
+/// The hands of a guion: does to the dialogs what a person does. An act on what cannot be acted upon does
+/// nothing and returns false. Indices are within their range.
 class Person {
 public:
     virtual ~Person() = default;

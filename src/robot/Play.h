@@ -8,14 +8,16 @@ namespace zv {
 
 class Play;
 
-/// Where a guion is played: the desktop that shows the dialogs and tells the play what it sees, and the person at it.
+/// Where a guion is played: the desktop that shows the dialogs and tells the play what it sees, and the
+/// person at it.
 struct Stage {
     std::unique_ptr<Desktop> desktop;
     std::unique_ptr<Person> person;
 };
 using StageMaker = std::function<Stage(Play&)>;
 
-/// One guion that is being played: reads command after command, also while a dialog is open, and takes down what is observed.
+/// One guion that is being played: reads command after command, also while a dialog is open, and takes down
+/// what is observed.
 class Play {
 public:
     Play(const Guion& guion, const School& school, const StageMaker& stage);

@@ -76,8 +76,7 @@ class Runner {
 public:
     Runner(const Options& options, const StageMaker& stage, std::ostream& out, std::ostream& err)
         : options_(options), stage_(stage), out_(out), err_(err)
-    {
-    }
+    {}
 
     int run()
     {
@@ -108,8 +107,8 @@ private:
     {
         for (const GuionCommand& command : guion.commands)
             checkCommand(command);
-        const School school =
-            options_.existing ? openSchool(*options_.existing) : temporarySchool(options_.fresh.value_or(u"sqlite:"));
+        const School school = options_.existing ? openSchool(*options_.existing)
+                                                : temporarySchool(options_.fresh.value_or(u"sqlite:"));
         engine_ = school.centro->engine();
         Play play(guion, school, stage_);
         try {

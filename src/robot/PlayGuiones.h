@@ -7,8 +7,8 @@
 
 namespace zv {
 
-/// The command line behind "guion": plays files on a stage. Transcripts and results go to `out`, mistakes (file, line and reason)
-/// to `err`.
+/// The command line behind "guion": plays files on a stage. Transcripts and results go to `out`, mistakes
+/// (file, line and reason) to `err`.
 ///   --comprobar   compares with the lines that are expected
 ///   --reescribir  writes what was observed into the files
 ///   --bd URL      fresh databases there instead of in memory

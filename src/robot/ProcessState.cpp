@@ -12,7 +12,8 @@ constexpr StringView apiClass = u"ZVApi.cCentroApi";
 } // namespace
 
 ProcessState::ProcessState(School databases, std::function<void(String)> observe)
-    : school(std::move(databases)), api_(registeredClass(apiClass)), desktop_(hasDesktop() ? &desktop() : nullptr)
+    : school(std::move(databases)), api_(registeredClass(apiClass)),
+      desktop_(hasDesktop() ? &desktop() : nullptr)
 {
     tracing.observe = std::move(observe);
     School forModule = school;

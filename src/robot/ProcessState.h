@@ -7,8 +7,9 @@
 
 namespace zv {
 
-/// What a guion finds at its start: single instances, regional settings, failures and sent keys as in a new process, a session
-/// object on the given databases, the helper object traced. Its end puts back what belongs to the process around it.
+/// What a guion finds at its start: single instances, regional settings, failures and sent keys as in a new
+/// process, a session object on the given databases, the helper object traced. Its end puts back what belongs
+/// to the process around it.
 class ProcessState {
 public:
     ProcessState(School school, std::function<void(String)> observe);

@@ -20,7 +20,10 @@ public:
     }
     void beep() override { play_.observe(u"bip"); }
     void doEvents() override {}
-    void handlerFailed(const RuntimeError& error) override { play_.observe(u"error " + decimalText(error.number())); }
+    void handlerFailed(const RuntimeError& error) override
+    {
+        play_.observe(u"error " + decimalText(error.number()));
+    }
 
 private:
     Play& play_;
@@ -33,7 +36,10 @@ public:
     bool type(Control& control, StringView text) override { return Acts(control.form()).type(control, text); }
     bool key(Control& control, Key key) override { return Acts(control.form()).key(control, key); }
     bool paste(TextBox& box, StringView text) override { return Acts(box.form()).paste(box, text); }
-    bool select(TextBox& box, Long start, Long length) override { return Acts(box.form()).select(box, start, length); }
+    bool select(TextBox& box, Long start, Long length) override
+    {
+        return Acts(box.form()).select(box, start, length);
+    }
     bool choose(ComboBox& box, Long index) override { return Acts(box.form()).choose(box, index); }
     bool clickCell(MSFlexGrid& grid, Long row, Long column) override
     {
@@ -51,6 +57,9 @@ public:
 
 } // namespace
 
-Stage scriptedStage(Play& play) { return {std::make_unique<ScriptedDesktop>(play), std::make_unique<ActingPerson>()}; }
+Stage scriptedStage(Play& play)
+{
+    return {std::make_unique<ScriptedDesktop>(play), std::make_unique<ActingPerson>()};
+}
 
 } // namespace zv

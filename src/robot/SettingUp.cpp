@@ -26,8 +26,14 @@ void useDatabase(Play& play, Connection& connection, StringView statement)
 }
 
 void sql(Play& play, const GuionArguments& a) { useDatabase(play, *play.state().school.centro, a[0].text); }
-void borrado(Play& play, const GuionArguments& a) { useDatabase(play, *play.state().school.borrado, a[0].text); }
-void entrada(Play& play, const GuionArguments& a) { useDatabase(play, *play.state().school.entrada, a[0].text); }
+void borrado(Play& play, const GuionArguments& a)
+{
+    useDatabase(play, *play.state().school.borrado, a[0].text);
+}
+void entrada(Play& play, const GuionArguments& a)
+{
+    useDatabase(play, *play.state().school.entrada, a[0].text);
+}
 
 /// True, False or a number; nothing for what is neither.
 std::optional<Value> bareValue(StringView text)
@@ -52,7 +58,8 @@ void sesion(Play& play, const GuionArguments& members)
             play.mistake(u"el objeto de sesión no tiene el miembro " + member.name);
         const auto value = member.quoted ? std::optional(Value(member.text)) : bareValue(member.text);
         if (!value)
-            play.mistake(u"el valor de " + member.name + u" es True, False, un número o un texto entre comillas");
+            play.mistake(u"el valor de " + member.name +
+                         u" es True, False, un número o un texto entre comillas");
         let(*play.state().session, member.name, *value);
     }
 }
@@ -103,8 +110,8 @@ void traza(Play& play, const GuionArguments& a)
         bool sql;
         bool api;
     };
-    for (const Choice& choice : {Choice{u"sql", true, false}, Choice{u"api", false, true}, Choice{u"todo", true, true},
-                                 Choice{u"no", false, false}})
+    for (const Choice& choice : {Choice{u"sql", true, false}, Choice{u"api", false, true},
+                                 Choice{u"todo", true, true}, Choice{u"no", false, false}})
         if (sameName(choice.name, a[0].text)) {
             play.state().tracing.sql = choice.sql;
             play.state().tracing.api = choice.api;
@@ -114,8 +121,9 @@ void traza(Play& play, const GuionArguments& a)
 }
 
 constexpr Verb verbs[] = {
-    {u"sesion", u"a+", sesion},   {u"region", u"w", regionalMark}, {u"sql", u"t", sql},      {u"borrado", u"t", borrado},
-    {u"entrada", u"t", entrada},  {u"ocupar", u"wnn", ocupar},     {u"fallar", u"nt?n", fallar}, {u"traza", u"w", traza},
+    {u"sesion", u"a+", sesion},   {u"region", u"w", regionalMark}, {u"sql", u"t", sql},
+    {u"borrado", u"t", borrado},  {u"entrada", u"t", entrada},     {u"ocupar", u"wnn", ocupar},
+    {u"fallar", u"nt?n", fallar}, {u"traza", u"w", traza},
 };
 
 } // namespace

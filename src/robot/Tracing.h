@@ -8,8 +8,8 @@
 
 namespace zv {
 
-/// What is traced of the module's use of its live database and of the suite's helper object, and which statements are made to
-/// fail.
+/// What is traced of the module's use of its live database and of the suite's helper object, and which
+/// statements are made to fail.
 struct Tracing {
     struct Failure {
         std::int32_t number = 0;
@@ -37,7 +37,8 @@ private:
     Tracing& tracing_;
 };
 
-/// A class whose objects show each call and pass it on to one of the given class, with connections that are not traced.
+/// A class whose objects show each call and pass it on to one of the given class, with connections that are
+/// not traced.
 ObjectFactory tracedApi(ObjectFactory inner, Tracing& tracing);
 
 } // namespace zv

@@ -8,18 +8,26 @@ namespace {
 
 constexpr StringView anyRun = u"{*}";
 
-/// The observed lines as they are written back: an expectation with "{*}" that fits one is kept.
+/// The observed lines as they are written back: an expectation with "{*}" that still fits one is kept, in
+/// such an order that as many lines as possible are.
 std::vector<String> written(const std::vector<String>& expected, const std::vector<String>& observed)
 {
+    if (std::ranges::none_of(expected, [](const String& line) { return line.find(anyRun) != String::npos; }))
+        return observed;
+    // How many lines fit at best from a place in each of both on.
+    std::vector<std::vector<std::size_t>> best(expected.size() + 1,
+                                               std::vector<std::size_t>(observed.size() + 1));
+    for (std::size_t e = expected.size(); e-- > 0;)
+        for (std::size_t o = observed.size(); o-- > 0;)
+            best[e][o] = fits(expected[e], observed[o]) ? best[e + 1][o + 1] + 1
+                                                        : std::max(best[e + 1][o], best[e][o + 1]);
     std::vector<String> result;
-    auto from = expected.begin();
-    for (const String& seen : observed) {
-        const auto keep = std::find_if(from, expected.end(), [&](const String& line) {
-            return line.find(anyRun) != String::npos && fits(line, seen);
-        });
-        result.push_back(keep == expected.end() ? seen : *keep);
-        if (keep != expected.end())
-            from = keep + 1;
+    std::size_t e = 0;
+    for (std::size_t o = 0; o < observed.size(); ++o) {
+        while (e < expected.size() && !fits(expected[e], observed[o]) && best[e + 1][o] > best[e][o + 1])
+            ++e;
+        const bool keep = e < expected.size() && fits(expected[e], observed[o]);
+        result.push_back(keep ? expected[e++] : observed[o]);
     }
     return result;
 }
@@ -54,8 +62,8 @@ void Transcript::observe(StringView line)
 
 /// A command that was read, and the lines under it.
 struct Transcript::Block {
-    std::size_t first;          ///< Place of the command's line.
-    std::size_t end;            ///< Place behind the last line.
+    std::size_t first;               ///< Place of the command's line.
+    std::size_t end;                 ///< Place behind the last line.
     std::vector<std::size_t> places; ///< Of the lines with an expectation.
     std::vector<String> expected;
 };

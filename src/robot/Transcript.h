@@ -15,8 +15,8 @@ public:
     void observe(StringView line);
     std::size_t commandsRead() const { return observed_.size(); }
 
-    /// The file's lines, up to the last command that was read, with what was observed in the place of what was expected.
-    /// A line with "{*}" that fits stays as it is.
+    /// The file's lines, up to the last command that was read, with what was observed in the place of what
+    /// was expected. A line with "{*}" that fits stays as it is.
     String text() const;
 
     struct Difference {

@@ -11,12 +11,14 @@ namespace zv {
 namespace {
 
 /// All digits, never an exponent.
-template <class Number> String digits(Number number)
+template <class Number>
+String digits(Number number)
 {
     if (number == 0)
         return u"0";
     std::array<char, 512> room{};
-    const auto end = std::to_chars(room.data(), room.data() + room.size(), number, std::chars_format::fixed).ptr;
+    const auto end =
+        std::to_chars(room.data(), room.data() + room.size(), number, std::chars_format::fixed).ptr;
     return {room.data(), end};
 }
 
@@ -29,7 +31,10 @@ struct ToText {
     String operator()(Long number) const { return decimalText(number); }
     String operator()(Single number) const { return digits(number); }
     String operator()(Double number) const { return digits(number); }
-    String operator()(Currency amount) const { return digits(static_cast<Double>(amount.tenThousandths) / 10000); }
+    String operator()(Currency amount) const
+    {
+        return digits(static_cast<Double>(amount.tenThousandths) / 10000);
+    }
     String operator()(const String& text) const { return quoted(text); }
     String operator()(const ObjectPtr& object) const { return object ? u"Object" : u"Nothing"; }
     String operator()(const LongArray& array) const

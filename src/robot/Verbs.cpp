@@ -48,7 +48,8 @@ StringView describe(char16_t kind)
 
 /// The kinds of as many arguments as there are, and whether that many are right.
 struct Signature {
-    explicit Signature(StringView pattern) : least(pattern.find_first_of(u"?+")), repeats(pattern.ends_with(u'+'))
+    explicit Signature(StringView pattern)
+        : least(pattern.find_first_of(u"?+")), repeats(pattern.ends_with(u'+'))
     {
         for (const char16_t kind : pattern)
             if (kind != u'?' && kind != u'+')
@@ -82,12 +83,14 @@ void checkCommand(const GuionCommand& command)
     const Signature signature(verb->arguments);
     const std::size_t count = command.arguments.size();
     if (!signature.takes(count))
-        throw GuionError(command.line, (count < signature.least ? u"faltan argumentos a " : u"sobran argumentos a ") +
-                                           String(verb->name));
+        throw GuionError(command.line,
+                         (count < signature.least ? u"faltan argumentos a " : u"sobran argumentos a ") +
+                             String(verb->name));
     for (std::size_t i = 0; i < count; ++i)
         if (!isKind(command.arguments[i], signature.kind(i)))
-            throw GuionError(command.line, u"el argumento " + decimalText(static_cast<Long>(i + 1)) + u" de " +
-                                               String(verb->name) + u" es " + String(describe(signature.kind(i))));
+            throw GuionError(command.line, u"el argumento " + decimalText(static_cast<Long>(i + 1)) +
+                                               u" de " + String(verb->name) + u" es " +
+                                               String(describe(signature.kind(i))));
 }
 
 std::optional<Long> parseNumber(StringView text)

@@ -8,9 +8,9 @@ namespace zv {
 
 using GuionArguments = std::vector<GuionArgument>;
 
-/// A command of the language. `arguments` has a letter for each argument: n whole number, t text in quotes, w bare word, c name of
-/// a control, e number or text, p something to look at ("txtX.Text"), a assignment ("Accion=2"). What follows "?" may be left
-/// out; "+" lets the last one come again.
+/// A command of the language. `arguments` has a letter for each argument: n whole number, t text in quotes, w
+/// bare word, c name of a control, e number or text, p something to look at ("txtX.Text"), a assignment
+/// ("Accion=2"). What follows "?" may be left out; "+" lets the last one come again.
 struct Verb {
     StringView name;
     StringView arguments;
