@@ -13,23 +13,35 @@ namespace {
 constexpr Integer codeOf(Key key)
 {
     switch (key) {
-    case Key::Backspace: return 8;
+    case Key::Backspace:
+        return 8;
     case Key::Tab:
-    case Key::BackTab: return 9;
-    case Key::Enter: return 13;
-    case Key::Escape: return 27;
-    case Key::End: return 35;
-    case Key::Home: return 36;
-    case Key::Left: return 37;
-    case Key::Up: return 38;
-    case Key::Right: return 39;
-    case Key::Down: return 40;
-    case Key::Delete: return 46;
+    case Key::BackTab:
+        return 9;
+    case Key::Enter:
+        return 13;
+    case Key::Escape:
+        return 27;
+    case Key::End:
+        return 35;
+    case Key::Home:
+        return 36;
+    case Key::Left:
+        return 37;
+    case Key::Up:
+        return 38;
+    case Key::Right:
+        return 39;
+    case Key::Down:
+        return 40;
+    case Key::Delete:
+        return 46;
     }
     return 0;
 }
 
-/// The number of a character's key: that of the capital letter or digit, 0 for what stands elsewhere on each keyboard.
+/// The number of a character's key: that of the capital letter or digit, 0 for what stands elsewhere on each
+/// keyboard.
 Integer codeOf(StringView character)
 {
     const char16_t unit = lowerName(character).front();
@@ -46,7 +58,8 @@ Keystroke keyOfAscii(Integer ascii)
     return String(1, static_cast<char16_t>(ascii));
 }
 
-template <class C> CommandButton* buttonWith(Form& form, C role)
+template <class C>
+CommandButton* buttonWith(Form& form, C role)
 {
     for (Control* control : form.Controls)
         if (auto* button = dynamic_cast<CommandButton*>(control); button != nullptr && (button->*role)())
@@ -126,7 +139,8 @@ void Acts::pressInText(TextBox& box, const Keystroke& key)
         form_.guarded([&] { editText(box, *named); });
         return;
     }
-    const Integer before = named != nullptr ? codeOf(*named) : static_cast<Integer>(std::get<String>(key).front());
+    const Integer before =
+        named != nullptr ? codeOf(*named) : static_cast<Integer>(std::get<String>(key).front());
     Integer ascii = before;
     raise<Integer&>(box, box.KeyPress, ascii);
     if (ascii == 0 || !box.accessible())
@@ -148,10 +162,18 @@ void Acts::editText(TextBox& box, Key key)
     const auto before = [&box](Long at) { return box.stepBefore(at); };
     const auto after = [&box](Long at) { return box.stepAfter(at); };
     switch (key) {
-    case Key::Home: box.SelStart = Long{0}; break;
-    case Key::End: box.SelStart = end; break;
-    case Key::Left: box.SelStart = selected ? start : before(start); break;
-    case Key::Right: box.SelStart = selected ? start + box.SelLength() : after(start); break;
+    case Key::Home:
+        box.SelStart = Long{0};
+        break;
+    case Key::End:
+        box.SelStart = end;
+        break;
+    case Key::Left:
+        box.SelStart = selected ? start : before(start);
+        break;
+    case Key::Right:
+        box.SelStart = selected ? start + box.SelLength() : after(start);
+        break;
     case Key::Backspace:
     case Key::Delete:
         if (!selected) {
@@ -166,7 +188,8 @@ void Acts::editText(TextBox& box, Key key)
         if (box.MultiLine())
             box.typeText(u"\r\n");
         break;
-    default: break;
+    default:
+        break;
     }
 }
 
@@ -189,12 +212,21 @@ void Acts::pressInList(ComboBox& box, const Keystroke& key)
     } else {
         switch (std::get<Key>(key)) {
         case Key::Up:
-        case Key::Left: next = std::max<Long>(now - 1, 0); break;
+        case Key::Left:
+            next = std::max<Long>(now - 1, 0);
+            break;
         case Key::Down:
-        case Key::Right: next = std::min(now + 1, count - 1); break;
-        case Key::Home: next = 0; break;
-        case Key::End: next = count - 1; break;
-        default: return;
+        case Key::Right:
+            next = std::min(now + 1, count - 1);
+            break;
+        case Key::Home:
+            next = 0;
+            break;
+        case Key::End:
+            next = count - 1;
+            break;
+        default:
+            return;
         }
     }
     form_.guarded([&] { box.ListIndex = next; });
@@ -205,13 +237,26 @@ void Acts::pressInGrid(MSFlexGrid& grid, Key key)
     Long row = grid.Row();
     Long column = grid.Col();
     switch (key) {
-    case Key::Up: row = std::max<Long>(row - 1, 1); break;
-    case Key::Down: ++row; break;
-    case Key::Left: column = seenColumn(grid, column - 1, -1); break;
-    case Key::Right: column = seenColumn(grid, column + 1, 1); break;
-    case Key::Home: column = seenColumn(grid, 0, 1); break;
-    case Key::End: column = seenColumn(grid, grid.Cols() - 1, -1); break;
-    default: return;
+    case Key::Up:
+        row = std::max<Long>(row - 1, 1);
+        break;
+    case Key::Down:
+        ++row;
+        break;
+    case Key::Left:
+        column = seenColumn(grid, column - 1, -1);
+        break;
+    case Key::Right:
+        column = seenColumn(grid, column + 1, 1);
+        break;
+    case Key::Home:
+        column = seenColumn(grid, 0, 1);
+        break;
+    case Key::End:
+        column = seenColumn(grid, grid.Cols() - 1, -1);
+        break;
+    default:
+        return;
     }
     if (row >= grid.Rows())
         return;
@@ -228,12 +273,21 @@ void Acts::pressInTabs(TabStrip& strip, Key key)
     Long next = now;
     switch (key) {
     case Key::Left:
-    case Key::Up: next = std::max<Long>(now - 1, 1); break;
+    case Key::Up:
+        next = std::max<Long>(now - 1, 1);
+        break;
     case Key::Right:
-    case Key::Down: next = std::min(now + 1, strip.tabCount()); break;
-    case Key::Home: next = 1; break;
-    case Key::End: next = strip.tabCount(); break;
-    default: return;
+    case Key::Down:
+        next = std::min(now + 1, strip.tabCount());
+        break;
+    case Key::Home:
+        next = 1;
+        break;
+    case Key::End:
+        next = strip.tabCount();
+        break;
+    default:
+        return;
     }
     if (next != now)
         form_.guarded([&] { strip.Tabs(next).select(); });

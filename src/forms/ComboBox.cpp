@@ -75,11 +75,14 @@ Value ComboBox::invoke(StringView member, Access access, Arguments& arguments)
             .property(u"ListCount", [](ComboBox& self, const Arguments&) { return Value(self.ListCount()); })
             .property(u"NewIndex", [](ComboBox& self, const Arguments&) { return Value(self.NewIndex()); })
             .property(u"Text", [](ComboBox& self, const Arguments&) { return Value(self.Text()); })
-            .property(u"List", [](ComboBox& self, const Arguments& a) { return Value(self.List(CLng(argument(a, 0)))); })
+            .property(u"List", [](ComboBox& self,
+                                  const Arguments& a) { return Value(self.List(CLng(argument(a, 0)))); })
             .property(
                 u"ItemData",
                 [](ComboBox& self, const Arguments& a) { return Value(self.ItemData(CLng(argument(a, 0)))); },
-                [](ComboBox& self, const Arguments& a) { self.setItemData(CLng(argument(a, 0)), CLng(argument(a, 1))); })
+                [](ComboBox& self, const Arguments& a) {
+                    self.setItemData(CLng(argument(a, 0)), CLng(argument(a, 1)));
+                })
             .method(u"AddItem",
                     [](ComboBox& self, Arguments& a) {
                         self.AddItem(CStr(argument(a, 0)));

@@ -9,7 +9,8 @@
 namespace zv {
 
 Control::Control(Container& container, StringView typeName, StringView name, int index)
-    : form_(container.containingForm()), frame_(container.asFrame()), typeName_(typeName), name_(name), index_(index)
+    : form_(container.containingForm()), frame_(container.asFrame()), typeName_(typeName), name_(name),
+      index_(index)
 {
     form_.Controls.controls_.push_back(this);
 }
@@ -42,10 +43,7 @@ void Control::ZOrder()
     contentChanged();
 }
 
-void Control::propertyChanged(const PropertyBase& property)
-{
-    form_.controlChanged(*this, &property);
-}
+void Control::propertyChanged(const PropertyBase& property) { form_.controlChanged(*this, &property); }
 
 void Control::contentChanged() { form_.controlChanged(*this, nullptr); }
 

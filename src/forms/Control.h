@@ -21,8 +21,8 @@ protected:
     ~Container() = default;
 };
 
-/// A control of a form. It enters the form's `Controls` when it is made, so that their order is that of declaration.
-/// Places and sizes are twips, within the container.
+/// A control of a form. It enters the form's `Controls` when it is made, so that their order is that of
+/// declaration. Places and sizes are twips, within the container.
 class Control : public PropertyOwner {
 public:
     static constexpr int noIndex = -1;
@@ -38,7 +38,8 @@ public:
     /// Whether a person can act on it: visible and enabled, and so every frame around it and the form.
     bool accessible() const;
     virtual bool takesFocus() const { return false; }
-    /// Moves the focus here from code: LostFocus of the old control, then GotFocus. Fails with 5 if it cannot have it.
+    /// Moves the focus here from code: LostFocus of the old control, then GotFocus. Fails with 5 if it cannot
+    /// have it.
     void SetFocus();
     /// Brings the control to the front of its container.
     void ZOrder();
@@ -74,12 +75,12 @@ private:
 };
 
 /// The controls of a form that share a name; an index that is not there fails with 340.
-template <class C, std::size_t N> class ControlArray {
+template <class C, std::size_t N>
+class ControlArray {
 public:
     ControlArray(Container& container, StringView name)
         : ControlArray(container, name, std::make_index_sequence<N>{})
-    {
-    }
+    {}
     C& operator()(long index)
     {
         if (index < 0 || index >= static_cast<long>(N))
@@ -94,8 +95,7 @@ private:
     template <std::size_t... I>
     ControlArray(Container& container, StringView name, std::index_sequence<I...>)
         : elements_{C(container, name, static_cast<int>(I))...}
-    {
-    }
+    {}
     std::array<C, N> elements_;
 };
 

@@ -70,8 +70,10 @@ Long TextBox::stepBefore(Long at) const
     if (at == 0)
         return 0;
     const StringView start = StringView(Text()).substr(0, static_cast<std::size_t>(at));
-    return at > 1 && isWellFormed(start.substr(start.size() - 2)) && !isWellFormed(start.substr(start.size() - 1)) ? at - 2
-                                                                                                               : at - 1;
+    return at > 1 && isWellFormed(start.substr(start.size() - 2)) &&
+                   !isWellFormed(start.substr(start.size() - 1))
+               ? at - 2
+               : at - 1;
 }
 
 Long TextBox::stepAfter(Long at) const
@@ -116,7 +118,8 @@ void OptionButton::assignValue(bool on)
         return;
     }
     for (Control* other : form().Controls)
-        if (auto* option = dynamic_cast<OptionButton*>(other); option != nullptr && option->frame() == frame())
+        if (auto* option = dynamic_cast<OptionButton*>(other);
+            option != nullptr && option->frame() == frame())
             option->Value.store(option == this);
     Click.raise();
 }

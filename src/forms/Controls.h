@@ -9,7 +9,9 @@ namespace zv {
 
 class Label final : public Control {
 public:
-    Label(Container& container, StringView name, int index = noIndex) : Control(container, u"Label", name, index) {}
+    Label(Container& container, StringView name, int index = noIndex)
+        : Control(container, u"Label", name, index)
+    {}
     Property<String> Caption{*this, u"Caption"};
     /// "*" on the label of a mandatory field.
     Property<String> Marca{*this, u"Marca"};
@@ -19,7 +21,9 @@ public:
 
 class TextBox final : public Control {
 public:
-    TextBox(Container& container, StringView name, int index = noIndex) : Control(container, u"TextBox", name, index) {}
+    TextBox(Container& container, StringView name, int index = noIndex)
+        : Control(container, u"TextBox", name, index)
+    {}
     bool takesFocus() const override { return true; }
 
     /// What the suite's helper object made of the text; any later change of the text empties it.
@@ -35,14 +39,15 @@ public:
     Property<bool> RightAligned{*this, u"RightAligned"};
 
     Event<> Change;
-    Event<Integer&> KeyDown;  ///< KeyCode; 0 discards the key.
-    Event<Integer&> KeyPress; ///< KeyAscii: the character's 16-bit unit; 0 discards the key, another number changes it.
+    Event<Integer&> KeyDown; ///< KeyCode; 0 discards the key.
+    Event<Integer&>
+        KeyPress; ///< KeyAscii: the character's 16-bit unit; 0 discards the key, another number changes it.
 
 private:
     friend class Acts;
     void assignText(const String& text);
-    /// Puts a text in the place of the selection, the caret behind it; raises Change if the text differs. What does not fit
-    /// under MaxLength is cut off the new text.
+    /// Puts a text in the place of the selection, the caret behind it; raises Change if the text differs.
+    /// What does not fit under MaxLength is cut off the new text.
     void replaceSelection(StringView text);
     /// Puts a character there, whole or not at all: a full box refuses it.
     void typeText(StringView text);
@@ -59,8 +64,7 @@ class CommandButton final : public Control {
 public:
     CommandButton(Container& container, StringView name, int index = noIndex)
         : Control(container, u"CommandButton", name, index)
-    {
-    }
+    {}
     bool takesFocus() const override { return true; }
     Property<String> Caption{*this, u"Caption"};
     /// Assigning True makes it the form's only default (cancel) button.
@@ -77,7 +81,9 @@ private:
 
 class CheckBox final : public Control {
 public:
-    CheckBox(Container& container, StringView name, int index = noIndex) : Control(container, u"CheckBox", name, index) {}
+    CheckBox(Container& container, StringView name, int index = noIndex)
+        : Control(container, u"CheckBox", name, index)
+    {}
     bool takesFocus() const override { return true; }
     Property<String> Caption{*this, u"Caption"};
     /// 0 or 1; raises Click on a change. Another number fails with 380.
@@ -93,8 +99,7 @@ class OptionButton final : public Control {
 public:
     OptionButton(Container& container, StringView name, int index = noIndex)
         : Control(container, u"OptionButton", name, index)
-    {
-    }
+    {}
     bool takesFocus() const override { return true; }
     Property<String> Caption{*this, u"Caption"};
     /// When it becomes True its neighbours in the same container become False first, then Click is raised.
@@ -107,7 +112,9 @@ private:
 
 class Frame final : public Control, public Container {
 public:
-    Frame(Container& container, StringView name, int index = noIndex) : Control(container, u"Frame", name, index) {}
+    Frame(Container& container, StringView name, int index = noIndex)
+        : Control(container, u"Frame", name, index)
+    {}
     Form& containingForm() override { return form(); }
     Frame* asFrame() override { return this; }
     Property<String> Caption{*this, u"Caption"};

@@ -29,7 +29,10 @@ bool hasDesktop() { return inUse() != nullptr; }
 
 void useDesktop(Desktop* desktop) { inUse() = desktop; }
 
-void MsgBox(StringView prompt, Integer flags, StringView title) { desktop().messageBox(prompt, flags, title); }
+void MsgBox(StringView prompt, Integer flags, StringView title)
+{
+    desktop().messageBox(prompt, flags, title);
+}
 
 void Beep() { desktop().beep(); }
 

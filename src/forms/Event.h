@@ -5,9 +5,10 @@
 
 namespace zv {
 
-/// An event of a control or form, with at most one handler. Raising it without one does nothing; a failure of the handler
-/// reaches whoever raised it.
-template <class... Args> class Event {
+/// An event of a control or form, with at most one handler. Raising it without one does nothing; a failure of
+/// the handler reaches whoever raised it.
+template <class... Args>
+class Event {
 public:
     void bind(std::function<void(Args...)> handler) { handler_ = std::move(handler); }
     bool bound() const { return static_cast<bool>(handler_); }

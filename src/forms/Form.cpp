@@ -17,7 +17,8 @@ Value ControlList::invoke(StringView member, Access access, Arguments& arguments
 {
     static const auto members =
         MemberTable<ControlList>()
-            .property(u"Count", [](ControlList& self, const Arguments&) { return Value(static_cast<Long>(self.Count())); })
+            .property(u"Count", [](ControlList& self,
+                                   const Arguments&) { return Value(static_cast<Long>(self.Count())); })
             .property(u"Item", [](ControlList& self, const Arguments& a) {
                 const Long position = CLng(argument(a, 0));
                 if (position < 0 || position >= static_cast<Long>(self.Count()))
@@ -127,7 +128,8 @@ Value Form::invoke(StringView member, Access access, Arguments& arguments)
     static const auto members =
         MemberTable<Form>()
             .property(u"Name", [](Form& self, const Arguments&) { return Value(self.Name()); })
-            .property(u"Controls", [](Form& self, const Arguments&) { return Value(uncounted(self.Controls)); })
+            .property(u"Controls",
+                      [](Form& self, const Arguments&) { return Value(uncounted(self.Controls)); })
             .method(u"Show", perform(&Form::Show))
             .method(u"Hide", perform(&Form::Hide));
     return members.has(member) ? members.invoke(*this, member, access, arguments)

@@ -20,8 +20,8 @@ private:
     std::vector<Control*> controls_;
 };
 
-/// A modal dialog: the model of its window, and its life. An instance lives until the process ends and is loaded afresh by
-/// each Show that finds it unloaded.
+/// A modal dialog: the model of its window, and its life. An instance lives until the process ends and is
+/// loaded afresh by each Show that finds it unloaded.
 class Form : public PropertyOwner, public Container {
 public:
     const String& Name() const { return name_; }
@@ -41,10 +41,11 @@ public:
     ControlList Controls;
 
     bool loaded() const { return loaded_; }
-    /// Puts everything back to its design state and runs Form_Load. A failure of Form_Load leaves the form unloaded and is the
-    /// caller's. Does nothing if the form is loaded.
+    /// Puts everything back to its design state and runs Form_Load. A failure of Form_Load leaves the form
+    /// unloaded and is the caller's. Does nothing if the form is loaded.
     void Load();
-    /// Loads if need be, makes the form visible, runs Form_Activate, and returns when the form is hidden or unloaded.
+    /// Loads if need be, makes the form visible, runs Form_Activate, and returns when the form is hidden or
+    /// unloaded.
     void Show();
     void Hide();
     /// Runs Form_Unload and ends the load, even if Form_Unload fails; that failure is then the caller's.
@@ -60,8 +61,9 @@ public:
     /// A control reached from outside: loads the form. Fails with 438 if there is none of that name.
     Control& reach(StringView name, int index = Control::noIndex);
 
-    /// Runs the handlers of one event of a person's act. A failure that no routine trapped ends here: it is shown, the
-    /// pointer goes back to the default, and a form that the handler had disabled is enabled again.
+    /// Runs the handlers of one event of a person's act. A failure that no routine trapped ends here: it is
+    /// shown, the pointer goes back to the default, and a form that the handler had disabled is enabled
+    /// again.
     void guarded(const std::function<void()>& event);
 
     StringView TypeName() const override { return name_; }
@@ -80,7 +82,8 @@ protected:
     virtual void Form_Unload() {}
 
     /// Binds an event of a control to a handler of the dialog.
-    template <class F, class... A> void on(Event<A...>& event, void (F::*handler)(A...))
+    template <class F, class... A>
+    void on(Event<A...>& event, void (F::*handler)(A...))
     {
         event.bind([self = static_cast<F*>(this), handler](A... args) { (self->*handler)(args...); });
     }
@@ -89,9 +92,10 @@ protected:
     void on(ControlArray<C, N>& array, Event<A...> C::*event, void (F::*handler)(int, A...))
     {
         for (C& element : array)
-            (element.*event).bind([self = static_cast<F*>(this), handler, index = element.Index()](A... args) {
-                (self->*handler)(index, args...);
-            });
+            (element.*event)
+                .bind([self = static_cast<F*>(this), handler, index = element.Index()](A... args) {
+                    (self->*handler)(index, args...);
+                });
     }
 
 private:
@@ -99,8 +103,8 @@ private:
     friend class Acts;
     void propertyChanged(const PropertyBase& property) override;
     void controlChanged(Control& control, const PropertyBase* property);
-    /// Moves the focus: LostFocus of the old control, GotFocus of the new one. The two events of a person's act are guarded
-    /// one by one; a failure of those that code causes is the caller's.
+    /// Moves the focus: LostFocus of the old control, GotFocus of the new one. The two events of a person's
+    /// act are guarded one by one; a failure of those that code causes is the caller's.
     void moveFocus(Control* to, bool byPerson);
     /// Gives the focus to the next control that can have it when the one that has it no longer can.
     void settleFocus();

@@ -20,8 +20,8 @@ Keystroke takeKey(StringView& text);
 /// Keys that a program sends, to follow after the key in hand.
 class KeyQueue {
 public:
-    /// "{END}", "{HOME}", "{TAB}", "{ENTER}", "{ESC}", "{BS}", "{DEL}", "{LEFT}", "{RIGHT}", "{UP}", "{DOWN}", and characters.
-    /// Fails with 5 for a name in braces that is none of these.
+    /// "{END}", "{HOME}", "{TAB}", "{ENTER}", "{ESC}", "{BS}", "{DEL}", "{LEFT}", "{RIGHT}", "{UP}",
+    /// "{DOWN}", and characters. Fails with 5 for a name in braces that is none of these.
     void send(StringView keys);
     std::optional<Keystroke> next();
     void clear() { queue_.clear(); }

@@ -7,23 +7,24 @@ namespace zv {
 
 namespace {
 
-constexpr Long margin = 240;       ///< Around the dialog, and within a frame.
-constexpr Long gap = 120;          ///< Between two rows, and between two buttons.
-constexpr Long labelGap = 180;     ///< Between a label and its field; room for the mandatory sign.
-constexpr Long character = 105;    ///< Width of an ordinary character.
-constexpr Long lineHeight = 315;   ///< Height of a field of one line.
-constexpr Long textLine = 240;     ///< Height of each further line.
-constexpr Long severalLines = 3;   ///< Of a text box of several lines.
-constexpr Long labelDrop = 45;     ///< By which a label stands lower than its field, so that their texts are level.
+constexpr Long margin = 240;     ///< Around the dialog, and within a frame.
+constexpr Long gap = 120;        ///< Between two rows, and between two buttons.
+constexpr Long labelGap = 180;   ///< Between a label and its field; room for the mandatory sign.
+constexpr Long character = 105;  ///< Width of an ordinary character.
+constexpr Long lineHeight = 315; ///< Height of a field of one line.
+constexpr Long textLine = 240;   ///< Height of each further line.
+constexpr Long severalLines = 3; ///< Of a text box of several lines.
+constexpr Long labelDrop =
+    45; ///< By which a label stands lower than its field, so that their texts are level.
 constexpr Long narrowest = 600;
 constexpr Long widest = 4800;
-constexpr Long boxSign = 330;      ///< The box or circle before a caption.
+constexpr Long boxSign = 330; ///< The box or circle before a caption.
 constexpr Long smallButton = 360;
 constexpr Long buttonWidth = 1300;
 constexpr Long buttonHeight = 390;
-constexpr Long frameTitle = 300;   ///< From the top of a frame to what is in it.
-constexpr Long stripHeader = 360;  ///< The row of the tabs.
-constexpr Long tabPadding = 240;   ///< Around the caption of a tab.
+constexpr Long frameTitle = 300;  ///< From the top of a frame to what is in it.
+constexpr Long stripHeader = 360; ///< The row of the tabs.
+constexpr Long tabPadding = 240;  ///< Around the caption of a tab.
 
 void put(Control& control, Long left, Long top, Long width, Long height)
 {
@@ -109,14 +110,20 @@ Layout& Layout::row(Label& label, Control& field, std::initializer_list<CommandB
     return add(std::move(item));
 }
 
-Layout& Layout::above(Label& label, Control& field) { return add({Shape::above, &label, {&field}, 1, {}, {}}); }
+Layout& Layout::above(Label& label, Control& field)
+{
+    return add({Shape::above, &label, {&field}, 1, {}, {}});
+}
 
 Layout& Layout::line(std::initializer_list<Control*> controls)
 {
     return add({Shape::line, nullptr, controls, 1, {}, {}});
 }
 
-Layout& Layout::block(Control& control, Long lines) { return add({Shape::block, nullptr, {&control}, lines, {}, {}}); }
+Layout& Layout::block(Control& control, Long lines)
+{
+    return add({Shape::block, nullptr, {&control}, lines, {}, {}});
+}
 
 Layout& Layout::bar(std::initializer_list<CommandButton*> buttons)
 {
@@ -175,11 +182,17 @@ Long Layout::neededWidth(const Item& item) const
         for (const Control* control : item.controls)
             width = std::max(width, labelColumn() + fieldWidth(*control));
         return width;
-    case Shape::above: return std::max(widest, textWidth(item.label->Caption()) + labelGap);
-    case Shape::block: return widest;
-    case Shape::bar: return barWidth(item.controls.size());
-    case Shape::tabs: width = tabsWidth(static_cast<TabStrip&>(*item.controls.front())); break;
-    case Shape::frame: break;
+    case Shape::above:
+        return std::max(widest, textWidth(item.label->Caption()) + labelGap);
+    case Shape::block:
+        return widest;
+    case Shape::bar:
+        return barWidth(item.controls.size());
+    case Shape::tabs:
+        width = tabsWidth(static_cast<TabStrip&>(*item.controls.front()));
+        break;
+    case Shape::frame:
+        break;
     }
     for (const Layout& page : item.pages)
         width = std::max(width, page.neededWidth() + 2 * margin);
@@ -197,7 +210,8 @@ Long Layout::placeItem(const Item& item, Long left, Long top, Long width) const
 {
     Control& first = *item.controls.front();
     switch (item.shape) {
-    case Shape::beside: return placeRow(item, left, top);
+    case Shape::beside:
+        return placeRow(item, left, top);
     case Shape::above:
         put(*item.label, left, top, width, textLine);
         put(first, left, top + textLine, width, fieldHeight(first));
@@ -208,7 +222,9 @@ Long Layout::placeItem(const Item& item, Long left, Long top, Long width) const
             top += control->Height() + gap;
         }
         return top - gap;
-    case Shape::block: put(first, left, top, width, lineHeight + (item.lines - 1) * textLine); break;
+    case Shape::block:
+        put(first, left, top, width, lineHeight + (item.lines - 1) * textLine);
+        break;
     case Shape::bar: {
         Long at = left + width - barWidth(item.controls.size());
         for (Control* button : item.controls) {
@@ -217,8 +233,10 @@ Long Layout::placeItem(const Item& item, Long left, Long top, Long width) const
         }
         break;
     }
-    case Shape::frame: return top + item.pages.front().placeFrame(left, top, width);
-    case Shape::tabs: return placePages(item, left, top, width);
+    case Shape::frame:
+        return top + item.pages.front().placeFrame(left, top, width);
+    case Shape::tabs:
+        return placePages(item, left, top, width);
     }
     return top + first.Height();
 }

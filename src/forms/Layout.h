@@ -15,12 +15,14 @@ enum class ButtonKeys {
     none,   ///< Where a stray key must neither save nor lose anything.
 };
 
-/// Places the controls of a dialog, declared from top to bottom in its constructor, so that no dialog carries coordinates:
+/// Places the controls of a dialog, declared from top to bottom in its constructor, so that no dialog carries
+/// coordinates:
 ///
 ///     Layout(*this).row(lblNombre, txtNombre).line({&chkLectivo}).buttons(cmdAceptar, cmdCancelar);
 ///
-/// Labels stand in a column as wide as the widest needs, fields beside them as wide as their texts may get. MaxLength, MultiLine
-/// and captions count, so they are set before. Nothing is placed until buttons() or end(). All twips.
+/// Labels stand in a column as wide as the widest needs, fields beside them as wide as their texts may get.
+/// MaxLength, MultiLine and captions count, so they are set before. Nothing is placed until buttons() or
+/// end(). All twips.
 class Layout {
 public:
     /// Of a form, or of a frame that is then given to frame() or tabs() of the layout around it.

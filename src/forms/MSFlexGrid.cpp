@@ -42,7 +42,9 @@ void MSFlexGrid::resize(Long rows, Long columns)
 
 void MSFlexGrid::keepInside(Long rows, Long columns)
 {
-    const auto within = [](Property<Long>& place, Long count) { place.store(std::clamp(place(), Long{0}, count - 1)); };
+    const auto within = [](Property<Long>& place, Long count) {
+        place.store(std::clamp(place(), Long{0}, count - 1));
+    };
     within(Row, rows);
     within(RowSel, rows);
     TopRow.store(std::clamp<Long>(TopRow(), 1, std::max<Long>(rows - visibleRows(), 1)));
@@ -158,22 +160,31 @@ Value MSFlexGrid::invoke(StringView member, Access access, Arguments& arguments)
                     self.setTextMatrix(CLng(argument(a, 0)), CLng(argument(a, 1)), CStr(argument(a, 2)));
                 })
             .property(
-                u"RowData", [](Grid& self, const Arguments& a) { return Value(self.RowData(CLng(argument(a, 0)))); },
-                [](Grid& self, const Arguments& a) { self.setRowData(CLng(argument(a, 0)), CLng(argument(a, 1))); })
+                u"RowData",
+                [](Grid& self, const Arguments& a) { return Value(self.RowData(CLng(argument(a, 0)))); },
+                [](Grid& self, const Arguments& a) {
+                    self.setRowData(CLng(argument(a, 0)), CLng(argument(a, 1)));
+                })
             .property(
-                u"ColWidth", [](Grid& self, const Arguments& a) { return Value(self.ColWidth(CLng(argument(a, 0)))); },
-                [](Grid& self, const Arguments& a) { self.setColWidth(CLng(argument(a, 0)), CLng(argument(a, 1))); })
+                u"ColWidth",
+                [](Grid& self, const Arguments& a) { return Value(self.ColWidth(CLng(argument(a, 0)))); },
+                [](Grid& self, const Arguments& a) {
+                    self.setColWidth(CLng(argument(a, 0)), CLng(argument(a, 1)));
+                })
             .property(
                 u"ColAlignment",
                 [](Grid& self, const Arguments& a) { return Value(self.ColAlignment(CLng(argument(a, 0)))); },
-                [](Grid& self, const Arguments& a) { self.setColAlignment(CLng(argument(a, 0)), CInt(argument(a, 1))); })
+                [](Grid& self, const Arguments& a) {
+                    self.setColAlignment(CLng(argument(a, 0)), CInt(argument(a, 1)));
+                })
             .property(u"CellLeft", [](Grid& self, const Arguments&) { return Value(self.CellLeft()); })
             .property(u"CellTop", [](Grid& self, const Arguments&) { return Value(self.CellTop()); })
             .property(u"CellWidth", [](Grid& self, const Arguments&) { return Value(self.CellWidth()); })
             .property(u"CellHeight", [](Grid& self, const Arguments&) { return Value(self.CellHeight()); })
             .method(u"Clear", perform([](Grid& self, Arguments&) { self.Clear(); }))
             .method(u"AddItem", perform([](Grid& self, Arguments& a) { self.AddItem(CStr(argument(a, 0))); }))
-            .method(u"RemoveItem", perform([](Grid& self, Arguments& a) { self.RemoveItem(CLng(argument(a, 0))); }));
+            .method(u"RemoveItem",
+                    perform([](Grid& self, Arguments& a) { self.RemoveItem(CLng(argument(a, 0))); }));
     return members.has(member) ? members.invoke(*this, member, access, arguments)
                                : Control::invoke(member, access, arguments);
 }

@@ -6,8 +6,8 @@
 
 namespace zv {
 
-/// A grid of texts with one fixed row, the heading, and no fixed column. Rows and columns count from 0; one outside fails
-/// with 381. Measures are twips.
+/// A grid of texts with one fixed row, the heading, and no fixed column. Rows and columns count from 0; one
+/// outside fails with 381. Measures are twips.
 class MSFlexGrid final : public Control {
 public:
     MSFlexGrid(Container& container, StringView name, int index = noIndex)
@@ -23,9 +23,11 @@ public:
     Property<Long> Row{*this, u"Row", 1, [this](const Long& row) { moveTo(row, Col()); }};
     Property<Long> Col{*this, u"Col", 0, [this](const Long& column) { moveTo(Row(), column); }};
     Property<Long> RowSel{*this, u"RowSel", 1, [this](const Long& row) { RowSel.store(checkedRow(row)); }};
-    Property<Long> ColSel{*this, u"ColSel", 0, [this](const Long& column) { ColSel.store(checkedColumn(column)); }};
+    Property<Long> ColSel{*this, u"ColSel", 0,
+                          [this](const Long& column) { ColSel.store(checkedColumn(column)); }};
     /// First row under the heading.
-    Property<Long> TopRow{*this, u"TopRow", 1, [this](const Long& row) { TopRow.store(std::max<Long>(checkedRow(row), 1)); }};
+    Property<Long> TopRow{*this, u"TopRow", 1,
+                          [this](const Long& row) { TopRow.store(std::max<Long>(checkedRow(row), 1)); }};
     Property<Long> RowHeightMin{*this, u"RowHeightMin"};
 
     Event<> Click;

@@ -12,7 +12,8 @@ namespace zv {
 namespace {
 
 /// How the files of pictures start: icon, bitmap, PNG, JPEG, GIF.
-constexpr std::array<std::string_view, 5> starts{std::string_view("\0\0\1\0", 4), "BM", "\x89PNG\r\n\x1a\n", "\xff\xd8\xff", "GIF8"};
+constexpr std::array<std::string_view, 5> starts{std::string_view("\0\0\1\0", 4), "BM", "\x89PNG\r\n\x1a\n",
+                                                 "\xff\xd8\xff", "GIF8"};
 
 } // namespace
 
@@ -26,7 +27,8 @@ Picture LoadPicture(StringView file)
         fail(failure::fileMissing, file);
     stream.read(start.data(), static_cast<std::streamsize>(start.size()));
     start.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
-    if (std::none_of(starts.begin(), starts.end(), [&](std::string_view known) { return start.starts_with(known); }))
+    if (std::none_of(starts.begin(), starts.end(),
+                     [&](std::string_view known) { return start.starts_with(known); }))
         fail(failure::noPicture, file);
     return {String(file)};
 }

@@ -10,7 +10,8 @@ struct Picture {
     bool operator==(const Picture&) const = default;
 };
 
-/// "" is no picture; a file that is missing fails with 53, one that is no picture (icon, bitmap, PNG, JPEG, GIF) with 481.
+/// "" is no picture; a file that is missing fails with 53, one that is no picture (icon, bitmap, PNG, JPEG,
+/// GIF) with 481.
 Picture LoadPicture(StringView file);
 
 } // namespace zv

@@ -49,23 +49,48 @@ private:
 };
 
 /// Conversion of a late-bound value to the type of a property.
-template <class T> T valueTo(const Value& value);
-template <> inline String valueTo(const Value& value) { return CStr(value); }
-template <> inline bool valueTo(const Value& value) { return CBool(value); }
-template <> inline Byte valueTo(const Value& value) { return CByte(value); }
-template <> inline Integer valueTo(const Value& value) { return CInt(value); }
-template <> inline Long valueTo(const Value& value) { return CLng(value); }
-template <> inline Double valueTo(const Value& value) { return CDbl(value); }
+template <class T>
+T valueTo(const Value& value);
+template <>
+inline String valueTo(const Value& value)
+{
+    return CStr(value);
+}
+template <>
+inline bool valueTo(const Value& value)
+{
+    return CBool(value);
+}
+template <>
+inline Byte valueTo(const Value& value)
+{
+    return CByte(value);
+}
+template <>
+inline Integer valueTo(const Value& value)
+{
+    return CInt(value);
+}
+template <>
+inline Long valueTo(const Value& value)
+{
+    return CLng(value);
+}
+template <>
+inline Double valueTo(const Value& value)
+{
+    return CDbl(value);
+}
 
-/// A property that is read and assigned like a variable. What an assignment does beyond storing (cutting a text, raising an
-/// event) is the `assign` rule, which stores with store().
-template <class T> class Property final : public PropertyBase {
+/// A property that is read and assigned like a variable. What an assignment does beyond storing (cutting a
+/// text, raising an event) is the `assign` rule, which stores with store().
+template <class T>
+class Property final : public PropertyBase {
 public:
     using Assign = std::function<void(const T&)>;
     Property(PropertyOwner& owner, StringView name, T design = {}, Assign assign = nullptr)
         : PropertyBase(owner, name), value_(design), design_(design), assign_(std::move(assign))
-    {
-    }
+    {}
 
     operator const T&() const { return value_; }
     const T& operator()() const { return value_; }

@@ -15,7 +15,8 @@ public:
     {
         static const auto members =
             MemberTable<TabCollection>()
-                .property(u"Count", [](TabCollection& self, const Arguments&) { return Value(self.strip_.tabCount()); })
+                .property(u"Count",
+                          [](TabCollection& self, const Arguments&) { return Value(self.strip_.tabCount()); })
                 .property(u"Item", [](TabCollection& self, const Arguments& a) {
                     return Value(uncounted(self.strip_.Tabs(CLng(argument(a, 0)))));
                 });
@@ -30,8 +31,7 @@ private:
 
 StripTab::StripTab(TabStrip& strip, Long index, String caption, String toolTip)
     : Caption(std::move(caption)), ToolTipText(std::move(toolTip)), strip_(strip), index_(index)
-{
-}
+{}
 
 bool StripTab::Selected() const { return strip_.selected_() == index_; }
 
@@ -92,9 +92,11 @@ Value TabStrip::invoke(StringView member, Access access, Arguments& arguments)
                           return a.empty() ? Value(std::make_shared<TabCollection>(self))
                                            : Value(uncounted(self.Tabs(CLng(a.front()))));
                       })
-            .property(u"SelectedItem", [](TabStrip& self, const Arguments&) { return Value(uncounted(self.SelectedItem())); })
-            .property(u"Selected",
-                      [](TabStrip& self, const Arguments& a) { return Value(self.Tabs(CLng(argument(a, 0))).Selected()); });
+            .property(u"SelectedItem",
+                      [](TabStrip& self, const Arguments&) { return Value(uncounted(self.SelectedItem())); })
+            .property(u"Selected", [](TabStrip& self, const Arguments& a) {
+                return Value(self.Tabs(CLng(argument(a, 0))).Selected());
+            });
     return members.has(member) ? members.invoke(*this, member, access, arguments)
                                : Control::invoke(member, access, arguments);
 }

@@ -30,7 +30,9 @@ private:
 /// A strip of tabs, counted from 1. One that is not there fails with 381.
 class TabStrip final : public Control {
 public:
-    TabStrip(Container& container, StringView name, int index = noIndex) : Control(container, u"TabStrip", name, index) {}
+    TabStrip(Container& container, StringView name, int index = noIndex)
+        : Control(container, u"TabStrip", name, index)
+    {}
     bool takesFocus() const override { return true; }
 
     /// Design: adds a tab. The first one is selected.
@@ -41,7 +43,8 @@ public:
     Event<> Click;
 
     void restoreDesign() override;
-    /// Beside the properties: Tabs (with Count and Item, or with the number of a tab), SelectedItem, Selected(n).
+    /// Beside the properties: Tabs (with Count and Item, or with the number of a tab), SelectedItem,
+    /// Selected(n).
     Value invoke(StringView member, Access access, Arguments& arguments) override;
 
 private:

@@ -13,7 +13,8 @@
 
 namespace zv::test {
 
-/// A desktop that writes down what happens. Show returns, with the form still open, when the steps are used up.
+/// A desktop that writes down what happens. Show returns, with the form still open, when the steps are used
+/// up.
 struct FakeDesktop final : Desktop {
     FakeDesktop() { useDesktop(this); }
     ~FakeDesktop() override
@@ -33,9 +34,13 @@ struct FakeDesktop final : Desktop {
     }
     void beep() override { note("bip"); }
     void doEvents() override { note("respiro"); }
-    void handlerFailed(const RuntimeError& error) override { note("error:" + std::to_string(error.number())); }
+    void handlerFailed(const RuntimeError& error) override
+    {
+        note("error:" + std::to_string(error.number()));
+    }
     void runModal(Form& form) override
     {
+        ++modals;
         while (form.Visible() && !steps.empty()) {
             const auto step = std::move(steps.front());
             steps.erase(steps.begin());
@@ -44,9 +49,11 @@ struct FakeDesktop final : Desktop {
     }
     std::vector<std::function<void()>> steps;
     std::string log;
+    int modals = 0;
 };
 
-/// A form with a control of each kind. Every event is noted as "name.event" and then does what a test asked for.
+/// A form with a control of each kind. Every event is noted as "name.event" and then does what a test asked
+/// for.
 class Ficha final : public Form {
 public:
     explicit Ficha(FakeDesktop& screen, StringView name = u"Ficha") : Form(name), screen_(screen)

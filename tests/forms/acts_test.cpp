@@ -59,7 +59,8 @@ TEST_F(ActsTest, what_is_disabled_or_hidden_or_within_such_cannot_be_acted_upon)
         EXPECT_FALSE(acts.click(ficha.optA) || acts.focus(ficha.optA) || acts.key(ficha.optA, Key::Down));
         *way = true;
     }
-    EXPECT_FALSE(acts.focus(ficha.lblNombre) || acts.type(ficha.lblNombre, u" ") || acts.click(ficha.fraCaja));
+    EXPECT_FALSE(acts.focus(ficha.lblNombre) || acts.type(ficha.lblNombre, u" ") ||
+                 acts.click(ficha.fraCaja));
     ficha.Enabled = false;
     EXPECT_FALSE(acts.close() || acts.clickBackground() || acts.type(ficha.txtNombre, u"a"));
     ficha.Enabled = true;
@@ -83,10 +84,21 @@ TEST_F(ActsTest, the_focus_settles_when_its_control_goes_and_nothing_follows_a_c
     EXPECT_FALSE(acts.doubleClickCell(ficha.msgTabla, 2, 1));
     EXPECT_EQ(seen(), "optA.LostFocus msgTabla.GotFocus msgTabla.LeaveCell Unload cierra:Ficha");
     ficha.open();
-    ficha.when["txtNombre.KeyPress"] = ficha.when["msgTabla.LeaveCell"];
-    EXPECT_TRUE(acts.type(ficha.txtNombre, u"a"));
-    EXPECT_EQ(seen(), "txtNombre.KeyDown txtNombre.KeyPress Unload cierra:Ficha");
-    EXPECT_EQ(ficha.txtNombre.Text(), u"");
+    constexpr const char* keyDown = "txtNombre.KeyDown";
+    for (const char* event : {"txtNombre.KeyPress", keyDown}) {
+        ficha.when[event] = [&](Integer*) { ficha.Unload(); };
+        ficha.txtNombre.Text = String(u"x");
+        EXPECT_TRUE(acts.key(ficha.txtNombre, Key::Delete) &&
+                    (!ficha.loaded() || acts.type(ficha.txtNombre, u"a")));
+        EXPECT_FALSE(ficha.loaded());
+        EXPECT_EQ(ficha.txtNombre.Text(), event == keyDown ? u"x" : u"");
+        ficha.open();
+    }
+    ficha.when["msgTabla.LeaveCell"] = [&](Integer*) { ficha.msgTabla.Rows = 1; };
+    ficha.msgTabla.Rows = 9;
+    EXPECT_TRUE(acts.clickCell(ficha.msgTabla, 2, 1));
+    EXPECT_EQ(seen(), "txtNombre.LostFocus msgTabla.GotFocus msgTabla.LeaveCell msgTabla.Click")
+        << "the cell is gone";
 }
 
 TEST_F(ActsTest, keys_edit_at_the_caret)
@@ -130,7 +142,13 @@ TEST_F(ActsTest, keys_edit_at_the_caret)
     acts.paste(box, u"abc\U0001F600");
     EXPECT_EQ(shown(box), "abc|y") << "a cut parts no pair";
     EXPECT_EQ(seen(), "txtNombre.Change");
-    acts.paste(box, u"");
+    acts.paste(box, u"z");
+    acts.select(box, 4, 1);
+    acts.type(box, u"\U0001F600");
+    EXPECT_EQ(shown(box), "abcz[y]") << "refused whole, and what was selected stays";
+    seen();
+    acts.select(box, 0, 0);
+    acts.paste(box, u"x");
     EXPECT_EQ(seen(), "");
 }
 
@@ -148,7 +166,9 @@ TEST_F(ActsTest, a_key_goes_keydown_keypress_edit_change_and_may_be_changed_or_d
     acts.type(ficha.txtNombre, u"7\U0001F600");
     acts.key(ficha.txtNombre, Key::Backspace);
     EXPECT_EQ(codes, (std::vector<Integer>{65, 97, 36, 46, 55, 55, -1, static_cast<Integer>(0xD83D), 8, 8}));
-    ficha.when["txtNombre.KeyPress"] = [](Integer* ascii) { *ascii = *ascii == u'.' ? u',' : *ascii == u'q' ? 8 : 0; };
+    ficha.when["txtNombre.KeyPress"] = [](Integer* ascii) {
+        *ascii = *ascii == u'.' ? u',' : *ascii == u'q' ? 8 : 0;
+    };
     acts.type(ficha.txtNombre, u"x.");
     EXPECT_EQ(shown(ficha.txtNombre), "7,|");
     acts.type(ficha.txtNombre, u"q");
@@ -171,7 +191,8 @@ TEST_F(ActsTest, enter_escape_and_tab_are_the_forms)
     acts.key(ficha.txtNotas, Key::Enter);
     EXPECT_EQ(seen(), "txtNombre.LostFocus txtNotas.GotFocus cmd(0).Click");
     acts.key(ficha.cmd(1), Key::Enter);
-    EXPECT_EQ(seen(), "txtNotas.LostFocus cmd(1).GotFocus cmd(1).Click") << "a focused button is the one pressed";
+    EXPECT_EQ(seen(), "txtNotas.LostFocus cmd(1).GotFocus cmd(1).Click")
+        << "a focused button is the one pressed";
     ficha.cmd(1).Default = true;
     EXPECT_FALSE(ficha.cmd(0).Default()) << "one default button in a form";
     ficha.cmd(1).Enabled = false;
@@ -221,8 +242,8 @@ TEST_F(ActsTest, keys_choose_in_lists_options_ticks_and_tabs)
         act();
         return ficha.cboLista.ListIndex();
     };
-    const std::pair<Key, Long> moves[] = {{Key::Down, 0}, {Key::Up, 0},  {Key::Right, 1}, {Key::End, 3},
-                                          {Key::Down, 3}, {Key::Left, 2}, {Key::Home, 0}, {Key::Delete, 0}};
+    const std::pair<Key, Long> moves[] = {{Key::Down, 0}, {Key::Up, 0},   {Key::Right, 1}, {Key::End, 3},
+                                          {Key::Down, 3}, {Key::Left, 2}, {Key::Home, 0},  {Key::Delete, 0}};
     for (const auto& [key, index] : moves)
         EXPECT_EQ(chosen([&, pressed = key] { acts.key(ficha.cboLista, pressed); }), index);
     EXPECT_EQ(chosen([&] { acts.type(ficha.cboLista, u"b"); }), 1);
@@ -246,7 +267,8 @@ TEST_F(ActsTest, keys_choose_in_lists_options_ticks_and_tabs)
     for (const Key key : {Key::Left, Key::Right, Key::Down, Key::Home})
         acts.key(ficha.mstTabs, key);
     acts.clickTab(ficha.mstTabs, 1);
-    EXPECT_EQ(seen(), "mstTabs.Click mstTabs.Click mstTabs.Click") << "a click on the tab that is in front counts";
+    EXPECT_EQ(seen(), "mstTabs.Click mstTabs.Click mstTabs.Click")
+        << "a click on the tab that is in front counts";
     EXPECT_EQ(numberOf([&] { acts.clickTab(ficha.mstTabs, 3); }), failure::listIndexOutside);
 }
 
@@ -278,7 +300,8 @@ TEST_F(ActsTest, a_grid_is_clicked_walked_and_scrolled)
     grid.Cols = 4;
     grid.setColWidth(1, 0);
     grid.setColWidth(3, 0);
-    const std::pair<Key, Long> columns[] = {{Key::Right, 2}, {Key::Right, 2}, {Key::Left, 0}, {Key::End, 2}, {Key::Home, 0}};
+    const std::pair<Key, Long> columns[] = {
+        {Key::Right, 2}, {Key::Right, 2}, {Key::Left, 0}, {Key::End, 2}, {Key::Home, 0}};
     for (const auto& [key, column] : columns) {
         acts.key(grid, key);
         EXPECT_EQ(grid.Col(), column) << "past the hidden columns";

@@ -24,8 +24,13 @@ TEST_F(Life, show_loads_opens_activates_gives_the_focus_and_returns_when_closed)
     EXPECT_EQ(seen(), "abre:Ficha Activate") << "hidden is still loaded";
     EXPECT_EQ(numberOf([&] { ficha.Show(); }), 400);
     EXPECT_EQ(seen(), "");
-    useDesktop(nullptr);
     ficha.Hide();
+    ficha.when["Activate"] = [&](Integer*) { acts.close(); };
+    screen.modals = 0;
+    ficha.Show();
+    EXPECT_EQ(seen(), "abre:Ficha Activate Unload cierra:Ficha");
+    EXPECT_EQ(screen.modals, 0) << "nothing to wait for";
+    useDesktop(nullptr);
     EXPECT_EQ(numberOf([&] { ficha.Show(); }), failure::invalidCall);
     EXPECT_FALSE(ficha.Visible());
 }
@@ -181,9 +186,11 @@ TEST_F(Life, one_dialog_opens_another_and_waits_for_it)
     screen.steps = {[&] { acts.click(ficha.cmd(0)); }, [&] { Acts(other).click(other.chkUno); },
                     [&] { Acts(other).close(); }, [&] { acts.close(); }};
     ficha.Show();
-    EXPECT_EQ(seen(), "Load abre:Ficha Activate txtNombre.GotFocus txtNombre.LostFocus cmd(0).GotFocus cmd(0).Click "
-                      "Load abre:Otra Activate txtNombre.GotFocus txtNombre.LostFocus chkUno.GotFocus chkUno.MouseDown "
-                      "chkUno.Click Unload cierra:Otra vuelve Unload cierra:Ficha");
+    EXPECT_EQ(
+        seen(),
+        "Load abre:Ficha Activate txtNombre.GotFocus txtNombre.LostFocus cmd(0).GotFocus cmd(0).Click "
+        "Load abre:Otra Activate txtNombre.GotFocus txtNombre.LostFocus chkUno.GotFocus chkUno.MouseDown "
+        "chkUno.Click Unload cierra:Otra vuelve Unload cierra:Ficha");
 }
 
 TEST_F(Life, the_screen_is_reached_through_the_desktop)

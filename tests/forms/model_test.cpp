@@ -63,8 +63,11 @@ TEST_F(Model, options_ticks_and_lists_raise_click_on_a_change)
     list.ListIndex = 2;
     list.ListIndex = -1;
     EXPECT_EQ(seen(), "cboLista.Click cboLista.Click");
-    for (const auto& act : {std::function<void()>([&] { list.ListIndex = 3; }), {[&] { list.ListIndex = -2; }},
-                            {[&] { list.List(3); }}, {[&] { list.ItemData(-1); }}, {[&] { list.RemoveItem(3); }}})
+    for (const auto& act : {std::function<void()>([&] { list.ListIndex = 3; }),
+                            {[&] { list.ListIndex = -2; }},
+                            {[&] { list.List(3); }},
+                            {[&] { list.ItemData(-1); }},
+                            {[&] { list.RemoveItem(3); }}})
         EXPECT_EQ(numberOf(act), failure::listIndexOutside);
     list.ListIndex = 2;
     list.RemoveItem(0);
@@ -109,8 +112,11 @@ TEST_F(Model, a_grid_keeps_cells_widths_and_its_cell_inside)
     EXPECT_EQ(grid.RowData(2), 0);
     EXPECT_EQ(grid.Rows(), 3);
     EXPECT_EQ(grid.ColWidth(0), 2000);
-    for (const auto& act : {std::function<void()>([&] { grid.Row = 3; }), {[&] { grid.Col = 2; }}, {[&] { grid.RowData(-1); }},
-                            {[&] { grid.setTextMatrix(0, 2, u""); }}, {[&] { grid.RemoveItem(0); }}})
+    for (const auto& act : {std::function<void()>([&] { grid.Row = 3; }),
+                            {[&] { grid.Col = 2; }},
+                            {[&] { grid.RowData(-1); }},
+                            {[&] { grid.setTextMatrix(0, 2, u""); }},
+                            {[&] { grid.RemoveItem(0); }}})
         EXPECT_EQ(numberOf(act), failure::listIndexOutside);
     EXPECT_EQ(numberOf([&] { grid.Rows = 0; }), failure::invalidProperty);
 }
@@ -162,9 +168,14 @@ TEST(Pictures, are_known_by_their_first_bytes)
 {
     const auto folder = std::filesystem::temp_directory_path() / "zv_imágenes_de_prueba";
     std::filesystem::create_directories(folder);
-    const std::pair<std::string, bool> files[] = {
-        {std::string("\0\0\1\0\1", 5), true}, {"BM123", true}, {"\x89PNG\r\n\x1a\n", true}, {"\xff\xd8\xff\xe0", true},
-        {"GIF89a", true},                     {"hola", false}, {"", false},                 {std::string("\0\0\1", 3), false}};
+    const std::pair<std::string, bool> files[] = {{std::string("\0\0\1\0\1", 5), true},
+                                                  {"BM123", true},
+                                                  {"\x89PNG\r\n\x1a\n", true},
+                                                  {"\xff\xd8\xff\xe0", true},
+                                                  {"GIF89a", true},
+                                                  {"hola", false},
+                                                  {"", false},
+                                                  {std::string("\0\0\1", 3), false}};
     const auto path = (folder / "ñ.ico").u16string();
     for (const auto& [bytes, good] : files) {
         std::ofstream(std::filesystem::path(path), std::ios::binary) << bytes;
@@ -204,8 +215,10 @@ TEST_F(Model, a_layout_leaves_no_control_outside_or_over_another)
         const Frame* frame = control->frame();
         EXPECT_GT(control->Width() * control->Height(), 0) << toUtf8(control->fullName());
         EXPECT_GE(std::min(box.left, box.top), 1) << toUtf8(control->fullName());
-        EXPECT_LT(box.right, frame == nullptr ? ficha.Width() : frame->Width()) << toUtf8(control->fullName());
-        EXPECT_LT(box.bottom, frame == nullptr ? ficha.Height() : frame->Height()) << toUtf8(control->fullName());
+        EXPECT_LT(box.right, frame == nullptr ? ficha.Width() : frame->Width())
+            << toUtf8(control->fullName());
+        EXPECT_LT(box.bottom, frame == nullptr ? ficha.Height() : frame->Height())
+            << toUtf8(control->fullName());
         if (control != &page1 && control != &page2 && control != &ficha.msgTabla)
             apart.push_back(control);
     }
