@@ -8,7 +8,7 @@ namespace zv {
 
 Play::Play(const Guion& guion, const School& school, const StageMaker& stage)
     : guion_(guion), transcript_(guion), stage_(stage(*this)),
-      state_(school, [this](String line) { observe(std::move(line)); })
+      state_(school, [this](StringView line) { observe(line); })
 {
     useDesktop(stage_.desktop.get());
 }

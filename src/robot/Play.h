@@ -27,7 +27,7 @@ public:
     const Transcript& transcript() const { return transcript_; }
 
     // For the desktop.
-    void observe(String line) { transcript_.observe(std::move(line)); }
+    void observe(StringView line) { transcript_.observe(line); }
     void opened(Form& form);
     void closed(Form& form);
     /// Goes on reading commands until the form is no longer visible.

@@ -11,7 +11,7 @@ constexpr StringView apiClass = u"ZVApi.cCentroApi";
 
 } // namespace
 
-ProcessState::ProcessState(School databases, std::function<void(String)> observe)
+ProcessState::ProcessState(School databases, std::function<void(StringView)> observe)
     : school(std::move(databases)), api_(registeredClass(apiClass)),
       desktop_(hasDesktop() ? &desktop() : nullptr)
 {

@@ -12,7 +12,7 @@ namespace zv {
 /// to the process around it.
 class ProcessState {
 public:
-    ProcessState(School school, std::function<void(String)> observe);
+    ProcessState(School databases, std::function<void(StringView)> observe);
     ~ProcessState();
     ProcessState(const ProcessState&) = delete;
     ProcessState& operator=(const ProcessState&) = delete;

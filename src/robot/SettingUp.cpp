@@ -18,7 +18,7 @@ void useDatabase(Play& play, Connection& connection, StringView statement)
             String line = u"fila";
             for (const Value& value : rows->row())
                 line += u" " + valueText(value);
-            play.observe(std::move(line));
+            play.observe(line);
         }
     } catch (const RuntimeError& error) {
         play.mistake(error.description());

@@ -43,12 +43,12 @@ public:
         try {
             result = forward(member, access, arguments);
         } catch (const RuntimeError&) {
-            observe(std::move(line));
+            observe(line);
             throw;
         }
         if (!result.isEmpty())
             line += u" = " + valueText(result);
-        observe(std::move(line));
+        observe(line);
         return result;
     }
 
@@ -71,10 +71,10 @@ private:
         return result;
     }
 
-    void observe(String line)
+    void observe(StringView line)
     {
         if (tracing_.api)
-            tracing_.observe(std::move(line));
+            tracing_.observe(line);
     }
 
     ObjectPtr inner_;

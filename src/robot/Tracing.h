@@ -19,7 +19,7 @@ struct Tracing {
     bool sql = false;
     bool api = false;
     std::list<Failure> failures; ///< The oldest first.
-    std::function<void(String)> observe;
+    std::function<void(StringView)> observe;
 };
 
 /// A connection that shows each statement and lets pending failures happen before it passes the statement on.
