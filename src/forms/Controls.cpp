@@ -10,6 +10,9 @@ namespace {
 
 Long lengthOf(const String& text) { return static_cast<Long>(text.size()); }
 
+/// A box shows a text up to its first character of code 0, and so holds no more than that.
+StringView shown(StringView text) { return text.substr(0, text.find(u'\0')); }
+
 } // namespace
 
 void TextBox::change(const String& text, Long caret)
@@ -27,7 +30,7 @@ void TextBox::change(const String& text, Long caret)
 void TextBox::assignText(const String& text)
 {
     const auto width = static_cast<std::size_t>(MaxLength());
-    change(width > 0 ? String(cut(text, width)) : text, 0);
+    change(String(width > 0 ? cut(shown(text), width) : shown(text)), 0);
 }
 
 void TextBox::assignSelStart(Long start)
@@ -47,6 +50,7 @@ void TextBox::assignSelLength(Long length)
 
 void TextBox::replaceSelection(StringView text)
 {
+    text = shown(text);
     String whole = Text();
     const auto start = static_cast<std::size_t>(SelStart());
     whole.erase(start, static_cast<std::size_t>(SelLength()));

@@ -28,7 +28,8 @@ public:
 
     /// What the suite's helper object made of the text; any later change of the text empties it.
     Property<String> TextoDoblado{*this, u"TextoDoblado"};
-    /// A text longer than MaxLength is cut. Moves the caret to the start; raises Change if the text differs.
+    /// A text ends at its first character of code 0; one longer than MaxLength is cut. Moves the caret to the
+    /// start; raises Change if the text differs.
     Property<String> Text{*this, u"Text", {}, [this](const String& text) { assignText(text); }};
     /// In 16-bit units; 0 is no limit.
     Property<Long> MaxLength{*this, u"MaxLength"};
