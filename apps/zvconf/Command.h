@@ -49,7 +49,7 @@ public:
     Options(Arguments arguments, std::initializer_list<Option> known);
     bool has(StringView name) const { return given_.contains(name); }
     /// Fails with a UsageError if the option is not there.
-    const std::vector<String> &values(StringView name) const;
+    const std::vector<String>& values(StringView name) const;
 
 private:
     std::map<String, std::vector<String>, std::less<>> given_;

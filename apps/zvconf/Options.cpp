@@ -4,9 +4,10 @@
 
 namespace zv::zvconf {
 
-Options::Options(Arguments arguments, std::initializer_list<Option> known) {
+Options::Options(Arguments arguments, std::initializer_list<Option> known)
+{
     while (!arguments.empty()) {
-        const String &name = arguments.front();
+        const String& name = arguments.front();
         const auto option = std::ranges::find(known, StringView(name), &Option::name);
         if (option == known.end())
             throw UsageError(u"«" + name + u"» no es una opción de esta orden.");
@@ -20,7 +21,8 @@ Options::Options(Arguments arguments, std::initializer_list<Option> known) {
     }
 }
 
-const std::vector<String> &Options::values(StringView name) const {
+const std::vector<String>& Options::values(StringView name) const
+{
     const auto option = given_.find(name);
     if (option == given_.end())
         throw UsageError(u"Falta " + String(name) + u".");

@@ -13,9 +13,10 @@ namespace {
 
 constexpr Option database{u"--bd", 1};
 
-const String &urlOf(const Options &options) { return options.values(database.name).front(); }
+const String& urlOf(const Options& options) { return options.values(database.name).front(); }
 
-Long rowNumber(const String &text) {
+Long rowNumber(const String& text)
+{
     const std::string digits = toUtf8(text);
     Long row = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), row);
@@ -24,9 +25,10 @@ Long rowNumber(const String &text) {
     return row;
 }
 
-int list(Connection &centro) {
+int list(Connection& centro)
+{
     const std::vector<Registration> all = registrations(centro);
-    for (const Registration &each : all)
+    for (const Registration& each : all)
         printLine(statement(u"{} {}: usuario {}, estación {}, desde {}{}",
                             {each.form, each.row, each.user, each.station, each.moment,
                              each.gone ? u" (la estación ya ha terminado)" : u""}));
@@ -34,7 +36,8 @@ int list(Connection &centro) {
     return done;
 }
 
-int releaseOne(Connection &centro, const std::vector<String> &row) {
+int releaseOne(Connection& centro, const std::vector<String>& row)
+{
     const bool released = release(centro, row[0], rowNumber(row[1]));
     printLine(row[0] + u" " + row[1] + (released ? u" queda libre." : u" no estaba en uso."));
     return released ? done : found;
@@ -42,7 +45,8 @@ int releaseOne(Connection &centro, const std::vector<String> &row) {
 
 } // namespace
 
-int crear(Arguments arguments) {
+int crear(Arguments arguments)
+{
     const Options options(arguments, {database, {u"--ejemplo"}});
     const bool sample = options.has(u"--ejemplo");
     createSchool(urlOf(options), sample ? fillSampleSchool : nullptr);
@@ -51,11 +55,12 @@ int crear(Arguments arguments) {
     return done;
 }
 
-int comprobar(Arguments arguments) {
+int comprobar(Arguments arguments)
+{
     const Options options(arguments, {database});
     const School school = openSchool(urlOf(options));
     const std::vector<String> findings = checkSchool(school, engineOf(urlOf(options)));
-    for (const String &each : findings)
+    for (const String& each : findings)
         printLine(each);
     if (findings.empty())
         printLine(u"Las bases de datos tienen todo lo que hace falta.");
@@ -65,7 +70,8 @@ int comprobar(Arguments arguments) {
     return findings.empty() ? done : found;
 }
 
-int registros(Arguments arguments) {
+int registros(Arguments arguments)
+{
     const Options options(arguments, {database, {u"--liberar", 2}, {u"--liberar-todo"}});
     if (options.has(u"--liberar") && options.has(u"--liberar-todo"))
         throw UsageError(u"--liberar y --liberar-todo no van juntas.");

@@ -40,7 +40,8 @@ Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a 
 algo, la fila que se libera no estaba registrada, un guion ve otra cosa); con 2 si la orden no se ha podido hacer.
 )";
 
-int run(const std::vector<String> &words) {
+int run(const std::vector<String>& words)
+{
     if (words.empty())
         throw UsageError(u"Falta la orden.");
     if (std::ranges::find(words, u"--help") != words.end()) {
@@ -58,19 +59,20 @@ int run(const std::vector<String> &words) {
     return command->run(Arguments(words).subspan(1));
 }
 
-int runGuarded(std::span<char *> arguments) {
+int runGuarded(std::span<char*> arguments)
+{
     try {
         std::vector<String> words;
-        for (const char *argument : arguments)
+        for (const char* argument : arguments)
             words.push_back(fromUtf8(argument));
         const int result = run(words);
         if (!std::cout.flush())
             throw std::runtime_error(
                 "No se puede escribir el resultado: la salida está cerrada o el disco lleno.");
         return result;
-    } catch (const UsageError &error) {
+    } catch (const UsageError& error) {
         std::cerr << "zvconf: " << error.what() << " Con --help se ven las órdenes.\n";
-    } catch (const std::exception &error) {
+    } catch (const std::exception& error) {
         std::cerr << "zvconf: " << error.what() << '\n';
     }
     return failed;
@@ -82,6 +84,7 @@ void printLine(StringView line) { std::cout << toUtf8(line) << '\n'; }
 
 } // namespace zv::zvconf
 
-int main(int argc, char **argv) {
+int main(int argc, char** argv)
+{
     return zv::zvconf::runGuarded(std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
 }

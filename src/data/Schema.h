@@ -56,7 +56,8 @@ struct Table {
 
     constexpr Table(StringView tableName, Use tableUse, Key tableKey, std::size_t leading,
                     std::initializer_list<Column> columnList)
-        : name(tableName), use(tableUse), key(tableKey), keyColumns(leading), count(columnList.size()) {
+        : name(tableName), use(tableUse), key(tableKey), keyColumns(leading), count(columnList.size())
+    {
         std::ranges::copy(columnList, room.begin());
     }
     constexpr std::span<const Column> columns() const { return {room.data(), count}; }
@@ -65,7 +66,7 @@ struct Table {
 /// The tables of a database. Those of deleted records are the live ones but for the row registrations.
 std::span<const Table> tables(Database which);
 /// A table of the live or the entry database by its name, without regard to case; nullptr if there is none.
-const Table *table(StringView name);
+const Table* table(StringView name);
 
 /// The statements that make all tables of an empty database, and the indexes behind what the dialogs look
 /// for.

@@ -13,7 +13,8 @@ struct Spelling {
     StringView otherOptions;  ///< Behind those of any other table.
 };
 
-const Spelling &spelling(DdlStyle style) {
+const Spelling& spelling(DdlStyle style)
+{
     static constexpr Spelling sqlite{.wholeNumber = u"INTEGER",
                                      .text = u"TEXT",
                                      .decimal = u"REAL",
@@ -27,7 +28,8 @@ const Spelling &spelling(DdlStyle style) {
     return sqlite;
 }
 
-StringView typeName(Type type, const Spelling &as) {
+StringView typeName(Type type, const Spelling& as)
+{
     switch (type) {
     case Type::text:
         return as.text;
@@ -39,12 +41,14 @@ StringView typeName(Type type, const Spelling &as) {
 }
 
 /// A range has a name that tells a person what is wrong when the engine repeats it in a failure.
-String range(StringView column, StringView least, StringView most) {
+String range(StringView column, StringView least, StringView most)
+{
     return statement(u" CONSTRAINT \"{}: de {} a {}\" CHECK ({} BETWEEN {} AND {})",
                      {column, least, most, column, least, most});
 }
 
-String limits(const Column &column) {
+String limits(const Column& column)
+{
     switch (column.type) {
     case Type::integer:
         return range(column.name, u"-32768", u"32767");
@@ -64,19 +68,21 @@ String limits(const Column &column) {
     return {};
 }
 
-String joinedNames(std::span<const Column> columns) {
+String joinedNames(std::span<const Column> columns)
+{
     String result;
-    for (const Column &column : columns)
+    for (const Column& column : columns)
         result += (result.empty() ? u"" : u", ") + String(column.name);
     return result;
 }
 
-std::span<const Column> keyOf(const Table &table) { return table.columns().first(table.keyColumns); }
+std::span<const Column> keyOf(const Table& table) { return table.columns().first(table.keyColumns); }
 
-String tableDefinition(const Table &table, const Spelling &as) {
+String tableDefinition(const Table& table, const Spelling& as)
+{
     String columns;
     for (std::size_t i = 0; i < table.count; ++i) {
-        const Column &column = table.columns()[i];
+        const Column& column = table.columns()[i];
         columns += (i == 0 ? u"" : u", ") + String(column.name) + u" " + String(typeName(column.type, as));
         if (i < table.keyColumns && table.key == Key::given)
             columns += u" NOT NULL";
@@ -90,23 +96,25 @@ String tableDefinition(const Table &table, const Spelling &as) {
                      {table.name, columns, table.key == Key::given ? as.ownKeyOptions : as.otherOptions});
 }
 
-void addIndexes(std::vector<String> &statements, const Table &table) {
+void addIndexes(std::vector<String>& statements, const Table& table)
+{
     const auto add = [&](std::span<const Column> columns) {
         statements.push_back(statement(u"CREATE INDEX ix_{}_{} ON {} ({})",
                                        {table.name, columns.front().name, table.name, joinedNames(columns)}));
     };
     if (table.key == Key::repeated)
         add(keyOf(table));
-    for (const Column &column : table.columns().subspan(1))
+    for (const Column& column : table.columns().subspan(1))
         if (column.searched || !column.refersTo.empty())
             add({&column, 1});
 }
 
 } // namespace
 
-std::vector<String> definition(Database which, DdlStyle style) {
+std::vector<String> definition(Database which, DdlStyle style)
+{
     std::vector<String> result;
-    for (const Table &each : tables(which)) {
+    for (const Table& each : tables(which)) {
         result.push_back(tableDefinition(each, spelling(style)));
         // Of deleted records only the largest key is asked for.
         if (which != Database::borrado)

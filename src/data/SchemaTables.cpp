@@ -8,32 +8,40 @@ constexpr Type byte = Type::byte;
 constexpr Type flag = Type::flag;
 constexpr Type decimal = Type::decimal;
 
-constexpr Column text(StringView name, int width = 0) {
+constexpr Column text(StringView name, int width = 0)
+{
     return {.name = name, .type = Type::text, .width = width};
 }
-constexpr Column ref(StringView name, StringView target, Type type = Type::longInteger) {
+constexpr Column ref(StringView name, StringView target, Type type = Type::longInteger)
+{
     return {.name = name, .type = type, .refersTo = target};
 }
-constexpr Column searched(Column column) {
+constexpr Column searched(Column column)
+{
     column.searched = true;
     return column;
 }
-constexpr Column ours(Column column) {
+constexpr Column ours(Column column)
+{
     column.addedByUs = true;
     return column;
 }
 
-constexpr Table written(StringView name, std::initializer_list<Column> columns) {
+constexpr Table written(StringView name, std::initializer_list<Column> columns)
+{
     return {name, Use::named, Key::given, 1, columns};
 }
-constexpr Table positional(StringView name, std::initializer_list<Column> columns) {
+constexpr Table positional(StringView name, std::initializer_list<Column> columns)
+{
     return {name, Use::positional, Key::given, 1, columns};
 }
-constexpr Table readOnly(StringView name, std::initializer_list<Column> columns) {
+constexpr Table readOnly(StringView name, std::initializer_list<Column> columns)
+{
     return {name, Use::read, Key::automatic, 1, columns};
 }
 /// A table that joins two others. Schools exist that hold a pair twice.
-constexpr Table joining(StringView name, std::initializer_list<Column> columns) {
+constexpr Table joining(StringView name, std::initializer_list<Column> columns)
+{
     return {name, Use::read, Key::repeated, 2, columns};
 }
 
@@ -256,16 +264,18 @@ constexpr Table entrada[] = {
 
 } // namespace
 
-std::span<const Table> tables(Database which) {
+std::span<const Table> tables(Database which)
+{
     if (which == Database::entrada)
         return entrada;
     const std::span<const Table> live = centro;
     return which == Database::centro ? live : live.first(live.size() - 1);
 }
 
-const Table *table(StringView name) {
+const Table* table(StringView name)
+{
     for (const Database which : {Database::centro, Database::entrada})
-        for (const Table &each : tables(which))
+        for (const Table& each : tables(which))
             if (sameName(each.name, name))
                 return &each;
     return nullptr;

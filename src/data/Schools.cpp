@@ -7,7 +7,8 @@ namespace {
 
 constexpr Database all[] = {Database::centro, Database::borrado, Database::entrada};
 
-ConnectionPtr &member(School &school, Database which) {
+ConnectionPtr& member(School& school, Database which)
+{
     switch (which) {
     case Database::centro:
         return school.centro;
@@ -19,26 +20,29 @@ ConnectionPtr &member(School &school, Database which) {
     return school.entrada;
 }
 
-void makeTables(Connection &connection, Database which, DdlStyle style) {
+void makeTables(Connection& connection, Database which, DdlStyle style)
+{
     // At once, since each statement by itself would wait for the disk.
     connection.executeNative(u"BEGIN");
-    for (const String &each : schema::definition(which, style))
+    for (const String& each : schema::definition(which, style))
         connection.executeNative(each);
     connection.executeNative(u"COMMIT");
 }
 
 } // namespace
 
-School openSchool(StringView url) {
-    Engine &engine = engineOf(url);
+School openSchool(StringView url)
+{
+    Engine& engine = engineOf(url);
     School school;
     for (const Database which : all)
         member(school, which) = engine.open(locationOf(url), which);
     return school;
 }
 
-School createSchool(StringView url, const std::function<void(School &)> &fill) {
-    Engine &engine = engineOf(url);
+School createSchool(StringView url, const std::function<void(School&)>& fill)
+{
+    Engine& engine = engineOf(url);
     School school;
     std::vector<Database> made;
     try {
@@ -58,8 +62,9 @@ School createSchool(StringView url, const std::function<void(School &)> &fill) {
     return school;
 }
 
-School temporarySchool(StringView url) {
-    Engine &engine = engineOf(url);
+School temporarySchool(StringView url)
+{
+    Engine& engine = engineOf(url);
     School school;
     for (const Database which : all) {
         member(school, which) = engine.temporary(locationOf(url), which);

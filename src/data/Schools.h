@@ -10,7 +10,7 @@ namespace zv {
 School openSchool(StringView url);
 /// Makes the three databases with all their tables, empty or as `fill` leaves them. Fails if one exists
 /// already or `fill` fails, and then leaves nothing behind.
-School createSchool(StringView url, const std::function<void(School &)> &fill = {});
+School createSchool(StringView url, const std::function<void(School&)>& fill = {});
 /// Fresh databases with all tables, empty, that are gone with their connections. "sqlite:" makes them in
 /// memory.
 School temporarySchool(StringView url = u"sqlite:");

@@ -174,20 +174,25 @@ constexpr List pairs[] = {
 
 } // namespace
 
-void addFixedRows(Writer &centro) {
+void addFixedRows(Writer& centro)
+{
     for (const std::span<const List> lists :
          {std::span<const List>(catalogues), std::span<const List>(money), std::span<const List>(school)})
-        for (const List &list : lists)
+        for (const List& list : lists)
             centro.numbered(list.table, list.rows);
-    for (const List &list : pairs)
+    for (const List& list : pairs)
         centro.rows(list.table, list.rows);
 }
 
-void addUsers(Writer &entrada) {
+void addUsers(Writer& entrada)
+{
     entrada.rows(u"Perfil", u"0;Dirección|1;Profesorado");
-    entrada.rows(u"Usuario",
-                 u"1;direccion;0|2;acastro;1|3;bnunez;1|4;cserra;1|5;dpena;1|6;eortiz;1|7;fvidal;1|8;gleon;1|"
-                 u"9;hmunoz;1|10;irubio;1|11;jsanz;1|12;kgil;1|13;lprats;1|14;sustituto;1");
+    entrada.numbered(u"Usuario",
+                     u"Directora;0|Tutor de 1º A de Primaria;1|Tutora de 2º A de Primaria;1|"
+                     u"Tutora de 3º A de Primaria;1|Tutor de 4º A de Primaria;1|Tutora de 5º A de Primaria;1|"
+                     u"Tutor de 6º A de Primaria;1|Tutora de 1º A de ESO;1|Tutor de 2º A de ESO;1|"
+                     u"Tutora de 3º A de ESO;1|Tutor de 4º A de ESO;1|Tutora de 1º A de Bachillerato;1|"
+                     u"Tutor de 2º A de Bachillerato;1|Sustituto sin destino;1");
     entrada.rows(u"BotonAccesoRapido", u"1;frmEmisor;cmdNuevoPresentador|1;frmPresentador;cmdNuevoBanco");
 }
 

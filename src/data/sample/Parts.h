@@ -19,12 +19,12 @@ struct Section {
 };
 
 /// Catalogues, banks, courses, questions: what stands in lists.
-void addFixedRows(Writer &centro);
+void addFixedRows(Writer& centro);
 /// Staff, sections, pupils and their families. Gives the sections, of which section n stands at n - 1.
-std::vector<Section> addPeople(Writer &centro, Dice &dice);
+std::vector<Section> addPeople(Writer& centro, Dice& dice);
 /// Notes of the guidance council and individual reports of some sections.
-void addReports(Writer &centro, Dice &dice, const std::vector<Section> &sections);
+void addReports(Writer& centro, Dice& dice, const std::vector<Section>& sections);
 /// Profiles and users; user 1 sees everything, 2 to 13 are tutors, and 14 is none of the staff.
-void addUsers(Writer &entrada);
+void addUsers(Writer& entrada);
 
 } // namespace zv::sample

@@ -29,7 +29,8 @@ constexpr Long firstSpecialist = firstTutor + sectionCount;
 constexpr Long firstOther = 37; ///< Those who do not teach.
 constexpr Long staffCount = 45;
 
-String date(Dice &dice, int year) {
+String date(Dice& dice, int year)
+{
     const auto twoDigits = [](int number) {
         return String{static_cast<char16_t>(u'0' + number / 10), static_cast<char16_t>(u'0' + number % 10)};
     };
@@ -38,7 +39,8 @@ String date(Dice &dice, int year) {
 }
 
 /// Null for the director's colleagues without a user; tutors of every other section have one.
-Value userOf(Long person) {
+Value userOf(Long person)
+{
     if (person == director)
         return Long{1};
     if (person < firstSpecialist && person % 2 == 0)
@@ -47,9 +49,10 @@ Value userOf(Long person) {
 }
 
 /// Of a catalogue mostly the first row, else one of the others up to the last.
-Long mostlyFirst(Dice &dice, int last) { return dice.below(12) > 0 ? 1 : 2 + dice.below(last - 1); }
+Long mostlyFirst(Dice& dice, int last) { return dice.below(12) > 0 ? 1 : 2 + dice.below(last - 1); }
 
-void addStaff(Writer &centro, Dice &dice) {
+void addStaff(Writer& centro, Dice& dice)
+{
     for (Long person = 1; person <= staffCount; ++person) {
         const bool teaches = person < firstOther;
         centro.row(u"Personal",
@@ -69,19 +72,22 @@ void addStaff(Writer &centro, Dice &dice) {
 }
 
 /// The subjects of a course: first and last key.
-std::pair<Long, Long> subjectsOf(Long curso) {
+std::pair<Long, Long> subjectsOf(Long curso)
+{
     if (curso <= 6)
         return {1, 7};
     return curso <= 10 ? std::pair<Long, Long>{8, 15} : std::pair<Long, Long>{16, 22};
 }
 
-Long teacherOf(const Section &section, Long materia) {
+Long teacherOf(const Section& section, Long materia)
+{
     if (section.curso > 6)
         return firstTutor + 12 + (materia * 5 + section.id * 3) % 18;
     return materia >= 5 ? firstSpecialist + materia - 5 : firstTutor + section.id - 1;
 }
 
-void addSubjects(Writer &centro, Dice &dice, Section &section, Long &nextSubject) {
+void addSubjects(Writer& centro, Dice& dice, Section& section, Long& nextSubject)
+{
     const auto [first, last] = subjectsOf(section.curso);
     for (Long materia = first; materia <= last; ++materia) {
         const Long id = nextSubject++;
@@ -94,14 +100,16 @@ void addSubjects(Writer &centro, Dice &dice, Section &section, Long &nextSubject
     }
 }
 
-void addFamily(Writer &centro, Dice &dice, Long pupil) {
+void addFamily(Writer& centro, Dice& dice, Long pupil)
+{
     const Long members = dice.once(2) ? 2 : 1;
     for (Long kinship = 1; kinship <= members; ++kinship)
         centro.row(u"MiembroFamilia", {Null(), Long{1 + dice.below(20)}, Long{1 + dice.below(8)},
                                        dice.once(20) ? Long{3} : kinship, pupil, dice.of(givenNames)});
 }
 
-void addPupil(Writer &centro, Dice &dice, Section &section, Long pupil) {
+void addPupil(Writer& centro, Dice& dice, Section& section, Long pupil)
+{
     const bool left = dice.once(30);
     const Value leaving = left ? Value(date(dice, 2024)) : dice.once(2) ? Value(String()) : Value(Null());
     const Long country = mostlyFirst(dice, 12);
@@ -112,7 +120,7 @@ void addPupil(Writer &centro, Dice &dice, Section &section, Long pupil) {
                 country, mostlyFirst(dice, 6), left ? Value(Long{1 + dice.below(4)}) : Value(Null()), country,
                 date(dice, birth)});
     centro.row(u"Seccion_Alumno", {pupil, section.id});
-    for (const TaughtSubject &subject : section.subjects)
+    for (const TaughtSubject& subject : section.subjects)
         centro.row(u"Alumno_MateriaDetalles", {pupil, subject.id});
     addFamily(centro, dice, pupil);
     if (dice.once(6))
@@ -124,7 +132,8 @@ void addPupil(Writer &centro, Dice &dice, Section &section, Long pupil) {
 
 } // namespace
 
-std::vector<Section> addPeople(Writer &centro, Dice &dice) {
+std::vector<Section> addPeople(Writer& centro, Dice& dice)
+{
     addStaff(centro, dice);
     std::vector<Section> sections;
     Long pupil = 0;

@@ -20,7 +20,8 @@ constexpr StringView measures[] = {u"Ninguna.", u"Apoyo en pequeño grupo.",
 constexpr StringView remarks[] = {u"Adecuado a su edad.", u"Bien desarrollado.", u"En progreso.",
                                   u"Necesita estímulo.", u""};
 
-void addGuidance(Writer &centro, Dice &dice, const Section &section) {
+void addGuidance(Writer& centro, Dice& dice, const Section& section)
+{
     Long id = 0;
     for (const Long pupil : section.pupils)
         for (Long question = 1; question <= questions; ++question) {
@@ -31,20 +32,23 @@ void addGuidance(Writer &centro, Dice &dice, const Section &section) {
         }
 }
 
-void addCommonReport(Writer &centro, Dice &dice, Long pupil) {
+void addCommonReport(Writer& centro, Dice& dice, Long pupil)
+{
     centro.row(u"Alumno_InfInd", {pupil, dice.of(difficulties), dice.of(assessments), dice.of(measures)});
 }
 
-void addPrimaryReport(Writer &centro, Dice &dice, const Section &section, Long pupil) {
+void addPrimaryReport(Writer& centro, Dice& dice, const Section& section, Long pupil)
+{
     addCommonReport(centro, dice, pupil);
-    for (const TaughtSubject &subject : section.subjects)
+    for (const TaughtSubject& subject : section.subjects)
         for (Long type = 1; type <= ratingTypes; ++type) {
             const Long answer = dice.once(8) ? 0 : 3 * (type - 1) + 1 + dice.below(3);
             centro.row(u"Alumno_InfIndPrim", {pupil, subject.materia, type, answer});
         }
 }
 
-void addSecondaryReport(Writer &centro, Dice &dice, Long pupil) {
+void addSecondaryReport(Writer& centro, Dice& dice, Long pupil)
+{
     addCommonReport(centro, dice, pupil);
     std::vector<Value> texts{pupil};
     for (int text = 0; text < 12; ++text)
@@ -54,10 +58,11 @@ void addSecondaryReport(Writer &centro, Dice &dice, Long pupil) {
 
 } // namespace
 
-void addReports(Writer &centro, Dice &dice, const std::vector<Section> &sections) {
-    const Section &primary = sections[2];    // 2º A of the primary stage, which ends a cycle
-    const Section &secondary = sections[12]; // 1º A of the secondary one
-    const Section &advised = sections[14];   // 2º A
+void addReports(Writer& centro, Dice& dice, const std::vector<Section>& sections)
+{
+    const Section& primary = sections[2];    // 2º A of the primary stage, which ends a cycle
+    const Section& secondary = sections[12]; // 1º A of the secondary one
+    const Section& advised = sections[14];   // 2º A
     for (const Long pupil : primary.pupils)
         addPrimaryReport(centro, dice, primary, pupil);
     for (const Long pupil : secondary.pupils)

@@ -8,7 +8,8 @@ namespace zv {
 namespace {
 
 /// At once, since each row by itself would wait for the disk.
-void inOneStep(Connection &connection, const std::function<void()> &write) {
+void inOneStep(Connection& connection, const std::function<void()>& write)
+{
     connection.executeNative(u"BEGIN");
     try {
         write();
@@ -21,7 +22,8 @@ void inOneStep(Connection &connection, const std::function<void()> &write) {
 
 } // namespace
 
-void fillSampleSchool(School &school) {
+void fillSampleSchool(School& school)
+{
     sample::Writer centro(*school.centro);
     sample::Writer borrado(*school.borrado);
     sample::Writer entrada(*school.entrada);

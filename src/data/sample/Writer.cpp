@@ -5,7 +5,8 @@
 namespace zv::sample {
 namespace {
 
-String literal(const Value &value) {
+String literal(const Value& value)
+{
     if (value.isNull())
         return u"NULL";
     const String text = CStr(value);
@@ -14,14 +15,16 @@ String literal(const Value &value) {
 
 } // namespace
 
-void Writer::row(StringView table, const std::vector<Value> &values) {
+void Writer::row(StringView table, const std::vector<Value>& values)
+{
     String list;
-    for (const Value &value : values)
+    for (const Value& value : values)
         list += (list.empty() ? u"" : u",") + literal(value);
     connection_.executeNative(statement(u"INSERT INTO {} VALUES ({})", {table, list}));
 }
 
-void Writer::write(StringView table, StringView text, bool withNumber) {
+void Writer::write(StringView table, StringView text, bool withNumber)
+{
     Long number = 0;
     for (const StringView each : split(text, u'|')) {
         std::vector<Value> values;
@@ -33,7 +36,8 @@ void Writer::write(StringView table, StringView text, bool withNumber) {
     }
 }
 
-std::vector<StringView> split(StringView text, char16_t sign) {
+std::vector<StringView> split(StringView text, char16_t sign)
+{
     std::vector<StringView> result;
     for (;;) {
         const std::size_t end = text.find(sign);
@@ -44,7 +48,8 @@ std::vector<StringView> split(StringView text, char16_t sign) {
     }
 }
 
-int Dice::below(int limit) {
+int Dice::below(int limit)
+{
     state_ ^= state_ << 13;
     state_ ^= state_ >> 17;
     state_ ^= state_ << 5;

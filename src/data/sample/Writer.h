@@ -7,8 +7,8 @@ namespace zv::sample {
 /// Writes rows into one database, all columns in their order.
 class Writer {
 public:
-    explicit Writer(Connection &connection) : connection_(connection) {}
-    void row(StringView table, const std::vector<Value> &values);
+    explicit Writer(Connection& connection) : connection_(connection) {}
+    void row(StringView table, const std::vector<Value>& values);
     /// Rows parted by "|" and fields by ";". An empty field is Null.
     void rows(StringView table, StringView text) { write(table, text, false); }
     /// The same, with keys counted from 1 in front.
@@ -17,7 +17,7 @@ public:
 private:
     void write(StringView table, StringView text, bool withNumber);
 
-    Connection &connection_;
+    Connection& connection_;
 };
 
 /// The pieces of a text, of which there is at least one.
@@ -29,7 +29,9 @@ public:
     /// From 0 to one below the limit.
     int below(int limit);
     bool once(int inHowMany) { return below(inHowMany) == 0; }
-    template <class List> const auto &of(const List &list) {
+    template <class List>
+    const auto& of(const List& list)
+    {
         return list[static_cast<std::size_t>(below(static_cast<int>(std::size(list))))];
     }
 

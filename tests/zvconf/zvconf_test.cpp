@@ -1,0 +1,129 @@
+#include "data/Schools.h"
+#include "data/sqlite/SqliteEngine.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <sys/wait.h>
+
+using namespace zv;
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string contents(const fs::path& file)
+{
+    std::ostringstream text;
+    text << std::ifstream(file).rdbuf();
+    return text.str();
+}
+
+/// Runs the program in a folder of its own.
+class Zvconf : public testing::Test {
+protected:
+    Zvconf()
+    {
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+        registerEngine(sqliteEngine());
+    }
+    ~Zvconf() override { fs::remove_all(folder); }
+    /// The exit code; `out` and `err` have what it wrote.
+    int run(const std::string& arguments, const std::string& target = "out")
+    {
+        const std::string line =
+            "cd '" + folder.string() + "' && '" ZVCONF "' " + arguments + " >" + target + " 2>err";
+        const int status = std::system(line.c_str());
+        out = contents(folder / "out");
+        err = contents(folder / "err");
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    fs::path folder =
+        fs::temp_directory_path() /
+        ("zv-zvconf-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
+    std::string out, err;
+};
+
+} // namespace
+
+TEST_F(Zvconf, makes_checks_and_frees_a_school)
+{
+    EXPECT_EQ(run("crear --bd sqlite:c.db --ejemplo"), 0) << err;
+    EXPECT_EQ(out, "Creado el centro de ejemplo en sqlite:c.db.\n");
+    EXPECT_EQ(run("comprobar --bd sqlite:c.db"), 0) << out << err;
+    EXPECT_EQ(out, "Las bases de datos tienen todo lo que hace falta.\n");
+    {
+        const School school = openSchool(u"sqlite:" + (folder / "c.db").u16string());
+        EXPECT_FALSE(school.centro->Execute(u"Select * From Alumno")->Eof());
+        school.centro->Execute(
+            u"Insert into RegistroActivo values ('frmPais',3,7,'otra','2024-09-12 08:30:00')");
+        school.centro->Execute(
+            u"Insert into RegistroActivo values ('frmTurno',1,8,'otra','2024-09-12 08:31:00')");
+        school.centro->Execute(u"Drop Table Idioma");
+        school.borrado->Execute(u"Drop Table Pais");
+    }
+    EXPECT_EQ(run("comprobar --bd sqlite:c.db"), 1);
+    EXPECT_EQ(out, "Base del centro: falta la tabla Idioma.\nBase de borrados: falta la tabla Pais.\n"
+                   "Defectos: 2. Pida que los corrija quien lleva las bases de datos.\n");
+
+    EXPECT_EQ(run("registros --bd sqlite:c.db"), 0) << err;
+    EXPECT_EQ(out, "frmPais 3: usuario 7, estación otra, desde 2024-09-12 08:30:00\n"
+                   "frmTurno 1: usuario 8, estación otra, desde 2024-09-12 08:31:00\nFilas en uso: 2.\n");
+    EXPECT_EQ(run("registros --bd sqlite:c.db --liberar FRMPAIS 4"), 1) << "no such row";
+    EXPECT_EQ(run("registros --bd sqlite:c.db --liberar frmPais 3"), 0);
+    EXPECT_EQ(out, "frmPais 3 queda libre.\n");
+    EXPECT_EQ(run("registros --bd sqlite:c.db --liberar-todo"), 0);
+    EXPECT_EQ(out, "Filas liberadas: 1.\n");
+    EXPECT_EQ(run("registros --bd sqlite:c.db"), 0);
+    EXPECT_EQ(out, "Filas en uso: 0.\n");
+
+    EXPECT_EQ(run("crear --bd sqlite:vacio.db"), 0);
+    EXPECT_TRUE(openSchool(u"sqlite:" + (folder / "vacio.db").u16string())
+                    .centro->Execute(u"Select * From Alumno")
+                    ->Eof());
+}
+
+TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
+{
+    ASSERT_EQ(run("crear --bd sqlite:c.db"), 0);
+    std::ofstream(folder / "texto.db") << std::string(4096, 'x');
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "Falta la orden. Con --help"},
+        {"crea", "«crea» no es una orden."},
+        {"crear", "Falta --bd."},
+        {"crear --bd", "A --bd le falta su valor."},
+        {"crear --bd sqlite:d.db --ejempl", "«--ejempl» no es una opción"},
+        {"crear --bd sqlite:d.db --bd sqlite:e.db", "--bd está dos veces."},
+        {"crear --bd sqlite:c.db", "«c.db» ya existe"},
+        {"crear --bd sqlite:no/c.db", "su carpeta no existe"},
+        {"crear --bd c.db", "«sqlite:»"},
+        {"comprobar --bd sqlite:nada.db", "«nada.db» no existe"},
+        {"comprobar --bd sqlite:texto.db", "«texto.db» no es una base de datos"},
+        {"comprobar --bd sqlite:.", "es una carpeta"},
+        {"registros --bd sqlite:c.db --liberar frmPais", "A --liberar le falta su valor."},
+        {"registros --bd sqlite:c.db --liberar frmPais 3x", "«3x» no es el número de una fila."},
+        {"registros --bd sqlite:c.db --liberar frmPais 3 --liberar-todo", "no van juntas"},
+        {"$(printf '\\377')", "zvconf: "},
+    };
+    for (const auto& [arguments, words] : cases) {
+        EXPECT_EQ(run(arguments), 2) << arguments;
+        EXPECT_NE(err.find(words), std::string::npos) << arguments << '\n' << err;
+        EXPECT_EQ(out, "") << arguments;
+    }
+    EXPECT_FALSE(fs::exists(folder / "d.db")) << "a command line that is wrong does nothing";
+    EXPECT_EQ(run("--help", "/dev/full"), 2) << "what cannot be written is a failure";
+}
+
+TEST_F(Zvconf, tells_its_version_and_its_commands)
+{
+    EXPECT_EQ(run("--version"), 0);
+    EXPECT_TRUE(out.starts_with("zvconf ")) << out;
+    EXPECT_EQ(run("registros --help"), 0);
+    for (const char* words : {"crear --bd", "comprobar --bd", "registros --bd", "Termina con 0"})
+        EXPECT_NE(out.find(words), std::string::npos) << words;
+}
