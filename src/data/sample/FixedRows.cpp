@@ -16,16 +16,15 @@ constexpr List catalogues[] = {
      u"Chino mandarín"},
     {u"Pais",
      u"España|Marruecos|Rumanía|Ecuador|Colombia|China|Venezuela|Perú|Argentina|Portugal|Francia|Italia|"
-     u"Reino Unido|Alemania|Bolivia|Paraguay|República "
-     u"Dominicana|Honduras|Cuba|Brasil|Ucrania|Rusia|Bulgaria|"
-     u"Polonia|Pakistán|India|Senegal|Argelia|Guinea Ecuatorial|Costa de Marfil|Estados Unidos|México|Chile|"
-     u"Uruguay|Bélgica|Países Bajos|Irlanda|Suiza|Andorra|Japón"},
+     u"Reino Unido|Alemania|Bolivia|Paraguay|República Dominicana|Honduras|Cuba|Brasil|Ucrania|Rusia|"
+     u"Bulgaria|Polonia|Pakistán|India|Senegal|Argelia|Guinea Ecuatorial|Costa de Marfil|Estados Unidos|"
+     u"México|Chile|Uruguay|Bélgica|Países Bajos|Irlanda|Suiza|Andorra|Japón"},
     {u"Provincia",
      u"Álava|Albacete|Alicante|Almería|Ávila|Badajoz|Illes Balears|Barcelona|Burgos|Cáceres|Cádiz|"
-     u"Castellón|Ciudad Real|Córdoba|A Coruña|Cuenca|Girona|Granada|Guadalajara|Gipuzkoa|Huelva|Huesca|Jaén|"
-     u"León|Lleida|La Rioja|Lugo|Madrid|Málaga|Murcia|Navarra|Ourense|Asturias|Palencia|Las Palmas|"
-     u"Pontevedra|Salamanca|Santa Cruz de Tenerife|Cantabria|Segovia|Sevilla|Soria|Tarragona|Teruel|Toledo|"
-     u"Valencia|Valladolid|Bizkaia|Zamora|Zaragoza|Ceuta|Melilla"},
+     u"Castellón|Ciudad Real|Córdoba|A Coruña|Cuenca|Girona|Granada|Guadalajara|Gipuzkoa|Huelva|Huesca|"
+     u"Jaén|León|Lleida|La Rioja|Lugo|Madrid|Málaga|Murcia|Navarra|Ourense|Asturias|Palencia|Las Palmas|"
+     u"Pontevedra|Salamanca|Santa Cruz de Tenerife|Cantabria|Segovia|Sevilla|Soria|Tarragona|Teruel|"
+     u"Toledo|Valencia|Valladolid|Bizkaia|Zamora|Zaragoza|Ceuta|Melilla"},
     {u"TipoAlumno",
      u"Ordinario|Repetidor|Necesidades educativas especiales|Altas capacidades|Incorporación tardía|"
      u"Intercambio|Oyente"},
@@ -33,16 +32,17 @@ constexpr List catalogues[] = {
      u"Indefinido a tiempo completo|Indefinido a tiempo parcial|Temporal por obra|Interinidad|Relevo|"
      u"Prácticas|Fijo discontinuo"},
     {u"TipoNivelEstudios",
-     u"Sin estudios|Estudios primarios|Graduado en ESO|Bachillerato|Formación Profesional|"
-     u"Diplomatura|Licenciatura o grado|Máster|Doctorado"},
+     u"Sin estudios|Estudios primarios|Graduado en ESO|Bachillerato|Formación Profesional|Diplomatura|"
+     u"Licenciatura o grado|Máster|Doctorado"},
     {u"CursoEspecializacion", u"Audición y lenguaje|Pedagogía terapéutica|Bilingüismo|Prevención de riesgos|"
                               u"Tecnologías de la información|Dirección de centros|Mediación escolar"},
     {u"Observacion", u"Progresa;Progresa adecuadamente|Atención;Necesita prestar más atención en clase|"
                      u"Deberes;No trae los deberes hechos|Lectura;Le conviene leer más en casa|"
                      u"Participa;Participa y ayuda a los compañeros|Material;Olvida el material"},
-    {u"OpcionMateria",
-     u"Religión católica;REL;Religión católica;RELIGIÓN|Alternativa;ALT;Actividades de estudio;ALTERNATIVA|"
-     u"Francés;FRA;Segunda lengua extranjera: francés;FRANCÉS|Refuerzo;REF;Refuerzo de matemáticas;REFUERZO"},
+    {u"OpcionMateria", u"Religión católica;REL;Religión católica;RELIGIÓN|"
+                       u"Alternativa;ALT;Actividades de estudio;ALTERNATIVA|"
+                       u"Francés;FRA;Segunda lengua extranjera: francés;FRANCÉS|"
+                       u"Refuerzo;REF;Refuerzo de matemáticas;REFUERZO"},
     {u"TipoMotivoBaja",
      u"Traslado;Traslado a otro centro|Cambio de domicilio;|Fin de estudios;Obtiene el título|"
      u"Petición de la familia;|Expulsión;Por resolución del consejo escolar"},
@@ -55,8 +55,8 @@ constexpr List catalogues[] = {
      u"Parado/a|Policía|Jubilado/a|Trabajador/a de l'Ajuntament|Farero/a"},
     {u"TipoParentesco", u"Madre|Padre|Tutor/a legal|Abuelo/a|Tío/a|Hermano/a|Padrino"},
     {u"TipoJustificacion",
-     u"Certificado médico|Justificante de la familia|Citación oficial|Llamada telefónica|"
-     u"Sin justificar|Huelga de transporte"},
+     u"Certificado médico|Justificante de la familia|Citación oficial|Llamada telefónica|Sin justificar|"
+     u"Huelga de transporte"},
     {u"TipoMaterialDidactico",
      u"Libro de texto|Cuaderno de ejercicios|Diccionario|Material de laboratorio|Instrumento musical|"
      u"Programa informático|Mapa mural"},
@@ -81,47 +81,44 @@ constexpr List catalogues[] = {
 };
 
 constexpr List money[] = {
-    {u"Banco", u"Banco de Ahorro Peninsular;0049|Caja de L'Horta;2077|Crédito Cantábrico;0182|Caixa "
-               u"d'Estalvis del Penedès;2081|"
-               u"Banca de la Meseta;0075|Banco O'Higgins;0033"},
-    {u"Sucursal", u"1;0001;Oficina principal;Gran Vía, 12;Madrid;28013;28|1;0142;Chamberí;Calle de Ponzano, "
-                  u"40;Madrid;28003;28|"
+    {u"Banco", u"Banco de Ahorro Peninsular;0049|Caja de L'Horta;2077|Crédito Cantábrico;0182|"
+               u"Caixa d'Estalvis del Penedès;2081|Banca de la Meseta;0075|Banco O'Higgins;0033"},
+    {u"Sucursal", u"1;0001;Oficina principal;Gran Vía, 12;Madrid;28013;28|"
+                  u"1;0142;Chamberí;Calle de Ponzano, 40;Madrid;28003;28|"
                   u"2;0310;Benimaclet;Carrer d'Emili Baró, 7;València;46020;46|"
-                  u"2;0311;Alboraia;Plaça Major, 3;Alboraia;46120;46|3;0025;Puerto Chico;Paseo de Pereda, "
-                  u"31;Santander;39004;39|"
+                  u"2;0311;Alboraia;Plaça Major, 3;Alboraia;46120;46|"
+                  u"3;0025;Puerto Chico;Paseo de Pereda, 31;Santander;39004;39|"
                   u"4;0108;L'Hospitalet centre;Rambla de Just Oliveras, 9;L'Hospitalet de Llobregat;08901;8|"
                   u"4;0109;Vilafranca;Carrer de la Cort, 18;Vilafranca del Penedès;08720;8|"
-                  u"5;0007;Plaza Mayor;Plaza Mayor, 1;Valladolid;47001;47|5;0070;Delicias;Paseo de San "
-                  u"Vicente, 2;Valladolid;47013;47"},
+                  u"5;0007;Plaza Mayor;Plaza Mayor, 1;Valladolid;47001;47|"
+                  u"5;0070;Delicias;Paseo de San Vicente, 2;Valladolid;47013;47"},
     {u"Presentador",
      u"Colegio San Isidro Labrador;G28123456;000;1;1|Asociación de Padres O'Donnell;G28765432;001;1;2|"
      u"Fundación Escolar Núñez;G08345678;000;4;6|Comedor Escolar;B47111222;002;5;8"},
     {u"PresentadorMTP", u"Servicio central de cobros|Servicio de cobros de Levante"},
     {u"BancoMTP", u"1|2"},
-    {u"Emisor", u"Colegio San Isidro Labrador;G28123456;000;1;Calle del Álamo, 5;Madrid;28;28015;0;;0|"
-                u"Comedor escolar;B28999888;001;2;;;0;;0;;0|"
-                u"Actividades extraescolares;G08345678;002;0;;;0;;1;;-1|"
-                u"Transporte L'Horta;B46777666;;0;Camí del Mar, 22;Alboraia;46;46120;0;4600012345;0|"
-                u"Librería Peña;B28555444;;0;Calle de la Palma, 8;Madrid;28;28004;0;2800098765;0|"
-                u"Escuela de verano;G47000111;003;3;;;0;;0;;0"},
-    {u"Cuenta", u"1;0049 0001 51 2110000011|2;0049 0142 20 2110000022|3;2077 0310 33 3100054321|6;2081 0108 "
-                u"07 0200051332|"
-                u"8;0075 0007 41 0600012345"},
+    {u"Emisor",
+     u"Colegio San Isidro Labrador;G28123456;000;1;Calle del Álamo, 5;Madrid;28;28015;0;;0|"
+     u"Comedor escolar;B28999888;001;2;;;0;;0;;0|Actividades extraescolares;G08345678;002;0;;;0;;1;;-1|"
+     u"Transporte L'Horta;B46777666;;0;Camí del Mar, 22;Alboraia;46;46120;0;4600012345;0|"
+     u"Librería Peña;B28555444;;0;Calle de la Palma, 8;Madrid;28;28004;0;2800098765;0|"
+     u"Escuela de verano;G47000111;003;3;;;0;;0;;0"},
+    {u"Cuenta", u"1;0049 0001 51 2110000011|2;0049 0142 20 2110000022|3;2077 0310 33 3100054321|"
+                u"6;2081 0108 07 0200051332|8;0075 0007 41 0600012345"},
     {u"Centro_Cuenta_Emisor", u"1;1|2;2|3;3|4;4|5;5"},
-    {u"Actividad", u"2;1;;Comedor|1;1;4;Ruta de transporte|4;3;;Ajedrez|4;3;;Judo|4;3;;Robótica|1;1;;Aula "
-                   u"matinal|3;1;5;Libros|"
-                   u"2;2;;Excursión a Ávila|1;;;Coro"},
+    {u"Actividad",
+     u"2;1;;Comedor|1;1;4;Ruta de transporte|4;3;;Ajedrez|4;3;;Judo|4;3;;Robótica|1;1;;Aula matinal|"
+     u"3;1;5;Libros|2;2;;Excursión a Ávila|1;;;Coro"},
 };
 
 constexpr List school[] = {
-    {u"Direccion", u"1;Calle del Álamo, 5;Madrid;28015|1;Calle de Alcalá, 200;Madrid;28028|1;Carrer Major, "
-                   u"14;L'Hospitalet;08901|"
-                   u"1;Avenida de Castilla, 3;Valladolid;47014|10;Rua Augusta, 101;Lisboa;1100|11;Rue de "
-                   u"l'Église, 4;Hendaye;64700"},
+    {u"Direccion", u"1;Calle del Álamo, 5;Madrid;28015|1;Calle de Alcalá, 200;Madrid;28028|"
+                   u"1;Carrer Major, 14;L'Hospitalet;08901|1;Avenida de Castilla, 3;Valladolid;47014|"
+                   u"10;Rua Augusta, 101;Lisboa;1100|11;Rue de l'Église, 4;Hendaye;64700"},
     {u"Centro", u"1;2;Colegio San Isidro Labrador;1"},
     {u"MaterialDidactico",
-     u"1;Matemáticas 1|1;Lengua 1|1;Ciencias 2|2;Caligrafía|3;Diccionario escolar|4;Microscopio|4;Probetas|"
-     u"5;Flauta dulce|5;Metalófono|6;Enciclopedia interactiva"},
+     u"1;Matemáticas 1|1;Lengua 1|1;Ciencias 2|2;Caligrafía|3;Diccionario escolar|4;Microscopio|"
+     u"4;Probetas|5;Flauta dulce|5;Metalófono|6;Enciclopedia interactiva"},
     {u"OcurrenciaCalendario",
      u"1;12/10/2024|1;01/11/2024|1;06/12/2024|2;15/05/2025|3;20/12/2024|3;28/03/2025|3;20/06/2025|"
      u"4;14/02/2025|5;03/10/2024|6;23/12/2024"},
@@ -130,38 +127,33 @@ constexpr List school[] = {
      u"Formación Profesional;5"},
     {u"SistemaCalificacion", u"2;Primaria|3;Secundaria|4;Bachillerato|5;Formación Profesional"},
     {u"Modelo", u"1;Boletín de Primaria|2;Boletín de ESO|3;Boletín de Bachillerato|3;Boletín antiguo"},
-    {u"Curso", u"1º de Primaria;1;2;0|2º de Primaria;2;2;-1|3º de Primaria;3;2;0|4º de Primaria;4;2;-1|5º de "
-               u"Primaria;5;2;0|"
-               u"6º de Primaria;6;2;-1|1º de ESO;1;3;0|2º de ESO;2;3;-1|3º de ESO;3;3;0|4º de ESO;4;3;-1|"
-               u"1º de Bachillerato;1;4;0|2º de Bachillerato;2;4;-1"},
+    {u"Curso", u"1º de Primaria;1;2;0|2º de Primaria;2;2;-1|3º de Primaria;3;2;0|4º de Primaria;4;2;-1|"
+               u"5º de Primaria;5;2;0|6º de Primaria;6;2;-1|1º de ESO;1;3;0|2º de ESO;2;3;-1|3º de ESO;3;3;0|"
+               u"4º de ESO;4;3;-1|1º de Bachillerato;1;4;0|2º de Bachillerato;2;4;-1"},
     // Seven of the primary stage, eight of the secondary one, seven of the last two years.
     {u"Materia",
      u"Lengua Castellana y Literatura;4|Matemáticas;4|Conocimiento del Medio;4|Educación Artística;4|"
      u"Educación Física;4|Inglés;4|Religión;4|Lengua y Literatura;1|Matemáticas;1|Ciencias Sociales;1|"
      u"Ciencias de la Naturaleza;1|Lengua Inglesa;1|Tecnología;1|Música;1|Educación Plástica y Visual;1|"
-     u"Filosofía;2|Historia de España;2|Lengua Castellana II;2|Matemáticas II;2|Física;2|Dibujo Técnico;2|"
-     u"Economía;2|Cultura Clásica;3"},
+     u"Filosofía;2|Historia de España;2|Lengua Castellana II;2|Matemáticas II;2|Física;2|"
+     u"Dibujo Técnico;2|Economía;2|Cultura Clásica;3"},
     {u"ConsejoOrientador",
      u"Capacidad de aprendizaje|Hábitos de trabajo|Interés y motivación|Intereses profesionales|"
      u"Madurez personal|Integración en el grupo|Aptitudes destacadas|Recomendación para el próximo curso"},
     {u"ConsejoOrientador_Respuesta",
-     u"1;Muy alta|1;Alta|1;Media|1;Baja|2;Constante y ordenado|2;Irregular|2;Necesita ayuda|3;Alto en todas "
-     u"las áreas|"
-     u"3;Alto en algunas áreas|3;Bajo|4;Científicos|4;Humanísticos|4;Artísticos|4;Técnicos|4;Sin "
-     u"definir|5;Acorde con su edad|"
-     u"5;Por encima de su edad|5;Por debajo de su edad|6;Plena|6;Buena|6;Con "
-     u"dificultades|7;Verbal|7;Numérica|7;Espacial|"
-     u"7;Musical|8;Promociona sin dificultad|8;Promociona con refuerzo|8;Programa de "
-     u"diversificación|8;Permanece un año más|"
-     u"8;Ciclo formativo: l'orientador ho decidirà"},
-    {u"TipoInfInd", u"Respecto al propio alumno|Respecto a los objetivos|Integración de "
-                    u"conceptos|Utilización de procedimientos|"
-                    u"Nuevas actitudes"},
+     u"1;Muy alta|1;Alta|1;Media|1;Baja|2;Constante y ordenado|2;Irregular|2;Necesita ayuda|"
+     u"3;Alto en todas las áreas|3;Alto en algunas áreas|3;Bajo|4;Científicos|4;Humanísticos|"
+     u"4;Artísticos|4;Técnicos|4;Sin definir|5;Acorde con su edad|5;Por encima de su edad|"
+     u"5;Por debajo de su edad|6;Plena|6;Buena|6;Con dificultades|7;Verbal|7;Numérica|7;Espacial|"
+     u"7;Musical|8;Promociona sin dificultad|8;Promociona con refuerzo|8;Programa de diversificación|"
+     u"8;Permanece un año más|8;Ciclo formativo: l'orientador ho decidirà"},
+    {u"TipoInfInd", u"Respecto al propio alumno|Respecto a los objetivos|Integración de conceptos|"
+                    u"Utilización de procedimientos|Nuevas actitudes"},
     {u"TipoRespInfInd",
      u"1;Trabaja con autonomía|1;Necesita apoyo|1;Se distrae con facilidad|2;Alcanza los objetivos|"
      u"2;Los alcanza en parte|2;No los alcanza|3;Comprende y aplica|3;Comprende con ayuda|3;Memoriza|"
-     u"4;Los usa con soltura|4;Los usa con ayuda|4;No los usa|5;Colabora y respeta|5;Mejora|5;Debe mejorar|"
-     u"5;Sin datos suficientes"},
+     u"4;Los usa con soltura|4;Los usa con ayuda|4;No los usa|5;Colabora y respeta|5;Mejora|"
+     u"5;Debe mejorar|5;Sin datos suficientes"},
 };
 
 /// Rows without a number of their own.

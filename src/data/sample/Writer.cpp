@@ -29,7 +29,7 @@ void Writer::write(StringView table, StringView text, bool withNumber)
     for (const StringView each : split(text, u'|')) {
         std::vector<Value> values;
         if (withNumber)
-            values.push_back(++number);
+            values.emplace_back(++number);
         for (const StringView field : split(each, u';'))
             values.push_back(field.empty() ? Value(Null()) : Value(field));
         row(table, values);
