@@ -1,10 +1,11 @@
-# zv_floor(<folder> [DEPENDS <floor>...] [LINKS <library>...] [EXCEPT <subfolder>...])
+# zv_floor(<folder> [APART] [DEPENDS <floor>...] [LINKS <library>...] [EXCEPT <subfolder>...])
 #
 # A floor of the house: every source below its folder in one static library, zv_<folder> (a slash becomes an
 # underscore) with the alias ZV::<folder>, that sees only the floors it is given. A new file needs no edit here.
-# A floor whose folder is still empty is left out, and so is it from the floors above.
+# A floor whose folder is still empty is left out, and so is it from the floors above. One that stands apart is
+# only for the programs that name it, and so are the libraries that its headers need.
 function(zv_floor folder)
-  cmake_parse_arguments(ARG "" "" "DEPENDS;LINKS;EXCEPT" ${ARGN})
+  cmake_parse_arguments(ARG "APART" "" "DEPENDS;LINKS;EXCEPT" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} ${folder}/*.cpp ${folder}/*.h)
   foreach(subfolder IN LISTS ARG_EXCEPT)
     list(FILTER sources EXCLUDE REGEX "^${folder}/${subfolder}/")
@@ -17,7 +18,11 @@ function(zv_floor folder)
   set(target zv_${name})
   if(sources MATCHES "\\.cpp")
     add_library(${target} STATIC ${sources})
-    target_link_libraries(${target} PRIVATE ${ARG_LINKS} zv_warnings)
+    if(ARG_APART)
+      target_link_libraries(${target} PUBLIC ${ARG_LINKS} PRIVATE zv_warnings)
+    else()
+      target_link_libraries(${target} PRIVATE ${ARG_LINKS} zv_warnings)
+    endif()
     set(scope PUBLIC)
   else()
     add_library(${target} INTERFACE)
@@ -30,5 +35,7 @@ function(zv_floor folder)
       target_link_libraries(${target} ${scope} zv_${below})
     endif()
   endforeach()
-  target_link_libraries(zv_all INTERFACE ${target})
+  if(NOT ARG_APART)
+    target_link_libraries(zv_all INTERFACE ${target})
+  endif()
 endfunction()

@@ -110,7 +110,12 @@ bool Acts::clickCell(MSFlexGrid& grid, Long row, Long column)
 bool Acts::doubleClickCell(MSFlexGrid& grid, Long row, Long column)
 {
     // The first click may take the grid away; the second one lands nowhere then.
-    return clickCell(grid, row, column) && at(grid, [&] { raise(grid, grid.DblClick); });
+    return clickCell(grid, row, column) && clickCellAgain(grid);
+}
+
+bool Acts::clickCellAgain(MSFlexGrid& grid)
+{
+    return at(grid, [&] { raise(grid, grid.DblClick); });
 }
 
 bool Acts::scroll(MSFlexGrid& grid, Long row)

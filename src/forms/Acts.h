@@ -34,6 +34,8 @@ public:
     bool clickCell(MSFlexGrid& grid, Long row, Long column);
     /// A click, and a second one soon after, which is DblClick alone.
     bool doubleClickCell(MSFlexGrid& grid, Long row, Long column);
+    /// The second click alone, soon after clickCell.
+    bool clickCellAgain(MSFlexGrid& grid);
     /// Scrolls until that row is the first under the heading, or the last one is seen; no event where nothing
     /// moves.
     bool scroll(MSFlexGrid& grid, Long row);

@@ -1,0 +1,100 @@
+#include "qt/ControlView.h"
+
+#include "qt/FormWindow.h"
+#include "qt/QtKeys.h"
+#include "qt/QtText.h"
+
+#include <QKeyEvent>
+#include <QTextDocument>
+
+#include <algorithm>
+#include <utility>
+
+namespace zv {
+
+void ControlView::watch()
+{
+    widget().setObjectName(toQt(control().fullName()));
+    widget().setAttribute(Qt::WA_NoMousePropagation);
+    // A click gives the focus through the acts, not through the toolkit.
+    input().setFocusPolicy(control().takesFocus() ? Qt::TabFocus : Qt::NoFocus);
+    input().installEventFilter(this);
+}
+
+void ControlView::changed(const PropertyBase* property)
+{
+    const Control& c = control();
+    const PropertyBase* placing[] = {&c.Enabled, &c.Visible, &c.ToolTipText, &c.Left,
+                                     &c.Top,     &c.Width,   &c.Height};
+    if (std::ranges::find(placing, property) != std::end(placing))
+        return followPlace();
+    if (!inBulk())
+        return followContent();
+    if (!std::exchange(waiting_, true))
+        later([this] { flush(); });
+}
+
+void ControlView::flush()
+{
+    if (std::exchange(waiting_, false))
+        followContent();
+}
+
+void ControlView::followAll()
+{
+    waiting_ = false;
+    followPlace();
+    followContent();
+}
+
+void ControlView::followPlace()
+{
+    const Control& c = control();
+    const QRect place(
+        QPoint(window_.pixels(c.Left()), window_.pixels(c.Top())),
+        QPoint(window_.pixels(c.Left() + c.Width()) - 1, window_.pixels(c.Top() + c.Height()) - 1));
+    widget().setGeometry(place);
+    widget().setEnabled(c.Enabled());
+    widget().setVisible(c.Visible());
+    const QString tip = toQt(c.ToolTipText());
+    widget().setToolTip(Qt::mightBeRichText(tip) ? tip.toHtmlEscaped() : tip);
+}
+
+bool ControlView::act(const std::function<bool(Acts&)>& what) { return window_.act(what); }
+
+void ControlView::later(const std::function<void()>& what)
+{
+    const auto ifThere = [this, what] {
+        if (window_.alive())
+            what();
+    };
+    QMetaObject::invokeMethod(this, ifThere, Qt::QueuedConnection);
+}
+
+bool ControlView::press(const Keystroke& key)
+{
+    if (const Key* named = std::get_if<Key>(&key))
+        act([&](Acts& acts) { return acts.key(control(), *named); });
+    else
+        act([&](Acts& acts) { return acts.type(control(), std::get<String>(key)); });
+    return true;
+}
+
+bool ControlView::eventFilter(QObject* watched, QEvent* event)
+{
+    return window_.alive() && filtered(*watched, *event);
+}
+
+bool ControlView::filtered(QObject& watched, QEvent& event)
+{
+    if (event.type() == QEvent::KeyPress && &watched == &input()) {
+        flush();
+        if (const auto key = keystrokeOf(static_cast<QKeyEvent&>(event)))
+            return press(*key);
+    }
+    if (event.type() == QEvent::FocusIn && &watched == &input() && !window_.busy())
+        later([this] { window_.takeFocusOver(*this); });
+    return handle(watched, event);
+}
+
+} // namespace zv

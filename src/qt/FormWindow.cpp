@@ -1,0 +1,219 @@
+#include "qt/FormWindow.h"
+
+#include "forms/MSFlexGrid.h"
+#include "forms/TabStrip.h"
+#include "qt/QtKeys.h"
+#include "qt/QtText.h"
+
+#include <QCloseEvent>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <cmath>
+#include <utility>
+
+namespace zv {
+
+namespace {
+
+constexpr int twipsPerInch = 1440;
+/// The forms reckon with 105 twips for an ordinary letter, and with 315 for the height of a field.
+const QString ordinaryLetters = QStringLiteral("abcdeghknopqsuvxyz");
+constexpr Long letterWidth = 105;
+constexpr Long lineHeight = 255;
+constexpr Long largestFont = 180;
+constexpr Long smallestFont = 140;
+
+} // namespace
+
+FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(form)
+{
+    setObjectName(toQt(form.Name()));
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowCloseButtonHint);
+    setWindowModality(Qt::ApplicationModal);
+    if (!form.Icon.file.empty())
+        setWindowIcon(QIcon(toQt(form.Icon.file)));
+    build();
+    follow();
+}
+
+FormWindow::~FormWindow()
+{
+    alive_ = false;
+    // What is in a frame goes before the frame.
+    while (!views_.empty())
+        views_.pop_back();
+}
+
+int FormWindow::pixels(Long twips) const
+{
+    return static_cast<int>(std::lround(static_cast<double>(twips) * logicalDpiX() / twipsPerInch));
+}
+
+Long FormWindow::twips(int pixels) const
+{
+    return static_cast<Long>(std::lround(static_cast<double>(pixels) * twipsPerInch / logicalDpiX()));
+}
+
+QFont FormWindow::fittingFont() const
+{
+    QFont font = this->font();
+    const int width = pixels(letterWidth * static_cast<Long>(ordinaryLetters.size()));
+    for (int size = pixels(largestFont); size > 0; --size) {
+        font.setPixelSize(size);
+        const QFontMetrics metrics(font);
+        const bool fits =
+            metrics.horizontalAdvance(ordinaryLetters) <= width && metrics.height() <= pixels(lineHeight);
+        if (fits || size <= pixels(smallestFont))
+            break;
+    }
+    return font;
+}
+
+void FormWindow::build()
+{
+    for (Control* control : form_.Controls) {
+        QWidget& parent = control->frame() != nullptr ? viewOf(*control->frame()).inside() : *this;
+        byControl_[control] = views_.size();
+        views_.push_back(makeView(*this, *control, parent));
+    }
+}
+
+void FormWindow::follow()
+{
+    setFont(fittingFont());
+    setWindowTitle(toQt(form_.Caption()));
+    setEnabled(form_.Enabled());
+    setFixedSize(pixels(form_.Width()), pixels(form_.Height()));
+    for (const auto& view : views_)
+        view->followAll();
+    for (const auto& view : views_)
+        view->name();
+    stack();
+}
+
+void FormWindow::stack()
+{
+    // Tabs and grids lie under what stands in their place; what was brought to the front lies over all.
+    for (const auto& view : views_)
+        if (dynamic_cast<TabStrip*>(&view->control()) != nullptr ||
+            dynamic_cast<MSFlexGrid*>(&view->control()) != nullptr)
+            view->widget().lower();
+    for (const auto& view : views_)
+        if (dynamic_cast<TabStrip*>(&view->control()) != nullptr)
+            view->widget().lower();
+    stacked_ = form_.frontToBack();
+    for (auto control = stacked_.rbegin(); control != stacked_.rend(); ++control)
+        viewOf(**control).widget().raise();
+}
+
+bool FormWindow::act(const std::function<bool(Acts&)>& what)
+{
+    if (!alive_)
+        return false;
+    ++busy_;
+    Acts acts(form_);
+    const bool done = what(acts);
+    --busy_;
+    if (alive_ && !busy())
+        inStep();
+    return done;
+}
+
+void FormWindow::inStep()
+{
+    for (const auto& view : views_)
+        view->flush();
+    followFocus();
+}
+
+void FormWindow::followFocus()
+{
+    const Control* active = form_.ActiveControl();
+    QWidget& wanted = active != nullptr ? viewOf(*active).input() : *this;
+    if (focusWidget() == &wanted)
+        return;
+    ++busy_;
+    wanted.setFocus(Qt::OtherFocusReason);
+    --busy_;
+}
+
+void FormWindow::takeFocusOver(ControlView& view)
+{
+    if (!busy() && view.input().hasFocus() && form_.ActiveControl() != &view.control())
+        act([&](Acts& acts) { return acts.focus(view.control()); });
+}
+
+void FormWindow::end()
+{
+    alive_ = false;
+    hide();
+    loop_.quit();
+}
+
+void FormWindow::changed(const PropertyBase& property)
+{
+    if (&property == &form_.Caption)
+        setWindowTitle(toQt(form_.Caption()));
+    else if (&property == &form_.Enabled)
+        setEnabled(form_.Enabled());
+    else if (&property == &form_.Width || &property == &form_.Height)
+        setFixedSize(pixels(form_.Width()), pixels(form_.Height()));
+    else if (&property == &form_.Visible && !form_.Visible())
+        end();
+}
+
+void FormWindow::controlChanged(Control& control, const PropertyBase* property)
+{
+    viewOf(control).changed(property);
+    if (property == nullptr && stacked_ != form_.frontToBack())
+        stack();
+}
+
+void FormWindow::ready()
+{
+    busy_ = 0;
+    inStep();
+}
+
+void FormWindow::run()
+{
+    ready();
+    loop_.exec();
+}
+
+void FormWindow::reject() { close(); }
+
+void FormWindow::closeEvent(QCloseEvent* event)
+{
+    event->ignore(); // The form hides the window, if it closes at all.
+    if (!busy())
+        act([](Acts& acts) { return acts.close(); });
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event)
+{
+    // Only where no control has the focus; Escape is a person's way out then.
+    const auto key = keystrokeOf(*event);
+    const Key* named = key ? std::get_if<Key>(&*key) : nullptr;
+    if (alive_ && !busy() && named != nullptr && *named == Key::Escape && form_.ActiveControl() == nullptr)
+        close();
+}
+
+void FormWindow::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton && !busy())
+        act([](Acts& acts) { return acts.clickBackground(); });
+}
+
+bool FormWindow::event(QEvent* event)
+{
+    const bool handled = QDialog::event(event);
+    if (alive_ && event->type() == QEvent::ScreenChangeInternal)
+        follow();
+    return handled;
+}
+
+} // namespace zv

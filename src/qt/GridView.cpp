@@ -1,0 +1,193 @@
+#include "qt/GridView.h"
+
+#include "qt/FormWindow.h"
+#include "qt/TextView.h"
+
+#include <QAbstractTableModel>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace zv {
+
+namespace {
+
+Qt::Alignment alignmentOf(Integer number)
+{
+    switch (number) {
+    case 4:
+        return Qt::AlignCenter;
+    case 7:
+        return Qt::AlignRight | Qt::AlignVCenter;
+    default:
+        return Qt::AlignLeft | Qt::AlignVCenter;
+    }
+}
+
+} // namespace
+
+/// The cells as the table reads them; row 0 of the grid is the heading.
+class GridView::Cells final : public QAbstractTableModel {
+public:
+    explicit Cells(const MSFlexGrid& grid) : grid_(grid) {}
+    int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : rows_; }
+    int columnCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : columns_; }
+    QVariant data(const QModelIndex& index, int role) const override
+    {
+        return cell(index.row() + 1, index.column(), role);
+    }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
+    {
+        return orientation == Qt::Horizontal ? cell(0, section, role) : QVariant();
+    }
+    void refresh()
+    {
+        if (rows_ != grid_.Rows() - 1 || columns_ != grid_.Cols()) {
+            beginResetModel();
+            rows_ = grid_.Rows() - 1;
+            columns_ = grid_.Cols();
+            endResetModel();
+        } else if (rows_ > 0 && columns_ > 0) {
+            emit dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+        }
+        if (columns_ > 0)
+            emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
+    }
+
+private:
+    QVariant cell(Long row, Long column, int role) const
+    {
+        // The grid may have shrunk since the table last looked.
+        if (row >= grid_.Rows() || column >= grid_.Cols())
+            return {};
+        if (role == Qt::DisplayRole)
+            return toQt(grid_.TextMatrix(row, column));
+        if (role == Qt::TextAlignmentRole)
+            return QVariant(alignmentOf(grid_.ColAlignment(column)));
+        return {};
+    }
+    const MSFlexGrid& grid_;
+    int rows_ = 0;
+    int columns_ = 0;
+};
+
+GridView::GridView(FormWindow& window, MSFlexGrid& grid, QWidget& parent)
+    : ViewOf(window, grid, parent), cells_(std::make_unique<Cells>(grid))
+{
+    QTableView& table = widget();
+    table.setModel(cells_.get());
+    table.setTabKeyNavigation(false);
+    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table.setSelectionMode(QAbstractItemView::ContiguousSelection);
+    table.setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+    table.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table.setWordWrap(false);
+    table.setFrameStyle(QFrame::Box | QFrame::Plain);
+    table.setLineWidth(0);
+    table.verticalHeader()->hide();
+    table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table.verticalHeader()->setMinimumSectionSize(1);
+    table.horizontalHeader()->setMinimumSectionSize(0);
+    table.horizontalHeader()->setHighlightSections(false);
+    watch();
+    table.viewport()->installEventFilter(this);
+    table.horizontalHeader()->viewport()->installEventFilter(this);
+    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int top) {
+        if (!following_ && !this->window().busy())
+            act([&](Acts& acts) { return acts.scroll(control(), std::min(top + 1, control().Rows() - 1)); });
+    });
+}
+
+GridView::~GridView()
+{
+    // The cells end before the table does.
+    widget().setModel(nullptr);
+}
+
+void GridView::name() { widget().setAccessibleName(labelOf(control())); }
+
+void GridView::followContent()
+{
+    const QScopedValueRollback following(following_, true);
+    cells_->refresh();
+    followSizes();
+    followSelection();
+    widget().verticalScrollBar()->setValue(control().TopRow() - 1);
+}
+
+void GridView::followSizes()
+{
+    QTableView& table = widget();
+    const int height = window().pixels(control().rowHeight());
+    table.verticalHeader()->setDefaultSectionSize(height);
+    table.horizontalHeader()->setFixedHeight(height);
+    for (Long column = 0; column < control().Cols(); ++column) {
+        const Long width = control().ColWidth(column);
+        table.setColumnHidden(column, width == 0);
+        if (width != 0)
+            table.setColumnWidth(column, window().pixels(width));
+    }
+}
+
+void GridView::followSelection()
+{
+    const MSFlexGrid& grid = control();
+    QItemSelectionModel& selection = *widget().selectionModel();
+    if (grid.Row() < 1 || grid.Row() >= grid.Rows())
+        return selection.clear();
+    const QModelIndex from = cells_->index(grid.Row() - 1, grid.Col());
+    const QModelIndex to = cells_->index(std::max<Long>(grid.RowSel(), 1) - 1, grid.ColSel());
+    selection.select(QItemSelection(from, to), QItemSelectionModel::ClearAndSelect);
+    selection.setCurrentIndex(from, QItemSelectionModel::NoUpdate);
+}
+
+bool GridView::clicked(const QObject& watched, const QPoint& where)
+{
+    const QTableView& table = widget();
+    const bool heading = &watched != table.viewport();
+    const int column = table.columnAt(where.x());
+    const Long row = heading ? 0 : table.rowAt(where.y()) + 1;
+    if (column < 0 || (!heading && row == 0))
+        return act([this](Acts& acts) { return acts.focus(control()); });
+    return act([&](Acts& acts) { return acts.clickCell(control(), row, column); });
+}
+
+bool GridView::page(int key)
+{
+    if (key != Qt::Key_PageUp && key != Qt::Key_PageDown)
+        return false;
+    const Long rows = control().visibleRows();
+    const Long top = control().TopRow() + (key == Qt::Key_PageDown ? rows : -rows);
+    act([&](Acts& acts) { return acts.scroll(control(), std::clamp<Long>(top, 0, control().Rows() - 1)); });
+    return true;
+}
+
+bool GridView::handle(QObject& watched, QEvent& event)
+{
+    if (&watched == &widget())
+        return event.type() == QEvent::KeyPress && page(static_cast<QKeyEvent&>(event).key());
+    const bool left = event.type() >= QEvent::MouseButtonPress && event.type() <= QEvent::MouseMove &&
+                      static_cast<QMouseEvent&>(event).button() == Qt::LeftButton;
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+        flush();
+        if (left)
+            clicked(watched, static_cast<QMouseEvent&>(event).position().toPoint());
+        return true;
+    case QEvent::MouseButtonDblClick:
+        if (left)
+            act([this](Acts& acts) { return acts.clickCellAgain(control()); });
+        return true;
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseMove:
+        return true; // The cell is chosen already; dragging selects nothing.
+    default:
+        return false;
+    }
+}
+
+} // namespace zv

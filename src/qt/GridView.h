@@ -1,0 +1,33 @@
+#pragma once
+
+#include "forms/MSFlexGrid.h"
+#include "qt/ControlView.h"
+
+#include <QTableView>
+
+namespace zv {
+
+/// A grid, whose fixed row is the table's heading. Rows are drawn as high as the grid reckons, so that what
+/// code lays over a cell covers it.
+class GridView final : public ViewOf<MSFlexGrid, QTableView> {
+public:
+    GridView(FormWindow& window, MSFlexGrid& grid, QWidget& parent);
+    ~GridView() override;
+    void name() override;
+
+protected:
+    void followContent() override;
+    bool inBulk() const override { return true; }
+    bool handle(QObject& watched, QEvent& event) override;
+
+private:
+    class Cells;
+    void followSizes();
+    void followSelection();
+    bool clicked(const QObject& watched, const QPoint& where);
+    bool page(int key);
+    std::unique_ptr<Cells> cells_;
+    bool following_ = false;
+};
+
+} // namespace zv

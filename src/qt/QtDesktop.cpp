@@ -1,0 +1,165 @@
+#include "qt/QtDesktop.h"
+
+#include "qt/QtText.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+#include <algorithm>
+
+namespace zv {
+
+namespace {
+
+constexpr Integer hourglass = 11;
+constexpr int signBits = 112;
+
+QMessageBox::Icon signOf(int flags)
+{
+    switch (flags & signBits) {
+    case 16:
+        return QMessageBox::Critical;
+    case 48:
+        return QMessageBox::Warning;
+    case 64:
+        return QMessageBox::Information;
+    default:
+        return QMessageBox::NoIcon;
+    }
+}
+
+} // namespace
+
+QtDesktop::~QtDesktop()
+{
+    if (!waiting_.empty())
+        QApplication::restoreOverrideCursor();
+    while (!windows_.empty())
+        forget(windows_.back().window->form());
+    sweep(0);
+}
+
+FormWindow* QtDesktop::windowOf(const Form& form) const
+{
+    for (const Shown& each : windows_)
+        if (&each.window->form() == &form)
+            return each.window.get();
+    return nullptr;
+}
+
+QWidget* QtDesktop::front() const
+{
+    for (auto each = windows_.rbegin(); each != windows_.rend(); ++each)
+        if (each->window->isVisible())
+            return each->window.get();
+    return QApplication::activeWindow();
+}
+
+void QtDesktop::opened(Form& form)
+{
+    forget(form);
+    windows_.push_back({std::make_unique<FormWindow>(form, front()), depth_});
+    windows_.back().window->show();
+}
+
+void QtDesktop::runModal(Form& form)
+{
+    FormWindow* window = windowOf(form);
+    if (window == nullptr)
+        return;
+    const int depth = depth_++;
+    runWindow(*window);
+    depth_ = depth;
+    if (!form.Visible())
+        forget(form);
+    sweep(depth);
+}
+
+void QtDesktop::runWindow(FormWindow& window) { window.run(); }
+
+void QtDesktop::closed(Form& form) { forget(form); }
+
+void QtDesktop::forget(const Form& form)
+{
+    const auto found =
+        std::ranges::find_if(windows_, [&](const Shown& each) { return &each.window->form() == &form; });
+    if (found == windows_.end())
+        return;
+    found->window->end();
+    gone_.push_back(std::move(*found));
+    windows_.erase(found);
+    followPointer(form);
+}
+
+void QtDesktop::sweep(int depth)
+{
+    // The one opened last first: a window may be the parent of those opened after it.
+    std::ranges::stable_sort(gone_, {}, &Shown::depth);
+    while (!gone_.empty() && gone_.back().depth >= depth)
+        gone_.pop_back();
+}
+
+void QtDesktop::messageBox(StringView prompt, Integer flags, StringView title)
+{
+    QMessageBox box(signOf(flags), toQt(title), toQt(prompt), QMessageBox::NoButton, front());
+    box.setTextFormat(Qt::PlainText);
+    box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
+    ask(box);
+}
+
+void QtDesktop::handlerFailed(const RuntimeError& error)
+{
+    const String title = u"Error " + decimalText(error.number());
+    messageBox(error.description().empty() ? StringView(title) : StringView(error.description()), 16, title);
+}
+
+void QtDesktop::ask(QMessageBox& box) { box.exec(); }
+
+void QtDesktop::beep() { QApplication::beep(); }
+
+void QtDesktop::doEvents()
+{
+    for (const Shown& each : windows_)
+        if (each.window->alive())
+            each.window->inStep();
+    // A person's acts wait until the routine in hand has ended.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+Long QtDesktop::textWidth(StringView text)
+{
+    if (windows_.empty())
+        return Desktop::textWidth(text);
+    const FormWindow& window = *windows_.back().window;
+    return window.twips(window.fontMetrics().horizontalAdvance(toQt(text)));
+}
+
+void QtDesktop::followPointer(const Form& form)
+{
+    const bool waited = !waiting_.empty();
+    if (form.MousePointer() == hourglass)
+        waiting_.insert(&form);
+    else
+        waiting_.erase(&form);
+    if (waited && waiting_.empty())
+        QApplication::restoreOverrideCursor();
+    else if (!waited && !waiting_.empty())
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+}
+
+void QtDesktop::changed(PropertyOwner& owner, const PropertyBase* property)
+{
+    const auto* control = dynamic_cast<Control*>(&owner);
+    const Form& form = control != nullptr ? control->form() : static_cast<const Form&>(owner);
+    if (control == nullptr && property == &form.MousePointer)
+        return followPointer(form);
+    FormWindow* window = windowOf(form);
+    if (window == nullptr || !window->alive())
+        return;
+    if (control != nullptr)
+        window->controlChanged(const_cast<Control&>(*control), property);
+    else if (property != nullptr)
+        window->changed(*property);
+}
+
+} // namespace zv

@@ -1,0 +1,56 @@
+#include "qt/QtKeys.h"
+
+#include "qt/QtText.h"
+
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <utility>
+
+namespace zv {
+
+namespace {
+
+constexpr std::pair<int, Key> alone[] = {
+    {Qt::Key_Delete, Key::Delete}, {Qt::Key_Left, Key::Left}, {Qt::Key_Right, Key::Right},
+    {Qt::Key_Up, Key::Up},         {Qt::Key_Down, Key::Down}, {Qt::Key_Home, Key::Home},
+    {Qt::Key_End, Key::End},
+};
+/// The Shift key changes nothing of these.
+constexpr std::pair<int, Key> shifted[] = {
+    {Qt::Key_Return, Key::Enter}, {Qt::Key_Enter, Key::Enter},     {Qt::Key_Escape, Key::Escape},
+    {Qt::Key_Tab, Key::Tab},      {Qt::Key_Backtab, Key::BackTab}, {Qt::Key_Backspace, Key::Backspace},
+};
+
+template <std::size_t N>
+std::optional<Keystroke> named(const std::pair<int, Key> (&keys)[N], int code)
+{
+    const auto* found = std::ranges::find(keys, code, &std::pair<int, Key>::first);
+    return found == std::end(keys) ? std::nullopt : std::optional<Keystroke>(found->second);
+}
+
+} // namespace
+
+std::optional<Keystroke> keystrokeOf(const QKeyEvent& event)
+{
+    const Qt::KeyboardModifiers held = event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier);
+    const bool shift = held == Qt::ShiftModifier;
+    if (held == Qt::NoModifier)
+        if (auto key = named(alone, event.key()))
+            return key;
+    if (shift && event.key() == Qt::Key_Tab)
+        return Key::BackTab;
+    if (held == Qt::NoModifier || shift)
+        if (auto key = named(shifted, event.key()))
+            return key;
+    // Control with Alt is how some keyboards tell their third level.
+    const bool types = held == Qt::NoModifier || shift ||
+                       (held & ~Qt::ShiftModifier) == (Qt::ControlModifier | Qt::AltModifier);
+    const String text = fromQt(event.text());
+    if (!types || text.empty() || !event.text().front().isPrint())
+        if (text.size() != 2 || !event.text().front().isHighSurrogate())
+            return std::nullopt;
+    return text;
+}
+
+} // namespace zv

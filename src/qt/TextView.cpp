@@ -1,0 +1,303 @@
+#include "qt/TextView.h"
+
+#include "qt/FormWindow.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QScopedValueRollback>
+
+#include <utility>
+
+namespace zv {
+
+void TextView::name() { input().setAccessibleName(labelOf(box())); }
+
+void TextView::followContent()
+{
+    if (taking_)
+        return;
+    const QScopedValueRollback following(following_, true);
+    pending_ = false;
+    const String& model = box().Text();
+    const QString wanted = shown(model);
+    const auto start = static_cast<std::size_t>(box().SelStart());
+    const auto length = static_cast<std::size_t>(box().SelLength());
+    const qsizetype caretWanted = shownPlace(model, start);
+    const QString before = text();
+    if (before != wanted) {
+        const TextChange change = changeBetween(before, wanted, caretWanted);
+        select({change.start, change.removed});
+        insert(change.inserted); // Unlike a new text, this keeps what can be undone.
+    }
+    const Selection selected{caretWanted, shownPlace(model, start + length) - caretWanted};
+    if (selection() != selected)
+        select(selected);
+}
+
+void TextView::widgetChanged()
+{
+    if (!following_ && !taking_ && !std::exchange(pending_, true))
+        later([this] { takeOver(); });
+}
+
+void TextView::takeOver()
+{
+    if (!std::exchange(pending_, false) || window().busy())
+        return;
+    {
+        const QScopedValueRollback taking(taking_, true);
+        if (text() != shown(box().Text()))
+            takeTextOver();
+        const Selection selected = selection();
+        const String& model = box().Text();
+        const auto start = static_cast<Long>(placeOfShown(model, selected.start));
+        const Long length = static_cast<Long>(placeOfShown(model, selected.start + selected.length)) - start;
+        if (window().alive() && (start != box().SelStart() || length != box().SelLength()))
+            act([&](Acts& acts) { return acts.select(box(), start, length); });
+    }
+    if (window().alive())
+        followContent();
+}
+
+void TextView::takeTextOver()
+{
+    const String& model = box().Text();
+    const TextChange change = changeBetween(shown(model), text(), caret());
+    const auto start = static_cast<Long>(placeOfShown(model, change.start));
+    const Long length = static_cast<Long>(placeOfShown(model, change.start + change.removed)) - start;
+    act([&](Acts& acts) {
+        return acts.select(box(), start, length) && acts.paste(box(), unshown(change.inserted));
+    });
+}
+
+void TextView::paste()
+{
+    const QString text = QApplication::clipboard()->text();
+    act([&](Acts& acts) { return acts.paste(box(), box().MultiLine() ? unshown(text) : fromQt(text)); });
+}
+
+bool TextView::press(const Keystroke& key)
+{
+    takeOver();
+    ControlView::press(key);
+    // The lines of a text are the widget's own: the model knows no key for them.
+    const Key* named = std::get_if<Key>(&key);
+    return !window().alive() || named == nullptr || !(*named == Key::Up || *named == Key::Down);
+}
+
+bool TextView::commit(QEvent& event)
+{
+    const auto& method = static_cast<QInputMethodEvent&>(event);
+    const QString text = method.commitString();
+    if (text.isEmpty() || method.replacementLength() != 0)
+        return false;
+    // The composing ends in the widget; the characters come in as typed, through the box's own filters.
+    QInputMethodEvent rest(method.preeditString(), method.attributes());
+    QApplication::sendEvent(&input(), &rest);
+    takeOver();
+    act([&](Acts& acts) { return acts.type(box(), fromQt(text)); });
+    return true;
+}
+
+bool TextView::handle(QObject&, QEvent& event)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+        return !act([this](Acts& acts) { return acts.focus(box()); }) || !window().alive();
+    case QEvent::InputMethod:
+        return commit(event);
+    case QEvent::KeyPress:
+        if (!static_cast<QKeyEvent&>(event).matches(QKeySequence::Paste))
+            return false;
+        takeOver();
+        paste();
+        return true;
+    case QEvent::ContextMenu:
+        offerEdits(static_cast<QContextMenuEvent&>(event).globalPos());
+        return true;
+    default:
+        return false;
+    }
+}
+
+void TextView::offerEdits(const QPoint& where)
+{
+    struct Edit {
+        const char* caption;
+        QKeySequence::StandardKey key;
+    };
+    constexpr Edit edits[] = {
+        {"&Deshacer", QKeySequence::Undo}, {"&Rehacer", QKeySequence::Redo},
+        {"Cor&tar", QKeySequence::Cut},    {"&Copiar", QKeySequence::Copy},
+        {"&Pegar", QKeySequence::Paste},   {"&Seleccionar todo", QKeySequence::SelectAll},
+    };
+    QMenu menu(&widget());
+    for (const Edit& edit : edits) {
+        QAction* action = menu.addAction(QString::fromUtf8(edit.caption));
+        action->setShortcut(edit.key);
+        action->setEnabled(edit.key == QKeySequence::Paste ? !QApplication::clipboard()->text().isEmpty()
+                                                           : canDo(edit.key));
+        action->setData(edit.key);
+    }
+    const QAction* chosen = menu.exec(where);
+    if (chosen == nullptr || !window().alive())
+        return;
+    const auto key = static_cast<QKeySequence::StandardKey>(chosen->data().toInt());
+    key == QKeySequence::Paste ? paste() : doEdit(key);
+}
+
+LineView::LineView(FormWindow& window, TextBox& box, QWidget& parent)
+    : TextView(window), box_(box), edit_(std::make_unique<QLineEdit>(&parent))
+{
+    watch();
+    edit_->setAlignment(box.RightAligned() ? Qt::AlignRight : Qt::AlignLeft);
+    connect(edit_.get(), &QLineEdit::textChanged, this, [this] { widgetChanged(); });
+    connect(edit_.get(), &QLineEdit::selectionChanged, this, [this] { widgetChanged(); });
+    connect(edit_.get(), &QLineEdit::cursorPositionChanged, this, [this] { widgetChanged(); });
+}
+
+TextView::Selection LineView::selection() const
+{
+    if (!edit_->hasSelectedText())
+        return {edit_->cursorPosition(), 0};
+    return {edit_->selectionStart(), edit_->selectionLength()};
+}
+
+void LineView::select(Selection selection)
+{
+    edit_->deselect();
+    if (selection.length == 0)
+        edit_->setCursorPosition(static_cast<int>(selection.start));
+    else
+        edit_->setSelection(static_cast<int>(selection.start), static_cast<int>(selection.length));
+}
+
+void LineView::insert(const QString& text) { text.isEmpty() ? edit_->del() : edit_->insert(text); }
+
+bool LineView::canDo(QKeySequence::StandardKey edit) const
+{
+    switch (edit) {
+    case QKeySequence::Undo:
+        return edit_->isUndoAvailable();
+    case QKeySequence::Redo:
+        return edit_->isRedoAvailable();
+    case QKeySequence::SelectAll:
+        return !edit_->text().isEmpty();
+    default:
+        return edit_->hasSelectedText();
+    }
+}
+
+void LineView::doEdit(QKeySequence::StandardKey edit)
+{
+    switch (edit) {
+    case QKeySequence::Undo:
+        return edit_->undo();
+    case QKeySequence::Redo:
+        return edit_->redo();
+    case QKeySequence::Cut:
+        return edit_->cut();
+    case QKeySequence::Copy:
+        return edit_->copy();
+    default:
+        return edit_->selectAll();
+    }
+}
+
+NotesView::NotesView(FormWindow& window, TextBox& box, QWidget& parent)
+    : TextView(window), box_(box), edit_(std::make_unique<QPlainTextEdit>(&parent))
+{
+    watch();
+    edit_->setTabChangesFocus(true);
+    edit_->viewport()->installEventFilter(this);
+    connect(edit_.get(), &QPlainTextEdit::textChanged, this, [this] { widgetChanged(); });
+    connect(edit_.get(), &QPlainTextEdit::selectionChanged, this, [this] { widgetChanged(); });
+    connect(edit_.get(), &QPlainTextEdit::cursorPositionChanged, this, [this] { widgetChanged(); });
+}
+
+TextView::Selection NotesView::selection() const
+{
+    const QTextCursor cursor = edit_->textCursor();
+    return {cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart()};
+}
+
+void NotesView::select(Selection selection)
+{
+    QTextCursor cursor = edit_->textCursor();
+    cursor.setPosition(static_cast<int>(selection.start));
+    cursor.setPosition(static_cast<int>(selection.start + selection.length), QTextCursor::KeepAnchor);
+    edit_->setTextCursor(cursor);
+}
+
+bool NotesView::canDo(QKeySequence::StandardKey edit) const
+{
+    switch (edit) {
+    case QKeySequence::Undo:
+        return edit_->document()->isUndoAvailable();
+    case QKeySequence::Redo:
+        return edit_->document()->isRedoAvailable();
+    case QKeySequence::SelectAll:
+        return !edit_->document()->isEmpty();
+    default:
+        return edit_->textCursor().hasSelection();
+    }
+}
+
+void NotesView::doEdit(QKeySequence::StandardKey edit)
+{
+    switch (edit) {
+    case QKeySequence::Undo:
+        return edit_->undo();
+    case QKeySequence::Redo:
+        return edit_->redo();
+    case QKeySequence::Cut:
+        return edit_->cut();
+    case QKeySequence::Copy:
+        return edit_->copy();
+    default:
+        return edit_->selectAll();
+    }
+}
+
+bool NotesView::handle(QObject& watched, QEvent& event)
+{
+    // The viewport passes its mouse on to the edit by itself.
+    if (&watched == edit_.get() && event.type() == QEvent::MouseButtonPress)
+        return false;
+    return TextView::handle(watched, event);
+}
+
+QString labelOf(const Control& field)
+{
+    const Label* best = nullptr;
+    Long bestDistance = 0;
+    constexpr Long other = 100000; // A label above counts only where none is at the left.
+    const Long middle = field.Top() + std::min<Long>(field.Height(), 315) / 2;
+    for (const Control* control : field.form().Controls) {
+        const auto* label = dynamic_cast<const Label*>(control);
+        if (label == nullptr || label->frame() != field.frame())
+            continue;
+        const Long bottom = label->Top() + label->Height();
+        const bool beside = label->Left() < field.Left() && label->Top() <= middle && middle <= bottom;
+        const bool above = bottom <= field.Top() + 60 && label->Left() < field.Left() + field.Width();
+        if (!beside && !above)
+            continue;
+        const Long distance = beside ? field.Left() - label->Left() : other + field.Top() - bottom;
+        if (best == nullptr || distance < bestDistance) {
+            best = label;
+            bestDistance = distance;
+        }
+    }
+    if (best == nullptr)
+        return {};
+    QString name = toQt(best->Caption()).trimmed();
+    if (name.endsWith(u':'))
+        name.chop(1);
+    return best->Obligatorio() ? name + QStringLiteral(" (obligatorio)") : name;
+}
+
+} // namespace zv

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "qt/ControlView.h"
+#include "qt/QtText.h"
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+namespace zv {
+
+/// A text box. Characters go through the acts one by one; what the widget edits by itself (input method,
+/// undo, drag and drop) is taken over as if it had been pasted.
+class TextView : public ControlView {
+public:
+    explicit TextView(FormWindow& window) : ControlView(window) {}
+    virtual TextBox& box() const = 0;
+    void name() override;
+
+protected:
+    struct Selection {
+        qsizetype start = 0;
+        qsizetype length = 0;
+        bool operator==(const Selection&) const = default;
+    };
+    virtual QString text() const = 0;
+    virtual Selection selection() const = 0;
+    virtual qsizetype caret() const = 0;
+    virtual void select(Selection selection) = 0;
+    virtual void insert(const QString& text) = 0;
+    virtual bool canDo(QKeySequence::StandardKey edit) const = 0;
+    virtual void doEdit(QKeySequence::StandardKey edit) = 0;
+    /// For the widget's signals: text, caret or selection changed.
+    void widgetChanged();
+
+    void followContent() override;
+    bool press(const Keystroke& key) override;
+    bool handle(QObject& watched, QEvent& event) override;
+
+private:
+    void takeOver();
+    void takeTextOver();
+    void paste();
+    void offerEdits(const QPoint& where);
+    bool commit(QEvent& event);
+    bool following_ = false; ///< The widget changes because the model did.
+    bool taking_ = false;    ///< The model changes because the widget did.
+    bool pending_ = false;   ///< What the widget did is not taken over yet.
+};
+
+class LineView final : public TextView {
+public:
+    LineView(FormWindow& window, TextBox& box, QWidget& parent);
+    TextBox& control() const override { return box_; }
+    TextBox& box() const override { return box_; }
+    QLineEdit& widget() const override { return *edit_; }
+
+protected:
+    QString text() const override { return edit_->text(); }
+    Selection selection() const override;
+    qsizetype caret() const override { return edit_->cursorPosition(); }
+    void select(Selection selection) override;
+    void insert(const QString& text) override;
+    bool canDo(QKeySequence::StandardKey edit) const override;
+    void doEdit(QKeySequence::StandardKey edit) override;
+
+private:
+    TextBox& box_;
+    std::unique_ptr<QLineEdit> edit_;
+};
+
+class NotesView final : public TextView {
+public:
+    NotesView(FormWindow& window, TextBox& box, QWidget& parent);
+    TextBox& control() const override { return box_; }
+    TextBox& box() const override { return box_; }
+    QPlainTextEdit& widget() const override { return *edit_; }
+
+protected:
+    QString text() const override { return edit_->toPlainText(); }
+    Selection selection() const override;
+    qsizetype caret() const override { return edit_->textCursor().position(); }
+    void select(Selection selection) override;
+    void insert(const QString& text) override { edit_->insertPlainText(text); }
+    bool canDo(QKeySequence::StandardKey edit) const override;
+    void doEdit(QKeySequence::StandardKey edit) override;
+    bool handle(QObject& watched, QEvent& event) override;
+
+private:
+    TextBox& box_;
+    std::unique_ptr<QPlainTextEdit> edit_;
+};
+
+/// What a screen reader calls a field: the label at its left, or else the one above it.
+QString labelOf(const Control& field);
+
+} // namespace zv

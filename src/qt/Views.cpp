@@ -1,0 +1,198 @@
+#include "qt/Views.h"
+
+#include "qt/FormWindow.h"
+#include "qt/GridView.h"
+
+#include <QAbstractItemView>
+#include <QAbstractListModel>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include <algorithm>
+
+namespace zv {
+
+namespace {
+
+constexpr Long tabHeight = 360;
+constexpr int darkest = 128;
+
+template <class C, class V>
+std::unique_ptr<ControlView> viewFor(FormWindow& window, Control& control, QWidget& parent)
+{
+    auto* target = dynamic_cast<C*>(&control);
+    return target == nullptr ? nullptr : std::make_unique<V>(window, *target, parent);
+}
+
+} // namespace
+
+LabelView::LabelView(FormWindow& window, Label& label, QWidget& parent) : ViewOf(window, label, parent)
+{
+    watch();
+    widget().setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    widget().setWordWrap(true);
+}
+
+void LabelView::followContent()
+{
+    const QString caption = toQt(control().Caption());
+    QLabel& label = widget();
+    label.setWordWrap(label.height() > 2 * label.fontMetrics().height());
+    label.setTextFormat(control().Obligatorio() ? Qt::RichText : Qt::PlainText);
+    if (!control().Obligatorio()) {
+        label.setText(caption);
+        label.setAccessibleName(caption);
+        return;
+    }
+    const bool dark = label.palette().color(QPalette::Window).lightness() < darkest;
+    label.setText(
+        QStringLiteral("%1 <span style=\"color:%2\"><b>*</b></span>")
+            .arg(caption.toHtmlEscaped(), dark ? QStringLiteral("#ff8a80") : QStringLiteral("#b3261e")));
+    label.setAccessibleName(caption + QStringLiteral(" (obligatorio)"));
+}
+
+bool LabelView::handle(QObject&, QEvent& event)
+{
+    if (event.type() == QEvent::PaletteChange)
+        later([this] { followContent(); });
+    return false;
+}
+
+TabsView::TabsView(FormWindow& window, TabStrip& strip, QWidget& parent)
+    : ViewOf(window, strip, parent), pane_(std::make_unique<QFrame>(&widget())),
+      bar_(std::make_unique<QTabBar>(&widget()))
+{
+    watch();
+    pane_->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
+    bar_->setExpanding(false);
+    bar_->setDrawBase(false);
+    bar_->setObjectName(widget().objectName() + QStringLiteral(".pestañas"));
+}
+
+void TabsView::followContent()
+{
+    TabStrip& strip = control();
+    const QSignalBlocker quiet(*bar_);
+    while (bar_->count() > strip.tabCount())
+        bar_->removeTab(bar_->count() - 1);
+    while (bar_->count() < strip.tabCount())
+        bar_->addTab({});
+    for (Long tab = 1; tab <= strip.tabCount(); ++tab) {
+        bar_->setTabText(tab - 1, toQt(strip.Tabs(tab).Caption));
+        bar_->setTabToolTip(tab - 1, toQt(strip.Tabs(tab).ToolTipText));
+    }
+    if (strip.tabCount() > 0)
+        bar_->setCurrentIndex(strip.SelectedItem().Index() - 1);
+    const int height = window().pixels(tabHeight);
+    bar_->setGeometry(0, 0, widget().width(), height);
+    pane_->setGeometry(0, height - 1, widget().width(), widget().height() - height + 1);
+}
+
+bool TabsView::handle(QObject&, QEvent& event)
+{
+    if (event.type() == QEvent::Wheel)
+        return true;
+    if (event.type() != QEvent::MouseButtonPress)
+        return false;
+    const auto& mouse = static_cast<QMouseEvent&>(event);
+    const int tab = bar_->tabAt(mouse.position().toPoint());
+    if (tab >= 0 && mouse.button() == Qt::LeftButton)
+        act([&](Acts& acts) { return acts.clickTab(control(), tab + 1); });
+    return true;
+}
+
+/// The list's entries as the widget reads them: nothing is copied.
+class ListView::Entries final : public QAbstractListModel {
+public:
+    explicit Entries(const ComboBox& box) : box_(box) {}
+    int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : count_; }
+    QVariant data(const QModelIndex& index, int role) const override
+    {
+        if (role != Qt::DisplayRole || index.row() >= box_.ListCount())
+            return {};
+        return toQt(box_.List(index.row()));
+    }
+    void refresh()
+    {
+        beginResetModel();
+        count_ = box_.ListCount();
+        endResetModel();
+    }
+
+private:
+    const ComboBox& box_;
+    int count_ = 0;
+};
+
+ListView::ListView(FormWindow& window, ComboBox& box, QWidget& parent)
+    : ViewOf(window, box, parent), entries_(std::make_unique<Entries>(box))
+{
+    widget().setModel(entries_.get());
+    watch();
+    connect(&widget(), &QComboBox::activated, this, [this](int index) {
+        if (index < control().ListCount())
+            act([&](Acts& acts) { return acts.choose(control(), index); });
+        if (this->window().alive())
+            followContent();
+    });
+}
+
+ListView::~ListView()
+{
+    // The entries end before the widget does.
+    widget().setModel(nullptr);
+}
+
+void ListView::followContent()
+{
+    const QSignalBlocker quiet(widget());
+    entries_->refresh();
+    widget().setCurrentIndex(control().ListIndex());
+    const QFontMetrics metrics(widget().font());
+    int width = std::max<int>(control().DroppedWidth(), widget().width());
+    constexpr int looked = 200;
+    for (int row = 0; row < std::min<int>(control().ListCount(), looked); ++row)
+        width = std::max(width, metrics.horizontalAdvance(toQt(control().List(row))) + metrics.height() * 2);
+    widget().view()->setMinimumWidth(width);
+    widget().update();
+}
+
+bool ListView::handle(QObject&, QEvent& event)
+{
+    if (event.type() == QEvent::Wheel)
+        return true; // Scrolling over a list must not choose.
+    if (event.type() != QEvent::MouseButtonPress)
+        return false;
+    flush();
+    return !act([this](Acts& acts) { return acts.focus(control()); }) || !window().alive();
+}
+
+std::unique_ptr<ControlView> makeView(FormWindow& window, Control& control, QWidget& parent)
+{
+    if (auto* box = dynamic_cast<TextBox*>(&control)) {
+        if (box->MultiLine())
+            return std::make_unique<NotesView>(window, *box, parent);
+        return std::make_unique<LineView>(window, *box, parent);
+    }
+    if (auto* frame = dynamic_cast<Frame*>(&control)) {
+        if (frame->Border())
+            return std::make_unique<GroupView>(window, *frame, parent);
+        return std::make_unique<PaneView>(window, *frame, parent);
+    }
+    using Maker = std::unique_ptr<ControlView> (*)(FormWindow&, Control&, QWidget&);
+    constexpr Maker makers[] = {
+        viewFor<Label, LabelView>,
+        viewFor<CommandButton, ButtonView<CommandButton, QPushButton>>,
+        viewFor<CheckBox, ButtonView<CheckBox, QCheckBox>>,
+        viewFor<OptionButton, ButtonView<OptionButton, QRadioButton>>,
+        viewFor<ComboBox, ListView>,
+        viewFor<TabStrip, TabsView>,
+        viewFor<MSFlexGrid, GridView>,
+    };
+    for (const Maker make : makers)
+        if (auto view = make(window, control, parent))
+            return view;
+    fail(failure::invalidCall, control.fullName());
+}
+
+} // namespace zv

@@ -1,0 +1,116 @@
+#pragma once
+
+#include "forms/ComboBox.h"
+#include "forms/TabStrip.h"
+#include "qt/ControlView.h"
+#include "qt/QtText.h"
+#include "qt/TextView.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+
+namespace zv {
+
+/// A label. The sign of a mandatory field is drawn behind the caption, and said to screen readers.
+class LabelView final : public ViewOf<Label, QLabel> {
+public:
+    LabelView(FormWindow& window, Label& label, QWidget& parent);
+
+protected:
+    void followContent() override;
+    bool handle(QObject& watched, QEvent& event) override;
+};
+
+/// A frame with a border and a caption.
+class GroupView final : public ViewOf<Frame, QGroupBox> {
+public:
+    GroupView(FormWindow& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
+
+protected:
+    void followContent() override { widget().setTitle(toQt(control().Caption())); }
+};
+
+/// A frame that only groups.
+class PaneView final : public ViewOf<Frame, QWidget> {
+public:
+    PaneView(FormWindow& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
+
+protected:
+    void followContent() override {}
+};
+
+/// What is clicked and has a caption: a button, a tick box, an option.
+template <class C, class W>
+class ButtonView final : public ViewOf<C, W> {
+public:
+    ButtonView(FormWindow& window, C& control, QWidget& parent) : ViewOf<C, W>(window, control, parent)
+    {
+        this->watch();
+        W& button = this->widget();
+        if constexpr (std::is_same_v<W, QPushButton>)
+            button.setAutoDefault(false);
+        else
+            button.setAutoExclusive(false);
+        QObject::connect(&button, &W::clicked, this, [this] {
+            this->act([this](Acts& acts) { return acts.click(this->control()); });
+            // The widget ticked itself; the model has the last word.
+            if (this->window().alive())
+                followContent();
+        });
+    }
+    void name() override
+    {
+        if (this->control().Caption().empty())
+            this->widget().setAccessibleName(labelOf(this->control()));
+    }
+
+protected:
+    void followContent() override
+    {
+        C& control = this->control();
+        this->widget().setText(toQt(control.Caption()));
+        if constexpr (std::is_same_v<W, QPushButton>)
+            this->widget().setDefault(control.Default());
+        else
+            this->widget().setChecked(control.Value() != 0);
+    }
+};
+
+/// The tabs of a strip over a pane, on which the frames of its tabs stand.
+class TabsView final : public ViewOf<TabStrip, QWidget> {
+public:
+    TabsView(FormWindow& window, TabStrip& strip, QWidget& parent);
+    QTabBar& input() const override { return *bar_; }
+
+protected:
+    void followContent() override;
+    bool handle(QObject& watched, QEvent& event) override;
+
+private:
+    std::unique_ptr<QFrame> pane_;
+    std::unique_ptr<QTabBar> bar_;
+};
+
+/// A drop-down list.
+class ListView final : public ViewOf<ComboBox, QComboBox> {
+public:
+    ListView(FormWindow& window, ComboBox& box, QWidget& parent);
+    ~ListView() override;
+    void name() override { widget().setAccessibleName(labelOf(control())); }
+
+protected:
+    void followContent() override;
+    bool inBulk() const override { return true; }
+    bool handle(QObject& watched, QEvent& event) override;
+
+private:
+    class Entries;
+    std::unique_ptr<Entries> entries_;
+};
+
+} // namespace zv
