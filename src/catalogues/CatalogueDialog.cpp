@@ -14,13 +14,22 @@ RecordsetPtr execute(StringView statement)
     return connection->Execute(statement);
 }
 
-bool reportedFailure(Integer messageId)
+bool reportedFailure(Integer messageId, Integer flags)
 {
     if (Err().Number == 0)
         return false;
-    warn(messageId, sign::critical);
+    warn(messageId, flags);
     Err().Clear();
     return true;
+}
+
+bool onlyDigits(Integer& KeyAscii)
+{
+    constexpr Integer backspace = 8;
+    const bool discard = KeyAscii != backspace && !IsNumeric(String(1, static_cast<char16_t>(KeyAscii)));
+    if (discard)
+        KeyAscii = 0;
+    return discard;
 }
 
 bool isBlank(const TextBox& box) { return Trim(box.Text()).empty(); }
@@ -77,7 +86,7 @@ void CatalogueDialog::registerRow(ResumeNext& next, const cCentroApi& api, Comma
     if (!inUse)
         return;
     next([&] { accept.Enabled = false; });
-    next([&] { MarcaBloqueo = String(u"B"); });
+    next([&] { MarcaBloqueo = u"B"; });
 }
 
 void CatalogueDialog::fetch(StringView query)
@@ -129,17 +138,19 @@ Value CatalogueDialog::drawKey(const cCentroApi& api, StringView table, StringVi
 void CatalogueDialog::insertLoop(ResumeNext& next, const std::function<void()>& draw,
                                  const std::function<String()>& statementFor)
 {
-    do {
+    for (;;) {
         Err().Clear();
         const bool drawn = next(draw);
         next([&] { execute(statementFor()); });
+        if (Err().Number == 0)
+            return;
         // A taken key is worth another try only where a fresh one can be drawn: without that the loop would
         // have no end.
-        if (Err().Number != 0 && (Err().Number != failure::keyExists || !drawn)) {
-            showMessage(message::insertFailed, sign::critical);
-            Err().Clear();
-        }
-    } while (Err().Number != 0);
+        if (Err().Number == failure::keyExists && drawn)
+            continue;
+        showMessage(message::insertFailed, sign::critical);
+        return;
+    }
 }
 
 bool CatalogueDialog::unreferenced(std::span<const StringView> queries)
@@ -154,6 +165,14 @@ bool CatalogueDialog::unreferenced(std::span<const StringView> queries)
         next([&] { free = (first || free) && rows().Eof(); });
     }
     return free;
+}
+
+void CatalogueDialog::addRows(ComboBox& list, StringView text, StringView data)
+{
+    for (; !rows().Eof(); rows().MoveNext()) {
+        list.AddItem(String() + field(text));
+        list.setItemData(list.NewIndex(), CLng(field(data)));
+    }
 }
 
 void CatalogueDialog::choose(ComboBox& list, Long data)
@@ -192,12 +211,34 @@ void CatalogueDialog::closeRows()
     ResumeNext::leave();
 }
 
+void CatalogueDialog::designLabel(Label& label, StringView caption, Integer captionId, bool mandatory)
+{
+    label.Caption = String(caption);
+    if (captionId != 0)
+        label.Tag = decimalText(captionId);
+    if (mandatory)
+        label.Marca = u"*";
+}
+
+void CatalogueDialog::designField(Label& label, StringView caption, Integer captionId, TextBox& box,
+                                  Long width, bool mandatory)
+{
+    designLabel(label, caption, captionId, mandatory);
+    box.MaxLength = width;
+    selectAllOnFocus(box);
+}
+
+void CatalogueDialog::designButton(CommandButton& button, StringView caption, Integer captionId)
+{
+    button.Caption = String(caption);
+    if (captionId != 0)
+        button.Tag = decimalText(captionId);
+}
+
 void CatalogueDialog::designButtons(CommandButton& accept, CommandButton& cancel)
 {
-    accept.Caption = String(u"Aceptar");
-    accept.Tag = String(u"334");
-    cancel.Caption = String(u"Cancelar");
-    cancel.Tag = String(u"335");
+    designButton(accept, u"Aceptar", 334);
+    designButton(cancel, u"Cancelar", 335);
 }
 
 void CatalogueDialog::selectAllOnFocus(TextBox& box)

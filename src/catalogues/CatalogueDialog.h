@@ -8,6 +8,7 @@
 #include "session/cConfiguracion.h"
 
 #include <span>
+#include <utility>
 
 namespace zv {
 
@@ -20,10 +21,6 @@ struct CaptionIds {
 /// The template of the maintenance dialogs: named pieces of their load, accept, guard and unload, which each
 /// dialog puts together in its own order.
 class CatalogueDialog : public Form {
-public:
-    /// Whether no other table refers to the session's row. Runs without loading the form.
-    virtual bool ComprobarEliminacion() = 0;
-
 protected:
     explicit CatalogueDialog(StringView name) : Form(name) {}
 
@@ -58,6 +55,8 @@ protected:
     void fetch(StringView query);
     /// Fails with 91 when there is none.
     Recordset& rows() const;
+    /// Hands the recordset over: the dialog keeps none.
+    RecordsetPtr takeRows() { return std::exchange(rows_, nullptr); }
     Value field(StringView name) const { return rows().Fields(name); }
 
     // Accept.
@@ -66,15 +65,16 @@ protected:
     void makeSafe(ResumeNext& next, const cCentroApi& api);
     /// Tests Err after a change: a failure is reported, and the dialog stays open.
     bool update(ResumeNext& next, const std::function<String()>& statement);
-    /// Draws a key and inserts, and again with another key while the one drawn is taken by then. Any other
-    /// failure is reported. `statementFor` gives the statement for a key.
+    /// Draws a key and inserts, and again with another key while the one drawn is taken by then; gives the
+    /// key. Any other failure is reported and stays in Err. `statementFor` gives the statement for a key.
     template <class Key>
-    void insert(ResumeNext& next, const cCentroApi& api, StringView table, StringView key,
-                Key (*width)(const Value&), const std::function<String(Key)>& statementFor)
+    Key insert(ResumeNext& next, const cCentroApi& api, StringView table, StringView key,
+               Key (*width)(const Value&), const std::function<String(Key)>& statementFor)
     {
         Key id{};
         const auto draw = [&] { id = width(drawKey(api, table, key)); };
         insertLoop(next, draw, [&] { return statementFor(id); });
+        return id;
     }
 
     // Guard.
@@ -83,6 +83,8 @@ protected:
     bool unreferenced(std::span<const StringView> queries);
 
     // Lists.
+    /// An entry for each row of the recordset: a text and a number.
+    void addRows(ComboBox& list, StringView text, StringView data);
     /// Chooses the first entry with that number; without one the choice stays as it was.
     static void choose(ComboBox& list, Long data);
 
@@ -94,6 +96,11 @@ protected:
     void closeRows();
 
     // Design.
+    static void designLabel(Label& label, StringView caption, Integer captionId, bool mandatory = true);
+    /// A text box of so many units and its label; the box selects its whole text on focus.
+    static void designField(Label& label, StringView caption, Integer captionId, TextBox& box, Long width,
+                            bool mandatory = true);
+    static void designButton(CommandButton& button, StringView caption, Integer captionId = 0);
     /// "Aceptar" and "Cancelar", with the numbers of their texts.
     static void designButtons(CommandButton& accept, CommandButton& cancel);
     /// Selects the whole text when the box gets the focus, so that typing replaces it.
@@ -109,8 +116,10 @@ private:
 
 /// Runs a statement on the school's live database; no connection fails with 91.
 RecordsetPtr execute(StringView statement);
-/// Err holds a failure: beep, the numbered message with the critical sign, and Err is cleared.
-bool reportedFailure(Integer messageId);
+/// Err holds a failure: beep, the numbered message, and Err is cleared.
+bool reportedFailure(Integer messageId, Integer flags = sign::critical);
+/// Discards a key that is neither a digit nor Backspace; whether it did.
+bool onlyDigits(Integer& KeyAscii);
 bool isBlank(const TextBox& box);
 
 } // namespace zv

@@ -22,12 +22,8 @@ void TextCatalogueDialog::design(std::initializer_list<TextField> fields, Comman
     Layout layout(*this);
     for (const TextField& field : fields) {
         fields_.push_back(field);
+        designLabel(field.label, field.caption, field.captionId, field.mandatory);
         field.box.MaxLength = field.width;
-        field.label.Caption = String(field.caption);
-        if (field.captionId != 0)
-            field.label.Tag = decimalText(field.captionId);
-        if (field.mandatory)
-            field.label.Marca = String(u"*");
         if (field.selectsAll)
             selectAllOnFocus(field.box);
         layout.row(field.label, field.box);
@@ -115,10 +111,7 @@ void TextCatalogueDialog::clickSafeFirst(int Index)
     next([&] { api = cCentroApi::create(); });
     if (Index == aceptar) {
         makeSafe(next, api);
-        if (!textGiven())
-            return;
-        MousePointer = Integer{11};
-        if (!write(next, api))
+        if (!acceptedSafe(next, api))
             return;
     }
     next([&] { Unload(); });
@@ -130,6 +123,14 @@ void TextCatalogueDialog::cmdAceptar_Click()
     ResumeNext next;
     if (textGiven() && accepted(next, api))
         next([&] { cancel_->Value = true; });
+}
+
+bool TextCatalogueDialog::acceptedSafe(ResumeNext& next, const cCentroApi& api)
+{
+    if (!textGiven())
+        return false;
+    MousePointer = Integer{11};
+    return write(next, api);
 }
 
 bool TextCatalogueDialog::textGiven()
@@ -176,6 +177,7 @@ bool TextCatalogueDialog::write(ResumeNext& next, const cCentroApi& api)
         insert<Long>(next, api, words_.table, words_.key, CLng, insertion);
     else
         insert<Integer>(next, api, words_.table, words_.key, CInt, insertion);
+    Err().Clear();
     return true;
 }
 

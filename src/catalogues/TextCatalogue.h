@@ -48,8 +48,9 @@ struct TextField {
 /// A catalogue of one or more texts: boxes with their labels, "Aceptar" and "Cancelar".
 class TextCatalogueDialog : public CatalogueDialog {
 public:
-    /// True at once where no guard is given.
-    bool ComprobarEliminacion() override;
+    /// Whether no other table refers to the session's row; True at once where no guard is given. Runs without
+    /// loading the form.
+    virtual bool ComprobarEliminacion();
 
 protected:
     TextCatalogueDialog(StringView name, const TextCatalogue& words) : CatalogueDialog(name), words_(words) {}
@@ -95,6 +96,8 @@ protected:
     virtual std::vector<Value> values();
     /// Hourglass, safe text, write.
     bool accepted(ResumeNext& next, const cCentroApi& api);
+    /// Empty test, hourglass, write: of texts that are safe already.
+    bool acceptedSafe(ResumeNext& next, const cCentroApi& api);
     /// The click of button_Click, but for the helper object being made within the mode.
     void clickInMode(int Index);
     /// What a click does where the text is made safe before anything else is asked.

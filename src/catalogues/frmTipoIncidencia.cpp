@@ -33,11 +33,11 @@ frmTipoIncidencia::frmTipoIncidencia() : TextCatalogueDialog(u"frmTipoIncidencia
              cmdIncidencia, [this](Layout& layout) {
                  layout.line({&chkJustificante, &chkBoletin, &chkAusencia});
              });
-    chkJustificante.Caption = String(u"Justificante");
-    chkJustificante.Tag = String(u"11022");
-    chkBoletin.Caption = String(u"Boletín");
-    chkBoletin.Tag = String(u"11023");
-    chkAusencia.Caption = String(u"Ausencia");
+    chkJustificante.Caption = u"Justificante";
+    chkJustificante.Tag = u"11022";
+    chkBoletin.Caption = u"Boletín";
+    chkBoletin.Tag = u"11023";
+    chkAusencia.Caption = u"Ausencia";
 }
 
 void frmTipoIncidencia::fill(ResumeNext& next)
@@ -65,13 +65,8 @@ void frmTipoIncidencia::button_Click(int Index)
     cCentroApi api;
     next([&] { api = cCentroApi::create(); });
     makeSafe(next, api);
-    if (Index == aceptar) {
-        if (!textGiven())
-            return;
-        MousePointer = Integer{11};
-        if (!write(next, api))
-            return;
-    }
+    if (Index == aceptar && !acceptedSafe(next, api))
+        return;
     next([&] { Unload(); });
 }
 

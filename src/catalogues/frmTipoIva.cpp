@@ -22,12 +22,8 @@ bool endsInSign(const String& text) { return text.ends_with(u'%'); }
 
 frmTipoIva::frmTipoIva() : CatalogueDialog(u"frmTipoIva")
 {
-    txtTipoIva.MaxLength = 50;
-    lblTipoIva.Caption = String(u"Tipo de Iva:");
-    lblTipoIva.Tag = decimalText(fieldName);
-    lblTipoIva.Marca = String(u"*");
+    designField(lblTipoIva, u"Tipo de Iva:", fieldName, txtTipoIva, 50);
     designButtons(cmdTipoIva(aceptar), cmdTipoIva(cancelar));
-    selectAllOnFocus(txtTipoIva);
     on(txtTipoIva.KeyPress, &frmTipoIva::txtTipoIva_KeyPress);
     on(cmdTipoIva, &CommandButton::Click, &frmTipoIva::cmdTipoIva_Click);
     Layout(*this).row(lblTipoIva, txtTipoIva).buttons(cmdTipoIva(aceptar), cmdTipoIva(cancelar));

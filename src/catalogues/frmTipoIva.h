@@ -13,7 +13,7 @@ public:
     Label lblTipoIva{*this, u"lblTipoIva"};
     ControlArray<CommandButton, 2> cmdTipoIva{*this, u"cmdTipoIva"};
 
-    bool ComprobarEliminacion() override;
+    bool ComprobarEliminacion();
 
 private:
     void Form_Load() override;

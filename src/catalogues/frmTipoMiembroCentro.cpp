@@ -21,10 +21,10 @@ frmTipoMiembroCentro::frmTipoMiembroCentro() : TextCatalogueDialog(u"frmTipoMiem
     assemble({{txtMiembro, lblMiembro, u"Ocupacion:", 15020, u"Nombre"}}, cmdMiembro, [this](Layout& layout) {
         layout.frame(Frame1, std::move(Layout(Frame1).line({&optAdmin, &optSub, &optOtro})));
     });
-    Frame1.Caption = String(u"Tipo de Miembro:");
-    optAdmin.Caption = String(u"Personal de administración");
-    optSub.Caption = String(u"Personal subalterno");
-    optOtro.Caption = String(u"Otro personal");
+    Frame1.Caption = u"Tipo de Miembro:";
+    optAdmin.Caption = u"Personal de administración";
+    optSub.Caption = u"Personal subalterno";
+    optOtro.Caption = u"Otro personal";
     optAdmin.Value = true;
 }
 

@@ -21,8 +21,8 @@ frmTipoOcurrencia::frmTipoOcurrencia() : TextCatalogueDialog(u"frmTipoOcurrencia
 {
     assemble({{txtNombre, lblMotivo(0), u"Ocurrencia:", 19020, u"Nombre"}}, cmdOcurrencia,
              [this](Layout& layout) { layout.line({&chkLectivo}); });
-    chkLectivo.Caption = String(u"Lectivo");
-    chkLectivo.Tag = String(u"19021");
+    chkLectivo.Caption = u"Lectivo";
+    chkLectivo.Tag = u"19021";
 }
 
 void frmTipoOcurrencia::fill(ResumeNext& next)

@@ -24,9 +24,7 @@ constexpr TextCatalogue words{
 
 frmTipoTarea::frmTipoTarea() : TextCatalogueDialog(u"frmTipoTarea", words)
 {
-    lblMiembro.Caption = String(u"Tipo miembro del centro:");
-    lblMiembro.Tag = String(u"21021");
-    lblMiembro.Marca = String(u"*");
+    designLabel(lblMiembro, u"Tipo miembro del centro:", 21021);
     assemble({{txtNombre, lblTarea, u"Tarea:", 21020, u"Nombre"}}, cmdAceptar, cmdCancelar,
              [this](Layout& layout) { layout.row(lblMiembro, cboMiembroCentro); });
 }
@@ -36,14 +34,7 @@ bool frmTipoTarea::beforeRow(ResumeNext& next)
 {
     if (!readRow(next, u"SELECT * FROM TipoMiembroCentro  ORDER BY Nombre"))
         return false;
-    next([&] {
-        for (; !rows().Eof(); rows().MoveNext()) {
-            next([&] { cboMiembroCentro.AddItem(CStr(field(u"Nombre"))); });
-            next([&] {
-                cboMiembroCentro.setItemData(cboMiembroCentro.ListCount() - 1, CLng(field(u"IDTMC")));
-            });
-        }
-    });
+    next([&] { addRows(cboMiembroCentro, u"Nombre", u"IDTMC"); });
     if (!changesRow())
         closeRows();
     return true;

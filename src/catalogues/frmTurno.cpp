@@ -24,10 +24,10 @@ frmTurno::frmTurno() : TextCatalogueDialog(u"frmTurno", words)
     assemble({{txtTurno, lblTurno, u"Turno:", 22020, u"Descripcion"}}, cmdTurno, [this](Layout& layout) {
         layout.line({&optDiurno, &optVespertino, &optNocturno, &optDistancia});
     });
-    optDiurno.Caption = String(u"Diurno");
-    optVespertino.Caption = String(u"Vespertino");
-    optNocturno.Caption = String(u"Nocturno");
-    optDistancia.Caption = String(u"A Distancia");
+    optDiurno.Caption = u"Diurno";
+    optVespertino.Caption = u"Vespertino";
+    optNocturno.Caption = u"Nocturno";
+    optDistancia.Caption = u"A Distancia";
     optDiurno.Value = true;
 }
 

@@ -103,6 +103,10 @@ public:
         return *this;
     }
     Property& operator=(const Property& other) { return *this = other.value_; }
+    Property& operator=(const char16_t* text) requires std::same_as<T, String>
+    {
+        return *this = String(text);
+    }
     /// Fails as the conversion does (94 for Null).
     Property& operator=(const Value& value) { return *this = valueTo<T>(value); }
 

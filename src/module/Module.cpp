@@ -1,5 +1,8 @@
 #include "module/Module.h"
 
+#include "banks/frmBanco.h"
+#include "banks/frmEmisor.h"
+#include "banks/frmPresentador.h"
 #include "catalogues/frmCEspecializacion.h"
 #include "catalogues/frmEstadoCivil.h"
 #include "catalogues/frmIdioma.h"
@@ -43,6 +46,9 @@ void addDialog(StringView name)
 void installModule()
 {
     registerSuite();
+    addDialog<frmBanco>(u"frmBanco");
+    addDialog<frmEmisor>(u"frmEmisor");
+    addDialog<frmPresentador>(u"frmPresentador");
     addDialog<frmCEspecializacion>(u"frmCEspecializacion");
     addDialog<frmEstadoCivil>(u"frmEstadoCivil");
     addDialog<frmIdioma>(u"frmIdioma");

@@ -1,0 +1,357 @@
+#include "banks/frmEmisor.h"
+
+#include "banks/frmPresentador.h"
+#include "forms/Desktop.h"
+#include "services/modCentroConfiguracion.h"
+#include "session/cConstCol.h"
+
+#include <algorithm>
+
+namespace zv {
+
+namespace {
+
+constexpr StringView guards[] = {u"Select CodCuenta From Centro_Cuenta_Emisor Where CodEmisor={}"};
+
+constexpr StringView provinces = u"Select Descripcion, IDProvincia From Provincia Order by IDProvincia";
+constexpr StringView submitters = u"Select * From Presentador";
+
+constexpr Long newOrderingParty = -2;
+constexpr Long newIssuer = -1;
+
+constexpr Integer issuerNew = 23001;
+constexpr Integer issuerChanged = 23002;
+constexpr Integer orderingPartyNew = 23003;
+constexpr Integer orderingPartyChanged = 23004;
+constexpr Integer kindIsFixed = 23080;
+
+/// Height of the submitter's row, by which an ordering party's dialog is smaller.
+constexpr Long submitterRow = 645;
+
+} // namespace
+
+frmEmisor::frmEmisor() : CatalogueDialog(u"frmEmisor")
+{
+    design();
+    on(optEmisor.Click, &frmEmisor::optEmisor_Click);
+    on(optOrdenante.Click, &frmEmisor::optOrdenante_Click);
+    on(chkMTP.MouseDown, &frmEmisor::chkMTP_MouseDown);
+    on(chkMTP.Click, &frmEmisor::chkMTP_Click);
+    on(txtSufijo.Change, &frmEmisor::txtSufijo_Change);
+    on(txtCP.Change, &frmEmisor::txtCP_Change);
+    for (TextBox* box : {&txtSufijo, &txtCP})
+        box->KeyPress.bind([](Integer& KeyAscii) { onlyDigits(KeyAscii); });
+    on(cmdNuevoPresentador.Click, &frmEmisor::cmdNuevoPresentador_Click);
+    on(cmdAceptar.Click, &frmEmisor::cmdAceptar_Click);
+    on(cmdCancelar.Click, &frmEmisor::cmdCancelar_Click);
+}
+
+bool frmEmisor::ComprobarEliminacion() { return unreferenced(guards); }
+
+void frmEmisor::moveEnd(Long twips)
+{
+    cmdAceptar.Top = cmdAceptar.Top + twips;
+    cmdCancelar.Top = cmdCancelar.Top + twips;
+    Height = Height + twips;
+}
+
+void frmEmisor::showSubmitter(bool visible)
+{
+    lblPresentador.Visible = visible;
+    cboPresentador.Visible = visible;
+    cmdNuevoPresentador.Visible = visible;
+}
+
+void frmEmisor::layoutIssuer()
+{
+    if (Height() < lngAltura)
+        moveEnd(submitterRow);
+    txtCodOrdenante.Text = u"";
+    lblCodigoOrdenante.Visible = false;
+    txtCodOrdenante.Visible = false;
+    txtSufijo.Visible = true;
+    lblsufijo.Visible = true;
+    for (Label* label : {&lblDireccion, &lblPoblacion, &lblProvincia, &lblCP})
+        label->Marca = u"";
+    showSubmitter(true);
+}
+
+void frmEmisor::layoutOrderingParty()
+{
+    txtSufijo.Text = u"";
+    lblCodigoOrdenante.Visible = true;
+    txtCodOrdenante.Visible = true;
+    txtSufijo.Visible = false;
+    lblsufijo.Visible = false;
+    // The code takes the place of the suffix.
+    txtCodOrdenante.Left = txtSufijo.Left;
+    txtCodOrdenante.Top = txtSufijo.Top;
+    lblCodigoOrdenante.Left = lblsufijo.Left;
+    lblCodigoOrdenante.Top = lblsufijo.Top;
+    for (Label* label : {&lblDireccion, &lblPoblacion, &lblProvincia, &lblCP, &lblPresentador,
+                         &lblCodigoOrdenante, &lblsufijo})
+        label->Marca = u"*";
+    showSubmitter(false);
+    moveEnd(-submitterRow);
+}
+
+void frmEmisor::optEmisor_Click()
+{
+    const cCentroApi api = cCentroApi::create();
+    cboProvincia.Clear();
+    if (optEmisor.Value()) {
+        layoutIssuer();
+        lblCodigoOrdenante.Marca = u"";
+        // The address may stay empty.
+        api.agregarelementovacio(cboProvincia);
+    } else {
+        layoutOrderingParty();
+    }
+    afterLayout(api);
+}
+
+void frmEmisor::optOrdenante_Click()
+{
+    const cCentroApi api = cCentroApi::create();
+    cboProvincia.Clear();
+    if (optOrdenante.Value()) {
+        layoutOrderingParty();
+    } else {
+        layoutIssuer();
+        api.agregarelementovacio(cboProvincia);
+    }
+    afterLayout(api);
+}
+
+void frmEmisor::afterLayout(const cCentroApi& api)
+{
+    ResumeNext next;
+    next([&] { fetch(provinces); });
+    if (reportedRead())
+        return;
+    next([&] { addRows(cboProvincia, u"Descripcion", u"IDProvincia"); });
+    closeRows();
+    next([&] { api.Marcar_Obligatorios(Controls); });
+    Err().Clear();
+    if (!changesRow())
+        next([&] { Caption = LoadResString(optEmisor.Value() ? issuerNew : orderingPartyNew); });
+}
+
+/// A failed read of a list is told with its own words.
+bool frmEmisor::reportedRead()
+{
+    if (Err().Number == 0)
+        return false;
+    Beep();
+    MsgBox(LoadResString(message::readFailed) + u"\r" + Err().Description, sign::information,
+           LoadResString(message::title));
+    Err().Clear();
+    return true;
+}
+
+void frmEmisor::Form_Load()
+{
+    Hourglass wait(*this);
+    ResumeNext next;
+    lngAltura = Height;
+    // Both kinds' changes run, which leaves the shape of an issuer at full height, and the suffix empty.
+    next([&] { optOrdenante.Value = true; });
+    next([&] { optEmisor.Value = true; });
+    next([&] { loadIcon(); });
+    cCentroApi api;
+    next([&] { api = cCentroApi::create(); });
+    lockDown(next);
+    next([&] { CargarTextos(*this); });
+    if (!readLists(next))
+        return;
+    showService(next);
+    next([&] { Caption = LoadResString(changesRow() ? issuerChanged : issuerNew); });
+    const Long row = Configuracion().lngRowData;
+    next([&] { (row == newOrderingParty ? optOrdenante : optEmisor).Value = true; });
+    if (row == newOrderingParty || row == newIssuer)
+        fraEntidad.Enabled = false;
+    Err().Clear();
+    if (changesRow())
+        showParty(next, api);
+    next([&] { restrictButtons(api); });
+    next([&] { api.Marcar_Obligatorios(Controls); });
+}
+
+/// The provinces are added to those that the kind has brought: an issuer's list shows each twice.
+bool frmEmisor::readLists(ResumeNext& next)
+{
+    Err().Clear();
+    next([&] { fetch(provinces); });
+    if (reportedRead())
+        return false;
+    next([&] { addRows(cboProvincia, u"Descripcion", u"IDProvincia"); });
+    next([&] { fetch(submitters); });
+    if (reportedRead())
+        return false;
+    next([&] { addRows(cboPresentador, u"Nombre", u"IDPresentador"); });
+    return true;
+}
+
+void frmEmisor::showService(ResumeNext& next)
+{
+    chkMTP.Visible = Configuracion().MTP;
+    if (!Configuracion().MTP)
+        next([&] { cmdNuevoPresentador.Enabled = true; });
+}
+
+void frmEmisor::showParty(ResumeNext& next, const cCentroApi& api)
+{
+    next([&] { fetch(forRow(u"Select * from Emisor  Where IDEmisor={}")); });
+    RecordsetPtr held = takeRows();
+    const auto read = [&](StringView column) {
+        if (!held)
+            fail(failure::noObject);
+        return held->Fields(column);
+    };
+    const std::pair<TextBox*, StringView> texts[] = {{&txtNombre, u"Nombre"},
+                                                     {&txtNIF, u"CIF"},
+                                                     {&txtDireccion, u"Direccion"},
+                                                     {&txtPoblacion, u"Poblacion"},
+                                                     {&txtCP, u"CP"}};
+    for (const auto& [box, column] : texts)
+        next([&, box = box, column = column] { box->Text = read(column); });
+    if (next.condition([&] { return isTrue(read(u"MTP")); }))
+        next([&] { showServiceRow(next, *held, api); });
+    else
+        next([&] { choose(cboPresentador, CLng(read(u"CodPresentador"))); });
+    next([&] { showKind(next, *held); });
+    next([&] { choose(cboProvincia, CLng(read(u"CodProvincia"))); });
+    reportedFailure(message::readFailed);
+    // The kind of a saved row cannot be changed.
+    fraEntidad.Enabled = false;
+    if (chkMTP.Visible())
+        chkMTP.Enabled = false;
+    next([&] { Caption = LoadResString(optEmisor.Value() ? issuerChanged : orderingPartyChanged); });
+    next([&] { Caption = Caption + u" " + read(u"Nombre"); });
+}
+
+/// Of a row that uses the service; it alone is registered.
+void frmEmisor::showServiceRow(ResumeNext& next, Recordset& party, const cCentroApi& api)
+{
+    next([&] { chkMTP_Click(); });
+    next([&] { chkMTP.Value = Integer{1}; });
+    next([&] { choose(cboPresentador, CLng(party.Fields(u"CodPresentadorMTP"))); });
+    if (!Configuracion().MTP)
+        next([&] { BloquearControles(*this, false); });
+    registerRow(next, api, cmdAceptar);
+}
+
+void frmEmisor::showKind(ResumeNext& next, Recordset& party)
+{
+    const bool issuer =
+        next.condition([&] { return Trim(String() + party.Fields(u"CodigoOrdenante")).empty(); });
+    if (issuer) {
+        next([&] { optEmisor.Value = true; });
+        next([&] { txtSufijo.Text = party.Fields(u"Sufijo"); });
+    } else {
+        next([&] { optOrdenante.Value = true; });
+        next([&] { txtCodOrdenante.Text = party.Fields(u"CodigoOrdenante"); });
+    }
+}
+
+void frmEmisor::restrictButtons(const cCentroApi& api)
+{
+    const cConfiguracion& session = Configuracion();
+    api.Comprobar_BotonesAccesoRapido(*this, session.conLocalAppEntrada, session.intIDPerfil);
+}
+
+void frmEmisor::Form_Activate()
+{
+    if (fraEntidad.Enabled())
+        return;
+    txtNombre.Enabled = true;
+    txtNombre.SetFocus();
+}
+
+void frmEmisor::txtSufijo_Change()
+{
+    if (!optEmisor.Value() || IsNumeric(Trim(txtSufijo.Text())))
+        return;
+    Beep();
+    txtSufijo.Text = u"";
+}
+
+void frmEmisor::txtCP_Change()
+{
+    if (IsNumeric(Trim(txtCP.Text())))
+        return;
+    Beep();
+    txtCP.Text = u"";
+}
+
+void frmEmisor::chkMTP_Click()
+{
+    cboPresentador.Clear();
+    if (chkMTP.Value() == 1) {
+        cmdNuevoPresentador.Enabled = false;
+        fetch(u"Select * From PresentadorMTP");
+        addRows(cboPresentador, u"Nombre", u"IDPresentadorMTP");
+    } else {
+        const cCentroApi api = cCentroApi::create();
+        cmdNuevoPresentador.Enabled = true;
+        restrictButtons(api);
+        fetch(submitters);
+        addRows(cboPresentador, u"Nombre", u"IDPresentador");
+    }
+    closeRows();
+}
+
+/// Says that the service of a row with accounts is not to be changed; it does not keep the box from changing.
+void frmEmisor::chkMTP_MouseDown()
+{
+    if (!changesRow())
+        return;
+    const StringView pattern = optEmisor.Value()
+                                   ? u"SELECT Count(codCCECobro) as codCCE FROM Actividad WHERE "
+                                     u"codCCECobro={} UNION SELECT Count(IDCCE) FROM "
+                                     u"Centro_Cuenta_Emisor WHERE IDCCE={} ORDER BY codCCE DESC"
+                                   : u"SELECT Count(codCCECobro) as codCCE FROM Actividad WHERE "
+                                     u"codCCEPago={} UNION SELECT Count(IDCCE) FROM "
+                                     u"Centro_Cuenta_Emisor WHERE IDCCE={} ORDER BY codCCE DESC";
+    fetch(forRow(pattern));
+    if (CLng(field(u"codCCE")) > 0)
+        warn(kindIsFixed, sign::exclamation);
+    else
+        closeRows();
+}
+
+/// The submitter's dialog finds the action of a new row and this dialog's row.
+void frmEmisor::cmdNuevoPresentador_Click()
+{
+    ResumeNext next;
+    const Byte action = Configuracion().bytAccion;
+    Configuracion().bytAccion = cConstCol::NUEVO;
+    next([&] { single<frmPresentador>().Show(); });
+    Configuracion().bytAccion = action;
+    Long largest = 0;
+    for (Long entry = 0; entry < cboPresentador.ListCount(); ++entry)
+        largest = std::max(largest, cboPresentador.ItemData(entry));
+    next([&] { fetch(u"SELECT MAX(IDPresentador) as Mayor FROM Presentador"); });
+    if (next.condition([&] {
+            const Value found = field(u"mayor");
+            return !found.isNull() && CLng(found) > largest;
+        })) {
+        Integer added = 0;
+        next([&] { added = CInt(field(u"mayor")); });
+        next([&] { fetch(u"SELECT IDPresentador,Nombre FROM Presentador ORDER BY Nombre"); });
+        cboPresentador.Clear();
+        next([&] { fetch(submitters); });
+        next([&] { addRows(cboPresentador, u"Nombre", u"IDPresentador"); });
+        next([&] { choose(cboPresentador, added); });
+    }
+    closeRows();
+}
+
+void frmEmisor::Form_Unload()
+{
+    releaseRow();
+    leaveScreen();
+    closeRows();
+}
+
+} // namespace zv

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "banks/cSucursal.h"
+#include "catalogues/CatalogueDialog.h"
+
+namespace zv {
+
+/// One branch of the bank dialog's list. It writes nothing to the database: the bank's accept does.
+class frmSucursal final : public CatalogueDialog {
+public:
+    frmSucursal();
+
+    ControlArray<Label, 6> lblSucursal{*this, u"lblSucursal"};
+    ControlArray<TextBox, 5> txtSucursal{*this, u"txtSucursal"};
+    ComboBox cboSucursal{*this, u"cboSucursal"};
+    ControlArray<CommandButton, 2> cmdSucursal{*this, u"cmdSucursal"};
+
+    /// Removes the branch that is selected in the bank dialog from the list, or marks it. The argument is not
+    /// read.
+    void QuitarSucursal(Integer& IDSucursal);
+
+private:
+    void Form_Load() override;
+    void Form_Unload() override;
+    void txtSucursal_KeyPress(int Index, Integer& KeyAscii);
+    void cmdSucursal_Click(int Index);
+
+    void showBranch(ResumeNext& next);
+    // Steps of the accept; False where it ends there.
+    bool dataGiven();
+    bool addBranch();
+    bool changeBranch();
+    bool refuse(Integer messageId, int box);
+    void take(cSucursal& branch);
+
+    String strCodigoInicial; ///< The branch's number when its change began.
+};
+
+} // namespace zv
