@@ -11,7 +11,6 @@
 #include <QMouseEvent>
 
 #include <cmath>
-#include <utility>
 
 namespace zv {
 
@@ -117,6 +116,7 @@ bool FormWindow::act(const std::function<bool(Acts&)>& what)
     Acts acts(form_);
     const bool done = what(acts);
     --busy_;
+    outcome_ = done;
     if (alive_ && !busy())
         inStep();
     return done;

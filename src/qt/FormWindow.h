@@ -6,6 +6,8 @@
 #include <QEventLoop>
 
 #include <map>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace zv {
@@ -24,6 +26,8 @@ public:
 
     /// Does an act of a person and brings the window in step. False if the act could not be done.
     bool act(const std::function<bool(Acts&)>& what);
+    /// Whether the act that ended last could be done; none since the last call gives nothing.
+    std::optional<bool> takeOutcome() { return std::exchange(outcome_, std::nullopt); }
     /// Whether an act goes on, or the window is not yet ready for one.
     bool busy() const { return busy_ != 0; }
     bool alive() const { return alive_; }
@@ -61,6 +65,7 @@ private:
     std::map<const Control*, std::size_t> byControl_;
     std::vector<Control*> stacked_; ///< As they were brought to the front when last looked at.
     QEventLoop loop_;
+    std::optional<bool> outcome_;
     int busy_ = 1;
     bool alive_ = true;
 };

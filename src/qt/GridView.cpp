@@ -96,16 +96,17 @@ GridView::GridView(FormWindow& window, MSFlexGrid& grid, QWidget& parent)
     watch();
     table.viewport()->installEventFilter(this);
     table.horizontalHeader()->viewport()->installEventFilter(this);
-    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int top) {
-        if (!following_ && !this->window().busy())
-            act([&](Acts& acts) { return acts.scroll(control(), std::min(top + 1, control().Rows() - 1)); });
-    });
+    connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int top) { scrolled(top); });
 }
 
-GridView::~GridView()
+GridView::~GridView() = default;
+
+void GridView::scrolled(int top)
 {
-    // The cells end before the table does.
-    widget().setModel(nullptr);
+    // Where rows went away the bar moves by itself; that is nobody's act.
+    const int wanted = std::min(control().TopRow() - 1, widget().verticalScrollBar()->maximum());
+    if (window().alive() && !following_ && !window().busy() && top != wanted)
+        act([&](Acts& acts) { return acts.scroll(control(), std::min(top + 1, control().Rows() - 1)); });
 }
 
 void GridView::name() { widget().setAccessibleName(labelOf(control())); }

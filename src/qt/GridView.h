@@ -26,6 +26,7 @@ private:
     void followSelection();
     bool clicked(const QObject& watched, const QPoint& where);
     bool page(int key);
+    void scrolled(int top);
     std::unique_ptr<Cells> cells_;
     bool following_ = false;
 };

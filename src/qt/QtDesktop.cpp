@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -13,11 +14,12 @@ namespace {
 
 constexpr Integer hourglass = 11;
 constexpr int signBits = 112;
+constexpr int criticalSign = 16;
 
 QMessageBox::Icon signOf(int flags)
 {
     switch (flags & signBits) {
-    case 16:
+    case criticalSign:
         return QMessageBox::Critical;
     case 48:
         return QMessageBox::Warning;
@@ -34,8 +36,11 @@ QtDesktop::~QtDesktop()
 {
     if (!waiting_.empty())
         QApplication::restoreOverrideCursor();
-    while (!windows_.empty())
-        forget(windows_.back().window->form());
+    // The forms may be gone already.
+    for (Shown& each : windows_) {
+        each.window->end();
+        gone_.push_back(std::move(each));
+    }
     sweep(0);
 }
 
@@ -67,9 +72,11 @@ void QtDesktop::runModal(Form& form)
     FormWindow* window = windowOf(form);
     if (window == nullptr)
         return;
-    const int depth = depth_++;
-    runWindow(*window);
-    depth_ = depth;
+    const int depth = depth_;
+    {
+        const QScopedValueRollback deeper(depth_, depth + 1);
+        runWindow(*window);
+    }
     if (!form.Visible())
         forget(form);
     sweep(depth);
@@ -99,18 +106,20 @@ void QtDesktop::sweep(int depth)
         gone_.pop_back();
 }
 
-void QtDesktop::messageBox(StringView prompt, Integer flags, StringView title)
-{
-    QMessageBox box(signOf(flags), toQt(title), toQt(prompt), QMessageBox::NoButton, front());
-    box.setTextFormat(Qt::PlainText);
-    box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
-    ask(box);
-}
+void QtDesktop::messageBox(StringView prompt, Integer flags, StringView title) { tell(flags, title, prompt); }
 
 void QtDesktop::handlerFailed(const RuntimeError& error)
 {
-    const String title = u"Error " + decimalText(error.number());
-    messageBox(error.description().empty() ? StringView(title) : StringView(error.description()), 16, title);
+    tell(criticalSign, u"Error " + decimalText(error.number()),
+         u"La operación no ha terminado: " + error.description());
+}
+
+void QtDesktop::tell(int flags, StringView title, StringView text)
+{
+    QMessageBox box(signOf(flags), toQt(title), toQt(text), QMessageBox::NoButton, front());
+    box.setTextFormat(Qt::PlainText);
+    box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
+    ask(box);
 }
 
 void QtDesktop::ask(QMessageBox& box) { box.exec(); }

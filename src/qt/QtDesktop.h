@@ -37,6 +37,7 @@ protected:
     virtual void runWindow(FormWindow& window);
 
 private:
+    void tell(int flags, StringView title, StringView text);
     QWidget* front() const;
     void forget(const Form& form);
     void followPointer(const Form& form);

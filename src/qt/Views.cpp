@@ -137,11 +137,7 @@ ListView::ListView(FormWindow& window, ComboBox& box, QWidget& parent)
     });
 }
 
-ListView::~ListView()
-{
-    // The entries end before the widget does.
-    widget().setModel(nullptr);
-}
+ListView::~ListView() = default;
 
 void ListView::followContent()
 {

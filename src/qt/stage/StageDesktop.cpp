@@ -1,0 +1,80 @@
+#include "qt/stage/StageDesktop.h"
+
+#include "robot/ValueText.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+#include <QScopedValueRollback>
+#include <QTimer>
+
+#include <utility>
+
+namespace zv {
+
+void StageDesktop::opened(Form& form)
+{
+    QtDesktop::opened(form);
+    play_.opened(form);
+}
+
+void StageDesktop::closed(Form& form)
+{
+    QtDesktop::closed(form);
+    play_.closed(form);
+}
+
+void StageDesktop::messageBox(StringView prompt, Integer flags, StringView title)
+{
+    play_.observe(u"mensaje " + decimalText(flags) + u" " + quoted(title) + u" " + quoted(prompt));
+    QtDesktop::messageBox(prompt, flags, title);
+}
+
+void StageDesktop::beep() { play_.observe(u"bip"); }
+
+void StageDesktop::handlerFailed(const RuntimeError& error)
+{
+    play_.observe(u"error " + decimalText(error.number()));
+    QtDesktop::handlerFailed(error);
+}
+
+void StageDesktop::ask(QMessageBox& box)
+{
+    box.show();
+    breathe();
+}
+
+void StageDesktop::breathe()
+{
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    if (pace_.count() == 0)
+        return;
+    QEventLoop pause;
+    QTimer::singleShot(pace_, &pause, &QEventLoop::quit);
+    pause.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+void StageDesktop::runWindow(FormWindow& window)
+{
+    window.ready();
+    breathe();
+    try {
+        play_.goOnWhileOpen(window.form());
+    } catch (...) {
+        if (acting_ == 0)
+            throw;
+        mistake_ = std::current_exception();
+    }
+}
+
+void StageDesktop::acting(const std::function<void()>& events)
+{
+    {
+        const QScopedValueRollback deeper(acting_, acting_ + 1);
+        events();
+    }
+    breathe();
+    if (mistake_)
+        std::rethrow_exception(std::exchange(mistake_, nullptr));
+}
+
+} // namespace zv
