@@ -55,7 +55,8 @@ const MemberTable<Connection>& connectionMembers()
     return table;
 }
 
-template <class Number> String pointText(Number number)
+template <class Number>
+String pointText(Number number)
 {
     std::array<char, 64> room{};
     const auto end = std::to_chars(room.data(), room.data() + room.size(), number);
@@ -64,15 +65,16 @@ template <class Number> String pointText(Number number)
 
 /// A value as statements take it, whatever the regional settings.
 struct StatementText {
-    String operator()(Empty) const { return {}; }
-    String operator()(Null) const { return {}; }
+    String operator()(Empty /*none*/) const { return {}; }
+    String operator()(Null /*none*/) const { return {}; }
     String operator()(bool truth) const { return truth ? u"-1" : u"0"; }
     String operator()(const String& text) const { return text; }
     String operator()(Currency amount) const
     {
         return pointText(static_cast<double>(amount.tenThousandths) / 10000);
     }
-    template <class T> String operator()(const T& other) const
+    template <class T>
+    String operator()(const T& other) const
     {
         if constexpr (std::is_floating_point_v<T>)
             return pointText(other);

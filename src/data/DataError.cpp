@@ -39,7 +39,6 @@ String describe(std::int32_t number, StringView detail)
 DataError::DataError(std::int32_t number, std::string engineCode, StringView engineText, StringView statement)
     : RuntimeError(number, describe(number, engineText)), engineCode_(std::move(engineCode)),
       engineText_(engineText), statement_(statement)
-{
-}
+{}
 
 } // namespace zv

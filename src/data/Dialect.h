@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// How an engine wants written what the dialogs write in their own way. By default a statement stays as it is.
+/// How an engine wants written what the dialogs write in their own way. The defaults change nothing.
 struct Dialect {
     StringView joinTexts = u"+"; ///< The sign that joins texts.
     bool deleteWithStar = true;  ///< Whether `DELETE * FROM` is understood.

@@ -2,7 +2,6 @@
 
 #include <sqlite3.h>
 
-#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -57,9 +56,11 @@ DataError failureOf(sqlite3* handle, Phase phase, StringView statement)
 {
     const int code = sqlite3_extended_errcode(handle);
     const String text = static_cast<const char16_t*>(sqlite3_errmsg16(handle));
-    const auto rule =
-        std::ranges::find_if(rules, [&](const Rule& each) { return fits(each, code, phase, text); });
-    return {rule == rules.end() ? failure::otherData : rule->number, std::to_string(code), text, statement};
+    for (const Rule& rule : rules) {
+        if (fits(rule, code, phase, text))
+            return {rule.number, std::to_string(code), text, statement};
+    }
+    return {failure::otherData, std::to_string(code), text, statement};
 }
 
 void refuseUnstorable(StringView statement)

@@ -18,8 +18,7 @@ class Rows final : public Recordset {
 public:
     Rows(std::shared_ptr<Store> store, String statement, std::unique_ptr<Cursor> cursor)
         : store_(std::move(store)), statement_(std::move(statement)), cursor_(std::move(cursor))
-    {
-    }
+    {}
 
     bool Eof() override { return opened().row() == nullptr; }
     void MoveNext() override
@@ -112,7 +111,7 @@ private:
 std::filesystem::path fileOf(StringView location, Database which)
 {
     const std::string path = toUtf8(location);
-    const std::filesystem::path live(std::u8string(path.begin(), path.end()));
+    std::filesystem::path live(std::u8string(path.begin(), path.end()));
     if (which == Database::centro || live.empty())
         return live;
     std::filesystem::path name = live.stem();
@@ -123,25 +122,21 @@ std::filesystem::path fileOf(StringView location, Database which)
 
 class SqliteEngine final : public Engine {
 public:
+    explicit SqliteEngine(Durability durability) : durability_(durability) {}
     StringView scheme() const override { return u"sqlite"; }
     DdlStyle ddl() const override { return DdlStyle::sqlite; }
     ConnectionPtr open(StringView location, Database which) override
     {
-        return std::make_shared<SqliteConnection>(std::make_shared<Store>(fileOf(location, which), false));
+        return std::make_shared<SqliteConnection>(
+            std::make_shared<Store>(fileOf(location, which), false, durability_));
     }
     ConnectionPtr create(StringView location, Database which) override
     {
-        return std::make_shared<SqliteConnection>(std::make_shared<Store>(fileOf(location, which), true));
+        return std::make_shared<SqliteConnection>(
+            std::make_shared<Store>(fileOf(location, which), true, durability_));
     }
-    void remove(StringView location, Database which) override
-    {
-        const std::filesystem::path file = fileOf(location, which);
-        for (const char* suffix : {"", "-wal", "-shm"}) {
-            std::filesystem::path each = file;
-            std::filesystem::remove(each += suffix);
-        }
-    }
-    ConnectionPtr temporary(StringView, Database) override
+    void remove(StringView location, Database which) override { removeFile(fileOf(location, which)); }
+    ConnectionPtr temporary(StringView /*location*/, Database /*which*/) override
     {
         return std::make_shared<SqliteConnection>(std::make_shared<Store>());
     }
@@ -159,11 +154,17 @@ public:
         }
         return result;
     }
+
+private:
+    Durability durability_;
 };
 
 } // namespace
 } // namespace sqlite
 
-std::unique_ptr<Engine> sqliteEngine() { return std::make_unique<sqlite::SqliteEngine>(); }
+std::unique_ptr<Engine> sqliteEngine(Durability durability)
+{
+    return std::make_unique<sqlite::SqliteEngine>(durability);
+}
 
 } // namespace zv

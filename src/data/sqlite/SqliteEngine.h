@@ -4,9 +4,13 @@
 
 namespace zv {
 
+/// When a statement that returned is on disk: at once, or when the system likes (for benchmarks, that measure
+/// our own cost).
+enum class Durability { full, off };
+
 /// The embedded engine, scheme "sqlite". A location is the path of the live database; the other two stand
 /// beside it: colegio.db, colegio.borrado.db, colegio.entrada.db. temporary() makes them in memory, whatever
 /// the location.
-std::unique_ptr<Engine> sqliteEngine();
+std::unique_ptr<Engine> sqliteEngine(Durability durability = Durability::full);
 
 } // namespace zv

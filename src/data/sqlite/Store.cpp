@@ -13,7 +13,8 @@ namespace {
 constexpr int waitMilliseconds = 5000;
 constexpr std::size_t handlesKept = 4;
 
-constexpr const char* fileSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;";
+constexpr const char* fullSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;";
+constexpr const char* offSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=OFF;";
 
 [[noreturn]] void failFor(const std::filesystem::path& file, StringView words)
 {
@@ -58,7 +59,7 @@ void checkPlace(const std::filesystem::path& file, bool create)
 }
 
 /// No file: in memory.
-DatabasePtr openHandle(const std::filesystem::path& file, int flags)
+DatabasePtr openHandle(const std::filesystem::path& file, int flags, Durability durability)
 {
     const std::u8string path = file.empty() ? u8":memory:" : file.u8string();
     sqlite3* opened = nullptr;
@@ -76,7 +77,8 @@ DatabasePtr openHandle(const std::filesystem::path& file, int flags)
         return handle;
     if (sqlite3_db_readonly(opened, "main") == 1)
         failFor(file, noRight);
-    if (sqlite3_exec(opened, fileSettings, nullptr, nullptr, nullptr) != SQLITE_OK)
+    const char* settings = durability == Durability::full ? fullSettings : offSettings;
+    if (sqlite3_exec(opened, settings, nullptr, nullptr, nullptr) != SQLITE_OK)
         failOpening(opened, file);
     return handle;
 }
@@ -122,20 +124,37 @@ Cursor::Field fieldOf(sqlite3_stmt* statement, int column)
 
 } // namespace
 
+void removeFile(const std::filesystem::path& file)
+{
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        std::filesystem::path each = file;
+        std::error_code ignored;
+        std::filesystem::remove(each += suffix, ignored);
+    }
+}
+
 void CloseHandle::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
 void EndStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
 Store::Store()
 {
     handles_.push_back(std::make_shared<Handle>());
-    handles_.back()->database = openHandle({}, 0);
+    handles_.back()->database = openHandle({}, 0, durability_);
 }
 
-Store::Store(std::filesystem::path file, bool create) : file_(std::move(file))
+Store::Store(std::filesystem::path file, bool create, Durability durability)
+    : file_(std::move(file)), durability_(durability)
 {
     checkPlace(file_, create);
-    handles_.push_back(std::make_shared<Handle>());
-    handles_.back()->database = openHandle(file_, create ? SQLITE_OPEN_CREATE : 0);
+    auto first = std::make_shared<Handle>();
+    try {
+        first->database = openHandle(file_, create ? SQLITE_OPEN_CREATE : 0, durability_);
+    } catch (const RuntimeError&) {
+        if (create)
+            removeFile(file_);
+        throw;
+    }
+    handles_.push_back(std::move(first));
 }
 
 /// Inside a transaction all statements run on the handle that began it.
@@ -157,7 +176,7 @@ std::shared_ptr<Handle> Store::handle(StringView statement)
     }
     refuseVanished(*handles_.front(), statement);
     auto fresh = std::make_shared<Handle>();
-    fresh->database = openHandle(file_, 0);
+    fresh->database = openHandle(file_, 0, durability_);
     handles_.push_back(fresh);
     return fresh;
 }
@@ -197,7 +216,7 @@ Cursor::Cursor(std::shared_ptr<Handle> handle, StatementPtr statement)
     if (!onlyReads_)
         takeAll();
     if (failure_)
-        throw *failure_;
+        throw DataError(*failure_);
     fetch();
     if (statement_)
         handle_->cursors.push_back(this);
@@ -254,7 +273,7 @@ void Cursor::advance()
     if (rows_.size() < 2)
         fetch();
     if (rows_.empty() && failure_)
-        throw *failure_;
+        throw DataError(*failure_);
 }
 
 } // namespace zv::sqlite

@@ -2,6 +2,7 @@
 
 #include "data/Connection.h"
 #include "data/DataError.h"
+#include "data/sqlite/SqliteEngine.h"
 
 #include <deque>
 #include <filesystem>
@@ -29,6 +30,9 @@ struct Handle {
     std::vector<Cursor*> cursors;
 };
 
+/// Takes away a database's file and what the engine keeps beside it, as far as they are there.
+void removeFile(const std::filesystem::path& file);
+
 /// A database: one handle in memory; for a file as many as there are cursors open at a time. A statement runs
 /// on a handle without cursors, so that it sees the newest rows and its writing waits for no reader of ours.
 class Store {
@@ -36,7 +40,7 @@ public:
     /// A database in memory.
     Store();
     /// A file. Fails with a RuntimeError that tells a person what to do.
-    Store(std::filesystem::path file, bool create);
+    Store(std::filesystem::path file, bool create, Durability durability);
 
     /// Runs a statement and reads its first rows. None if it has no columns.
     std::unique_ptr<Cursor> run(StringView statement);
@@ -46,6 +50,7 @@ private:
     void refuseVanished(Handle& handle, StringView statement) const;
 
     std::filesystem::path file_;
+    Durability durability_ = Durability::full;
     std::vector<std::shared_ptr<Handle>> handles_;
 };
 
