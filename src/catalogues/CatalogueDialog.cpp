@@ -140,12 +140,12 @@ void CatalogueDialog::insertLoop(ResumeNext& next, const std::function<void()>& 
 {
     for (;;) {
         Err().Clear();
+        // Without a key nothing is inserted: a row 0 would be announced as a failure, and stay.
         const bool drawn = next(draw);
-        next([&] { execute(statementFor()); });
+        if (drawn)
+            next([&] { execute(statementFor()); });
         if (Err().Number == 0)
             return;
-        // A taken key is worth another try only where a fresh one can be drawn: without that the loop would
-        // have no end.
         if (Err().Number == failure::keyExists && drawn)
             continue;
         showMessage(message::insertFailed, sign::critical);

@@ -23,6 +23,11 @@ constexpr TextCatalogue words{
 
 frmTipoIncidencia::frmTipoIncidencia() : TextCatalogueDialog(u"frmTipoIncidencia", words)
 {
+    chkJustificante.Caption = u"Justificante";
+    chkJustificante.Tag = u"11022";
+    chkBoletin.Caption = u"Boletín";
+    chkBoletin.Tag = u"11023";
+    chkAusencia.Caption = u"Ausencia";
     assemble({{txtIncidencia(0), lblIncidencia(0), u"Nombre:", 11020, u"Nombre"},
               {.box = txtIncidencia(1),
                .label = lblIncidencia(1),
@@ -33,11 +38,6 @@ frmTipoIncidencia::frmTipoIncidencia() : TextCatalogueDialog(u"frmTipoIncidencia
              cmdIncidencia, [this](Layout& layout) {
                  layout.line({&chkJustificante, &chkBoletin, &chkAusencia});
              });
-    chkJustificante.Caption = u"Justificante";
-    chkJustificante.Tag = u"11022";
-    chkBoletin.Caption = u"Boletín";
-    chkBoletin.Tag = u"11023";
-    chkAusencia.Caption = u"Ausencia";
 }
 
 void frmTipoIncidencia::fill(ResumeNext& next)

@@ -27,7 +27,7 @@ frmTipoMaterialDidactico::frmTipoMaterialDidactico() : TextCatalogueDialog(u"frm
 /// with an apostrophe always counts as changed.
 bool frmTipoMaterialDidactico::write(ResumeNext& next, const cCentroApi& api)
 {
-    if (createsRow() || next.condition([&] { return txtNombre.Text() != CStr(field(u"Nombre")); }))
+    if (createsRow() || next.condition([&] { return txtNombre.Text() != String() + field(u"Nombre"); }))
         return TextCatalogueDialog::write(next, api);
     return true;
 }

@@ -18,14 +18,14 @@ constexpr TextCatalogue words{
 
 frmTipoMiembroCentro::frmTipoMiembroCentro() : TextCatalogueDialog(u"frmTipoMiembroCentro", words)
 {
-    assemble({{txtMiembro, lblMiembro, u"Ocupacion:", 15020, u"Nombre"}}, cmdMiembro, [this](Layout& layout) {
-        layout.frame(Frame1, std::move(Layout(Frame1).line({&optAdmin, &optSub, &optOtro})));
-    });
     Frame1.Caption = u"Tipo de Miembro:";
     optAdmin.Caption = u"Personal de administración";
     optSub.Caption = u"Personal subalterno";
     optOtro.Caption = u"Otro personal";
     optAdmin.Value = true;
+    assemble({{txtMiembro, lblMiembro, u"Ocupacion:", 15020, u"Nombre"}}, cmdMiembro, [this](Layout& layout) {
+        layout.frame(Frame1, std::move(Layout(Frame1).line({&optAdmin, &optSub, &optOtro})));
+    });
 }
 
 void frmTipoMiembroCentro::fill(ResumeNext& next)

@@ -19,16 +19,17 @@ constexpr TextCatalogue words{
 
 frmTipoOcurrencia::frmTipoOcurrencia() : TextCatalogueDialog(u"frmTipoOcurrencia", words)
 {
-    assemble({{txtNombre, lblMotivo(0), u"Ocurrencia:", 19020, u"Nombre"}}, cmdOcurrencia,
-             [this](Layout& layout) { layout.line({&chkLectivo}); });
     chkLectivo.Caption = u"Lectivo";
     chkLectivo.Tag = u"19021";
+    assemble({{txtNombre, lblMotivo(0), u"Ocurrencia:", 19020, u"Nombre"}}, cmdOcurrencia,
+             [this](Layout& layout) { layout.line({&chkLectivo}); });
 }
 
 void frmTipoOcurrencia::fill(ResumeNext& next)
 {
     TextCatalogueDialog::fill(next);
-    next([&] { chkLectivo.Value = static_cast<Integer>(isTrue(field(u"Lectivo"))); });
+    const bool teachingDay = next.condition([&] { return isTrue(field(u"Lectivo")); });
+    next([&] { chkLectivo.Value = static_cast<Integer>(teachingDay); });
 }
 
 } // namespace zv

@@ -21,14 +21,14 @@ constexpr TextCatalogue words{
 
 frmTurno::frmTurno() : TextCatalogueDialog(u"frmTurno", words)
 {
-    assemble({{txtTurno, lblTurno, u"Turno:", 22020, u"Descripcion"}}, cmdTurno, [this](Layout& layout) {
-        layout.line({&optDiurno, &optVespertino, &optNocturno, &optDistancia});
-    });
     optDiurno.Caption = u"Diurno";
     optVespertino.Caption = u"Vespertino";
     optNocturno.Caption = u"Nocturno";
     optDistancia.Caption = u"A Distancia";
     optDiurno.Value = true;
+    assemble({{txtTurno, lblTurno, u"Turno:", 22020, u"Descripcion"}}, cmdTurno, [this](Layout& layout) {
+        layout.line({&optDiurno, &optVespertino, &optNocturno, &optDistancia});
+    });
 }
 
 void frmTurno::fill(ResumeNext& next)
@@ -55,7 +55,7 @@ std::vector<Value> frmTurno::values()
 /// The text is compared after it was made safe: one with an apostrophe always counts as changed.
 bool frmTurno::write(ResumeNext& next, const cCentroApi& api)
 {
-    if (createsRow() || next.condition([&] { return txtTurno.Text() != CStr(field(u"Descripcion")); }))
+    if (createsRow() || next.condition([&] { return txtTurno.Text() != String() + field(u"Descripcion"); }))
         return TextCatalogueDialog::write(next, api);
     return true;
 }

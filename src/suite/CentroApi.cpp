@@ -138,8 +138,7 @@ constexpr Operation operations[] = {
 void CentroApi::Marcar_Obligatorios(const ObjectPtr& controls)
 {
     for (const ObjectPtr& label : controlsOf(controls, u"Label"))
-        if (CStr(get(label, u"Marca")) == u"*")
-            let(label, u"Obligatorio", true);
+        let(label, u"Obligatorio", CStr(get(label, u"Marca")) == u"*");
 }
 
 void CentroApi::ComprobarComilla(const ObjectPtr& controls)
