@@ -3,6 +3,7 @@
 #include "banks/frmBanco.h"
 #include "banks/frmEmisor.h"
 #include "banks/frmPresentador.h"
+#include "banks/frmSucursal.h"
 #include "catalogues/frmCEspecializacion.h"
 #include "catalogues/frmEstadoCivil.h"
 #include "catalogues/frmIdioma.h"
@@ -27,6 +28,13 @@
 #include "catalogues/frmTipoParentesco.h"
 #include "catalogues/frmTipoTarea.h"
 #include "catalogues/frmTurno.h"
+#include "reports/frmConsejoOrientador.h"
+#include "reports/frmConsejoOrientador1.h"
+#include "reports/frmInfIndESO.h"
+#include "reports/frmInfIndPrim.h"
+#include "reports/frmInformeIndividual.h"
+#include "reports/frmRespConsejo.h"
+#include "reports/frmRespInfInd.h"
 #include "session/DialogDirectory.h"
 #include "suite/CentroApi.h"
 
@@ -39,6 +47,14 @@ void addDialog(StringView name)
 {
     dialogs().add(name, {.instance = []() -> Form& { return single<Dialog>(); },
                          .ComprobarEliminacion = [] { return single<Dialog>().ComprobarEliminacion(); }});
+}
+
+/// A dialog whose rows are not deleted.
+template <class Dialog>
+void addUnguarded(StringView name)
+{
+    dialogs().add(name,
+                  {.instance = []() -> Form& { return single<Dialog>(); }, .ComprobarEliminacion = nullptr});
 }
 
 } // namespace
@@ -73,6 +89,15 @@ void installModule()
     addDialog<frmTipoParentesco>(u"frmTipoParentesco");
     addDialog<frmTipoTarea>(u"frmTipoTarea");
     addDialog<frmTurno>(u"frmTurno");
+    addDialog<frmRespConsejo>(u"frmRespConsejo");
+    addDialog<frmRespInfInd>(u"frmRespInfInd");
+    addUnguarded<frmConsejoOrientador1>(u"frmConsejoOrientador1");
+    // No node opens these: they stand behind other dialogs, or are asked for by name.
+    addUnguarded<frmConsejoOrientador>(u"frmConsejoOrientador");
+    addUnguarded<frmInfIndESO>(u"frmInfIndESO");
+    addUnguarded<frmInfIndPrim>(u"frmInfIndPrim");
+    addUnguarded<frmSucursal>(u"frmSucursal");
+    addUnguarded<frmInformeIndividual>(u"frmInformeIndividual");
 }
 
 } // namespace zv

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "data/Connection.h"
+#include "forms/ComboBox.h"
+#include "forms/Controls.h"
+#include "forms/Form.h"
+#include "forms/Layout.h"
+#include "forms/TabStrip.h"
+#include "reports/cInformeInd.h"
+
+#include <span>
+
+namespace zv {
+
+/// What the two individual reports share: the pupils of a section, each with his texts, held in memory until
+/// all are accepted.
+class ReportDialog : public Form {
+public:
+    ComboBox cboAlumno{*this, u"cboAlumno"};
+    Label Label9{*this, u"Label9"};
+    CommandButton cmdAnterior{*this, u"cmdAnterior"};
+    CommandButton cmdSiguiente{*this, u"cmdSiguiente"};
+    TabStrip TabInfInd{*this, u"TabInfInd"};
+
+protected:
+    /// A text of the report, and the box that shows it.
+    struct ReportText {
+        TextBox* box;
+        String cInformeInd::*text;
+        StringView column;
+    };
+
+    ReportDialog(StringView name, StringView caption);
+    /// Given once by the constructor, with the buttons of the dialog.
+    void assemble(std::vector<ReportText> texts, ControlArray<CommandButton, 2>& buttons);
+    static void designText(TextBox& box);
+    static void designText(Label& label, StringView caption, TextBox& box);
+
+    void Form_Load() override;
+    void Form_Unload() override { colAlumnos.reset(); }
+
+    /// The query of a section's pupils, a pattern of the section.
+    virtual StringView pupils() const = 0;
+    /// Takes over what a pupil's row holds beside the texts.
+    virtual void readPupil(cInformeInd& report, Recordset& row) = 0;
+    /// Writes all of a pupil's report.
+    virtual void writePupil(const cInformeInd& report) = 0;
+    virtual void TabInfInd_Click() = 0;
+
+    /// The common texts, updated or inserted.
+    void writeCommon(const cInformeInd& report) const;
+    /// Shows the frame of the chosen tab alone, in front.
+    template <std::size_t N>
+    void showFrame(ControlArray<Frame, N>& frames)
+    {
+        for (Frame& frame : frames) {
+            frame.Enabled = false;
+            frame.Visible = false;
+        }
+        Frame& chosen = frames(TabInfInd.SelectedItem().Index() - 1);
+        chosen.Enabled = true;
+        chosen.Visible = true;
+        chosen.ZOrder();
+    }
+    /// The report of the pupil that the list shows; fails with 381 where it shows none.
+    cInformeInd& shownReport();
+    /// A text as a statement takes it.
+    static String quoted(const String& text) { return Replace(text, u"'", u"''"); }
+
+private:
+    void cboAlumno_Click();
+    void cmdAnterior_Click();
+    void cmdSiguiente_Click();
+    void cmdNotaManual1_Click(int Index);
+    cInformeInd& reportOf(Long pupil) { return colAlumnos->Item(decimalText(pupil)); }
+
+    std::vector<ReportText> texts_;
+    CommandButton* accept_ = nullptr;
+    std::unique_ptr<Collection<cInformeInd>> colAlumnos;
+    Long lngAlumnoActual = 0; ///< The pupil whose texts are shown.
+};
+
+} // namespace zv

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "data/Connection.h"
+#include "forms/ComboBox.h"
+#include "forms/Controls.h"
+#include "forms/Form.h"
+
+namespace zv {
+
+/// Step one of a pupil report: the user picks a kind of teaching, a course and a section, each list cut down
+/// to what his profile may see. It stays loaded under step two, which reads the section from its list.
+class SelectionDialog : public Form {
+public:
+    ControlArray<Frame, 1> fraNotaManual1{*this, u"fraNotaManual1"};
+    ControlArray<Label, 3> lblNotamanual1{fraNotaManual1(0), u"lblNotamanual1"};
+    ComboBox cboTipoEnsenanza{fraNotaManual1(0), u"cboTipoEnsenanza"};
+    ComboBox cboCursos{fraNotaManual1(0), u"cboCursos"};
+    ComboBox cboSecciones{fraNotaManual1(0), u"cboSecciones"};
+    ControlArray<CommandButton, 2> cmdNotaManual1{*this, u"cmdNotaManual1"};
+
+    /// The chosen section; fails with 381 where none is.
+    Long section() const { return cboSecciones.ItemData(cboSecciones.ListIndex()); }
+
+protected:
+    SelectionDialog(StringView name, StringView caption);
+
+    void Form_Load() override;
+    void Form_Unload() override;
+
+    /// Patterns of the dialog's own statements: {p} is the staff row of the user, {t} the kind of teaching.
+    virtual StringView kindsOfAll() const = 0;
+    virtual StringView kindsOfUser() const = 0;
+    virtual String coursesOfAll(Long kind) const = 0;
+    virtual String coursesOfUser(Long kind) const = 0;
+    virtual void showStepTwo() = 0;
+
+private:
+    void cboTipoEnsenanza_Click();
+    void cboCursos_Click();
+    void cboSecciones_Click() { cmdNotaManual1(0).Enabled = true; }
+    void cmdNotaManual1_Click(int Index);
+    void CargarCombo(StringView strCampo, ComboBox& objCombo, Recordset& rs);
+    String forUser(StringView pattern) const;
+
+    Integer intIDPersonal = 0; ///< Staff row of the user; 0 where he has none.
+};
+
+} // namespace zv

@@ -1,0 +1,51 @@
+#include "reports/frmConsejoOrientador1.h"
+
+#include "reports/frmConsejoOrientador.h"
+#include "runtime/Single.h"
+
+namespace zv {
+
+frmConsejoOrientador1::frmConsejoOrientador1()
+    : SelectionDialog(u"frmConsejoOrientador1", u"Introducción de Datos al Consejo Orientador. Paso 1 de 2")
+{}
+
+StringView frmConsejoOrientador1::kindsOfAll() const
+{
+    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza IN (SELECT codTipoEnsenanza FROM "
+           u"Centro_TipoEnsenanza) AND "
+           u"IDTipoEnsenanza=3 ORDER BY Orden";
+}
+
+StringView frmConsejoOrientador1::kindsOfUser() const
+{
+    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza=3 AND IDTipoEnsenanza IN (SELECT "
+           u"codTipoEnsenanza FROM "
+           u"Centro_TipoEnsenanza) AND IDTipoEnsenanza IN (SELECT CodTipoEnsenanza FROM SistemaCalificacion "
+           u"WHERE "
+           u"IDSistemaCalificacion IN (SELECT CodSistemaCalificacion FROM Modelo WHERE IDModelo IN (SELECT "
+           u"CodModelo FROM "
+           u"Seccion WHERE CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM MateriaDetalles WHERE "
+           u"CodPersonal={p} OR "
+           u"CodPersonalAsociado={p})))) ORDER BY Orden";
+}
+
+String frmConsejoOrientador1::coursesOfAll(Long /*kind*/) const
+{
+    return u"SELECT Descripcion, IDCurso FROM Curso WHERE orden IN (2,4) and codTipoEnsenanza={t} ORDER BY "
+           u"Orden";
+}
+
+/// The limit to orders 2 and 4 binds only the tutor: who merely teaches in a section sees courses of any
+/// other order.
+String frmConsejoOrientador1::coursesOfUser(Long /*kind*/) const
+{
+    return u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso IN (SELECT "
+           u"CodCurso FROM Seccion "
+           u"WHERE curso.orden IN (2,4) and CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM "
+           u"MateriaDetalles WHERE "
+           u"CodPersonal={p} OR CodPersonalAsociado={p})) ORDER BY Orden";
+}
+
+void frmConsejoOrientador1::showStepTwo() { single<frmConsejoOrientador>().Show(); }
+
+} // namespace zv

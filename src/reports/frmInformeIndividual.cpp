@@ -1,0 +1,76 @@
+#include "reports/frmInformeIndividual.h"
+
+#include "reports/frmInfIndESO.h"
+#include "reports/frmInfIndPrim.h"
+#include "session/cConfiguracion.h"
+
+namespace zv {
+
+namespace {
+
+constexpr Long primary = 2;
+
+/// How the database spells logical true.
+StringView verdad() { return Configuracion().blnSQLServer ? u"1" : u"-1"; }
+
+} // namespace
+
+frmInformeIndividual::frmInformeIndividual()
+    : SelectionDialog(u"frmInformeIndividual", u"Informe Individualizado")
+{}
+
+StringView frmInformeIndividual::kindsOfAll() const
+{
+    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza IN (SELECT codTipoEnsenanza FROM "
+           u"Centro_TipoEnsenanza) AND "
+           u"IDTipoEnsenanza IN (2,3,4) ORDER BY Orden";
+}
+
+StringView frmInformeIndividual::kindsOfUser() const
+{
+    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza IN (2,3,4) AND IDTipoEnsenanza IN (SELECT "
+           u"codTipoEnsenanza "
+           u"FROM Centro_TipoEnsenanza) AND IDTipoEnsenanza IN (SELECT CodTipoEnsenanza FROM "
+           u"SistemaCalificacion WHERE "
+           u"IDSistemaCalificacion IN (SELECT CodSistemaCalificacion FROM Modelo WHERE IDModelo IN (SELECT "
+           u"CodModelo FROM "
+           u"Seccion WHERE CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM MateriaDetalles WHERE "
+           u"CodPersonal={p} OR "
+           u"CodPersonalAsociado={p})))) ORDER BY Orden";
+}
+
+/// Of the primary stage only the courses that end a cycle.
+String frmInformeIndividual::coursesOfAll(Long kind) const
+{
+    if (kind > primary)
+        return u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} ORDER BY Orden";
+    return Replace(
+        u"SELECT Descripcion, IDCurso FROM Curso WHERE finciclo={v} and codTipoEnsenanza={t} ORDER BY Orden",
+        u"{v}", verdad());
+}
+
+String frmInformeIndividual::coursesOfUser(Long kind) const
+{
+    if (kind > primary)
+        return u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso IN (SELECT "
+               u"CodCurso FROM "
+               u"Seccion WHERE CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM MateriaDetalles WHERE "
+               u"CodPersonal={p} "
+               u"OR CodPersonalAsociado={p})) ORDER BY Orden";
+    return Replace(
+        u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso IN (SELECT CodCurso "
+        u"FROM "
+        u"Seccion WHERE curso.finciclo={v} and CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM "
+        u"MateriaDetalles WHERE CodPersonal={p} OR CodPersonalAsociado={p})) ORDER BY Orden",
+        u"{v}", verdad());
+}
+
+void frmInformeIndividual::showStepTwo()
+{
+    if (cboTipoEnsenanza.ItemData(cboTipoEnsenanza.ListIndex()) == primary)
+        single<frmInfIndPrim>().Show();
+    else
+        single<frmInfIndESO>().Show();
+}
+
+} // namespace zv

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "reports/ResponseDialog.h"
+
+namespace zv {
+
+/// Possible answers to the questions of the guidance council.
+class frmRespConsejo final : public ResponseDialog {
+public:
+    frmRespConsejo();
+};
+
+} // namespace zv

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "reports/ResponseDialog.h"
+
+namespace zv {
+
+/// Possible answers of the rating types of the primary report.
+class frmRespInfInd final : public ResponseDialog {
+public:
+    frmRespInfInd();
+};
+
+} // namespace zv
