@@ -13,7 +13,7 @@ String literal(StringView text) { return u"'" + Replace(text, u"'", u"''") + u"'
 
 String keyCondition(StringView form, Long row)
 {
-    return statement(u" WHERE Formulario={} AND Fila={}", {literal(form), row});
+    return statement(u" WHERE LOWER(Formulario)={} AND Fila={}", {literal(lowerName(form)), row});
 }
 
 String now()
@@ -97,7 +97,7 @@ std::vector<Registration> registrations(Connection& centro)
     const auto read = [&] {
         std::vector<Registration> result;
         const RecordsetPtr rows = centro.Execute(u"SELECT Formulario, Fila, IDUsuario, Estacion, Momento "
-                                                 u"FROM RegistroActivo ORDER BY Formulario, Fila");
+                                                 u"FROM RegistroActivo ORDER BY LOWER(Formulario), Fila");
         for (; !rows->Eof(); rows->MoveNext()) {
             const String station = String() + rows->Fields(u"Estacion");
             result.push_back({CStr(rows->Fields(u"Formulario")), CLng(rows->Fields(u"Fila")),
