@@ -59,12 +59,22 @@ int run(const std::vector<String>& words)
     return command->run(Arguments(words).subspan(1));
 }
 
+String decoded(const char* argument)
+{
+    try {
+        return fromUtf8(argument);
+    } catch (const std::invalid_argument&) {
+        throw UsageError(u"La línea de órdenes no está en UTF-8: ponga en UTF-8 el terminal, o cambie el "
+                         u"nombre del fichero.");
+    }
+}
+
 int runGuarded(std::span<char*> arguments)
 {
     try {
         std::vector<String> words;
         for (const char* argument : arguments)
-            words.push_back(fromUtf8(argument));
+            words.push_back(decoded(argument));
         const int result = run(words);
         if (!std::cout.flush())
             throw std::runtime_error(
