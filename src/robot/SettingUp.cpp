@@ -82,8 +82,10 @@ void ocupar(Play& play, const GuionArguments& a)
     const Long user = numberIn(a[2]);
     if (user != static_cast<Integer>(user))
         play.mistake(u"el usuario es un número de 16 bits");
+    if (!dialogs().has(a[0].text))
+        play.mistake(u"el módulo no tiene la ventana " + a[0].text);
     // Registrations bear the dialog's own name, however the guion writes it.
-    const String form = dialogs().has(a[0].text) ? dialogs().find(a[0].text).instance().Name() : a[0].text;
+    const String form = dialogs().find(a[0].text).instance().Name();
     try {
         static_cast<void>(CentroApi(otherStation())
                               .registroactivo(*play.state().school.centro, form, numberIn(a[1]),

@@ -263,6 +263,7 @@ TEST_F(Robot, a_mistake_is_told_with_line_and_reason)
         {"fallar 0 \"x\"", 1, "0"},
         {"fallar 5 \"x\" 0", 1, "una vez"},
         {"ocupar frmPais 1 40000", 1, "16 bits"},
+        {"ocupar frmNada 1 2", 1, "frmNada"},
         {"sql \"SELECT * FROM Nada\"", 1, "Nada"},
         {"cerrar", 1, "abierta"},
         {"ver forma.Name", 1, "ninguna ventana"},
@@ -345,6 +346,8 @@ TEST_F(Robot, writes_back_what_it_saw_and_keeps_the_rest)
     const std::string broken = "sql \"SELECT 1\"\nfondo\n# pie\nsql \"SELECT 2\"\n";
     EXPECT_EQ(play(broken, {u"--reescribir", u"FILE"}).file, broken);
     EXPECT_EQ(run({u"FILE"}).out, "sql \"SELECT 1\"\n> fila 1\nfondo\n# pie\n");
+    EXPECT_EQ(play("sql \"SELECT 1\"\r\nsql \"SELECT 2\"", {u"--reescribir", u"FILE"}).file,
+              "sql \"SELECT 1\"\r\n> fila 1\r\nsql \"SELECT 2\"\r\n> fila 2\r\n");
 }
 
 TEST_F(Robot, each_guion_starts_from_a_new_process)
