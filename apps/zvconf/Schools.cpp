@@ -58,7 +58,7 @@ int crear(Arguments arguments)
 int comprobar(Arguments arguments)
 {
     const Options options(arguments, {database});
-    const School school = openSchool(urlOf(options));
+    const School school = inspectSchool(urlOf(options));
     const std::vector<String> findings = checkSchool(school, engineOf(urlOf(options)));
     for (const String& each : findings)
         printLine(each);
@@ -75,11 +75,11 @@ int registros(Arguments arguments)
     const Options options(arguments, {database, {u"--liberar", 2}, {u"--liberar-todo"}});
     if (options.has(u"--liberar") && options.has(u"--liberar-todo"))
         throw UsageError(u"--liberar y --liberar-todo no van juntas.");
+    if (!options.has(u"--liberar") && !options.has(u"--liberar-todo"))
+        return list(*inspectSchool(urlOf(options)).centro);
     const School school = openSchool(urlOf(options));
     if (options.has(u"--liberar"))
         return releaseOne(*school.centro, options.values(u"--liberar"));
-    if (!options.has(u"--liberar-todo"))
-        return list(*school.centro);
     printLine(statement(u"Filas liberadas: {}.", {Long{releaseAll(*school.centro)}}));
     return done;
 }

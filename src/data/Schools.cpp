@@ -29,16 +29,19 @@ void makeTables(Connection& connection, Database which, DdlStyle style)
     connection.executeNative(u"COMMIT");
 }
 
-} // namespace
-
-School openSchool(StringView url)
+School existing(StringView url, ConnectionPtr (Engine::*open)(StringView, Database))
 {
     Engine& engine = engineOf(url);
     School school;
     for (const Database which : all)
-        member(school, which) = engine.open(locationOf(url), which);
+        member(school, which) = (engine.*open)(locationOf(url), which);
     return school;
 }
+
+} // namespace
+
+School openSchool(StringView url) { return existing(url, &Engine::open); }
+School inspectSchool(StringView url) { return existing(url, &Engine::inspect); }
 
 School createSchool(StringView url, const std::function<void(School&)>& fill)
 {

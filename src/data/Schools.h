@@ -8,6 +8,8 @@ namespace zv {
 
 /// The three databases of the school at a URL, which must exist.
 School openSchool(StringView url);
+/// The same for looking only: nothing of them is changed, and no right to write is needed.
+School inspectSchool(StringView url);
 /// Makes the three databases with all their tables, empty or as `fill` leaves them. Fails if one exists
 /// already or `fill` fails, and then leaves nothing behind.
 School createSchool(StringView url, const std::function<void(School&)>& fill = {});

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <thread>
 
 using namespace zv;
@@ -89,6 +90,32 @@ TEST_F(Files, a_file_or_folder_without_the_right_to_write_is_told)
         EXPECT_EQ(numberOf([&] { opened(); }, u"permiso de escritura"), failure::otherData);
         fs::permissions(locked, fs::perms::owner_write, fs::perm_options::add);
     }
+}
+
+TEST_F(Files, looking_changes_nothing)
+{
+    const auto look = [&](StringView name) { return engine->inspect(at(name), Database::centro); };
+    const auto bytes = [&](StringView name) {
+        return (std::ostringstream() << std::ifstream(fs::path(at(name))).rdbuf()).str();
+    };
+    made(u"otro.db")->executeNative(u"PRAGMA journal_mode=DELETE");
+    for (const StringView name : {u"una %41#.db", u"otro.db"}) {
+        if (!fs::exists(at(name)))
+            made(name);
+        const std::string before = bytes(name);
+        EXPECT_EQ(count(*look(name)), 3);
+        EXPECT_NE(numberOf([&] { look(name)->Execute(u"Delete from t"); }), 0);
+        EXPECT_EQ(bytes(name), before);
+    }
+    put(at(u"nada.db"), "");
+    EXPECT_TRUE(engine->tables(*look(u"nada.db")).empty());
+    EXPECT_EQ(fs::file_size(at(u"nada.db")), 0U);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 3) << "nothing is left beside them";
+    put(at(u"texto.db"), std::string(4096, 'x'));
+    EXPECT_EQ(numberOf([&] { look(u"texto.db"); }, u"no es una base de datos"), failure::otherData);
+
+    const ConnectionPtr other = made();
+    EXPECT_EQ(count(*look(u"colegio.db")), 3) << "also what another station has not yet put in its place";
 }
 
 TEST_F(Files, an_open_recordset_keeps_nobody_from_writing)

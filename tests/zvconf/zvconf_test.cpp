@@ -75,12 +75,19 @@ TEST_F(Zvconf, makes_checks_and_frees_a_school)
     EXPECT_EQ(out, "frmPais 3: usuario 7, estación otra, desde 2024-09-12 08:30:00\n"
                    "frmTurno 1: usuario 8, estación otra, desde 2024-09-12 08:31:00\nFilas en uso: 2.\n");
     EXPECT_EQ(run("registros --bd sqlite:c.db --liberar FRMPAIS 4"), 1) << "no such row";
-    EXPECT_EQ(run("registros --bd sqlite:c.db --liberar frmPais 3"), 0);
-    EXPECT_EQ(out, "frmPais 3 queda libre.\n");
+    EXPECT_EQ(run("registros --bd sqlite:c.db --liberar frmpais 3"), 0);
+    EXPECT_EQ(out, "frmpais 3 queda libre.\n");
     EXPECT_EQ(run("registros --bd sqlite:c.db --liberar-todo"), 0);
     EXPECT_EQ(out, "Filas liberadas: 1.\n");
     EXPECT_EQ(run("registros --bd sqlite:c.db"), 0);
     EXPECT_EQ(out, "Filas en uso: 0.\n");
+
+    EXPECT_FALSE(fs::exists(folder / "c.db-wal"));
+    std::ofstream(folder / "nulo.db");
+    std::ofstream(folder / "nulo.borrado.db");
+    std::ofstream(folder / "nulo.entrada.db");
+    EXPECT_EQ(run("comprobar --bd sqlite:nulo.db"), 1);
+    EXPECT_EQ(fs::file_size(folder / "nulo.db"), 0U) << "who only looks writes nothing";
 
     EXPECT_EQ(run("crear --bd sqlite:vacio.db"), 0);
     EXPECT_TRUE(openSchool(u"sqlite:" + (folder / "vacio.db").u16string())
@@ -108,7 +115,7 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"registros --bd sqlite:c.db --liberar frmPais", "A --liberar le falta su valor."},
         {"registros --bd sqlite:c.db --liberar frmPais 3x", "«3x» no es el número de una fila."},
         {"registros --bd sqlite:c.db --liberar frmPais 3 --liberar-todo", "no van juntas"},
-        {"$(printf '\\377')", "zvconf: "},
+        {"$(printf '\\377')", "no está en UTF-8"},
     };
     for (const auto& [arguments, words] : cases) {
         EXPECT_EQ(run(arguments), 2) << arguments;

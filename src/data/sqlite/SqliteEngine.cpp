@@ -127,13 +127,15 @@ public:
     DdlStyle ddl() const override { return DdlStyle::sqlite; }
     ConnectionPtr open(StringView location, Database which) override
     {
-        return std::make_shared<SqliteConnection>(
-            std::make_shared<Store>(fileOf(location, which), false, durability_));
+        return opened(location, which, Opening::existing);
+    }
+    ConnectionPtr inspect(StringView location, Database which) override
+    {
+        return opened(location, which, Opening::lookOnly);
     }
     ConnectionPtr create(StringView location, Database which) override
     {
-        return std::make_shared<SqliteConnection>(
-            std::make_shared<Store>(fileOf(location, which), true, durability_));
+        return opened(location, which, Opening::fresh);
     }
     void remove(StringView location, Database which) override { removeFile(fileOf(location, which)); }
     ConnectionPtr temporary(StringView /*location*/, Database /*which*/) override
@@ -156,6 +158,12 @@ public:
     }
 
 private:
+    ConnectionPtr opened(StringView location, Database which, Opening opening) const
+    {
+        return std::make_shared<SqliteConnection>(
+            std::make_shared<Store>(fileOf(location, which), opening, durability_));
+    }
+
     Durability durability_;
 };
 

@@ -6,6 +6,8 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <array>
+#include <fstream>
 
 namespace zv::sqlite {
 namespace {
@@ -24,6 +26,9 @@ constexpr const char* offSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous
 constexpr StringView noRight =
     u"no se puede escribir: dé a este usuario permiso de escritura sobre el fichero y sobre "
     u"su carpeta.";
+constexpr StringView noRightToRead =
+    u"no se puede leer: dé a este usuario permiso de lectura sobre el fichero y sobre los que estén "
+    u"a su lado con el mismo nombre.";
 
 /// What the place tells without the engine.
 void checkPlace(const std::filesystem::path& file, bool create)
@@ -43,7 +48,7 @@ void checkPlace(const std::filesystem::path& file, bool create)
         failFor(file, u"no se puede crear: su carpeta no existe.");
 }
 
-[[noreturn]] void failOpening(sqlite3* handle, const std::filesystem::path& file)
+[[noreturn]] void failOpening(sqlite3* handle, const std::filesystem::path& file, Opening opening)
 {
     switch (sqlite3_errcode(handle) & 0xFF) {
     case SQLITE_NOTADB:
@@ -52,22 +57,79 @@ void checkPlace(const std::filesystem::path& file, bool create)
     case SQLITE_CANTOPEN:
     case SQLITE_READONLY:
     case SQLITE_PERM:
-        failFor(file, noRight);
+        failFor(file, opening == Opening::lookOnly ? noRightToRead : noRight);
     default:
         throw failureOf(handle, Phase::running, u"");
     }
 }
 
-/// No file: in memory.
-DatabasePtr openHandle(const std::filesystem::path& file, int flags, Durability durability)
+/// Whether the file wants a log beside it and has none: then it is complete, and open nowhere.
+bool restsWithoutLog(const std::filesystem::path& file)
 {
-    const std::u8string path = file.empty() ? u8":memory:" : file.u8string();
+    std::array<char, 20> head{};
+    std::ifstream(file, std::ios::binary).read(head.data(), head.size());
+    std::filesystem::path log = file;
+    std::error_code ignored;
+    return head[19] == 2 && !std::filesystem::exists(log += "-wal", ignored);
+}
+
+/// The name as the engine takes it. Even one that only looks would leave a log beside a file that rests
+/// without one, and need the right to make it; so such a file is read as it stands.
+std::string nameOf(const std::filesystem::path& file, Opening opening)
+{
+    if (file.empty())
+        return ":memory:";
+    const auto bytes = [](const std::u8string& text) { return std::string(text.begin(), text.end()); };
+    if (opening != Opening::lookOnly || !restsWithoutLog(file))
+        return bytes(file.u8string());
+    const std::string path = bytes(std::filesystem::absolute(file).generic_u8string());
+    std::string result = path.starts_with('/') ? "file://" : "file:///";
+    for (const char each : path)
+        switch (each) {
+        case '%':
+            result += "%25";
+            break;
+        case '?':
+            result += "%3F";
+            break;
+        case '#':
+            result += "%23";
+            break;
+        default:
+            result += each;
+        }
+    return result + "?immutable=1";
+}
+
+int flagsOf(Opening opening)
+{
+    switch (opening) {
+    case Opening::lookOnly:
+        return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+    case Opening::fresh:
+        return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    case Opening::existing:
+        break;
+    }
+    return SQLITE_OPEN_READWRITE;
+}
+
+const char* settingsOf(Opening opening, Durability durability)
+{
+    // One that looks changes nothing; whether there is a database to read it has to find out all the same.
+    if (opening == Opening::lookOnly)
+        return "SELECT 1 FROM sqlite_schema LIMIT 1";
+    return durability == Durability::full ? fullSettings : offSettings;
+}
+
+/// No file: in memory.
+DatabasePtr openHandle(const std::filesystem::path& file, Opening opening, Durability durability)
+{
     sqlite3* opened = nullptr;
-    const int result = sqlite3_open_v2(std::string(path.begin(), path.end()).c_str(), &opened,
-                                       flags | SQLITE_OPEN_READWRITE, nullptr);
+    const int result = sqlite3_open_v2(nameOf(file, opening).c_str(), &opened, flagsOf(opening), nullptr);
     DatabasePtr handle(opened);
     if (result != SQLITE_OK)
-        failOpening(opened, file);
+        failOpening(opened, file, opening);
     sqlite3_extended_result_codes(opened, 1);
     sqlite3_busy_timeout(opened, waitMilliseconds);
     // A name in double quotes that no column has is a missing column, not a text.
@@ -75,11 +137,10 @@ DatabasePtr openHandle(const std::filesystem::path& file, int flags, Durability 
     sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     if (file.empty())
         return handle;
-    if (sqlite3_db_readonly(opened, "main") == 1)
+    if (opening != Opening::lookOnly && sqlite3_db_readonly(opened, "main") == 1)
         failFor(file, noRight);
-    const char* settings = durability == Durability::full ? fullSettings : offSettings;
-    if (sqlite3_exec(opened, settings, nullptr, nullptr, nullptr) != SQLITE_OK)
-        failOpening(opened, file);
+    if (sqlite3_exec(opened, settingsOf(opening, durability), nullptr, nullptr, nullptr) != SQLITE_OK)
+        failOpening(opened, file, opening);
     return handle;
 }
 
@@ -139,18 +200,18 @@ void EndStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(
 Store::Store()
 {
     handles_.push_back(std::make_shared<Handle>());
-    handles_.back()->database = openHandle({}, 0, durability_);
+    handles_.back()->database = openHandle({}, opening_, durability_);
 }
 
-Store::Store(std::filesystem::path file, bool create, Durability durability)
-    : file_(std::move(file)), durability_(durability)
+Store::Store(std::filesystem::path file, Opening opening, Durability durability)
+    : file_(std::move(file)), opening_(opening), durability_(durability)
 {
-    checkPlace(file_, create);
+    checkPlace(file_, opening == Opening::fresh);
     auto first = std::make_shared<Handle>();
     try {
-        first->database = openHandle(file_, create ? SQLITE_OPEN_CREATE : 0, durability_);
+        first->database = openHandle(file_, opening, durability_);
     } catch (const RuntimeError&) {
-        if (create)
+        if (opening == Opening::fresh)
             removeFile(file_);
         throw;
     }
@@ -176,7 +237,8 @@ std::shared_ptr<Handle> Store::handle(StringView statement)
     }
     refuseVanished(*handles_.front(), statement);
     auto fresh = std::make_shared<Handle>();
-    fresh->database = openHandle(file_, 0, durability_);
+    fresh->database =
+        openHandle(file_, opening_ == Opening::fresh ? Opening::existing : opening_, durability_);
     handles_.push_back(fresh);
     return fresh;
 }

@@ -30,6 +30,9 @@ struct Handle {
     std::vector<Cursor*> cursors;
 };
 
+/// What a file is opened for.
+enum class Opening { existing, fresh, lookOnly };
+
 /// Takes away a database's file and what the engine keeps beside it, as far as they are there.
 void removeFile(const std::filesystem::path& file);
 
@@ -40,7 +43,7 @@ public:
     /// A database in memory.
     Store();
     /// A file. Fails with a RuntimeError that tells a person what to do.
-    Store(std::filesystem::path file, bool create, Durability durability);
+    Store(std::filesystem::path file, Opening opening, Durability durability);
 
     /// Runs a statement and reads its first rows. None if it has no columns.
     std::unique_ptr<Cursor> run(StringView statement);
@@ -50,6 +53,7 @@ private:
     void refuseVanished(Handle& handle, StringView statement) const;
 
     std::filesystem::path file_;
+    Opening opening_ = Opening::existing;
     Durability durability_ = Durability::full;
     std::vector<std::shared_ptr<Handle>> handles_;
 };
