@@ -42,6 +42,7 @@ void frmEmisor::design()
     cmdNuevoPresentador.ToolTipText = u"Añadir un presentador";
     designButtons(cmdAceptar, cmdCancelar);
     Layout(*this)
+        .labels(lblCodigoOrdenante.Caption())
         .frame(fraEntidad, Layout(fraEntidad).line({&optEmisor, &optOrdenante}))
         .line({&chkMTP})
         .row(lblNombre, txtNombre)

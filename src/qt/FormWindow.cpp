@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
 #include <cmath>
 
 namespace zv {
@@ -59,16 +60,27 @@ Long FormWindow::twips(int pixels) const
 QFont FormWindow::fittingFont() const
 {
     QFont font = this->font();
-    const int width = pixels(letterWidth * static_cast<Long>(ordinaryLetters.size()));
-    for (int size = pixels(largestFont); size > 0; --size) {
+    for (int size = pixels(largestFont); size >= pixels(smallestFont); --size) {
         font.setPixelSize(size);
-        const QFontMetrics metrics(font);
-        const bool fits =
-            metrics.horizontalAdvance(ordinaryLetters) <= width && metrics.height() <= pixels(lineHeight);
-        if (fits || size <= pixels(smallestFont))
+        if (fits(QFontMetrics(font)))
             break;
     }
     return font;
+}
+
+bool FormWindow::fits(const QFontMetrics& font) const
+{
+    if (font.height() > pixels(lineHeight) ||
+        font.horizontalAdvance(ordinaryLetters) >
+            pixels(letterWidth * static_cast<Long>(ordinaryLetters.size())))
+        return false;
+    return std::ranges::none_of(form_.Controls, [&](const Control* control) {
+        const auto* label = dynamic_cast<const Label*>(control);
+        const int width =
+            label == nullptr ? 0 : font.horizontalAdvance(toQt(label->Caption()) + QStringLiteral(" *"));
+        return width > 0 && label->Visible() && width > pixels(label->Width()) &&
+               label->Height() < 2 * lineHeight;
+    });
 }
 
 void FormWindow::build()

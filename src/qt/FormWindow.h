@@ -57,6 +57,7 @@ private:
     void follow();
     /// The font in which the texts fit the places that the forms give them.
     QFont fittingFont() const;
+    bool fits(const QFontMetrics& font) const;
     void stack();
     void followFocus();
 
