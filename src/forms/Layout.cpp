@@ -189,7 +189,7 @@ Long Layout::neededWidth(const Item& item) const
     case Shape::bar:
         return barWidth(item.controls.size());
     case Shape::tabs:
-        width = tabsWidth(static_cast<TabStrip&>(*item.controls.front()));
+        width = tabsWidth(dynamic_cast<TabStrip&>(*item.controls.front()));
         break;
     case Shape::frame:
         break;

@@ -90,10 +90,9 @@ void MSFlexGrid::Clear()
 void MSFlexGrid::AddItem(StringView text)
 {
     resize(Rows() + 1, Cols());
-    std::vector<String>& cells = content_.rows.back().cells;
-    for (std::size_t column = 0; column < cells.size(); ++column) {
+    for (String& cell : content_.rows.back().cells) {
         const std::size_t tab = text.find(u'\t');
-        cells[column] = String(text.substr(0, tab));
+        cell = String(text.substr(0, tab));
         text = tab == StringView::npos ? StringView() : text.substr(tab + 1);
     }
     contentChanged();

@@ -36,9 +36,9 @@ public:
         for (TextBox& each : txt)
             each.Text = String(u"t");
         grid.Click.bind([this] { told(grid.TextMatrix(grid.Row, grid.Col)); });
-        grid.DblClick.bind([this] { told(u"doble"); });
-        grid.Scroll.bind([this] { told(u"rueda"); });
-        strip.Click.bind([this] { told(u"pestaña"); });
+        grid.DblClick.bind([] { told(u"doble"); });
+        grid.Scroll.bind([] { told(u"rueda"); });
+        strip.Click.bind([] { told(u"pestaña"); });
         combo.Click.bind([this] { told(combo.Text()); });
         on(cmd, &CommandButton::Click, &frmPrueba::cmd_Click);
     }

@@ -31,7 +31,7 @@ void Writer::write(StringView table, StringView text, bool withNumber)
         if (withNumber)
             values.emplace_back(++number);
         for (const StringView field : split(each, u';'))
-            values.push_back(field.empty() ? Value(Null()) : Value(field));
+            field.empty() ? values.emplace_back(Null()) : values.emplace_back(field);
         row(table, values);
     }
 }
