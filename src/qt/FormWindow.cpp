@@ -150,6 +150,8 @@ void FormWindow::followFocus()
     ++busy_;
     wanted.setFocus(Qt::OtherFocusReason);
     --busy_;
+    if (active != nullptr)
+        viewOf(*active).followAll();
 }
 
 void FormWindow::takeFocusOver(ControlView& view)

@@ -33,10 +33,13 @@ void TextView::followContent()
         select({change.start, change.removed});
         insert(change.inserted); // Unlike a new text, this keeps what can be undone.
     }
+    // A box without the focus shows no selection.
     const Selection selected{caretWanted, shownPlace(model, start + length) - caretWanted};
-    if (selection() != selected)
+    if (focused() && selection() != selected)
         select(selected);
 }
+
+bool TextView::focused() const { return window().focusWidget() == &input(); }
 
 void TextView::widgetChanged()
 {
@@ -56,7 +59,7 @@ void TextView::takeOver()
         const String& model = box().Text();
         const auto start = static_cast<Long>(placeOfShown(model, selected.start));
         const Long length = static_cast<Long>(placeOfShown(model, selected.start + selected.length)) - start;
-        if (window().alive() && (start != box().SelStart() || length != box().SelLength()))
+        if (window().alive() && focused() && (start != box().SelStart() || length != box().SelLength()))
             act([&](Acts& acts) { return acts.select(box(), start, length); });
     }
     if (window().alive())

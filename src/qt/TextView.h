@@ -37,6 +37,7 @@ protected:
     bool handle(QObject& watched, QEvent& event) override;
 
 private:
+    bool focused() const;
     void takeOver();
     void takeTextOver();
     void paste();

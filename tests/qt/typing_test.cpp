@@ -95,6 +95,12 @@ TEST_F(Typing, a_box_that_selects_all_on_focus_keeps_it_selected)
     };
     whileOpen([&] {
         EXPECT_EQ(both(), "[viejo]");
+        QTest::keyClick(&line(), Qt::Key_Tab);
+        pause();
+        EXPECT_EQ(focused(ficha), "txtNotas");
+        EXPECT_FALSE(line().hasSelectedText());
+        QTest::keyClick(&notesEdit(), Qt::Key_Backtab);
+        EXPECT_EQ(both(), "[viejo]");
         QTest::keyClicks(&line(), "n");
         EXPECT_EQ(both(), "n[]");
         QTest::mouseClick(&widget(ficha.chkUno), Qt::LeftButton, {}, {8, 8});

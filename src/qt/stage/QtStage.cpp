@@ -192,8 +192,12 @@ private:
         FormWindow& window = *desktop_.windowOf(form);
         window.inStep();
         window.takeOutcome();
-        desktop_.acting(events);
-        return window.takeOutcome().value_or(false);
+        bool done = false;
+        desktop_.acting([&] {
+            events();
+            done = window.takeOutcome().value_or(false);
+        });
+        return done;
     }
     bool directly(Form& form, const std::function<bool(Acts&)>& act)
     {

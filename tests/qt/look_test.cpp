@@ -1,0 +1,104 @@
+#include "data/Schools.h"
+#include "data/sample/SampleSchool.h"
+#include "data/sqlite/SqliteEngine.h"
+#include "forms/Ficha.h"
+#include "module/Module.h"
+#include "qt/QtDesktop.h"
+#include "qt/QtText.h"
+#include "qt/Screen.h"
+#include "runtime/Single.h"
+#include "session/HostSession.h"
+#include "session/cAsignarDatos.h"
+#include "session/cNombreNodo.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTextDocument>
+
+#include <set>
+
+namespace zv::test {
+
+/// Looks at each window that opens, and closes it again.
+struct LookingDesktop final : QtDesktop {
+    void runWindow(FormWindow& window) override
+    {
+        window.ready();
+        QApplication::processEvents();
+        const std::string name = window.objectName().toStdString();
+        seen.insert(name);
+        for (QWidget* widget : window.findChildren<QWidget*>())
+            if (!widget->objectName().isEmpty() && !widget->objectName().startsWith(u"qt_"))
+                look(*widget, name + "." + widget->objectName().toStdString());
+        if (const QString folder = qEnvironmentVariable("ZV_PICTURES"); !folder.isEmpty()) {
+            EXPECT_TRUE(window.grab().save(QDir(folder).filePath(window.objectName() + picture)));
+        }
+        window.form().Unload();
+    }
+    void ask(QMessageBox&) override {}
+
+    static void look(const QWidget& widget, const std::string& name)
+    {
+        if (!widget.isVisible())
+            return;
+        const QFontMetrics font = widget.fontMetrics();
+        int width = 0;
+        if (const auto* label = qobject_cast<const QLabel*>(&widget)) {
+            QTextDocument text;
+            text.setDefaultFont(label->font());
+            text.setDocumentMargin(0);
+            text.setHtml(label->text());
+            if (label->wordWrap())
+                text.setTextWidth(label->width());
+            EXPECT_LE(text.size().height(), label->height()) << name << " is cut below";
+            width = label->wordWrap() ? 0 : static_cast<int>(text.idealWidth());
+        } else if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+            width = button->isCheckable() ? button->sizeHint().width()
+                                          : font.horizontalAdvance(button->text()) + 4;
+        }
+        EXPECT_LE(width, widget.width()) << name << " is cut";
+        if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
+            EXPECT_LE(font.height() + 4, widget.height()) << name;
+        }
+        if (!widget.isWindow()) {
+            EXPECT_TRUE(widget.parentWidget()->rect().contains(widget.geometry())) << name << " sticks out";
+        }
+    }
+    std::set<std::string> seen;
+    QString picture;
+};
+
+TEST(Look, nothing_is_cut_in_any_dialog)
+{
+    registerEngine(sqliteEngine());
+    installModule();
+    LookingDesktop desktop;
+    useDesktop(&desktop);
+    School school = temporarySchool();
+    fillSampleSchool(school);
+    const auto session = newHostSession(school);
+    const auto show = [&](Long action, Long row, int node, const char* picture) {
+        let(*session, u"Accion", action);
+        let(*session, u"lngRowData", row);
+        desktop.picture = QString::fromLatin1(picture);
+        cAsignarDatos facade;
+        facade.ObtenerDatos(session);
+        facade.ActivarFormulario(static_cast<Byte>(node));
+    };
+    for (int node = 0; node < 256; ++node) {
+        const std::int32_t number = numberOf([&] {
+            show(1, 0, node, "-nuevo.png");
+            show(2, 1, node, "-cambio.png");
+        });
+        EXPECT_TRUE(number == 0 || number == failure::classMissing) << node << ": " << number;
+    }
+    show(1, -2, cNombreNodo::Emisor, "-ordenante.png");
+    EXPECT_GE(desktop.seen.size(), 20U);
+    resetSingles();
+    useDesktop(nullptr);
+}
+
+} // namespace zv::test
