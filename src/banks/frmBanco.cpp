@@ -241,7 +241,7 @@ bool frmBanco::writeBank(ResumeNext& next, const cCentroApi& api)
     if (createsRow()) {
         if (!numberFree(next, statement(u"SELECT IDBanco FROM Banco WHERE Numero='{}'", {number})))
             return false;
-        const Integer key = insert<Integer>(next, api, u"Banco", u"IDBanco", CInt, [&](Integer id) {
+        const auto key = insert<Integer>(next, api, u"Banco", u"IDBanco", CInt, [&](Integer id) {
             return statement(u"Insert into Banco(IDBanco,Nombre,Numero) values ({},'{}','{}')",
                              {id, name, number});
         });
