@@ -50,7 +50,7 @@ TEST(SchemaCheck, tells_what_the_dialogs_would_miss_and_nothing_else)
         {&School::centro, {}, {}},
         {&School::centro, {u"DROP TABLE Pais"}, {u"Base del centro: falta la tabla Pais."}},
         {&School::centro,
-         {u"ALTER TABLE Alumno DROP COLUMN fechabaja",
+         {u"DROP INDEX ix_Alumno_fechabaja", u"ALTER TABLE Alumno DROP COLUMN fechabaja",
           u"ALTER TABLE Pais RENAME COLUMN Descripcion TO Nombre"},
          {u"Base del centro: a la tabla Pais le falta la columna Descripcion.",
           u"Base del centro: a la tabla Alumno le falta la columna fechabaja."}},
