@@ -89,7 +89,7 @@ bool ControlView::filtered(QObject& watched, QEvent& event)
 {
     if (event.type() == QEvent::KeyPress && &watched == &input()) {
         flush();
-        if (const auto key = keystrokeOf(static_cast<QKeyEvent&>(event)))
+        if (const auto key = keystrokeOf(dynamic_cast<QKeyEvent&>(event)))
             return press(*key);
     }
     if (event.type() == QEvent::FocusIn && &watched == &input() && !window_.busy())

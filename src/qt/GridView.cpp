@@ -67,7 +67,7 @@ private:
         if (role == Qt::DisplayRole)
             return toQt(grid_.TextMatrix(row, column));
         if (role == Qt::TextAlignmentRole)
-            return QVariant(alignmentOf(grid_.ColAlignment(column)));
+            return {alignmentOf(grid_.ColAlignment(column)).toInt()};
         return {};
     }
     const MSFlexGrid& grid_;
@@ -170,14 +170,14 @@ bool GridView::page(int key)
 bool GridView::handle(QObject& watched, QEvent& event)
 {
     if (&watched == &widget())
-        return event.type() == QEvent::KeyPress && page(static_cast<QKeyEvent&>(event).key());
+        return event.type() == QEvent::KeyPress && page(dynamic_cast<QKeyEvent&>(event).key());
     const bool left = event.type() >= QEvent::MouseButtonPress && event.type() <= QEvent::MouseMove &&
-                      static_cast<QMouseEvent&>(event).button() == Qt::LeftButton;
+                      dynamic_cast<QMouseEvent&>(event).button() == Qt::LeftButton;
     switch (event.type()) {
     case QEvent::MouseButtonPress:
         flush();
         if (left)
-            clicked(watched, static_cast<QMouseEvent&>(event).position().toPoint());
+            clicked(watched, dynamic_cast<QMouseEvent&>(event).position().toPoint());
         return true;
     case QEvent::MouseButtonDblClick:
         if (left)

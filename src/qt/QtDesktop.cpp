@@ -158,15 +158,15 @@ void QtDesktop::followPointer(const Form& form)
 
 void QtDesktop::changed(PropertyOwner& owner, const PropertyBase* property)
 {
-    const auto* control = dynamic_cast<Control*>(&owner);
-    const Form& form = control != nullptr ? control->form() : static_cast<const Form&>(owner);
+    auto* control = dynamic_cast<Control*>(&owner);
+    const Form& form = control != nullptr ? control->form() : dynamic_cast<const Form&>(owner);
     if (control == nullptr && property == &form.MousePointer)
         return followPointer(form);
     FormWindow* window = windowOf(form);
     if (window == nullptr || !window->alive())
         return;
     if (control != nullptr)
-        window->controlChanged(const_cast<Control&>(*control), property);
+        window->controlChanged(*control, property);
     else if (property != nullptr)
         window->changed(*property);
 }

@@ -94,7 +94,7 @@ bool TextView::press(const Keystroke& key)
 
 bool TextView::commit(QEvent& event)
 {
-    const auto& method = static_cast<QInputMethodEvent&>(event);
+    const auto& method = dynamic_cast<QInputMethodEvent&>(event);
     const QString text = method.commitString();
     if (text.isEmpty() || method.replacementLength() != 0)
         return false;
@@ -114,13 +114,13 @@ bool TextView::handle(QObject&, QEvent& event)
     case QEvent::InputMethod:
         return commit(event);
     case QEvent::KeyPress:
-        if (!static_cast<QKeyEvent&>(event).matches(QKeySequence::Paste))
+        if (!dynamic_cast<QKeyEvent&>(event).matches(QKeySequence::Paste))
             return false;
         takeOver();
         paste();
         return true;
     case QEvent::ContextMenu:
-        offerEdits(static_cast<QContextMenuEvent&>(event).globalPos());
+        offerEdits(dynamic_cast<QContextMenuEvent&>(event).globalPos());
         return true;
     default:
         return false;

@@ -94,7 +94,7 @@ bool TabsView::handle(QObject&, QEvent& event)
         return true;
     if (event.type() != QEvent::MouseButtonPress)
         return false;
-    const auto& mouse = static_cast<QMouseEvent&>(event);
+    const auto& mouse = dynamic_cast<QMouseEvent&>(event);
     const int tab = bar_->tabAt(mouse.position().toPoint());
     if (tab >= 0 && mouse.button() == Qt::LeftButton)
         act([&](Acts& acts) { return acts.clickTab(control(), tab + 1); });

@@ -131,7 +131,7 @@ public:
 
     bool choose(ComboBox& box, Long index) override
     {
-        auto& list = static_cast<QComboBox&>(widgetOf(box));
+        auto& list = dynamic_cast<QComboBox&>(widgetOf(box));
         return really(box.form(), [&] {
             list.setCurrentIndex(index);
             emit list.activated(index);
@@ -140,7 +140,7 @@ public:
 
     bool clickCell(MSFlexGrid& grid, Long row, Long column) override
     {
-        auto& table = static_cast<QTableView&>(widgetOf(grid));
+        auto& table = dynamic_cast<QTableView&>(widgetOf(grid));
         const QRect cell = table.visualRect(table.model()->index(std::max<Long>(row, 1) - 1, column));
         QWidget& target = row == 0 ? *table.horizontalHeader()->viewport() : *table.viewport();
         const QPoint where(cell.center().x(), row == 0 ? target.height() / 2 : cell.center().y());
@@ -153,7 +153,7 @@ public:
     {
         if (!clickCell(grid, row, column) || !open(grid))
             return false;
-        QWidget& target = *static_cast<QTableView&>(widgetOf(grid)).viewport();
+        QWidget& target = *dynamic_cast<QTableView&>(widgetOf(grid)).viewport();
         return really(grid.form(), [&] { sendMouse(target, target.rect().center(), secondClick); });
     }
 
@@ -164,7 +164,7 @@ public:
 
     bool clickTab(TabStrip& strip, Long tab) override
     {
-        auto& bar = static_cast<QTabBar&>(widgetOf(strip));
+        auto& bar = dynamic_cast<QTabBar&>(widgetOf(strip));
         const QPoint where = bar.tabRect(tab - 1).center();
         if (!hit(bar, where))
             return directly(strip.form(), [&](Acts& acts) { return acts.clickTab(strip, tab); });
