@@ -7,8 +7,6 @@
 #include "reports/frmConsejoOrientador1.h"
 #include "session/cConstCol.h"
 
-#include <limits>
-
 namespace zv {
 
 namespace {
@@ -64,6 +62,9 @@ frmConsejoOrientador::frmConsejoOrientador() : Form(u"frmConsejoOrientador")
 void frmConsejoOrientador::Form_Load()
 {
     lngAlumnoActual = 0;
+    // A load that failed leaves its notes behind.
+    byPupil_.clear();
+    colNotas.reset();
     Icon = LoadPicture(Configuracion().RutaIcono);
     readQuestions();
     readAnswers();
@@ -175,9 +176,8 @@ void frmConsejoOrientador::showAnswers(Long pupil)
         list.ListIndex = Long{0};
         if (note->codCOResp <= 0)
             continue;
-        for (Long entry = 0; entry < list.ListCount(); ++entry) {
-            if (entry > std::numeric_limits<Byte>::max())
-                fail(failure::overflow);
+        const Byte last = CByte(list.ListCount() - 1);
+        for (Long entry = 0; entry <= last; ++entry) {
             if (list.ItemData(entry) == note->codCOResp) {
                 list.ListIndex = entry;
                 break;
@@ -239,7 +239,8 @@ void frmConsejoOrientador::insertNote(ResumeNext& next, const cConsejoOrientador
 {
     Long id = 0;
     do {
-        next([&] { id = nextKey(); });
+        if (!next([&] { id = nextKey(); }))
+            id = 1;
         Err().Clear();
         next([&] {
             execute(

@@ -165,7 +165,8 @@ void frmInfIndPrim::msgValores_Click()
     bytColumna = CByte(msgValores.ColSel());
     bytTipo = CByte(TabInfInd.SelectedItem().Index());
     const Long answer = ratingOf(bytTipo).codResp;
-    for (Long entry = 0; entry <= cboValor.ListCount(); ++entry) {
+    const Byte beyond = CByte(cboValor.ListCount());
+    for (Long entry = 0; entry <= beyond; ++entry) {
         if (cboValor.ItemData(entry) != answer)
             continue;
         cboValor.ListIndex = entry;
