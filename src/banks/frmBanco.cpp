@@ -241,7 +241,12 @@ bool frmBanco::writeBank(ResumeNext& next, const cCentroApi& api)
     if (createsRow()) {
         if (!numberFree(next, statement(u"SELECT IDBanco FROM Banco WHERE Numero='{}'", {number})))
             return false;
+        Integer tried = 0;
         const auto key = insert<Integer>(next, api, u"Banco", u"IDBanco", CInt, [&](Integer id) {
+            // A key that was taken stays the session's row until the next.
+            if (tried != 0)
+                Configuracion().lngRowData = tried;
+            tried = id;
             return statement(u"Insert into Banco(IDBanco,Nombre,Numero) values ({},'{}','{}')",
                              {id, name, number});
         });

@@ -202,8 +202,8 @@ void frmEmisor::showService(ResumeNext& next)
 void frmEmisor::showParty(ResumeNext& next, const cCentroApi& api)
 {
     next([&] { fetch(forRow(u"Select * from Emisor  Where IDEmisor={}")); });
-    RecordsetPtr held = takeRows();
-    const auto read = [&](StringView column) {
+    // Other reads use the dialog's recordset meanwhile.
+    const PartyReader read = [held = takeRows()](StringView column) {
         if (!held)
             fail(failure::noObject);
         return held->Fields(column);
@@ -216,10 +216,10 @@ void frmEmisor::showParty(ResumeNext& next, const cCentroApi& api)
     for (const auto& [box, column] : texts)
         next([&, box = box, column = column] { box->Text = read(column); });
     if (next.condition([&] { return isTrue(read(u"MTP")); }))
-        next([&] { showServiceRow(next, *held, api); });
+        next([&] { showServiceRow(next, read, api); });
     else
         next([&] { choose(cboPresentador, CLng(read(u"CodPresentador"))); });
-    next([&] { showKind(next, *held); });
+    next([&] { showKind(next, read); });
     next([&] { choose(cboProvincia, CLng(read(u"CodProvincia"))); });
     reportedFailure(message::readFailed);
     // The kind of a saved row cannot be changed.
@@ -231,26 +231,25 @@ void frmEmisor::showParty(ResumeNext& next, const cCentroApi& api)
 }
 
 /// Of a row that uses the service; it alone is registered.
-void frmEmisor::showServiceRow(ResumeNext& next, Recordset& party, const cCentroApi& api)
+void frmEmisor::showServiceRow(ResumeNext& next, const PartyReader& party, const cCentroApi& api)
 {
     next([&] { chkMTP_Click(); });
     next([&] { chkMTP.Value = Integer{1}; });
-    next([&] { choose(cboPresentador, CLng(party.Fields(u"CodPresentadorMTP"))); });
+    next([&] { choose(cboPresentador, CLng(party(u"CodPresentadorMTP"))); });
     if (!Configuracion().MTP)
         next([&] { BloquearControles(*this, false); });
     registerRow(next, api, cmdAceptar);
 }
 
-void frmEmisor::showKind(ResumeNext& next, Recordset& party)
+void frmEmisor::showKind(ResumeNext& next, const PartyReader& party)
 {
-    const bool issuer =
-        next.condition([&] { return Trim(String() + party.Fields(u"CodigoOrdenante")).empty(); });
+    const bool issuer = next.condition([&] { return Trim(String() + party(u"CodigoOrdenante")).empty(); });
     if (issuer) {
         next([&] { optEmisor.Value = true; });
-        next([&] { txtSufijo.Text = party.Fields(u"Sufijo"); });
+        next([&] { txtSufijo.Text = party(u"Sufijo"); });
     } else {
         next([&] { optOrdenante.Value = true; });
-        next([&] { txtCodOrdenante.Text = party.Fields(u"CodigoOrdenante"); });
+        next([&] { txtCodOrdenante.Text = party(u"CodigoOrdenante"); });
     }
 }
 
@@ -298,7 +297,7 @@ void frmEmisor::chkMTP_Click()
         fetch(submitters);
         addRows(cboPresentador, u"Nombre", u"IDPresentador");
     }
-    closeRows();
+    rows().Close();
 }
 
 /// Says that the service of a row with accounts is not to be changed; it does not keep the box from changing.
@@ -336,13 +335,12 @@ void frmEmisor::cmdNuevoPresentador_Click()
             const Value found = field(u"mayor");
             return !found.isNull() && CLng(found) > largest;
         })) {
-        Integer added = 0;
-        next([&] { added = CInt(field(u"mayor")); });
+        next([&] { largest = CInt(field(u"mayor")); });
         next([&] { fetch(u"SELECT IDPresentador,Nombre FROM Presentador ORDER BY Nombre"); });
         cboPresentador.Clear();
         next([&] { fetch(submitters); });
         next([&] { addRows(cboPresentador, u"Nombre", u"IDPresentador"); });
-        next([&] { choose(cboPresentador, added); });
+        next([&] { choose(cboPresentador, largest); });
     }
     closeRows();
 }

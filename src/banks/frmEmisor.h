@@ -60,12 +60,14 @@ private:
     void moveEnd(Long twips);
     void showSubmitter(bool visible);
     // Load.
+    /// A field of the row by its name; fails with 91 where the row could not be read.
+    using PartyReader = std::function<Value(StringView)>;
     bool readLists(ResumeNext& next);
     bool reportedRead();
     void showService(ResumeNext& next);
     void showParty(ResumeNext& next, const cCentroApi& api);
-    void showServiceRow(ResumeNext& next, Recordset& party, const cCentroApi& api);
-    void showKind(ResumeNext& next, Recordset& party);
+    void showServiceRow(ResumeNext& next, const PartyReader& party, const cCentroApi& api);
+    void showKind(ResumeNext& next, const PartyReader& party);
     // Accept.
     bool dataGiven();
     void write(const cCentroApi& api);

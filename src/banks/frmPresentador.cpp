@@ -144,7 +144,7 @@ void frmPresentador::cboBancos_Click()
         return;
     fetch(statement(u"SELECT Numero FROM Banco WHERE IDBanco={}", {chosen(cboBancos)}));
     const Value number = field(u"numero");
-    if (txtNEntidad.Text() != String() + number)
+    if (!number.isNull() && txtNEntidad.Text() != CStr(number))
         txtNEntidad.Text = number;
     rows().Close();
     CargarSucursales(CInt(chosen(cboBancos)));
