@@ -92,6 +92,13 @@ void frmEmisor::design()
         .row(lblPresentador, cboPresentador, {&cmdNuevoPresentador})
         .floating(txtCodOrdenante)
         .buttons(cmdAceptar, cmdCancelar);
+    // The dialog shrinks by more than a row: what is left over goes above the submitter, so that the buttons
+    // end as far below the postal code as they stand below the submitter.
+    const Long spare = submitterRow - (cboPresentador.Top - txtCP.Top);
+    for (Control* control :
+         std::initializer_list<Control*>{&lblPresentador, &cboPresentador, &cmdNuevoPresentador})
+        control->Top = control->Top + spare;
+    moveEnd(spare);
     lblCodigoOrdenante.Width = lblsufijo.Width;
     lblCodigoOrdenante.Height = lblsufijo.Height;
 }
@@ -268,9 +275,9 @@ void frmEmisor::showParty(ResumeNext& next, const cCentroApi& api)
     if (next.condition([&] { return isTrue(read(u"MTP")); }))
         next([&] { showServiceRow(next, read, api); });
     else
-        next([&] { choose(cboPresentador, CLng(read(u"CodPresentador"))); });
+        next([&] { choose(cboPresentador, read(u"CodPresentador")); });
     next([&] { showKind(next, read); });
-    next([&] { choose(cboProvincia, CLng(read(u"CodProvincia"))); });
+    next([&] { choose(cboProvincia, read(u"CodProvincia")); });
     reportedFailure(message::readFailed);
     // The kind of a saved row cannot be changed.
     fraEntidad.Enabled = false;
@@ -285,7 +292,7 @@ void frmEmisor::showServiceRow(ResumeNext& next, const PartyReader& party, const
 {
     next([&] { chkMTP_Click(); });
     next([&] { chkMTP.Value = Integer{1}; });
-    next([&] { choose(cboPresentador, CLng(party(u"CodPresentadorMTP"))); });
+    next([&] { choose(cboPresentador, party(u"CodPresentadorMTP")); });
     if (!Configuracion().MTP)
         next([&] { BloquearControles(*this, false); });
     registerRow(next, api, cmdAceptar);

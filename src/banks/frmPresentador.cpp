@@ -162,7 +162,7 @@ void frmPresentador::txtNEntidad_LostFocus()
         warn(bankUnknown, sign::information);
     } else {
         // Choosing reads rows of its own.
-        const Long bank = CLng(field(u"IDBanco"));
+        const Value bank = field(u"IDBanco");
         choose(cboBancos, bank);
     }
     closeRows();
@@ -195,12 +195,12 @@ void frmPresentador::readSubmitter(ResumeNext& next, const cCentroApi& api)
     next([&] { txtNombre.Text = submitter->Fields(u"Nombre"); });
     next([&] { txtNIF.Text = submitter->Fields(u"NIF"); });
     next([&] { txtSufijo.Text = submitter->Fields(u"Sufijo"); });
-    next([&] { choose(cboBancos, CLng(submitter->Fields(u"CodBanco"))); });
+    next([&] { choose(cboBancos, submitter->Fields(u"CodBanco")); });
     if (next.condition([&] {
             const Value branch = submitter->Fields(u"CodSucursal");
             return !branch.isNull() && CLng(branch) > 0;
         }))
-        next([&] { choose(cboSucursales, CLng(submitter->Fields(u"CodSucursal"))); });
+        next([&] { choose(cboSucursales, submitter->Fields(u"CodSucursal")); });
     registerRow(next, api, cmdAceptar);
 }
 

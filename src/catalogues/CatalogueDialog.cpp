@@ -175,10 +175,13 @@ void CatalogueDialog::addRows(ComboBox& list, StringView text, StringView data)
     }
 }
 
-void CatalogueDialog::choose(ComboBox& list, Long data)
+void CatalogueDialog::choose(ComboBox& list, const Value& data)
 {
+    if (data.isNull())
+        return;
+    const Long number = CLng(data);
     for (Long entry = 0; entry < list.ListCount(); ++entry)
-        if (list.ItemData(entry) == data) {
+        if (list.ItemData(entry) == number) {
             list.ListIndex = entry;
             return;
         }

@@ -85,8 +85,8 @@ protected:
     // Lists.
     /// An entry for each row of the recordset: a text and a number.
     void addRows(ComboBox& list, StringView text, StringView data);
-    /// Chooses the first entry with that number; without one the choice stays as it was.
-    static void choose(ComboBox& list, Long data);
+    /// Chooses the first entry with that number; without one the choice stays as it was. Null is no entry's.
+    static void choose(ComboBox& list, const Value& data);
 
     // Unload.
     /// Takes the registration of the row away, unless another user holds it.

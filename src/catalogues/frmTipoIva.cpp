@@ -18,6 +18,9 @@ constexpr Integer noSign = 112;
 
 bool endsInSign(const String& text) { return text.ends_with(u'%'); }
 
+/// A text that was pasted may be no number: no digit goes behind it.
+bool takesDigit(const String& text, int digit) { return IsNumeric(text) && CDbl(text) * 10 + digit <= 99; }
+
 } // namespace
 
 frmTipoIva::frmTipoIva() : CatalogueDialog(u"frmTipoIva")
@@ -55,7 +58,7 @@ void frmTipoIva::txtTipoIva_KeyPress(Integer& KeyAscii)
     if (key == u'%')
         discard = text.empty() || endsInSign(text);
     else if (IsNumeric(String(1, key)))
-        discard = endsInSign(text) || (!text.empty() && CDbl(text) * 10 + (key - u'0') > 99);
+        discard = endsInSign(text) || (!text.empty() && !takesDigit(text, key - u'0'));
     else
         discard = KeyAscii != backspace;
     if (discard)

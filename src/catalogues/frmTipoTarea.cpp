@@ -43,7 +43,7 @@ bool frmTipoTarea::beforeRow(ResumeNext& next)
 /// A row whose occupation was deleted is shown without one, and cannot be accepted until another is chosen.
 void frmTipoTarea::fill(ResumeNext& next)
 {
-    next([&] { choose(cboMiembroCentro, CLng(field(u"codTipoMiembroCentro"))); });
+    next([&] { choose(cboMiembroCentro, field(u"codTipoMiembroCentro")); });
     if (cboMiembroCentro.ListIndex() == -1)
         warn(neededDataDeleted, sign::critical);
     TextCatalogueDialog::fill(next);
