@@ -28,6 +28,7 @@ struct Command {
 int crear(Arguments arguments);
 int comprobar(Arguments arguments);
 int registros(Arguments arguments);
+int clave(Arguments arguments);
 int guion(Arguments arguments);
 
 /// A command line that cannot be understood; the text is Spanish.

@@ -4,6 +4,7 @@
 #include "data/Schools.h"
 #include "data/sample/SampleSchool.h"
 #include "runtime/Convert.h"
+#include "services/modCentroConfiguracion.h"
 #include "suite/Registrations.h"
 
 #include <charconv>
@@ -43,13 +44,19 @@ int releaseOne(Connection& centro, const std::vector<String>& row)
     return released ? done : found;
 }
 
+void fillSample(School& school)
+{
+    fillSampleSchool(school);
+    fillSampleIllnesses(school, [](StringView text) { return CifrarTexto(String(text), true, u""); });
+}
+
 } // namespace
 
 int crear(Arguments arguments)
 {
     const Options options(arguments, {database, {u"--ejemplo"}});
     const bool sample = options.has(u"--ejemplo");
-    createSchool(urlOf(options), sample ? fillSampleSchool : nullptr);
+    createSchool(urlOf(options), sample ? fillSample : nullptr);
     printLine(u"Creado " + String(sample ? u"el centro de ejemplo" : u"un centro vacío") + u" en " +
               urlOf(options) + u".");
     return done;

@@ -2,6 +2,7 @@
 
 #include "data/sqlite/SqliteEngine.h"
 #include "runtime/Errors.h"
+#include "suite/sodium/EncryptoApi.h"
 #include "zv/Version.h"
 
 #include <algorithm>
@@ -11,10 +12,8 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command commands[] = {
-    {u"crear", crear},
-    {u"comprobar", comprobar},
-    {u"registros", registros},
-    {u"guion", guion},
+    {u"crear", crear}, {u"comprobar", comprobar}, {u"registros", registros},
+    {u"clave", clave}, {u"guion", guion},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -26,6 +25,12 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Comprueba que las bases de datos tienen las tablas y columnas que hacen falta.
   zvconf registros --bd URL [--liberar FORMULARIO FILA | --liberar-todo]
       Dice qué filas están abiertas, por quién y desde cuándo, o las libera.
+  zvconf clave crear | lugar | cambiar --bd URL
+      La clave con que se cifran las enfermedades: la crea, dice dónde está y si sirve, o la cambia
+      por una nueva con la que cifra otra vez las enfermedades de esas bases de datos. Nadie debe tener
+      abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
+      puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
+      la persona, o donde diga la variable ZV_CLAVE.
   zvconf guion [--comprobar | --reescribir] [--bd URL | --en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
@@ -56,6 +61,7 @@ int run(const std::vector<String>& words)
     if (command == std::end(commands))
         throw UsageError(u"«" + words.front() + u"» no es una orden.");
     registerEngine(sqliteEngine());
+    registerCipher();
     return command->run(Arguments(words).subspan(1));
 }
 

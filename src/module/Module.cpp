@@ -5,6 +5,7 @@
 #include "banks/frmPresentador.h"
 #include "banks/frmSucursal.h"
 #include "catalogues/frmCEspecializacion.h"
+#include "catalogues/frmEnfermedad.h"
 #include "catalogues/frmEstadoCivil.h"
 #include "catalogues/frmIdioma.h"
 #include "catalogues/frmNacionalidad.h"
@@ -66,6 +67,7 @@ void installModule()
     addDialog<frmEmisor>(u"frmEmisor");
     addDialog<frmPresentador>(u"frmPresentador");
     addDialog<frmCEspecializacion>(u"frmCEspecializacion");
+    addDialog<frmEnfermedad>(u"frmEnfermedad");
     addDialog<frmEstadoCivil>(u"frmEstadoCivil");
     addDialog<frmIdioma>(u"frmIdioma");
     addDialog<frmNacionalidad>(u"frmNacionalidad");

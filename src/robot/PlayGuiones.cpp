@@ -2,6 +2,7 @@
 
 #include "data/Schools.h"
 #include "robot/Verbs.h"
+#include "suite/sodium/EncryptoApi.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -72,6 +73,18 @@ std::string contents(const String& file)
     return bytes.str();
 }
 
+/// A key for one guion: what is on fresh databases never touches the key of the person who plays.
+class OwnKey {
+public:
+    OwnKey()
+    {
+        registerCipher([key = CipherKey::random()](bool) { return key; });
+    }
+    ~OwnKey() { registerCipher(); }
+    OwnKey(const OwnKey&) = delete;
+    OwnKey& operator=(const OwnKey&) = delete;
+};
+
 class Runner {
 public:
     Runner(const Options& options, const StageMaker& stage, std::ostream& out, std::ostream& err)
@@ -110,6 +123,9 @@ private:
         const School school = options_.existing ? openSchool(*options_.existing)
                                                 : temporarySchool(options_.fresh.value_or(u"sqlite:"));
         engine_ = school.centro->engine();
+        std::optional<OwnKey> key;
+        if (!options_.existing)
+            key.emplace();
         Play play(guion, school, stage_);
         try {
             play.run();

@@ -1,6 +1,7 @@
 #include "services/modCentroConfiguracion.h"
 
 #include "services/Messages.h"
+#include "services/cZEncryptoAPI.h"
 
 namespace zv {
 
@@ -180,6 +181,22 @@ void BloquearControles(Object& form, bool blnActiva)
     Locker locker(next);
     forEach(next, uncounted(form), u"Controls", First::zero,
             [&](const ObjectPtr& control) { locker.lock(control); });
+}
+
+String CifrarTexto(String strTexto, bool blnCifrar, StringView strClave)
+{
+    const cZEncryptoAPI cipher = cZEncryptoAPI::create();
+    if (!blnCifrar) {
+        strTexto.insert(0, strClave).append(strClave);
+        cipher.descifrar(strTexto);
+        return strTexto;
+    }
+    cipher.Cifrar(strTexto);
+    const auto lengthWithoutKey = [&] {
+        return static_cast<long>(strTexto.size()) - static_cast<long>(strClave.size());
+    };
+    strTexto = Left(strTexto, lengthWithoutKey());
+    return Right(strTexto, lengthWithoutKey());
 }
 
 } // namespace zv

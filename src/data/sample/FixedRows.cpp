@@ -8,7 +8,6 @@ struct List {
     StringView rows;
 };
 
-// The illnesses stay empty: they are stored enciphered, with a key that each school makes for itself.
 constexpr List catalogues[] = {
     {u"EstadoCivil", u"Soltero/a|Casado/a|Pareja de hecho|Separado/a|Divorciado/a|Viudo/a|No consta"},
     {u"Idioma",

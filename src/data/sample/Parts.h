@@ -18,6 +18,19 @@ struct Section {
     std::vector<Long> pupils; ///< Those who have not left.
 };
 
+struct Illness {
+    StringView name;
+    StringView description;
+};
+inline constexpr Illness illnesses[] = {
+    {u"Asma", u"Lleva el inhalador en la mochila.\r\nAvisar a la familia tras una crisis."},
+    {u"Celiaquía", u"Comedor: menú sin gluten."},
+    {u"Diabetes", u"Control de glucosa antes de Educación Física."},
+    {u"Alergia a los frutos secos", u"Autoinyector de adrenalina en secretaría."},
+    {u"Epilepsia", u""},
+    {u"Migraña", u""},
+};
+
 /// Catalogues, banks, courses, questions: what stands in lists.
 void addFixedRows(Writer& centro);
 /// Staff, sections, pupils and their families. Gives the sections, of which section n stands at n - 1.

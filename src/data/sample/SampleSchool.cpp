@@ -2,8 +2,6 @@
 
 #include "data/sample/Parts.h"
 
-#include <functional>
-
 namespace zv {
 namespace {
 
@@ -38,6 +36,18 @@ void fillSampleSchool(School& school)
         borrado.rows(u"Turno", u"5;Refuerzo de tarde;2");
     });
     inOneStep(*school.entrada, [&] { sample::addUsers(entrada); });
+}
+
+void fillSampleIllnesses(School& school, const std::function<String(StringView)>& encipher)
+{
+    sample::Writer centro(*school.centro);
+    inOneStep(*school.centro, [&] {
+        Long id = 0;
+        for (const auto& [name, description] : sample::illnesses) {
+            const Value written = description.empty() ? Value(Null()) : Value(encipher(description));
+            centro.row(u"Enfermedad", {++id, encipher(name), written});
+        }
+    });
 }
 
 } // namespace zv

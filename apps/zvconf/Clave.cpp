@@ -1,0 +1,184 @@
+#include "zvconf/Command.h"
+
+#include "data/Schools.h"
+#include "runtime/Convert.h"
+#include "suite/sodium/KeyFile.h"
+
+namespace zv::zvconf {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The file with another ending to its name.
+fs::path beside(const fs::path& file, const char* ending)
+{
+    fs::path other = file;
+    return other += ending;
+}
+
+constexpr StringView columns[] = {u"Nombre", u"Descripcion"};
+
+/// A text of an illness as it stands in a database.
+struct Enciphered {
+    Connection* database;
+    Long row;
+    StringView column;
+    String text;
+};
+
+std::vector<Enciphered> encipheredTexts(const School& school)
+{
+    std::vector<Enciphered> all;
+    for (Connection* database : {school.centro.get(), school.borrado.get()}) {
+        const RecordsetPtr rows = database->Execute(u"Select * From Enfermedad Order By IDEnfermedad");
+        for (; !rows->Eof(); rows->MoveNext())
+            for (const StringView column : columns)
+                // A row of deleted records may be its key alone.
+                if (const String text = String() + rows->Fields(column); !text.empty())
+                    all.push_back({database, CLng(rows->Fields(u"IDEnfermedad")), column, text});
+    }
+    return all;
+}
+
+/// Changes the key of a school. The new key waits in a file of its own until every text has it, so that a
+/// change that ends half-way is finished by the next one.
+class KeyChange {
+public:
+    explicit KeyChange(const School& school)
+        : school_(school), old_(readKey(place_)), begun_(exists(waiting_)),
+          new_(begun_ ? readKey(waiting_) : CipherKey::random())
+    {}
+
+    int run()
+    {
+        if (!allReadable())
+            return found;
+        if (!begun_ && !createKey(waiting_, new_))
+            failCipher(u"Otro programa está cambiando la clave: espere a que termine y repita la orden.");
+        // What another station wrote meanwhile has the old key still.
+        constexpr int mostPasses = 20;
+        for (int passes = 0; const Long changed = pass(); changed_ += changed)
+            if (++passes == mostPasses)
+                failCipher(
+                    u"Las enfermedades no dejan de cambiar. El cambio de clave queda a medias: cierre el "
+                    u"programa en los demás puestos y repita la orden.");
+        putNewKeyInPlace();
+        printLine(statement(
+            u"{}Textos cifrados con la clave nueva: {}; lo estaban ya: {}.",
+            {begun_ ? u"Se ha terminado un cambio que quedó a medias. " : u"", changed_, already_}));
+        printLine(u"La clave nueva está en " + place_.u16string() + u". Cópiela a los demás puestos.");
+        printLine(u"La anterior queda en " + previous_.u16string() +
+                  u"; bórrela cuando no haya copias de seguridad que la necesiten.");
+        return done;
+    }
+
+private:
+    /// Nothing is touched while there is a text that nobody would be able to read afterwards.
+    bool allReadable() const
+    {
+        Long unreadable = 0;
+        for (const Enciphered& each : encipheredTexts(school_)) {
+            if (new_.open(each.text) || old_.open(each.text))
+                continue;
+            ++unreadable;
+            printLine(
+                statement(u"{}: la enfermedad {} no se puede descifrar ({}).",
+                          {each.database == school_.centro.get() ? u"Base del centro" : u"Base de borrados",
+                           each.row, each.column}));
+        }
+        if (unreadable > 0)
+            printLine(
+                statement(u"Textos que esta clave no descifra: {}. No se ha cambiado nada: ponga la clave "
+                          u"con que se cifraron, o borre esas enfermedades.",
+                          {unreadable}));
+        return unreadable == 0;
+    }
+    /// Gives how many texts got the new key.
+    Long pass()
+    {
+        Long changed = 0;
+        already_ = 0;
+        for (const Enciphered& each : encipheredTexts(school_)) {
+            if (new_.open(each.text)) {
+                ++already_;
+                continue;
+            }
+            const std::optional<String> plain = old_.open(each.text);
+            if (!plain)
+                failCipher(
+                    statement(u"La enfermedad {} ha cambiado mientras tanto y ya no se puede descifrar. "
+                              u"El cambio queda a medias: bórrela y repita la orden.",
+                              {each.row}));
+            // Not over what another station has written since: that comes with the next pass.
+            each.database->Execute(statement(
+                u"Update Enfermedad Set {}='{}' Where IDEnfermedad={} And {}='{}'",
+                {each.column, new_.seal(*plain), each.row, each.column, Replace(each.text, u"'", u"''")}));
+            ++changed;
+        }
+        already_ -= changed_;
+        return changed;
+    }
+    void putNewKeyInPlace() const
+    {
+        fs::remove(previous_);
+        createKey(previous_, old_);
+        fs::rename(waiting_, place_);
+    }
+
+    fs::path place_ = keyPlace();
+    fs::path waiting_ = beside(place_, ".nueva");
+    fs::path previous_ = beside(place_, ".anterior");
+    const School& school_;
+    CipherKey old_;
+    bool begun_;
+    CipherKey new_;
+    Long changed_ = 0; ///< Texts, in this run.
+    Long already_ = 0; ///< Texts that an earlier run had changed.
+};
+
+int makeKey(Arguments arguments)
+{
+    const Options options(arguments, {});
+    const fs::path place = keyPlace();
+    if (!createKey(place, CipherKey::random()))
+        failCipher(u"Ya hay una clave en " + place.u16string() +
+                   u": no se ha tocado. Con «zvconf clave cambiar» se hace una nueva.");
+    printLine(u"Creada la clave en " + place.u16string() +
+              u". Guarde una copia en lugar seguro: sin ella las enfermedades no se pueden leer.");
+    return done;
+}
+
+int tellPlace(Arguments arguments)
+{
+    const Options options(arguments, {});
+    const fs::path place = keyPlace();
+    printLine(place.u16string());
+    try {
+        readKey(place);
+        return done;
+    } catch (const RuntimeError& error) {
+        printLine(error.description());
+        return found;
+    }
+}
+
+int changeKey(Arguments arguments)
+{
+    const Options options(arguments, {{u"--bd", 1}});
+    const School school = openSchool(options.values(u"--bd").front());
+    return KeyChange(school).run();
+}
+
+constexpr Command actions[] = {{u"crear", makeKey}, {u"lugar", tellPlace}, {u"cambiar", changeKey}};
+
+} // namespace
+
+int clave(Arguments arguments)
+{
+    for (const Command& action : actions)
+        if (!arguments.empty() && arguments.front() == action.name)
+            return action.run(arguments.subspan(1));
+    throw UsageError(u"A clave le falta qué hacer: crear, lugar o cambiar.");
+}
+
+} // namespace zv::zvconf

@@ -1,0 +1,62 @@
+#include "catalogues/frmEnfermedad.h"
+
+#include "services/modCentroConfiguracion.h"
+
+namespace zv {
+
+namespace {
+
+constexpr TextCatalogue words{
+    .captions = {.nuevo = 26001, .modificado = 26002},
+    .table = u"Enfermedad",
+    .key = u"IDEnfermedad",
+    .load = u"SELECT * FROM Enfermedad WHERE IDEnfermedad={}",
+    .insert = u"INSERT INTO Enfermedad (IDEnfermedad,Nombre,Descripcion) VALUES ({},'{}','{}')",
+    .update = u"UPDATE Enfermedad SET Nombre='{}',Descripcion='{}' WHERE IDEnfermedad={}",
+    .longKey = true,
+    .begins = Begins::iconAndObjectBefore,
+    .clearsErr = false,
+    .keepsRows = false,
+};
+
+/// What was enciphered may hold apostrophes, whatever the box held.
+Value enciphered(const TextBox& box) { return Replace(CifrarTexto(box.Text(), true, u""), u"'", u"''"); }
+
+} // namespace
+
+frmEnfermedad::frmEnfermedad() : TextCatalogueDialog(u"frmEnfermedad", words)
+{
+    txtDescripcion.MultiLine = true;
+    assemble({{txtNombre, lblEnfermedad(0), u"Nombre:", 24020, u"Nombre"},
+              {.box = txtDescripcion,
+               .label = lblEnfermedad(1),
+               .caption = u"Descripción:",
+               .captionId = 3022,
+               .column = u"Descripcion",
+               .width = 200,
+               .mandatory = false,
+               .selectsAll = false}},
+             cmdAceptar, cmdCancelar);
+    cmdCancelar.Cancel = false;
+    txtDescripcion.GotFocus.bind([this] { txtDescripcion_GotFocus(); });
+}
+
+void frmEnfermedad::fill(ResumeNext& next)
+{
+    next([&] { Caption = Caption() + u" " + field(u"Nombre"); });
+    next([&] { txtNombre.Text = CifrarTexto(CStr(field(u"Nombre")), false, u""); });
+    next([&] { txtDescripcion.Text = CifrarTexto(CStr(field(u"Descripcion")), false, u""); });
+}
+
+/// A cipher that fails lets no statement be written: it would put nothing in the place of the texts.
+std::vector<Value> frmEnfermedad::values() { return {enciphered(txtNombre), enciphered(txtDescripcion)}; }
+
+/// From here on Enter makes a line, and no longer accepts, in whichever box.
+void frmEnfermedad::txtDescripcion_GotFocus()
+{
+    txtDescripcion.SelStart = Long{0};
+    txtDescripcion.SelLength = static_cast<Long>(txtDescripcion.Text().size());
+    cmdAceptar.Default = false;
+}
+
+} // namespace zv

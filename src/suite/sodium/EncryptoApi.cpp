@@ -1,0 +1,46 @@
+#include "suite/sodium/EncryptoApi.h"
+
+#include "runtime/CreateObject.h"
+#include "suite/sodium/KeyFile.h"
+
+namespace zv {
+
+CipherKey keyFromFile(bool make)
+{
+    const std::filesystem::path file = keyPlace();
+    // Another program may make it at the same moment: what counts is what is there afterwards.
+    if (make && !exists(file))
+        createKey(file, CipherKey::random());
+    return readKey(file);
+}
+
+void EncryptoApi::Cifrar(String& text) const { text = key_(true).seal(text); }
+
+void EncryptoApi::descifrar(String& text) const
+{
+    std::optional<String> plain = key_(false).open(text);
+    if (!plain)
+        failCipher(u"El texto no se puede descifrar: se cifró con otra clave, o se ha cambiado después.");
+    text = *std::move(plain);
+}
+
+Value EncryptoApi::invoke(StringView member, Access access, Arguments& arguments)
+{
+    const bool enciphers = sameName(member, u"Cifrar");
+    if (access == Access::let || (!enciphers && !sameName(member, u"descifrar")))
+        fail(failure::memberMissing, member);
+    if (arguments.size() != 1)
+        fail(failure::argumentCount, member);
+    String text = CStr(arguments.front());
+    enciphers ? Cifrar(text) : descifrar(text);
+    arguments.front() = std::move(text);
+    return {};
+}
+
+void registerCipher(KeySource key)
+{
+    registerBuiltInClass(u"ZEncryptoAPI.cZEncryptoAPI",
+                         [key = std::move(key)] { return std::make_shared<EncryptoApi>(key); });
+}
+
+} // namespace zv

@@ -1,0 +1,88 @@
+#include "suite/sodium/KeyFile.h"
+
+#include "suite/PrivateFile.h"
+
+#include <cstdlib>
+#include <fstream>
+
+namespace zv {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view header = "ZVConfiguracion clave 1";
+
+/// A folder that the environment names with its full path.
+fs::path folderIn(const char* variable)
+{
+    const char* value = std::getenv(variable);
+    const fs::path folder(value ? value : "");
+    return folder.is_absolute() ? folder : fs::path();
+}
+
+fs::path configuration()
+{
+    if (fs::path folder = folderIn("XDG_CONFIG_HOME"); !folder.empty())
+        return folder;
+    if (fs::path folder = folderIn("APPDATA"); !folder.empty())
+        return folder;
+    if (const fs::path home = folderIn("HOME"); !home.empty())
+        return home / ".config";
+    failCipher(u"No se sabe dónde está la clave del cifrado: dé su lugar en la variable ZV_CLAVE.");
+}
+
+[[noreturn]] void failFile(const fs::path& file, StringView trouble)
+{
+    failCipher(u"La clave del cifrado, «" + file.u16string() + u"», " + String(trouble));
+}
+
+} // namespace
+
+void failCipher(StringView text) { throw RuntimeError(cipherFailed, String(text)); }
+
+fs::path keyPlace()
+{
+    const char* place = std::getenv("ZV_CLAVE");
+    if (place && *place)
+        return place;
+    return configuration() / "ZVConfiguracion" / "clave";
+}
+
+CipherKey readKey(const fs::path& file)
+{
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (status.type() == fs::file_type::not_found)
+        failFile(file, u"no existe: cópiela de donde se guarda, o haga una con «zvconf clave crear».");
+    if (status.type() != fs::file_type::regular)
+        failFile(file, u"no se puede leer: no es un fichero, o no se tiene permiso.");
+    if (openToOthers(file))
+        failFile(file, u"la pueden leer otros: quíteles el permiso (chmod 600) y, si alguien la pudo ver, "
+                       u"cámbiela con «zvconf clave cambiar».");
+    std::ifstream stream(file);
+    if (!stream)
+        failFile(file, u"no se puede leer: falta el permiso.");
+    std::string title;
+    std::string text;
+    std::getline(stream, title);
+    std::getline(stream, text);
+    if (title != header)
+        failFile(file, u"no es una clave de este programa: ponga la buena en su lugar.");
+    const auto key = CipherKey::parse(text);
+    if (!key || stream.peek() != std::ifstream::traits_type::eof())
+        failFile(file, u"está estropeada o no está entera: ponga una copia buena en su lugar.");
+    return *key;
+}
+
+bool createKey(const fs::path& file, const CipherKey& key)
+{
+    try {
+        return createPrivateFile(file, std::string(header) + '\n' + key.text() + '\n');
+    } catch (const std::system_error& error) {
+        failFile(file, u"no se puede escribir: mire si su carpeta se deja escribir y si queda sitio (" +
+                           fromUtf8(error.code().message()) + u").");
+    }
+}
+
+} // namespace zv
