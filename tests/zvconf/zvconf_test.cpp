@@ -1,5 +1,7 @@
 #include "data/Schools.h"
 #include "data/sqlite/SqliteEngine.h"
+#include "runtime/Convert.h"
+#include "suite/sodium/KeyFile.h"
 
 #include <gtest/gtest.h>
 
@@ -30,6 +32,7 @@ protected:
         fs::remove_all(folder);
         fs::create_directories(folder);
         registerEngine(sqliteEngine());
+        setenv("ZV_CLAVE", "clave", 1); // In the folder of its own, never the person's.
     }
     ~Zvconf() override { fs::remove_all(folder); }
     /// The exit code; `out` and `err` have what it wrote.
@@ -95,6 +98,59 @@ TEST_F(Zvconf, makes_checks_and_frees_a_school)
                     ->Eof());
 }
 
+TEST_F(Zvconf, changes_the_key_also_after_a_change_that_was_cut_off)
+{
+    EXPECT_EQ(run("clave lugar"), 1);
+    EXPECT_NE(out.find("clave\nLa clave del cifrado, «clave», no existe"), std::string::npos) << out;
+    EXPECT_EQ(run("clave cambiar --bd sqlite:c.db"), 2) << "no school";
+    EXPECT_EQ(run("crear --bd sqlite:c.db --ejemplo"), 0) << err;
+    EXPECT_EQ(run("clave lugar"), 0) << out;
+    EXPECT_EQ(run("clave crear"), 2);
+    EXPECT_NE(err.find("Ya hay una clave"), std::string::npos) << err;
+    const fs::path key = folder / "clave";
+    const fs::path waiting = folder / "clave.nueva";
+    const CipherKey first = readKey(key);
+    const School school = openSchool(u"sqlite:" + (folder / "c.db").u16string());
+    const auto names = [&](Connection& database, const CipherKey& with) {
+        std::vector<std::string> plain;
+        for (auto rows = database.Execute(u"Select Nombre From Enfermedad"); !rows->Eof(); rows->MoveNext())
+            plain.push_back(toUtf8(with.open(String() + rows->Fields(u"Nombre")).value_or(u"?")));
+        return plain;
+    };
+    const auto plain = names(*school.centro, first);
+    ASSERT_EQ(plain.size(), 6U);
+    EXPECT_EQ(plain.front(), "Asma");
+    school.borrado->Execute(
+        statement(u"Insert into Enfermedad values (9,'{}',NULL)", {first.seal(u"Viruela")}));
+    school.borrado->Execute(u"Insert into Enfermedad values (10,NULL,NULL)");
+
+    school.centro->executeNative(u"CREATE TRIGGER t BEFORE UPDATE ON Enfermedad WHEN OLD.IDEnfermedad=3 "
+                                 u"BEGIN SELECT RAISE(FAIL,'corte'); END");
+    EXPECT_EQ(run("clave cambiar --bd sqlite:c.db"), 2);
+    EXPECT_EQ(readKey(key).text(), first.text()) << "not before all is done";
+    const CipherKey second = readKey(waiting);
+    EXPECT_EQ(names(*school.centro, second)[1], plain[1]);
+    EXPECT_EQ(names(*school.centro, first)[2], plain[2]);
+    school.centro->executeNative(u"DROP TRIGGER t");
+
+    EXPECT_EQ(run("clave cambiar --bd sqlite:c.db"), 0) << out << err;
+    EXPECT_TRUE(out.starts_with("Se ha terminado un cambio que quedó a medias. "
+                                "Textos cifrados con la clave nueva: 7; lo estaban ya: 4.\n"))
+        << out;
+    EXPECT_EQ(readKey(key).text(), second.text());
+    EXPECT_EQ(readKey(folder / "clave.anterior").text(), first.text());
+    EXPECT_FALSE(fs::exists(waiting));
+    EXPECT_EQ(names(*school.centro, second), plain);
+    EXPECT_EQ(names(*school.borrado, second).front(), "Viruela");
+
+    school.centro->Execute(u"Update Enfermedad Set Nombre='ajeno' Where IDEnfermedad=2");
+    EXPECT_EQ(run("clave cambiar --bd sqlite:c.db"), 1);
+    EXPECT_NE(out.find("Base del centro: la enfermedad 2 no se puede descifrar (Nombre)."), std::string::npos)
+        << out;
+    EXPECT_EQ(readKey(key).text(), second.text());
+    EXPECT_FALSE(fs::exists(waiting));
+}
+
 TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
 {
     ASSERT_EQ(run("crear --bd sqlite:c.db"), 0);
@@ -115,6 +171,8 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"registros --bd sqlite:c.db --liberar frmPais", "A --liberar le falta su valor."},
         {"registros --bd sqlite:c.db --liberar frmPais 3x", "«3x» no es el número de una fila."},
         {"registros --bd sqlite:c.db --liberar frmPais 3 --liberar-todo", "no van juntas"},
+        {"clave", "A clave le falta qué hacer"},
+        {"clave cambiar", "Falta --bd."},
         {"$(printf '\\377')", "no está en UTF-8"},
     };
     for (const auto& [arguments, words] : cases) {
