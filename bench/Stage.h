@@ -1,0 +1,146 @@
+#pragma once
+
+#include "data/Connection.h"
+#include "data/Schools.h"
+#include "data/sqlite/SqliteEngine.h"
+#include "forms/Desktop.h"
+#include "module/Module.h"
+#include "runtime/Single.h"
+#include "session/HostSession.h"
+#include "session/cAsignarDatos.h"
+#include "session/cConstCol.h"
+
+#include <benchmark/benchmark.h>
+#include <filesystem>
+#include <sqlite3.h>
+
+namespace zv::bench {
+
+/// Passes every statement on and, while `recording`, keeps its text.
+class RecordingConnection final : public Connection {
+public:
+    explicit RecordingConnection(ConnectionPtr inner) : inner_(std::move(inner)) {}
+    RecordsetPtr Execute(StringView sql) override
+    {
+        keep(sql);
+        return inner_->Execute(sql);
+    }
+    RecordsetPtr executeNative(StringView sql) override
+    {
+        keep(sql);
+        return inner_->executeNative(sql);
+    }
+    EngineInfo engine() override { return inner_->engine(); }
+
+    bool recording = false;
+    std::vector<String> statements;
+
+private:
+    void keep(StringView sql)
+    {
+        if (recording)
+            statements.emplace_back(sql);
+    }
+    ConnectionPtr inner_;
+};
+
+/// A person who acts at once.
+class BusyPerson : public Desktop {
+public:
+    void opened(Form&) override {}
+    void closed(Form&) override {}
+    void messageBox(StringView prompt, Integer, StringView) override { fail(failure::invalidCall, prompt); }
+    void beep() override {}
+    void doEvents() override {}
+    void handlerFailed(const RuntimeError& error) override { throw error; }
+};
+
+/// A school in a folder of its own, with synchronous OFF, and the person at its dialogs. Statements are
+/// recorded on the way.
+struct Stage {
+    std::filesystem::path folder;
+    std::string file;
+    std::shared_ptr<RecordingConnection> centro;
+    std::shared_ptr<PropertyBag> session;
+
+    Stage(const char* name, BusyPerson& person)
+        : folder(std::filesystem::temp_directory_path() / name), file((folder / "colegio.db").string())
+    {
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+        registerEngine(sqliteEngine(Durability::off));
+        installModule();
+        School school = createSchool(u"sqlite:" + fromUtf8(file));
+        centro = std::make_shared<RecordingConnection>(school.centro);
+        school.centro = centro;
+        session = newHostSession(school);
+        useDesktop(&person);
+    }
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+    ~Stage()
+    {
+        useDesktop(nullptr);
+        resetSingles();
+        session.reset();
+        centro.reset();
+        std::filesystem::remove_all(folder);
+    }
+    cAsignarDatos facade(Long row) const
+    {
+        let(*session, u"Accion", Long{cConstCol::Modificado});
+        let(*session, u"lngRowData", row);
+        cAsignarDatos facade;
+        facade.ObtenerDatos(session);
+        return facade;
+    }
+    /// What the module runs in that call.
+    template <class Call>
+    const std::vector<String>& recorded(Call&& call) const
+    {
+        centro->statements.clear();
+        centro->recording = true;
+        call();
+        centro->recording = false;
+        return centro->statements;
+    }
+};
+
+/// The same statements, again and again, on the bare SQLite interface.
+inline void runBare(benchmark::State& state, const std::string& file, const std::vector<String>& statements)
+{
+    sqlite3* database = nullptr;
+    sqlite3_open(file.c_str(), &database);
+    sqlite3_exec(database, "PRAGMA synchronous=OFF", nullptr, nullptr, nullptr);
+    for (auto _ : state) {
+        for (const String& sql : statements) {
+            sqlite3_stmt* statement = nullptr;
+            sqlite3_prepare16_v2(database, sql.data(), static_cast<int>(sql.size() * 2), &statement, nullptr);
+            while (sqlite3_step(statement) == SQLITE_ROW)
+                for (int column = 0; column < sqlite3_column_count(statement); ++column)
+                    benchmark::DoNotOptimize(sqlite3_column_text16(statement, column));
+            if (sqlite3_finalize(statement) != SQLITE_OK)
+                state.SkipWithError("a statement failed");
+        }
+    }
+    state.counters["statements"] = static_cast<double>(statements.size());
+    sqlite3_close(database);
+}
+
+/// Keeps the medians, so that ratios can be told at the end.
+class Medians final : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs)
+            if (run.aggregate_name == "median")
+                times_[run.run_name.function_name + run.run_name.args] = run.GetAdjustedRealTime();
+    }
+    double of(const std::string& name) const { return times_.at(name); }
+
+private:
+    std::map<std::string, double> times_;
+};
+
+} // namespace zv::bench
