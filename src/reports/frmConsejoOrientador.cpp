@@ -7,6 +7,8 @@
 #include "reports/frmConsejoOrientador1.h"
 #include "session/cConstCol.h"
 
+#include <set>
+
 namespace zv {
 
 namespace {
@@ -20,6 +22,8 @@ public:
     /// False if the text holds that pupil, or one whose number ends in his, already.
     bool add(Long pupil)
     {
+        if (!asked_.insert(pupil).second)
+            return false;
         const String entry = decimalText(pupil) + u" ,";
         if (text_.find(entry) != String::npos)
             return false;
@@ -31,6 +35,7 @@ public:
 
 private:
     String text_;
+    std::set<Long> asked_; ///< The text only grows: whose number it held once, it holds.
 };
 
 } // namespace
@@ -112,9 +117,7 @@ void frmConsejoOrientador::addNote(const cConsejoOrientador& note)
 {
     if (!colNotas)
         colNotas = std::make_unique<Notes>();
-    const String key = decimalText(note.IDCORNota);
-    colNotas->Add(note, key);
-    byPupil_[note.CodAlumno].push_back(&colNotas->Item(key));
+    colNotas->Add(note, decimalText(note.IDCORNota));
 }
 
 /// A pupil without notes gets one for each question, to be inserted; a note that exists is written back in
@@ -156,6 +159,9 @@ void frmConsejoOrientador::readNotes()
             cboAlumno.setItemData(cboAlumno.NewIndex(), note.CodAlumno);
         }
     }
+    if (colNotas)
+        for (cConsejoOrientador& note : *colNotas)
+            byPupil_[note.CodAlumno].push_back(&note);
 }
 
 void frmConsejoOrientador::keepAnswers()
