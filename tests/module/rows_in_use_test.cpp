@@ -1,0 +1,87 @@
+#include "data/Schools.h"
+#include "data/sqlite/SqliteEngine.h"
+#include "forms/Ficha.h"
+#include "module/Module.h"
+#include "runtime/Single.h"
+#include "session/DialogDirectory.h"
+#include "session/HostSession.h"
+#include "session/cAsignarDatos.h"
+#include "suite/Registrations.h"
+
+namespace zv::test {
+
+/// A dialog that is opened for row 1, there or not.
+struct RowInUse : testing::TestWithParam<StringView> {
+    FakeDesktop desktop;
+    School school;
+
+    RowInUse()
+    {
+        registerEngine(sqliteEngine());
+        installModule();
+        school = temporarySchool();
+    }
+    ~RowInUse() override { resetSingles(); }
+
+    /// Looks at each control of the open dialog, then leaves it by the button with that tag.
+    void open(bool active, StringView leavingTag, const std::function<void(Control&)>& look)
+    {
+        const auto session = newHostSession(school);
+        let(*session, u"Activa", active);
+        let(*session, u"Accion", Long{2});
+        let(*session, u"lngRowData", Long{1});
+        cAsignarDatos().ObtenerDatos(session);
+        Form& form = dialogs().find(GetParam()).instance();
+        desktop.steps = {[&] {
+            Control* leaving = nullptr;
+            for (Control* control : form.Controls) {
+                look(*control);
+                if (control->Tag() == leavingTag)
+                    leaving = control;
+            }
+            ASSERT_NE(leaving, nullptr);
+            Acts(form).click(*leaving);
+            EXPECT_FALSE(form.Visible());
+        }};
+        form.Show();
+    }
+    Integer holder()
+    {
+        const auto all = registrations(*school.centro);
+        return all.empty() ? Integer{0} : all.front().user;
+    }
+};
+
+TEST_P(RowInUse, by_another_station_is_shown_and_left_to_it)
+{
+    ASSERT_FALSE(registerRow(*school.centro, {u"otro-puesto", {}}, GetParam(), 1, 7));
+    open(true, u"335", [](const Control& control) {
+        EXPECT_EQ(control.Enabled(), control.Tag() != u"334") << toUtf8(control.Name());
+    });
+    EXPECT_EQ(holder(), 7);
+}
+
+TEST_P(RowInUse, in_a_read_only_session_is_registered_and_cannot_be_changed)
+{
+    open(false, u"340", [this](const Control& control) {
+        const bool input = dynamic_cast<const TextBox*>(&control) ||
+                           dynamic_cast<const ComboBox*>(&control) || dynamic_cast<const CheckBox*>(&control);
+        EXPECT_FALSE(control.Enabled() && (input || control.Tag() == u"334")) << toUtf8(control.Name());
+        EXPECT_EQ(holder(), 1);
+    });
+    // The rates release a row only while it could be accepted.
+    EXPECT_EQ(holder(), GetParam() == u"frmTipoIva" ? 1 : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(each, RowInUse,
+                         testing::Values(u"frmBanco", u"frmCEspecializacion", u"frmIdioma",
+                                         u"frmNacionalidad", u"frmObservacion", u"frmPais", u"frmPonderacion",
+                                         u"frmPresentador", u"frmProfesion", u"frmProvincia",
+                                         u"frmTipoAlumno", u"frmTipoCentro", u"frmTipoContrato",
+                                         u"frmTipoIncidencia", u"frmTipoIva", u"frmTipoJustificacion",
+                                         u"frmTipoMaterialDidactico", u"frmTipoMiembroCentro",
+                                         u"frmTipoMotivoBaja", u"frmTipoNivelEstudios", u"frmTipoOcurrencia",
+                                         u"frmTipoParentesco", u"frmTipoTarea", u"frmTurno"),
+                         [](const auto& each) { return toUtf8(each.param); });
+
+} // namespace zv::test
