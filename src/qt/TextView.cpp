@@ -212,7 +212,7 @@ void LineView::doEdit(QKeySequence::StandardKey edit)
 }
 
 NotesView::NotesView(FormWindow& window, TextBox& box, QWidget& parent)
-    : TextView(window), box_(box), edit_(std::make_unique<QPlainTextEdit>(&parent))
+    : TextView(window), box_(box), edit_(std::make_unique<NotesEdit>(&parent))
 {
     watch();
     edit_->setTabChangesFocus(true);
@@ -220,6 +220,12 @@ NotesView::NotesView(FormWindow& window, TextBox& box, QWidget& parent)
     connect(edit_.get(), &QPlainTextEdit::textChanged, this, [this] { widgetChanged(); });
     connect(edit_.get(), &QPlainTextEdit::selectionChanged, this, [this] { widgetChanged(); });
     connect(edit_.get(), &QPlainTextEdit::cursorPositionChanged, this, [this] { widgetChanged(); });
+}
+
+void NotesView::followContent()
+{
+    TextView::followContent();
+    edit_->tellLeft(box_.MaxLength() - static_cast<int>(box_.Text().size()), box_.MaxLength());
 }
 
 TextView::Selection NotesView::selection() const

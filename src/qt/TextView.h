@@ -1,10 +1,10 @@
 #pragma once
 
 #include "qt/ControlView.h"
+#include "qt/NotesEdit.h"
 #include "qt/QtText.h"
 
 #include <QLineEdit>
-#include <QPlainTextEdit>
 
 namespace zv {
 
@@ -74,7 +74,7 @@ public:
     NotesView(FormWindow& window, TextBox& box, QWidget& parent);
     TextBox& control() const override { return box_; }
     TextBox& box() const override { return box_; }
-    QPlainTextEdit& widget() const override { return *edit_; }
+    NotesEdit& widget() const override { return *edit_; }
 
 protected:
     QString text() const override { return edit_->toPlainText(); }
@@ -84,11 +84,12 @@ protected:
     void insert(const QString& text) override { edit_->insertPlainText(text); }
     bool canDo(QKeySequence::StandardKey edit) const override;
     void doEdit(QKeySequence::StandardKey edit) override;
+    void followContent() override;
     bool handle(QObject& watched, QEvent& event) override;
 
 private:
     TextBox& box_;
-    std::unique_ptr<QPlainTextEdit> edit_;
+    std::unique_ptr<NotesEdit> edit_;
 };
 
 /// What a screen reader calls a field: the label at its left, or else the one above it.

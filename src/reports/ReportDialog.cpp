@@ -19,9 +19,24 @@ ReportDialog::ReportDialog(StringView name, StringView caption) : Form(name)
     on(TabInfInd.Click, &ReportDialog::TabInfInd_Click);
 }
 
-void ReportDialog::assemble(std::vector<ReportText> texts, ControlArray<CommandButton, 2>& buttons)
+ReportDialog::CommonTexts::CommonTexts(Frame& tab)
+    : Label6(tab, u"Label6"), txtDificultad(tab, u"txtDificultad"), Label7(tab, u"Label7"),
+      txtValoracion(tab, u"txtValoracion"), Label8(tab, u"Label8"), txtAplicacion(tab, u"txtAplicacion"),
+      layout(tab)
 {
-    texts_ = std::move(texts);
+    designText(Label6, u"Dificultades de asimilación en las distintas áreas:", txtDificultad);
+    designText(Label7, u"Valoración del aprendizaje y promoción:", txtValoracion);
+    designText(Label8, u"Aplicación de medidas educativas:", txtAplicacion);
+    layout.above(Label6, txtDificultad).above(Label7, txtValoracion).above(Label8, txtAplicacion);
+}
+
+void ReportDialog::assemble(std::vector<ReportText> own, CommonTexts& common,
+                            ControlArray<CommandButton, 2>& buttons)
+{
+    texts_ = std::move(own);
+    texts_.push_back({&common.txtDificultad, &cInformeInd::Dificultad, u"Dificultad"});
+    texts_.push_back({&common.txtValoracion, &cInformeInd::Valoracion, u"Valoracion"});
+    texts_.push_back({&common.txtAplicacion, &cInformeInd::Apreciacion, u"Apreciacion"});
     accept_ = &buttons(0);
     buttons(0).Caption = u"Aceptar";
     buttons(1).Caption = u"Cancelar";

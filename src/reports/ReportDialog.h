@@ -22,6 +22,18 @@ public:
     CommandButton cmdSiguiente{*this, u"cmdSiguiente"};
     TabStrip TabInfInd{*this, u"TabInfInd"};
 
+    /// The three texts of the tab "Otros".
+    struct CommonTexts {
+        explicit CommonTexts(Frame& tab);
+        Label Label6;
+        TextBox txtDificultad;
+        Label Label7;
+        TextBox txtValoracion;
+        Label Label8;
+        TextBox txtAplicacion;
+        Layout layout;
+    };
+
 protected:
     /// A text of the report, and the box that shows it.
     struct ReportText {
@@ -31,8 +43,8 @@ protected:
     };
 
     ReportDialog(StringView name, StringView caption);
-    /// Given once by the constructor, with the buttons of the dialog.
-    void assemble(std::vector<ReportText> texts, ControlArray<CommandButton, 2>& buttons);
+    /// Given once by the constructor: the dialog's own texts, the common ones, and its buttons.
+    void assemble(std::vector<ReportText> own, CommonTexts& common, ControlArray<CommandButton, 2>& buttons);
     static void designText(TextBox& box);
     static void designText(Label& label, StringView caption, TextBox& box);
 

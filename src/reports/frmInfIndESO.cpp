@@ -15,9 +15,6 @@ frmInfIndESO::frmInfIndESO() : ReportDialog(u"frmInfIndESO", u"Informe Individua
     designText(Label3, u"Inserción Social:", txtInsercion);
     designText(Label4, u"Motrices:", txtMotrices);
     designText(Label5, u"Relación Interpersonal:", txtRelacion);
-    designText(Label6, u"Dificultades de asimilación en las distintas áreas:", txtDificultad);
-    designText(Label7, u"Valoración del aprendizaje y promoción:", txtValoracion);
-    designText(Label8, u"Aplicación de medidas educativas:", txtAplicacion);
     for (TextBox& box : txtProc1)
         designText(box);
     for (TextBox& box : txtActitud)
@@ -34,25 +31,20 @@ frmInfIndESO::frmInfIndESO() : ReportDialog(u"frmInfIndESO", u"Informe Individua
               {&txtProc1(3), &R::Procedimiento4, u"Procedimiento4"},
               {&txtProc1(4), &R::Procedimiento5, u"Procedimiento5"},
               {&txtActitud(0), &R::Actitud1, u"Actitud1"},
-              {&txtActitud(1), &R::Actitud2, u"Actitud2"},
-              {&txtDificultad, &R::Dificultad, u"Dificultad"},
-              {&txtValoracion, &R::Valoracion, u"Valoracion"},
-              {&txtAplicacion, &R::Apreciacion, u"Apreciacion"}},
-             cmdNotaManual1);
+              {&txtActitud(1), &R::Actitud2, u"Actitud2"}},
+             otros, cmdNotaManual1);
     Layout capacities(fraInfInd(0));
     capacities.above(Label1, txtCognitiva).above(Label2, txtEquilibrio).above(Label3, txtInsercion);
     capacities.above(Label4, txtMotrices).above(Label5, txtRelacion);
     Layout procedures(fraInfInd(1));
     for (TextBox& box : txtProc1)
-        procedures.block(box, 3);
+        procedures.block(box, 4);
     Layout attitudes(fraInfInd(2));
     for (TextBox& box : txtActitud)
-        attitudes.block(box, 3);
-    Layout others(fraInfInd(3));
-    others.above(Label6, txtDificultad).above(Label7, txtValoracion).above(Label8, txtAplicacion);
+        attitudes.block(box, 8);
     Layout(*this)
         .row(Label9, cboAlumno, {&cmdAnterior, &cmdSiguiente})
-        .tabs(TabInfInd, {capacities, procedures, attitudes, others})
+        .tabs(TabInfInd, {capacities, procedures, attitudes, otros.layout})
         .buttons(cmdNotaManual1(0), cmdNotaManual1(1), ButtonKeys::none);
 }
 

@@ -22,12 +22,7 @@ public:
     TextBox txtRelacion{fraInfInd(0), u"txtRelacion"};
     ControlArray<TextBox, 5> txtProc1{fraInfInd(1), u"txtProc1"};
     ControlArray<TextBox, 2> txtActitud{fraInfInd(2), u"txtActitud"};
-    Label Label6{fraInfInd(3), u"Label6"};
-    TextBox txtDificultad{fraInfInd(3), u"txtDificultad"};
-    Label Label7{fraInfInd(3), u"Label7"};
-    TextBox txtValoracion{fraInfInd(3), u"txtValoracion"};
-    Label Label8{fraInfInd(3), u"Label8"};
-    TextBox txtAplicacion{fraInfInd(3), u"txtAplicacion"};
+    CommonTexts otros{fraInfInd(3)};
     ControlArray<CommandButton, 2> cmdNotaManual1{*this, u"cmdNotaManual1"};
 
 private:

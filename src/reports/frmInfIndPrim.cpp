@@ -21,23 +21,15 @@ frmInfIndPrim::frmInfIndPrim() : ReportDialog(u"frmInfIndPrim", u"Informe Indivi
          {u"Respecto al Propio Alumno", u"Respecto a los Objetivos", u"Integración de Conceptos",
           u"Utilización de Procedimientos", u"Nuevas Actitudes", u"Otros"})
         TabInfInd.addTab(tab);
-    designText(Label6, u"Dificultades de asimilación en las distintas áreas:", txtDificultad);
-    designText(Label7, u"Valoración del aprendizaje y promoción:", txtValoracion);
-    designText(Label8, u"Aplicación de medidas educativas:", txtAplicacion);
-    assemble({{&txtDificultad, &cInformeInd::Dificultad, u"Dificultad"},
-              {&txtValoracion, &cInformeInd::Valoracion, u"Valoracion"},
-              {&txtAplicacion, &cInformeInd::Apreciacion, u"Apreciacion"}},
-             cmdNotaManual1);
+    assemble({}, otros, cmdNotaManual1);
     on(msgValores.Click, &frmInfIndPrim::msgValores_Click);
     on(msgValores.LeaveCell, &frmInfIndPrim::msgValores_LeaveCell);
     on(msgValores.Scroll, &frmInfIndPrim::msgValores_Scroll);
     on(cboValor.LostFocus, &frmInfIndPrim::cboValor_LostFocus);
-    Layout texts(fraInfInd(5));
-    texts.above(Label6, txtDificultad).above(Label7, txtValoracion).above(Label8, txtAplicacion);
     Layout(*this)
         .row(Label9, cboAlumno, {&cmdAnterior, &cmdSiguiente})
         .tabs(TabInfInd, {Layout(fraInfInd(0)), Layout(fraInfInd(1)), Layout(fraInfInd(2)),
-                          Layout(fraInfInd(3)), Layout(fraInfInd(4)), texts})
+                          Layout(fraInfInd(3)), Layout(fraInfInd(4)), otros.layout})
         .over(msgValores)
         .floating(cboValor)
         .buttons(cmdNotaManual1(0), cmdNotaManual1(1), ButtonKeys::none);

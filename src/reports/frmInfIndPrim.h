@@ -15,12 +15,7 @@ public:
     ControlArray<Frame, 6> fraInfInd{*this, u"fraInfInd"};
     MSFlexGrid msgValores{*this, u"msgValores"};
     ComboBox cboValor{*this, u"cboValor"};
-    Label Label6{fraInfInd(5), u"Label6"};
-    TextBox txtDificultad{fraInfInd(5), u"txtDificultad"};
-    Label Label7{fraInfInd(5), u"Label7"};
-    TextBox txtValoracion{fraInfInd(5), u"txtValoracion"};
-    Label Label8{fraInfInd(5), u"Label8"};
-    TextBox txtAplicacion{fraInfInd(5), u"txtAplicacion"};
+    CommonTexts otros{fraInfInd(5)};
     ControlArray<CommandButton, 2> cmdNotaManual1{*this, u"cmdNotaManual1"};
 
 private:

@@ -16,6 +16,7 @@
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QLabel>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTableView>
@@ -211,6 +212,13 @@ TEST_F(Primary, what_takes_the_list_away_commits_to_the_pupil_and_the_cell_being
         EXPECT_NE(cell(5), left);
         QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(0).center());
         EXPECT_EQ(cell(5), left);
+        // Who writes sees how much is left.
+        QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(5).center());
+        TextBox& text = dialog.otros.txtDificultad;
+        QTest::keyClicks(&widget(text), "uno dos");
+        EXPECT_EQ(widget(text).findChild<QLabel*>()->text().toInt(),
+                  200 - static_cast<int>(text.Text().size()));
+        QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(0).center());
         // Saving with the list open.
         expect(0, 6, rate(6, Qt::Key_End));
         click(dialog.cmdNotaManual1(0));

@@ -1,0 +1,54 @@
+#include "qt/NotesEdit.h"
+
+namespace zv {
+
+NotesEdit::NotesEdit(QWidget* parent) : QPlainTextEdit(parent)
+{
+    left_.setBackgroundRole(QPalette::Base);
+    left_.setForegroundRole(QPalette::PlaceholderText);
+    left_.setAutoFillBackground(true);
+    left_.setAlignment(Qt::AlignRight | Qt::AlignBottom);
+    left_.setContentsMargins(0, 0, 3, 1);
+    left_.setToolTip(QStringLiteral("Caracteres que quedan"));
+}
+
+void NotesEdit::tellLeft(int left, int most)
+{
+    // The widest number has its room from the start, so that no line moves while one writes.
+    const int room = most == 0 ? 0 : fontMetrics().horizontalAdvance(QString::number(most) + u' ');
+    if (viewportMargins().right() != room)
+        setViewportMargins(0, 0, room, 0);
+    told_ = most == 0 ? QString() : QString::number(left);
+    tell(window()->focusWidget() == this);
+    place();
+}
+
+void NotesEdit::tell(bool writing) { left_.setText(writing ? told_ : QString()); }
+
+void NotesEdit::place()
+{
+    QRect margin = viewport()->geometry();
+    margin.setLeft(margin.right() + 1);
+    margin.setWidth(viewportMargins().right());
+    left_.setGeometry(margin);
+}
+
+void NotesEdit::resizeEvent(QResizeEvent* event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    place();
+}
+
+void NotesEdit::focusInEvent(QFocusEvent* event)
+{
+    QPlainTextEdit::focusInEvent(event);
+    tell(true);
+}
+
+void NotesEdit::focusOutEvent(QFocusEvent* event)
+{
+    QPlainTextEdit::focusOutEvent(event);
+    tell(false);
+}
+
+} // namespace zv
