@@ -1,0 +1,182 @@
+#include "zvhost/Command.h"
+
+#include "data/Schools.h"
+#include "qt/QtDesktop.h"
+#include "qt/QtText.h"
+#include "qt/stage/QtStage.h"
+#include "robot/PlayGuiones.h"
+#include "session/cConstCol.h"
+#include "suite/sodium/EncryptoApi.h"
+#include "zvhost/Gallery.h"
+#include "zvhost/MainWindow.h"
+#include "zvhost/Start.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QProcess>
+
+#include <iostream>
+
+namespace zv::host {
+namespace {
+
+/// So long a person takes over an act.
+constexpr std::chrono::milliseconds personsPace{600};
+
+/// The words of a command line; one that cannot be understood fails.
+class Words {
+public:
+    Words(const QStringList& words, const QList<QCommandLineOption>& options)
+    {
+        parser_.addOptions(options);
+        if (!parser_.parse(QStringList(QStringLiteral("zvhost")) + words))
+            throw std::invalid_argument(parser_.errorText().toStdString());
+    }
+    bool has(const QString& name) const { return parser_.isSet(name); }
+    QString text(const QString& name) const { return parser_.value(name); }
+    QStringList rest() const { return parser_.positionalArguments(); }
+    template <class Number>
+    Number number(const QString& name, Number otherwise) const
+    {
+        if (!has(name))
+            return otherwise;
+        bool understood = false;
+        const int number = text(name).toInt(&understood);
+        if (!understood || number < std::numeric_limits<Number>::min() ||
+            number > std::numeric_limits<Number>::max())
+            throw std::invalid_argument("«" + text(name).toStdString() + "» no vale para --" +
+                                        name.toStdString() + ".");
+        return static_cast<Number>(number);
+    }
+
+private:
+    QCommandLineParser parser_;
+};
+
+QCommandLineOption valued(const char* name)
+{
+    QCommandLineOption option(QString::fromLatin1(name));
+    option.setValueName(QStringLiteral("VALOR"));
+    return option;
+}
+
+QCommandLineOption plain(const char* name) { return QCommandLineOption(QString::fromLatin1(name)); }
+
+const Node& nodeNamed(const QString& word)
+{
+    bool number = false;
+    const int value = word.toInt(&number);
+    const Node* node = !number                      ? nodeOf(fromQt(word))
+                       : value >= 0 && value <= 255 ? nodeOf(static_cast<Byte>(value))
+                                                    : nullptr;
+    if (node == nullptr)
+        throw std::invalid_argument("«" + word.toStdString() +
+                                    "» no es un nodo: ponga su número, o el nombre de su ventana.");
+    return *node;
+}
+
+/// A second run of the program, on a screen of another resolution.
+int drawAgain(const QStringList& words, int dots)
+{
+    QProcess again;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(dots / 96.0));
+    again.setProcessEnvironment(environment);
+    again.setProcessChannelMode(QProcess::ForwardedChannels);
+    again.start(QCoreApplication::applicationFilePath(),
+                QStringList{QStringLiteral("galeria"), QStringLiteral("--puntos"), QString::number(dots)} +
+                    words);
+    return again.waitForFinished(-1) && again.exitStatus() == QProcess::NormalExit ? again.exitCode()
+                                                                                   : failed;
+}
+
+void darken()
+{
+    QPalette palette(QColor(45, 45, 48));
+    palette.setColor(QPalette::Base, QColor(30, 30, 32));
+    palette.setColor(QPalette::AlternateBase, QColor(38, 38, 41));
+    palette.setColor(QPalette::Highlight, QColor(42, 110, 190));
+    palette.setColor(QPalette::PlaceholderText, QColor(150, 150, 150));
+    QApplication::setPalette(palette);
+}
+
+} // namespace
+
+int mainWindow(const QStringList& words)
+{
+    const Words given(words, {valued("bd")});
+    QtDesktop desktop;
+    useDesktop(&desktop);
+    std::unique_ptr<Host> host = given.has(QStringLiteral("bd"))
+                                     ? openHostShown(nullptr, fromQt(given.text(QStringLiteral("bd"))))
+                                     : startSchool();
+    int result = failed;
+    if (host != nullptr) {
+        MainWindow window(std::move(host));
+        window.show();
+        result = QApplication::exec();
+    }
+    useDesktop(nullptr);
+    return result;
+}
+
+int dialogo(const QStringList& words)
+{
+    const Words given(words, {valued("bd"), valued("accion"), valued("fila"), valued("usuario"),
+                              valued("perfil"), plain("bloqueado"), plain("consulta"), plain("mtp")});
+    if (given.rest().size() != 1 || !given.has(QStringLiteral("bd")))
+        throw std::invalid_argument("dialogo lleva un NODO y --bd URL.");
+    const Node& node = nodeNamed(given.rest().front());
+    const Long row = given.number<Long>(QStringLiteral("fila"), 0);
+    const Byte action = given.number<Byte>(
+        QStringLiteral("accion"),
+        given.has(QStringLiteral("fila")) && row > 0 ? cConstCol::Modificado : cConstCol::NUEVO);
+    Choices choices;
+    choices.user = given.number<Integer>(QStringLiteral("usuario"), choices.user);
+    choices.profile = given.number<Integer>(QStringLiteral("perfil"), choices.profile);
+    choices.readOnly = given.has(QStringLiteral("consulta"));
+    choices.mtp = given.has(QStringLiteral("mtp"));
+    QtDesktop desktop;
+    useDesktop(&desktop);
+    const std::unique_ptr<Host> host = openHost(fromQt(given.text(QStringLiteral("bd"))), choices);
+    host->open(node, action, row, given.has(QStringLiteral("bloqueado")));
+    useDesktop(nullptr);
+    return done;
+}
+
+int guion(const QStringList& words)
+{
+    std::vector<String> passed;
+    bool slow = false;
+    for (const QString& word : words)
+        if (word == QStringLiteral("--despacio"))
+            slow = true;
+        else
+            passed.push_back(fromQt(word));
+    return playGuiones(passed, qtStage(slow ? personsPace : std::chrono::milliseconds(0)), std::cout,
+                       std::cerr);
+}
+
+int galeria(const QStringList& words)
+{
+    const Words given(words, {valued("puntos"), plain("oscuro")});
+    if (given.rest().size() != 1)
+        throw std::invalid_argument("galeria lleva una carpeta.");
+    if (!given.has(QStringLiteral("puntos"))) {
+        const int small = drawAgain(words, 96);
+        return small == done ? drawAgain(words, 192) : small;
+    }
+    if (given.has(QStringLiteral("oscuro")))
+        darken();
+    // Pictures of a sample never touch the key of the person.
+    registerCipher([key = CipherKey::random()](bool) { return key; });
+    const QString dots = given.text(QStringLiteral("puntos"));
+    const int drawn = drawGallery(
+        given.rest().front(),
+        u'-' + dots + (given.has(QStringLiteral("oscuro")) ? QStringLiteral("-oscuro") : QString()));
+    std::cout << drawn << " imágenes a " << dots.toStdString() << " puntos por pulgada en "
+              << given.rest().front().toStdString() << ".\n";
+    return done;
+}
+
+} // namespace zv::host

@@ -1,0 +1,275 @@
+#include "zvhost/Deletion.h"
+
+#include "runtime/Convert.h"
+
+#include <algorithm>
+#include <map>
+
+namespace zv::host {
+namespace {
+
+constexpr Long examplesShown = 3;
+
+/// Rows that have no life without another: they go and come with it.
+struct PartOf {
+    StringView whole;
+    StringView table;
+    StringView column;
+};
+constexpr PartOf parts[] = {{u"Banco", u"Sucursal", u"CodBanco"}};
+
+bool isPart(StringView table, StringView whole)
+{
+    return std::ranges::any_of(parts, [&](const PartOf& each) {
+        return sameName(each.table, table) && sameName(each.whole, whole);
+    });
+}
+
+bool isPart(StringView table)
+{
+    return std::ranges::any_of(parts, [&](const PartOf& each) { return sameName(each.table, table); });
+}
+
+const schema::Table& known(StringView table)
+{
+    const schema::Table* found = schema::table(table);
+    if (found == nullptr)
+        throw RuntimeError(failure::tableMissing, u"La tabla " + String(table) + u" no es de este sistema.");
+    return *found;
+}
+
+StringView keyOf(const schema::Table& table) { return table.columns().front().name; }
+
+/// A value as a statement writes it.
+String literal(const Value& value)
+{
+    if (value.isNull() || value.isEmpty())
+        return u"NULL";
+    if (const String* text = value.as<String>())
+        return u"'" + Replace(*text, u"'", u"''") + u"'";
+    if (const bool* flag = value.as<bool>())
+        return *flag ? u"-1" : u"0";
+    // A point as the decimal mark, whatever the region.
+    return Trim(Str(value));
+}
+
+Long countOf(Connection& connection, StringView table, StringView column, Long key)
+{
+    const RecordsetPtr rows = connection.Execute(
+        statement(u"SELECT COUNT(*) AS Cuantas FROM {} WHERE {}={}", {Value(table), Value(column), key}));
+    return rows->Eof() ? 0 : CLng(rows->row().front());
+}
+
+String joined(const std::vector<String>& words)
+{
+    String text;
+    for (const String& word : words)
+        text += (text.empty() || word.empty() ? u"" : u" ") + word;
+    return text;
+}
+
+/// What a person calls a row: its first text, a person's name whole; else the row that it joins to the one
+/// asked about; else its key.
+class Namer {
+public:
+    explicit Namer(Connection& connection) : connection_(connection) {}
+
+    String name(const schema::Table& table, Recordset& row, StringView askedAbout = {})
+    {
+        const auto text = [&](StringView column) {
+            const auto found = std::ranges::find_if(
+                table.columns(), [&](const schema::Column& each) { return sameName(each.name, column); });
+            return found == table.columns().end() ? String() : field(row, found->name);
+        };
+        if (const String person = joined({text(u"Nombre"), text(u"Apellido_1"), text(u"Apellido_2")});
+            !person.empty())
+            return person;
+        for (const schema::Column& column : table.columns())
+            if (column.type == schema::Type::text && !field(row, column.name).empty())
+                return field(row, column.name);
+        for (const schema::Column& column : table.columns())
+            if (!column.refersTo.empty() && !sameName(column.refersTo, askedAbout))
+                if (const String other = nameOfKey(column.refersTo, field(row, column.name)); !other.empty())
+                    return other;
+        return u"número " + field(row, keyOf(table));
+    }
+
+private:
+    static String field(Recordset& row, StringView column)
+    {
+        try {
+            return String() + row.Fields(column);
+        } catch (const RuntimeError&) {
+            // A school made elsewhere need not have every column.
+            return {};
+        }
+    }
+
+    String nameOfKey(StringView table, const String& key)
+    {
+        if (key.empty())
+            return {};
+        const schema::Table& target = known(table);
+        const RecordsetPtr row = connection_.Execute(
+            statement(u"SELECT * FROM {} WHERE {}={}", {Value(target.name), Value(keyOf(target)), key}));
+        if (row->Eof())
+            return {};
+        for (const schema::Column& column : target.columns())
+            if (column.type == schema::Type::text)
+                return name(target, *row);
+        return {};
+    }
+
+    Connection& connection_;
+};
+
+/// Rows of a table that hold a key in one of these columns.
+Referrer referring(Connection& centro, const schema::Table& table, const std::vector<StringView>& columns,
+                   StringView target, Long key)
+{
+    Referrer found{table.name, 0, {}};
+    for (const StringView column : columns) {
+        const Long count = countOf(centro, table.name, column, key);
+        found.count += count;
+        if (count == 0 || std::ssize(found.examples) >= examplesShown)
+            continue;
+        Namer namer(centro);
+        const RecordsetPtr rows = centro.Execute(
+            statement(u"SELECT * FROM {} WHERE {}={}", {Value(table.name), Value(column), key}));
+        for (; !rows->Eof() && std::ssize(found.examples) < examplesShown; rows->MoveNext())
+            found.examples.push_back(namer.name(table, *rows, target));
+    }
+    return found;
+}
+
+void addReferrers(std::vector<Referrer>& all, Connection& centro, StringView table, Long key)
+{
+    for (const schema::Table& each : schema::tables(Database::centro)) {
+        std::vector<StringView> columns;
+        for (const schema::Column& column : each.columns())
+            if (sameName(column.refersTo, table))
+                columns.push_back(column.name);
+        if (columns.empty())
+            continue;
+        if (isPart(each.name, table)) {
+            const RecordsetPtr rows = centro.Execute(
+                statement(u"SELECT {} FROM {} WHERE {}={}",
+                          {Value(keyOf(each)), Value(each.name), Value(columns.front()), key}));
+            for (; !rows->Eof(); rows->MoveNext())
+                addReferrers(all, centro, each.name, CLng(rows->row().front()));
+            continue;
+        }
+        try {
+            Referrer found = referring(centro, each, columns, table, key);
+            const auto earlier = std::ranges::find(all, found.table, &Referrer::table);
+            if (earlier == all.end()) {
+                if (found.count != 0)
+                    all.push_back(std::move(found));
+                continue;
+            }
+            earlier->count += found.count;
+            for (String& example : found.examples)
+                if (std::ssize(earlier->examples) < examplesShown)
+                    earlier->examples.push_back(std::move(example));
+        } catch (const RuntimeError& error) {
+            // A school made elsewhere need not have what no dialog reads.
+            if (error.number() != failure::tableMissing && error.number() != failure::columnMissing)
+                throw;
+        }
+    }
+}
+
+void removeRow(Connection& connection, StringView table, StringView column, Long key)
+{
+    connection.Execute(statement(u"DELETE FROM {} WHERE {}={}", {Value(table), Value(column), key}));
+}
+
+/// Copies the rows with that value in a column, all columns that the system knows.
+void copyRows(Connection& from, Connection& to, const schema::Table& table, StringView column, Long key)
+{
+    const RecordsetPtr rows =
+        from.Execute(statement(u"SELECT * FROM {} WHERE {}={}", {Value(table.name), Value(column), key}));
+    for (; !rows->Eof(); rows->MoveNext()) {
+        String names;
+        String values;
+        for (const schema::Column& each : table.columns()) {
+            names += (names.empty() ? u"" : u",") + String(each.name);
+            values += (values.empty() ? u"" : u",") + literal(rows->Fields(each.name));
+        }
+        removeRow(to, table.name, keyOf(table), CLng(rows->Fields(keyOf(table))));
+        to.Execute(u"INSERT INTO " + String(table.name) + u" (" + names + u") VALUES (" + values + u")");
+    }
+}
+
+/// The whole is written before its parts and removed after them, so that a part is never without it.
+void move(Connection& from, Connection& to, const schema::Table& table, Long key)
+{
+    copyRows(from, to, table, keyOf(table), key);
+    for (const PartOf& part : parts)
+        if (sameName(part.whole, table.name))
+            copyRows(from, to, known(part.table), part.column, key);
+    for (const PartOf& part : parts)
+        if (sameName(part.whole, table.name))
+            removeRow(from, part.table, part.column, key);
+    removeRow(from, table.name, keyOf(table), key);
+}
+
+void requireFree(Connection& centro, Connection& borrado, const schema::Table& table, StringView column,
+                 Long key)
+{
+    const RecordsetPtr rows = borrado.Execute(statement(
+        u"SELECT {} FROM {} WHERE {}={}", {Value(keyOf(table)), Value(table.name), Value(column), key}));
+    for (; !rows->Eof(); rows->MoveNext())
+        if (countOf(centro, table.name, keyOf(table), CLng(rows->row().front())) != 0)
+            throw RuntimeError(failure::keyExists,
+                               u"Su número ya lo tiene otra fila de " + String(table.name) +
+                                   u": no se puede restaurar. Dela de alta de nuevo si la necesita.");
+}
+
+} // namespace
+
+std::vector<Referrer> referrers(Connection& centro, StringView table, Long key)
+{
+    std::vector<Referrer> all;
+    addReferrers(all, centro, table, key);
+    return all;
+}
+
+std::vector<DeletedRow> deletedRows(Connection& borrado)
+{
+    std::vector<DeletedRow> found;
+    Namer namer(borrado);
+    for (const schema::Table& table : schema::tables(Database::borrado)) {
+        const bool written = table.use == schema::Use::named || table.use == schema::Use::positional;
+        if (!written || table.keyColumns != 1 || isPart(table.name) ||
+            !table.columns().front().refersTo.empty())
+            continue;
+        const RecordsetPtr rows = borrado.Execute(
+            statement(u"SELECT * FROM {} ORDER BY {}", {Value(table.name), Value(keyOf(table))}));
+        for (; !rows->Eof(); rows->MoveNext()) {
+            const std::vector<Value> values = rows->row();
+            const bool whole = std::any_of(values.begin() + 1, values.end(),
+                                           [](const Value& each) { return !each.isNull(); });
+            if (whole)
+                found.push_back({table.name, CLng(rows->Fields(keyOf(table))), namer.name(table, *rows)});
+        }
+    }
+    return found;
+}
+
+void moveToDeleted(School& school, StringView table, Long key)
+{
+    move(*school.centro, *school.borrado, known(table), key);
+}
+
+void restore(School& school, StringView table, Long key)
+{
+    const schema::Table& whole = known(table);
+    requireFree(*school.centro, *school.borrado, whole, keyOf(whole), key);
+    for (const PartOf& part : parts)
+        if (sameName(part.whole, table))
+            requireFree(*school.centro, *school.borrado, known(part.table), part.column, key);
+    move(*school.borrado, *school.centro, whole, key);
+}
+
+} // namespace zv::host

@@ -1,0 +1,150 @@
+#include "zvhost/Gallery.h"
+
+#include "data/Schools.h"
+#include "forms/ComboBox.h"
+#include "qt/QtDesktop.h"
+#include "session/DialogDirectory.h"
+#include "session/cConstCol.h"
+#include "session/cNombreNodo.h"
+#include "zvhost/MainWindow.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMessageBox>
+#include <QPainter>
+
+namespace zv::host {
+namespace {
+
+/// Draws each window that opens, and closes it again.
+class DrawingDesktop final : public QtDesktop {
+public:
+    DrawingDesktop(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {}
+
+    int drawn() const { return drawn_; }
+    void draw(QWidget& widget, const QString& name) { save(widget.grab(), name); }
+    /// What the next windows are pictures of; `message`: their accept button is pressed.
+    void expect(const QString& state, bool message = false)
+    {
+        state_ = state;
+        message_ = message;
+    }
+
+protected:
+    /// What leads from a dialog to the one that only it opens.
+    static void goOn(FormWindow& window)
+    {
+        const auto click = [&](StringView name, int index) {
+            if (Control* button = window.alive() ? window.form().find(name, index) : nullptr)
+                window.act([&](Acts& acts) { return acts.click(*button); });
+        };
+        for (const StringView list : {u"cboTipoEnsenanza", u"cboCursos", u"cboSecciones"})
+            if (auto* box = dynamic_cast<ComboBox*>(window.form().find(list)))
+                window.act([&](Acts& acts) { return acts.choose(*box, box->ListCount() - 1); });
+        click(u"cmdNotaManual1", 0);
+        if (window.alive() && window.form().Name() == u"frmBanco")
+            click(u"cmdBotonera", 2);
+    }
+    static void pressAccept(FormWindow& window)
+    {
+        for (Control* each : window.form().Controls)
+            if (auto* button = dynamic_cast<CommandButton*>(each); button != nullptr && button->Default())
+                window.act([&](Acts& acts) { return acts.click(*button); });
+    }
+    void runWindow(FormWindow& window) override
+    {
+        window.ready();
+        QApplication::processEvents();
+        front_ = &window;
+        if (message_)
+            pressAccept(window);
+        else
+            draw(window, window.objectName() + u'-' + state_);
+        front_ = nullptr;
+        goOn(window);
+        if (window.alive())
+            window.form().Unload();
+    }
+    void ask(QMessageBox& box) override
+    {
+        box.show();
+        QApplication::processEvents();
+        if (front_ == nullptr)
+            return;
+        QPixmap whole = front_->grab();
+        const QPixmap over = box.grab();
+        const QSize size = box.size().expandedTo(front_->size());
+        QPixmap both(size * whole.devicePixelRatio());
+        both.setDevicePixelRatio(whole.devicePixelRatio());
+        both.fill(front_->palette().color(QPalette::Dark));
+        QPainter painter(&both);
+        painter.drawPixmap((size.width() - front_->width()) / 2, (size.height() - front_->height()) / 2,
+                           whole);
+        painter.drawPixmap((size.width() - box.width()) / 2, (size.height() - box.height()) / 2, over);
+        painter.end();
+        save(both, front_->objectName() + u'-' + state_);
+    }
+
+private:
+    void save(const QPixmap& picture, const QString& name)
+    {
+        const QString file = QDir(folder_).filePath(name + suffix_ + QStringLiteral(".png"));
+        if (!picture.save(file))
+            throw RuntimeError(failure::otherData, u"No se puede escribir " + file.toStdU16String() +
+                                                       u": mire si la carpeta existe y hay sitio.");
+        ++drawn_;
+    }
+
+    QString folder_;
+    QString suffix_;
+    QString state_;
+    bool message_ = false;
+    QWidget* front_ = nullptr;
+    int drawn_ = 0;
+};
+
+void drawNode(Host& host, DrawingDesktop& desktop, const Node& node)
+{
+    const Long first = node.hasList() ? host.rows(node).front().key : 0;
+    const auto open = [&](const QString& state, Byte action, Long row, bool message = false) {
+        desktop.expect(state, message);
+        host.open(node, action, row);
+    };
+    open(QStringLiteral("nuevo"), cConstCol::NUEVO, 0);
+    if (!node.hasList())
+        return;
+    open(QStringLiteral("cambio"), cConstCol::Modificado, first);
+    open(QStringLiteral("mensaje"), cConstCol::NUEVO, 0, true);
+    Choices choices = host.choices();
+    choices.readOnly = true;
+    host.choose(choices);
+    open(QStringLiteral("consulta"), cConstCol::Modificado, first);
+    choices.readOnly = false;
+    host.choose(choices);
+    if (node.number == cNombreNodo::Emisor)
+        open(QStringLiteral("ordenante"), cConstCol::NUEVO, -2);
+}
+
+} // namespace
+
+int drawGallery(const QString& folder, const QString& suffix)
+{
+    QDir().mkpath(folder);
+    DrawingDesktop desktop(folder, suffix);
+    useDesktop(&desktop);
+    School school = temporarySchool();
+    fillSample(school);
+    MainWindow window(std::make_unique<Host>(u"sqlite:colegio.db", school));
+    window.show();
+    QApplication::processEvents();
+    desktop.draw(window, QStringLiteral("principal"));
+    window.go(*nodeOf(cNombreNodo::Emisor));
+    QApplication::processEvents();
+    desktop.draw(window, QStringLiteral("principal-emisores"));
+    for (const Node& node : nodes())
+        drawNode(window.host(), desktop, node);
+    useDesktop(nullptr);
+    return desktop.drawn();
+}
+
+} // namespace zv::host

@@ -1,0 +1,144 @@
+#include "zvhost/Host.h"
+
+#include "data/sample/SampleSchool.h"
+#include "runtime/Convert.h"
+#include "runtime/CreateObject.h"
+#include "session/DialogDirectory.h"
+#include "session/HostSession.h"
+#include "session/cAsignarDatos.h"
+#include "session/cConstCol.h"
+#include "session/cNombreNodo.h"
+
+namespace zv::host {
+
+Host::Host(String url, School school, Choices choices)
+    : url_(std::move(url)), school_(std::move(school)), session_(newHostSession(school_))
+{
+    const bool server = school_.centro->engine().name.find(u"SQL Server") != String::npos;
+    let(*session_, u"sqlserver", server);
+    choose(std::move(choices));
+}
+
+void Host::choose(Choices choices)
+{
+    choices_ = std::move(choices);
+    let(*session_, u"IDUsuario", choices_.user);
+    let(*session_, u"NombreUsuario", choices_.userName);
+    let(*session_, u"IDPerfil", choices_.profile);
+    let(*session_, u"Activa", !choices_.readOnly);
+    let(*session_, u"MTP", choices_.mtp);
+}
+
+std::vector<Known> Host::known(StringView query)
+{
+    std::vector<Known> found;
+    try {
+        for (const RecordsetPtr rows = school_.entrada->Execute(query); !rows->Eof(); rows->MoveNext()) {
+            const std::vector<Value> row = rows->row();
+            found.push_back({CInt(row[0]), String() + row[1], row[2].isNull() ? Integer{0} : CInt(row[2])});
+        }
+    } catch (const RuntimeError&) {
+        // A suite without these tables keeps its users elsewhere.
+        found.clear();
+    }
+    return found;
+}
+
+std::vector<Known> Host::users()
+{
+    return known(u"SELECT IDUsuario, Nombre, CodPerfil FROM Usuario ORDER BY Nombre");
+}
+
+std::vector<Known> Host::profiles()
+{
+    return known(u"SELECT IDPerfil, Nombre, IDPerfil AS Mismo FROM Perfil ORDER BY IDPerfil");
+}
+
+void Host::hand(Byte action, Long row)
+{
+    let(*session_, u"Accion", action);
+    let(*session_, u"lngRowData", row);
+    cAsignarDatos().ObtenerDatos(session_);
+}
+
+void Host::open(const Node& node, Byte action, Long row, bool branches)
+{
+    hand(action, row);
+    if (branches)
+        cAsignarDatos().BloquearBanco();
+    // The facade has no way to this one.
+    if (node.number == cNombreNodo::TiposTarea)
+        dialogs().find(node.form).instance().Show();
+    else
+        cAsignarDatos().ActivarFormulario(node.number);
+}
+
+bool Host::mayDelete(const Node& node, Long row)
+{
+    hand(cConstCol::Modificado, row);
+    return cAsignarDatos().Eliminar(node.number);
+}
+
+std::vector<Row> Host::rows(const Node& node)
+{
+    std::vector<Row> found;
+    for (const RecordsetPtr rows = school_.centro->Execute(node.query); !rows->Eof(); rows->MoveNext()) {
+        std::vector<Value> values = rows->row();
+        const Long key = CLng(values.front());
+        values.erase(values.begin());
+        for (std::size_t i = 0; i < values.size(); ++i)
+            if (node.columns[i].kind == ListColumn::Kind::enciphered)
+                values[i] = deciphered(values[i]);
+        found.push_back({key, std::move(values)});
+    }
+    return found;
+}
+
+namespace {
+
+String ciphered(StringView operation, const Value& text)
+{
+    Arguments argument{text};
+    callByReference(CreateObject(u"ZEncryptoAPI.cZEncryptoAPI"), operation, argument);
+    return CStr(argument.front());
+}
+
+} // namespace
+
+void fillSample(School& school)
+{
+    fillSampleSchool(school);
+    fillSampleIllnesses(school, [](StringView text) { return ciphered(u"Cifrar", text); });
+}
+
+String deciphered(const Value& text)
+{
+    if (text.isNull() || CStr(text).empty())
+        return {};
+    try {
+        return ciphered(u"descifrar", text);
+    } catch (const RuntimeError&) {
+        return u"(no se puede descifrar con la clave de este equipo)";
+    }
+}
+
+String shown(const Value& value, const ListColumn& column)
+{
+    if (value.isNull())
+        return {};
+    switch (column.kind) {
+    case ListColumn::Kind::flag:
+        return isTrue(value) ? u"Sí" : u"No";
+    case ListColumn::Kind::word:
+        if (const Long number = CLng(value); number >= 1 && number <= std::ssize(column.words))
+            return String(column.words[static_cast<std::size_t>(number - 1)]);
+        return {};
+    case ListColumn::Kind::text:
+    case ListColumn::Kind::number:
+    case ListColumn::Kind::enciphered:
+        break;
+    }
+    return CStr(value);
+}
+
+} // namespace zv::host

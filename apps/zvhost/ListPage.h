@@ -1,0 +1,59 @@
+#pragma once
+
+#include "zvhost/RowsModel.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTableView>
+
+#include <functional>
+#include <optional>
+
+namespace zv::host {
+
+/// The page of a node: its rows with a search above and their number below, or, for a node without a list,
+/// the way into its dialog.
+class ListPage final : public QWidget {
+public:
+    /// What the page tells the window around it.
+    struct Calls {
+        std::function<void()> opened;   ///< A person opens the row, or the node without a list.
+        std::function<void()> selected; ///< Another row, or none.
+        std::function<void(const QPoint&)> menu;
+    };
+    explicit ListPage(Calls calls);
+
+    /// Shows a node; sorting and search begin anew.
+    void show(const Node& node, std::vector<Row> rows);
+    /// The same node's rows read again. The selection stays where it was, or goes to the row that is new.
+    void refresh(const Node& node, std::vector<Row> rows);
+    /// Puts the focus where the work begins.
+    void enter();
+    void findRow() { search_.setFocus(Qt::ShortcutFocusReason); }
+    std::optional<Long> selected() const;
+    /// What a person calls the selected row.
+    QString selectedName() const;
+    QByteArray csv() const { return view_.csv(); }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void select(Long key);
+    void tellCount();
+
+    Calls calls_;
+    RowsModel model_;
+    RowsView view_;
+    QLabel title_;
+    QStackedWidget pages_;
+    QLineEdit search_;
+    QTableView table_;
+    QLabel count_;
+    QLabel explanation_;
+    QPushButton direct_;
+};
+
+} // namespace zv::host

@@ -1,0 +1,133 @@
+#include "zvhost/RowsModel.h"
+
+#include "qt/QtText.h"
+
+#include <algorithm>
+
+namespace zv::host {
+namespace {
+
+QString plain(const QString& text)
+{
+    QString letters;
+    for (const QChar each : text.normalized(QString::NormalizationForm_D))
+        if (each.category() != QChar::Mark_NonSpacing)
+            letters += each.toCaseFolded();
+    return letters;
+}
+
+/// A text in quotes where a spreadsheet would part it, or take it for a formula.
+QString csvField(QString text)
+{
+    if (!text.isEmpty() && QStringLiteral("=+-@\t\r").contains(text.front()))
+        text.prepend(u'\'');
+    if (!text.contains(u'"') && !text.contains(u';') && !text.contains(u'\n') && !text.contains(u'\r'))
+        return text;
+    return u'"' + text.replace(u'"', QStringLiteral("\"\"")) + u'"';
+}
+
+} // namespace
+
+void RowsModel::show(std::span<const ListColumn> columns, std::vector<Row> rows)
+{
+    beginResetModel();
+    columns_ = columns;
+    rows_ = std::move(rows);
+    texts_.clear();
+    for (const Row& row : rows_) {
+        std::vector<QString>& texts = texts_.emplace_back();
+        for (std::size_t i = 0; i < columns_.size(); ++i)
+            texts.push_back(toQt(shown(row.values[i], columns_[i])));
+    }
+    endResetModel();
+}
+
+int RowsModel::rowOf(Long key) const
+{
+    const auto found = std::ranges::find(rows_, key, &Row::key);
+    return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+}
+
+std::vector<Long> RowsModel::keys() const
+{
+    std::vector<Long> all;
+    for (const Row& each : rows_)
+        all.push_back(each.key);
+    return all;
+}
+
+int RowsModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int RowsModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+QVariant RowsModel::data(const QModelIndex& index, int role) const
+{
+    if (role != Qt::DisplayRole || !index.isValid())
+        return {};
+    return texts_[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())];
+}
+
+QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section >= columnCount())
+        return {};
+    return toQt(columns_[static_cast<std::size_t>(section)].title);
+}
+
+RowsView::RowsView() : collator_(QLocale(QLocale::Spanish))
+{
+    collator_.setNumericMode(true);
+    collator_.setCaseSensitivity(Qt::CaseInsensitive);
+    setSortLocaleAware(true);
+}
+
+void RowsView::search(const QString& words)
+{
+    words_ = plain(words).split(u' ', Qt::SkipEmptyParts);
+    invalidateFilter();
+}
+
+bool RowsView::filterAcceptsRow(int row, const QModelIndex& parent) const
+{
+    QString text;
+    for (int column = 0; column < sourceModel()->columnCount(parent); ++column)
+        text += plain(sourceModel()->index(row, column, parent).data().toString()) + u'\n';
+    return std::ranges::all_of(words_, [&](const QString& word) { return text.contains(word); });
+}
+
+bool RowsView::lessThan(const QModelIndex& left, const QModelIndex& right) const
+{
+    const QString a = left.data().toString();
+    const QString b = right.data().toString();
+    bool numbers = false;
+    const double first = QLocale(QLocale::Spanish).toDouble(a, &numbers);
+    if (numbers) {
+        const double second = QLocale(QLocale::Spanish).toDouble(b, &numbers);
+        if (numbers && first != second)
+            return first < second;
+    }
+    return collator_.compare(a, b) < 0;
+}
+
+QByteArray RowsView::csv() const
+{
+    QString text(QChar(0xFEFF));
+    const auto line = [&](const auto& field) {
+        QStringList fields;
+        for (int column = 0; column < columnCount(); ++column)
+            fields += csvField(field(column).toString());
+        text += fields.join(u';') + QStringLiteral("\r\n");
+    };
+    line([&](int column) { return headerData(column, Qt::Horizontal, Qt::DisplayRole); });
+    for (int row = 0; row < rowCount(); ++row)
+        line([&](int column) { return index(row, column).data(); });
+    return text.toUtf8();
+}
+
+} // namespace zv::host

@@ -1,0 +1,122 @@
+#include "zvhost/Start.h"
+
+#include "data/SchemaCheck.h"
+#include "data/Schools.h"
+#include "qt/QtText.h"
+#include "zvhost/Widgets.h"
+
+#include <QDialog>
+#include <QDir>
+#include <QFileDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QVBoxLayout>
+
+namespace zv::host {
+namespace {
+
+const QString lastSchool = QStringLiteral("ultimoColegio");
+
+void remember(const Host& host) { QSettings().setValue(lastSchool, toQt(host.url())); }
+
+String urlOf(const QString& file) { return u"sqlite:" + fromQt(QDir::toNativeSeparators(file)); }
+
+/// Where a school stands unless a person says otherwise.
+QString usualFile()
+{
+    const QDir folder(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
+    folder.mkpath(QStringLiteral("."));
+    QString file = folder.filePath(QStringLiteral("colegio.db"));
+    for (int n = 2; QFile::exists(file); ++n)
+        file = folder.filePath(QStringLiteral("colegio%1.db").arg(n));
+    return file;
+}
+
+/// A large button with what it does under its name.
+QPushButton& choice(QVBoxLayout& layout, QDialog& dialog, const QString& text, const QString& what,
+                    int result)
+{
+    auto* button = std::make_unique<QPushButton>(text, &dialog).release();
+    auto* line = std::make_unique<QLabel>(what, &dialog).release();
+    line->setWordWrap(true);
+    line->setIndent(button->fontMetrics().averageCharWidth());
+    layout.addWidget(button);
+    layout.addWidget(line);
+    QObject::connect(button, &QPushButton::clicked, &dialog, [&dialog, result] { dialog.done(result); });
+    return *button;
+}
+
+} // namespace
+
+std::unique_ptr<Host> openHost(const String& url, const Choices& choices)
+{
+    String lacks;
+    for (const String& each : checkSchool(inspectSchool(url), engineOf(url)))
+        lacks += each + u"\n";
+    if (!lacks.empty())
+        throw RuntimeError(failure::otherData,
+                           u"A la base de datos le falta lo que sigue; pida que lo corrija "
+                           u"quien la lleva:\n" +
+                               lacks);
+    return std::make_unique<Host>(url, openSchool(url), choices);
+}
+
+std::unique_ptr<Host> openHostShown(QWidget* parent, const String& url)
+{
+    std::unique_ptr<Host> host;
+    tried(parent, QStringLiteral("No se puede abrir %1.").arg(toQt(url)), [&] {
+        withProgress(parent, QStringLiteral("Se comprueba el colegio…"), [&] { host = openHost(url); });
+        remember(*host);
+    });
+    return host;
+}
+
+std::unique_ptr<Host> createHostShown(QWidget* parent, const String& url, bool sample)
+{
+    const bool made = tried(parent, QStringLiteral("No se puede crear %1.").arg(toQt(url)), [&] {
+        withProgress(parent, QStringLiteral("Se crea el colegio…"),
+                     [&] { createSchool(url, sample ? fillSample : nullptr); });
+    });
+    return made ? openHostShown(parent, url) : nullptr;
+}
+
+std::unique_ptr<Host> chooseSchool(QWidget* parent)
+{
+    enum { cancelled, sample, empty, existing };
+    QDialog dialog(parent);
+    dialog.setObjectName(QStringLiteral("inicio"));
+    dialog.setWindowTitle(QStringLiteral("Configuración del centro"));
+    QVBoxLayout layout(&dialog);
+    choice(layout, dialog, QStringLiteral("Crear un colegio de &ejemplo"),
+           QStringLiteral("Con alumnos, bancos e informes inventados, para conocer el programa."), sample)
+        .setDefault(true);
+    choice(layout, dialog, QStringLiteral("Crear un colegio &vacío"),
+           QStringLiteral("Todas las listas están por llenar."), empty);
+    choice(layout, dialog, QStringLiteral("&Abrir un colegio que existe…"),
+           QStringLiteral("El fichero principal del colegio; los otros dos están a su lado."), existing);
+    ButtonRow(layout, dialog).addClose(QStringLiteral("Cancelar"));
+    const int chosen = dialog.exec();
+    if (chosen == cancelled)
+        return nullptr;
+    const QString files = QStringLiteral("Colegios (*.db)");
+    const QString file =
+        chosen == existing
+            ? QFileDialog::getOpenFileName(parent, QStringLiteral("Abrir un colegio"), QString(), files)
+            : QFileDialog::getSaveFileName(parent, QStringLiteral("Crear un colegio"), usualFile(), files);
+    if (file.isEmpty())
+        return nullptr;
+    return chosen == existing ? openHostShown(parent, urlOf(file))
+                              : createHostShown(parent, urlOf(file), chosen == sample);
+}
+
+std::unique_ptr<Host> startSchool()
+{
+    if (const QString last = QSettings().value(lastSchool).toString(); !last.isEmpty())
+        if (std::unique_ptr<Host> host = openHostShown(nullptr, fromQt(last)))
+            return host;
+    return chooseSchool(nullptr);
+}
+
+} // namespace zv::host

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "runtime/Errors.h"
+
+#include <QString>
+
+#include <functional>
+
+class QDialog;
+class QHBoxLayout;
+class QPushButton;
+class QTableView;
+class QVBoxLayout;
+class QWidget;
+
+namespace zv::host {
+
+/// Says something, with one button.
+void say(QWidget* parent, const QString& title, const QString& text);
+/// Says that something could not be done, and why.
+void sayFailure(QWidget* parent, const QString& text, const std::exception& error);
+/// Asks whether to do what the button says; "Cancelar" is what Enter and Escape press.
+bool confirm(QWidget* parent, const QString& title, const QString& text, const QString& button);
+/// Does something and shows a failure of it. False if it failed.
+bool tried(QWidget* parent, const QString& failed, const std::function<void()>& what);
+/// Does long work beside the screen, which says meanwhile what goes on. Its failure is thrown here.
+void withProgress(QWidget* parent, const QString& text, const std::function<void()>& work);
+
+/// A table of rows that are selected whole and not edited.
+void designTable(QTableView& table);
+/// A row of buttons at the right, under what the layout holds so far.
+class ButtonRow {
+public:
+    ButtonRow(QVBoxLayout& layout, QDialog& dialog);
+    QPushButton& add(const QString& text, const std::function<void()>& pressed);
+    /// The last button, which Escape presses too.
+    QPushButton& addClose(const QString& text);
+
+private:
+    QDialog& dialog_;
+    QHBoxLayout* row_;
+};
+
+} // namespace zv::host

@@ -1,0 +1,101 @@
+#include "zvhost/Command.h"
+
+#include "data/sqlite/SqliteEngine.h"
+#include "module/Module.h"
+#include "runtime/Single.h"
+#include "suite/sodium/EncryptoApi.h"
+#include "zv/Version.h"
+
+#include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include <iostream>
+#include <string_view>
+
+namespace zv::host {
+namespace {
+
+constexpr const char* help = R"(zvhost: la configuración del centro, en su escritorio.
+
+  zvhost [--bd URL]
+      La ventana principal. Sin --bd abre el colegio de la última vez, o pregunta cuál.
+  zvhost dialogo NODO --bd URL [--accion N] [--fila N] [--bloqueado] [--usuario N] [--perfil N]
+                 [--consulta] [--mtp]
+      Abre la ventana de un nodo (su número, o el nombre de la ventana) y termina con ella.
+      Con --fila cambia esa fila; sin ella hace una nueva. --bloqueado abre un banco por sus sucursales.
+  zvhost guion [--despacio] ...
+      Como «zvconf guion», pero en ventanas de verdad; con --despacio, al paso de una persona.
+  zvhost galeria CARPETA [--oscuro] [--puntos N]
+      Dibuja todas las ventanas como imágenes, a 96 y a 192 puntos por pulgada, o sólo a N.
+  zvhost --version
+  zvhost --help
+
+Termina con 0 si todo va bien, y con 2 si la orden no se ha podido hacer; guion, como el de zvconf.
+)";
+
+/// Pictures and guiones need no screen; without one Qt draws them in memory.
+bool prepareScreen(bool needed)
+{
+#ifdef Q_OS_LINUX
+    const bool screen = qEnvironmentVariableIsSet("DISPLAY") ||
+                        qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+                        qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    if (screen)
+        return true;
+    if (needed) {
+        std::cerr
+            << "zvhost: no hay pantalla. Ábralo en un escritorio, o use «zvhost guion», «zvhost galeria» o "
+               "zvconf.\n";
+        return false;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+    return true;
+}
+
+int run(int argc, char** argv)
+{
+    const std::string_view word = argc > 1 ? argv[1] : "";
+    if (word == "--help") {
+        std::cout << help;
+        return done;
+    }
+    if (word == "--version") {
+        std::cout << "zvhost " << version << '\n';
+        return done;
+    }
+    const bool drawn = word == "guion" || word == "galeria";
+    if (!prepareScreen(!drawn))
+        return failed;
+    QApplication application(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("ZVConfiguracion"));
+    QApplication::setApplicationName(QStringLiteral("zvhost"));
+    QTranslator spanish;
+    if (spanish.load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&spanish);
+    registerEngine(sqliteEngine());
+    registerCipher();
+    installModule();
+    const QStringList words = QApplication::arguments();
+    const int result = word == "dialogo"   ? dialogo(words.mid(2))
+                       : word == "guion"   ? guion(words.mid(2))
+                       : word == "galeria" ? galeria(words.mid(2))
+                                           : mainWindow(words.mid(1));
+    // The dialogs end while there is an application around them.
+    resetSingles();
+    return result;
+}
+
+} // namespace
+} // namespace zv::host
+
+int main(int argc, char** argv)
+{
+    try {
+        return zv::host::run(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "zvhost: " << error.what() << " Con --help se ven las órdenes.\n";
+        return zv::host::failed;
+    }
+}
