@@ -45,9 +45,9 @@ String literal(const Value& value)
 {
     if (value.isNull() || value.isEmpty())
         return u"NULL";
-    if (const String* text = value.as<String>())
+    if (const auto* text = value.as<String>())
         return u"'" + Replace(*text, u"'", u"''") + u"'";
-    if (const bool* flag = value.as<bool>())
+    if (const auto* flag = value.as<bool>())
         return *flag ? u"-1" : u"0";
     // A point as the decimal mark, whatever the region.
     return Trim(Str(value));
@@ -81,7 +81,7 @@ public:
                 table.columns(), [&](const schema::Column& each) { return sameName(each.name, column); });
             return found == table.columns().end() ? String() : field(row, found->name);
         };
-        if (const String person = joined({text(u"Nombre"), text(u"Apellido_1"), text(u"Apellido_2")});
+        if (String person = joined({text(u"Nombre"), text(u"Apellido_1"), text(u"Apellido_2")});
             !person.empty())
             return person;
         for (const schema::Column& column : table.columns())
@@ -89,7 +89,7 @@ public:
                 return field(row, column.name);
         for (const schema::Column& column : table.columns())
             if (!column.refersTo.empty() && !sameName(column.refersTo, askedAbout))
-                if (const String other = nameOfKey(column.refersTo, field(row, column.name)); !other.empty())
+                if (String other = nameOfKey(column.refersTo, field(row, column.name)); !other.empty())
                     return other;
         return u"número " + field(row, keyOf(table));
     }
@@ -142,35 +142,53 @@ Referrer referring(Connection& centro, const schema::Table& table, const std::ve
     return found;
 }
 
+void add(std::vector<Referrer>& all, Referrer found)
+{
+    if (found.count == 0)
+        return;
+    const auto earlier = std::ranges::find(all, found.table, &Referrer::table);
+    if (earlier == all.end()) {
+        all.push_back(std::move(found));
+        return;
+    }
+    earlier->count += found.count;
+    for (String& example : found.examples)
+        if (std::ssize(earlier->examples) < examplesShown)
+            earlier->examples.push_back(std::move(example));
+}
+
+void addReferrers(std::vector<Referrer>& all, Connection& centro, StringView table, Long key);
+
+void addReferrersOfParts(std::vector<Referrer>& all, Connection& centro, const schema::Table& part,
+                         StringView column, Long key)
+{
+    const RecordsetPtr rows = centro.Execute(statement(
+        u"SELECT {} FROM {} WHERE {}={}", {Value(keyOf(part)), Value(part.name), Value(column), key}));
+    for (; !rows->Eof(); rows->MoveNext())
+        addReferrers(all, centro, part.name, CLng(rows->row().front()));
+}
+
+std::vector<StringView> columnsTo(const schema::Table& from, StringView table)
+{
+    std::vector<StringView> columns;
+    for (const schema::Column& column : from.columns())
+        if (sameName(column.refersTo, table))
+            columns.push_back(column.name);
+    return columns;
+}
+
 void addReferrers(std::vector<Referrer>& all, Connection& centro, StringView table, Long key)
 {
     for (const schema::Table& each : schema::tables(Database::centro)) {
-        std::vector<StringView> columns;
-        for (const schema::Column& column : each.columns())
-            if (sameName(column.refersTo, table))
-                columns.push_back(column.name);
+        const std::vector<StringView> columns = columnsTo(each, table);
         if (columns.empty())
             continue;
         if (isPart(each.name, table)) {
-            const RecordsetPtr rows = centro.Execute(
-                statement(u"SELECT {} FROM {} WHERE {}={}",
-                          {Value(keyOf(each)), Value(each.name), Value(columns.front()), key}));
-            for (; !rows->Eof(); rows->MoveNext())
-                addReferrers(all, centro, each.name, CLng(rows->row().front()));
+            addReferrersOfParts(all, centro, each, columns.front(), key);
             continue;
         }
         try {
-            Referrer found = referring(centro, each, columns, table, key);
-            const auto earlier = std::ranges::find(all, found.table, &Referrer::table);
-            if (earlier == all.end()) {
-                if (found.count != 0)
-                    all.push_back(std::move(found));
-                continue;
-            }
-            earlier->count += found.count;
-            for (String& example : found.examples)
-                if (std::ssize(earlier->examples) < examplesShown)
-                    earlier->examples.push_back(std::move(example));
+            add(all, referring(centro, each, columns, table, key));
         } catch (const RuntimeError& error) {
             // A school made elsewhere need not have what no dialog reads.
             if (error.number() != failure::tableMissing && error.number() != failure::columnMissing)
@@ -193,11 +211,13 @@ void copyRows(Connection& from, Connection& to, const schema::Table& table, Stri
         String names;
         String values;
         for (const schema::Column& each : table.columns()) {
-            names += (names.empty() ? u"" : u",") + String(each.name);
-            values += (values.empty() ? u"" : u",") + literal(rows->Fields(each.name));
+            const StringView comma = names.empty() ? u"" : u",";
+            names.append(comma).append(each.name);
+            values.append(comma).append(literal(rows->Fields(each.name)));
         }
         removeRow(to, table.name, keyOf(table), CLng(rows->Fields(keyOf(table))));
-        to.Execute(u"INSERT INTO " + String(table.name) + u" (" + names + u") VALUES (" + values + u")");
+        to.Execute(
+            statement(u"INSERT INTO {} ({}) VALUES ({})", {Value(table.name), Value(names), Value(values)}));
     }
 }
 

@@ -116,6 +116,7 @@ void showRecycleBin(QWidget* parent, School& school, bool readOnly)
     ListDialog dialog(parent, QStringLiteral("Papelera"), deletedColumns, [&] {
         rows = deletedRows(*school.borrado);
         std::vector<Row> shown;
+        shown.reserve(rows.size());
         for (const DeletedRow& each : rows) {
             const Node* node = nullptr;
             for (const Node& one : nodes())
@@ -142,6 +143,7 @@ void showRowsInUse(QWidget* parent, Connection& centro)
     ListDialog dialog(parent, QStringLiteral("Filas en uso"), usedColumns, [&] {
         rows = registrations(centro);
         std::vector<Row> shown;
+        shown.reserve(rows.size());
         for (const Registration& each : rows)
             shown.push_back(
                 {each.row,

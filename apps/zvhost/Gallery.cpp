@@ -32,15 +32,16 @@ public:
 
 protected:
     /// What leads from a dialog to the one that only it opens.
-    static void goOn(FormWindow& window)
+    void goOn(FormWindow& window) const
     {
+        const bool primary = state_ == QStringLiteral("primaria");
         const auto click = [&](StringView name, int index) {
             if (Control* button = window.alive() ? window.form().find(name, index) : nullptr)
                 window.act([&](Acts& acts) { return acts.click(*button); });
         };
         for (const StringView list : {u"cboTipoEnsenanza", u"cboCursos", u"cboSecciones"})
             if (auto* box = dynamic_cast<ComboBox*>(window.form().find(list)))
-                window.act([&](Acts& acts) { return acts.choose(*box, box->ListCount() - 1); });
+                window.act([&](Acts& acts) { return acts.choose(*box, primary ? 0 : box->ListCount() - 1); });
         click(u"cmdNotaManual1", 0);
         if (window.alive() && window.form().Name() == u"frmBanco")
             click(u"cmdBotonera", 2);
@@ -111,6 +112,8 @@ void drawNode(Host& host, DrawingDesktop& desktop, const Node& node)
         host.open(node, action, row);
     };
     open(QStringLiteral("nuevo"), cConstCol::NUEVO, 0);
+    if (node.number == cNombreNodo::InfIndiv)
+        open(QStringLiteral("primaria"), cConstCol::NUEVO, 0);
     if (!node.hasList())
         return;
     open(QStringLiteral("cambio"), cConstCol::Modificado, first);

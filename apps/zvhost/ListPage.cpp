@@ -114,6 +114,9 @@ void ListPage::select(Long key)
 
 void ListPage::enter()
 {
+    // A search may have hidden the row that was selected.
+    if (!selected() && view_.rowCount() != 0)
+        table_.selectRow(0);
     QWidget& place = pages_.currentIndex() == 0 ? static_cast<QWidget&>(table_) : direct_;
     place.setFocus(Qt::OtherFocusReason);
 }

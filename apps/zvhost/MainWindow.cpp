@@ -32,8 +32,12 @@ MainWindow::MainWindow(std::unique_ptr<Host> host)
     setCentralWidget(&parts_);
     for (QLabel* each : {&database_, &user_, &mode_})
         statusBar()->addWidget(each, each == &database_ ? 1 : 0);
-    resize(fontMetrics().averageCharWidth() * 130, fontMetrics().height() * 36);
-    parts_.setSizes({fontMetrics().averageCharWidth() * 36, fontMetrics().averageCharWidth() * 94});
+    resize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44);
+    int tree = 0;
+    for (const Node& node : nodes())
+        tree = std::max(tree, fontMetrics().horizontalAdvance(toQt(node.name)));
+    tree += fontMetrics().height() * 6;
+    parts_.setSizes({tree, width() - tree});
     tellStatus();
     go(nodes().front());
     tree_.setFocus();
@@ -118,6 +122,7 @@ void MainWindow::buildTree()
         }
         auto* item = std::make_unique<QTreeWidgetItem>(group, QStringList(toQt(node.name))).release();
         item->setData(0, Qt::UserRole, node.number);
+        item->setSizeHint(0, {0, fontMetrics().height() * 4 / 3});
     }
     tree_.expandAll();
     connect(&tree_, &QTreeWidget::currentItemChanged, this, [this] { chosen(); });

@@ -126,35 +126,6 @@ TEST_F(Schema, rows_written_by_position_find_their_columns)
     EXPECT_EQ(read(u"Select valor From tipoiva"), u"0,16|") << "kept as written";
 }
 
-TEST_F(Schema, what_others_write_needs_no_more_than_the_columns_that_are_read)
-{
-    for (const schema::Table& table : schema::tables(Database::centro)) {
-        if (table.use != schema::Use::read)
-            continue;
-        for (const schema::Column& column : table.columns()) {
-            if (column.addedByUs || column.name == table.columns().front().name)
-                continue;
-            const String insert = statement(u"Insert into {} ({}) values (1)", {table.name, column.name});
-            EXPECT_EQ(run(insert), 0) << toUtf8(insert);
-            EXPECT_EQ(run(insert), 0) << "twice: " << toUtf8(insert);
-        }
-    }
-    EXPECT_EQ(read(u"Select Count(*),Max(IDAlumno) From Alumno"), u"18|18|");
-}
-
-TEST_F(Schema, a_deleted_record_may_keep_its_key_alone)
-{
-    std::size_t count = 0;
-    for (const FoundTable& table : engineOf(u"sqlite:").tables(*school.centro)) {
-        if (table.name == u"RegistroActivo")
-            continue;
-        const auto insert = statement(u"Insert into {} ({}) values (1)", {table.name, table.columns.front()});
-        EXPECT_EQ(numberOf([&] { school.borrado->Execute(insert); }), 0) << toUtf8(table.name);
-        ++count;
-    }
-    EXPECT_EQ(engineOf(u"sqlite:").tables(*school.borrado).size(), count);
-}
-
 TEST_F(Schema, guards_and_searches_read_no_table_from_end_to_end)
 {
     std::vector<String> selects = {

@@ -39,26 +39,6 @@ protected:
 
 } // namespace
 
-TEST_F(Files, a_school_is_three_files_side_by_side)
-{
-    const std::pair<StringView, Database> files[] = {{u"colegio ñ.v2.db", Database::centro},
-                                                     {u"colegio ñ.v2.borrado.db", Database::borrado},
-                                                     {u"colegio ñ.v2.entrada.db", Database::entrada}};
-    for (const auto& [name, which] : files) {
-        engine->create(at(u"colegio ñ.v2.db"), which)->Execute(u"CREATE TABLE t (a)");
-        EXPECT_EQ(count(*engine->open(at(name), Database::centro)), 0);
-    }
-    engine->create(at(u"solo"), Database::borrado);
-    EXPECT_TRUE(fs::exists(at(u"solo.borrado")));
-    for (const auto& [name, which] : files)
-        engine->remove(at(u"colegio ñ.v2.db"), which);
-    engine->remove(at(u"solo"), Database::borrado);
-    engine->remove(at(u"solo"), Database::entrada);
-    EXPECT_TRUE(fs::is_empty(folder));
-    engine->temporary(at(u"nada"), Database::centro)->Execute(u"CREATE TABLE t (a)");
-    EXPECT_TRUE(fs::is_empty(folder));
-}
-
 TEST_F(Files, what_is_wrong_with_a_file_is_told)
 {
     const auto open = [&](StringView name) {
@@ -77,19 +57,6 @@ TEST_F(Files, what_is_wrong_with_a_file_is_told)
     EXPECT_EQ(numberOf(open(u"texto.db"), u"no es una base de datos"), failure::otherData);
     EXPECT_EQ(numberOf(create(u"texto.db"), u"ya existe"), failure::otherData);
     EXPECT_EQ(fs::file_size(at(u"texto.db")), 4096U);
-}
-
-TEST_F(Files, a_file_or_folder_without_the_right_to_write_is_told)
-{
-    made();
-    for (const fs::path& locked : {fs::path(at(u"colegio.db")), folder}) {
-        fs::permissions(locked, fs::perms::owner_write, fs::perm_options::remove);
-        std::ofstream probe(locked == folder ? folder / "probe" : locked, std::ios::app);
-        if (probe)
-            GTEST_SKIP() << "this user may write everywhere";
-        EXPECT_EQ(numberOf([&] { opened(); }, u"permiso de escritura"), failure::otherData);
-        fs::permissions(locked, fs::perms::owner_write, fs::perm_options::add);
-    }
 }
 
 TEST_F(Files, looking_changes_nothing)
@@ -199,13 +166,4 @@ TEST_F(Files, a_file_that_was_taken_away_is_a_lost_connection)
     EXPECT_EQ(numberOf([&] { here->Execute(u"Delete * From t"); }), failure::connectionLost);
     const ConnectionPtr anew = made();
     EXPECT_EQ(numberOf([&] { here->Execute(u"Select * from t"); }), failure::connectionLost);
-}
-
-TEST_F(Files, settings_make_what_returned_lasting)
-{
-    const ConnectionPtr here = made();
-    const RecordsetPtr open = here->Execute(u"Select a from t");
-    const RecordsetPtr onAnother = here->Execute(u"Select a from t");
-    EXPECT_EQ(CStr(here->executeNative(u"PRAGMA journal_mode")->row().front()), u"wal");
-    EXPECT_EQ(CLng(here->executeNative(u"PRAGMA synchronous")->row().front()), 2);
 }

@@ -198,13 +198,3 @@ TEST_F(Memory, tables_are_told_in_physical_order)
     EXPECT_EQ(tables[0].columns, (std::vector<String>{u"b", u"A", u"c"}));
     EXPECT_EQ(tables[1].columns, std::vector<String>{u"x"});
 }
-
-TEST(Engines, are_chosen_by_scheme)
-{
-    registerEngine(sqliteEngine());
-    Engine& known = engineOf(u"SQLite:a:b.db");
-    EXPECT_EQ(known.scheme(), u"sqlite");
-    EXPECT_EQ(locationOf(u"SQLite:a:b.db"), u"a:b.db");
-    for (const StringView url : {u"nada:x", u"colegio.db", u""})
-        EXPECT_EQ(numberOf([&] { engineOf(url); }, u"«sqlite:»"), failure::otherData);
-}

@@ -87,17 +87,6 @@ TEST_F(Life, each_load_starts_from_the_design)
     EXPECT_EQ(ficha.ActiveControl(), nullptr);
 }
 
-TEST_F(Life, a_control_reached_from_outside_loads_its_form)
-{
-    EXPECT_EQ(&ficha.reach(u"CMD", 1), &ficha.cmd(1));
-    EXPECT_EQ(seen(), "Load");
-    EXPECT_EQ(numberOf([&] { ficha.reach(u"cmd", 2); }), failure::memberMissing);
-    EXPECT_EQ(numberOf([&] { ficha.cmd(2); }), failure::noArrayElement);
-    EXPECT_EQ(numberOf([&] { ficha.txtNombre.SetFocus(); }), failure::invalidCall) << "not visible yet";
-    ficha.Show();
-    EXPECT_EQ(seen(), "abre:Ficha Activate txtNombre.GotFocus");
-}
-
 TEST_F(Life, a_load_that_fails_is_the_callers_and_leaves_the_form_unloaded)
 {
     ficha.when["Load"] = breaks;
@@ -174,34 +163,6 @@ TEST_F(Life, unloading_raises_no_focus_events_and_is_not_entered_twice)
     EXPECT_FALSE(acts.click(ficha.cmd(0))) << "the old control's LostFocus closed the form";
     EXPECT_EQ(seen(), "txtNombre.LostFocus Unload cierra:Ficha");
     EXPECT_FALSE(acts.close() || acts.clickBackground() || acts.focus(ficha.txtNombre));
-}
-
-TEST_F(Life, one_dialog_opens_another_and_waits_for_it)
-{
-    Ficha other(screen, u"Otra");
-    ficha.when["cmd(0).Click"] = [&](Integer*) {
-        other.Show();
-        screen.note("vuelve");
-    };
-    screen.steps = {[&] { acts.click(ficha.cmd(0)); }, [&] { Acts(other).click(other.chkUno); },
-                    [&] { Acts(other).close(); }, [&] { acts.close(); }};
-    ficha.Show();
-    EXPECT_EQ(
-        seen(),
-        "Load abre:Ficha Activate txtNombre.GotFocus txtNombre.LostFocus cmd(0).GotFocus cmd(0).Click "
-        "Load abre:Otra Activate txtNombre.GotFocus txtNombre.LostFocus chkUno.GotFocus chkUno.MouseDown "
-        "chkUno.Click Unload cierra:Otra vuelve Unload cierra:Ficha");
-}
-
-TEST_F(Life, the_screen_is_reached_through_the_desktop)
-{
-    MsgBox(u"texto", 16, u"título");
-    Beep();
-    DoEvents();
-    EXPECT_EQ(seen(), "título:16:texto bip respiro");
-    EXPECT_GT(screen.textWidth(u"ancho"), screen.textWidth(u"a"));
-    useDesktop(nullptr);
-    EXPECT_EQ(numberOf([] { Beep(); }), failure::invalidCall);
 }
 
 } // namespace

@@ -143,84 +143,6 @@ protected:
     }
 };
 
-TEST_F(Robot, acts_on_every_kind_of_control_and_tells_what_it_sees)
-{
-    const Result result = check(inDialog(R"(pulsar chk
-pulsar OPT
-ver chk.Value opt.Value lbl.Obligatorio lbl.Marca cmd(0).Default cmd(0).Value
-> chk.Value 1
-> opt.Value True
-> lbl.Obligatorio False
-> lbl.Marca ""
-> cmd(0).Default False
-> cmd(0).Value False
-elegir combo 0
-> mensaje 0 "\"\\\n" "ocho"
-elegir combo "dos"
-> mensaje 0 "\"\\\n" "dos"
-ver combo.ListIndex combo.List(0) combo.ItemData(0) combo.ListCount combo.Text
-> combo.ListIndex 1
-> combo.List(0) "ocho"
-> combo.ItemData(0) 0
-> combo.ListCount 3
-> combo.Text "dos"
-celda grid 3 1
-> mensaje 0 "\"\\\n" "celda"
-doble grid 3 1
-> mensaje 0 "\"\\\n" "celda"
-> mensaje 0 "\"\\\n" "doble"
-desplazar grid 5
-> mensaje 0 "\"\\\n" "rueda"
-ver grid.TextMatrix(3,1) grid.RowData(3) grid.ColWidth(1) grid.Row grid.Rows grid.TopRow forma.Foco
-> grid.TextMatrix(3,1) "celda"
-> grid.RowData(3) 0
-> grid.ColWidth(1) 960
-> grid.Row 3
-> grid.Rows 30
-> grid.TopRow 5
-> forma.Foco grid
-pestana strip 2
-> mensaje 0 "\"\\\n" "pestaña"
-ver strip.Tabs(2) strip.Selected(2) strip.Selected(1)
-> strip.Tabs(2) "Dos"
-> strip.Selected(2) True
-> strip.Selected(1) False
-escribir txt(1) "ab"
-ver txt(0).Text txt(1).Text
-> txt(0).Text "t"
-> txt(1).Text "ab"
-fondo
-> mensaje 0 "\"\\\n" "fondo"
-pulsar cmd(0)
-> error 13
-ver forma.Enabled
-> forma.Enabled True
-pulsar cmd(1)
-> muestra frmIdioma "Nuevo Idioma"
-pulsar cmdIdioma(1)
-> cierra frmIdioma
-> mensaje 0 "\"\\\n" "vuelve"
-traza todo
-pulsar cmd(2)
-> api agregarelementovacio combo
-> api incluirpersonalenactividad 1,2,3 1
-> api Comprobar_BotonesAccesoRapido frmTurno 0
-> api IDMax Ninguna ID
-> error -2147217865
-pulsar cmd(3)
-> api Nada a\nb True
-> error 438
-tecla txt(0) TAB
-pulsar cmd(4)
-> sql SELECT 1\r\nAS Uno
-eliminar 53 1
-> error 6)") + "abrir 53 9 1\n> error 11\nver forma.Visible\n> forma.Visible False\n"
-               "mostrar FRMturno 1 0\n> muestra frmTurno \"\"\npulsar cmd(5)\nver forma.Name\n> forma.Name "
-               "\"frmTurno\"\n");
-    EXPECT_EQ(result.out, "1 passed, 0 failed\n");
-    EXPECT_EQ(result.code, 0) << result.err;
-}
-
 TEST_F(Robot, a_mistake_is_told_with_line_and_reason)
 {
     struct Mistake {
@@ -412,20 +334,6 @@ TEST_F(Robot, survives_any_bytes)
         ASSERT_TRUE(result.code >= 0 && result.code <= 2) << text;
         ASSERT_EQ(result.code == 2, !result.err.empty()) << text;
     }
-}
-
-TEST(ValueText, shows_every_kind_of_value)
-{
-    struct Shown {
-        Value value;
-        StringView text;
-    };
-    for (const Shown& each :
-         {Shown{Null(), u"NULL"}, Shown{true, u"True"}, Shown{Byte{255}, u"255"}, Shown{Integer{-7}, u"-7"},
-          Shown{Single{0.1F}, u"0.1"}, Shown{Double{-0.0}, u"0"}, Shown{Double{1234567.5}, u"1234567.5"},
-          Shown{Currency{-12500}, u"-1.25"}, Shown{Currency{30000}, u"3"},
-          Shown{u"\"\\\r\n\tñ", u"\"\\\"\\\\\\r\\n\\tñ\""}, Shown{ObjectPtr(), u"Nothing"}})
-        EXPECT_EQ(toUtf8(valueText(each.value)), toUtf8(each.text));
 }
 
 } // namespace

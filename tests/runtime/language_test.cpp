@@ -103,63 +103,6 @@ TEST(ResumeNextMode, a_condition_that_fails_runs_the_branch)
     EXPECT_THROW(next([] { throw std::bad_alloc(); }), std::bad_alloc) << "only failures of the language";
 }
 
-TEST(LateBound, members_are_reached_by_name)
-{
-    const auto cuenta = std::make_shared<Cuenta>();
-    const ObjectPtr object = cuenta;
-    let(object, u"SALDO", u"17");
-    EXPECT_EQ(CLng(get(*object, u"saldo")), 17);
-    EXPECT_EQ(CStr(call(object, u"nombre")), u"Caja");
-    let(*object, u"clave", Long{23});
-    Arguments byReference{Long{10}, Null{}};
-    EXPECT_EQ(CLng(callByReference(object, u"partir", byReference)), 2);
-    EXPECT_EQ(CLng(byReference[1]), 3);
-    EXPECT_EQ(CLng(get(object, u"Partir", {Long{5}, Null{}})), 4);
-    EXPECT_EQ(CLng(call(*object, u"Partir", {Long{4}, Null{}})), 5);
-
-    Arguments none;
-    for (const auto& [number, act] : std::initializer_list<std::pair<std::int32_t, std::function<void()>>>{
-             {438, [&] { get(object, u"Sald"); }},
-             {438, [&] { call(object, u"Saldos"); }},
-             {438, [&] { let(object, u"Otro", Long{1}); }},
-             {438, [&] { let(object, u"Partir", Long{1}); }},
-             {438, [&] { get(object, u"Clave"); }},
-             {383, [&] { let(object, u"Nombre", u"x"); }},
-             {450, [&] { call(object, u"Partir"); }},
-             {450, [&] { object->invoke(u"Saldo", Access::let, none); }},
-             {13, [&] { let(object, u"Saldo", u"x"); }},
-             {91, [] { get(ObjectPtr{}, u"Saldo"); }},
-             {91, [] { let(ObjectPtr{}, u"Saldo", Long{1}); }},
-             {91, [] { call(ObjectPtr{}, u"Partir"); }},
-             {91, [&] { callByReference({}, u"Partir", none); }}})
-        EXPECT_EQ(numberOf(act), number);
-    EXPECT_EQ(cuenta->saldo, 23) << "a failed assignment leaves what was held";
-}
-
-TEST(LateBound, an_uncounted_reference_reaches_but_never_owns)
-{
-    Cuenta cuenta;
-    {
-        const ObjectPtr object = uncounted(cuenta);
-        ASSERT_TRUE(object);
-        let(object, u"Saldo", Long{5});
-    }
-    EXPECT_EQ(cuenta.saldo, 5);
-}
-
-TEST(LateBound, a_bag_has_the_members_put_into_it)
-{
-    PropertyBag bag(u"Sesion");
-    bag.add(u"Accion", Long{1});
-    let(bag, u"ACCION", Long{2});
-    EXPECT_EQ(CLng(get(bag, u"accion")), 2);
-    EXPECT_EQ(numberOf([&] { let(bag, u"lngRowData", Long{1}); }, u"lngRowData"), 438);
-    EXPECT_EQ(numberOf([&] { get(bag, u"Accion", {Long{1}}); }), 450);
-    bag.remove(u"acciON");
-    EXPECT_FALSE(bag.has(u"Accion"));
-    EXPECT_EQ(numberOf([&] { get(bag, u"Accion"); }), 438);
-}
-
 TEST(Classes, the_host_wins_and_names_regard_no_case)
 {
     const auto made = [](StringView name) {
@@ -180,30 +123,6 @@ TEST(Classes, the_host_wins_and_names_regard_no_case)
     EXPECT_FALSE(registeredClass(u"Prueba.cUno"));
 }
 
-TEST(Collections, keep_order_and_keys)
-{
-    Collection<String> sucursales;
-    sucursales.Add(u"uno", u"K1");
-    sucursales.Add(u"dos");
-    sucursales.Add(u"tres", u"K3");
-    sucursales.Add(u"cuatro");
-    sucursales.Remove(u"k1");
-    EXPECT_EQ(sucursales.Item(u"k3"), u"tres");
-    sucursales.Item(2) += u"!";
-    String all;
-    for (const String& item : sucursales)
-        all += item;
-    EXPECT_EQ(all, u"dostres!cuatro");
-    EXPECT_EQ(numberOf([&] { sucursales.Item(u"K1"); }), 5);
-    EXPECT_EQ(numberOf([&] { sucursales.Remove(u"K9"); }), 5);
-    EXPECT_EQ(numberOf([&] { sucursales.Add(u"otro", u"k3"); }), 457);
-    EXPECT_EQ(numberOf([&] { sucursales.Item(0); }), 9);
-    EXPECT_EQ(numberOf([&] { sucursales.Item(4); }), 9);
-    EXPECT_EQ(sucursales.Count(), 3U) << "a refused key adds nothing";
-    sucursales.Add(u"uno", u"K1");
-    EXPECT_EQ(sucursales.Item(4), u"uno") << "a freed key can be taken again";
-}
-
 namespace {
 
 std::string ended;
@@ -220,23 +139,3 @@ struct Younger {
 };
 
 } // namespace
-
-TEST(Singles, live_from_first_use_until_the_reset)
-{
-    resetSingles();
-    EXPECT_FALSE(hasSingle<Older>());
-    Older& older = single<Older>();
-    EXPECT_EQ(&single<Older>(), &older);
-    single<Younger>();
-    resetSingles();
-    EXPECT_EQ(ended, "younger older ") << "the youngest ends first";
-    EXPECT_FALSE(hasSingle<Older>());
-
-    ended.clear();
-    onReset([] { single<Younger>(); });
-    onReset([] { singleSlot<Older>().reset(); });
-    single<Older>();
-    resetSingles();
-    EXPECT_EQ(ended, "older younger older ") << "what an undoing creates ends too";
-    EXPECT_FALSE(hasSingle<Younger>());
-}

@@ -146,21 +146,5 @@ TEST(BloquearControles, disables_what_changes_data_and_turns_the_buttons)
     EXPECT_EQ(text(controls[1], u"Tag"), u"335");
 }
 
-TEST(BloquearControles, modify_stands_where_delete_stood_whichever_comes_first)
-{
-    for (const bool modifyFirst : {true, false}) {
-        const ObjectPtr modify = button(u"337", u"Modificar", 100, 200);
-        const ObjectPtr remove = button(u"338", u"Eliminar", 1500, 2500);
-        BloquearControles(
-            *fakeForm(u"", modifyFirst ? std::vector{modify, remove} : std::vector{remove, modify}), false);
-        EXPECT_EQ(state(modify), u"339");
-        EXPECT_EQ(text(modify, u"Left") + u" " + text(modify, u"Top"), u"1500 2500");
-    }
-    const ObjectPtr alone = button(u"337", u"Modificar", 100, 200);
-    const ObjectPtr atTheEdge = button(u"338", u"Eliminar", 0, 2500);
-    BloquearControles(*fakeForm(u"", {atTheEdge, alone}), false);
-    EXPECT_EQ(text(alone, u"Left") + u" " + text(alone, u"Top"), u"100 200");
-}
-
 } // namespace
 } // namespace zv

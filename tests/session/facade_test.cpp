@@ -67,39 +67,6 @@ protected:
     cAsignarDatos facade;
 };
 
-TEST_F(Facade, opens_the_dialog_of_a_number_and_nothing_for_the_rest)
-{
-    for (const Byte silent :
-         {Byte{0}, Byte{1}, Byte{11}, Byte{49}, cNombreNodo::Papelera, cNombreNodo::RespInfInd, Byte{255}})
-        facade.ActivarFormulario(silent);
-    EXPECT_TRUE(desktop.shown.empty());
-    for (const Byte node : {Byte{65}, Byte{69}, Byte{30}, Byte{122}, Byte{130}, Byte{53}})
-        facade.ActivarFormulario(node);
-    EXPECT_EQ(desktop.shown,
-              (std::vector<String>{u"frmEstadoCivil", u"frmRespInfInd", u"frmBanco", u"frmConsejoOrientador1",
-                                   u"frmInformeIndividual", u"frmTurno"}));
-    EXPECT_TRUE(asked.empty());
-}
-
-TEST_F(Facade, asks_the_guard_without_loading_the_dialog)
-{
-    for (const Byte node : {Byte{0}, Byte{65}, Byte{69}, Byte{30}, Byte{53}})
-        EXPECT_TRUE(facade.Eliminar(node));
-    EXPECT_EQ(asked, (std::vector<String>{u"frmTipoTarea", u"frmEstadoCivil", u"frmRespInfInd", u"frmBanco",
-                                          u"frmTurno"}));
-    EXPECT_EQ(forms[0]->gstrNomNodo(), u"strNodoSeleccionado");
-    for (const auto& form : forms)
-        EXPECT_FALSE(form->loaded());
-    answer = false;
-    EXPECT_FALSE(facade.Eliminar(65));
-    answer = true;
-    asked.clear();
-    for (const Byte node : {cNombreNodo::NotaConsejoOrientador, cNombreNodo::InfIndiv,
-                            cNombreNodo::RespInfInd, Byte{11}, Byte{54}})
-        EXPECT_FALSE(facade.Eliminar(node));
-    EXPECT_TRUE(asked.empty());
-}
-
 TEST_F(Facade, every_dialog_with_a_node_is_in_one_of_its_tables)
 {
     const auto missing = [](auto&& operation) {
@@ -118,17 +85,6 @@ TEST_F(Facade, every_dialog_with_a_node_is_in_one_of_its_tables)
                   static_cast<int>(desktop.shown.size()),
               31);
     EXPECT_EQ(missing([&](Byte node) { facade.Eliminar(node); }) + static_cast<int>(asked.size()), 30);
-}
-
-TEST_F(Facade, a_bank_opens_for_its_branches_with_its_own_fields_locked)
-{
-    facade.BloquearBanco();
-    FakeDialog& banco = *forms[0];
-    EXPECT_TRUE(banco.loaded());
-    EXPECT_FALSE(banco.Visible());
-    EXPECT_FALSE(banco.fraBanco(0).Enabled());
-    EXPECT_TRUE(banco.fraBanco(1).Enabled());
-    EXPECT_EQ(banco.mstBanco.SelectedItem().Index(), 2);
 }
 
 class FakeConnection final : public Connection {

@@ -287,32 +287,6 @@ TEST_F(HelperObject, denies_a_profile_its_quick_access_buttons)
               failure::tableMissing);
 }
 
-TEST_F(HelperObject, adds_an_entry_that_stands_for_no_choice)
-{
-    form.cboProvincia.AddItem(u"Soria");
-    form.cboProvincia.setItemData(0, 42);
-    api.agregarelementovacio(form.cboProvincia);
-    EXPECT_EQ(form.cboProvincia.ListCount(), 2);
-    EXPECT_EQ(form.cboProvincia.List(1), u"");
-    EXPECT_EQ(form.cboProvincia.ItemData(1), 0);
-    EXPECT_EQ(form.cboProvincia.ItemData(0), 42);
-}
-
-TEST_F(HelperObject, is_reached_by_name_in_the_order_that_the_suite_knows)
-{
-    const auto centro = database({u"CREATE TABLE Pais (IDPais INTEGER)"});
-    EXPECT_EQ(CLng(api.IDMax(centro, centro, u"Pais", u"IDPais")), 1);
-    EXPECT_FALSE(api.registroactivo(centro, u"frmPais", 70000, 7));
-    EXPECT_TRUE(api.registroactivo(centro, u"frmPais", 70000, 8));
-    ASSERT_EQ(registrations(*centro).size(), 1U);
-    EXPECT_EQ(registrations(*centro)[0].station, thisStation().identity);
-    EXPECT_FALSE(registrations(*centro)[0].gone);
-    api.EliminarRegistroActivo(centro, u"frmPais", 70000);
-    EXPECT_TRUE(registrations(*centro).empty());
-    EXPECT_EQ(numberOf([&] { cCentroApi().ComprobarComilla(form.Controls); }), failure::noObject);
-    EXPECT_EQ(numberOf([] { cCentroApi::create(u"ZVApi.cNoExiste"); }), failure::classMissing);
-}
-
 TEST_F(HelperObject, refuses_what_it_cannot_use)
 {
     const auto centro = database();

@@ -1,0 +1,277 @@
+#include "data/Schools.h"
+#include "data/sqlite/SqliteEngine.h"
+#include "module/Module.h"
+#include "qt/QtDesktop.h"
+#include "qt/QtText.h"
+#include "qt/Screen.h"
+#include "runtime/Single.h"
+#include "suite/Registrations.h"
+#include "suite/sodium/EncryptoApi.h"
+#include "zvhost/Deletion.h"
+#include "zvhost/MainWindow.h"
+#include "zvhost/Start.h"
+#include "zvhost/Widgets.h"
+
+#include <QAbstractButton>
+#include <QMessageBox>
+#include <QPointer>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTest>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+
+namespace zv::host {
+
+using testing::HasSubstr;
+
+/// The host's window on a sample school, and a person who has only the keyboard.
+struct HostTest : testing::Test {
+    QtDesktop screen;
+    School school;
+    std::unique_ptr<MainWindow> window;
+    static inline QWidget* home = nullptr;
+
+    HostTest()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        registerEngine(sqliteEngine());
+        registerCipher([key = CipherKey::random()](bool) { return key; });
+        installModule();
+        useDesktop(&screen);
+        school = temporarySchool();
+        fillSample(school);
+        window = std::make_unique<MainWindow>(std::make_unique<Host>(u"sqlite:colegio.db", school));
+        home = window.get();
+        window->show();
+        window->activateWindow();
+        QApplication::processEvents();
+    }
+    ~HostTest() override
+    {
+        window.reset();
+        resetSingles();
+        useDesktop(nullptr);
+    }
+
+    static void key(int key, Qt::KeyboardModifiers with = {})
+    {
+        QTest::keyClick(place(), Qt::Key(key), with);
+    }
+    static void type(const char* text)
+    {
+        for (const QChar each : QString::fromUtf8(text))
+            QTest::keyClicks(place(), each);
+    }
+    static QWidget* place()
+    {
+        QWidget* front = QApplication::activeModalWidget();
+        if (front == nullptr) {
+            // A window manager would do it.
+            front = home;
+            if (!home->isActiveWindow()) {
+                home->activateWindow();
+                EXPECT_TRUE(QTest::qWaitForWindowActive(home));
+            }
+        }
+        QWidget* focus = front->focusWidget();
+        return focus == nullptr ? front : focus;
+    }
+    /// What a person does in the window that opens next; it has to be closed then.
+    static void then(const std::function<void()>& acts)
+    {
+        place();
+        QTimer::singleShot(0, [acts] {
+            ASSERT_TRUE(QTest::qWaitFor([] {
+                QWidget* modal = QApplication::activeModalWidget();
+                if (modal == nullptr)
+                    return false;
+                modal->activateWindow();
+                return modal->isActiveWindow();
+            }));
+            const QPointer<QWidget> modal = QApplication::activeModalWidget();
+            acts();
+            if (modal != nullptr && modal->isVisible()) {
+                ADD_FAILURE() << modal->objectName().toStdString() << " is still open";
+                modal->close();
+            }
+        });
+    }
+    std::string asked;
+    /// Notes what the message box says before its button is pressed.
+    void read()
+    {
+        const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        asked = box == nullptr ? "" : box->text().toStdString();
+    }
+    std::string one(StringView query)
+    {
+        const RecordsetPtr rows = school.centro->Execute(query);
+        return rows->Eof() ? "" : toUtf8(String() + rows->row().front());
+    }
+};
+
+TEST_F(HostTest, a_day_by_keyboard_alone)
+{
+    key(Qt::Key_Return);
+    EXPECT_EQ(place()->objectName(), "lista");
+
+    then([] {
+        type("Conviviente");
+        key(Qt::Key_Return);
+    });
+    key(Qt::Key_N, Qt::ControlModifier);
+    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente'"), "1");
+
+    // The new row is the selected one; its text is selected when the dialog opens.
+    then([] {
+        type("Conviviente legal");
+        key(Qt::Key_Return);
+    });
+    key(Qt::Key_Return);
+    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "1");
+
+    type("casado");
+    EXPECT_EQ(place()->objectName(), "buscar");
+    key(Qt::Key_Return);
+    then([this] {
+        read();
+        key(Qt::Key_Return);
+    });
+    key(Qt::Key_Delete);
+    EXPECT_THAT(asked, HasSubstr("no se puede eliminar"));
+    EXPECT_THAT(asked,
+                HasSubstr("Miembros del personal: " +
+                          one(u"SELECT COUNT(*) FROM Personal WHERE CodEstadoCivil=(SELECT IDEstadoCivil "
+                              u"FROM EstadoCivil WHERE Descripcion='Casado/a')")));
+
+    key(Qt::Key_F, Qt::ControlModifier);
+    key(Qt::Key_A, Qt::ControlModifier);
+    type("LEGÁL convi");
+    key(Qt::Key_Return);
+    const auto remove = [this](const std::function<void()>& answer) {
+        then([this, answer] {
+            read();
+            answer();
+        });
+        key(Qt::Key_Delete);
+    };
+    // Enter alone deletes nothing.
+    remove([] { key(Qt::Key_Return); });
+    EXPECT_THAT(asked, HasSubstr("Conviviente legal"));
+    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "1");
+    remove([] {
+        key(Qt::Key_Tab);
+        key(Qt::Key_Return);
+    });
+    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "0");
+
+    then([] {
+        const auto* bin = qobject_cast<QTableView*>(place());
+        for (int row = 0; row < 9 && bin->currentIndex().siblingAtColumn(1).data() != "Conviviente legal";
+             ++row)
+            key(Qt::Key_Down);
+        key(Qt::Key_Tab);
+        key(Qt::Key_Space);
+        key(Qt::Key_Escape);
+    });
+    key(Qt::Key_R, Qt::ControlModifier);
+    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "1");
+}
+
+TEST_F(HostTest, a_bank_goes_and_comes_with_its_branches)
+{
+    school.centro->Execute(u"INSERT INTO Banco (IDBanco,Nombre,Numero) VALUES (900,'D''Or','9000')");
+    school.centro->Execute(
+        u"INSERT INTO Sucursal (IDSucursal,CodBanco,Codigo,Nombre) VALUES (901,900,'0001','Uno')");
+    school.centro->Execute(
+        u"INSERT INTO Sucursal (IDSucursal,CodBanco,Codigo,Nombre) VALUES (902,900,'0002','Dos')");
+    school.borrado->Execute(u"INSERT INTO Sucursal (IDSucursal) VALUES (901)");
+    moveToDeleted(school, u"Banco", 900);
+    EXPECT_EQ(one(u"SELECT COUNT(*) FROM Sucursal WHERE CodBanco=900"), "0");
+    const auto gone = testing::Contains(testing::Field(&DeletedRow::name, u"D'Or"));
+    EXPECT_THAT(deletedRows(*school.borrado), gone);
+
+    school.centro->Execute(u"INSERT INTO Sucursal (IDSucursal,CodBanco) VALUES (902,1)");
+    EXPECT_THROW(restore(school, u"Banco", 900), RuntimeError);
+    EXPECT_EQ(one(u"SELECT COUNT(*) FROM Banco WHERE IDBanco=900"), "0");
+    school.centro->Execute(u"DELETE FROM Sucursal WHERE IDSucursal=902");
+    restore(school, u"Banco", 900);
+    EXPECT_EQ(one(u"SELECT Nombre FROM Sucursal WHERE IDSucursal=902"), "Dos");
+    EXPECT_THAT(deletedRows(*school.borrado), testing::Not(gone));
+
+    // Whoever names a branch holds its bank.
+    school.centro->Execute(u"INSERT INTO Cuenta (codSucursal,Numero) VALUES (902,'12')");
+    const std::vector<Referrer> who = referrers(*school.centro, u"Banco", 900);
+    ASSERT_EQ(who.size(), 1U);
+    EXPECT_EQ(who.front().table, u"Cuenta");
+    EXPECT_THAT(who.front().examples, testing::ElementsAre(u"12"));
+}
+
+TEST_F(HostTest, commands_follow_node_row_and_session)
+{
+    const auto enabled = [&](const char* name) {
+        const QAction* action = window->findChild<QAction*>(QString::fromLatin1(name));
+        return action->isVisible() && action->isEnabled();
+    };
+    window->go(*nodeOf(u"frmEmisor"));
+    EXPECT_TRUE(enabled("ordenante"));
+    EXPECT_FALSE(enabled("sucursales"));
+    window->go(*nodeOf(u"frmBanco"));
+    EXPECT_TRUE(enabled("sucursales"));
+    Choices choices = window->host().choices();
+    choices.readOnly = true;
+    window->host().choose(choices);
+    window->go(*nodeOf(u"frmPais"));
+    EXPECT_FALSE(enabled("nuevo") || enabled("eliminar"));
+    EXPECT_TRUE(enabled("modificar"));
+    window->go(*nodeOf(u"frmInformeIndividual"));
+    EXPECT_FALSE(enabled("actualizar"));
+    // A profile comes with its user.
+    EXPECT_FALSE(window->host().users().empty());
+}
+
+TEST_F(HostTest, a_row_that_another_station_has_open_stays)
+{
+    school.centro->Execute(
+        u"INSERT INTO RegistroActivo VALUES ('frmEstadoCivil',1,7,'otra 1 1','2026-01-02 08:00:00')");
+    window->findChild<QWidget*>(QStringLiteral("lista"))->setFocus();
+    type(one(u"SELECT Descripcion FROM EstadoCivil WHERE IDEstadoCivil=1").c_str());
+    key(Qt::Key_Return);
+    then([this] {
+        read();
+        key(Qt::Key_Return);
+    });
+    key(Qt::Key_Delete);
+    EXPECT_THAT(asked, HasSubstr("usuario 7"));
+}
+
+TEST_F(HostTest, lists_sort_numbers_find_words_and_export)
+{
+    constexpr ListColumn columns[] = {{u"Nombre"}, {u"Valor"}};
+    RowsModel model;
+    model.show(columns, {{1, {Value(u"=uno;\"a\""), Value(u"10,5")}}, {2, {Value(u"Álava"), Value(u"9")}}});
+    RowsView view;
+    view.setSourceModel(&model);
+    view.sort(1);
+    EXPECT_EQ(view.csv(), "\xEF\xBB\xBFNombre;Valor\r\nÁlava;9\r\n\"'=uno;\"\"a\"\"\";10,5\r\n");
+    view.search(QStringLiteral("ALA"));
+    EXPECT_EQ(view.rowCount(), 1);
+}
+
+TEST_F(HostTest, a_school_that_lacks_something_is_refused)
+{
+    const QString file =
+        QDir::temp().filePath(QStringLiteral("zv-host-%1.db").arg(QCoreApplication::applicationPid()));
+    const String url = u"sqlite:" + fromQt(file);
+    createSchool(url);
+    EXPECT_NO_THROW(openHost(url));
+    openSchool(url).centro->executeNative(u"DROP TABLE Turno");
+    // Its failure comes back from beside the screen.
+    EXPECT_THROW(withProgress(nullptr, QString(), [&] { openHost(url); }), RuntimeError);
+    for (const char* end : {".db", ".borrado.db", ".entrada.db"})
+        QFile::remove(QString(file).replace(QStringLiteral(".db"), QString::fromLatin1(end)));
+}
+
+} // namespace zv::host
