@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QApplication>
+#include <QEvent>
+#include <QTimer>
+#include <QWidget>
+
+#include <chrono>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+namespace zv::bench {
+
+inline long long nowMicroseconds()
+{
+    return std::chrono::duration_cast<std::chrono::microseconds>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+/// Waits until a window has been painted, says how long that took since `start` (microseconds of the steady
+/// clock) and the peak memory of the process (kB), and ends the program.
+class FirstPaint final : public QObject {
+public:
+    FirstPaint(QWidget& window, long long start) : start_(start)
+    {
+        window.installEventFilter(this);
+        window.show();
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            QTimer::singleShot(0, [this] { tell(); });
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void tell() const
+    {
+        const long long took = nowMicroseconds() - start_;
+        std::ifstream status("/proc/self/status");
+        std::string word;
+        while (status >> word && word != "VmHWM:") {
+        }
+        long memory = 0;
+        status >> memory;
+        std::cout << took << ' ' << memory << '\n';
+        QApplication::quit();
+    }
+    long long start_;
+};
+
+} // namespace zv::bench
