@@ -186,15 +186,3 @@ TEST_F(Memory, open_rows_stay_what_they_were)
     engine.reset();
     EXPECT_TRUE(rows->Eof());
 }
-
-TEST_F(Memory, tables_are_told_in_physical_order)
-{
-    base->Execute(u"CREATE TABLE Zeta (b TEXT, A INTEGER PRIMARY KEY, c)");
-    base->Execute(u"CREATE TABLE alfa (x)");
-    base->Execute(u"CREATE INDEX i ON Zeta (c)");
-    const std::vector<FoundTable> tables = engine->tables(*base);
-    ASSERT_EQ(tables.size(), 2U);
-    EXPECT_EQ(tables[0].name, u"Zeta");
-    EXPECT_EQ(tables[0].columns, (std::vector<String>{u"b", u"A", u"c"}));
-    EXPECT_EQ(tables[1].columns, std::vector<String>{u"x"});
-}

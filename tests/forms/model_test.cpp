@@ -164,5 +164,18 @@ TEST_F(Model, everything_is_reached_by_name)
     EXPECT_EQ(seen(), "Load abre:Ficha Activate txtNombre.GotFocus txtNombre.LostFocus chkUno.GotFocus");
 }
 
+TEST(Pictures, are_known_by_their_first_bytes)
+{
+    const auto path = (std::filesystem::temp_directory_path() / "zv_imágen_ñ.ico").u16string();
+    for (const std::string& bytes :
+         {std::string("\0\0\1\0\1", 5), std::string("BM123"), std::string("GIF89a"), std::string("hola"),
+          std::string(), std::string("\0\0\1", 3)}) {
+        std::ofstream(std::filesystem::path(path), std::ios::binary) << bytes;
+        EXPECT_EQ(numberOf([&] { LoadPicture(path); }), bytes.size() > 4 ? 0 : failure::noPicture) << bytes;
+    }
+    std::filesystem::remove(path);
+    EXPECT_EQ(numberOf([&] { LoadPicture(path); }), failure::fileMissing);
+}
+
 } // namespace
 } // namespace zv::test

@@ -5,10 +5,8 @@
 #include "module/Module.h"
 #include "robot/PlayGuiones.h"
 #include "robot/ScriptedStage.h"
-#include "robot/ValueText.h"
-#include "services/cCentroApi.h"
+#include "runtime/Single.h"
 #include "session/DialogDirectory.h"
-#include "session/cConfiguracion.h"
 
 #include <gmock/gmock.h>
 
@@ -22,25 +20,14 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// A dialog with a control of each kind. Its buttons do what dialogs do; it stands in the place of a real
-/// one.
+/// A dialog with a control of each kind, in the place of a real one.
 class frmPrueba final : public Form {
 public:
     frmPrueba() : Form(u"frmTurno")
     {
         grid.Rows = 30;
-        grid.Height = 2400;
-        grid.setTextMatrix(3, 1, u"celda");
         strip.addTab(u"Uno");
         strip.addTab(u"Dos");
-        for (TextBox& each : txt)
-            each.Text = String(u"t");
-        grid.Click.bind([this] { told(grid.TextMatrix(grid.Row, grid.Col)); });
-        grid.DblClick.bind([] { told(u"doble"); });
-        grid.Scroll.bind([] { told(u"rueda"); });
-        strip.Click.bind([] { told(u"pestaña"); });
-        combo.Click.bind([this] { told(combo.Text()); });
-        on(cmd, &CommandButton::Click, &frmPrueba::cmd_Click);
     }
     ControlArray<TextBox, 2> txt{*this, u"txt"};
     Label lbl{*this, u"lbl"};
@@ -52,44 +39,10 @@ public:
     ControlArray<CommandButton, 6> cmd{*this, u"cmd"};
 
 private:
-    static void told(StringView what) { MsgBox(what, 0, u"\"\\\n"); }
     void Form_Load() override
     {
         for (const StringView each : {u"ocho", u"dos", u"dos"})
             combo.AddItem(each);
-        grid.setTextMatrix(3, 1, u"celda");
-        if (Configuracion().bytAccion == 9)
-            fail(failure::divisionByZero);
-    }
-    void Form_Click() override { told(u"fondo"); }
-    void cmd_Click(int Index)
-    {
-        const cConfiguracion& session = Configuracion();
-        const cCentroApi api = cCentroApi::create();
-        switch (Index) {
-        case 0:
-            Enabled = false;
-            fail(failure::typeMismatch);
-        case 1:
-            dialogs().find(u"frmIdioma").instance().Show();
-            return told(u"vuelve");
-        case 2:
-            api.agregarelementovacio(combo);
-            api.incluirpersonalenactividad(session.conLocalCentro, session.conLocalBorradoCentro,
-                                           std::make_shared<std::vector<Long>>(std::vector<Long>{1, 2, 3}),
-                                           1);
-            api.Comprobar_BotonesAccesoRapido(*this, session.conLocalAppEntrada, 0);
-            api.IDMax(session.conLocalCentro, session.conLocalBorradoCentro, u"Ninguna", u"ID");
-            return;
-        case 3:
-            call(CreateObject(u"ZVApi.cCentroApi"), u"Nada", {u"a\nb", true});
-            return;
-        case 4:
-            session.conLocalCentro->Execute(u"SELECT 1\r\nAS Uno");
-            return SendKeys(u"zz");
-        default:
-            Hide();
-        }
     }
 };
 
@@ -107,7 +60,7 @@ protected:
         registerEngine(sqliteEngine());
         installModule();
         dialogs().add(u"frmTurno", {.instance = []() -> Form& { return single<frmPrueba>(); },
-                                    .ComprobarEliminacion = []() -> bool { fail(failure::overflow); }});
+                                    .ComprobarEliminacion = {}});
     }
     ~Robot() override { std::filesystem::remove(path()); }
 

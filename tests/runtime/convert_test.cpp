@@ -118,3 +118,12 @@ TEST_F(Conversions, the_number_at_the_start_of_a_text)
           {u"29001", u" 12 3 abc", u"-1.5e1x", u"7,5", u"12e", u".5", u"", u"abc", u"-", u"7-", u"1e999"},
           "29001 | 123 | -15 | 7 | 12 | 0,5 | 0 | 0 | 0 | 7 | !6");
 }
+
+TEST(Regions, are_spanish_unless_the_locale_says_otherwise)
+{
+    for (const char* name :
+         {"", "C", "POSIX", "C.UTF-8", "es_ES.UTF-8", "ca_ES", "es_ES@euro", "es", "fr_FR", "xx"})
+        EXPECT_EQ(regionOfLocale(name), spanishRegion) << name;
+    for (const char* name : {"en", "en_GB.UTF-8", "es_US@x", "es_MX.UTF-8", "ja_JP"})
+        EXPECT_EQ(regionOfLocale(name), pointRegion) << name;
+}

@@ -1,4 +1,3 @@
-#include "runtime/Collection.h"
 #include "runtime/CreateObject.h"
 #include "runtime/PropertyBag.h"
 #include "runtime/Single.h"
@@ -6,33 +5,6 @@
 #include "data/NumberOf.h"
 
 using namespace zv;
-
-namespace {
-
-/// A late-bound object with each kind of member.
-class Cuenta final : public Object {
-public:
-    Long saldo = 0;
-    StringView TypeName() const override { return u"Cuenta"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override
-    {
-        static const auto members =
-            MemberTable<Cuenta>()
-                .field(u"Saldo", &Cuenta::saldo, CLng)
-                .property(u"Nombre", [](Cuenta&, const Arguments&) { return Value(u"Caja"); })
-                .property(u"Clave", nullptr,
-                          [](Cuenta& self, const Arguments& a) { self.saldo = CLng(a.back()); })
-                .method(u"Partir", [](Cuenta& self, Arguments& a) {
-                    if (a.size() != 2)
-                        fail(failure::argumentCount, u"Partir");
-                    a[1] = Long{self.saldo % CLng(a[0])};
-                    return Value(self.saldo / CLng(a[0]));
-                });
-        return members.invoke(*this, member, access, arguments);
-    }
-};
-
-} // namespace
 
 TEST(Failures, say_in_spanish_what_happened)
 {
@@ -139,3 +111,23 @@ struct Younger {
 };
 
 } // namespace
+
+TEST(Singles, live_from_first_use_until_the_reset)
+{
+    resetSingles();
+    EXPECT_FALSE(hasSingle<Older>());
+    Older& older = single<Older>();
+    EXPECT_EQ(&single<Older>(), &older);
+    single<Younger>();
+    resetSingles();
+    EXPECT_EQ(ended, "younger older ") << "the youngest ends first";
+    EXPECT_FALSE(hasSingle<Older>());
+
+    ended.clear();
+    onReset([] { single<Younger>(); });
+    onReset([] { singleSlot<Older>().reset(); });
+    single<Older>();
+    resetSingles();
+    EXPECT_EQ(ended, "older younger older ") << "what an undoing creates ends too";
+    EXPECT_FALSE(hasSingle<Younger>());
+}

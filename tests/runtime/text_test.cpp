@@ -55,3 +55,13 @@ TEST(Names, match_without_regard_to_ascii_case)
     EXPECT_EQ(std::vector<String>(names.begin(), names.end()),
               (std::vector<String>{u"a", u"A_", u"aB", u"AZ", u"b", u"Ñ", u"ñ"}));
 }
+
+TEST(Texts, refuse_bytes_that_are_no_utf8)
+{
+    for (const char* bytes : {"\x80", "a\xC3", "\xE2\x82", "\xF0\x9F\x98", "\xC3(", "\xE2\x82(", "\xC0\x80",
+                              "\xC1\xBF", "\xE0\x9F\xBF", "\xF0\x8F\xBF\xBF", "\xED\xA0\x80", "\xED\xBF\xBF",
+                              "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF", "\xC3\xB1\xB1"})
+        EXPECT_THROW(fromUtf8(bytes), std::invalid_argument) << testing::PrintToString(std::string(bytes));
+    EXPECT_THROW(fromUtf8(std::string_view("\xC3\xB1", 1)), std::invalid_argument);
+    EXPECT_EQ(fromUtf8(std::string_view("a\0b", 3)), String(u"a\0b", 3));
+}

@@ -1,8 +1,6 @@
 #include "data/NumberOf.h"
-#include "forms/Controls.h"
 #include "forms/Desktop.h"
 #include "forms/Form.h"
-#include "forms/TabStrip.h"
 #include "session/App.h"
 #include "session/DialogDirectory.h"
 #include "session/HostSession.h"
@@ -33,13 +31,7 @@ public:
 
 class FakeDialog final : public Form {
 public:
-    explicit FakeDialog(StringView name) : Form(name)
-    {
-        mstBanco.addTab(u"Datos Generales");
-        mstBanco.addTab(u"Sucursales");
-    }
-    ControlArray<Frame, 2> fraBanco{*this, u"fraBanco"};
-    TabStrip mstBanco{*this, u"mstBanco"};
+    explicit FakeDialog(StringView name) : Form(name) {}
     Property<String> gstrNomNodo{*this, u"gstrNomNodo"};
 };
 
@@ -54,7 +46,7 @@ protected:
                                  .ComprobarEliminacion =
                                      [this, &dialog] {
                                          asked.push_back(dialog.Name());
-                                         return answer;
+                                         return true;
                                      }});
         }
     }
@@ -63,7 +55,6 @@ protected:
     ClosingDesktop desktop;
     std::vector<std::unique_ptr<FakeDialog>> forms;
     std::vector<String> asked;
-    bool answer = true;
     cAsignarDatos facade;
 };
 

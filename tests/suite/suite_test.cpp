@@ -1,6 +1,5 @@
 #include "data/NumberOf.h"
 #include "data/sqlite/SqliteEngine.h"
-#include "forms/ComboBox.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
 #include "runtime/CreateObject.h"
@@ -219,7 +218,6 @@ public:
     ControlArray<CommandButton, 2> cmdNuevoBanco{*this, u"cmdNuevoBanco"};
     CommandButton cmdNuevo{*this, u"cmdNuevo"};
     CommandButton cmdOtro{*this, u"cmdOtro"};
-    ComboBox cboProvincia{*this, u"cboProvincia"};
 };
 
 class HelperObject : public testing::Test {
