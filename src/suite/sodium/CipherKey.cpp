@@ -36,7 +36,8 @@ std::string toBase64(const Bytes& bytes)
 
 std::optional<Bytes> fromBase64(std::string_view text)
 {
-    Bytes bytes(text.size());
+    // The library wants a place for the bytes, also where there are none.
+    Bytes bytes(text.size() + 1);
     std::size_t length = 0;
     if (sodium_base642bin(bytes.data(), bytes.size(), text.data(), text.size(), nullptr, &length, nullptr,
                           base64) != 0)
