@@ -107,9 +107,10 @@ private:
 void drawNode(Host& host, DrawingDesktop& desktop, const Node& node)
 {
     const Long first = node.hasList() ? host.rows(node).front().key : 0;
-    const auto open = [&](const QString& state, Byte action, Long row, bool message = false) {
+    const auto open = [&](const QString& state, Byte action, Long row, bool message = false,
+                          bool branches = false) {
         desktop.expect(state, message);
-        host.open(node, action, row);
+        host.open(node, action, row, branches);
     };
     open(QStringLiteral("nuevo"), cConstCol::NUEVO, 0);
     if (node.number == cNombreNodo::InfIndiv)
@@ -124,6 +125,8 @@ void drawNode(Host& host, DrawingDesktop& desktop, const Node& node)
     open(QStringLiteral("consulta"), cConstCol::Modificado, first);
     choices.readOnly = false;
     host.choose(choices);
+    if (node.number == cNombreNodo::OC_Bancos)
+        open(QStringLiteral("sucursales"), cConstCol::Modificado, first, false, true);
     if (node.number == cNombreNodo::Emisor)
         open(QStringLiteral("ordenante"), cConstCol::NUEVO, -2);
 }

@@ -94,8 +94,10 @@ int main(int argc, char** argv)
 {
     try {
         return zv::host::run(argc, argv);
-    } catch (const std::exception& error) {
+    } catch (const std::invalid_argument& error) {
         std::cerr << "zvhost: " << error.what() << " Con --help se ven las órdenes.\n";
-        return zv::host::failed;
+    } catch (const std::exception& error) {
+        std::cerr << "zvhost: " << error.what() << '\n';
     }
+    return zv::host::failed;
 }
