@@ -228,7 +228,6 @@ TEST_F(HostTest, commands_follow_node_row_and_session)
     EXPECT_TRUE(enabled("modificar"));
     window->go(*nodeOf(u"frmInformeIndividual"));
     EXPECT_FALSE(enabled("actualizar"));
-    // A profile comes with its user.
     EXPECT_FALSE(window->host().users().empty());
 }
 
