@@ -1,6 +1,7 @@
 #include "zvconf/Command.h"
 
 #include "data/sqlite/SqliteEngine.h"
+#include "robot/LateEngine.h"
 #include "runtime/Errors.h"
 #include "suite/sodium/EncryptoApi.h"
 #include "zv/Version.h"
@@ -61,6 +62,7 @@ int run(const std::vector<String>& words)
     if (command == std::end(commands))
         throw UsageError(u"«" + words.front() + u"» no es una orden.");
     registerEngine(sqliteEngine());
+    registerEngine(lateEngine());
     registerCipher();
     return command->run(Arguments(words).subspan(1));
 }

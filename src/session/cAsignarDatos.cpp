@@ -1,5 +1,6 @@
 #include "session/cAsignarDatos.h"
 
+#include "data/LateBound.h"
 #include "session/App.h"
 #include "session/DialogDirectory.h"
 #include "session/cConfiguracion.h"
@@ -101,12 +102,7 @@ std::optional<StringView> dialogOf(const NodeDialog (&table)[N], Byte node)
 ConnectionPtr connection(const Value& value)
 {
     const auto* object = value.as<ObjectPtr>();
-    if (object && !*object)
-        return nullptr;
-    auto result = std::dynamic_pointer_cast<Connection>(CObj(value));
-    if (!result)
-        fail(failure::typeMismatch);
-    return result;
+    return connectionOf(object && !*object ? nullptr : CObj(value));
 }
 
 struct SessionMember {

@@ -1,5 +1,6 @@
 #include "suite/CentroApi.h"
 
+#include "data/LateBound.h"
 #include "runtime/Convert.h"
 #include "runtime/CreateObject.h"
 #include "suite/Registrations.h"
@@ -69,13 +70,7 @@ std::vector<String> deniedButtons(Connection& entrada, StringView form, Integer 
     return result;
 }
 
-Connection& connectionIn(const Value& value)
-{
-    auto* connection = dynamic_cast<Connection*>(CObj(value).get());
-    if (!connection)
-        fail(failure::typeMismatch);
-    return *connection;
-}
+ConnectionPtr connectionIn(const Value& value) { return connectionOf(CObj(value)); }
 
 const std::vector<Long>& arrayIn(const Value& value)
 {
@@ -104,20 +99,20 @@ constexpr Operation operations[] = {
      }},
     {u"IDMax", 4,
      [](const CentroApi&, const Arguments& a) {
-         return Value(CentroApi::IDMax(connectionIn(a[0]), connectionIn(a[1]), CStr(a[2]), CStr(a[3])));
+         return Value(CentroApi::IDMax(*connectionIn(a[0]), *connectionIn(a[1]), CStr(a[2]), CStr(a[3])));
      }},
     {u"registroactivo", 4,
      [](const CentroApi& api, const Arguments& a) {
-         return Value(api.registroactivo(connectionIn(a[0]), CStr(a[1]), CLng(a[2]), CInt(a[3])));
+         return Value(api.registroactivo(*connectionIn(a[0]), CStr(a[1]), CLng(a[2]), CInt(a[3])));
      }},
     {u"EliminarRegistroActivo", 3,
      [](const CentroApi& api, const Arguments& a) {
-         api.EliminarRegistroActivo(connectionIn(a[0]), CStr(a[1]), CLng(a[2]));
+         api.EliminarRegistroActivo(*connectionIn(a[0]), CStr(a[1]), CLng(a[2]));
          return Value();
      }},
     {u"Comprobar_BotonesAccesoRapido", 3,
      [](const CentroApi&, const Arguments& a) {
-         CentroApi::Comprobar_BotonesAccesoRapido(CObj(a[0]), connectionIn(a[1]), CInt(a[2]));
+         CentroApi::Comprobar_BotonesAccesoRapido(CObj(a[0]), *connectionIn(a[1]), CInt(a[2]));
          return Value();
      }},
     {u"agregarelementovacio", 1,
@@ -127,7 +122,7 @@ constexpr Operation operations[] = {
      }},
     {u"incluirpersonalenactividad", 4,
      [](const CentroApi&, const Arguments& a) {
-         CentroApi::incluirpersonalenactividad(connectionIn(a[0]), connectionIn(a[1]), arrayIn(a[2]),
+         CentroApi::incluirpersonalenactividad(*connectionIn(a[0]), *connectionIn(a[1]), arrayIn(a[2]),
                                                CInt(a[3]));
          return Value();
      }},

@@ -1,3 +1,4 @@
+#include "data/LateBound.h"
 #include "data/NumberOf.h"
 #include "forms/Desktop.h"
 #include "forms/Form.h"
@@ -138,6 +139,10 @@ TEST_F(Facade, takes_the_session_over_in_order_each_member_as_its_type)
     EXPECT_EQ(CObj(configurationMember(u"conLocalBorradoCentro")), session->school.borrado);
     EXPECT_EQ(CObj(configurationMember(u"conLocalAppEntrada")), session->school.entrada);
     EXPECT_EQ(CObj(configurationMember(u"datossesion")), session);
+    const auto late = std::make_shared<PropertyBag>(u"Otra");
+    let(*session->members, u"conexionlocalCENTRO", late);
+    facade.ObtenerDatos(session);
+    EXPECT_EQ(hostObjectOf(Configuracion().conLocalCentro), late) << "any object of the host serves";
     for (const StringView never : {u"intCodCurso", u"intTipoEnsenanza", u"blnDatosMedicos"})
         EXPECT_EQ(CInt(configurationMember(never)), 0);
     EXPECT_EQ(numberOf([] { configurationMember(u"intIDAlumno"); }), failure::memberMissing);
@@ -150,7 +155,7 @@ TEST_F(Facade, a_member_that_fails_leaves_those_before_it_taken_over)
         {u"sqlserver", Null{}, failure::invalidNull},
         {u"MTP", {}, failure::memberMissing},
         {u"IDPerfil", u"director", failure::typeMismatch},
-        {u"conexionlocalCENTRO", std::make_shared<PropertyBag>(u"Otro"), failure::typeMismatch},
+        {u"conexionlocalCENTRO", Long{1}, failure::typeMismatch},
         {u"conexionAppEntrada", u"dsn", failure::typeMismatch},
         {u"Accion", Integer{300}, failure::overflow}};
     for (const auto& [member, value, number] : cases) {

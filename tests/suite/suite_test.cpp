@@ -299,7 +299,7 @@ TEST_F(HelperObject, refuses_what_it_cannot_use)
     EXPECT_EQ(include({centro, centro, none, Integer{1}}), failure::invalidCall);
     EXPECT_EQ(include({centro, centro, Long{1}, Integer{1}}), failure::typeMismatch);
     EXPECT_EQ(include({ConnectionPtr(), centro, staff, Integer{1}}), failure::noObject);
-    EXPECT_EQ(include({uncounted(form), centro, staff, Integer{1}}), failure::typeMismatch);
+    EXPECT_EQ(include({Long{1}, centro, staff, Integer{1}}), failure::typeMismatch);
     EXPECT_EQ(include({centro, centro, staff}), failure::argumentCount);
     EXPECT_EQ(numberOf([] { call(CreateObject(u"ZVApi.cCentroApi"), u"Incluir"); }), failure::memberMissing);
 }

@@ -1,0 +1,108 @@
+#include "data/LateBound.h"
+
+#include <utility>
+
+namespace zv {
+namespace {
+
+constexpr Long optionsNotStated = -1;
+
+class LateRows final : public Recordset {
+public:
+    explicit LateRows(ObjectPtr rows) : rows_(std::move(rows)) {}
+
+    bool Eof() override { return CBool(get(opened(), u"EOF")); }
+    void MoveNext() override
+    {
+        moved_ = true;
+        call(opened(), u"MoveNext");
+    }
+    /// Rows that nobody moved stand on the first: going there would run the statement again, where it can be
+    /// done.
+    void MoveFirst() override
+    {
+        opened();
+        if (moved_)
+            call(rows_, u"MoveFirst");
+        moved_ = false;
+    }
+    Value Fields(StringView name) override { return field(Value(name)); }
+    std::vector<Value> row() override
+    {
+        const Long count = CLng(get(CObj(get(opened(), u"Fields")), u"Count"));
+        std::vector<Value> result;
+        for (Long position = 0; position < count; ++position)
+            result.push_back(field(position));
+        return result;
+    }
+    Long State() const override
+    {
+        try {
+            return rows_ ? CLng(get(rows_, u"State")) : 0;
+        } catch (const RuntimeError& error) {
+            if (error.number() != failure::memberMissing)
+                throw;
+            return 1; // Rows that do not tell are open until they are closed here.
+        }
+    }
+    void Close() override
+    {
+        opened();
+        const ObjectPtr closing = std::exchange(rows_, nullptr);
+        call(closing, u"Close");
+    }
+
+private:
+    const ObjectPtr& opened() const
+    {
+        if (!rows_)
+            throw DataError(failure::closedRecordset, "", u"", u"");
+        return rows_;
+    }
+    Value field(Value which) const
+    {
+        const Value found = get(opened(), u"Fields", {std::move(which)});
+        return found.as<ObjectPtr>() ? get(CObj(found), u"Value") : found;
+    }
+
+    ObjectPtr rows_;
+    bool moved_ = false;
+};
+
+class LateConnection final : public Connection {
+public:
+    explicit LateConnection(ObjectPtr object) : object_(std::move(object)) {}
+    const ObjectPtr& object() const { return object_; }
+
+    RecordsetPtr Execute(StringView statement) override
+    {
+        const Value rows = call(object_, u"Execute", {statement, Value(), optionsNotStated});
+        const auto* object = rows.as<ObjectPtr>();
+        return std::make_shared<LateRows>(object ? *object : nullptr);
+    }
+    /// Nobody knows whose SQL the object speaks: it is given what there is.
+    RecordsetPtr executeNative(StringView statement) override { return Execute(statement); }
+    EngineInfo engine() override { return {String(object_->TypeName()), {}}; }
+
+private:
+    ObjectPtr object_;
+};
+
+} // namespace
+
+ConnectionPtr connectionOf(const ObjectPtr& object)
+{
+    if (!object)
+        return nullptr;
+    if (auto own = std::dynamic_pointer_cast<Connection>(object))
+        return own;
+    return std::make_shared<LateConnection>(object);
+}
+
+ObjectPtr hostObjectOf(const ObjectPtr& connection)
+{
+    const auto* late = dynamic_cast<const LateConnection*>(connection.get());
+    return late ? late->object() : connection;
+}
+
+} // namespace zv

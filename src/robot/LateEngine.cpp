@@ -1,0 +1,123 @@
+#include "robot/LateEngine.h"
+
+#include "data/LateBound.h"
+
+namespace zv {
+namespace {
+
+/// A field of the present row, made afresh each time it is asked for.
+class PlainField final : public Object {
+public:
+    explicit PlainField(Value value) : value_(std::move(value)) {}
+    StringView TypeName() const override { return u"Campo"; }
+    Value invoke(StringView member, Access access, Arguments& /*arguments*/) override
+    {
+        if (!sameName(member, u"Value") || access != Access::get)
+            fail(failure::memberMissing, member);
+        return value_;
+    }
+
+private:
+    Value value_;
+};
+
+class PlainRows final : public Object {
+public:
+    explicit PlainRows(RecordsetPtr rows) : rows_(std::move(rows)) {}
+    StringView TypeName() const override { return u"Filas"; }
+    Value invoke(StringView member, Access access, Arguments& arguments) override
+    {
+        static const MemberTable<PlainRows> members = [] {
+            MemberTable<PlainRows> table;
+            table.property(u"EOF",
+                           [](PlainRows& self, const Arguments&) { return Value(self.rows_->Eof()); });
+            table.property(u"Fields", [](PlainRows& self, const Arguments& a) {
+                return Value(std::make_shared<PlainField>(self.rows_->Fields(CStr(argument(a, 0)))));
+            });
+            table.method(u"MoveNext", [](PlainRows& self, Arguments&) {
+                self.rows_->MoveNext();
+                return Value();
+            });
+            table.method(u"Close", [](PlainRows& self, Arguments&) {
+                self.rows_->Close();
+                return Value();
+            });
+            return table;
+        }();
+        return members.invoke(*this, member, access, arguments);
+    }
+
+private:
+    RecordsetPtr rows_;
+};
+
+class PlainConnection final : public Object {
+public:
+    explicit PlainConnection(ConnectionPtr inner) : inner_(std::move(inner)) {}
+    StringView TypeName() const override { return u"Conexion"; }
+    Value invoke(StringView member, Access access, Arguments& arguments) override
+    {
+        if (!sameName(member, u"Execute") || access != Access::call)
+            fail(failure::memberMissing, member);
+        const RecordsetPtr rows = inner_->Execute(CStr(argument(arguments, 0)));
+        // One host gives closed rows where there are none, another nothing.
+        return rows->State() != 0 ? Value(std::make_shared<PlainRows>(rows)) : Value();
+    }
+
+private:
+    ConnectionPtr inner_;
+};
+
+class LateSchoolConnection final : public Connection {
+public:
+    explicit LateSchoolConnection(ConnectionPtr inner)
+        : inner_(std::move(inner)), late_(connectionOf(std::make_shared<PlainConnection>(inner_)))
+    {}
+    Connection& inner() { return *inner_; }
+    RecordsetPtr Execute(StringView statement) override { return late_->Execute(statement); }
+    RecordsetPtr executeNative(StringView statement) override { return inner_->executeNative(statement); }
+    EngineInfo engine() override { return inner_->engine(); }
+
+private:
+    ConnectionPtr inner_;
+    ConnectionPtr late_;
+};
+
+class LateEngine final : public Engine {
+public:
+    StringView scheme() const override { return u"tardia"; }
+    DdlStyle ddl() const override { return inner_ ? inner_->ddl() : DdlStyle::sqlite; }
+    ConnectionPtr open(StringView url, Database which) override { return reached(url, which, &Engine::open); }
+    ConnectionPtr inspect(StringView url, Database which) override
+    {
+        return reached(url, which, &Engine::inspect);
+    }
+    ConnectionPtr create(StringView url, Database which) override
+    {
+        return reached(url, which, &Engine::create);
+    }
+    void remove(StringView url, Database which) override { engineOf(url).remove(locationOf(url), which); }
+    ConnectionPtr temporary(StringView url, Database which) override
+    {
+        return reached(url, which, &Engine::temporary);
+    }
+    std::vector<FoundTable> tables(Connection& connection) override
+    {
+        return inner_->tables(dynamic_cast<LateSchoolConnection&>(connection).inner());
+    }
+
+private:
+    ConnectionPtr reached(StringView url, Database which, ConnectionPtr (Engine::*way)(StringView, Database))
+    {
+        inner_ = &engineOf(url);
+        return std::make_shared<LateSchoolConnection>((inner_->*way)(locationOf(url), which));
+    }
+
+    Engine* inner_ = nullptr; ///< Behind the URL opened last: a program has one.
+};
+
+} // namespace
+
+std::unique_ptr<Engine> lateEngine() { return std::make_unique<LateEngine>(); }
+
+} // namespace zv
