@@ -2,10 +2,9 @@
 
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
-#include "data/sample/SampleSchool.h"
 #include "runtime/Convert.h"
-#include "services/modCentroConfiguracion.h"
 #include "suite/Registrations.h"
+#include "suite/Sample.h"
 
 #include <charconv>
 
@@ -42,12 +41,6 @@ int releaseOne(Connection& centro, const std::vector<String>& row)
     const bool released = release(centro, row[0], rowNumber(row[1]));
     printLine(row[0] + u" " + row[1] + (released ? u" queda libre." : u" no estaba en uso."));
     return released ? done : found;
-}
-
-void fillSample(School& school)
-{
-    fillSampleSchool(school);
-    fillSampleIllnesses(school, [](StringView text) { return CifrarTexto(String(text), true, u""); });
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "session/DialogDirectory.h"
 #include "session/cConstCol.h"
 #include "session/cNombreNodo.h"
+#include "suite/Sample.h"
 #include "zvhost/MainWindow.h"
 
 #include <QApplication>

@@ -1,8 +1,7 @@
 #include "zvhost/Host.h"
 
-#include "data/sample/SampleSchool.h"
 #include "runtime/Convert.h"
-#include "runtime/CreateObject.h"
+#include "services/cZEncryptoAPI.h"
 #include "session/DialogDirectory.h"
 #include "session/HostSession.h"
 #include "session/cAsignarDatos.h"
@@ -94,29 +93,14 @@ std::vector<Row> Host::rows(const Node& node)
     return found;
 }
 
-namespace {
-
-String ciphered(StringView operation, const Value& text)
-{
-    Arguments argument{text};
-    callByReference(CreateObject(u"ZEncryptoAPI.cZEncryptoAPI"), operation, argument);
-    return CStr(argument.front());
-}
-
-} // namespace
-
-void fillSample(School& school)
-{
-    fillSampleSchool(school);
-    fillSampleIllnesses(school, [](StringView text) { return ciphered(u"Cifrar", text); });
-}
-
 String deciphered(const Value& text)
 {
-    if (text.isNull() || CStr(text).empty())
+    String plain = String() + text;
+    if (plain.empty())
         return {};
     try {
-        return ciphered(u"descifrar", text);
+        cZEncryptoAPI::create().descifrar(plain);
+        return plain;
     } catch (const RuntimeError&) {
         return u"(no se puede descifrar con la clave de este equipo)";
     }

@@ -58,8 +58,6 @@ private:
     std::shared_ptr<PropertyBag> session_;
 };
 
-/// Fills a new school with the sample, illnesses and all.
-void fillSample(School& school);
 /// The suite's cipher undone, or what a person must know where it cannot be.
 String deciphered(const Value& text);
 /// A value as a list shows it, "" for Null.

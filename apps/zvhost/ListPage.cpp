@@ -21,7 +21,6 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     search_.setObjectName(QStringLiteral("buscar"));
     search_.setPlaceholderText(QStringLiteral("Buscar en la lista (Ctrl+F)"));
     search_.setAccessibleName(QStringLiteral("Buscar en la lista"));
-    search_.setClearButtonEnabled(true);
     search_.installEventFilter(this);
     view_.setSourceModel(&model_);
     table_.setObjectName(QStringLiteral("lista"));
@@ -54,6 +53,8 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     whole->addWidget(&pages_);
 
     connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) {
+        // Its pictures take long to load, and most starts end without a search.
+        search_.setClearButtonEnabled(true);
         view_.search(words);
         tellCount();
     });

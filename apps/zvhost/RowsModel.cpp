@@ -84,7 +84,6 @@ RowsView::RowsView() : collator_(QLocale(QLocale::Spanish))
 {
     collator_.setNumericMode(true);
     collator_.setCaseSensitivity(Qt::CaseInsensitive);
-    setSortLocaleAware(true);
 }
 
 void RowsView::search(const QString& words)

@@ -3,6 +3,7 @@
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
 #include "qt/QtText.h"
+#include "suite/Sample.h"
 #include "zvhost/Widgets.h"
 
 #include <QDialog>
@@ -19,7 +20,27 @@ namespace {
 
 const QString lastSchool = QStringLiteral("ultimoColegio");
 
-void remember(const Host& host) { QSettings().setValue(lastSchool, toQt(host.url())); }
+void remember(const Host& host)
+{
+    QSettings settings;
+    if (const QString url = toQt(host.url()); settings.value(lastSchool) != url)
+        settings.setValue(lastSchool, url);
+}
+
+/// Refuses a school in which the dialogs do not find what they need.
+void requireWhole(const School& school, const String& url)
+{
+    String lacks;
+    for (const String& each : checkSchool(school, engineOf(url)))
+        lacks += each + u"\n";
+    if (!lacks.empty())
+        throw RuntimeError(failure::otherData,
+                           u"A la base de datos le falta lo que sigue; pida que lo corrija "
+                           u"quien la lleva:\n" +
+                               lacks);
+}
+
+QString cannotOpen(const String& url) { return QStringLiteral("No se puede abrir %1.").arg(toQt(url)); }
 
 String urlOf(const QString& file) { return u"sqlite:" + fromQt(QDir::toNativeSeparators(file)); }
 
@@ -52,21 +73,15 @@ QPushButton& choice(QVBoxLayout& layout, QDialog& dialog, const QString& text, c
 
 std::unique_ptr<Host> openHost(const String& url, const Choices& choices)
 {
-    String lacks;
-    for (const String& each : checkSchool(inspectSchool(url), engineOf(url)))
-        lacks += each + u"\n";
-    if (!lacks.empty())
-        throw RuntimeError(failure::otherData,
-                           u"A la base de datos le falta lo que sigue; pida que lo corrija "
-                           u"quien la lleva:\n" +
-                               lacks);
-    return std::make_unique<Host>(url, openSchool(url), choices);
+    School school = openSchool(url);
+    requireWhole(school, url);
+    return std::make_unique<Host>(url, std::move(school), choices);
 }
 
 std::unique_ptr<Host> openHostShown(QWidget* parent, const String& url)
 {
     std::unique_ptr<Host> host;
-    tried(parent, QStringLiteral("No se puede abrir %1.").arg(toQt(url)), [&] {
+    tried(parent, cannotOpen(url), [&] {
         withProgress(parent, QStringLiteral("Se comprueba el colegio…"), [&] { host = openHost(url); });
         remember(*host);
     });
@@ -107,8 +122,12 @@ std::unique_ptr<Host> chooseSchool(QWidget* parent)
             : QFileDialog::getSaveFileName(parent, QStringLiteral("Crear un colegio"), usualFile(), files);
     if (file.isEmpty())
         return nullptr;
-    return chosen == existing ? openHostShown(parent, urlOf(file))
-                              : createHostShown(parent, urlOf(file), chosen == sample);
+    const String url = urlOf(file);
+    if (chosen != existing)
+        return createHostShown(parent, url, chosen == sample);
+    // Any file can be chosen: one that is no school must stay as it is.
+    const bool school = tried(parent, cannotOpen(url), [&] { requireWhole(inspectSchool(url), url); });
+    return school ? openHostShown(parent, url) : nullptr;
 }
 
 std::unique_ptr<Host> startSchool()

@@ -1,6 +1,6 @@
 #include "zvhost/Widgets.h"
 
-#include <QDialog>
+#include <QCloseEvent>
 #include <QEventLoop>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -8,10 +8,34 @@
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QTableView>
+#include <QTimer>
 
+#include <atomic>
 #include <thread>
 
 namespace zv::host {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Work that is over before a person wonders needs no dialog.
+constexpr std::chrono::milliseconds noticeable = 300ms;
+
+/// Says what goes on, and cannot be closed while it does.
+class Waiting final : public QProgressDialog {
+public:
+    Waiting(QWidget* parent, const QString& text) : QProgressDialog(text, QString(), 0, 0, parent)
+    {
+        setWindowTitle(QStringLiteral("Un momento"));
+        setWindowModality(Qt::ApplicationModal);
+    }
+    void reject() override {}
+
+protected:
+    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+};
+
+} // namespace
 
 void say(QWidget* parent, const QString& title, const QString& text)
 {
@@ -56,12 +80,8 @@ bool tried(QWidget* parent, const QString& failed, const std::function<void()>& 
 
 void withProgress(QWidget* parent, const QString& text, const std::function<void()>& work)
 {
-    QProgressDialog progress(text, QString(), 0, 0, parent);
-    progress.setWindowTitle(QStringLiteral("Un momento"));
-    progress.setWindowModality(Qt::ApplicationModal);
-    progress.setMinimumDuration(0);
-    progress.show();
     std::exception_ptr failure;
+    std::atomic<bool> finished = false;
     QEventLoop loop;
     std::jthread worker([&] {
         try {
@@ -69,9 +89,16 @@ void withProgress(QWidget* parent, const QString& text, const std::function<void
         } catch (...) {
             failure = std::current_exception();
         }
+        finished = true;
         QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });
-    loop.exec();
+    QTimer::singleShot(noticeable, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+    if (!finished) {
+        Waiting dialog(parent, text);
+        dialog.show();
+        loop.exec();
+    }
     worker.join();
     if (failure)
         std::rethrow_exception(failure);

@@ -23,7 +23,7 @@ void sayFailure(QWidget* parent, const QString& text, const std::exception& erro
 bool confirm(QWidget* parent, const QString& title, const QString& text, const QString& button);
 /// Does something and shows a failure of it. False if it failed.
 bool tried(QWidget* parent, const QString& failed, const std::function<void()>& what);
-/// Does long work beside the screen, which says meanwhile what goes on. Its failure is thrown here.
+/// Does work beside the screen, which says what goes on if it takes long. Its failure is thrown here.
 void withProgress(QWidget* parent, const QString& text, const std::function<void()>& work);
 
 /// A table of rows that are selected whole and not edited.

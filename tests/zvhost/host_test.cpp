@@ -6,6 +6,7 @@
 #include "qt/Screen.h"
 #include "runtime/Single.h"
 #include "suite/Registrations.h"
+#include "suite/Sample.h"
 #include "suite/sodium/EncryptoApi.h"
 #include "zvhost/Deletion.h"
 #include "zvhost/MainWindow.h"
