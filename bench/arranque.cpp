@@ -19,6 +19,7 @@
 #include <QTranslator>
 
 #include <algorithm>
+#include <optional>
 
 namespace zv::bench {
 namespace {
@@ -35,9 +36,13 @@ int startHost(int argc, char** argv, const QString& file, long long start)
     installModule();
     QtDesktop desktop;
     useDesktop(&desktop);
-    host::MainWindow window(host::openHostShown(nullptr, u"sqlite:" + file.toStdU16String()));
-    const FirstPaint paint(window, start);
+    std::optional<host::MainWindow> window;
+    std::unique_ptr<host::Host> host =
+        host::openHostShown(nullptr, u"sqlite:" + file.toStdU16String(), [&] { window.emplace(); });
+    window->use(std::move(host));
+    const FirstPaint paint(*window, start);
     const int result = QApplication::exec();
+    window.reset();
     resetSingles();
     useDesktop(nullptr);
     return result;

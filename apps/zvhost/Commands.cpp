@@ -16,6 +16,7 @@
 #include <QProcess>
 
 #include <iostream>
+#include <optional>
 
 namespace zv::host {
 namespace {
@@ -107,15 +108,20 @@ int mainWindow(const QStringList& words)
     const Words given(words, {valued("bd")});
     QtDesktop desktop;
     useDesktop(&desktop);
+    std::optional<MainWindow> window;
+    const auto build = [&] { window.emplace(); };
     std::unique_ptr<Host> host = given.has(QStringLiteral("bd"))
-                                     ? openHostShown(nullptr, fromQt(given.text(QStringLiteral("bd"))))
-                                     : startSchool();
+                                     ? openHostShown(nullptr, fromQt(given.text(QStringLiteral("bd"))), build)
+                                     : startSchool(build);
     int result = failed;
     if (host != nullptr) {
-        MainWindow window(std::move(host));
-        window.show();
+        if (!window)
+            build();
+        window->use(std::move(host));
+        window->show();
         result = QApplication::exec();
     }
+    window.reset();
     useDesktop(nullptr);
     return result;
 }

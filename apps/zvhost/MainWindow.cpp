@@ -17,9 +17,8 @@
 
 namespace zv::host {
 
-MainWindow::MainWindow(std::unique_ptr<Host> host)
-    : host_(std::move(host)),
-      page_({[this] { openChosen(); }, [this] { follow(); }, [this](const QPoint& at) { showMenu(at); }})
+MainWindow::MainWindow()
+    : page_({[this] { openChosen(); }, [this] { follow(); }, [this](const QPoint& at) { showMenu(at); }})
 {
     setObjectName(QStringLiteral("zvhost"));
     buildActions();
@@ -38,8 +37,6 @@ MainWindow::MainWindow(std::unique_ptr<Host> host)
         tree = std::max(tree, fontMetrics().horizontalAdvance(toQt(node.name)));
     tree += fontMetrics().height() * 6;
     parts_.setSizes({tree, width() - tree});
-    tellStatus();
-    go(nodes().front());
     tree_.setFocus();
 }
 
@@ -145,7 +142,10 @@ void MainWindow::use(std::unique_ptr<Host> host)
 {
     host_ = std::move(host);
     tellStatus();
-    chosen();
+    if (node_ == nullptr)
+        go(nodes().front());
+    else
+        chosen();
 }
 
 void MainWindow::chosen()

@@ -13,12 +13,14 @@ namespace zv::host {
 /// The host's window on a school: the tree of nodes at the left, the rows of the chosen one at the right.
 class MainWindow final : public QMainWindow {
 public:
-    explicit MainWindow(std::unique_ptr<Host> host);
+    /// Without a school, to be made while one is being opened; it is for show() only after use().
+    MainWindow();
+    explicit MainWindow(std::unique_ptr<Host> host) : MainWindow() { use(std::move(host)); }
 
     Host& host() { return *host_; }
     /// Chooses a node in the tree.
     void go(const Node& node);
-    /// Another school takes the place of the one that is open.
+    /// A school to work on, in the place of the one that is open.
     void use(std::unique_ptr<Host> host);
 
     // What the menus do.

@@ -78,11 +78,13 @@ std::unique_ptr<Host> openHost(const String& url, const Choices& choices)
     return std::make_unique<Host>(url, std::move(school), choices);
 }
 
-std::unique_ptr<Host> openHostShown(QWidget* parent, const String& url)
+std::unique_ptr<Host> openHostShown(QWidget* parent, const String& url,
+                                    const std::function<void()>& meanwhile)
 {
     std::unique_ptr<Host> host;
     tried(parent, cannotOpen(url), [&] {
-        withProgress(parent, QStringLiteral("Se comprueba el colegio…"), [&] { host = openHost(url); });
+        withProgress(
+            parent, QStringLiteral("Se comprueba el colegio…"), [&] { host = openHost(url); }, meanwhile);
         remember(*host);
     });
     return host;
@@ -130,10 +132,10 @@ std::unique_ptr<Host> chooseSchool(QWidget* parent)
     return school ? openHostShown(parent, url) : nullptr;
 }
 
-std::unique_ptr<Host> startSchool()
+std::unique_ptr<Host> startSchool(const std::function<void()>& meanwhile)
 {
     if (const QString last = QSettings().value(lastSchool).toString(); !last.isEmpty())
-        if (std::unique_ptr<Host> host = openHostShown(nullptr, fromQt(last)))
+        if (std::unique_ptr<Host> host = openHostShown(nullptr, fromQt(last), meanwhile))
             return host;
     return chooseSchool(nullptr);
 }

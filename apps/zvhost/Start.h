@@ -2,6 +2,7 @@
 
 #include "zvhost/Host.h"
 
+#include <functional>
 #include <memory>
 
 class QWidget;
@@ -12,13 +13,15 @@ namespace zv::host {
 /// lacks something, or cannot be opened, fails with a RuntimeError that says what.
 std::unique_ptr<Host> openHost(const String& url, const Choices& choices = {});
 /// The same before a person: says what goes on, shows why it failed, and returns nothing then.
-std::unique_ptr<Host> openHostShown(QWidget* parent, const String& url);
+/// `meanwhile` is done while the school opens.
+std::unique_ptr<Host> openHostShown(QWidget* parent, const String& url,
+                                    const std::function<void()>& meanwhile = {});
 /// Makes a school, empty or with the sample, before a person, and opens it.
 std::unique_ptr<Host> createHostShown(QWidget* parent, const String& url, bool sample);
 /// A person makes a school or opens one that exists; nothing if it was cancelled.
 std::unique_ptr<Host> chooseSchool(QWidget* parent);
 /// What the program starts with when it is told no school: the one that was open last, or else a person's
 /// choice.
-std::unique_ptr<Host> startSchool();
+std::unique_ptr<Host> startSchool(const std::function<void()>& meanwhile);
 
 } // namespace zv::host

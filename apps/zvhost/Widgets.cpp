@@ -78,7 +78,8 @@ bool tried(QWidget* parent, const QString& failed, const std::function<void()>& 
     }
 }
 
-void withProgress(QWidget* parent, const QString& text, const std::function<void()>& work)
+void withProgress(QWidget* parent, const QString& text, const std::function<void()>& work,
+                  const std::function<void()>& meanwhile)
 {
     std::exception_ptr failure;
     std::atomic<bool> finished = false;
@@ -92,6 +93,8 @@ void withProgress(QWidget* parent, const QString& text, const std::function<void
         finished = true;
         QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });
+    if (meanwhile)
+        meanwhile();
     QTimer::singleShot(noticeable, &loop, &QEventLoop::quit);
     loop.exec(QEventLoop::ExcludeUserInputEvents);
     if (!finished) {

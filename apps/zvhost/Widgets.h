@@ -24,7 +24,9 @@ bool confirm(QWidget* parent, const QString& title, const QString& text, const Q
 /// Does something and shows a failure of it. False if it failed.
 bool tried(QWidget* parent, const QString& failed, const std::function<void()>& what);
 /// Does work beside the screen, which says what goes on if it takes long. Its failure is thrown here.
-void withProgress(QWidget* parent, const QString& text, const std::function<void()>& work);
+/// `meanwhile` is done here at the same time.
+void withProgress(QWidget* parent, const QString& text, const std::function<void()>& work,
+                  const std::function<void()>& meanwhile = {});
 
 /// A table of rows that are selected whole and not edited.
 void designTable(QTableView& table);
