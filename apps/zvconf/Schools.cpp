@@ -33,6 +33,11 @@ int list(Connection& centro)
                             {each.form, each.row, each.user, each.station, each.moment,
                              each.gone ? u" (la estación ya ha terminado)" : u""}));
     printLine(statement(u"Filas en uso: {}.", {static_cast<Long>(all.size())}));
+    if (!all.empty())
+        printLine(statement(
+            u"La fila de una estación que ha terminado queda libre para el primero que la pida. De una "
+            u"de otro equipo se sabe cuando lleva {} minutos sin dar señal.",
+            {Long{longestSilence.count()}}));
     return done;
 }
 

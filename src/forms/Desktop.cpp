@@ -12,6 +12,12 @@ Desktop*& inUse()
     return current;
 }
 
+std::function<void()>& whileWaiting()
+{
+    static std::function<void()> act;
+    return act;
+}
+
 } // namespace
 
 Long Desktop::textWidth(StringView text) { return static_cast<Long>(text.size()) * averageCharacterWidth; }
@@ -28,6 +34,14 @@ Desktop& desktop()
 bool hasDesktop() { return inUse() != nullptr; }
 
 void useDesktop(Desktop* desktop) { inUse() = desktop; }
+
+void onWaiting(std::function<void()> act) { whileWaiting() = std::move(act); }
+
+void waiting()
+{
+    if (whileWaiting())
+        whileWaiting()();
+}
 
 void MsgBox(StringView prompt, Integer flags, StringView title)
 {

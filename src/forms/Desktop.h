@@ -3,6 +3,8 @@
 #include "runtime/Errors.h"
 #include "runtime/Value.h"
 
+#include <functional>
+
 namespace zv {
 
 class ComboBox;
@@ -38,6 +40,11 @@ Desktop& desktop();
 bool hasDesktop();
 /// nullptr takes it away. The caller keeps it alive.
 void useDesktop(Desktop* desktop);
+
+/// What the program does now and then while a dialog waits for a person.
+void onWaiting(std::function<void()> act);
+/// Does it. A desktop whose person takes his time calls this about once a minute, between two events.
+void waiting();
 
 void MsgBox(StringView prompt, Integer flags, StringView title);
 void Beep();

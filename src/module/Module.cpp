@@ -29,6 +29,7 @@
 #include "catalogues/frmTipoParentesco.h"
 #include "catalogues/frmTipoTarea.h"
 #include "catalogues/frmTurno.h"
+#include "forms/Desktop.h"
 #include "reports/frmConsejoOrientador.h"
 #include "reports/frmConsejoOrientador1.h"
 #include "reports/frmInfIndESO.h"
@@ -37,7 +38,9 @@
 #include "reports/frmRespConsejo.h"
 #include "reports/frmRespInfInd.h"
 #include "session/DialogDirectory.h"
+#include "session/cConfiguracion.h"
 #include "suite/CentroApi.h"
+#include "suite/Registrations.h"
 
 namespace zv {
 
@@ -58,11 +61,23 @@ void addUnguarded(StringView name)
                   {.instance = []() -> Form& { return single<Dialog>(); }, .ComprobarEliminacion = nullptr});
 }
 
+/// Other stations are to see that the rows open here are not left behind.
+void signOfLife()
+{
+    try {
+        if (const ConnectionPtr& centro = Configuracion().conLocalCentro)
+            giveSign(*centro, thisStation());
+    } catch (const RuntimeError&) {
+        // A sign may be missed; what fails for good, the dialog's next statement tells.
+    }
+}
+
 } // namespace
 
 void installModule()
 {
     registerSuite();
+    onWaiting(signOfLife);
     addDialog<frmBanco>(u"frmBanco");
     addDialog<frmEmisor>(u"frmEmisor");
     addDialog<frmPresentador>(u"frmPresentador");

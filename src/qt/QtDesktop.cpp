@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QScopedValueRollback>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -82,7 +83,13 @@ void QtDesktop::runModal(Form& form)
     sweep(depth);
 }
 
-void QtDesktop::runWindow(FormWindow& window) { window.run(); }
+void QtDesktop::runWindow(FormWindow& window)
+{
+    QTimer minute;
+    minute.callOnTimeout([] { waiting(); });
+    minute.start(std::chrono::minutes(1));
+    window.run();
+}
 
 void QtDesktop::closed(Form& form) { forget(form); }
 

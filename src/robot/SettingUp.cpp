@@ -72,10 +72,7 @@ void regionalMark(Play& play, const GuionArguments& a)
 }
 
 /// Another station, which lives as long as the guion.
-Station otherStation()
-{
-    return {u"otro-puesto", [](StringView identity) { return thisStation().gone(identity); }};
-}
+Station otherStation() { return {u"otro-puesto", thisStation().gone, thisStation().alive}; }
 
 void ocupar(Play& play, const GuionArguments& a)
 {

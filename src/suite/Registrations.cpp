@@ -1,8 +1,9 @@
 #include "suite/Registrations.h"
 
 #include "runtime/Convert.h"
+#include "runtime/Single.h"
+#include "suite/Moment.h"
 
-#include <ctime>
 #include <optional>
 
 namespace zv {
@@ -16,14 +17,28 @@ String keyCondition(StringView form, Long row)
     return statement(u" WHERE LOWER(Formulario)={} AND Fila={}", {literal(lowerName(form)), row});
 }
 
-String now()
+/// The time on which all stations of a database agree.
+Seconds now(Connection& centro)
 {
-    char text[sizeof "2024-09-12 08:30:00"] = "";
-    const std::time_t seconds = std::time(nullptr);
-    if (const std::tm* local = std::localtime(&seconds))
-        std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", local);
-    return fromUtf8(text);
+    try {
+        const RecordsetPtr rows = centro.Execute(u"SELECT CURRENT_TIMESTAMP AS Ahora");
+        if (const auto time = momentIn(String() + rows->Fields(u"Ahora")))
+            return *time;
+    } catch (const RuntimeError& error) {
+        if (error.number() == failure::connectionLost || error.number() == failure::locked)
+            throw;
+    }
+    return timeHere();
 }
+
+bool isGone(const Station& station, StringView other, const Moment& moment, Seconds now)
+{
+    return station.gone(other) ||
+           (moment.silence(now) > longestSilence && !(station.alive && station.alive(other)));
+}
+
+/// This program registered a row: it has signs of life to give.
+struct HasRegistered {};
 
 /// A school whose stations never registered a row has no table yet.
 template <class Use, class Result>
@@ -79,15 +94,25 @@ bool insertMakingTable(Connection& centro, const String& insert)
 struct Holder {
     Integer user;
     String station;
+    String moment; ///< As it is stored.
 };
 
 std::optional<Holder> holderOf(Connection& centro, StringView form, Long row)
 {
     const RecordsetPtr rows =
-        centro.Execute(u"SELECT IDUsuario, Estacion FROM RegistroActivo" + keyCondition(form, row));
+        centro.Execute(u"SELECT IDUsuario, Estacion, Momento FROM RegistroActivo" + keyCondition(form, row));
     if (rows->Eof())
         return std::nullopt;
-    return Holder{CInt(rows->Fields(u"IDUsuario")), String() + rows->Fields(u"Estacion")};
+    return Holder{CInt(rows->Fields(u"IDUsuario")), String() + rows->Fields(u"Estacion"),
+                  String() + rows->Fields(u"Momento")};
+}
+
+/// The row as it was seen: a sign of life in between saves it from who takes it over.
+String unchanged(StringView form, Long row, const Holder& holder)
+{
+    return keyCondition(form, row) + u" AND Estacion=" + literal(holder.station) +
+           statement(u" AND IDUsuario={}", {holder.user}) +
+           (holder.moment.empty() ? u"" : u" AND Momento=" + literal(holder.moment));
 }
 
 } // namespace
@@ -96,13 +121,15 @@ std::vector<Registration> registrations(Connection& centro)
 {
     const auto read = [&] {
         std::vector<Registration> result;
+        const Seconds time = now(centro);
         const RecordsetPtr rows = centro.Execute(u"SELECT Formulario, Fila, IDUsuario, Estacion, Momento "
                                                  u"FROM RegistroActivo ORDER BY LOWER(Formulario), Fila");
         for (; !rows->Eof(); rows->MoveNext()) {
             const String station = String() + rows->Fields(u"Estacion");
+            const Moment moment(String() + rows->Fields(u"Momento"));
             result.push_back({CStr(rows->Fields(u"Formulario")), CLng(rows->Fields(u"Fila")),
-                              CInt(rows->Fields(u"IDUsuario")), station, String() + rows->Fields(u"Momento"),
-                              thisStation().gone(station)});
+                              CInt(rows->Fields(u"IDUsuario")), station, moment.shown(time),
+                              isGone(thisStation(), station, moment, time)});
         }
         return result;
     };
@@ -136,8 +163,10 @@ bool registerRow(Connection& centro, const Station& station, StringView form, Lo
     // A round that decides nothing means that another station changed the row between two of our statements.
     constexpr int rounds = 100;
     const String mine = literal(station.identity);
+    single<HasRegistered>();
     for (int round = 0; round < rounds; ++round) {
-        const String moment = literal(now());
+        const Seconds time = now(centro);
+        const String moment = literal(momentText(time));
         if (insertMakingTable(
                 centro,
                 statement(u"INSERT INTO RegistroActivo (Formulario, Fila, IDUsuario, Estacion, Momento) "
@@ -147,17 +176,37 @@ bool registerRow(Connection& centro, const Station& station, StringView form, Lo
         const auto holder = holderOf(centro, form, row);
         if (!holder)
             continue;
-        if (holder->user != user && !station.gone(holder->station))
+        if (holder->user != user && !isGone(station, holder->station, Moment(holder->moment), time))
             return true;
         centro.Execute(statement(u"UPDATE RegistroActivo SET IDUsuario={}, Estacion={}, Momento={}",
                                  {user, mine, moment}) +
-                       keyCondition(form, row) + u" AND Estacion=" + literal(holder->station) +
-                       statement(u" AND IDUsuario={}", {holder->user}));
+                       unchanged(form, row, *holder));
         const auto after = holderOf(centro, form, row);
         if (after && after->user == user)
             return false;
     }
     throw DataError(failure::locked, "", u"La fila cambia de manos sin cesar.", u"RegistroActivo");
+}
+
+void giveSign(Connection& centro, const Station& station)
+{
+    if (!hasSingle<HasRegistered>())
+        return;
+    const auto sign = [&] {
+        const Seconds time = now(centro);
+        const RecordsetPtr rows =
+            centro.executeNative(u"SELECT Formulario, Fila, Momento FROM RegistroActivo WHERE Estacion=" +
+                                 literal(station.identity));
+        for (; !rows->Eof(); rows->MoveNext()) {
+            const String moment = String() + rows->Fields(u"Momento");
+            centro.executeNative(
+                u"UPDATE RegistroActivo SET Momento=" + literal(Moment(moment).signedAt(time)) +
+                keyCondition(CStr(rows->Fields(u"Formulario")), CLng(rows->Fields(u"Fila"))) +
+                u" AND Estacion=" + literal(station.identity));
+        }
+        return true;
+    };
+    whereTableExists(sign, true);
 }
 
 void unregisterRow(Connection& centro, const Station& station, StringView form, Long row)

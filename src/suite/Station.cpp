@@ -103,18 +103,20 @@ Parts ownIdentity()
     return {hostName(), std::to_string(chance()), std::to_string(chance()), "", ""};
 }
 
-bool processGone(const Parts& own, const std::string& identity)
+enum class Seen { nothing, running, ended };
+
+Seen seen(const Parts& own, const std::string& identity)
 {
     const auto other = parted(identity);
     if (!other || own[boot].empty() || (*other)[host] != own[host] || (*other)[machine] != own[machine])
-        return false;
+        return Seen::nothing;
     if ((*other)[boot] != own[boot])
-        return true;
+        return Seen::ended;
     // A machine that hides the processes of other users tells nothing.
     if (lineOf("/proc/1/stat").empty())
-        return false;
+        return Seen::nothing;
     const auto now = processStart(lineOf(fs::path("/proc") / (*other)[process] / "stat"));
-    return !now || now->ticks != (*other)[start];
+    return now && now->ticks == (*other)[start] ? Seen::running : Seen::ended;
 }
 
 } // namespace
@@ -123,8 +125,10 @@ const Station& thisStation()
 {
     static const Station station = [] {
         const Parts own = ownIdentity();
-        return Station{fromUtf8(joined(own)),
-                       [own](StringView identity) { return processGone(own, toUtf8(identity)); }};
+        const auto is = [own](Seen what) {
+            return [own, what](StringView identity) { return seen(own, toUtf8(identity)) == what; };
+        };
+        return Station{fromUtf8(joined(own)), is(Seen::ended), is(Seen::running)};
     }();
     return station;
 }

@@ -127,6 +127,39 @@ TEST_F(RowRegister, what_a_station_that_is_gone_left_is_taken_over)
     EXPECT_TRUE(CentroApi(station(u"tres")).registroactivo(*centro, u"frmPais", 3, 9));
 }
 
+TEST_F(RowRegister, a_station_that_nobody_sees_keeps_its_rows_by_signs_of_life)
+{
+    const auto begun = [&](int minutes, StringView signs = {}) {
+        centro->Execute(u"UPDATE RegistroActivo SET Momento=datetime('now','-" + decimalText(Long{minutes}) +
+                        u" minutes')||'" + String(signs) + u"'");
+    };
+    const auto asked = [&](Integer user) { return second.registroactivo(*centro, u"frmPais", 3, user); };
+    first.registroactivo(*centro, u"frmPais", 3, 7);
+    for (const auto& [minutes, signs] : {std::pair(14, u""), {600, u"+590"}, {-60, u""}, {-60, u"+5"}}) {
+        begun(minutes, signs);
+        EXPECT_TRUE(asked(8)) << minutes;
+    }
+    begun(600, u"+17");
+    giveSign(*centro, station(u"tres"));
+    EXPECT_TRUE(registrations(*centro)[0].gone) << "no sign of its own";
+    giveSign(*centro, station(u"uno"));
+    EXPECT_FALSE(registrations(*centro)[0].gone);
+    EXPECT_TRUE(asked(8));
+    begun(600, u"+17");
+    Interrupted late(centro, u"UPDATE RegistroActivo SET IDUsuario",
+                     [&] { giveSign(*centro, station(u"uno")); });
+    EXPECT_TRUE(second.registroactivo(late, u"frmPais", 3, 8)) << "the sign came in time";
+    begun(600, u"+17");
+    const auto seen = [](StringView) { return true; };
+    EXPECT_TRUE(CentroApi({u"vecina", [](StringView) { return false; }, seen})
+                    .registroactivo(*centro, u"frmPais", 3, 8));
+    EXPECT_FALSE(asked(8));
+    EXPECT_EQ(holders(), Lines{u"frmPais 3 8@dos"});
+    centro->Execute(u"UPDATE RegistroActivo SET Momento='ayer'");
+    giveSign(*centro, station(u"dos"));
+    EXPECT_TRUE(first.registroactivo(*centro, u"frmPais", 3, 7)) << "what tells no time proves nothing";
+}
+
 TEST_F(RowRegister, other_stations_may_act_between_two_statements)
 {
     const CentroApi third{station(u"tres")};
@@ -200,6 +233,9 @@ TEST(Station, tells_only_of_what_it_can_know_that_it_is_gone)
     };
     constexpr StringView noProcess = u"4194305";
     EXPECT_FALSE(here.gone(here.identity));
+    EXPECT_TRUE(here.alive(here.identity));
+    EXPECT_FALSE(here.alive(with(0, u"otro-equipo", parts[1])));
+    EXPECT_FALSE(here.alive(with(1, noProcess, noProcess)));
     EXPECT_FALSE(here.gone(with(0, u"otro-equipo", noProcess)));
     EXPECT_FALSE(here.gone(with(4, u"otra-maquina", noProcess)));
     EXPECT_FALSE(here.gone(u"")) << "no identity of ours";

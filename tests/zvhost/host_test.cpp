@@ -235,7 +235,7 @@ TEST_F(HostTest, commands_follow_node_row_and_session)
 TEST_F(HostTest, a_row_that_another_station_has_open_stays)
 {
     school.centro->Execute(
-        u"INSERT INTO RegistroActivo VALUES ('frmEstadoCivil',1,7,'otra 1 1','2026-01-02 08:00:00')");
+        u"INSERT INTO RegistroActivo VALUES ('frmEstadoCivil',1,7,'otra 1 1',CURRENT_TIMESTAMP)");
     window->findChild<QWidget*>(QStringLiteral("lista"))->setFocus();
     type(one(u"SELECT Descripcion FROM EstadoCivil WHERE IDEstadoCivil=1").c_str());
     key(Qt::Key_Return);

@@ -1,0 +1,95 @@
+#include "suite/Moment.h"
+
+#include "runtime/Convert.h"
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+
+namespace zv {
+
+namespace {
+
+/// The number whose digits are the whole text; nothing if there is anything else in it.
+std::optional<int> numberIn(StringView digits)
+{
+    if (digits.empty() || !std::ranges::all_of(digits, [](char16_t c) { return c >= u'0' && c <= u'9'; }))
+        return std::nullopt;
+    int number = 0;
+    for (const char16_t c : digits)
+        number = number * 10 + (c - u'0');
+    return number;
+}
+
+String timeText(const std::tm* time)
+{
+    char text[sizeof "2024-09-12 08:30:00"] = "";
+    if (time)
+        std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", time);
+    return fromUtf8(text);
+}
+
+constexpr std::size_t mostDigits = 8;
+
+} // namespace
+
+Seconds timeHere() { return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()); }
+
+String momentText(Seconds time)
+{
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    return timeText(std::gmtime(&seconds));
+}
+
+std::optional<Seconds> momentIn(StringView text)
+{
+    struct Place {
+        std::size_t from, count;
+    };
+    constexpr std::array<Place, 6> places{{{0, 4}, {5, 2}, {8, 2}, {11, 2}, {14, 2}, {17, 2}}};
+    std::array<int, places.size()> part{};
+    if (text.size() < places.back().from + places.back().count)
+        return std::nullopt;
+    for (std::size_t i = 0; i < part.size(); ++i) {
+        const auto number = numberIn(text.substr(places[i].from, places[i].count));
+        if (!number)
+            return std::nullopt;
+        part[i] = *number;
+    }
+    const std::chrono::year_month_day day{std::chrono::year(part[0]),
+                                          std::chrono::month(static_cast<unsigned>(part[1])),
+                                          std::chrono::day(static_cast<unsigned>(part[2]))};
+    if (!day.ok())
+        return std::nullopt;
+    return std::chrono::sys_days(day) + std::chrono::hours(part[3]) + std::chrono::minutes(part[4]) +
+           std::chrono::seconds(part[5]);
+}
+
+Moment::Moment(StringView stored) : text_(stored.substr(0, stored.find(u'+'))), begin_(momentIn(text_))
+{
+    if (text_.size() < stored.size())
+        signs_ = std::chrono::minutes(numberIn(stored.substr(text_.size() + 1, mostDigits)).value_or(0));
+}
+
+std::chrono::seconds Moment::silence(Seconds now) const
+{
+    return begin_ ? now - *begin_ - signs_ : std::chrono::seconds(0);
+}
+
+String Moment::signedAt(Seconds now) const
+{
+    if (!begin_ || now < *begin_)
+        return text_;
+    const auto minutes = std::chrono::duration_cast<std::chrono::minutes>(now - *begin_).count();
+    return text_ + u"+" + decimalText(static_cast<Long>(std::min<std::int64_t>(minutes, 99'999'999)));
+}
+
+String Moment::shown(Seconds now) const
+{
+    if (!begin_)
+        return text_;
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(timeHere() - (now - *begin_));
+    return timeText(std::localtime(&seconds));
+}
+
+} // namespace zv
