@@ -31,17 +31,18 @@ public:
             byKey_.emplace(key, std::prev(entries_.end()));
     }
     T& Item(StringView key) { return lookup(key)->second->item; }
-    T& Item(std::size_t position)
-    {
-        if (position < 1 || position > entries_.size())
-            fail(failure::indexOutside);
-        return std::next(entries_.begin(), static_cast<std::ptrdiff_t>(position - 1))->item;
-    }
+    T& Item(std::size_t position) { return entryAt(position)->item; }
     void Remove(StringView key)
     {
         const auto found = lookup(key);
         entries_.erase(found->second);
         byKey_.erase(found);
+    }
+    void Remove(std::size_t position)
+    {
+        const auto entry = entryAt(position);
+        byKey_.erase(entry->key);
+        entries_.erase(entry);
     }
     std::size_t Count() const { return entries_.size(); }
 
@@ -64,6 +65,12 @@ public:
     Iterator end() { return Iterator(entries_.end()); }
 
 private:
+    auto entryAt(std::size_t position)
+    {
+        if (position < 1 || position > entries_.size())
+            fail(failure::indexOutside);
+        return std::next(entries_.begin(), static_cast<std::ptrdiff_t>(position - 1));
+    }
     auto lookup(StringView key)
     {
         const auto found = byKey_.find(key);

@@ -1,0 +1,315 @@
+/* Tipos binarios de la automatización, con su disposición publicada en memoria, para programas de 64 bits.
+ * Sólo hace falta la biblioteca estándar de C; vale también en C++.
+ *
+ * Memoria: los textos, las matrices y lo que cuelga de un ZvVariant se reservan con malloc y se liberan con
+ * free. Quien recibe un valor de salida lo libera (zv_bstr_free, zv_variant_clear, zv_release); los
+ * argumentos siguen siendo de quien llama. */
+#ifndef ZVCONFIGURACION_AUTOMATION_H
+#define ZVCONFIGURACION_AUTOMATION_H
+
+#include <stdint.h>
+#include <stdlib.h>
+#include <string.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Resultado de una llamada: negativo si ha fallado. */
+typedef int32_t ZvResult;
+
+enum {
+    ZV_OK = 0,
+    ZV_FALSE = 1,
+    ZV_E_NOTIMPL = -2147467263,
+    ZV_E_NOINTERFACE = -2147467262,
+    ZV_E_POINTER = -2147467261,
+    ZV_E_FAIL = -2147467259,
+    ZV_E_OUTOFMEMORY = -2147024882,
+    ZV_E_INVALIDARG = -2147024809,
+    ZV_DISP_UNKNOWNINTERFACE = -2147352575,
+    ZV_DISP_MEMBERNOTFOUND = -2147352573,
+    ZV_DISP_PARAMNOTFOUND = -2147352572,
+    ZV_DISP_TYPEMISMATCH = -2147352571,
+    ZV_DISP_UNKNOWNNAME = -2147352570,
+    ZV_DISP_BADVARTYPE = -2147352568,
+    ZV_DISP_EXCEPTION = -2147352567,
+    ZV_DISP_OVERFLOW = -2147352566,
+    ZV_DISP_BADINDEX = -2147352565,
+    ZV_DISP_BADPARAMCOUNT = -2147352562,
+    ZV_CLASS_NOAGGREGATION = -2147221232,
+    ZV_CLASS_NOTAVAILABLE = -2147221231,
+    ZV_E_REGISTRATION = -2147220991,
+    /* Un fallo con número propio de 1 a 65535 llega como esta base más el número; uno de la base de datos,
+     * que ya es negativo, tal cual. */
+    ZV_FAILURE_BASE = -2146828288
+};
+
+typedef struct ZvGuid {
+    uint32_t data1;
+    uint16_t data2;
+    uint16_t data3;
+    uint8_t data4[8];
+} ZvGuid;
+
+static const ZvGuid ZV_IID_NULL = {0, 0, 0, {0, 0, 0, 0, 0, 0, 0, 0}};
+static const ZvGuid ZV_IID_IUnknown = {0, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+static const ZvGuid ZV_IID_IClassFactory = {1, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+static const ZvGuid ZV_IID_IDispatch = {0x00020400, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+
+/* Texto: unidades de UTF-16 con un cero detrás y, delante, su longitud en bytes (32 bits). Nulo es "". */
+typedef uint16_t* ZvBstr;
+/* Valor lógico: -1 es verdadero y 0 falso. */
+typedef int16_t ZvBool;
+
+/* Tipos de un ZvVariant. */
+enum {
+    ZV_VT_EMPTY = 0,
+    ZV_VT_NULL = 1,
+    ZV_VT_I2 = 2,
+    ZV_VT_I4 = 3,
+    ZV_VT_R4 = 4,
+    ZV_VT_R8 = 5,
+    ZV_VT_CY = 6,
+    ZV_VT_DATE = 7,
+    ZV_VT_BSTR = 8,
+    ZV_VT_DISPATCH = 9,
+    ZV_VT_ERROR = 10,
+    ZV_VT_BOOL = 11,
+    ZV_VT_VARIANT = 12,
+    ZV_VT_UNKNOWN = 13,
+    ZV_VT_DECIMAL = 14,
+    ZV_VT_I1 = 16,
+    ZV_VT_UI1 = 17,
+    ZV_VT_UI2 = 18,
+    ZV_VT_UI4 = 19,
+    ZV_VT_I8 = 20,
+    ZV_VT_UI8 = 21,
+    ZV_VT_INT = 22,
+    ZV_VT_UINT = 23,
+    ZV_VT_ARRAY = 0x2000,
+    ZV_VT_BYREF = 0x4000
+};
+
+typedef struct ZvArrayBound {
+    uint32_t count;
+    int32_t first;
+} ZvArrayBound;
+
+typedef struct ZvArray {
+    uint16_t dimensions;
+    uint16_t features;
+    uint32_t elementSize;
+    uint32_t locks;
+    void* data;
+    ZvArrayBound bounds[1];
+} ZvArray;
+
+typedef struct ZvUnknown ZvUnknown;
+typedef struct ZvDispatch ZvDispatch;
+typedef struct ZvClassFactory ZvClassFactory;
+typedef struct ZvVariant ZvVariant;
+
+typedef struct ZvRecordValue {
+    void* record;
+    void* info;
+} ZvRecordValue;
+
+struct ZvVariant {
+    uint16_t vt;
+    uint16_t reserved1; /* En un decimal: cifras detrás de la coma, y 0x8000 si es negativo. */
+    uint16_t reserved2; /* En un decimal: 32 bits altos, con el que sigue. */
+    uint16_t reserved3;
+    union {
+        int8_t i1;
+        uint8_t ui1;
+        int16_t i2;
+        uint16_t ui2;
+        int32_t i4;
+        uint32_t ui4;
+        int64_t i8;
+        uint64_t ui8;
+        float r4;
+        double r8;
+        int64_t cy; /* Diezmilésimas. */
+        ZvBool boolean;
+        ZvResult error;
+        ZvBstr text;
+        ZvUnknown* unknown;
+        ZvDispatch* dispatch;
+        ZvArray* array;
+        ZvVariant* variant;
+        void* reference;
+        ZvRecordValue record;
+    } value;
+};
+
+/* Argumentos de una llamada por nombre, el último primero. */
+typedef struct ZvParams {
+    ZvVariant* arguments;
+    int32_t* names;
+    uint32_t count;
+    uint32_t nameCount;
+} ZvParams;
+
+/* Lo que cuenta una llamada fallida; sus textos los libera quien llama. */
+typedef struct ZvException {
+    uint16_t code;
+    uint16_t reserved;
+    ZvBstr source;
+    ZvBstr description;
+    ZvBstr helpFile;
+    uint32_t helpContext;
+    void* reserved2;
+    ZvResult (*fill)(struct ZvException*);
+    ZvResult result;
+} ZvException;
+
+/* Modos de Invoke, y el nombre que lleva el valor nuevo de una propiedad. */
+enum {
+    ZV_METHOD = 1,
+    ZV_PROPERTYGET = 2,
+    ZV_PROPERTYPUT = 4,
+    ZV_PROPERTYPUTREF = 8,
+    ZV_DISPID_VALUE = 0,
+    ZV_DISPID_UNKNOWN = -1,
+    ZV_DISPID_PROPERTYPUT = -3
+};
+
+typedef struct ZvUnknownVtbl {
+    ZvResult (*QueryInterface)(ZvUnknown*, const ZvGuid*, void**);
+    uint32_t (*AddRef)(ZvUnknown*);
+    uint32_t (*Release)(ZvUnknown*);
+} ZvUnknownVtbl;
+struct ZvUnknown {
+    const ZvUnknownVtbl* vtbl;
+};
+
+typedef struct ZvDispatchVtbl {
+    ZvUnknownVtbl unknown;
+    ZvResult (*GetTypeInfoCount)(ZvDispatch*, uint32_t*);
+    ZvResult (*GetTypeInfo)(ZvDispatch*, uint32_t, uint32_t, void**);
+    ZvResult (*GetIDsOfNames)(ZvDispatch*, const ZvGuid*, uint16_t**, uint32_t, uint32_t, int32_t*);
+    ZvResult (*Invoke)(ZvDispatch*, int32_t, const ZvGuid*, uint32_t, uint16_t, ZvParams*, ZvVariant*,
+                       ZvException*, uint32_t*);
+} ZvDispatchVtbl;
+struct ZvDispatch {
+    const ZvDispatchVtbl* vtbl;
+};
+
+typedef struct ZvClassFactoryVtbl {
+    ZvUnknownVtbl unknown;
+    ZvResult (*CreateInstance)(ZvClassFactory*, ZvUnknown*, const ZvGuid*, void**);
+    ZvResult (*LockServer)(ZvClassFactory*, int32_t);
+} ZvClassFactoryVtbl;
+struct ZvClassFactory {
+    const ZvClassFactoryVtbl* vtbl;
+};
+
+/* Los cuatro puntos de entrada de un servidor. */
+typedef ZvResult (*ZvGetClassObject)(const ZvGuid*, const ZvGuid*, void**);
+typedef ZvResult (*ZvEntryPoint)(void); /* DllCanUnloadNow, DllRegisterServer, DllUnregisterServer */
+
+/* Un texto con esas unidades, o con ceros si no se dan; nulo si no hay memoria. */
+static inline ZvBstr zv_bstr_new(const uint16_t* units, size_t count)
+{
+    uint32_t bytes;
+    char* block;
+    if (count > (UINT32_MAX - 16) / 2)
+        return NULL;
+    bytes = (uint32_t)(count * 2);
+    block = (char*)calloc(1, (size_t)bytes + 10);
+    if (block == NULL)
+        return NULL;
+    memcpy(block + 4, &bytes, sizeof bytes);
+    if (units != NULL && bytes != 0)
+        memcpy(block + 8, units, bytes);
+    return (ZvBstr)(void*)(block + 8);
+}
+
+static inline size_t zv_bstr_length(const uint16_t* text)
+{
+    uint32_t bytes = 0;
+    if (text != NULL)
+        memcpy(&bytes, (const char*)text - 4, sizeof bytes);
+    return bytes / 2;
+}
+
+static inline void zv_bstr_free(ZvBstr text)
+{
+    if (text != NULL)
+        free((char*)text - 8);
+}
+
+/* Suelta una referencia a un objeto de cualquier interfaz; nulo vale. */
+static inline void zv_release(void* object)
+{
+    if (object != NULL)
+        ((ZvUnknown*)object)->vtbl->Release((ZvUnknown*)object);
+}
+
+static inline void zv_variant_clear(ZvVariant* variant);
+
+static inline size_t zv_array_count(const ZvArray* array)
+{
+    size_t count = 1;
+    uint16_t i;
+    for (i = 0; i < array->dimensions; ++i)
+        count *= array->bounds[i].count;
+    return count;
+}
+
+/* Una matriz de una dimensión, con ceros; nulo si no hay memoria. */
+static inline ZvArray* zv_array_new(uint32_t elementSize, uint32_t count)
+{
+    ZvArray* array = (ZvArray*)calloc(1, sizeof(ZvArray));
+    if (array == NULL)
+        return NULL;
+    array->dimensions = 1;
+    array->elementSize = elementSize;
+    array->bounds[0].count = count;
+    array->data = calloc((size_t)count + 1, elementSize);
+    if (array->data == NULL) {
+        free(array);
+        return NULL;
+    }
+    return array;
+}
+
+/* Libera una matriz cuyos elementos son de ese tipo, y lo que haya en ellos. */
+static inline void zv_array_free(ZvArray* array, uint16_t elementType)
+{
+    size_t i, count;
+    if (array == NULL)
+        return;
+    count = zv_array_count(array);
+    for (i = 0; i < count; ++i)
+        if (elementType == ZV_VT_BSTR)
+            zv_bstr_free(((ZvBstr*)array->data)[i]);
+        else if (elementType == ZV_VT_DISPATCH || elementType == ZV_VT_UNKNOWN)
+            zv_release(((void**)array->data)[i]);
+        else if (elementType == ZV_VT_VARIANT)
+            zv_variant_clear((ZvVariant*)array->data + i);
+    free(array->data);
+    free(array);
+}
+
+/* Libera lo que cuelga del valor y lo deja vacío. */
+static inline void zv_variant_clear(ZvVariant* variant)
+{
+    if ((variant->vt & ZV_VT_BYREF) == 0) {
+        if ((variant->vt & ZV_VT_ARRAY) != 0)
+            zv_array_free(variant->value.array, (uint16_t)(variant->vt & 0xFFF));
+        else if (variant->vt == ZV_VT_BSTR)
+            zv_bstr_free(variant->value.text);
+        else if (variant->vt == ZV_VT_DISPATCH || variant->vt == ZV_VT_UNKNOWN)
+            zv_release(variant->value.unknown);
+    }
+    memset(variant, 0, sizeof *variant);
+}
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,176 @@
+/* Las cinco clases de ZVConfiguracion 1.0 para un programa en C o C++: identificadores y tablas de llamada.
+ * Los miembros de los registros tienen los números 0x40030000 en adelante, en este orden, y las operaciones
+ * de cAsignarDatos del 0x60030000 al 0x60030003. Un fallo llega como resultado negativo; su texto lo da
+ * Invoke. */
+#ifndef ZVCONFIGURACION_ZVCONFIGURACION_H
+#define ZVCONFIGURACION_ZVCONFIGURACION_H
+
+#include <zvconfiguracion/automation.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+static const ZvGuid ZV_LIBID_ZVConfiguracion = {
+    0x70714B44, 0x8A7D, 0x4BFC, {0x82, 0xD3, 0x68, 0x8C, 0xFA, 0x3D, 0xBC, 0x7B}};
+static const ZvGuid ZV_CLSID_cDatosSesion = {
+    0xA259D0F1, 0x60FB, 0x4D12, {0xAC, 0x73, 0x1A, 0x69, 0xBB, 0x85, 0x4D, 0xBE}};
+static const ZvGuid ZV_IID__cDatosSesion = {
+    0x0F937314, 0xBF9C, 0x44AA, {0xAE, 0x00, 0xC2, 0xD5, 0xB3, 0xEC, 0x19, 0x91}};
+static const ZvGuid ZV_CLSID_cConsejoOrientador = {
+    0x6B46AF6F, 0x033B, 0x46CB, {0x98, 0xE7, 0x08, 0x67, 0x69, 0x27, 0x4A, 0x78}};
+static const ZvGuid ZV_IID__cConsejoOrientador = {
+    0x1107F26A, 0x3FB3, 0x4BE1, {0xBF, 0xA7, 0x1E, 0xC4, 0xF8, 0x5B, 0x10, 0x42}};
+static const ZvGuid ZV_CLSID_cAsignarDatos = {
+    0x601308DE, 0x5EB9, 0x41BD, {0x95, 0xDD, 0xB7, 0xE8, 0x10, 0x71, 0x0C, 0x6F}};
+static const ZvGuid ZV_IID__cAsignarDatos = {
+    0x17D8FEB6, 0xA41B, 0x464B, {0xB4, 0xE1, 0x15, 0xD9, 0x53, 0xAF, 0x79, 0x13}};
+static const ZvGuid ZV_CLSID_cInformeInd = {
+    0xBB7DAD5F, 0xD68B, 0x4D67, {0x99, 0xEB, 0x49, 0x5A, 0x11, 0x08, 0xA5, 0x69}};
+static const ZvGuid ZV_IID__cInformeInd = {
+    0xDB02D4B4, 0x2FE7, 0x41E8, {0x9C, 0x5A, 0x64, 0x80, 0xA2, 0xFF, 0x9F, 0x00}};
+static const ZvGuid ZV_CLSID_cInfPrimaria = {
+    0x68ADEE8D, 0xBCCA, 0x4205, {0x8B, 0xFA, 0xA0, 0x96, 0xAE, 0x29, 0x94, 0xAA}};
+static const ZvGuid ZV_IID__cInfPrimaria = {
+    0xDDECA39F, 0x2587, 0x47D2, {0xAA, 0xDE, 0x50, 0x11, 0x5A, 0x78, 0xBF, 0xDB}};
+
+typedef struct Zv_cDatosSesion Zv_cDatosSesion;
+typedef struct Zv_cDatosSesionVtbl {
+    ZvDispatchVtbl dispatch;
+    ZvResult (*get_IDPerfil)(Zv_cDatosSesion*, int16_t*);
+    ZvResult (*put_IDPerfil)(Zv_cDatosSesion*, int16_t);
+    ZvResult (*get_IDCentro)(Zv_cDatosSesion*, int16_t*);
+    ZvResult (*put_IDCentro)(Zv_cDatosSesion*, int16_t);
+    ZvResult (*get_NombreCentro)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult (*put_NombreCentro)(Zv_cDatosSesion*, ZvBstr);
+    ZvResult (*get_IDUsuario)(Zv_cDatosSesion*, int16_t*);
+    ZvResult (*put_IDUsuario)(Zv_cDatosSesion*, int16_t);
+    ZvResult (*get_NombreUsuario)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult (*put_NombreUsuario)(Zv_cDatosSesion*, ZvBstr);
+    ZvResult (*get_IDCursoEscolar)(Zv_cDatosSesion*, int16_t*);
+    ZvResult (*put_IDCursoEscolar)(Zv_cDatosSesion*, int16_t);
+    ZvResult (*get_ValorCursoEscolar)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult (*put_ValorCursoEscolar)(Zv_cDatosSesion*, ZvBstr);
+    ZvResult (*get_Activa)(Zv_cDatosSesion*, ZvBool*);
+    ZvResult (*put_Activa)(Zv_cDatosSesion*, ZvBool);
+    ZvResult (*get_Pesetas)(Zv_cDatosSesion*, ZvBool*);
+    ZvResult (*put_Pesetas)(Zv_cDatosSesion*, ZvBool);
+    ZvResult (*get_CadenaUdlActiva)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult (*put_CadenaUdlActiva)(Zv_cDatosSesion*, ZvBstr);
+    ZvResult (*get_MTP)(Zv_cDatosSesion*, ZvBool*);
+    ZvResult (*put_MTP)(Zv_cDatosSesion*, ZvBool);
+    ZvResult (*get_RutaAplicacion)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult (*put_RutaAplicacion)(Zv_cDatosSesion*, ZvBstr);
+} Zv_cDatosSesionVtbl;
+struct Zv_cDatosSesion {
+    const Zv_cDatosSesionVtbl* vtbl;
+};
+
+typedef struct Zv_cConsejoOrientador Zv_cConsejoOrientador;
+typedef struct Zv_cConsejoOrientadorVtbl {
+    ZvDispatchVtbl dispatch;
+    ZvResult (*get_IDCORNota)(Zv_cConsejoOrientador*, int32_t*);
+    ZvResult (*put_IDCORNota)(Zv_cConsejoOrientador*, int32_t);
+    ZvResult (*get_CodAlumno)(Zv_cConsejoOrientador*, int16_t*);
+    ZvResult (*put_CodAlumno)(Zv_cConsejoOrientador*, int16_t);
+    ZvResult (*get_codSeccion)(Zv_cConsejoOrientador*, int16_t*);
+    ZvResult (*put_codSeccion)(Zv_cConsejoOrientador*, int16_t);
+    ZvResult (*get_codCOResp)(Zv_cConsejoOrientador*, int16_t*);
+    ZvResult (*put_codCOResp)(Zv_cConsejoOrientador*, int16_t);
+    ZvResult (*get_codConsejoOrientador)(Zv_cConsejoOrientador*, int16_t*);
+    ZvResult (*put_codConsejoOrientador)(Zv_cConsejoOrientador*, int16_t);
+    ZvResult (*get_Estado)(Zv_cConsejoOrientador*, uint8_t*);
+    ZvResult (*put_Estado)(Zv_cConsejoOrientador*, uint8_t);
+} Zv_cConsejoOrientadorVtbl;
+struct Zv_cConsejoOrientador {
+    const Zv_cConsejoOrientadorVtbl* vtbl;
+};
+
+typedef struct Zv_cAsignarDatos Zv_cAsignarDatos;
+typedef struct Zv_cAsignarDatosVtbl {
+    ZvDispatchVtbl dispatch;
+    ZvResult (*BloquearBanco)(Zv_cAsignarDatos*);
+    ZvResult (*ObtenerDatos)(Zv_cAsignarDatos*, ZvDispatch** ObjDatosSesion);
+    ZvResult (*ActivarFormulario)(Zv_cAsignarDatos*, uint8_t bytNodoSeleccionado);
+    ZvResult (*Eliminar)(Zv_cAsignarDatos*, uint8_t bytNodoSeleccionado, ZvBool* resultado);
+} Zv_cAsignarDatosVtbl;
+struct Zv_cAsignarDatos {
+    const Zv_cAsignarDatosVtbl* vtbl;
+};
+
+typedef struct Zv_cInformeInd Zv_cInformeInd;
+typedef struct Zv_cInformeIndVtbl {
+    ZvDispatchVtbl dispatch;
+    ZvResult (*get_CodAlumno)(Zv_cInformeInd*, int32_t*);
+    ZvResult (*put_CodAlumno)(Zv_cInformeInd*, int32_t);
+    ZvResult (*get_Dificultad)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Dificultad)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Valoracion)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Valoracion)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Apreciacion)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Apreciacion)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_colMaterias)(Zv_cInformeInd*, ZvDispatch**);
+    ZvResult (*putref_colMaterias)(Zv_cInformeInd*, ZvDispatch*);
+    ZvResult (*get_PropAlumno1)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_PropAlumno1)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_PropAlumno2)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_PropAlumno2)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_PropAlumno3)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_PropAlumno3)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_PropAlumno4)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_PropAlumno4)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_PropAlumno5)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_PropAlumno5)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Procedimiento1)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Procedimiento1)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Procedimiento2)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Procedimiento2)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Procedimiento3)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Procedimiento3)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Procedimiento4)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Procedimiento4)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Procedimiento5)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Procedimiento5)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Actitud1)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Actitud1)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Actitud2)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult (*put_Actitud2)(Zv_cInformeInd*, ZvBstr);
+    ZvResult (*get_Estado)(Zv_cInformeInd*, uint8_t*);
+    ZvResult (*put_Estado)(Zv_cInformeInd*, uint8_t);
+} Zv_cInformeIndVtbl;
+struct Zv_cInformeInd {
+    const Zv_cInformeIndVtbl* vtbl;
+};
+
+typedef struct Zv_cInfPrimaria Zv_cInfPrimaria;
+typedef struct Zv_cInfPrimariaVtbl {
+    ZvDispatchVtbl dispatch;
+    ZvResult (*get_codMateria)(Zv_cInfPrimaria*, int32_t*);
+    ZvResult (*put_codMateria)(Zv_cInfPrimaria*, int32_t);
+    ZvResult (*get_codTipo)(Zv_cInfPrimaria*, int32_t*);
+    ZvResult (*put_codTipo)(Zv_cInfPrimaria*, int32_t);
+    ZvResult (*get_codResp)(Zv_cInfPrimaria*, int32_t*);
+    ZvResult (*put_codResp)(Zv_cInfPrimaria*, int32_t);
+    ZvResult (*get_Nombre)(Zv_cInfPrimaria*, ZvBstr*);
+    ZvResult (*put_Nombre)(Zv_cInfPrimaria*, ZvBstr);
+    ZvResult (*get_Respuesta)(Zv_cInfPrimaria*, ZvBstr*);
+    ZvResult (*put_Respuesta)(Zv_cInfPrimaria*, ZvBstr);
+    ZvResult (*get_Estado)(Zv_cInfPrimaria*, uint8_t*);
+    ZvResult (*put_Estado)(Zv_cInfPrimaria*, uint8_t);
+} Zv_cInfPrimariaVtbl;
+struct Zv_cInfPrimaria {
+    const Zv_cInfPrimariaVtbl* vtbl;
+};
+/* Los cinco bloques que exporta la biblioteca: una longitud de 32 bits, 16, y el identificador de la
+ * interfaz. */
+extern const unsigned char _IID_CASIGNARDATOS[20];
+extern const unsigned char _IID_CCONSEJOORIENTADOR[20];
+extern const unsigned char _IID_CDATOSSESION[20];
+extern const unsigned char _IID_CINFORMEIND[20];
+extern const unsigned char _IID_CINFPRIMARIA[20];
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

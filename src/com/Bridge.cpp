@@ -1,0 +1,172 @@
+#include "com/Bridge.h"
+
+#include "com/DispatchObject.h"
+#include "com/Variant.h"
+
+#include <algorithm>
+
+namespace zv::com {
+
+namespace {
+
+constexpr std::uint32_t spanish = 0x0C0A; ///< Language of the names.
+
+/// Arguments as a host takes them: backwards.
+class Backwards {
+public:
+    Backwards(Arguments& arguments, Access access) : arguments_(arguments)
+    {
+        values_.reserve(arguments.size());
+        for (const Value& argument : arguments) {
+            values_.emplace_back(argument);
+            ZvVariant& value = values_.back().raw();
+            if (access != Access::let && value.vt == ZV_VT_EMPTY) {
+                value.vt = ZV_VT_ERROR;
+                value.value.error = ZV_DISP_PARAMNOTFOUND;
+            }
+            handed_.push_back(access == Access::call ? values_.back().reference() : value);
+        }
+        std::ranges::reverse(handed_);
+    }
+    ZvParams params(std::int32_t* name)
+    {
+        return {handed_.data(), name, static_cast<std::uint32_t>(handed_.size()), name == nullptr ? 0U : 1U};
+    }
+    /// Takes over what the host changed.
+    void takeBack()
+    {
+        for (std::size_t i = 0; i < arguments_.size(); ++i)
+            if (handed_[handed_.size() - 1 - i].vt & ZV_VT_BYREF)
+                takeBack(arguments_[i], valueOf(values_[i].raw()));
+    }
+
+private:
+    static void takeBack(Value& argument, Value changed)
+    {
+        const auto* numbers = argument.as<LongArray>();
+        const auto* fresh = changed.as<LongArray>();
+        if (numbers != nullptr && *numbers && fresh != nullptr)
+            **numbers = **fresh;
+        else
+            argument = std::move(changed);
+    }
+
+    Arguments& arguments_;
+    std::vector<Variant> values_;
+    std::vector<ZvVariant> handed_; ///< Owns nothing.
+};
+
+class HostObject final : public Object {
+public:
+    explicit HostObject(Held<ZvDispatch> dispatch) : dispatch_(std::move(dispatch)) {}
+    const Held<ZvDispatch>& dispatch() const { return dispatch_; }
+
+    StringView TypeName() const override { return u"Object"; }
+    Value invoke(StringView member, Access access, Arguments& arguments) override
+    {
+        // The call itself may end the last other reference.
+        const Held<ZvDispatch> held = dispatch_;
+        ZvDispatch* host = held.get();
+        const std::int32_t id = idOf(*host, member);
+        std::int32_t assigned = ZV_DISPID_PROPERTYPUT;
+        Backwards handed(arguments, access);
+        ZvParams params = handed.params(access == Access::let ? &assigned : nullptr);
+        Variant result;
+        ZvException exception{};
+        std::uint32_t blamed = 0;
+        const ZvResult answered =
+            host->vtbl->Invoke(host, id, &ZV_IID_NULL, spanish, modesOf(access, arguments), &params,
+                               access == Access::let ? nullptr : &result.raw(), &exception, &blamed);
+        if (answered < 0)
+            failAs(answered, exception, member);
+        handed.takeBack();
+        return valueOf(result.raw());
+    }
+
+private:
+    static std::int32_t idOf(ZvDispatch& host, StringView member)
+    {
+        String name(member);
+        auto* units = reinterpret_cast<std::uint16_t*>(name.data());
+        std::int32_t id = ZV_DISPID_UNKNOWN;
+        ZvException none{};
+        const ZvResult found = host.vtbl->GetIDsOfNames(&host, &ZV_IID_NULL, &units, 1, spanish, &id);
+        if (found < 0)
+            failAs(found, none, member);
+        return id;
+    }
+    static std::uint16_t modesOf(Access access, const Arguments& arguments)
+    {
+        if (access != Access::let)
+            return ZV_METHOD | ZV_PROPERTYGET;
+        const bool object = !arguments.empty() && arguments.back().as<ObjectPtr>() != nullptr;
+        return object ? ZV_PROPERTYPUT | ZV_PROPERTYPUTREF : ZV_PROPERTYPUT;
+    }
+
+    Held<ZvDispatch> dispatch_;
+};
+
+/// An object of ours that knows its members only when they are called: a name gets its number when it is
+/// first asked for.
+class NamedObject final : public DispatchObject {
+public:
+    explicit NamedObject(ObjectPtr object) : DispatchObject(functions()), object_(std::move(object)) {}
+
+    std::int32_t idOf(StringView member) override
+    {
+        const auto known =
+            std::ranges::find_if(names_, [&](StringView name) { return sameName(name, member); });
+        const auto place = known - names_.begin();
+        if (known == names_.end())
+            names_.emplace_back(member);
+        return static_cast<std::int32_t>(place) + 1;
+    }
+    std::int32_t parameterOf(std::int32_t /*member*/, StringView /*name*/) const override
+    {
+        return ZV_DISPID_UNKNOWN;
+    }
+    Value invoke(Call& call) override
+    {
+        // What stands for the object itself where a host names no member.
+        const String usual = sameName(object_->TypeName(), u"Collection") ? u"Item" : u"Value";
+        if (call.id < 0 || static_cast<std::size_t>(call.id) > names_.size())
+            throw Refusal{ZV_DISP_MEMBERNOTFOUND};
+        const String member =
+            call.id == ZV_DISPID_VALUE ? usual : names_[static_cast<std::size_t>(call.id) - 1];
+        return object_->invoke(member, accessOf(call.modes), call.arguments);
+    }
+
+private:
+    static Access accessOf(int modes)
+    {
+        if (modes & (ZV_PROPERTYPUT | ZV_PROPERTYPUTREF))
+            return Access::let;
+        return modes & ZV_METHOD ? Access::call : Access::get;
+    }
+    static const FunctionTable& functions()
+    {
+        static const FunctionTable table = dispatchFunctions();
+        return table;
+    }
+
+    ObjectPtr object_;
+    std::vector<String> names_;
+};
+
+} // namespace
+
+ObjectPtr objectOf(Held<ZvDispatch> dispatch)
+{
+    return dispatch ? std::make_shared<HostObject>(std::move(dispatch)) : nullptr;
+}
+
+Held<ZvDispatch> dispatchOf(const ObjectPtr& object)
+{
+    if (!object)
+        return {};
+    if (const auto* host = dynamic_cast<const HostObject*>(object.get()))
+        return host->dispatch();
+    return Held(std::make_unique<NamedObject>(object).release()->face<ZvDispatch>());
+}
+
+} // namespace zv::com

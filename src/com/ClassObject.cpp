@@ -1,0 +1,78 @@
+#include "com/ClassObject.h"
+
+#include <algorithm>
+
+namespace zv::com {
+
+namespace {
+
+class ClassObject final : public ComObject {
+public:
+    explicit ClassObject(const Creatable& what);
+    bool answers(const ZvGuid& interface) const override { return interface == ZV_IID_IClassFactory; }
+    const Creatable& what() const { return what_; }
+
+private:
+    const Creatable& what_;
+};
+
+/// Gives the host the interface it asked for, and our own reference back.
+ZvResult handOver(std::unique_ptr<ComObject> made, const ZvGuid* interface, void** place)
+{
+    const Held<ZvUnknown> own(made.release()->face<ZvUnknown>());
+    return own.get()->vtbl->QueryInterface(own.get(), interface, place);
+}
+
+ZvResult createInstance(Face* face, ZvUnknown* outer, const ZvGuid* interface, void** place)
+{
+    if (place == nullptr)
+        return ZV_E_POINTER;
+    *place = nullptr;
+    if (outer != nullptr)
+        return ZV_CLASS_NOAGGREGATION;
+    return guarded([&] {
+        const ZvResult given = handOver(Self<ClassObject>(face)->what().make(), interface, place);
+        if (given < 0)
+            throw Refusal{given};
+    });
+}
+
+ZvResult lockServer(Face* /*face*/, std::int32_t lock)
+{
+    inUse() += lock != 0 ? 1 : -1;
+    return ZV_OK;
+}
+
+const FunctionTable& functions()
+{
+    static const FunctionTable table = [] {
+        FunctionTable made = unknownFunctions();
+        made.push_back(reinterpret_cast<AnyFunction>(createInstance));
+        made.push_back(reinterpret_cast<AnyFunction>(lockServer));
+        return made;
+    }();
+    return table;
+}
+
+ClassObject::ClassObject(const Creatable& what) : ComObject(functions()), what_(what) {}
+
+} // namespace
+
+ZvResult classObject(std::span<const Creatable> classes, const ZvGuid* classId, const ZvGuid* interface,
+                     void** place)
+{
+    if (classId == nullptr || interface == nullptr || place == nullptr)
+        return ZV_E_POINTER;
+    *place = nullptr;
+    const auto found =
+        std::ranges::find_if(classes, [&](const Creatable& each) { return each.classId == *classId; });
+    if (found == classes.end())
+        return ZV_CLASS_NOTAVAILABLE;
+    return guarded([&] {
+        const ZvResult given = handOver(std::make_unique<ClassObject>(*found), interface, place);
+        if (given < 0)
+            throw Refusal{given};
+    });
+}
+
+} // namespace zv::com

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "runtime/String.h"
+
+#include <zvconfiguracion/automation.h>
+
+#include <cstring>
+#include <utility>
+
+namespace zv::com {
+
+/// A counted reference to an object behind the surface, ours or a host's.
+template <class Interface>
+class Held {
+public:
+    Held() = default;
+    /// Takes over a reference that the caller has.
+    explicit Held(Interface* object) : object_(object) {}
+    Held(const Held& other) : Held(counted(other.object_)) {}
+    Held(Held&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    Held& operator=(Held other) noexcept
+    {
+        std::swap(object_, other.object_);
+        return *this;
+    }
+    ~Held() { zv_release(object_); }
+
+    /// Shares an object that someone else holds.
+    static Held sharing(Interface* object) { return Held(counted(object)); }
+
+    Interface* get() const { return object_; }
+    /// Where a function puts a reference for us.
+    Interface** place() { return &object_; }
+    /// Hands the reference to the caller.
+    Interface* detach() { return std::exchange(object_, nullptr); }
+    explicit operator bool() const { return object_ != nullptr; }
+
+private:
+    static Interface* counted(Interface* object)
+    {
+        if (object != nullptr) {
+            auto* unknown = reinterpret_cast<ZvUnknown*>(object);
+            unknown->vtbl->AddRef(unknown);
+        }
+        return object;
+    }
+    Interface* object_ = nullptr;
+};
+
+/// A text of the surface; what stands in it is never looked for beyond its length.
+inline String textOf(const std::uint16_t* text)
+{
+    // Both are units of UTF-16.
+    return text == nullptr ? String() : String(reinterpret_cast<const char16_t*>(text), zv_bstr_length(text));
+}
+/// A new text, which the receiver frees. Fails with std::bad_alloc.
+ZvBstr newText(StringView text);
+
+inline bool operator==(const ZvGuid& a, const ZvGuid& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+
+} // namespace zv::com

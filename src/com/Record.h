@@ -1,0 +1,16 @@
+#pragma once
+
+#include "com/ComObject.h"
+#include "com/Members.h"
+
+#include <memory>
+
+namespace zv::com {
+
+/// A record that hosts fill and read; no logic of ours stands behind it.
+std::unique_ptr<ComObject> newDatosSesion();
+std::unique_ptr<ComObject> newConsejoOrientador();
+std::unique_ptr<ComObject> newInformeInd();
+std::unique_ptr<ComObject> newInfPrimaria();
+
+} // namespace zv::com

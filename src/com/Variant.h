@@ -1,0 +1,42 @@
+#pragma once
+
+#include "runtime/Value.h"
+
+#include <zvconfiguracion/automation.h>
+
+namespace zv::com {
+
+/// A variant and what hangs on it.
+class Variant {
+public:
+    Variant() = default;
+    explicit Variant(const Value& value);
+    Variant(const Variant&) = delete;
+    Variant& operator=(const Variant&) = delete;
+    Variant(Variant&& other) noexcept : variant_(other.detach()) {}
+    Variant& operator=(Variant&&) = delete;
+    ~Variant() { zv_variant_clear(&variant_); }
+
+    ZvVariant& raw() { return variant_; }
+    /// Hands what hangs on it to the caller.
+    ZvVariant detach()
+    {
+        const ZvVariant result = variant_;
+        variant_ = {};
+        return result;
+    }
+    /// A variant that refers to this one's value, for a callee to change; as it is where there is none.
+    ZvVariant reference();
+
+private:
+    ZvVariant variant_{};
+};
+
+/// What a variant holds or refers to; an argument that was left out is Empty. Fails with 13 if it is of a
+/// kind that nothing here can take.
+Value valueOf(const ZvVariant& variant);
+
+/// Puts a value where a by-reference variant refers to, as its kind; any other variant is left alone.
+void writeBack(const ZvVariant& reference, const Value& value);
+
+} // namespace zv::com
