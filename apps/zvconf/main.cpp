@@ -1,5 +1,6 @@
 #include "zvconf/Command.h"
 
+#include "data/odbc/OdbcEngine.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "robot/LateEngine.h"
 #include "runtime/Errors.h"
@@ -14,7 +15,7 @@ namespace {
 
 constexpr Command commands[] = {
     {u"crear", crear}, {u"comprobar", comprobar}, {u"registros", registros},
-    {u"clave", clave}, {u"guion", guion},
+    {u"clave", clave}, {u"guion", guion},         {u"azar", azar},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -32,15 +33,22 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
       puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
       la persona, o donde diga la variable ZV_CLAVE.
-  zvconf guion [--comprobar | --reescribir] [--bd URL | --en URL] [--motor] FICHERO...
+  zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
-      Cada guion estrena bases de datos en memoria, o en el motor de --bd; con --en usa, y cambia,
-      las que existen. Con --motor dice qué motor es.
+      Cada guion estrena bases de datos en memoria, o en el motor de --bd, vacías o con --ejemplo llenas
+      con el centro de ejemplo; con --en usa, y cambia, las que existen. Con --motor dice qué motor es.
+  zvconf azar [--semilla N] [--actos N] [--fallos] [--consulta] [--bd URL]
+      Hace N cosas al azar (1000) en todas las ventanas, sobre un centro de ejemplo que estrena, y escribe
+      el guion que las repite con «zvconf guion --ejemplo». Otra semilla hace otras cosas. Con --fallos
+      fallan algunas instrucciones; con --consulta la sesión no puede cambiar datos. Avisa de una ventana
+      que no se deja cerrar, de lo que se escribe en una sesión de consulta y de fallos del propio módulo.
   zvconf --version
   zvconf --help
 
-URL es sqlite:FICHERO; junto a colegio.db están colegio.borrado.db y colegio.entrada.db.
+URL es sqlite:FICHERO (junto a colegio.db están colegio.borrado.db y colegio.entrada.db), o un servidor
+por ODBC: odbc:DSN=NOMBRE u odbc:Driver=...;Server=...;Database=...;UID=...;PWD=... En PostgreSQL las tres
+bases son los esquemas ESQUEMA, ESQUEMA_borrado y ESQUEMA_entrada: añada ESQUEMA=NOMBRE, o será «centro».
 
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
 algo, la fila que se libera no estaba registrada, un guion ve otra cosa); con 2 si la orden no se ha podido hacer.
@@ -62,6 +70,7 @@ int run(const std::vector<String>& words)
     if (command == std::end(commands))
         throw UsageError(u"«" + words.front() + u"» no es una orden.");
     registerEngine(sqliteEngine());
+    registerEngine(odbcEngine());
     registerEngine(lateEngine());
     registerCipher();
     return command->run(Arguments(words).subspan(1));

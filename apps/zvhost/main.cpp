@@ -1,5 +1,6 @@
 #include "zvhost/Command.h"
 
+#include "data/odbc/OdbcEngine.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "module/Module.h"
 #include "runtime/Single.h"
@@ -75,6 +76,7 @@ int run(int argc, char** argv)
     if (spanish.load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&spanish);
     registerEngine(sqliteEngine());
+    registerEngine(odbcEngine());
     registerCipher();
     installModule();
     const QStringList words = QApplication::arguments();

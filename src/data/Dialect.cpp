@@ -249,6 +249,12 @@ void refuseSecond(StringView rest, StringView statement)
     }
 }
 
+bool isQuery(StringView statement)
+{
+    const Token first = Tokens(statement).next();
+    return sameName(statement.substr(first.start, first.length), u"select");
+}
+
 StringView inDialect(StringView statement, const Dialect& dialect, String& room)
 {
     Rewriter rewriter(statement, dialect);

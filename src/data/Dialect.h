@@ -19,4 +19,7 @@ StringView inDialect(StringView statement, const Dialect& dialect, String& room)
 /// fails with failure::badStatement.
 void refuseSecond(StringView rest, StringView statement);
 
+/// Whether a statement asks for rows and changes none.
+bool isQuery(StringView statement);
+
 } // namespace zv

@@ -25,6 +25,16 @@ StringView schemeOf(StringView url)
 
 } // namespace
 
+std::filesystem::path fileOf(const std::filesystem::path& live, Database which)
+{
+    if (which == Database::centro || live.empty())
+        return live;
+    std::filesystem::path name = live.stem();
+    name += which == Database::borrado ? u".borrado" : u".entrada";
+    name += live.extension();
+    return live.parent_path() / name;
+}
+
 void registerEngine(std::unique_ptr<Engine> engine)
 {
     const auto known = engineNamed(engine->scheme());

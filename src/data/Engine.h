@@ -2,6 +2,7 @@
 
 #include "data/Connection.h"
 
+#include <filesystem>
 #include <vector>
 
 namespace zv {
@@ -10,7 +11,7 @@ namespace zv {
 enum class Database { centro, borrado, entrada };
 
 /// How an engine writes the definition of a table.
-enum class DdlStyle { sqlite };
+enum class DdlStyle { sqlite, postgresql };
 
 /// A table as it stands in a database: its columns in physical order.
 struct FoundTable {
@@ -39,6 +40,10 @@ public:
     /// The tables of a database that this engine opened.
     virtual std::vector<FoundTable> tables(Connection& connection) = 0;
 };
+
+/// Where a school's databases are files: the one of `which`, by the path of the live one (colegio.db,
+/// colegio.borrado.db, colegio.entrada.db).
+std::filesystem::path fileOf(const std::filesystem::path& live, Database which);
 
 /// Makes an engine known; each program registers those that it links.
 void registerEngine(std::unique_ptr<Engine> engine);

@@ -11,7 +11,18 @@ struct Spelling {
     StringView automaticKey;  ///< Behind the type of a key that the database gives.
     StringView ownKeyOptions; ///< Behind the columns of a table whose rows bring their key.
     StringView otherOptions;  ///< Behind those of any other table.
+    StringView once = {};     ///< Before all tables.
+    StringView automatic =
+        {}; ///< Behind a table whose key the database gives: its name, its key, and its key.
 };
+
+/// A key that a row comes without is one above the largest: a sequence of its own would sooner or later give
+/// one that a row brought.
+constexpr StringView nextKey =
+    u"CREATE FUNCTION zv_clave() RETURNS trigger LANGUAGE plpgsql AS 'DECLARE clave integer; BEGIN "
+    u"EXECUTE format(''SELECT COALESCE(MAX(%1$I),0)+1 FROM %2$I.%3$I'', TG_ARGV[0], TG_TABLE_SCHEMA, "
+    u"TG_TABLE_NAME) INTO clave; RETURN jsonb_populate_record(NEW, jsonb_build_object(TG_ARGV[0], clave)); "
+    u"END'";
 
 const Spelling& spelling(DdlStyle style)
 {
@@ -21,11 +32,17 @@ const Spelling& spelling(DdlStyle style)
                                      .automaticKey = u" PRIMARY KEY",
                                      .ownKeyOptions = u" STRICT, WITHOUT ROWID",
                                      .otherOptions = u" STRICT"};
-    switch (style) {
-    case DdlStyle::sqlite:
-        break;
-    }
-    return sqlite;
+    static constexpr Spelling postgresql{.wholeNumber = u"INTEGER",
+                                         .text = u"TEXT",
+                                         .decimal = u"DOUBLE PRECISION",
+                                         .automaticKey = u" PRIMARY KEY",
+                                         .ownKeyOptions = u"",
+                                         .otherOptions = u"",
+                                         .once = nextKey,
+                                         .automatic =
+                                             u"CREATE TRIGGER zv_clave BEFORE INSERT ON {} FOR EACH ROW "
+                                             u"WHEN (NEW.{} IS NULL) EXECUTE FUNCTION zv_clave('{}')"};
+    return style == DdlStyle::postgresql ? postgresql : sqlite;
 }
 
 StringView typeName(Type type, const Spelling& as)
@@ -113,9 +130,16 @@ void addIndexes(std::vector<String>& statements, const Table& table)
 
 std::vector<String> definition(Database which, DdlStyle style)
 {
+    const Spelling& as = spelling(style);
     std::vector<String> result;
+    if (!as.once.empty())
+        result.emplace_back(as.once);
     for (const Table& each : tables(which)) {
-        result.push_back(tableDefinition(each, spelling(style)));
+        result.push_back(tableDefinition(each, as));
+        if (each.key == Key::automatic && !as.automatic.empty()) {
+            const String key = lowerName(each.columns().front().name);
+            result.push_back(statement(as.automatic, {each.name, key, key}));
+        }
         // Of deleted records only the largest key is asked for.
         if (which != Database::borrado)
             addIndexes(result, each);

@@ -39,17 +39,6 @@ bool fits(const Rule& rule, int code, Phase phase, StringView text)
            text.find(rule.words) != StringView::npos;
 }
 
-String hexadecimal(char16_t unit)
-{
-    constexpr StringView digits = u"0123456789ABCDEF";
-    String result = u"U+";
-    for (int shift = 12; shift >= 0; shift -= 4)
-        result += digits[static_cast<std::size_t>(unit >> shift) & 0xF];
-    return result;
-}
-
-bool isSurrogate(char16_t unit, char16_t first) { return (unit & 0xFC00) == first; }
-
 } // namespace
 
 DataError failureOf(sqlite3* handle, Phase phase, StringView statement)
@@ -61,20 +50,6 @@ DataError failureOf(sqlite3* handle, Phase phase, StringView statement)
             return {rule.number, std::to_string(code), text, statement};
     }
     return {failure::otherData, std::to_string(code), text, statement};
-}
-
-void refuseUnstorable(StringView statement)
-{
-    for (std::size_t place = 0; place < statement.size(); ++place) {
-        const char16_t unit = statement[place];
-        if (isSurrogate(unit, 0xD800) && place + 1 < statement.size() &&
-            isSurrogate(statement[place + 1], 0xDC00))
-            ++place;
-        else if (unit == 0 || unit >= 0xFFFE || (unit & 0xF800) == 0xD800)
-            throw DataError(failure::otherData, "",
-                            u"el carácter " + hexadecimal(unit) + u" no se puede guardar: quítelo del texto",
-                            statement);
-    }
 }
 
 } // namespace zv::sqlite

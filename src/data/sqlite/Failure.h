@@ -11,7 +11,5 @@ enum class Phase { preparing, running };
 
 /// What a handle tells of its last failure.
 DataError failureOf(sqlite3* handle, Phase phase, StringView statement);
-/// Fails with otherData if the statement holds a unit that would not come back as it was.
-void refuseUnstorable(StringView statement);
 
 } // namespace zv::sqlite

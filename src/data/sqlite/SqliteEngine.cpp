@@ -5,88 +5,11 @@
 
 #include <sqlite3.h>
 
-#include <algorithm>
-
 namespace zv {
 namespace sqlite {
 namespace {
 
 constexpr Dialect dialect{.joinTexts = u"||", .deleteWithStar = false};
-
-/// The rows of a statement. It keeps the database open, so that it may outlive its connection.
-class Rows final : public Recordset {
-public:
-    Rows(std::shared_ptr<Store> store, String statement, std::unique_ptr<Cursor> cursor)
-        : store_(std::move(store)), statement_(std::move(statement)), cursor_(std::move(cursor))
-    {}
-
-    bool Eof() override { return opened().row() == nullptr; }
-    void MoveNext() override
-    {
-        present();
-        cursor_->advance();
-    }
-    void MoveFirst() override
-    {
-        if (opened().row() && cursor_->isOnFirst())
-            return;
-        if (!cursor_->onlyReads())
-            refuse(failure::otherData, u"una instrucción que escribe no se repite");
-        cursor_ = store_->run(statement_);
-    }
-    Value Fields(StringView name) override
-    {
-        const std::vector<String>& names = opened().names();
-        const auto found =
-            std::ranges::find_if(names, [&](const String& each) { return sameName(each, name); });
-        if (found == names.end())
-            refuse(failure::unknownField, name);
-        return value(present()[static_cast<std::size_t>(found - names.begin())]);
-    }
-    std::vector<Value> row() override
-    {
-        std::vector<Value> result;
-        for (const Cursor::Field& field : present())
-            result.push_back(value(field));
-        return result;
-    }
-    Long State() const override { return cursor_ ? 1 : 0; }
-    void Close() override
-    {
-        opened();
-        cursor_.reset();
-        store_.reset();
-    }
-
-private:
-    Cursor& opened() const
-    {
-        if (!cursor_)
-            refuse(failure::closedRecordset);
-        return *cursor_;
-    }
-    const Cursor::Row& present() const
-    {
-        const Cursor::Row* row = opened().row();
-        if (!row)
-            refuse(failure::noRow);
-        return *row;
-    }
-    Value value(const Cursor::Field& field) const
-    {
-        if (!field)
-            refuse(failure::otherData, u"el campo contiene bytes y no se puede leer");
-        return *field;
-    }
-    [[noreturn]] void refuse(std::int32_t number, StringView detail = {}) const
-    {
-        throw DataError(number, "", detail, statement_);
-    }
-
-    std::shared_ptr<Store> store_;
-    String statement_;
-    std::unique_ptr<Cursor> cursor_;
-};
 
 class SqliteConnection final : public Connection {
 public:
@@ -99,8 +22,8 @@ public:
     }
     RecordsetPtr executeNative(StringView statement) override
     {
-        std::unique_ptr<Cursor> cursor = store_->run(statement);
-        return std::make_shared<Rows>(store_, String(statement), std::move(cursor));
+        return recordsetOf(String(statement), store_->run(statement),
+                           [store = store_](StringView again) { return store->run(again); });
     }
     EngineInfo engine() override { return {u"SQLite", fromUtf8(sqlite3_libversion())}; }
 
@@ -108,16 +31,10 @@ private:
     std::shared_ptr<Store> store_;
 };
 
-std::filesystem::path fileOf(StringView location, Database which)
+std::filesystem::path pathOf(StringView location, Database which)
 {
     const std::string path = toUtf8(location);
-    std::filesystem::path live(std::u8string(path.begin(), path.end()));
-    if (which == Database::centro || live.empty())
-        return live;
-    std::filesystem::path name = live.stem();
-    name += which == Database::borrado ? u".borrado" : u".entrada";
-    name += live.extension();
-    return live.parent_path() / name;
+    return fileOf(std::u8string(path.begin(), path.end()), which);
 }
 
 class SqliteEngine final : public Engine {
@@ -137,7 +54,7 @@ public:
     {
         return opened(location, which, Opening::fresh);
     }
-    void remove(StringView location, Database which) override { removeFile(fileOf(location, which)); }
+    void remove(StringView location, Database which) override { removeFile(pathOf(location, which)); }
     ConnectionPtr temporary(StringView /*location*/, Database /*which*/) override
     {
         return std::make_shared<SqliteConnection>(std::make_shared<Store>());
@@ -161,7 +78,7 @@ private:
     ConnectionPtr opened(StringView location, Database which, Opening opening) const
     {
         return std::make_shared<SqliteConnection>(
-            std::make_shared<Store>(fileOf(location, which), opening, durability_));
+            std::make_shared<Store>(pathOf(location, which), opening, durability_));
     }
 
     Durability durability_;

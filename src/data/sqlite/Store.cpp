@@ -163,12 +163,8 @@ StatementPtr prepare(sqlite3* handle, StringView statement)
 Cursor::Field fieldOf(sqlite3_stmt* statement, int column)
 {
     switch (sqlite3_column_type(statement, column)) {
-    case SQLITE_INTEGER: {
-        const std::int64_t number = sqlite3_column_int64(statement, column);
-        if (number >= INT32_MIN && number <= INT32_MAX)
-            return Value(static_cast<Long>(number));
-        return Value(static_cast<Double>(number));
-    }
+    case SQLITE_INTEGER:
+        return wholeNumber(sqlite3_column_int64(statement, column));
     case SQLITE_FLOAT:
         return Value(sqlite3_column_double(statement, column));
     case SQLITE_TEXT: {
@@ -265,28 +261,22 @@ std::unique_ptr<Cursor> Store::run(StringView statement)
         while (!on->cursors.empty())
             on->cursors.back()->takeAll();
     }
-    auto cursor = std::make_unique<Cursor>(std::move(on), std::move(prepared));
+    auto cursor = std::make_unique<StatementRows>(std::move(on), std::move(prepared));
     return hasRows ? std::move(cursor) : nullptr;
 }
 
-Cursor::Cursor(std::shared_ptr<Handle> handle, StatementPtr statement)
+StatementRows::StatementRows(std::shared_ptr<Handle> handle, StatementPtr statement)
     : handle_(std::move(handle)), statement_(std::move(statement)),
       onlyReads_(sqlite3_stmt_readonly(statement_.get()) != 0)
 {
-    fetch();
-    // What a statement writes is on disk only when its last row was read.
-    if (!onlyReads_)
-        takeAll();
-    if (failure_)
-        throw DataError(*failure_);
-    fetch();
-    if (statement_)
+    begin();
+    if (!isOver())
         handle_->cursors.push_back(this);
 }
 
-Cursor::~Cursor() { end(); }
+StatementRows::~StatementRows() { StatementRows::finish(); }
 
-void Cursor::end()
+void StatementRows::finish()
 {
     statement_.reset();
     if (handle_)
@@ -294,48 +284,27 @@ void Cursor::end()
     handle_.reset();
 }
 
-void Cursor::fetch()
+bool StatementRows::read(Row& row)
 {
-    if (!statement_)
-        return;
     const int result = sqlite3_step(statement_.get());
     if (names_.empty())
         readNames();
-    if (result == SQLITE_ROW) {
-        Row& row = rows_.emplace_back();
-        row.reserve(names_.size());
-        for (int column = 0; column < static_cast<int>(names_.size()); ++column)
-            row.push_back(fieldOf(statement_.get(), column));
-        return;
-    }
-    if (result != SQLITE_DONE)
-        failure_ =
-            failureOf(handle_->database.get(), Phase::running, fromUtf8(sqlite3_sql(statement_.get())));
-    end();
+    if (result != SQLITE_ROW && result != SQLITE_DONE)
+        throw failureOf(handle_->database.get(), Phase::running, fromUtf8(sqlite3_sql(statement_.get())));
+    if (result == SQLITE_DONE)
+        return false;
+    row.reserve(names_.size());
+    for (int column = 0; column < static_cast<int>(names_.size()); ++column)
+        row.push_back(fieldOf(statement_.get(), column));
+    return true;
 }
 
 /// Known once it runs: another station may have changed the table since the handle looked at it last.
-void Cursor::readNames()
+void StatementRows::readNames()
 {
     const int columns = sqlite3_column_count(statement_.get());
     for (int column = 0; column < columns; ++column)
         names_.emplace_back(static_cast<const char16_t*>(sqlite3_column_name16(statement_.get(), column)));
-}
-
-void Cursor::takeAll()
-{
-    while (statement_)
-        fetch();
-}
-
-void Cursor::advance()
-{
-    rows_.pop_front();
-    ++passed_;
-    if (rows_.size() < 2)
-        fetch();
-    if (rows_.empty() && failure_)
-        throw DataError(*failure_);
 }
 
 } // namespace zv::sqlite

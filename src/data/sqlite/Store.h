@@ -1,19 +1,14 @@
 #pragma once
 
-#include "data/Connection.h"
-#include "data/DataError.h"
+#include "data/Cursor.h"
 #include "data/sqlite/SqliteEngine.h"
 
-#include <deque>
 #include <filesystem>
-#include <optional>
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace zv::sqlite {
-
-class Cursor;
 
 struct CloseHandle {
     void operator()(sqlite3* handle) const;
@@ -58,41 +53,19 @@ private:
     std::vector<std::shared_ptr<Handle>> handles_;
 };
 
-/// The rows of a running statement. It holds the present row and the next, so that a result of one row
-/// is over at once and frees its handle.
-class Cursor {
+class StatementRows final : public Cursor {
 public:
-    /// A field; empty if it holds bytes, which nothing here can take.
-    using Field = std::optional<Value>;
-    using Row = std::vector<Field>;
-
-    Cursor(std::shared_ptr<Handle> handle, StatementPtr statement);
-    Cursor(const Cursor&) = delete;
-    Cursor& operator=(const Cursor&) = delete;
-    ~Cursor();
-
-    const std::vector<String>& names() const { return names_; }
-    /// The present row; none past the last.
-    const Row* row() const { return rows_.empty() ? nullptr : &rows_.front(); }
-    bool isOnFirst() const { return passed_ == 0; }
-    /// Whether the statement may run again: it only reads.
-    bool onlyReads() const { return onlyReads_; }
-    /// On to the next row, of which a failure may stand in the way.
-    void advance();
-    /// Reads all rows that are left, so that the handle is free.
-    void takeAll();
+    StatementRows(std::shared_ptr<Handle> handle, StatementPtr statement);
+    ~StatementRows() override;
+    bool onlyReads() const override { return onlyReads_; }
 
 private:
-    void fetch();
+    bool read(Row& row) override;
+    void finish() override;
     void readNames();
-    void end();
 
     std::shared_ptr<Handle> handle_;
     StatementPtr statement_;
-    std::vector<String> names_;
-    std::deque<Row> rows_;
-    std::optional<DataError> failure_; ///< Met behind the rows read so far.
-    std::uint64_t passed_ = 0;
     bool onlyReads_ = true;
 };
 

@@ -1,0 +1,167 @@
+#include "data/Cursor.h"
+
+#include <algorithm>
+
+namespace zv {
+namespace {
+
+class Rows final : public Recordset {
+public:
+    using Again = std::function<std::unique_ptr<Cursor>(StringView)>;
+
+    Rows(String statement, std::unique_ptr<Cursor> cursor, Again again)
+        : statement_(std::move(statement)), again_(std::move(again)), cursor_(std::move(cursor))
+    {}
+
+    bool Eof() override { return opened().row() == nullptr; }
+    void MoveNext() override
+    {
+        present();
+        cursor_->advance();
+    }
+    void MoveFirst() override
+    {
+        if (opened().row() && cursor_->isOnFirst())
+            return;
+        if (!cursor_->onlyReads())
+            refuse(failure::otherData, u"una instrucción que escribe no se repite");
+        cursor_ = again_(statement_);
+    }
+    Value Fields(StringView name) override
+    {
+        const std::vector<String>& names = opened().names();
+        const auto found =
+            std::ranges::find_if(names, [&](const String& each) { return sameName(each, name); });
+        if (found == names.end())
+            refuse(failure::unknownField, name);
+        return value(present()[static_cast<std::size_t>(found - names.begin())]);
+    }
+    std::vector<Value> row() override
+    {
+        std::vector<Value> result;
+        for (const Cursor::Field& field : present())
+            result.push_back(value(field));
+        return result;
+    }
+    Long State() const override { return cursor_ ? 1 : 0; }
+    void Close() override
+    {
+        opened();
+        cursor_.reset();
+        again_ = nullptr;
+    }
+
+private:
+    Cursor& opened() const
+    {
+        if (!cursor_)
+            refuse(failure::closedRecordset);
+        return *cursor_;
+    }
+    const Cursor::Row& present() const
+    {
+        const Cursor::Row* row = opened().row();
+        if (!row)
+            refuse(failure::noRow);
+        return *row;
+    }
+    Value value(const Cursor::Field& field) const
+    {
+        if (!field)
+            refuse(failure::otherData, u"el campo contiene bytes y no se puede leer");
+        return *field;
+    }
+    [[noreturn]] void refuse(std::int32_t number, StringView detail = {}) const
+    {
+        throw DataError(number, "", detail, statement_);
+    }
+
+    String statement_;
+    Again again_;
+    std::unique_ptr<Cursor> cursor_;
+};
+
+String hexadecimal(char16_t unit)
+{
+    constexpr StringView digits = u"0123456789ABCDEF";
+    String result = u"U+";
+    for (int shift = 12; shift >= 0; shift -= 4)
+        result += digits[static_cast<std::size_t>(unit >> shift) & 0xF];
+    return result;
+}
+
+bool isSurrogate(char16_t unit, char16_t first) { return (unit & 0xFC00) == first; }
+
+} // namespace
+
+void Cursor::begin()
+{
+    fetch();
+    if (!onlyReads())
+        takeAll();
+    if (failure_)
+        throw DataError(*failure_);
+    fetch();
+}
+
+void Cursor::fetch()
+{
+    if (over_)
+        return;
+    try {
+        Row row;
+        if (read(row)) {
+            rows_.push_back(std::move(row));
+            return;
+        }
+    } catch (const DataError& failure) {
+        failure_ = failure;
+    }
+    over_ = true;
+    finish();
+}
+
+void Cursor::takeAll()
+{
+    while (!over_)
+        fetch();
+}
+
+void Cursor::advance()
+{
+    rows_.pop_front();
+    ++passed_;
+    if (rows_.size() < 2)
+        fetch();
+    if (rows_.empty() && failure_)
+        throw DataError(*failure_);
+}
+
+RecordsetPtr recordsetOf(String statement, std::unique_ptr<Cursor> cursor,
+                         std::function<std::unique_ptr<Cursor>(StringView)> again)
+{
+    return std::make_shared<Rows>(std::move(statement), std::move(cursor), std::move(again));
+}
+
+Value wholeNumber(std::int64_t number)
+{
+    if (number >= INT32_MIN && number <= INT32_MAX)
+        return static_cast<Long>(number);
+    return static_cast<Double>(number);
+}
+
+void refuseUnstorable(StringView statement)
+{
+    for (std::size_t place = 0; place < statement.size(); ++place) {
+        const char16_t unit = statement[place];
+        if (isSurrogate(unit, 0xD800) && place + 1 < statement.size() &&
+            isSurrogate(statement[place + 1], 0xDC00))
+            ++place;
+        else if (unit == 0 || unit >= 0xFFFE || (unit & 0xF800) == 0xD800)
+            throw DataError(failure::otherData, "",
+                            u"el carácter " + hexadecimal(unit) + u" no se puede guardar: quítelo del texto",
+                            statement);
+    }
+}
+
+} // namespace zv

@@ -1,0 +1,275 @@
+#include "data/odbc/Link.h"
+
+#include "data/Dialect.h"
+#include "runtime/Convert.h"
+
+#include <sql.h>
+#include <sqlext.h>
+#include <sqlucode.h>
+
+#include <algorithm>
+#include <array>
+
+namespace zv::odbc {
+namespace {
+
+// Texts go to the driver manager as they are.
+static_assert(sizeof(SQLWCHAR) == sizeof(char16_t));
+
+constexpr std::uintptr_t loginSeconds = 5;
+
+SQLWCHAR* wide(char16_t* text) { return reinterpret_cast<SQLWCHAR*>(text); }
+/// The driver manager takes texts that it only reads without saying so.
+SQLWCHAR* wide(const char16_t* text) { return wide(const_cast<char16_t*>(text)); }
+
+bool went(SQLRETURN result) { return SQL_SUCCEEDED(result) || result == SQL_NO_DATA; }
+
+SQLPOINTER attribute(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
+
+void* environment()
+{
+    static const DriverHandle handle = [] { return DriverHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE); }();
+    static const SQLRETURN version =
+        SQLSetEnvAttr(handle.get(), SQL_ATTR_ODBC_VERSION, attribute(SQL_OV_ODBC3), 0);
+    return went(version) ? handle.get() : nullptr;
+}
+
+String information(SQLHDBC connection, SQLUSMALLINT what)
+{
+    std::array<char16_t, 200> room{};
+    SQLSMALLINT bytes = 0;
+    SQLGetInfoW(connection, what, room.data(), sizeof room, &bytes);
+    return room.data();
+}
+
+/// A column of characters of a catalogue's row.
+String characters(const DriverHandle& statement, SQLUSMALLINT column)
+{
+    std::array<char16_t, 200> room{};
+    SQLLEN bytes = 0;
+    SQLGetData(statement.get(), column, SQL_C_WCHAR, room.data(), sizeof room, &bytes);
+    return bytes == SQL_NULL_DATA ? String() : String(room.data());
+}
+
+} // namespace
+
+DriverHandle::DriverHandle(std::int16_t kind, void* parent) : kind_(kind)
+{
+    if (!SQL_SUCCEEDED(SQLAllocHandle(kind, parent, &handle_)))
+        throw DataError(failure::connectionLost, "", u"el gestor de ODBC no responde", u"");
+}
+
+DriverHandle::~DriverHandle() { SQLFreeHandle(kind_, handle_); }
+
+Diagnosis DriverHandle::diagnosis() const
+{
+    std::array<char16_t, SQL_SQLSTATE_SIZE + 1> state{};
+    std::array<char16_t, SQL_MAX_MESSAGE_LENGTH> words{};
+    SQLINTEGER native = 0;
+    SQLSMALLINT length = 0;
+    const SQLRETURN result = SQLGetDiagRecW(kind_, handle_, 1, wide(state.data()), &native,
+                                            wide(words.data()), words.size() - 1, &length);
+    if (!SQL_SUCCEEDED(result))
+        return {"HY000", 0, u"el controlador no dice por qué"};
+    return {toUtf8(state.data()), native, words.data()};
+}
+
+Link::Link(StringView connectionText) : connection_(SQL_HANDLE_DBC, environment())
+{
+    SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(loginSeconds), 0);
+    SQLSMALLINT length = 0;
+    if (!went(SQLDriverConnectW(connection_.get(), nullptr, wide(connectionText.data()),
+                                static_cast<SQLSMALLINT>(connectionText.size()), nullptr, 0, &length,
+                                SQL_DRIVER_NOPROMPT)))
+        throw odbc::failureOf(connection_.diagnosis(), true, u"");
+}
+
+Link::~Link() { SQLDisconnect(connection_.get()); }
+
+EngineInfo Link::engine() const
+{
+    return {information(connection_.get(), SQL_DBMS_NAME), information(connection_.get(), SQL_DBMS_VER)};
+}
+
+std::vector<FoundTable> Link::tables(StringView schema) const
+{
+    constexpr SQLUSMALLINT tableColumn = 3;
+    constexpr SQLUSMALLINT nameColumn = 4;
+    const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
+    std::vector<FoundTable> result;
+    // Here an underscore would stand for any character.
+    const String name = Replace(schema, u"_", u"\\_");
+    if (!went(SQLColumnsW(statement.get(), nullptr, 0, name.empty() ? nullptr : wide(name.data()),
+                          static_cast<SQLSMALLINT>(name.size()), nullptr, 0, nullptr, 0)))
+        throw odbc::failureOf(statement.diagnosis(), false, u"");
+    while (SQL_SUCCEEDED(SQLFetch(statement.get()))) {
+        const String table = characters(statement, tableColumn);
+        if (result.empty() || result.back().name != table)
+            result.push_back({table, {}});
+        result.back().columns.push_back(characters(statement, nameColumn));
+    }
+    return result;
+}
+
+void Link::begin()
+{
+    check(SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT, attribute(SQL_AUTOCOMMIT_OFF), 0),
+          u"BEGIN");
+}
+
+void Link::end(bool commit)
+{
+    check(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), commit ? SQL_COMMIT : SQL_ROLLBACK), u"COMMIT");
+    check(SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT, attribute(SQL_AUTOCOMMIT_ON), 0),
+          u"COMMIT");
+}
+
+void Link::check(std::int16_t result, StringView text)
+{
+    if (!went(result))
+        throw failure(connection_, text);
+}
+
+DataError Link::failure(const DriverHandle& statement, StringView text)
+{
+    SQLUINTEGER dead = SQL_CD_FALSE;
+    const Diagnosis diagnosis = statement.diagnosis();
+    SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
+    DataError result = odbc::failureOf(diagnosis, dead == SQL_CD_TRUE, text);
+    lost_ = lost_ || result.number() == failure::connectionLost;
+    return result;
+}
+
+StatementRows::StatementRows(std::shared_ptr<Link> link, StringView statement)
+    : link_(std::move(link)), handle_(std::make_unique<DriverHandle>(SQL_HANDLE_STMT, link_->get())),
+      statement_(statement), onlyReads_(isQuery(statement))
+{
+    // Braces in a text are no escapes for the driver to look for.
+    SQLSetStmtAttrW(handle_->get(), SQL_ATTR_NOSCAN, attribute(SQL_NOSCAN_ON), 0);
+    check(
+        SQLExecDirectW(handle_->get(), wide(statement_.data()), static_cast<SQLINTEGER>(statement_.size())));
+    describe();
+    if (!hasColumns()) {
+        StatementRows::finish();
+        return;
+    }
+    begin();
+    if (!isOver())
+        link_->cursors.push_back(this);
+}
+
+StatementRows::~StatementRows() { StatementRows::finish(); }
+
+void StatementRows::finish()
+{
+    handle_.reset();
+    if (link_)
+        std::erase(link_->cursors, this);
+    link_.reset();
+}
+
+void StatementRows::check(std::int16_t result)
+{
+    if (!went(result))
+        throw link_->failure(*handle_, statement_);
+}
+
+void StatementRows::describe()
+{
+    SQLSMALLINT columns = 0;
+    check(SQLNumResultCols(handle_->get(), &columns));
+    for (SQLUSMALLINT column = 1; column <= columns; ++column) {
+        std::array<char16_t, 200> name{};
+        SQLSMALLINT length = 0;
+        SQLSMALLINT type = 0;
+        SQLULEN size = 0;
+        SQLSMALLINT digits = 0;
+        SQLSMALLINT nullable = 0;
+        check(SQLDescribeColW(handle_->get(), column, wide(name.data()), name.size(), &length, &type, &size,
+                              &digits, &nullable));
+        names_.emplace_back(name.data());
+        kinds_.push_back(kindOf(type));
+    }
+}
+
+StatementRows::Kind StatementRows::kindOf(std::int16_t type)
+{
+    switch (type) {
+    case SQL_BIT:
+    case SQL_TINYINT:
+    case SQL_SMALLINT:
+    case SQL_INTEGER:
+    case SQL_BIGINT:
+        return Kind::whole;
+    case SQL_REAL:
+    case SQL_FLOAT:
+    case SQL_DOUBLE:
+    case SQL_DECIMAL:
+    case SQL_NUMERIC:
+        return Kind::decimal;
+    case SQL_BINARY:
+    case SQL_VARBINARY:
+    case SQL_LONGVARBINARY:
+        return Kind::bytes;
+    default:
+        return Kind::text;
+    }
+}
+
+bool StatementRows::read(Row& row)
+{
+    const SQLRETURN result = SQLFetch(handle_->get());
+    if (result == SQL_NO_DATA)
+        return false;
+    check(result);
+    row.reserve(kinds_.size());
+    for (std::size_t column = 0; column < kinds_.size(); ++column)
+        row.push_back(field(static_cast<std::uint16_t>(column + 1), kinds_[column]));
+    return true;
+}
+
+Cursor::Field StatementRows::field(std::uint16_t column, Kind kind)
+{
+    SQLLEN bytes = 0;
+    if (kind == Kind::text)
+        return text(column);
+    if (kind == Kind::bytes) {
+        char none = 0;
+        check(SQLGetData(handle_->get(), column, SQL_C_BINARY, &none, 0, &bytes));
+        return bytes == SQL_NULL_DATA ? Field(Value(Null())) : std::nullopt;
+    }
+    if (kind == Kind::decimal) {
+        double number = 0;
+        check(SQLGetData(handle_->get(), column, SQL_C_DOUBLE, &number, sizeof number, &bytes));
+        return bytes == SQL_NULL_DATA ? Value(Null()) : Value(number);
+    }
+    std::int64_t number = 0;
+    check(SQLGetData(handle_->get(), column, SQL_C_SBIGINT, &number, sizeof number, &bytes));
+    if (bytes == SQL_NULL_DATA)
+        return Value(Null());
+    return wholeNumber(number);
+}
+
+/// It comes in pieces, since nothing tells beforehand how long it is.
+Value StatementRows::text(std::uint16_t column)
+{
+    String result;
+    std::array<char16_t, 2048> piece{};
+    for (;;) {
+        SQLLEN bytes = 0;
+        const SQLRETURN got =
+            SQLGetData(handle_->get(), column, SQL_C_WCHAR, piece.data(), sizeof piece, &bytes);
+        check(got);
+        if (got == SQL_NO_DATA)
+            return result;
+        if (bytes == SQL_NULL_DATA)
+            return Null();
+        const bool whole = bytes != SQL_NO_TOTAL && static_cast<std::size_t>(bytes) < sizeof piece;
+        result.append(piece.data(),
+                      whole ? static_cast<std::size_t>(bytes) / sizeof(char16_t) : piece.size() - 1);
+        if (got == SQL_SUCCESS)
+            return result;
+    }
+}
+
+} // namespace zv::odbc

@@ -1,0 +1,76 @@
+#include "data/odbc/Pool.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zv::odbc {
+namespace {
+
+constexpr std::size_t linksKept = 4;
+
+bool isFree(const std::shared_ptr<Link>& link) { return link->cursors.empty(); }
+
+} // namespace
+
+Pool::Pool(Place place) : place_(std::move(place)) { link(); }
+
+/// Inside a transaction all statements run on the link that began it.
+std::shared_ptr<Link> Pool::link()
+{
+    if (transaction_)
+        return transaction_;
+    // Where one is lost, those at rest have not noticed yet.
+    if (std::ranges::any_of(links_, &Link::isLost))
+        std::erase_if(links_, [](const auto& each) { return each->isLost() || isFree(each); });
+    const auto found = std::ranges::find_if(links_, isFree);
+    if (found == links_.end()) {
+        auto fresh = std::make_shared<Link>(place_.connectionText);
+        for (const String& setting : place_.settings)
+            StatementRows(fresh, setting);
+        links_.push_back(fresh);
+        return fresh;
+    }
+    std::shared_ptr<Link> result = *found;
+    if (links_.size() > linksKept)
+        std::erase_if(links_, [&](const auto& each) { return each != result && isFree(each); });
+    return result;
+}
+
+/// Each driver begins and ends one in its own way, and none wants to be told by a statement.
+bool Pool::controlsTransaction(StringView statement)
+{
+    if (sameName(statement, u"BEGIN") && !transaction_) {
+        std::shared_ptr<Link> on = link();
+        on->begin();
+        transaction_ = std::move(on);
+        return true;
+    }
+    if (!transaction_ || !(sameName(statement, u"COMMIT") || sameName(statement, u"ROLLBACK")))
+        return false;
+    const std::shared_ptr<Link> ended = std::exchange(transaction_, nullptr);
+    ended->end(sameName(statement, u"COMMIT"));
+    return true;
+}
+
+std::unique_ptr<Cursor> Pool::run(StringView statement)
+{
+    refuseUnstorable(statement);
+    if (controlsTransaction(statement))
+        return nullptr;
+    const std::shared_ptr<Link> on = link();
+    while (!on->cursors.empty())
+        on->cursors.back()->takeAll();
+    try {
+        auto rows = std::make_unique<StatementRows>(on, statement);
+        return rows->hasColumns() ? std::move(rows) : nullptr;
+    } catch (const DataError&) {
+        if (on->isLost())
+            transaction_ = nullptr;
+        throw;
+    }
+}
+
+EngineInfo Pool::engine() { return link()->engine(); }
+std::vector<FoundTable> Pool::tables() { return link()->tables(place_.schema); }
+
+} // namespace zv::odbc

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "data/odbc/Link.h"
+#include "data/odbc/Server.h"
+
+#include <memory>
+
+namespace zv::odbc {
+
+/// How a database of a server is reached.
+struct Place {
+    const Server* server = nullptr;
+    String connectionText;
+    String schema;                ///< Where the server has them; else empty.
+    std::vector<String> settings; ///< Run on each new link.
+};
+
+/// A database: as many links as there are cursors open at a time. A statement runs on a link without cursors,
+/// so that what it writes is committed when it returns.
+class Pool {
+public:
+    explicit Pool(Place place);
+
+    const Place& place() const { return place_; }
+    /// Runs a statement and reads its first rows. None if it has no columns. A link that is lost fails with
+    /// connectionLost, once: the next statement opens a new one.
+    std::unique_ptr<Cursor> run(StringView statement);
+    EngineInfo engine();
+    std::vector<FoundTable> tables();
+
+private:
+    std::shared_ptr<Link> link();
+    bool controlsTransaction(StringView statement);
+
+    Place place_;
+    std::vector<std::shared_ptr<Link>> links_;
+    std::shared_ptr<Link> transaction_; ///< The link on which one was begun.
+};
+
+} // namespace zv::odbc

@@ -1,0 +1,48 @@
+#include "data/odbc/Server.h"
+
+#include <algorithm>
+#include <array>
+
+namespace zv::odbc {
+namespace {
+
+constexpr Dialect standardSql{.joinTexts = u"||", .deleteWithStar = false};
+
+constexpr std::array servers{
+    // Rows come in portions instead of all at once; a truth value as a number; waiting ends after 5 s.
+    Server{.name = u"PostgreSQL",
+           .dialect = standardSql,
+           .ddl = DdlStyle::postgresql,
+           .placing = Placing::schemas,
+           .settings = u"SET lock_timeout='5s'; SET standard_conforming_strings=on",
+           .readOnlySettings = u"SET default_transaction_read_only=on",
+           .driverOptions = u"UseDeclareFetch=1;Fetch=100;BoolsAsChar=0"},
+    Server{.name = u"Microsoft SQL Server",
+           .dialect = {.deleteWithStar = false},
+           .settings = u"SET LOCK_TIMEOUT 5000; SET QUOTED_IDENTIFIER ON"},
+    // Its SQL is the one that the dialogs are written in.
+    Server{.name = u"ACCESS", .placing = Placing::files},
+    Server{.name = u"SQLite", .dialect = standardSql, .placing = Placing::files},
+    Server{.name = u"MariaDB",
+           .dialect = standardSql,
+           .settings = u"SET SESSION sql_mode='ANSI,STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES', "
+                       u"innodb_lock_wait_timeout=5",
+           .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY"},
+    Server{.name = u"MySQL",
+           .dialect = standardSql,
+           .settings = u"SET SESSION sql_mode='ANSI,STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES', "
+                       u"innodb_lock_wait_timeout=5",
+           .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY"},
+};
+
+} // namespace
+
+const Server& serverNamed(StringView name)
+{
+    static constexpr Server unknown;
+    const auto found = std::ranges::find_if(
+        servers, [&](const Server& each) { return sameName(name.substr(0, each.name.size()), each.name); });
+    return found == servers.end() ? unknown : *found;
+}
+
+} // namespace zv::odbc
