@@ -30,6 +30,7 @@ int comprobar(Arguments arguments);
 int registros(Arguments arguments);
 int clave(Arguments arguments);
 int guion(Arguments arguments);
+int azar(Arguments arguments);
 
 /// A command line that cannot be understood; the text is Spanish.
 class UsageError : public std::runtime_error {

@@ -21,9 +21,12 @@ void Play::run()
 
 bool Play::playNext()
 {
+    if (transcript_.commandsRead() == guion_.commands.size() && more_)
+        more_();
     if (transcript_.commandsRead() == guion_.commands.size())
         return false;
-    const GuionCommand& command = guion_.commands[transcript_.commandsRead()];
+    // A copy: the guion may grow while the command is run.
+    const GuionCommand command = guion_.commands[transcript_.commandsRead()];
     transcript_.begin();
     findVerb(command.verb)->run(*this, command.arguments);
     return true;

@@ -25,6 +25,12 @@ public:
     /// Plays the whole guion. Fails with a GuionError; so does one that ends with a dialog open.
     void run();
     const Transcript& transcript() const { return transcript_; }
+    /// For a guion that is written while it is played: called when every command has been read, also while a
+    /// dialog is open; where it adds none, the guion ends.
+    void writeOn(std::function<void()> more) { more_ = std::move(more); }
+
+    /// For a host that opens the dialogs itself: the first command counts as read and is not run.
+    void begin() { transcript_.begin(); }
 
     // For the desktop.
     void observe(StringView line) { transcript_.observe(line); }
@@ -34,7 +40,9 @@ public:
     void goOnWhileOpen(Form& form);
 
     // For the commands.
-    /// The dialog shown last of those still open; where none is, the one that was open last.
+    /// The dialog shown last of those still open, or nullptr.
+    Form* openForm() const { return open_.empty() ? nullptr : open_.back(); }
+    /// The same; where none is open, the one that was open last.
     Form& formToLookAt() const;
     /// The same, but it has to be open.
     Form& formToActOn() const;
@@ -51,6 +59,7 @@ private:
     void leave(Form& form);
     const Guion& guion_;
     Transcript transcript_;
+    std::function<void()> more_;
     std::vector<Form*> open_; ///< The one shown last at the end.
     Form* last_ = nullptr;
     Stage stage_; ///< Outlives the dialogs, which end with the state.

@@ -1,8 +1,8 @@
 #include "robot/PlayGuiones.h"
 
 #include "data/Schools.h"
+#include "robot/FreshSchool.h"
 #include "robot/Verbs.h"
-#include "suite/sodium/EncryptoApi.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -19,6 +19,7 @@ enum class Purpose { print, compare, rewrite };
 struct Options {
     Purpose purpose = Purpose::print;
     bool engine = false;
+    bool sample = false;
     std::optional<String> fresh;    ///< URL under which databases are made.
     std::optional<String> existing; ///< URL of databases that are there.
     std::vector<String> files;
@@ -47,6 +48,8 @@ Options understood(std::span<const String> words)
             purpose(Purpose::rewrite);
         else if (*word == u"--motor")
             result.engine = true;
+        else if (*word == u"--ejemplo")
+            result.sample = true;
         else if (*word == u"--bd")
             value(result.fresh);
         else if (*word == u"--en")
@@ -56,8 +59,8 @@ Options understood(std::span<const String> words)
         else
             result.files.push_back(*word);
     }
-    if (result.fresh && result.existing)
-        misused(u"guion: o --bd, con bases de datos nuevas, o --en, con las que existen.");
+    if (result.existing && (result.fresh || result.sample))
+        misused(u"guion: o bases de datos nuevas, con --bd y --ejemplo, o con --en las que existen.");
     if (result.files.empty())
         misused(u"guion: falta el fichero del guion.");
     return result;
@@ -72,18 +75,6 @@ std::string contents(const String& file)
         throw std::runtime_error("no se puede leer el fichero");
     return bytes.str();
 }
-
-/// A key for one guion: what is on fresh databases never touches the key of the person who plays.
-class OwnKey {
-public:
-    OwnKey()
-    {
-        registerCipher([key = CipherKey::random()](bool) { return key; });
-    }
-    ~OwnKey() { registerCipher(); }
-    OwnKey(const OwnKey&) = delete;
-    OwnKey& operator=(const OwnKey&) = delete;
-};
 
 class Runner {
 public:
@@ -120,12 +111,11 @@ private:
     {
         for (const GuionCommand& command : guion.commands)
             checkCommand(command);
-        const School school = options_.existing ? openSchool(*options_.existing)
-                                                : temporarySchool(options_.fresh.value_or(u"sqlite:"));
-        engine_ = school.centro->engine();
-        std::optional<OwnKey> key;
+        std::optional<FreshSchool> fresh;
         if (!options_.existing)
-            key.emplace();
+            fresh.emplace(options_.fresh.value_or(u"sqlite:"), options_.sample);
+        const School school = fresh ? fresh->school() : openSchool(*options_.existing);
+        engine_ = school.centro->engine();
         Play play(guion, school, stage_);
         try {
             play.run();

@@ -14,6 +14,11 @@ public:
     /// Takes down a line, without "> ", under the command that was read last.
     void observe(StringView line);
     std::size_t commandsRead() const { return observed_.size(); }
+    /// What was observed under the command that was read last.
+    std::vector<String> lastObserved() const
+    {
+        return observed_.empty() ? std::vector<String>() : observed_.back();
+    }
 
     /// The file's lines, up to the last command that was read, with what was observed in the place of what
     /// was expected. A line with "{*}" that fits stays as it is.

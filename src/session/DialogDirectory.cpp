@@ -15,6 +15,14 @@ const DialogEntry& DialogDirectory::find(StringView name) const
 
 bool DialogDirectory::has(StringView name) const { return entries_.find(name) != entries_.end(); }
 
+std::vector<String> DialogDirectory::names() const
+{
+    std::vector<String> result;
+    for (const auto& [name, entry] : entries_)
+        result.push_back(name);
+    return result;
+}
+
 // Not among the instances that a reset ends: what the module consists of is no state of the process.
 DialogDirectory& dialogs()
 {

@@ -19,6 +19,7 @@ public:
     /// Fails with 429 if no dialog of that name is part of this build.
     const DialogEntry& find(StringView name) const;
     bool has(StringView name) const;
+    std::vector<String> names() const;
 
 private:
     std::map<String, DialogEntry, NameLess> entries_;

@@ -26,6 +26,8 @@ std::vector<StringView> split(StringView text, char16_t sign);
 /// Gives the same numbers on every machine, which the library's distributions do not.
 class Dice {
 public:
+    /// Each seed but 0 begins a row of numbers of its own.
+    explicit Dice(std::uint32_t seed = 20240912) : state_(seed) {}
     /// From 0 to one below the limit.
     int below(int limit);
     bool once(int inHowMany) { return below(inHowMany) == 0; }
@@ -36,7 +38,7 @@ public:
     }
 
 private:
-    std::uint32_t state_ = 20240912;
+    std::uint32_t state_;
 };
 
 } // namespace zv::sample

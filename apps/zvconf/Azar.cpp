@@ -1,0 +1,41 @@
+#include "zvconf/Command.h"
+
+#include "module/Module.h"
+#include "robot/Monkey.h"
+#include "robot/Verbs.h"
+
+#include <iostream>
+
+namespace zv::zvconf {
+
+namespace {
+
+/// A whole number from 1 behind an option.
+Long numberOf(const Options& options, StringView name, Long otherwise)
+{
+    if (!options.has(name))
+        return otherwise;
+    const auto number = parseNumber(options.values(name).front());
+    if (!number || *number < 1)
+        throw UsageError(u"El valor de " + String(name) + u" es un número entero desde 1.");
+    return *number;
+}
+
+} // namespace
+
+int azar(Arguments arguments)
+{
+    const Options options(arguments,
+                          {{u"--semilla", 1}, {u"--actos", 1}, {u"--fallos"}, {u"--consulta"}, {u"--bd", 1}});
+    RandomActs wishes;
+    wishes.seed = static_cast<std::uint32_t>(numberOf(options, u"--semilla", 1));
+    wishes.acts = numberOf(options, u"--actos", wishes.acts);
+    wishes.failures = options.has(u"--fallos");
+    wishes.readOnly = options.has(u"--consulta");
+    if (options.has(u"--bd"))
+        wishes.url = options.values(u"--bd").front();
+    installModule();
+    return actAtRandom(wishes, std::cout) ? done : found;
+}
+
+} // namespace zv::zvconf

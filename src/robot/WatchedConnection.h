@@ -1,0 +1,36 @@
+#pragma once
+
+#include "data/Connection.h"
+
+#include <functional>
+
+namespace zv {
+
+/// A connection that tells of each statement before it passes it on.
+class WatchedConnection final : public Connection {
+public:
+    WatchedConnection(ConnectionPtr inner, std::function<void(StringView)> tell)
+        : inner_(std::move(inner)), tell_(std::move(tell))
+    {}
+    RecordsetPtr Execute(StringView statement) override
+    {
+        tell_(statement);
+        return inner_->Execute(statement);
+    }
+    RecordsetPtr executeNative(StringView statement) override { return inner_->executeNative(statement); }
+    EngineInfo engine() override { return inner_->engine(); }
+
+private:
+    ConnectionPtr inner_;
+    std::function<void(StringView)> tell_;
+};
+
+/// The school with all three of its databases watched.
+inline School watched(const School& school, const std::function<void(StringView)>& tell)
+{
+    return {std::make_shared<WatchedConnection>(school.centro, tell),
+            std::make_shared<WatchedConnection>(school.borrado, tell),
+            std::make_shared<WatchedConnection>(school.entrada, tell)};
+}
+
+} // namespace zv
