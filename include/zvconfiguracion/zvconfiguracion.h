@@ -163,11 +163,15 @@ struct Zv_cInfPrimaria {
 };
 /* Los cinco bloques que exporta la biblioteca: una longitud de 32 bits, 16, y el identificador de la
  * interfaz. */
-extern const unsigned char _IID_CASIGNARDATOS[20];
-extern const unsigned char _IID_CCONSEJOORIENTADOR[20];
-extern const unsigned char _IID_CDATOSSESION[20];
-extern const unsigned char _IID_CINFORMEIND[20];
-extern const unsigned char _IID_CINFPRIMARIA[20];
+typedef struct ZvIdBlock {
+    uint32_t length;
+    ZvGuid id;
+} ZvIdBlock;
+extern const ZvIdBlock _IID_CASIGNARDATOS;
+extern const ZvIdBlock _IID_CCONSEJOORIENTADOR;
+extern const ZvIdBlock _IID_CDATOSSESION;
+extern const ZvIdBlock _IID_CINFORMEIND;
+extern const ZvIdBlock _IID_CINFPRIMARIA;
 
 #ifdef __cplusplus
 }

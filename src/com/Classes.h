@@ -44,18 +44,18 @@ inline constexpr Method cAsignarDatosMethods[] = {
     {u"Eliminar", u"bytNodoSeleccionado", Kind::byte, Kind::truth},
 };
 
-inline constexpr ClassInfo cDatosSesionClass{
+inline const ClassInfo cDatosSesionClass{
     u"cDatosSesion", ZV_CLSID_cDatosSesion, ZV_IID__cDatosSesion, cDatosSesionFields, {}};
-inline constexpr ClassInfo cConsejoOrientadorClass{u"cConsejoOrientador",
-                                                   ZV_CLSID_cConsejoOrientador,
-                                                   ZV_IID__cConsejoOrientador,
-                                                   cConsejoOrientadorFields,
-                                                   {}};
-inline constexpr ClassInfo cAsignarDatosClass{
+inline const ClassInfo cConsejoOrientadorClass{u"cConsejoOrientador",
+                                               ZV_CLSID_cConsejoOrientador,
+                                               ZV_IID__cConsejoOrientador,
+                                               cConsejoOrientadorFields,
+                                               {}};
+inline const ClassInfo cAsignarDatosClass{
     u"cAsignarDatos", ZV_CLSID_cAsignarDatos, ZV_IID__cAsignarDatos, {}, cAsignarDatosMethods};
-inline constexpr ClassInfo cInformeIndClass{
+inline const ClassInfo cInformeIndClass{
     u"cInformeInd", ZV_CLSID_cInformeInd, ZV_IID__cInformeInd, cInformeIndFields, {}};
-inline constexpr ClassInfo cInfPrimariaClass{
+inline const ClassInfo cInfPrimariaClass{
     u"cInfPrimaria", ZV_CLSID_cInfPrimaria, ZV_IID__cInfPrimaria, cInfPrimariaFields, {}};
 
 } // namespace zv::com

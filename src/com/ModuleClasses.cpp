@@ -7,7 +7,7 @@ namespace zv::com {
 
 std::span<const Creatable> moduleClasses()
 {
-    static constexpr Creatable classes[] = {
+    static const Creatable classes[] = {
         {ZV_CLSID_cDatosSesion, u"ZVConfiguracion.cDatosSesion", newDatosSesion},
         {ZV_CLSID_cConsejoOrientador, u"ZVConfiguracion.cConsejoOrientador", newConsejoOrientador},
         {ZV_CLSID_cAsignarDatos, u"ZVConfiguracion.cAsignarDatos", newAsignarDatos},

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "com/ClassObject.h"
+
+namespace zv::com {
+
+/// Where hosts find servers: a file for each ProgID in "zvconfiguracion/servidores" of the person's data
+/// folder (XDG_DATA_HOME, or .local/share at home), with the class identifier and the library's path, a line
+/// each. Fails with ZV_E_REGISTRATION where it cannot be written or the library does not know its own place.
+ZvResult registerServer(std::span<const Creatable> classes);
+/// Takes the files away; one that is not there is no failure.
+ZvResult unregisterServer(std::span<const Creatable> classes);
+
+} // namespace zv::com

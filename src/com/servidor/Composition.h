@@ -1,0 +1,11 @@
+#pragma once
+
+namespace zv::com {
+
+/// Puts the library together at its first use: cipher, module, and what shows its dialogs.
+void compose();
+
+/// Ends every dialog and lets go of what the host handed in. The next use starts as in a new process.
+void dismantle();
+
+} // namespace zv::com

@@ -1,0 +1,33 @@
+#include "com/Classes.h"
+#include "com/Registry.h"
+#include "com/servidor/Composition.h"
+
+// What the library exports, under the names that hosts look for; exports.map lets nothing else out.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
+extern "C" {
+
+extern const ZvIdBlock _IID_CASIGNARDATOS{sizeof(ZvGuid), ZV_IID__cAsignarDatos};
+extern const ZvIdBlock _IID_CCONSEJOORIENTADOR{sizeof(ZvGuid), ZV_IID__cConsejoOrientador};
+extern const ZvIdBlock _IID_CDATOSSESION{sizeof(ZvGuid), ZV_IID__cDatosSesion};
+extern const ZvIdBlock _IID_CINFORMEIND{sizeof(ZvGuid), ZV_IID__cInformeInd};
+extern const ZvIdBlock _IID_CINFPRIMARIA{sizeof(ZvGuid), ZV_IID__cInfPrimaria};
+
+ZvResult DllGetClassObject(const ZvGuid* classId, const ZvGuid* interface, void** place)
+{
+    zv::com::compose();
+    return zv::com::classObject(zv::com::moduleClasses(), classId, interface, place);
+}
+
+ZvResult DllCanUnloadNow()
+{
+    if (zv::com::inUse() != 0)
+        return ZV_FALSE;
+    zv::com::dismantle();
+    return ZV_OK;
+}
+
+ZvResult DllRegisterServer() { return zv::com::registerServer(zv::com::moduleClasses()); }
+
+ZvResult DllUnregisterServer() { return zv::com::unregisterServer(zv::com::moduleClasses()); }
+}
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)

@@ -1,0 +1,94 @@
+#include "com/servidor/Rehearsal.h"
+
+#include "robot/ScriptedStage.h"
+#include "robot/Verbs.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+namespace zv::com {
+
+namespace {
+
+/// Stands above the file's own lines, so that what the host makes appear first has a command to stand under.
+constexpr std::string_view hostsTurn = "anfitrion\n";
+
+std::string contents(const std::string& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << hostsTurn << stream.rdbuf();
+    if (!stream || !stream.is_open())
+        throw RuntimeError(failure::fileMissing,
+                           u"No se puede leer el guion que nombra ZV_ESCRITORIO: " + fromUtf8(file));
+    return bytes.str();
+}
+
+bool isOneOf(std::span<const Verb> verbs, StringView name)
+{
+    return std::ranges::any_of(verbs, [&](const Verb& each) { return sameName(each.name, name); });
+}
+
+} // namespace
+
+Rehearsal::Rehearsal(std::string file) : file_(std::move(file))
+{
+    try {
+        guion_ = readGuion(contents(file_));
+        for (auto command = guion_.commands.begin() + 1; command != guion_.commands.end(); ++command)
+            check(*command);
+    } catch (const GuionError& error) {
+        giveUp(error.line(), fromUtf8(error.what()));
+    }
+    play_.emplace(guion_, School(), scriptedStage);
+    play_->begin();
+}
+
+void Rehearsal::check(const GuionCommand& command) const
+{
+    checkCommand(command);
+    const bool known = isOneOf(actingVerbs(), command.verb) || isOneOf(lookingVerbs(), command.verb);
+    const bool session = std::ranges::any_of(command.arguments, [](const GuionArgument& each) {
+        return lowerName(each.text).starts_with(u"sesion.");
+    });
+    if (!known || session)
+        throw GuionError(command.line, u"en las ventanas de otro programa sólo se actúa y se mira");
+}
+
+void Rehearsal::around(const std::function<void()>& call)
+{
+    if (!failure_.empty())
+        throw RuntimeError(failure::invalidCall, failure_);
+    try {
+        call();
+    } catch (const GuionError& error) {
+        giveUp(error.line(), fromUtf8(error.what()));
+    }
+    compare();
+}
+
+void Rehearsal::compare()
+{
+    const std::vector<Transcript::Difference> all = play_->transcript().differences();
+    if (all.empty())
+        return;
+    const std::size_t read = play_->transcript().commandsRead();
+    const Transcript::Difference& first = all.front();
+    // Under the command in hand more may be seen yet, as long as there is another one to read.
+    const bool later =
+        first.seen.empty() && read < guion_.commands.size() && first.line >= guion_.commands[read - 1].line;
+    const auto whole = [](const String& line) { return line.empty() ? String(u"(nada más)") : line; };
+    if (!later)
+        giveUp(first.line, u"se esperaba: " + whole(first.expected) + u"; se vio: " + whole(first.seen));
+}
+
+void Rehearsal::giveUp(std::size_t line, StringView reason)
+{
+    failure_ =
+        fromUtf8(file_) + u":" + decimalText(static_cast<std::int64_t>(line) - 1) + u": " + String(reason);
+    play_.reset();
+    throw RuntimeError(failure::invalidCall, failure_);
+}
+
+} // namespace zv::com
