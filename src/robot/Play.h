@@ -32,9 +32,6 @@ public:
     /// For a host that opens the dialogs itself: the first command counts as read and is not run.
     void begin() { transcript_.begin(); }
 
-    /// For a host that opens the dialogs itself: the first command counts as read and is not run.
-    void begin() { transcript_.begin(); }
-
     // For the desktop.
     void observe(StringView line) { transcript_.observe(line); }
     void opened(Form& form);
