@@ -1,0 +1,290 @@
+#include "com/Host.h"
+
+#include "com/Failure.h"
+#include "data/Schools.h"
+#include "data/sqlite/SqliteEngine.h"
+#include "session/HostSession.h"
+
+#include <zvconfiguracion/servers.h>
+
+#include <malloc.h>
+
+#include <filesystem>
+#include <fstream>
+
+using namespace zv;
+using namespace zv::com;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A folder of the test's own, and the environment that points into it.
+struct Folder {
+    fs::path path = fs::temp_directory_path() / ("zvcom" + std::to_string(::getpid()));
+    Folder()
+    {
+        fs::create_directories(path);
+        setenv("XDG_DATA_HOME", path.c_str(), 1);
+    }
+    ~Folder() { fs::remove_all(path); }
+    String url() const { return u"sqlite:" + fromUtf8((path / "colegio.db").string()); }
+};
+
+/// A member that fails as the host says.
+struct FailingBag final : PropertyBag {
+    FailingBag() : PropertyBag(u"Session") {}
+    Value invoke(StringView member, Access access, Arguments& arguments) override
+    {
+        if (sameName(member, failing))
+            throw RuntimeError(-2147217900, u"La sesión se ha caído");
+        return PropertyBag::invoke(member, access, arguments);
+    }
+    String failing;
+};
+
+struct Hosted {
+    std::shared_ptr<FailingBag> session = std::make_shared<FailingBag>();
+    Held<ZvDispatch> face = dispatchOf(session);
+    explicit Hosted(const Value& connection)
+    {
+        const std::pair<StringView, Value> members[] = {{u"RutaAplicacion", u""},
+                                                        {u"RutaBD", u""},
+                                                        {u"Activa", true},
+                                                        {u"Accion", Long{1}},
+                                                        {u"lngRowData", Long{7}},
+                                                        {u"conexionBORRADOlocalCENTRO", connection},
+                                                        {u"conexionlocalCENTRO", connection},
+                                                        {u"conexionAppEntrada", connection},
+                                                        {u"IDPerfil", Long{0}},
+                                                        {u"IDUsuario", Long{1}},
+                                                        {u"IDCentro", u"1"},
+                                                        {u"IDCursoEscolar", Long{1}},
+                                                        {u"NombreUsuario", u"ana"},
+                                                        {u"NombreCentro", u"Centro"},
+                                                        {u"Pesetas", false},
+                                                        {u"MTP", false},
+                                                        {u"RutaIcono", u""},
+                                                        {u"sqlserver", false}};
+        for (const auto& [name, value] : members)
+            session->add(name, value);
+    }
+};
+
+Held<Zv_cAsignarDatos> facadeOf(const Library& library)
+{
+    return library.make<Zv_cAsignarDatos>(ZV_CLSID_cAsignarDatos, ZV_IID__cAsignarDatos);
+}
+ZvDispatch* byName(const Held<Zv_cAsignarDatos>& facade)
+{
+    return reinterpret_cast<ZvDispatch*>(facade.get());
+}
+
+} // namespace
+
+TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
+{
+    const Folder folder;
+    registerEngine(sqliteEngine());
+    createSchool(folder.url(), [](School& school) {
+        school.centro->executeNative(
+            u"INSERT INTO EstadoCivil (IDEstadoCivil,Descripcion) VALUES (7,'Viudo')");
+        school.centro->executeNative(u"INSERT INTO Personal (IDPersonal,CodEstadoCivil) VALUES (1,7)");
+    });
+    const std::string guion = folder.path / "acto.guion";
+    std::ofstream(guion)
+        << "> muestra frmEstadoCivil \"Nuevo Estado Civil\"\nescribir txtIdioma \"Soltero\"\n"
+           "pulsar cmdIdioma(0)\n> cierra frmEstadoCivil\n> muestra frmEstadoCivil \"Otro\"\ncerrar\n";
+    setenv("ZV_ESCRITORIO", ("guion:" + guion).c_str(), 1);
+    std::weak_ptr<Object> ended;
+    {
+        const Library data(ZV_DATOS);
+        const Library library(ZV_SERVIDOR);
+        const auto connection = data.make<ZvDispatch>(ZV_CLSID_Conexion, ZV_IID_IDispatch);
+        EXPECT_EQ(invoke(connection.get(), u"Execute", ZV_METHOD, {Value(u"Select 1")}).told,
+                  ZV_FAILURE_BASE + 3709);
+        EXPECT_EQ(invoke(connection.get(), u"Open", ZV_METHOD, {Value(folder.url())}).result, ZV_OK);
+        const Hosted host{Value(objectOf(connection))};
+        ended = host.session;
+        const auto facade = facadeOf(library);
+        const Zv_cAsignarDatosVtbl& slots = *facade.get()->vtbl;
+        ZvDispatch* session = host.face.get();
+        const auto handOver = [&] { return slots.ObtenerDatos(facade.get(), &session); };
+        const auto handOverByName = [&] {
+            return invoke(byName(facade), u"obtenerdatos", ZV_METHOD, {Value(objectOf(host.face))});
+        };
+        // A session that lacks a member, has a wrong one, or fails; and then answers again.
+        host.session->remove(u"IDPerfil");
+        EXPECT_EQ(handOver(), ZV_FAILURE_BASE + 438);
+        const Answer lacking = handOverByName();
+        EXPECT_EQ(lacking.result, ZV_DISP_EXCEPTION);
+        EXPECT_EQ(lacking.told, ZV_FAILURE_BASE + 438);
+        EXPECT_EQ(lacking.text, "El objeto no admite esta propiedad o método: IDPerfil");
+        host.session->add(u"IDPerfil", u"tres");
+        EXPECT_EQ(handOver(), ZV_FAILURE_BASE + 13);
+        host.session->add(u"IDPerfil", Long{70000});
+        EXPECT_EQ(handOver(), ZV_FAILURE_BASE + 6);
+        host.session->add(u"IDPerfil", Long{0});
+        host.session->failing = u"RutaIcono";
+        EXPECT_EQ(handOver(), -2147217900);
+        EXPECT_EQ(handOverByName().text, "La sesión se ha caído");
+        host.session->failing.clear();
+        EXPECT_EQ(handOver(), ZV_OK);
+
+        EXPECT_EQ(slots.ActivarFormulario(facade.get(), 65), ZV_OK);
+        const Answer rows =
+            invoke(connection.get(), u"Execute", ZV_METHOD,
+                   {Value(u"Select IDEstadoCivil From EstadoCivil Where Descripcion='Soltero'")});
+        const auto recordset = dispatchOf(CObj(rows.value));
+        const auto field = dispatchOf(
+            CObj(invoke(recordset.get(), u"Fields", ZV_PROPERTYGET, {Value(u"IDESTADOCIVIL")}).value));
+        EXPECT_EQ(CLng(invoke(field.get(), ZV_DISPID_VALUE, ZV_PROPERTYGET).value), 8);
+        EXPECT_EQ(invoke(recordset.get(), u"Close", ZV_METHOD).result, ZV_OK);
+        EXPECT_EQ(invoke(recordset.get(), u"EOF", ZV_PROPERTYGET).told, ZV_FAILURE_BASE + 3704);
+        ZvBool free = -1;
+        EXPECT_EQ(slots.Eliminar(facade.get(), 65, &free), ZV_OK);
+        EXPECT_EQ(free, 0) << "a teacher refers to row 7";
+        host.session->add(u"lngRowData", Long{8});
+        EXPECT_EQ(handOverByName().result, ZV_OK);
+        EXPECT_TRUE(
+            CBool(invoke(byName(facade), u"Eliminar", ZV_METHOD | ZV_PROPERTYGET, {Value(Byte{65})}).value));
+        EXPECT_EQ(slots.BloquearBanco(facade.get()), ZV_OK);
+        EXPECT_EQ(invoke(byName(facade), u"BloquearBanco", ZV_METHOD).result, ZV_OK);
+        EXPECT_EQ(library.call("DllCanUnloadNow"), ZV_FALSE);
+        // The second dialog does not show what the guion expects: this call fails, and all after it.
+        const Answer other = invoke(byName(facade), u"ActivarFormulario", ZV_METHOD, {Value(Byte{65})});
+        EXPECT_EQ(other.text, guion + ":5: se esperaba: > muestra frmEstadoCivil \"Otro\"; se vio: > muestra "
+                                      "frmEstadoCivil \"Nuevo Estado Civil\"");
+        EXPECT_EQ(slots.ActivarFormulario(facade.get(), 0), ZV_FAILURE_BASE + 5);
+    }
+    EXPECT_TRUE(ended.expired()) << "the library kept the session";
+    unsetenv("ZV_ESCRITORIO");
+}
+
+TEST(Host, names_and_arguments_that_are_wrong_are_refused)
+{
+    const Library library(ZV_SERVIDOR);
+    const auto record = library.make<ZvDispatch>(ZV_CLSID_cConsejoOrientador, ZV_IID_IDispatch);
+    ZvDispatch* object = record.get();
+    EXPECT_EQ(idOf(object, u"Nadie"), ZV_DISPID_UNKNOWN);
+    EXPECT_EQ(invoke(object, 0x40030006, ZV_PROPERTYGET).result, ZV_DISP_MEMBERNOTFOUND);
+    EXPECT_EQ(invoke(object, u"Estado", ZV_METHOD).result, ZV_DISP_MEMBERNOTFOUND);
+    EXPECT_EQ(invoke(object, u"Estado", ZV_PROPERTYPUTREF, {Value(Long{1})}).result, ZV_DISP_MEMBERNOTFOUND);
+    EXPECT_EQ(invoke(object, u"Estado", ZV_PROPERTYGET, {Value(Long{1})}).result, ZV_DISP_BADPARAMCOUNT);
+    EXPECT_EQ(invoke(object, u"Estado", ZV_PROPERTYPUT, {Value(Long{256})}).result, ZV_DISP_OVERFLOW);
+    const Answer wrong = invoke(object, u"Estado", ZV_PROPERTYPUT, {Value(u"uno")});
+    EXPECT_EQ(wrong.result, ZV_DISP_TYPEMISMATCH);
+    EXPECT_EQ(wrong.blamed, 0U);
+    EXPECT_EQ(
+        object->vtbl->Invoke(object, 0x40030000, &ZV_IID_IDispatch, 0, 2, nullptr, nullptr, nullptr, nullptr),
+        ZV_DISP_UNKNOWNINTERFACE);
+    void* none = object;
+    EXPECT_EQ(object->vtbl->unknown.QueryInterface(reinterpret_cast<ZvUnknown*>(object),
+                                                   &ZV_IID_IClassFactory, &none),
+              ZV_E_NOINTERFACE);
+    EXPECT_EQ(none, nullptr);
+    const auto factory = library.factory(ZV_CLSID_cAsignarDatos);
+    EXPECT_EQ(factory.get()->vtbl->CreateInstance(factory.get(), reinterpret_cast<ZvUnknown*>(object),
+                                                  &ZV_IID_IUnknown, &none),
+              ZV_CLASS_NOAGGREGATION);
+    EXPECT_EQ(reinterpret_cast<ZvGetClassObject>(library.symbol("DllGetClassObject"))(
+                  &ZV_IID_NULL, &ZV_IID_IUnknown, &none),
+              ZV_CLASS_NOTAVAILABLE);
+}
+
+TEST(Variants, of_every_kind_and_by_reference_reach_a_member)
+{
+    const Library library(ZV_SERVIDOR);
+    const auto record = library.make<ZvDispatch>(ZV_CLSID_cInfPrimaria, ZV_IID_IDispatch);
+    const auto kind = [](int vt, auto fill) {
+        ZvVariant variant{};
+        variant.vt = static_cast<std::uint16_t>(vt);
+        fill(variant);
+        return variant;
+    };
+    Variant text(Value(u"12"));
+    ZvVariant inner = text.raw();
+    const ZvVariant twelves[] = {
+        kind(ZV_VT_I1, [](auto& v) { v.value.i1 = 12; }),
+        kind(ZV_VT_UI2, [](auto& v) { v.value.ui2 = 12; }),
+        kind(ZV_VT_UI4, [](auto& v) { v.value.ui4 = 12; }),
+        kind(ZV_VT_I8, [](auto& v) { v.value.i8 = 12; }),
+        kind(ZV_VT_UI8, [](auto& v) { v.value.ui8 = 12; }),
+        kind(ZV_VT_R4, [](auto& v) { v.value.r4 = 12.5F; }),
+        kind(ZV_VT_R8, [](auto& v) { v.value.r8 = 11.5; }),
+        kind(ZV_VT_CY, [](auto& v) { v.value.cy = 120000; }),
+        kind(ZV_VT_DECIMAL, [](auto& v) { v.reserved1 = 2, v.value.ui8 = 1200; }),
+        inner,
+        kind(ZV_VT_BSTR | ZV_VT_BYREF, [&](auto& v) { v.value.reference = &inner.value; }),
+        kind(ZV_VT_VARIANT | ZV_VT_BYREF, [&](auto& v) { v.value.variant = &inner; })};
+    for (const ZvVariant& twelve : twelves) {
+        EXPECT_EQ(invoke(record.get(), u"codTipo", ZV_PROPERTYPUT, {Value(Long{0})}).result, ZV_OK);
+        EXPECT_EQ(invoke(record.get(), idOf(record.get(), u"codTipo"), ZV_PROPERTYPUT, {twelve}).result,
+                  ZV_OK);
+        EXPECT_EQ(CLng(invoke(record.get(), u"codTipo", ZV_PROPERTYGET).value), 12) << twelve.vt;
+    }
+    // What a routine is handed it may change: texts, numbers and lists.
+    struct Changing final : Object {
+        StringView TypeName() const override { return u"Changing"; }
+        Value invoke(StringView /*member*/, Access /*access*/, Arguments& arguments) override
+        {
+            arguments[0] = CStr(arguments[0]) + u"!";
+            arguments[1] = Long{CLng(arguments[1]) + 1};
+            (*arguments[2].as<LongArray>())->at(1) = 9;
+            return static_cast<Long>(arguments.size());
+        }
+    };
+    const auto numbers = std::make_shared<std::vector<Long>>(std::vector<Long>{1, 2});
+    Arguments arguments{Value(u"a"), Value(Long{1}), Value(numbers), Value()};
+    EXPECT_EQ(CLng(callByReference(objectOf(dispatchOf(std::make_shared<Changing>())), u"Change", arguments)),
+              4);
+    EXPECT_EQ(CStr(arguments[0]), u"a!");
+    EXPECT_EQ(CLng(arguments[1]), 2);
+    EXPECT_EQ(*numbers, (std::vector<Long>{1, 9}));
+}
+
+TEST(Library, is_found_by_name_once_registered_and_no_longer_after)
+{
+    const Folder folder;
+    for (const char* file : {ZV_SERVIDOR, ZV_DATOS}) {
+        const Library library(file);
+        const bool data = std::string(file) == ZV_DATOS;
+        const char* name = data ? "ZVDatos.Conexion" : "ZVConfiguracion.cAsignarDatos";
+        ZvServer server;
+        EXPECT_EQ(zv_find_server(name, &server), 0);
+        EXPECT_EQ(library.call("DllRegisterServer"), ZV_OK);
+        EXPECT_EQ(zv_find_server(name, &server), 1);
+        EXPECT_EQ(std::string(server.library), file);
+        EXPECT_TRUE(server.classId == (data ? ZV_CLSID_Conexion : ZV_CLSID_cAsignarDatos));
+        EXPECT_EQ(library.call("DllUnregisterServer"), ZV_OK);
+        EXPECT_EQ(zv_find_server(name, &server), 0);
+    }
+}
+
+TEST(Library, comes_and_goes_a_thousand_times_without_growth)
+{
+    const Hosted host{Value(ObjectPtr())};
+    const auto cycle = [&] {
+        {
+            const Library library(ZV_SERVIDOR);
+            const auto facade = facadeOf(library);
+            ZvDispatch* session = host.face.get();
+            ZvBool free = -1;
+            EXPECT_EQ(facade.get()->vtbl->ObtenerDatos(facade.get(), &session), ZV_OK);
+            EXPECT_EQ(facade.get()->vtbl->Eliminar(facade.get(), 200, &free), ZV_OK);
+        }
+        EXPECT_EQ(dlopen(ZV_SERVIDOR, RTLD_NOW | RTLD_NOLOAD), nullptr) << "it is in memory still";
+    };
+    const auto pieces = [] {
+        std::ifstream maps("/proc/self/maps");
+        return std::count(std::istreambuf_iterator<char>(maps), {}, '\n');
+    };
+    cycle();
+    const auto before = pieces();
+    const std::size_t heap = mallinfo2().uordblks;
+    for (int i = 0; i < 1000; ++i)
+        cycle();
+    EXPECT_LE(pieces(), before + 2);
+    EXPECT_LE(mallinfo2().uordblks,
+              heap + 64 * 1024); // Sanitizers have their own heap, and their own eye on it.
+}
