@@ -2,6 +2,7 @@
 
 #include "module/Module.h"
 #include "robot/Monkey.h"
+#include "robot/TextTrial.h"
 #include "robot/Verbs.h"
 
 #include <iostream>
@@ -9,6 +10,8 @@
 namespace zv::zvconf {
 
 namespace {
+
+constexpr Option database{u"--bd", 1};
 
 /// A whole number from 1 behind an option.
 Long numberOf(const Options& options, StringView name, Long otherwise)
@@ -26,16 +29,29 @@ Long numberOf(const Options& options, StringView name, Long otherwise)
 int azar(Arguments arguments)
 {
     const Options options(arguments,
-                          {{u"--semilla", 1}, {u"--actos", 1}, {u"--fallos"}, {u"--consulta"}, {u"--bd", 1}});
+                          {{u"--semilla", 1}, {u"--actos", 1}, {u"--fallos"}, {u"--consulta"}, database});
     RandomActs wishes;
     wishes.seed = static_cast<std::uint32_t>(numberOf(options, u"--semilla", 1));
     wishes.acts = numberOf(options, u"--actos", wishes.acts);
     wishes.failures = options.has(u"--fallos");
     wishes.readOnly = options.has(u"--consulta");
-    if (options.has(u"--bd"))
-        wishes.url = options.values(u"--bd").front();
+    if (options.has(database.name))
+        wishes.url = options.values(database.name).front();
     installModule();
     return actAtRandom(wishes, std::cout) ? done : found;
+}
+
+int textos(Arguments arguments)
+{
+    const Options options(arguments, {{u"--ventana", 1}, {u"--cada", 1}, database});
+    TextTrial trial;
+    trial.every = numberOf(options, u"--cada", trial.every);
+    if (options.has(u"--ventana"))
+        trial.dialog = options.values(u"--ventana").front();
+    if (options.has(database.name))
+        trial.url = options.values(database.name).front();
+    installModule();
+    return tryTexts(trial, std::cout) ? done : found;
 }
 
 } // namespace zv::zvconf

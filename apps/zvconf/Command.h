@@ -31,6 +31,7 @@ int registros(Arguments arguments);
 int clave(Arguments arguments);
 int guion(Arguments arguments);
 int azar(Arguments arguments);
+int textos(Arguments arguments);
 
 /// A command line that cannot be understood; the text is Spanish.
 class UsageError : public std::runtime_error {

@@ -14,8 +14,8 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command commands[] = {
-    {u"crear", crear}, {u"comprobar", comprobar}, {u"registros", registros},
-    {u"clave", clave}, {u"guion", guion},         {u"azar", azar},
+    {u"crear", crear}, {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
+    {u"guion", guion}, {u"azar", azar},           {u"textos", textos},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -43,6 +43,11 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       el guion que las repite con «zvconf guion --ejemplo». Otra semilla hace otras cosas. Con --fallos
       fallan algunas instrucciones; con --consulta la sesión no puede cambiar datos. Avisa de una ventana
       que no se deja cerrar, de lo que se escribe en una sesión de consulta y de fallos del propio módulo.
+  zvconf textos [--ventana NOMBRE] [--cada N] [--bd URL]
+      Teclea y pega más de 200 textos raros (comillas, SQL, controles, emojis, muy largos) en cada cuadro de
+      texto de las ventanas, sobre un centro de ejemplo que estrena, y mira que se guarden como se ven o que
+      se rechacen con un mensaje, y que no se ejecute más que lo que hace la ventana con un texto normal.
+      Con --cada cada cuadro recibe uno de cada N textos.
   zvconf --version
   zvconf --help
 

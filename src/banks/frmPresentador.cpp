@@ -157,7 +157,8 @@ void frmPresentador::txtNEntidad_LostFocus()
         Beep();
         return;
     }
-    fetch(statement(u"SELECT IDBanco FROM Banco WHERE Numero='{}'", {txtNEntidad.Text()}));
+    fetch(statement(u"SELECT IDBanco FROM Banco WHERE Numero='{}'",
+                    {Replace(txtNEntidad.Text(), u"'", u"''")}));
     if (rows().Eof()) {
         warn(bankUnknown, sign::information);
     } else {

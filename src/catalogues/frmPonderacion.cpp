@@ -1,6 +1,9 @@
 #include "catalogues/frmPonderacion.h"
 
+#include "data/DataError.h"
 #include "forms/Desktop.h"
+
+#include <algorithm>
 
 namespace zv {
 
@@ -22,6 +25,22 @@ constexpr TextCatalogue words{
     .clearsErr = false,
     .keepsRows = false,
 };
+
+bool isDigitOrPoint(char16_t unit) { return (unit >= u'0' && unit <= u'9') || unit == u'.'; }
+bool isLetter(char16_t unit) { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
+
+/// The score stands in its statement without quotes, and pasting brings any text. A number passes, and so
+/// does a word, which the database refuses; what would end the statement, or be worked out to another number,
+/// does not get there.
+bool canStandBare(StringView score)
+{
+    constexpr StringView values[] = {u"null", u"true", u"false", u"oid", u"rowid"};
+    if (std::ranges::all_of(score, isLetter))
+        return std::ranges::none_of(values, [&](StringView value) { return sameName(score, value); });
+    if (score.starts_with(u'-') || score.starts_with(u'+'))
+        score.remove_prefix(1);
+    return std::ranges::all_of(score, isDigitOrPoint);
+}
 
 } // namespace
 
@@ -83,7 +102,10 @@ bool frmPonderacion::textGiven()
 
 std::vector<Value> frmPonderacion::values()
 {
-    return {txtDescripcion.Text(), Replace(txtPuntuacion.Text(), u",", u".")};
+    const String score = Replace(txtPuntuacion.Text(), u",", u".");
+    if (!canStandBare(score))
+        throw DataError(failure::badStatement, {}, u"la puntuación no es un número", score);
+    return {txtDescripcion.Text(), score};
 }
 
 } // namespace zv

@@ -1,0 +1,344 @@
+#include "robot/TextTrial.h"
+
+#include "forms/Acts.h"
+#include "forms/ComboBox.h"
+#include "forms/Desktop.h"
+#include "forms/MSFlexGrid.h"
+#include "forms/TabStrip.h"
+#include "robot/FreshSchool.h"
+#include "robot/Guion.h"
+#include "robot/OddTexts.h"
+#include "robot/Outline.h"
+#include "robot/WatchedConnection.h"
+#include "runtime/Convert.h"
+#include "runtime/PropertyBag.h"
+#include "runtime/Single.h"
+#include "session/DialogDirectory.h"
+#include "session/HostSession.h"
+#include "session/cAsignarDatos.h"
+
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <set>
+
+namespace zv {
+
+namespace {
+
+/// Dialogs that others open.
+struct Road {
+    StringView dialog;
+    StringView from;
+    void (*goOn)(Form& from);
+};
+
+template <class C>
+C& part(Form& form, StringView name)
+{
+    return dynamic_cast<C&>(form.reach(name));
+}
+
+void openFirstBranch(Form& bank)
+{
+    constexpr int change = 3;
+    Acts acts(bank);
+    acts.clickTab(part<TabStrip>(bank, u"mstBanco"), 2);
+    acts.clickCell(part<MSFlexGrid>(bank, u"msgBanco"), 1, 0);
+    acts.click(bank.reach(u"cmdBotonera", change));
+    // The branches are written with the bank.
+    acts.click(bank.reach(u"cmdBotonera", 0));
+}
+
+void openFirstSection(Form& selection, Long kind)
+{
+    Acts acts(selection);
+    acts.choose(part<ComboBox>(selection, u"cboTipoEnsenanza"), kind);
+    acts.choose(part<ComboBox>(selection, u"cboCursos"), 0);
+    acts.choose(part<ComboBox>(selection, u"cboSecciones"), 0);
+    acts.click(selection.reach(u"cmdNotaManual1", 0));
+}
+
+constexpr Road roads[] = {
+    {u"frmSucursal", u"frmBanco", openFirstBranch},
+    {u"frmInfIndPrim", u"frmInformeIndividual", [](Form& from) { openFirstSection(from, 0); }},
+    {u"frmInfIndESO", u"frmInformeIndividual", [](Form& from) { openFirstSection(from, 1); }}};
+
+constexpr StringView harmless[] = {u"Casado",    u"1234", u"12,5", u"12345", u"0049",
+                                   u"B12345678", u"16%",  u"-1",   u""};
+constexpr StringView letters = u"abc";
+
+/// A text box, by the dialog and the place among its controls.
+struct BoxPlace {
+    String dialog;
+    std::size_t place;
+    String name;
+};
+
+class Trial final : public Desktop {
+public:
+    Trial(const TextTrial& wishes, std::ostream& out)
+        : wishes_(wishes), out_(out), before_(hasDesktop() ? &desktop() : nullptr), fresh_(wishes.url, true)
+    {
+        useDesktop(this);
+        // A section is written pupil by pupil: one of each is enough.
+        fresh_.school().centro->executeNative(
+            u"DELETE FROM Seccion_Alumno WHERE codAlumno NOT IN "
+            u"(SELECT MIN(codAlumno) FROM Seccion_Alumno GROUP BY codSeccion)");
+        session_ =
+            newHostSession(watched(fresh_.school(), [this](StringView statement) { watch(statement); }));
+        let(*session_, u"Accion", Long{2});
+    }
+    ~Trial() override
+    {
+        resetSingles();
+        useDesktop(before_);
+    }
+    Trial(const Trial&) = delete;
+    Trial& operator=(const Trial&) = delete;
+
+    bool run()
+    {
+        for (const String& dialog : dialogs().names())
+            if (wishes_.dialog.empty() || sameName(wishes_.dialog, dialog))
+                tryDialog(dialog);
+        out_ << "Cuadros de texto: " << boxes_ << ". "
+             << (faults_ == 0 ? "Todo bien.\n" : "Lo que no está bien está detrás de MAL.\n");
+        return faults_ == 0 && boxes_ > 0;
+    }
+
+    void opened(Form&) override {}
+    void closed(Form&) override {}
+    void messageBox(StringView, Integer, StringView) override { ++messages_; }
+    void beep() override {}
+    void doEvents() override {}
+    /// What the database refuses is told with its text; nothing else should fail.
+    void handlerFailed(const RuntimeError& error) override
+    {
+        ++messages_;
+        if (dynamic_cast<const DataError*>(&error) == nullptr)
+            fault(error.description());
+    }
+    void runModal(Form& form) override
+    {
+        const Road* road = roadTo(box_.dialog);
+        if (road != nullptr && sameName(form.Name(), road->from))
+            road->goOn(form);
+        else
+            visit_(form);
+        Acts(form).close();
+    }
+
+private:
+    static const Road* roadTo(StringView dialog)
+    {
+        const auto* found = std::ranges::find(roads, dialog, &Road::dialog);
+        return found == std::end(roads) ? nullptr : found;
+    }
+
+    void watch(StringView statement)
+    {
+        const Outline outline(statement);
+        if (outline.second)
+            fault(u"dos instrucciones en una: " + String(statement));
+        statements_.insert(outline.skeleton);
+    }
+
+    void fault(StringView text)
+    {
+        ++faults_;
+        out_ << "MAL: " << toUtf8(box_.dialog + u" " + box_.name + u": " + String(cut(text, 400))) << '\n';
+    }
+
+    void tryDialog(const String& dialog)
+    {
+        std::size_t place = 0;
+        for (const Control* control : dialogs().find(dialog).instance().Controls) {
+            if (dynamic_cast<const TextBox*>(control) != nullptr) {
+                box_ = {dialog, place, control->fullName()};
+                tryBox();
+                ++boxes_;
+            }
+            ++place;
+        }
+    }
+
+    void open(std::function<void(Form&)> visit)
+    {
+        visit_ = std::move(visit);
+        cAsignarDatos().ObtenerDatos(session_);
+        const Road* road = roadTo(box_.dialog);
+        dialogs().find(road != nullptr ? road->from : StringView(box_.dialog)).instance().Show();
+    }
+
+    /// The box, with the tab in front on which it lies; nullptr where nobody can write into it.
+    TextBox* boxOn(Form& form) const
+    {
+        auto* box = dynamic_cast<TextBox*>(
+            *std::next(form.Controls.begin(), static_cast<std::ptrdiff_t>(box_.place)));
+        for (Control* control : form.Controls)
+            if (auto* strip = dynamic_cast<TabStrip*>(control))
+                for (Long tab = 1; tab <= strip->tabCount() && !box->accessible(); ++tab)
+                    Acts(form).clickTab(*strip, tab);
+        return box->accessible() ? box : nullptr;
+    }
+
+    std::optional<String> stored()
+    {
+        std::optional<String> text;
+        open([&](Form& form) {
+            if (const TextBox* box = boxOn(form))
+                text = box->Text();
+        });
+        return text;
+    }
+
+    static void accept(Form& form)
+    {
+        for (Control* control : form.Controls)
+            if (const auto* button = dynamic_cast<const CommandButton*>(control);
+                button != nullptr && button->Caption() == u"Aceptar") {
+                Acts(form).click(*control);
+                return;
+            }
+    }
+
+    /// What the box showed when it was accepted; nothing where the dialog refused it.
+    std::optional<String> put(StringView text, bool pasted)
+    {
+        open([&](Form& form) {
+            TextBox* box = boxOn(form);
+            if (box == nullptr)
+                return fault(u"ya no se puede escribir en él");
+            Acts acts(form);
+            acts.select(*box, 0, static_cast<Long>(box->Text().size()));
+            if (pasted)
+                acts.paste(*box, text);
+            else if (acts.key(*box, Key::Delete))
+                acts.type(*box, text);
+            given_ = box->Text();
+            limit_ = static_cast<std::size_t>(box->MaxLength());
+            messages_ = 0;
+            accept(form);
+            if (messages_ == 0 && form.Visible())
+                fault(u"ni se cierra ni dice por qué con " + quoted(text));
+        });
+        return messages_ == 0 ? std::optional(given_) : std::nullopt;
+    }
+
+    /// Whether the box shows what it was given. A text ends at code 0, which no key gives; of a long one
+    /// typing leaves out each character that does not fit, pasting what stands behind the limit.
+    bool keeps(String text, bool pasted) const
+    {
+        if (pasted)
+            text.resize(std::min(text.find(u'\0'), text.size()));
+        else
+            std::erase(text, u'\0');
+        if (limit_ == 0 || text.size() <= limit_)
+            return given_ == text;
+        return pasted ? given_ == cut(text, limit_) : given_.size() + 1 >= limit_ && given_.size() <= limit_;
+    }
+
+    /// What the box holds in the first row where it can be written in.
+    std::optional<String> firstToWriteIn()
+    {
+        constexpr Long mostRows = 9;
+        for (const bool service : {false, true})
+            for (Long row = 1; row <= mostRows; ++row) {
+                let(*session_, u"MTP", service);
+                let(*session_, u"lngRowData", row);
+                if (auto text = stored())
+                    return text;
+            }
+        return std::nullopt;
+    }
+
+    void tryBox()
+    {
+        const std::optional<String> original = firstToWriteIn();
+        if (!original)
+            return fault(u"no se puede escribir en él");
+        for (const StringView text : harmless)
+            for (const bool pasted : {true, false})
+                put(text, pasted);
+        put(letters, false);
+        const bool filters = given_ != letters;
+        if (!put(*original, true))
+            return fault(u"no vuelve a tomar lo que tenía");
+        known_ = std::exchange(statements_, {});
+        tryOdd(filters);
+        if (!put(*original, true) || stored() != original)
+            fault(u"no vuelve a tomar lo que tenía");
+    }
+
+    /// Whether the stored text is what was shown, as the dialog's own rules have it.
+    bool isKept(const String& shown, const String& stored) const
+    {
+        if (stored == shown)
+            return true;
+        if (box_.dialog == u"frmEnfermedad")
+            return stored == cut(Replace(shown, u"'", u"''"), limit_);
+        if (box_.dialog == u"frmTipoIva")
+            return Replace(stored, u" ", u"") ==
+                   Replace(shown + (shown.ends_with(u'%') ? u"" : u"%"), u" ", u"");
+        return box_.name == u"txtPuntuacion" && IsNumeric(shown) && IsNumeric(stored) &&
+               CDbl(shown) == CDbl(stored);
+    }
+
+    /// Whether the dialog runs the statement for harmless texts too. A word may stand where a number belongs,
+    /// if the database refuses it.
+    bool isOwn(const String& statement, bool refused) const
+    {
+        const bool isWord = !given_.empty() && std::ranges::all_of(given_, [](char16_t unit) {
+            return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z');
+        });
+        return known_.contains(statement) ||
+               (refused && isWord && known_.contains(Replace(statement, u"=" + given_, u"=#")));
+    }
+
+    void tryOdd(bool filters)
+    {
+        Long kept = 0;
+        Long refused = 0;
+        const std::vector<String> texts = oddTexts();
+        const auto step = static_cast<std::size_t>(wishes_.every);
+        for (std::size_t i = boxes_ % step; i < texts.size(); i += step)
+            for (const bool pasted : {true, false}) {
+                const String& text = texts[i];
+                const auto shown = put(text, pasted);
+                const String how = (pasted ? u"pegado " : u"tecleado ") + quoted(cut(text, 60));
+                ++(shown ? kept : refused);
+                if (shown && !isKept(*shown, *stored()))
+                    fault(how + u" se mostró " + quoted(*shown) + u" y se guardó " + quoted(*stored()));
+                if (!filters && !keeps(text, pasted))
+                    fault(how + u" se mostró " + quoted(given_));
+                for (const String& statement : std::exchange(statements_, {}))
+                    if (!isOwn(statement, !shown))
+                        fault(how + u" hizo " + statement);
+            }
+        out_ << toUtf8(box_.dialog + u" " + box_.name) << ": " << kept << " guardados, " << refused
+             << " rechazados" << (filters ? ", con filtro" : "") << '\n'
+             << std::flush;
+    }
+
+    const TextTrial& wishes_;
+    std::ostream& out_;
+    Desktop* before_;
+    FreshSchool fresh_;
+    std::shared_ptr<PropertyBag> session_;
+    BoxPlace box_;
+    std::function<void(Form&)> visit_; ///< What is done at the dialog of the box.
+    String given_;                     ///< What the box showed last, before it was accepted.
+    std::size_t limit_ = 0;            ///< Of the box, then; 0 is none.
+    int messages_ = 0;
+    std::set<String> statements_; ///< Without literals and numbers.
+    std::set<String> known_;      ///< The same, for harmless texts.
+    std::size_t boxes_ = 0;
+    Long faults_ = 0;
+};
+
+} // namespace
+
+bool tryTexts(const TextTrial& trial, std::ostream& out) { return Trial(trial, out).run(); }
+
+} // namespace zv
