@@ -6,6 +6,7 @@
 #include "qt/stage/QtStage.h"
 #include "robot/PlayGuiones.h"
 #include "session/cConstCol.h"
+#include "session/cNombreNodo.h"
 #include "suite/sodium/EncryptoApi.h"
 #include "zvhost/Gallery.h"
 #include "zvhost/MainWindow.h"
@@ -52,6 +53,18 @@ public:
 
 private:
     QCommandLineParser parser_;
+};
+
+/// The dialogs open in windows as long as it lives.
+class OnScreen {
+public:
+    OnScreen() { useDesktop(&desktop_); }
+    OnScreen(const OnScreen&) = delete;
+    OnScreen& operator=(const OnScreen&) = delete;
+    ~OnScreen() { useDesktop(nullptr); }
+
+private:
+    QtDesktop desktop_;
 };
 
 QCommandLineOption valued(const char* name)
@@ -106,8 +119,9 @@ void darken()
 int mainWindow(const QStringList& words)
 {
     const Words given(words, {valued("bd")});
-    QtDesktop desktop;
-    useDesktop(&desktop);
+    if (!given.rest().isEmpty())
+        throw std::invalid_argument("«" + given.rest().front().toStdString() + "» no es una orden.");
+    const OnScreen screen;
     std::optional<MainWindow> window;
     const auto build = [&] { window.emplace(); };
     std::unique_ptr<Host> host = given.has(QStringLiteral("bd"))
@@ -121,8 +135,6 @@ int mainWindow(const QStringList& words)
         window->show();
         result = QApplication::exec();
     }
-    window.reset();
-    useDesktop(nullptr);
     return result;
 }
 
@@ -133,6 +145,9 @@ int dialogo(const QStringList& words)
     if (given.rest().size() != 1 || !given.has(QStringLiteral("bd")))
         throw std::invalid_argument("dialogo lleva un NODO y --bd URL.");
     const Node& node = nodeNamed(given.rest().front());
+    const bool branches = given.has(QStringLiteral("bloqueado"));
+    if (branches && node.number != cNombreNodo::OC_Bancos)
+        throw std::invalid_argument("--bloqueado es sólo para un banco.");
     const Long row = given.number<Long>(QStringLiteral("fila"), 0);
     const Byte action = given.number<Byte>(
         QStringLiteral("accion"),
@@ -142,11 +157,9 @@ int dialogo(const QStringList& words)
     choices.profile = given.number<Integer>(QStringLiteral("perfil"), choices.profile);
     choices.readOnly = given.has(QStringLiteral("consulta"));
     choices.mtp = given.has(QStringLiteral("mtp"));
-    QtDesktop desktop;
-    useDesktop(&desktop);
+    const OnScreen screen;
     const std::unique_ptr<Host> host = openHost(fromQt(given.text(QStringLiteral("bd"))), choices);
-    host->open(node, action, row, given.has(QStringLiteral("bloqueado")));
-    useDesktop(nullptr);
+    host->open(node, action, row, branches);
     return done;
 }
 

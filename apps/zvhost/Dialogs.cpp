@@ -18,6 +18,8 @@
 namespace zv::host {
 namespace {
 
+const QString cannotRead = QStringLiteral("No se ha podido leer.");
+
 /// A dialog around a list, with commands on its selected row.
 class ListDialog final : public QDialog {
 public:
@@ -43,7 +45,7 @@ public:
             if (!index.isValid())
                 return;
             tried(this, failed, [&] { does(static_cast<std::size_t>(index.row())); });
-            reload(index.row());
+            tried(this, cannotRead, [&] { reload(index.row()); });
         }));
     }
 
@@ -51,7 +53,7 @@ public:
     {
         empty_.setText(whenEmpty);
         buttons_.addClose(QStringLiteral("Cerrar"));
-        if (!tried(parentWidget(), QStringLiteral("No se ha podido leer."), [&] { reload(0); }))
+        if (!tried(parentWidget(), cannotRead, [&] { reload(0); }))
             return;
         table_.setFocus();
         exec();
@@ -137,7 +139,7 @@ void showRecycleBin(QWidget* parent, School& school, bool readOnly)
     dialog.run(QStringLiteral("La papelera está vacía."));
 }
 
-void showRowsInUse(QWidget* parent, Connection& centro)
+void showRowsInUse(QWidget* parent, Connection& centro, bool readOnly)
 {
     std::vector<Registration> rows;
     ListDialog dialog(parent, QStringLiteral("Filas en uso"), usedColumns, [&] {
@@ -152,18 +154,18 @@ void showRowsInUse(QWidget* parent, Connection& centro)
         return shown;
     });
     dialog.setObjectName(QStringLiteral("filasEnUso"));
-    dialog.command(
-        QStringLiteral("&Liberar"), QStringLiteral("La fila no se ha podido liberar."), [&](std::size_t row) {
-            const Registration& each = rows[row];
-            const QString warning =
-                each.gone ? QStringLiteral("La estación ya ha terminado: nadie la tiene abierta.")
-                          : QStringLiteral(
-                                "La tiene abierta el usuario %1. Si la libera, dos personas podrán cambiarla "
-                                "a la vez, y valdrá lo que escriba la última.")
-                                .arg(each.user);
-            if (confirm(&dialog, QStringLiteral("Liberar"), warning, QStringLiteral("Liberar")))
-                release(centro, each.form, each.row);
-        });
+    const auto free = [&](std::size_t row) {
+        const Registration& each = rows[row];
+        const QString warning =
+            each.gone ? QStringLiteral("La estación ya ha terminado: nadie la tiene abierta.")
+                      : QStringLiteral("La tiene abierta el usuario %1. Si la libera, dos personas podrán "
+                                       "cambiarla a la vez, y valdrá lo que escriba la última.")
+                            .arg(each.user);
+        if (confirm(&dialog, QStringLiteral("Liberar"), warning, QStringLiteral("Liberar")))
+            release(centro, each.form, each.row);
+    };
+    if (!readOnly)
+        dialog.command(QStringLiteral("&Liberar"), QStringLiteral("La fila no se ha podido liberar."), free);
     dialog.run(QStringLiteral("Nadie tiene filas abiertas."));
 }
 
@@ -187,13 +189,16 @@ std::optional<Choices> askChoices(QWidget* parent, Host& host)
     profile.setObjectName(QStringLiteral("perfil"));
     for (const Known& each : profiles)
         profile.addItem(toQt(each.name), each.number);
-    if (profile.findData(choices.profile) < 0)
-        profile.addItem(QString::number(choices.profile), choices.profile);
-    profile.setCurrentIndex(profile.findData(choices.profile));
+    const auto chooseProfile = [&](Integer number) {
+        if (profile.findData(number) < 0)
+            profile.addItem(QString::number(number), number);
+        profile.setCurrentIndex(profile.findData(number));
+    };
+    chooseProfile(choices.profile);
     QObject::connect(&user, &QComboBox::currentIndexChanged, &dialog, [&] {
         for (const Known& each : users)
-            if (each.number == user.currentData().toInt() && profile.findData(each.profile) >= 0)
-                profile.setCurrentIndex(profile.findData(each.profile));
+            if (each.number == user.currentData().toInt())
+                chooseProfile(each.profile);
     });
     QCheckBox readOnly(QStringLiteral("Sólo &consulta: se ve todo y no se cambia nada"));
     readOnly.setObjectName(QStringLiteral("consulta"));

@@ -16,7 +16,7 @@ QString reasons(const std::vector<Referrer>& who);
 /// Lists what was deleted and restores it.
 void showRecycleBin(QWidget* parent, School& school, bool readOnly);
 /// Lists the rows that stations have open, and frees them with a warning.
-void showRowsInUse(QWidget* parent, Connection& centro);
+void showRowsInUse(QWidget* parent, Connection& centro, bool readOnly);
 /// Asks what a person works as; nothing if it was cancelled.
 std::optional<Choices> askChoices(QWidget* parent, Host& host);
 

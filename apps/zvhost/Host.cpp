@@ -72,6 +72,14 @@ void Host::open(const Node& node, Byte action, Long row, bool branches)
         cAsignarDatos().ActivarFormulario(node.number);
 }
 
+bool Host::has(const Node& node, Long row)
+{
+    return !school_.centro
+                ->Execute(statement(u"SELECT {} FROM {} WHERE {}={}",
+                                    {Value(node.key), Value(node.table), Value(node.key), row}))
+                ->Eof();
+}
+
 bool Host::mayDelete(const Node& node, Long row)
 {
     hand(cConstCol::Modificado, row);
@@ -110,17 +118,15 @@ String shown(const Value& value, const ListColumn& column)
 {
     if (value.isNull())
         return {};
-    switch (column.kind) {
-    case ListColumn::Kind::flag:
+    // What a school made elsewhere holds there may be neither a truth nor a number.
+    const bool number = IsNumeric(value);
+    if (column.kind == ListColumn::Kind::flag && number)
         return isTrue(value) ? u"Sí" : u"No";
-    case ListColumn::Kind::word:
-        if (const Long number = CLng(value); number >= 1 && number <= std::ssize(column.words))
-            return String(column.words[static_cast<std::size_t>(number - 1)]);
-        return {};
-    case ListColumn::Kind::text:
-    case ListColumn::Kind::number:
-    case ListColumn::Kind::enciphered:
-        break;
+    if (column.kind == ListColumn::Kind::word && number) {
+        const Double place = CDbl(value);
+        if (place < 1 || place > static_cast<Double>(column.words.size()))
+            return {};
+        return String(column.words[static_cast<std::size_t>(place) - 1]);
     }
     return CStr(value);
 }

@@ -44,6 +44,8 @@ public:
 
     /// Opens the dialog behind a node and returns when it has closed. `branches`: a bank for its branches.
     void open(const Node& node, Byte action, Long row, bool branches = false);
+    /// Whether the row is there still: another station may have deleted it.
+    bool has(const Node& node, Long row);
     /// Whether the module lets the row go.
     bool mayDelete(const Node& node, Long row);
     std::vector<Row> rows(const Node& node);

@@ -87,13 +87,14 @@ void ListPage::show(const Node& node, std::vector<Row> rows)
 
 void ListPage::refresh(const Node& node, std::vector<Row> rows)
 {
-    const std::vector<Long> before = model_.keys();
+    std::vector<Long> before = model_.keys();
+    std::ranges::sort(before);
     const std::optional<Long> kept = selected();
     const int place = table_.currentIndex().row();
     model_.show(node.columns, std::move(rows));
     const std::vector<Long> now = model_.keys();
     const auto added =
-        std::ranges::find_if(now, [&](Long key) { return std::ranges::find(before, key) == before.end(); });
+        std::ranges::find_if(now, [&](Long key) { return !std::ranges::binary_search(before, key); });
     if (added != now.end())
         select(*added);
     else if (kept && model_.rowOf(*kept) >= 0)

@@ -9,7 +9,6 @@
 #include "zvhost/Start.h"
 #include "zvhost/Widgets.h"
 
-#include <QFileDialog>
 #include <QMenuBar>
 #include <QSaveFile>
 #include <QStatusBar>
@@ -123,7 +122,9 @@ void MainWindow::buildTree()
     }
     tree_.expandAll();
     connect(&tree_, &QTreeWidget::currentItemChanged, this, [this] { chosen(); });
-    connect(&tree_, &QTreeWidget::itemActivated, this, [this] {
+    connect(&tree_, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem* item) {
+        if (item->parent() == nullptr)
+            return;
         if (node_ != nullptr && !node_->hasList())
             openChosen();
         else
@@ -189,8 +190,22 @@ void MainWindow::newRow(Long kind) { openDialog(cConstCol::NUEVO, kind); }
 
 void MainWindow::changeRow(bool branches)
 {
-    if (const std::optional<Long> row = page_.selected())
+    if (const std::optional<Long> row = page_.selected(); row && stillThere(*row))
         openDialog(cConstCol::Modificado, *row, branches);
+}
+
+bool MainWindow::stillThere(Long key)
+{
+    bool there = false;
+    if (tried(this, QStringLiteral("La fila no se ha podido leer."),
+              [&] { there = host_->has(*node_, key); }) &&
+        !there) {
+        say(this, QStringLiteral("Ya no está"),
+            QStringLiteral("«%1» ya no está: se ha eliminado desde otra estación. La lista se lee de nuevo.")
+                .arg(page_.selectedName()));
+        refresh();
+    }
+    return there;
 }
 
 bool MainWindow::inUse(Long key)
@@ -209,6 +224,16 @@ bool MainWindow::inUse(Long key)
     return false;
 }
 
+bool MainWindow::mayDelete(Long key)
+{
+    if (inUse(key))
+        return false;
+    const bool may = host_->mayDelete(*node_, key);
+    if (!may)
+        refuse(key);
+    return may;
+}
+
 void MainWindow::refuse(Long key)
 {
     QString text = QStringLiteral("«%1» no se puede eliminar.").arg(page_.selectedName());
@@ -221,21 +246,19 @@ void MainWindow::refuse(Long key)
 void MainWindow::deleteRow()
 {
     const std::optional<Long> key = page_.selected();
-    if (!key || host_->choices().readOnly)
+    if (!key || host_->choices().readOnly || !stillThere(*key))
         return;
     tried(this, QStringLiteral("La fila no se ha podido eliminar."), [&] {
-        if (inUse(*key))
+        if (!mayDelete(*key))
             return;
-        if (!host_->mayDelete(*node_, *key)) {
-            refuse(*key);
-            return;
-        }
         QString question =
             QStringLiteral("¿Eliminar «%1»? Se podrá restaurar desde la papelera.").arg(page_.selectedName());
         // The guards do not look everywhere.
         if (const auto who = referrers(*host_->school().centro, node_->table, *key); !who.empty())
             question += QStringLiteral("\n\nLa nombran todavía:\n") + reasons(who);
-        if (confirm(this, QStringLiteral("Eliminar"), question, QStringLiteral("Eliminar")))
+        // The answer may have taken its time.
+        if (confirm(this, QStringLiteral("Eliminar"), question, QStringLiteral("Eliminar")) &&
+            mayDelete(*key))
             moveToDeleted(host_->school(), node_->table, *key);
     });
     refresh();
@@ -244,9 +267,8 @@ void MainWindow::deleteRow()
 
 void MainWindow::exportCsv()
 {
-    const QString file = QFileDialog::getSaveFileName(this, QStringLiteral("Exportar la lista"),
-                                                      toQt(node_->name) + QStringLiteral(".csv"),
-                                                      QStringLiteral("Hojas de cálculo (*.csv)"));
+    const QString file = askFile(this, QStringLiteral("Exportar la lista"), toQt(node_->name),
+                                 QStringLiteral("Hojas de cálculo (*.csv)"), QStringLiteral("csv"));
     if (file.isEmpty())
         return;
     QSaveFile target(file);
@@ -258,8 +280,14 @@ void MainWindow::exportCsv()
 
 void MainWindow::openOther()
 {
-    if (std::unique_ptr<Host> other = chooseSchool(this))
-        use(std::move(other));
+    std::unique_ptr<Host> other = chooseSchool(this);
+    if (other == nullptr)
+        return;
+    // Who asked to change nothing has not taken it back.
+    Choices choices = other->choices();
+    choices.readOnly = host_->choices().readOnly;
+    other->choose(choices);
+    use(std::move(other));
 }
 
 void MainWindow::recycleBin()
@@ -268,7 +296,7 @@ void MainWindow::recycleBin()
     refresh();
 }
 
-void MainWindow::rowsInUse() { showRowsInUse(this, *host_->school().centro); }
+void MainWindow::rowsInUse() { showRowsInUse(this, *host_->school().centro, host_->choices().readOnly); }
 
 void MainWindow::chooseSession()
 {

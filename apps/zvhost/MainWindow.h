@@ -48,7 +48,9 @@ private:
     void follow();
     void tellStatus();
     void showMenu(const QPoint& at);
+    bool stillThere(Long key);
     bool inUse(Long key);
+    bool mayDelete(Long key);
     void refuse(Long key);
 
     std::unique_ptr<Host> host_;

@@ -16,10 +16,12 @@ QString plain(const QString& text)
     return letters;
 }
 
-/// A text in quotes where a spreadsheet would part it, or take it for a formula.
+/// A text in quotes where a spreadsheet would part it, and with a mark where it would take it for a formula.
 QString csvField(QString text)
 {
-    if (!text.isEmpty() && QStringLiteral("=+-@\t\r").contains(text.front()))
+    bool number = false;
+    QLocale(QLocale::Spanish).toDouble(text, &number);
+    if (!number && !text.isEmpty() && QStringLiteral("=+-@\t\r").contains(text.front()))
         text.prepend(u'\'');
     if (!text.contains(u'"') && !text.contains(u';') && !text.contains(u'\n') && !text.contains(u'\r'))
         return text;

@@ -69,6 +69,34 @@ QPushButton& choice(QVBoxLayout& layout, QDialog& dialog, const QString& text, c
     return *button;
 }
 
+enum Choice { cancelled = QDialog::Rejected, sample, empty, existing };
+
+Choice askChoice(QWidget* parent)
+{
+    QDialog dialog(parent);
+    dialog.setObjectName(QStringLiteral("inicio"));
+    dialog.setWindowTitle(QStringLiteral("Configuración del centro"));
+    QVBoxLayout layout(&dialog);
+    choice(layout, dialog, QStringLiteral("Crear un colegio de &ejemplo"),
+           QStringLiteral("Con alumnos, bancos e informes inventados, para conocer el programa."), sample)
+        .setDefault(true);
+    choice(layout, dialog, QStringLiteral("Crear un colegio &vacío"),
+           QStringLiteral("Todas las listas están por llenar."), empty);
+    choice(layout, dialog, QStringLiteral("&Abrir un colegio que existe…"),
+           QStringLiteral("El fichero principal del colegio; los otros dos están a su lado."), existing);
+    ButtonRow(layout, dialog).addClose(QStringLiteral("Cancelar"));
+    return static_cast<Choice>(dialog.exec());
+}
+
+QString askSchoolFile(QWidget* parent, Choice what)
+{
+    const QString files = QStringLiteral("Colegios (*.db)");
+    return what == existing
+               ? QFileDialog::getOpenFileName(parent, QStringLiteral("Abrir un colegio"), QString(), files)
+               : askFile(parent, QStringLiteral("Crear un colegio"), usualFile(), files,
+                         QStringLiteral("db"));
+}
+
 } // namespace
 
 std::unique_ptr<Host> openHost(const String& url, const Choices& choices)
@@ -101,35 +129,22 @@ std::unique_ptr<Host> createHostShown(QWidget* parent, const String& url, bool s
 
 std::unique_ptr<Host> chooseSchool(QWidget* parent)
 {
-    enum { cancelled, sample, empty, existing };
-    QDialog dialog(parent);
-    dialog.setObjectName(QStringLiteral("inicio"));
-    dialog.setWindowTitle(QStringLiteral("Configuración del centro"));
-    QVBoxLayout layout(&dialog);
-    choice(layout, dialog, QStringLiteral("Crear un colegio de &ejemplo"),
-           QStringLiteral("Con alumnos, bancos e informes inventados, para conocer el programa."), sample)
-        .setDefault(true);
-    choice(layout, dialog, QStringLiteral("Crear un colegio &vacío"),
-           QStringLiteral("Todas las listas están por llenar."), empty);
-    choice(layout, dialog, QStringLiteral("&Abrir un colegio que existe…"),
-           QStringLiteral("El fichero principal del colegio; los otros dos están a su lado."), existing);
-    ButtonRow(layout, dialog).addClose(QStringLiteral("Cancelar"));
-    const int chosen = dialog.exec();
-    if (chosen == cancelled)
-        return nullptr;
-    const QString files = QStringLiteral("Colegios (*.db)");
-    const QString file =
-        chosen == existing
-            ? QFileDialog::getOpenFileName(parent, QStringLiteral("Abrir un colegio"), QString(), files)
-            : QFileDialog::getSaveFileName(parent, QStringLiteral("Crear un colegio"), usualFile(), files);
-    if (file.isEmpty())
-        return nullptr;
-    const String url = urlOf(file);
-    if (chosen != existing)
-        return createHostShown(parent, url, chosen == sample);
-    // Any file can be chosen: one that is no school must stay as it is.
-    const bool school = tried(parent, cannotOpen(url), [&] { requireWhole(inspectSchool(url), url); });
-    return school ? openHostShown(parent, url) : nullptr;
+    for (;;) {
+        const Choice what = askChoice(parent);
+        if (what == cancelled)
+            return nullptr;
+        const QString file = askSchoolFile(parent, what);
+        if (file.isEmpty())
+            continue;
+        const String url = urlOf(file);
+        // Any file can be chosen: one that is no school must stay as it is.
+        if (what == existing &&
+            !tried(parent, cannotOpen(url), [&] { requireWhole(inspectSchool(url), url); }))
+            continue;
+        if (std::unique_ptr<Host> host =
+                what == existing ? openHostShown(parent, url) : createHostShown(parent, url, what == sample))
+            return host;
+    }
 }
 
 std::unique_ptr<Host> startSchool(const std::function<void()>& meanwhile)

@@ -18,7 +18,8 @@ std::unique_ptr<Host> openHostShown(QWidget* parent, const String& url,
                                     const std::function<void()>& meanwhile = {});
 /// Makes a school, empty or with the sample, before a person, and opens it.
 std::unique_ptr<Host> createHostShown(QWidget* parent, const String& url, bool sample);
-/// A person makes a school or opens one that exists; nothing if it was cancelled.
+/// A person makes a school or opens one that exists, and is asked until it is done; nothing if it was
+/// cancelled.
 std::unique_ptr<Host> chooseSchool(QWidget* parent);
 /// What the program starts with when it is told no school: the one that was open last, or else a person's
 /// choice.

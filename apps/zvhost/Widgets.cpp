@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QEventLoop>
+#include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QMessageBox>
@@ -105,6 +106,16 @@ void withProgress(QWidget* parent, const QString& text, const std::function<void
     worker.join();
     if (failure)
         std::rethrow_exception(failure);
+}
+
+QString askFile(QWidget* parent, const QString& title, const QString& place, const QString& kind,
+                const QString& suffix)
+{
+    QFileDialog dialog(parent, title, QString(), kind);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(suffix);
+    dialog.selectFile(place);
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 void designTable(QTableView& table)

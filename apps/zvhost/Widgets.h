@@ -28,6 +28,11 @@ bool tried(QWidget* parent, const QString& failed, const std::function<void()>& 
 void withProgress(QWidget* parent, const QString& text, const std::function<void()>& work,
                   const std::function<void()>& meanwhile = {});
 
+/// Asks for a file to write, `place` to begin with; one named without an ending gets the suffix. "" if it was
+/// cancelled.
+QString askFile(QWidget* parent, const QString& title, const QString& place, const QString& kind,
+                const QString& suffix);
+
 /// A table of rows that are selected whole and not edited.
 void designTable(QTableView& table);
 /// A row of buttons at the right, under what the layout holds so far.

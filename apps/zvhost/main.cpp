@@ -55,6 +55,15 @@ bool prepareScreen(bool needed)
     return true;
 }
 
+/// The dialogs end while there is an application around them, also when a command fails.
+class Dialogs {
+public:
+    Dialogs() { installModule(); }
+    Dialogs(const Dialogs&) = delete;
+    Dialogs& operator=(const Dialogs&) = delete;
+    ~Dialogs() { resetSingles(); }
+};
+
 int run(int argc, char** argv)
 {
     const std::string_view word = argc > 1 ? argv[1] : "";
@@ -78,15 +87,12 @@ int run(int argc, char** argv)
     registerEngine(sqliteEngine());
     registerEngine(odbcEngine());
     registerCipher();
-    installModule();
+    const Dialogs dialogs;
     const QStringList words = QApplication::arguments();
-    const int result = word == "dialogo"   ? dialogo(words.mid(2))
-                       : word == "guion"   ? guion(words.mid(2))
-                       : word == "galeria" ? galeria(words.mid(2))
-                                           : mainWindow(words.mid(1));
-    // The dialogs end while there is an application around them.
-    resetSingles();
-    return result;
+    return word == "dialogo"   ? dialogo(words.mid(2))
+           : word == "guion"   ? guion(words.mid(2))
+           : word == "galeria" ? galeria(words.mid(2))
+                               : mainWindow(words.mid(1));
 }
 
 } // namespace

@@ -106,6 +106,14 @@ struct HostTest : testing::Test {
         const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         asked = box == nullptr ? "" : box->text().toStdString();
     }
+    /// Reads the message box that opens next and presses its button.
+    void thenAnswer()
+    {
+        then([this] {
+            read();
+            key(Qt::Key_Return);
+        });
+    }
     std::string one(StringView query)
     {
         const RecordsetPtr rows = school.centro->Execute(query);
@@ -136,10 +144,7 @@ TEST_F(HostTest, a_day_by_keyboard_alone)
     type("casado");
     EXPECT_EQ(place()->objectName(), "buscar");
     key(Qt::Key_Return);
-    then([this] {
-        read();
-        key(Qt::Key_Return);
-    });
+    thenAnswer();
     key(Qt::Key_Delete);
     EXPECT_THAT(asked, HasSubstr("no se puede eliminar"));
     EXPECT_THAT(asked,
@@ -239,23 +244,58 @@ TEST_F(HostTest, a_row_that_another_station_has_open_stays)
     window->findChild<QWidget*>(QStringLiteral("lista"))->setFocus();
     type(one(u"SELECT Descripcion FROM EstadoCivil WHERE IDEstadoCivil=1").c_str());
     key(Qt::Key_Return);
+    thenAnswer();
+    key(Qt::Key_Delete);
+    EXPECT_THAT(asked, HasSubstr("usuario 7"));
+}
+
+TEST_F(HostTest, a_row_that_another_station_deleted_is_not_opened)
+{
+    school.centro->Execute(u"DELETE FROM EstadoCivil");
+    key(Qt::Key_Return);
+    thenAnswer();
+    key(Qt::Key_Return);
+    EXPECT_THAT(asked, HasSubstr("otra estación"));
+    EXPECT_EQ(qobject_cast<QTableView*>(place())->model()->rowCount(), 0);
+}
+
+TEST_F(HostTest, a_row_opened_while_its_deletion_is_asked_about_stays)
+{
+    school.centro->Execute(u"INSERT INTO EstadoCivil VALUES (900,'Conviviente')");
+    window->refresh();
     then([this] {
-        read();
+        thenAnswer();
+        school.centro->Execute(
+            u"INSERT INTO RegistroActivo VALUES ('frmEstadoCivil',900,7,'otra 1 1',CURRENT_TIMESTAMP)");
+        key(Qt::Key_Tab);
         key(Qt::Key_Return);
     });
     key(Qt::Key_Delete);
     EXPECT_THAT(asked, HasSubstr("usuario 7"));
+    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE IDEstadoCivil=900"), "1");
+}
+
+TEST_F(HostTest, a_user_comes_with_his_profile)
+{
+    school.entrada->Execute(u"INSERT INTO Usuario (IDUsuario,Nombre,CodPerfil) VALUES (77,'Zoe',9)");
+    then([] {
+        key(Qt::Key_End);
+        key(Qt::Key_Return);
+    });
+    key(Qt::Key_U, Qt::ControlModifier);
+    EXPECT_EQ(window->host().choices().user, 77);
+    EXPECT_EQ(window->host().choices().profile, 9);
 }
 
 TEST_F(HostTest, lists_sort_numbers_find_words_and_export)
 {
     constexpr ListColumn columns[] = {{u"Nombre"}, {u"Valor"}};
     RowsModel model;
-    model.show(columns, {{1, {Value(u"=uno;\"a\""), Value(u"10,5")}}, {2, {Value(u"Álava"), Value(u"9")}}});
+    model.show(columns, {{1, {Value(u"=uno;\"a\""), Value(u"10,5")}}, {2, {Value(u"Álava"), Value(u"-9")}}});
     RowsView view;
     view.setSourceModel(&model);
     view.sort(1);
-    EXPECT_EQ(view.csv(), "\xEF\xBB\xBFNombre;Valor\r\nÁlava;9\r\n\"'=uno;\"\"a\"\"\";10,5\r\n");
+    EXPECT_EQ(view.csv(), "\xEF\xBB\xBFNombre;Valor\r\nÁlava;-9\r\n\"'=uno;\"\"a\"\"\";10,5\r\n");
     view.search(QStringLiteral("ALA"));
     EXPECT_EQ(view.rowCount(), 1);
 }
