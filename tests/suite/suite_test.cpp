@@ -9,11 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <filesystem>
-#include <random>
 #include <set>
-#include <thread>
 
 namespace zv {
 namespace {
@@ -187,31 +184,6 @@ TEST_F(RowRegister, is_never_granted_by_a_database_that_fails)
     }
     const auto unusable = database({u"CREATE VIEW RegistroActivo AS SELECT 1 AS Fila"});
     EXPECT_NE(numberOf([&] { first.registroactivo(*unusable, u"frmPais", 3, 7); }), 0);
-}
-
-TEST_F(RowRegister, two_stations_never_get_the_same_row)
-{
-    const auto folder =
-        std::filesystem::temp_directory_path() / ("zv-filas-" + std::to_string(std::random_device{}()));
-    std::filesystem::create_directory(folder);
-    const String file = (folder / "colegio.db").u16string();
-    sqliteEngine()->create(file, Database::centro);
-    constexpr Long rows = 40;
-    std::array<std::set<Long>, 2> got;
-    const auto race = [&](std::size_t who) {
-        const auto own = sqliteEngine()->open(file, Database::centro);
-        const CentroApi api({who == 0 ? u"uno" : u"dos", [](StringView) { return false; }});
-        for (Long row = 0; row < rows; ++row)
-            if (!api.registroactivo(*own, u"frmPais", row, static_cast<Integer>(who)))
-                got[who].insert(row);
-    };
-    std::thread other(race, 1U);
-    race(0);
-    other.join();
-    EXPECT_EQ(got[0].size() + got[1].size(), static_cast<std::size_t>(rows));
-    for (const Long row : got[0])
-        EXPECT_FALSE(got[1].contains(row));
-    std::filesystem::remove_all(folder);
 }
 
 TEST(Station, tells_only_of_what_it_can_know_that_it_is_gone)
