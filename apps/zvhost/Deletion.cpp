@@ -1,6 +1,7 @@
 #include "zvhost/Deletion.h"
 
 #include "runtime/Convert.h"
+#include "zvhost/Nodes.h"
 
 #include <algorithm>
 #include <map>
@@ -242,8 +243,8 @@ void requireFree(Connection& centro, Connection& borrado, const schema::Table& t
     for (; !rows->Eof(); rows->MoveNext())
         if (countOf(centro, table.name, keyOf(table), CLng(rows->row().front())) != 0)
             throw RuntimeError(failure::keyExists,
-                               u"Su número ya lo tiene otra fila de " + String(table.name) +
-                                   u": no se puede restaurar. Dela de alta de nuevo si la necesita.");
+                               u"Su número ya lo tiene otra fila de «" + String(nameOfTable(table.name)) +
+                                   u"»: no se puede restaurar. Dela de alta de nuevo si la necesita.");
 }
 
 } // namespace

@@ -267,8 +267,9 @@ void MainWindow::deleteRow()
 
 void MainWindow::exportCsv()
 {
-    const QString file = askFile(this, QStringLiteral("Exportar la lista"), toQt(node_->name),
-                                 QStringLiteral("Hojas de cálculo (*.csv)"), QStringLiteral("csv"));
+    const QString file =
+        askFile(this, QStringLiteral("Exportar la lista"), toQt(node_->name),
+                QStringLiteral("Hojas de cálculo (*.csv)"), QStringLiteral("csv"), IfThere::asks);
     if (file.isEmpty())
         return;
     QSaveFile target(file);

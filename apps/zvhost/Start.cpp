@@ -11,6 +11,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QVBoxLayout>
@@ -91,10 +92,12 @@ Choice askChoice(QWidget* parent)
 QString askSchoolFile(QWidget* parent, Choice what)
 {
     const QString files = QStringLiteral("Colegios (*.db)");
-    return what == existing
-               ? QFileDialog::getOpenFileName(parent, QStringLiteral("Abrir un colegio"), QString(), files)
-               : askFile(parent, QStringLiteral("Crear un colegio"), usualFile(), files,
-                         QStringLiteral("db"));
+    if (what != existing)
+        return askFile(parent, QStringLiteral("Crear un colegio"), usualFile(), files, QStringLiteral("db"),
+                       IfThere::leaves);
+    // Any of its three files stands for the school.
+    return QFileDialog::getOpenFileName(parent, QStringLiteral("Abrir un colegio"), QString(), files)
+        .remove(QRegularExpression(QStringLiteral("\\.(borrado|entrada)(?=\\.db$)")));
 }
 
 } // namespace

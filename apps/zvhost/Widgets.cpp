@@ -109,11 +109,12 @@ void withProgress(QWidget* parent, const QString& text, const std::function<void
 }
 
 QString askFile(QWidget* parent, const QString& title, const QString& place, const QString& kind,
-                const QString& suffix)
+                const QString& suffix, IfThere ifThere)
 {
     QFileDialog dialog(parent, title, QString(), kind);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(suffix);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, ifThere == IfThere::leaves);
     dialog.selectFile(place);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }

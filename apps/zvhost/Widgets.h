@@ -28,10 +28,11 @@ bool tried(QWidget* parent, const QString& failed, const std::function<void()>& 
 void withProgress(QWidget* parent, const QString& text, const std::function<void()>& work,
                   const std::function<void()>& meanwhile = {});
 
-/// Asks for a file to write, `place` to begin with; one named without an ending gets the suffix. "" if it was
-/// cancelled.
+enum class IfThere { asks, leaves };
+/// Asks for a file to write, `place` to begin with; one named without an ending gets the suffix. Asks before
+/// it names one that is there, unless that will be left as it is. "" if it was cancelled.
 QString askFile(QWidget* parent, const QString& title, const QString& place, const QString& kind,
-                const QString& suffix);
+                const QString& suffix, IfThere ifThere);
 
 /// A table of rows that are selected whole and not edited.
 void designTable(QTableView& table);
