@@ -8,10 +8,10 @@ namespace zv::com {
 
 namespace {
 
-Surroundings& surroundings()
+Surroundings& current()
 {
-    static Surroundings current;
-    return current;
+    static Surroundings surroundings;
+    return surroundings;
 }
 
 enum Operation : std::size_t { bloquearBanco, obtenerDatos, activarFormulario, eliminar };
@@ -25,8 +25,8 @@ public:
     {
         Value result;
         const auto call = [&] { result = runPlain(method, argument); };
-        if (surroundings())
-            surroundings()(call);
+        if (current())
+            current()(call);
         else
             call();
         return result;
@@ -96,7 +96,7 @@ AsignarDatos::AsignarDatos() : Instance(functions(), cAsignarDatosClass) {}
 
 } // namespace
 
-void useSurroundings(Surroundings around) { surroundings() = std::move(around); }
+void useSurroundings(Surroundings surroundings) { current() = std::move(surroundings); }
 
 std::unique_ptr<ComObject> newAsignarDatos() { return std::make_unique<AsignarDatos>(); }
 

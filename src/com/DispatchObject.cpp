@@ -101,7 +101,7 @@ void answer(DispatchObject& object, DispatchObject::Call& call, const Places& pl
     call.arguments = argumentsIn(places);
     const Arguments given = call.arguments;
     Variant answered(object.invoke(call));
-    for (std::size_t place = 0; place < given.size(); ++place) {
+    for (std::size_t place = 0; place < std::min(given.size(), call.arguments.size()); ++place) {
         const ZvVariant* variant = places.variant(place);
         // A list of numbers is changed where it stands.
         if (variant != nullptr &&

@@ -68,6 +68,9 @@ void failAs(ZvResult result, ZvException& exception, StringView member)
         if (exception.fill != nullptr)
             exception.fill(&exception);
         number = exception.code != 0 ? exception.code : numberOf(exception.result);
+        // A failure without a number must not look like none.
+        if (number == 0)
+            number = failure::invalidCall;
     }
     String text = taken(exception.description);
     taken(exception.source);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -15,6 +16,11 @@ namespace zv::com {
 namespace {
 
 constexpr int typeBits = 0xFFF;
+
+// The layouts that every host has, on 64 bits.
+static_assert(sizeof(ZvVariant) == 24 && offsetof(ZvVariant, value) == 8);
+static_assert(sizeof(ZvArray) == 32 && offsetof(ZvArray, data) == 16 && offsetof(ZvArray, bounds) == 24);
+static_assert(sizeof(ZvParams) == 24 && sizeof(ZvException) == 64 && offsetof(ZvException, result) == 56);
 
 std::size_t sizeOf(int type)
 {

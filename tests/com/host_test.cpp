@@ -9,6 +9,7 @@
 
 #include <malloc.h>
 
+#include <bit>
 #include <filesystem>
 #include <fstream>
 
@@ -31,43 +32,24 @@ struct Folder {
     String url() const { return u"sqlite:" + fromUtf8((path / "colegio.db").string()); }
 };
 
-/// A member that fails as the host says.
-struct FailingBag final : PropertyBag {
-    FailingBag() : PropertyBag(u"Session") {}
+/// The host's session, with a member that fails as the host says.
+struct Session final : Object {
+    std::shared_ptr<PropertyBag> members = newHostSession({});
+    String failing;
+    explicit Session(const Value& connection)
+    {
+        for (const StringView name :
+             {u"conexionBORRADOlocalCENTRO", u"conexionlocalCENTRO", u"conexionAppEntrada"})
+            members->add(name, connection);
+        members->add(u"Accion", Long{1});
+        members->add(u"lngRowData", u" 7 ");
+    }
+    StringView TypeName() const override { return u"Session"; }
     Value invoke(StringView member, Access access, Arguments& arguments) override
     {
         if (sameName(member, failing))
             throw RuntimeError(-2147217900, u"La sesión se ha caído");
-        return PropertyBag::invoke(member, access, arguments);
-    }
-    String failing;
-};
-
-struct Hosted {
-    std::shared_ptr<FailingBag> session = std::make_shared<FailingBag>();
-    Held<ZvDispatch> face = dispatchOf(session);
-    explicit Hosted(const Value& connection)
-    {
-        const std::pair<StringView, Value> members[] = {{u"RutaAplicacion", u""},
-                                                        {u"RutaBD", u""},
-                                                        {u"Activa", true},
-                                                        {u"Accion", Long{1}},
-                                                        {u"lngRowData", Long{7}},
-                                                        {u"conexionBORRADOlocalCENTRO", connection},
-                                                        {u"conexionlocalCENTRO", connection},
-                                                        {u"conexionAppEntrada", connection},
-                                                        {u"IDPerfil", Long{0}},
-                                                        {u"IDUsuario", Long{1}},
-                                                        {u"IDCentro", u"1"},
-                                                        {u"IDCursoEscolar", Long{1}},
-                                                        {u"NombreUsuario", u"ana"},
-                                                        {u"NombreCentro", u"Centro"},
-                                                        {u"Pesetas", false},
-                                                        {u"MTP", false},
-                                                        {u"RutaIcono", u""},
-                                                        {u"sqlserver", false}};
-        for (const auto& [name, value] : members)
-            session->add(name, value);
+        return members->invoke(member, access, arguments);
     }
 };
 
@@ -104,31 +86,32 @@ TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
         EXPECT_EQ(invoke(connection.get(), u"Execute", ZV_METHOD, {Value(u"Select 1")}).told,
                   ZV_FAILURE_BASE + 3709);
         EXPECT_EQ(invoke(connection.get(), u"Open", ZV_METHOD, {Value(folder.url())}).result, ZV_OK);
-        const Hosted host{Value(objectOf(connection))};
-        ended = host.session;
+        const auto host = std::make_shared<Session>(objectOf(connection));
+        const auto face = dispatchOf(host);
+        ended = host;
         const auto facade = facadeOf(library);
         const Zv_cAsignarDatosVtbl& slots = *facade.get()->vtbl;
-        ZvDispatch* session = host.face.get();
+        ZvDispatch* session = face.get();
         const auto handOver = [&] { return slots.ObtenerDatos(facade.get(), &session); };
         const auto handOverByName = [&] {
-            return invoke(byName(facade), u"obtenerdatos", ZV_METHOD, {Value(objectOf(host.face))});
+            return invoke(byName(facade), u"obtenerdatos", ZV_METHOD, {Value(objectOf(face))});
         };
         // A session that lacks a member, has a wrong one, or fails; and then answers again.
-        host.session->remove(u"IDPerfil");
+        host->members->remove(u"IDPerfil");
         EXPECT_EQ(handOver(), ZV_FAILURE_BASE + 438);
         const Answer lacking = handOverByName();
         EXPECT_EQ(lacking.result, ZV_DISP_EXCEPTION);
         EXPECT_EQ(lacking.told, ZV_FAILURE_BASE + 438);
         EXPECT_EQ(lacking.text, "El objeto no admite esta propiedad o método: IDPerfil");
-        host.session->add(u"IDPerfil", u"tres");
+        host->members->add(u"IDPerfil", u"tres");
         EXPECT_EQ(handOver(), ZV_FAILURE_BASE + 13);
-        host.session->add(u"IDPerfil", Long{70000});
+        host->members->add(u"IDPerfil", Long{70000});
         EXPECT_EQ(handOver(), ZV_FAILURE_BASE + 6);
-        host.session->add(u"IDPerfil", Long{0});
-        host.session->failing = u"RutaIcono";
+        host->members->add(u"IDPerfil", Long{0});
+        host->failing = u"RutaIcono";
         EXPECT_EQ(handOver(), -2147217900);
         EXPECT_EQ(handOverByName().text, "La sesión se ha caído");
-        host.session->failing.clear();
+        host->failing.clear();
         EXPECT_EQ(handOver(), ZV_OK);
 
         EXPECT_EQ(slots.ActivarFormulario(facade.get(), 65), ZV_OK);
@@ -144,7 +127,7 @@ TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
         ZvBool free = -1;
         EXPECT_EQ(slots.Eliminar(facade.get(), 65, &free), ZV_OK);
         EXPECT_EQ(free, 0) << "a teacher refers to row 7";
-        host.session->add(u"lngRowData", Long{8});
+        host->members->add(u"lngRowData", Long{8});
         EXPECT_EQ(handOverByName().result, ZV_OK);
         EXPECT_TRUE(
             CBool(invoke(byName(facade), u"Eliminar", ZV_METHOD | ZV_PROPERTYGET, {Value(Byte{65})}).value));
@@ -168,10 +151,17 @@ TEST(Host, names_and_arguments_that_are_wrong_are_refused)
     ZvDispatch* object = record.get();
     EXPECT_EQ(idOf(object, u"Nadie"), ZV_DISPID_UNKNOWN);
     EXPECT_EQ(invoke(object, 0x40030006, ZV_PROPERTYGET).result, ZV_DISP_MEMBERNOTFOUND);
-    EXPECT_EQ(invoke(object, u"Estado", ZV_METHOD).result, ZV_DISP_MEMBERNOTFOUND);
-    EXPECT_EQ(invoke(object, u"Estado", ZV_PROPERTYPUTREF, {Value(Long{1})}).result, ZV_DISP_MEMBERNOTFOUND);
-    EXPECT_EQ(invoke(object, u"Estado", ZV_PROPERTYGET, {Value(Long{1})}).result, ZV_DISP_BADPARAMCOUNT);
-    EXPECT_EQ(invoke(object, u"Estado", ZV_PROPERTYPUT, {Value(Long{256})}).result, ZV_DISP_OVERFLOW);
+    const struct {
+        int mode;
+        std::vector<Value> arguments;
+        ZvResult result;
+    } refused[] = {{ZV_METHOD, {}, ZV_DISP_MEMBERNOTFOUND},
+                   {ZV_PROPERTYPUTREF, {Value(Long{1})}, ZV_DISP_MEMBERNOTFOUND},
+                   {ZV_PROPERTYGET, {Value(Long{1})}, ZV_DISP_BADPARAMCOUNT},
+                   {ZV_PROPERTYPUT, {}, ZV_DISP_BADPARAMCOUNT},
+                   {ZV_PROPERTYPUT, {Value(Long{256})}, ZV_DISP_OVERFLOW}};
+    for (const auto& each : refused)
+        EXPECT_EQ(invoke(object, u"Estado", each.mode, each.arguments).result, each.result);
     const Answer wrong = invoke(object, u"Estado", ZV_PROPERTYPUT, {Value(u"uno")});
     EXPECT_EQ(wrong.result, ZV_DISP_TYPEMISMATCH);
     EXPECT_EQ(wrong.blamed, 0U);
@@ -196,28 +186,25 @@ TEST(Variants, of_every_kind_and_by_reference_reach_a_member)
 {
     const Library library(ZV_SERVIDOR);
     const auto record = library.make<ZvDispatch>(ZV_CLSID_cInfPrimaria, ZV_IID_IDispatch);
-    const auto kind = [](int vt, auto fill) {
-        ZvVariant variant{};
-        variant.vt = static_cast<std::uint16_t>(vt);
-        fill(variant);
-        return variant;
-    };
     Variant text(Value(u"12"));
     ZvVariant inner = text.raw();
-    const ZvVariant twelves[] = {
-        kind(ZV_VT_I1, [](auto& v) { v.value.i1 = 12; }),
-        kind(ZV_VT_UI2, [](auto& v) { v.value.ui2 = 12; }),
-        kind(ZV_VT_UI4, [](auto& v) { v.value.ui4 = 12; }),
-        kind(ZV_VT_I8, [](auto& v) { v.value.i8 = 12; }),
-        kind(ZV_VT_UI8, [](auto& v) { v.value.ui8 = 12; }),
-        kind(ZV_VT_R4, [](auto& v) { v.value.r4 = 12.5F; }),
-        kind(ZV_VT_R8, [](auto& v) { v.value.r8 = 11.5; }),
-        kind(ZV_VT_CY, [](auto& v) { v.value.cy = 120000; }),
-        kind(ZV_VT_DECIMAL, [](auto& v) { v.reserved1 = 2, v.value.ui8 = 1200; }),
-        inner,
-        kind(ZV_VT_BSTR | ZV_VT_BYREF, [&](auto& v) { v.value.reference = &inner.value; }),
-        kind(ZV_VT_VARIANT | ZV_VT_BYREF, [&](auto& v) { v.value.variant = &inner; })};
-    for (const ZvVariant& twelve : twelves) {
+    const std::pair<int, std::int64_t> bits[] = {
+        {ZV_VT_I1, 12},
+        {ZV_VT_UI2, 12},
+        {ZV_VT_UI4, 12},
+        {ZV_VT_I8, 12},
+        {ZV_VT_UI8, 12},
+        {ZV_VT_CY, 120000},
+        {ZV_VT_R4, std::bit_cast<std::int32_t>(12.5F)},
+        {ZV_VT_R8, std::bit_cast<std::int64_t>(11.5)},
+        {ZV_VT_DECIMAL, 1200},
+        {ZV_VT_BSTR | ZV_VT_BYREF, std::bit_cast<std::int64_t>(&inner.value)},
+        {ZV_VT_VARIANT | ZV_VT_BYREF, std::bit_cast<std::int64_t>(&inner)}};
+    for (const auto& [kind, value] : bits) {
+        ZvVariant twelve{};
+        twelve.vt = static_cast<std::uint16_t>(kind);
+        twelve.reserved1 = kind == ZV_VT_DECIMAL ? 2 : 0;
+        twelve.value.i8 = value;
         EXPECT_EQ(invoke(record.get(), u"codTipo", ZV_PROPERTYPUT, {Value(Long{0})}).result, ZV_OK);
         EXPECT_EQ(invoke(record.get(), idOf(record.get(), u"codTipo"), ZV_PROPERTYPUT, {twelve}).result,
                   ZV_OK);
@@ -263,12 +250,12 @@ TEST(Library, is_found_by_name_once_registered_and_no_longer_after)
 
 TEST(Library, comes_and_goes_a_thousand_times_without_growth)
 {
-    const Hosted host{Value(ObjectPtr())};
+    const auto face = dispatchOf(std::make_shared<Session>(ObjectPtr()));
     const auto cycle = [&] {
         {
             const Library library(ZV_SERVIDOR);
             const auto facade = facadeOf(library);
-            ZvDispatch* session = host.face.get();
+            ZvDispatch* session = face.get();
             ZvBool free = -1;
             EXPECT_EQ(facade.get()->vtbl->ObtenerDatos(facade.get(), &session), ZV_OK);
             EXPECT_EQ(facade.get()->vtbl->Eliminar(facade.get(), 200, &free), ZV_OK);

@@ -32,9 +32,11 @@ extern "C" {
 
 ZvResult DllGetClassObject(const ZvGuid* classId, const ZvGuid* interface, void** place)
 {
-    static const bool known = zv::com::enginesKnown();
-    static_cast<void>(known);
-    return zv::com::classObject(zv::com::classes(), classId, interface, place);
+    const ZvResult ready = zv::com::guarded([] {
+        static const bool known = zv::com::enginesKnown();
+        static_cast<void>(known);
+    });
+    return ready < 0 ? ready : zv::com::classObject(zv::com::classes(), classId, interface, place);
 }
 
 ZvResult DllCanUnloadNow() { return zv::com::inUse() == 0 ? ZV_OK : ZV_FALSE; }

@@ -14,16 +14,15 @@ extern const ZvIdBlock _IID_CINFPRIMARIA{sizeof(ZvGuid), ZV_IID__cInfPrimaria};
 
 ZvResult DllGetClassObject(const ZvGuid* classId, const ZvGuid* interface, void** place)
 {
-    zv::com::compose();
-    return zv::com::classObject(zv::com::moduleClasses(), classId, interface, place);
+    const ZvResult ready = zv::com::guarded([] { zv::com::compose(); });
+    return ready < 0 ? ready : zv::com::classObject(zv::com::moduleClasses(), classId, interface, place);
 }
 
 ZvResult DllCanUnloadNow()
 {
     if (zv::com::inUse() != 0)
         return ZV_FALSE;
-    zv::com::dismantle();
-    return ZV_OK;
+    return zv::com::guarded([] { zv::com::dismantle(); });
 }
 
 ZvResult DllRegisterServer() { return zv::com::registerServer(zv::com::moduleClasses()); }

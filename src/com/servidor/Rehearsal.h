@@ -25,6 +25,7 @@ private:
     Guion guion_;
     std::optional<Play> play_;
     String failure_;
+    bool inCall_ = false;
 };
 
 } // namespace zv::com
