@@ -8,11 +8,13 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <thread>
 
 namespace zv::sqlite {
 namespace {
 
 constexpr int waitMilliseconds = 5000;
+constexpr int stepMilliseconds = 4;
 constexpr std::size_t handlesKept = 4;
 
 constexpr const char* fullSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;";
@@ -122,6 +124,16 @@ const char* settingsOf(Opening opening, Durability durability)
     return durability == Durability::full ? fullSettings : offSettings;
 }
 
+/// Waits for another station, in short steps: the engine's own steps grow so long that a station that writes
+/// without pause is hardly ever met between two of its statements.
+int waitForOthers(void* /*none*/, int waited)
+{
+    if (waited * stepMilliseconds >= waitMilliseconds)
+        return 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(stepMilliseconds));
+    return 1;
+}
+
 /// No file: in memory.
 DatabasePtr openHandle(const std::filesystem::path& file, Opening opening, Durability durability)
 {
@@ -131,7 +143,7 @@ DatabasePtr openHandle(const std::filesystem::path& file, Opening opening, Durab
     if (result != SQLITE_OK)
         failOpening(opened, file, opening);
     sqlite3_extended_result_codes(opened, 1);
-    sqlite3_busy_timeout(opened, waitMilliseconds);
+    sqlite3_busy_handler(opened, waitForOthers, nullptr);
     // A name in double quotes that no column has is a missing column, not a text.
     sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
