@@ -1,5 +1,6 @@
 #include "robot/Monkey.h"
 
+#include "data/Dialect.h"
 #include "data/sample/Writer.h"
 #include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"
@@ -12,6 +13,7 @@
 #include "robot/WatchedConnection.h"
 #include "session/DialogDirectory.h"
 #include "session/cNombreNodo.h"
+#include "suite/Registrations.h"
 
 #include <algorithm>
 #include <map>
@@ -83,6 +85,7 @@ public:
             fault(fromUtf8(error.what()));
         }
         takeDown();
+        lookAtRows();
         summary();
         return faults_ == 0;
     }
@@ -160,8 +163,17 @@ private:
         const Form* form = play_.openForm();
         const bool lockable =
             form == nullptr || std::ranges::find(neverLocked, form->Name()) == std::end(neverLocked);
-        if (readOnly_ && lockable && outline.writes() && !outline.names(u"RegistroActivo"))
+        if (readOnly_ && lockable && !isQuery(statement) && !outline.names(u"RegistroActivo"))
             fault(u"escribe en una sesión de consulta: " + String(statement));
+    }
+
+    /// A row that is held after its dialog has closed is kept from every other station. A rate that was found
+    /// twice, or looked at only, is released by none but the program's end.
+    void lookAtRows()
+    {
+        for (const Registration& each : registrations(*fresh_.school().centro))
+            if (each.station == thisStation().identity && !sameName(each.form, u"frmTipoIva"))
+                fault(u"sigue en uso " + each.form + u" " + decimalText(each.row));
     }
 
     void comment(StringView text)
@@ -217,7 +229,11 @@ private:
         const String action = decimalText(dice_.once(3) ? 1 : dice_.once(20) ? dice_.below(256) : 2);
         if (dice_.once(3))
             return u"mostrar " + dice_.of(dialogs_) + u" " + action + u" " + row();
-        return u"abrir " + node() + u" " + action + u" " + row() + (dice_.once(4) ? u" bloqueado" : u"");
+        // A bank that is locked is to be opened: it holds its row from then on.
+        const String bank = decimalText(cNombreNodo::OC_Bancos);
+        const String opened = dice_.once(25) ? bank : node();
+        const bool locked = opened == bank && dice_.once(3);
+        return u"abrir " + opened + u" " + action + u" " + row() + (locked ? u" bloqueado" : u"");
     }
 
     String session(bool active)

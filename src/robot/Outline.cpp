@@ -75,12 +75,6 @@ Outline::Outline(StringView statement)
     }
 }
 
-bool Outline::writes() const
-{
-    const std::size_t first = skeleton.find_first_not_of(blanks);
-    return first == String::npos || !sameName(StringView(skeleton).substr(first, 6), u"select");
-}
-
 bool Outline::names(StringView name) const
 {
     return lowerName(skeleton).find(lowerName(name)) != String::npos;

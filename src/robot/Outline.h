@@ -15,8 +15,6 @@ struct Outline {
     std::vector<String> kept;     ///< Quoted names and comments.
     bool second = false;          ///< Something follows the ";" that ends the statement.
 
-    /// Whether it changes the database.
-    bool writes() const;
     /// Whether a name stands in it, outside what is quoted.
     bool names(StringView name) const;
 };

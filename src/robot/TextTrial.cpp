@@ -71,7 +71,7 @@ constexpr StringView letters = u"abc";
 /// A text box, by the dialog and the place among its controls.
 struct BoxPlace {
     String dialog;
-    std::size_t place;
+    std::size_t place = 0;
     String name;
 };
 
@@ -147,7 +147,8 @@ private:
     void fault(StringView text)
     {
         ++faults_;
-        out_ << "MAL: " << toUtf8(box_.dialog + u" " + box_.name + u": " + String(cut(text, 400))) << '\n';
+        out_ << "MAL: " << toUtf8(box_.dialog + u" " + box_.name + doing_ + u": " + String(cut(text, 400)))
+             << '\n';
     }
 
     void tryDialog(const String& dialog)
@@ -221,7 +222,7 @@ private:
             messages_ = 0;
             accept(form);
             if (messages_ == 0 && form.Visible())
-                fault(u"ni se cierra ni dice por qué con " + quoted(text));
+                fault(u"ni se cierra ni dice por qué");
         });
         return messages_ == 0 ? std::optional(given_) : std::nullopt;
     }
@@ -296,6 +297,20 @@ private:
                (refused && isWord && known_.contains(Replace(statement, u"=" + given_, u"=#")));
     }
 
+    /// Whether the dialog took the text.
+    bool tryText(StringView text, bool pasted, bool filters)
+    {
+        const auto shown = put(text, pasted);
+        if (shown && !isKept(*shown, *stored()))
+            fault(u"se mostró " + quoted(*shown) + u" y se guardó " + quoted(*stored()));
+        if (!filters && !keeps(String(text), pasted))
+            fault(u"se mostró " + quoted(given_));
+        for (const String& statement : std::exchange(statements_, {}))
+            if (!isOwn(statement, !shown))
+                fault(u"hizo " + statement);
+        return shown.has_value();
+    }
+
     void tryOdd(bool filters)
     {
         Long kept = 0;
@@ -304,18 +319,10 @@ private:
         const auto step = static_cast<std::size_t>(wishes_.every);
         for (std::size_t i = boxes_ % step; i < texts.size(); i += step)
             for (const bool pasted : {true, false}) {
-                const String& text = texts[i];
-                const auto shown = put(text, pasted);
-                const String how = (pasted ? u"pegado " : u"tecleado ") + quoted(cut(text, 60));
-                ++(shown ? kept : refused);
-                if (shown && !isKept(*shown, *stored()))
-                    fault(how + u" se mostró " + quoted(*shown) + u" y se guardó " + quoted(*stored()));
-                if (!filters && !keeps(text, pasted))
-                    fault(how + u" se mostró " + quoted(given_));
-                for (const String& statement : std::exchange(statements_, {}))
-                    if (!isOwn(statement, !shown))
-                        fault(how + u" hizo " + statement);
+                doing_ = (pasted ? u" pegado " : u" tecleado ") + quoted(cut(texts[i], 60));
+                ++(tryText(texts[i], pasted, filters) ? kept : refused);
             }
+        doing_.clear();
         out_ << toUtf8(box_.dialog + u" " + box_.name) << ": " << kept << " guardados, " << refused
              << " rechazados" << (filters ? ", con filtro" : "") << '\n'
              << std::flush;
@@ -327,6 +334,7 @@ private:
     FreshSchool fresh_;
     std::shared_ptr<PropertyBag> session_;
     BoxPlace box_;
+    String doing_;                     ///< With which text, in words.
     std::function<void(Form&)> visit_; ///< What is done at the dialog of the box.
     String given_;                     ///< What the box showed last, before it was accepted.
     std::size_t limit_ = 0;            ///< Of the box, then; 0 is none.
