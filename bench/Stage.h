@@ -127,7 +127,8 @@ inline void runBare(benchmark::State& state, const std::string& file, const std:
     sqlite3_close(database);
 }
 
-/// Keeps the medians, so that ratios can be told at the end.
+/// Keeps the medians of the processor's time, so that ratios can be told at the end: nothing here waits, and
+/// what else the machine does must not count.
 class Medians final : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override
@@ -135,7 +136,7 @@ public:
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs)
             if (run.aggregate_name == "median")
-                times_[run.run_name.function_name + run.run_name.args] = run.GetAdjustedRealTime();
+                times_[run.run_name.function_name + run.run_name.args] = run.GetAdjustedCPUTime();
     }
     double of(const std::string& name) const { return times_.at(name); }
 
