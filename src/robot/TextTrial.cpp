@@ -16,6 +16,7 @@
 #include "session/DialogDirectory.h"
 #include "session/HostSession.h"
 #include "session/cAsignarDatos.h"
+#include "session/cConstCol.h"
 
 #include <algorithm>
 #include <optional>
@@ -87,7 +88,6 @@ public:
             u"(SELECT MIN(codAlumno) FROM Seccion_Alumno GROUP BY codSeccion)");
         session_ =
             newHostSession(watched(fresh_.school(), [this](StringView statement) { watch(statement); }));
-        let(*session_, u"Accion", Long{2});
     }
     ~Trial() override
     {
@@ -142,6 +142,8 @@ private:
         if (outline.second)
             fault(u"dos instrucciones en una: " + String(statement));
         statements_.insert(outline.skeleton);
+        if (outline.names(u"MAX("))
+            keyQuery_ = statement;
     }
 
     void fault(StringView text)
@@ -167,6 +169,7 @@ private:
     void open(std::function<void(Form&)> visit)
     {
         visit_ = std::move(visit);
+        let(*session_, u"Accion", newRow_ ? Long{cConstCol::NUEVO} : Long{cConstCol::Modificado});
         cAsignarDatos().ObtenerDatos(session_);
         const Road* road = roadTo(box_.dialog);
         dialogs().find(road != nullptr ? road->from : StringView(box_.dialog)).instance().Show();
@@ -204,19 +207,51 @@ private:
             }
     }
 
+    /// What the box holds in the row that was written last.
+    std::optional<String> storedNew()
+    {
+        let(*session_, u"lngRowData", fresh_.school().centro->Execute(keyQuery_)->Fields(u"Mayor"));
+        newRow_ = false;
+        auto text = stored();
+        newRow_ = true;
+        keyQuery_.clear();
+        let(*session_, u"lngRowData", Long{0});
+        return text;
+    }
+
+    /// Fills in what a new row may lack: the last entry of each list, then a number that no other row has.
+    void fillIn(Form& form)
+    {
+        for (Control* control : form.Controls)
+            if (auto* list = dynamic_cast<ComboBox*>(control); list != nullptr && list->ListCount() > 0)
+                Acts(form).choose(*list, list->ListCount() - 1);
+        ++newRows_;
+        for (Control* control : form.Controls)
+            if (auto* box = dynamic_cast<TextBox*>(control); box != nullptr && box->Text().empty())
+                Acts(form).type(*box, decimalText(newRows_));
+    }
+
+    static void write(TextBox& box, StringView text, bool pasted)
+    {
+        Acts acts(box.form());
+        acts.select(box, 0, static_cast<Long>(box.Text().size()));
+        if (pasted)
+            acts.paste(box, text);
+        else if (acts.key(box, Key::Delete))
+            acts.type(box, text);
+    }
+
     /// What the box showed when it was accepted; nothing where the dialog refused it.
     std::optional<String> put(StringView text, bool pasted)
     {
+        messages_ = 1;
         open([&](Form& form) {
+            if (newRow_)
+                fillIn(form);
             TextBox* box = boxOn(form);
             if (box == nullptr)
-                return fault(u"ya no se puede escribir en él");
-            Acts acts(form);
-            acts.select(*box, 0, static_cast<Long>(box->Text().size()));
-            if (pasted)
-                acts.paste(*box, text);
-            else if (acts.key(*box, Key::Delete))
-                acts.type(*box, text);
+                return;
+            write(*box, text, pasted);
             given_ = box->Text();
             limit_ = static_cast<std::size_t>(box->MaxLength());
             messages_ = 0;
@@ -270,6 +305,27 @@ private:
         tryOdd(filters);
         if (!put(*original, true) || stored() != original)
             fault(u"no vuelve a tomar lo que tenía");
+        if (roadTo(box_.dialog) == nullptr)
+            tryNewRows(filters);
+    }
+
+    /// The same for new rows, with a share of the texts.
+    void tryNewRows(bool filters)
+    {
+        newRow_ = true;
+        let(*session_, u"lngRowData", Long{0});
+        statements_.clear();
+        bool taken = false;
+        for (const StringView text : harmless)
+            for (const bool pasted : {true, false})
+                if (put(text, pasted) && !keyQuery_.empty()) {
+                    taken = true;
+                    static_cast<void>(storedNew());
+                }
+        known_ = std::exchange(statements_, {});
+        if (taken)
+            tryOdd(filters);
+        newRow_ = false;
     }
 
     /// Whether the stored text is what was shown, as the dialog's own rules have it.
@@ -293,16 +349,19 @@ private:
         const bool isWord = !given_.empty() && std::ranges::all_of(given_, [](char16_t unit) {
             return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z');
         });
-        return known_.contains(statement) ||
-               (refused && isWord && known_.contains(Replace(statement, u"=" + given_, u"=#")));
+        if (!refused || !isWord)
+            return known_.contains(statement);
+        const String updated = Replace(statement, u"=" + given_, u"=#");
+        return known_.contains(Replace(updated, u"," + given_ + u")", u",#)"));
     }
 
     /// Whether the dialog took the text.
     bool tryText(StringView text, bool pasted, bool filters)
     {
         const auto shown = put(text, pasted);
-        if (shown && !isKept(*shown, *stored()))
-            fault(u"se mostró " + quoted(*shown) + u" y se guardó " + quoted(*stored()));
+        const auto kept = !shown ? shown : newRow_ ? storedNew() : stored();
+        if (shown && (!kept || !isKept(*shown, *kept)))
+            fault(u"se mostró " + quoted(*shown) + u" y se guardó " + quoted(kept.value_or(u"")));
         if (!filters && !keeps(String(text), pasted))
             fault(u"se mostró " + quoted(given_));
         for (const String& statement : std::exchange(statements_, {}))
@@ -316,15 +375,17 @@ private:
         Long kept = 0;
         Long refused = 0;
         const std::vector<String> texts = oddTexts();
-        const auto step = static_cast<std::size_t>(wishes_.every);
+        constexpr std::size_t share = 4;
+        const auto step = static_cast<std::size_t>(wishes_.every) * (newRow_ ? share : 1);
         for (std::size_t i = boxes_ % step; i < texts.size(); i += step)
             for (const bool pasted : {true, false}) {
-                doing_ = (pasted ? u" pegado " : u" tecleado ") + quoted(cut(texts[i], 60));
+                doing_ = String(newRow_ ? u" (fila nueva)" : u"") + (pasted ? u" pegado " : u" tecleado ") +
+                         quoted(cut(texts[i], 60));
                 ++(tryText(texts[i], pasted, filters) ? kept : refused);
             }
         doing_.clear();
-        out_ << toUtf8(box_.dialog + u" " + box_.name) << ": " << kept << " guardados, " << refused
-             << " rechazados" << (filters ? ", con filtro" : "") << '\n'
+        out_ << toUtf8(box_.dialog + u" " + box_.name) << (newRow_ ? " (filas nuevas): " : ": ") << kept
+             << " guardados, " << refused << " rechazados" << (filters ? ", con filtro" : "") << '\n'
              << std::flush;
     }
 
@@ -338,6 +399,9 @@ private:
     std::function<void(Form&)> visit_; ///< What is done at the dialog of the box.
     String given_;                     ///< What the box showed last, before it was accepted.
     std::size_t limit_ = 0;            ///< Of the box, then; 0 is none.
+    bool newRow_ = false;
+    Long newRows_ = 5000; ///< With four digits, as some boxes want.
+    String keyQuery_;     ///< Gives the key of the row that was written last.
     int messages_ = 0;
     std::set<String> statements_; ///< Without literals and numbers.
     std::set<String> known_;      ///< The same, for harmless texts.
