@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -21,10 +22,18 @@ namespace {
 
 const QString lastSchool = QStringLiteral("ultimoColegio");
 
+/// A file's URL that holds wherever the program starts next; others hold anyway.
+QString lasting(const String& url)
+{
+    if (engineOf(url).scheme() != u"sqlite")
+        return toQt(url);
+    return QStringLiteral("sqlite:") + QFileInfo(toQt(locationOf(url))).absoluteFilePath();
+}
+
 void remember(const Host& host)
 {
     QSettings settings;
-    if (const QString url = toQt(host.url()); settings.value(lastSchool) != url)
+    if (const QString url = lasting(host.url()); settings.value(lastSchool) != url)
         settings.setValue(lastSchool, url);
 }
 
