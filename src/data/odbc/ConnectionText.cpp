@@ -21,7 +21,7 @@ String takeValue(StringView& text)
 {
     if (!text.starts_with(u'{')) {
         const std::size_t end = std::min(text.find(u';'), text.size());
-        const String value = trimmed(text.substr(0, end));
+        String value = trimmed(text.substr(0, end));
         text.remove_prefix(end);
         return value;
     }

@@ -18,17 +18,19 @@ static_assert(sizeof(SQLWCHAR) == sizeof(char16_t));
 
 constexpr std::uintptr_t loginSeconds = 5;
 
+// The driver manager has a type of its own for UTF-16, takes texts that it only reads without saying so, and
+// numbers in the place of pointers.
+// NOLINTBEGIN(*-reinterpret-cast,*-const-cast,*-int-to-ptr)
 SQLWCHAR* wide(char16_t* text) { return reinterpret_cast<SQLWCHAR*>(text); }
-/// The driver manager takes texts that it only reads without saying so.
 SQLWCHAR* wide(const char16_t* text) { return wide(const_cast<char16_t*>(text)); }
+SQLPOINTER attribute(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
+// NOLINTEND(*-reinterpret-cast,*-const-cast,*-int-to-ptr)
 
 bool went(SQLRETURN result) { return SQL_SUCCEEDED(result) || result == SQL_NO_DATA; }
 
-SQLPOINTER attribute(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
-
 void* environment()
 {
-    static const DriverHandle handle = [] { return DriverHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE); }();
+    static const DriverHandle handle(SQL_HANDLE_ENV, SQL_NULL_HANDLE);
     static const SQLRETURN version =
         SQLSetEnvAttr(handle.get(), SQL_ATTR_ODBC_VERSION, attribute(SQL_OV_ODBC3), 0);
     return went(version) ? handle.get() : nullptr;

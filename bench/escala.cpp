@@ -1,0 +1,166 @@
+// Many stations at one school: how often two of them draw the same key, and what that costs. Each station is
+// a process that creates marital states through the dialog, with its real insert loop; before each statement
+// it waits as long as a network would let it wait, so that far more stations than processors stand between
+// their key and their row at the same time. Also what a connection costs.
+//
+//   bench_escala [URL [MILLISECONDS [ROWS]]]     an existing place for a new school; a file of its own, 2 ms
+//   and
+//                                                10 rows a station if not given
+
+#include "Stage.h"
+
+#include "data/odbc/OdbcEngine.h"
+#include "forms/Acts.h"
+#include "suite/CentroApi.h"
+
+#include <atomic>
+#include <chrono>
+#include <iomanip>
+#include <iostream>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using namespace zv;
+using namespace zv::bench;
+using Clock = std::chrono::steady_clock;
+
+constexpr Byte maritalStates = 65;
+
+/// What the stations of a round count together.
+struct Counts {
+    std::atomic<bool> started;
+    std::atomic<int> ready;
+    std::atomic<int> inserts;
+    std::atomic<int> worst; ///< The most inserts that one row took.
+    std::atomic<int> messages;
+};
+
+/// A connection as far away as a network makes it.
+class FarConnection final : public Connection {
+public:
+    FarConnection(ConnectionPtr inner, std::chrono::milliseconds away, int* inserts)
+        : inner_(std::move(inner)), away_(away), inserts_(inserts)
+    {}
+    RecordsetPtr Execute(StringView sql) override
+    {
+        std::this_thread::sleep_for(away_);
+        *inserts_ += sql.starts_with(u"Insert") ? 1 : 0;
+        return inner_->Execute(sql);
+    }
+    RecordsetPtr executeNative(StringView sql) override { return inner_->executeNative(sql); }
+    EngineInfo engine() override { return inner_->engine(); }
+
+private:
+    ConnectionPtr inner_;
+    std::chrono::milliseconds away_;
+    int* inserts_;
+};
+
+class Typist final : public BusyPerson {
+public:
+    explicit Typist(Counts& counts) : counts_(counts) {}
+    void runModal(Form& form) override
+    {
+        Acts acts(form);
+        acts.type(form.reach(u"txtIdioma"), u"Casada");
+        acts.click(form.reach(u"cmdIdioma", 0));
+    }
+    void messageBox(StringView, Integer, StringView) override { ++counts_.messages; }
+
+private:
+    Counts& counts_;
+};
+
+struct Round {
+    String url;
+    std::chrono::milliseconds away;
+    int rows;
+};
+
+void station(const Round& round, Counts& counts)
+{
+    int inserts = 0;
+    School school = openSchool(round.url);
+    school.centro = std::make_shared<FarConnection>(school.centro, round.away, &inserts);
+    school.borrado = std::make_shared<FarConnection>(school.borrado, round.away, &inserts);
+    Typist person(counts);
+    useDesktop(&person);
+    const auto session = newHostSession(school);
+    let(*session, u"Accion", Long{cConstCol::NUEVO});
+    cAsignarDatos facade;
+    facade.ObtenerDatos(session);
+    ++counts.ready;
+    while (!counts.started)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    for (int row = 0; row < round.rows; ++row) {
+        const int before = inserts;
+        facade.ActivarFormulario(maritalStates);
+        const int took = inserts - before;
+        for (int worst = counts.worst; took > worst && !counts.worst.compare_exchange_weak(worst, took);)
+            ;
+    }
+    counts.inserts += inserts;
+}
+
+/// One line of the table.
+void run(const Round& round, int stations, Counts& counts)
+{
+    new (&counts) Counts{};
+    for (int each = 0; each < stations; ++each) {
+        if (fork() == 0) {
+            station(round, counts);
+            std::_Exit(0);
+        }
+    }
+    while (counts.ready < stations)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    const auto start = Clock::now();
+    counts.started = true;
+    while (wait(nullptr) > 0)
+        ;
+    const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    const int rows = stations * round.rows;
+    std::cout << std::setw(9) << stations << std::setw(8) << rows << std::setw(14) << std::fixed
+              << std::setprecision(2) << static_cast<double>(counts.inserts) / rows << std::setw(8)
+              << counts.worst << std::setw(12) << std::setprecision(1) << 1000 * seconds / round.rows
+              << std::setw(11) << rows / seconds << std::setw(10) << counts.messages << std::endl;
+}
+
+void connections(const String& url)
+{
+    constexpr int turns = 20;
+    const auto start = Clock::now();
+    for (int turn = 0; turn < turns; ++turn)
+        openSchool(url);
+    std::cout << "opening a school's three connections: "
+              << 1000 * std::chrono::duration<double>(Clock::now() - start).count() / turns << " ms\n";
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const auto folder = std::filesystem::temp_directory_path() / "zv_bench_escala";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    const Round round{argc > 1 ? fromUtf8(argv[1]) : u"sqlite:" + (folder / "colegio.db").u16string(),
+                      std::chrono::milliseconds(argc > 2 ? std::atoi(argv[2]) : 2),
+                      argc > 3 ? std::atoi(argv[3]) : 10};
+    registerEngine(sqliteEngine(Durability::off));
+    registerEngine(odbcEngine());
+    installModule();
+    createSchool(round.url);
+    connections(round.url);
+    auto* counts = static_cast<Counts*>(
+        mmap(nullptr, sizeof(Counts), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+    std::cout << " stations    rows  inserts a row   worst  ms a row *  rows a sec.  messages\n";
+    for (int stations = 1; stations <= 256; stations *= 2)
+        run(round, stations, *counts);
+    std::cout << "* as one station waits for it\n";
+    std::filesystem::remove_all(folder);
+    return 0;
+}
