@@ -1,5 +1,6 @@
 #include "data/LateBound.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zv {
@@ -31,6 +32,8 @@ public:
     {
         const Long count = CLng(get(CObj(get(opened(), u"Fields")), u"Count"));
         std::vector<Value> result;
+        constexpr Long believable = 1024;
+        result.reserve(static_cast<std::size_t>(std::clamp(count, Long{0}, believable)));
         for (Long position = 0; position < count; ++position)
             result.push_back(field(position));
         return result;

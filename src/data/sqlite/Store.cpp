@@ -7,14 +7,15 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <fstream>
 #include <thread>
 
 namespace zv::sqlite {
 namespace {
 
-constexpr int waitMilliseconds = 5000;
-constexpr int stepMilliseconds = 4;
+constexpr std::chrono::seconds longestWait{5};
+constexpr std::chrono::milliseconds waitStep{4};
 constexpr std::size_t handlesKept = 4;
 
 constexpr const char* fullSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;";
@@ -128,9 +129,13 @@ const char* settingsOf(Opening opening, Durability durability)
 /// without pause is hardly ever met between two of its statements.
 int waitForOthers(void* /*none*/, int waited)
 {
-    if (waited * stepMilliseconds >= waitMilliseconds)
+    using Clock = std::chrono::steady_clock;
+    thread_local Clock::time_point begun; // A thread waits for one statement at a time.
+    if (waited == 0)
+        begun = Clock::now();
+    if (Clock::now() - begun >= longestWait)
         return 0;
-    std::this_thread::sleep_for(std::chrono::milliseconds(stepMilliseconds));
+    std::this_thread::sleep_for(waitStep);
     return 1;
 }
 
