@@ -332,8 +332,8 @@ void MainWindow::follow()
 void MainWindow::tellStatus()
 {
     const Choices& choices = host_->choices();
-    setWindowTitle(QStringLiteral("Configuración del centro — %1").arg(toQt(host_->url())));
-    database_.setText(toQt(host_->url()));
+    setWindowTitle(QStringLiteral("Configuración del centro — %1").arg(shownUrl(host_->url())));
+    database_.setText(shownUrl(host_->url()));
     user_.setText(QStringLiteral("Usuario: %1 (%2), perfil %3")
                       .arg(toQt(choices.userName))
                       .arg(choices.user)

@@ -32,6 +32,9 @@ QString lasting(const String& url)
 
 void remember(const Host& host)
 {
+    // A password is not for a file.
+    if (shownUrl(host.url()) != toQt(host.url()))
+        return;
     QSettings settings;
     if (const QString url = lasting(host.url()); settings.value(lastSchool) != url)
         settings.setValue(lastSchool, url);
@@ -50,7 +53,7 @@ void requireWhole(const School& school, const String& url)
                                lacks);
 }
 
-QString cannotOpen(const String& url) { return QStringLiteral("No se puede abrir %1.").arg(toQt(url)); }
+QString cannotOpen(const String& url) { return QStringLiteral("No se puede abrir %1.").arg(shownUrl(url)); }
 
 String urlOf(const QString& file) { return u"sqlite:" + fromQt(QDir::toNativeSeparators(file)); }
 

@@ -1,5 +1,7 @@
 #include "zvhost/Widgets.h"
 
+#include "qt/QtText.h"
+
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QFileDialog>
@@ -8,6 +10,7 @@
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTableView>
 #include <QTimer>
 
@@ -37,6 +40,14 @@ protected:
 };
 
 } // namespace
+
+QString shownUrl(const String& url)
+{
+    static const QRegularExpression password(
+        QStringLiteral("(?<=[:;])\\s*(pwd|password)\\s*=\\s*(\\{([^}]|\\}\\})*\\}|[^;]*);?"),
+        QRegularExpression::CaseInsensitiveOption);
+    return toQt(url).remove(password);
+}
 
 void say(QWidget* parent, const QString& title, const QString& text)
 {

@@ -15,6 +15,8 @@ class QWidget;
 
 namespace zv::host {
 
+/// A school's URL for everybody's eyes: without the password of its server.
+QString shownUrl(const String& url);
 /// Says something, with one button.
 void say(QWidget* parent, const QString& title, const QString& text);
 /// Says that something could not be done, and why.
