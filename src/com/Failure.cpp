@@ -1,9 +1,10 @@
 #include "com/Failure.h"
 
-#include "com/Held.h"
+#include "com/Text.h"
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace zv::com {
 

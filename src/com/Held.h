@@ -1,7 +1,5 @@
 #pragma once
 
-#include "runtime/String.h"
-
 #include <zvconfiguracion/automation.h>
 
 #include <cstring>
@@ -46,15 +44,6 @@ private:
     }
     Interface* object_ = nullptr;
 };
-
-/// A text of the surface; what stands in it is never looked for beyond its length.
-inline String textOf(const std::uint16_t* text)
-{
-    // Both are units of UTF-16.
-    return text == nullptr ? String() : String(reinterpret_cast<const char16_t*>(text), zv_bstr_length(text));
-}
-/// A new text, which the receiver frees. Fails with std::bad_alloc.
-ZvBstr newText(StringView text);
 
 inline bool operator==(const ZvGuid& a, const ZvGuid& b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 

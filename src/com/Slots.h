@@ -2,6 +2,7 @@
 
 #include "com/Bridge.h"
 #include "com/Instance.h"
+#include "com/Text.h"
 
 #include <utility>
 

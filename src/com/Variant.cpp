@@ -1,7 +1,7 @@
 #include "com/Variant.h"
 
 #include "com/Bridge.h"
-#include "com/Held.h"
+#include "com/Text.h"
 #include "runtime/Convert.h"
 
 #include <algorithm>
@@ -315,14 +315,6 @@ void writeBack(const ZvVariant& reference, const Value& value)
     std::memcpy(reference.value.reference, &made.raw().value, sizeOf(type));
     made.detach();
     zv_variant_clear(&old);
-}
-
-ZvBstr newText(StringView text)
-{
-    ZvBstr result = zv_bstr_new(reinterpret_cast<const std::uint16_t*>(text.data()), text.size());
-    if (result == nullptr)
-        throw std::bad_alloc();
-    return result;
 }
 
 } // namespace zv::com

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "com/Bridge.h"
+#include "com/Text.h"
 #include "com/Variant.h"
 #include "runtime/PropertyBag.h"
 
@@ -16,8 +17,12 @@ namespace zv::com {
 /// A library as a host without any of our code uses it.
 class Library {
 public:
-    explicit Library(const char* file) : handle_(dlopen(file, RTLD_NOW | RTLD_LOCAL))
+    explicit Library(const char* file)
     {
+        // The toolkit stays: what it loads in its turn (libgomp) loses some bytes each time.
+        static void* const toolkit = dlopen("libQt6Widgets.so.6", RTLD_NOW);
+        static_cast<void>(toolkit);
+        handle_ = dlopen(file, RTLD_NOW | RTLD_LOCAL);
         if (handle_ == nullptr)
             throw std::runtime_error(dlerror());
     }
@@ -50,7 +55,7 @@ public:
     }
 
 private:
-    void* handle_;
+    void* handle_ = nullptr;
 };
 
 /// What a call by name came to.

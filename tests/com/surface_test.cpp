@@ -41,7 +41,7 @@ std::map<std::string, Described> definition()
     for (std::sregex_iterator at(text.begin(), text.end(), word), end; at != end; ++at) {
         const std::smatch& m = *at;
         if (m[1].matched)
-            id = m[1];
+            id = std::regex_replace(m[1].str(), std::regex("-"), "");
         else if (m[2].matched)
             result[current = m[2]].interfaceId = id;
         else if (m[3].matched)
@@ -51,16 +51,6 @@ std::map<std::string, Described> definition()
                                              (m[5].matched ? m[5].str() + "_" : "") + m[6].str(), m[7]});
     }
     return result;
-}
-
-std::string written(const ZvGuid& g)
-{
-    std::array<char, 40> text{};
-    std::snprintf(text.data(), text.size(), "%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X", g.data1,
-                  unsigned{g.data2}, unsigned{g.data3}, unsigned{g.data4[0]}, unsigned{g.data4[1]},
-                  unsigned{g.data4[2]}, unsigned{g.data4[3]}, unsigned{g.data4[4]}, unsigned{g.data4[5]},
-                  unsigned{g.data4[6]}, unsigned{g.data4[7]});
-    return text.data();
 }
 
 const struct {
@@ -137,12 +127,17 @@ TEST(Definition, the_header_and_the_interface_definition_say_the_same)
                                                     {"IDispatch", "ZvDispatch"},
                                                     {"IDispatch *", "ZvDispatch"},
                                                     {"", ""}};
+    const auto id = [&](const std::string& name) {
+        const auto from = header.find(" ZV_" + name + " = ") + name.size() + 7;
+        const std::string digits = header.substr(from, header.find(';', from) - from);
+        return std::regex_replace(digits, std::regex("0x|[^0-9A-F]"), "");
+    };
     auto defined = definition();
     EXPECT_EQ(defined.size(), std::size(classes));
     for (const auto& each : classes) {
         const Described& described = defined[each.name];
-        EXPECT_EQ(described.classId, written(each.classId));
-        EXPECT_EQ(described.interfaceId, written(each.interfaceId));
+        EXPECT_EQ(described.classId, id("CLSID_" + std::string(each.name)));
+        EXPECT_EQ(described.interfaceId, id("IID__" + std::string(each.name)));
         std::string wanted;
         for (const Slot& slot : described.slots)
             wanted += slot.name + " " + native.at(slot.type) + "\n";
