@@ -103,7 +103,7 @@ bool frmPonderacion::textGiven()
 std::vector<Value> frmPonderacion::values()
 {
     const String score = Replace(txtPuntuacion.Text(), u",", u".");
-    if (!canStandBare(score))
+    if (!canStandBare(Trim(score)))
         throw DataError(failure::badStatement, {}, u"la puntuación no es un número", score);
     return {txtDescripcion.Text(), score};
 }
