@@ -7,11 +7,11 @@
 
 namespace zv {
 
-/// A station that cannot be seen from here is taken for gone when it gave no sign of life for so long. One
-/// that has rows open gives a sign every minute while a dialog waits for a person. The time is the
-/// database's; where that does not tell it, each station's own in universal time, and then clocks must agree
-/// to within ten minutes. A station that slept longer (a closed laptop) may have lost its rows, and is not
-/// told.
+/// A station that cannot be seen from here is taken for gone when it gave no sign of life for so long,
+/// counted in whole minutes. One that has rows open gives a sign every minute while a dialog waits for a
+/// person. The time is the server's. Where there is none (SQLite), or it does not tell the time, it is each
+/// station's own in universal time: then clocks must agree to within ten minutes. A station that slept longer
+/// (a closed laptop) may have lost its rows, and is not told.
 inline constexpr std::chrono::minutes longestSilence{15};
 
 /// A row that a station has open for editing.
