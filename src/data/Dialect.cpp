@@ -1,6 +1,7 @@
 #include "data/Dialect.h"
 
 #include "data/DataError.h"
+#include "data/Tokens.h"
 
 #include <algorithm>
 #include <vector>
@@ -8,102 +9,7 @@
 namespace zv {
 namespace {
 
-enum class Kind { name, number, text, symbol, end };
-
-struct Token {
-    Kind kind = Kind::end;
-    std::size_t start = 0;
-    std::size_t length = 0;
-};
-
-bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
-bool isNameUnit(char16_t unit)
-{
-    return unit >= 0x80 || isDigit(unit) || (unit >= u'a' && unit <= u'z') ||
-           (unit >= u'A' && unit <= u'Z') || StringView(u"_$@#").find(unit) != StringView::npos;
-}
-bool isBlank(char16_t unit) { return StringView(u" \t\r\n\f").find(unit) != StringView::npos; }
-
-/// Parts a statement; blanks and comments are passed over.
-class Tokens {
-public:
-    explicit Tokens(StringView text) : text_(text) {}
-
-    Token next()
-    {
-        skip();
-        const std::size_t start = place_;
-        const Kind kind = start < text_.size() ? take(text_[start]) : Kind::end;
-        return {kind, start, place_ - start};
-    }
-
-private:
-    char16_t at(std::size_t place) const { return place < text_.size() ? text_[place] : u'\0'; }
-
-    void passTo(StringView end, std::size_t from)
-    {
-        const std::size_t found = text_.find(end, from);
-        place_ = found == StringView::npos ? text_.size() : found + end.size();
-    }
-
-    void skip()
-    {
-        for (;;) {
-            if (place_ < text_.size() && isBlank(text_[place_]))
-                ++place_;
-            else if (at(place_) == u'-' && at(place_ + 1) == u'-')
-                passTo(u"\n", place_);
-            else if (at(place_) == u'/' && at(place_ + 1) == u'*')
-                passTo(u"*/", place_ + 2);
-            else
-                return;
-        }
-    }
-
-    Kind take(char16_t first)
-    {
-        if (first == u'\'' || first == u'"' || first == u'`') {
-            quoted(first);
-            return first == u'\'' ? Kind::text : Kind::name;
-        }
-        if (first == u'[') {
-            passTo(u"]", place_);
-            return Kind::name;
-        }
-        if (isDigit(first) || (first == u'.' && isDigit(at(place_ + 1)))) {
-            number();
-            return Kind::number;
-        }
-        if (!isNameUnit(first)) {
-            ++place_;
-            return Kind::symbol;
-        }
-        while (isNameUnit(at(place_)))
-            ++place_;
-        return Kind::name;
-    }
-
-    /// A doubled quote stands for itself.
-    void quoted(char16_t quote)
-    {
-        do {
-            passTo(StringView(&quote, 1), place_ + 1);
-        } while (at(place_) == quote);
-    }
-
-    void number()
-    {
-        while (isNameUnit(at(place_)) || at(place_) == u'.') {
-            const bool exponent = (at(place_) | 0x20) == u'e';
-            ++place_;
-            if (exponent && (at(place_) == u'+' || at(place_) == u'-'))
-                ++place_;
-        }
-    }
-
-    StringView text_;
-    std::size_t place_ = 0;
-};
+using Kind = Token::Kind;
 
 /// Finds the places where a dialect differs: single units that give way to something else.
 class Rewriter {

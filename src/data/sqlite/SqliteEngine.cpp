@@ -39,7 +39,7 @@ std::filesystem::path pathOf(StringView location, Database which)
 
 class SqliteEngine final : public Engine {
 public:
-    explicit SqliteEngine(Durability durability) : durability_(durability) {}
+    SqliteEngine(Durability durability, Reuse reuse) : durability_(durability), reuse_(reuse) {}
     StringView scheme() const override { return u"sqlite"; }
     DdlStyle ddl() const override { return DdlStyle::sqlite; }
     ConnectionPtr open(StringView location, Database which) override
@@ -57,7 +57,7 @@ public:
     void remove(StringView location, Database which) override { removeFile(pathOf(location, which)); }
     ConnectionPtr temporary(StringView /*location*/, Database /*which*/) override
     {
-        return std::make_shared<SqliteConnection>(std::make_shared<Store>());
+        return std::make_shared<SqliteConnection>(std::make_shared<Store>(reuse_));
     }
     std::vector<FoundTable> tables(Connection& connection) override
     {
@@ -78,18 +78,19 @@ private:
     ConnectionPtr opened(StringView location, Database which, Opening opening) const
     {
         return std::make_shared<SqliteConnection>(
-            std::make_shared<Store>(pathOf(location, which), opening, durability_));
+            std::make_shared<Store>(pathOf(location, which), opening, durability_, reuse_));
     }
 
     Durability durability_;
+    Reuse reuse_;
 };
 
 } // namespace
 } // namespace sqlite
 
-std::unique_ptr<Engine> sqliteEngine(Durability durability)
+std::unique_ptr<Engine> sqliteEngine(Durability durability, Reuse reuse)
 {
-    return std::make_unique<sqlite::SqliteEngine>(durability);
+    return std::make_unique<sqlite::SqliteEngine>(durability, reuse);
 }
 
 } // namespace zv

@@ -17,6 +17,7 @@ namespace {
 constexpr std::chrono::seconds longestWait{5};
 constexpr std::chrono::milliseconds waitStep{4};
 constexpr std::size_t handlesKept = 4;
+constexpr std::size_t statementsKept = 32;
 
 constexpr const char* fullSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;";
 constexpr const char* offSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=OFF;";
@@ -177,6 +178,21 @@ StatementPtr prepare(sqlite3* handle, StringView statement)
     return only;
 }
 
+/// The values stay where they are until the statement has run.
+void bind(sqlite3_stmt* statement, const Parameters& parameters)
+{
+    int place = 0;
+    for (const Parameters::Value& value : parameters.values) {
+        ++place;
+        const auto* text = std::get_if<std::string>(&value);
+        const int result = text ? sqlite3_bind_text64(statement, place, text->data(), text->size(),
+                                                      SQLITE_STATIC, SQLITE_UTF8)
+                                : sqlite3_bind_int64(statement, place, std::get<std::int64_t>(value));
+        if (result != SQLITE_OK)
+            throw failureOf(sqlite3_db_handle(statement), Phase::preparing, parameters.text);
+    }
+}
+
 Cursor::Field fieldOf(sqlite3_stmt* statement, int column)
 {
     switch (sqlite3_column_type(statement, column)) {
@@ -210,14 +226,14 @@ void removeFile(const std::filesystem::path& file)
 void CloseHandle::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
 void EndStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-Store::Store()
+Store::Store(Reuse reuse) : reuse_(reuse)
 {
     handles_.push_back(std::make_shared<Handle>());
     handles_.back()->database = openHandle({}, opening_, durability_);
 }
 
-Store::Store(std::filesystem::path file, Opening opening, Durability durability)
-    : file_(std::move(file)), opening_(opening), durability_(durability)
+Store::Store(std::filesystem::path file, Opening opening, Durability durability, Reuse reuse)
+    : file_(std::move(file)), opening_(opening), durability_(durability), reuse_(reuse)
 {
     checkPlace(file_, opening == Opening::fresh);
     auto first = std::make_shared<Handle>();
@@ -271,20 +287,59 @@ std::unique_ptr<Cursor> Store::run(StringView statement)
     refuseUnstorable(statement);
     std::shared_ptr<Handle> on = handle(statement);
     refuseVanished(*on, statement);
-    StatementPtr prepared = prepare(on->database.get(), statement);
+    auto [prepared, parameters] = ready(*on, statement);
     const bool hasRows = sqlite3_column_count(prepared.get()) > 0;
     if (!hasRows || sqlite3_stmt_readonly(prepared.get()) == 0) {
         // Rows that stand open on the same handle stay what they were when they were asked for.
         while (!on->cursors.empty())
             on->cursors.back()->takeAll();
     }
-    auto cursor = std::make_unique<StatementRows>(std::move(on), std::move(prepared));
+    auto cursor =
+        std::make_unique<StatementRows>(std::move(on), std::move(prepared), statement, std::move(parameters));
     return hasRows ? std::move(cursor) : nullptr;
 }
 
-StatementRows::StatementRows(std::shared_ptr<Handle> handle, StatementPtr statement)
-    : handle_(std::move(handle)), statement_(std::move(statement)),
-      onlyReads_(sqlite3_stmt_readonly(statement_.get()) != 0)
+/// With values out of it where they can be; what fails so is read as it stands, and tells what is wrong with
+/// it.
+std::pair<StatementPtr, std::optional<Parameters>> Store::ready(Handle& handle, StringView statement) const
+{
+    std::optional<Parameters> parameters;
+    if (reuse_ == Reuse::yes)
+        parameters = parametersOf(statement);
+    if (!parameters)
+        return {prepare(handle.database.get(), statement), std::nullopt};
+    StatementPtr prepared = handle.ready.take(parameters->text);
+    try {
+        if (!prepared)
+            prepared = prepare(handle.database.get(), parameters->text);
+        bind(prepared.get(), *parameters);
+    } catch (const DataError&) {
+        return {prepare(handle.database.get(), statement), std::nullopt};
+    }
+    return {std::move(prepared), std::move(parameters)};
+}
+
+StatementPtr ReadyStatements::take(StringView text)
+{
+    const auto found = std::ranges::find(kept_, text, &std::pair<String, StatementPtr>::first);
+    if (found == kept_.end())
+        return nullptr;
+    StatementPtr statement = std::move(found->second);
+    kept_.erase(found);
+    return statement;
+}
+
+void ReadyStatements::keep(String text, StatementPtr statement)
+{
+    kept_.emplace_front(std::move(text), std::move(statement));
+    if (kept_.size() > statementsKept)
+        kept_.pop_back();
+}
+
+StatementRows::StatementRows(std::shared_ptr<Handle> handle, StatementPtr prepared, StringView statement,
+                             std::optional<Parameters> parameters)
+    : handle_(std::move(handle)), prepared_(std::move(prepared)), statement_(statement),
+      parameters_(std::move(parameters)), onlyReads_(sqlite3_stmt_readonly(prepared_.get()) != 0)
 {
     begin();
     if (!isOver())
@@ -295,33 +350,39 @@ StatementRows::~StatementRows() { StatementRows::finish(); }
 
 void StatementRows::finish()
 {
-    statement_.reset();
-    if (handle_)
-        std::erase(handle_->cursors, this);
+    if (!handle_)
+        return;
+    if (parameters_) {
+        sqlite3_reset(prepared_.get());
+        sqlite3_clear_bindings(prepared_.get());
+        handle_->ready.keep(std::move(parameters_->text), std::move(prepared_));
+    }
+    prepared_.reset();
+    std::erase(handle_->cursors, this);
     handle_.reset();
 }
 
 bool StatementRows::read(Row& row)
 {
-    const int result = sqlite3_step(statement_.get());
+    const int result = sqlite3_step(prepared_.get());
     if (names_.empty())
         readNames();
     if (result != SQLITE_ROW && result != SQLITE_DONE)
-        throw failureOf(handle_->database.get(), Phase::running, fromUtf8(sqlite3_sql(statement_.get())));
+        throw failureOf(handle_->database.get(), Phase::running, statement_);
     if (result == SQLITE_DONE)
         return false;
     row.reserve(names_.size());
     for (int column = 0; column < static_cast<int>(names_.size()); ++column)
-        row.push_back(fieldOf(statement_.get(), column));
+        row.push_back(fieldOf(prepared_.get(), column));
     return true;
 }
 
 /// Known once it runs: another station may have changed the table since the handle looked at it last.
 void StatementRows::readNames()
 {
-    const int columns = sqlite3_column_count(statement_.get());
+    const int columns = sqlite3_column_count(prepared_.get());
     for (int column = 0; column < columns; ++column)
-        names_.emplace_back(static_cast<const char16_t*>(sqlite3_column_name16(statement_.get(), column)));
+        names_.emplace_back(static_cast<const char16_t*>(sqlite3_column_name16(prepared_.get(), column)));
 }
 
 } // namespace zv::sqlite

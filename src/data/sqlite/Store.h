@@ -1,9 +1,11 @@
 #pragma once
 
 #include "data/Cursor.h"
+#include "data/sqlite/Parameters.h"
 #include "data/sqlite/SqliteEngine.h"
 
 #include <filesystem>
+#include <list>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -19,9 +21,22 @@ struct EndStatement {
 using DatabasePtr = std::unique_ptr<sqlite3, CloseHandle>;
 using StatementPtr = std::unique_ptr<sqlite3_stmt, EndStatement>;
 
+/// Statements that have run and may run again with other values, by their text; the latest first. A few dozen
+/// are kept.
+class ReadyStatements {
+public:
+    /// None if there is none of that text.
+    StatementPtr take(StringView text);
+    void keep(String text, StatementPtr statement);
+
+private:
+    std::list<std::pair<String, StatementPtr>> kept_;
+};
+
 /// A handle of a database, and the cursors whose rows it still holds.
 struct Handle {
     DatabasePtr database;
+    ReadyStatements ready;
     std::vector<Cursor*> cursors;
 };
 
@@ -36,26 +51,30 @@ void removeFile(const std::filesystem::path& file);
 class Store {
 public:
     /// A database in memory.
-    Store();
+    explicit Store(Reuse reuse);
     /// A file. Fails with a RuntimeError that tells a person what to do.
-    Store(std::filesystem::path file, Opening opening, Durability durability);
+    Store(std::filesystem::path file, Opening opening, Durability durability, Reuse reuse);
 
     /// Runs a statement and reads its first rows. None if it has no columns.
     std::unique_ptr<Cursor> run(StringView statement);
 
 private:
     std::shared_ptr<Handle> handle(StringView statement);
+    std::pair<StatementPtr, std::optional<Parameters>> ready(Handle& handle, StringView statement) const;
     void refuseVanished(Handle& handle, StringView statement) const;
 
     std::filesystem::path file_;
     Opening opening_ = Opening::existing;
     Durability durability_ = Durability::full;
+    Reuse reuse_ = Reuse::yes;
     std::vector<std::shared_ptr<Handle>> handles_;
 };
 
 class StatementRows final : public Cursor {
 public:
-    StatementRows(std::shared_ptr<Handle> handle, StatementPtr statement);
+    /// `parameters` belong to the statement where it may run again with others.
+    StatementRows(std::shared_ptr<Handle> handle, StatementPtr prepared, StringView statement,
+                  std::optional<Parameters> parameters);
     ~StatementRows() override;
     bool onlyReads() const override { return onlyReads_; }
 
@@ -65,7 +84,9 @@ private:
     void readNames();
 
     std::shared_ptr<Handle> handle_;
-    StatementPtr statement_;
+    StatementPtr prepared_;
+    String statement_;
+    std::optional<Parameters> parameters_;
     bool onlyReads_ = true;
 };
 

@@ -1,0 +1,85 @@
+#include "data/Tokens.h"
+
+namespace zv {
+namespace {
+
+bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+bool isNameUnit(char16_t unit)
+{
+    return unit >= 0x80 || isDigit(unit) || (unit >= u'a' && unit <= u'z') ||
+           (unit >= u'A' && unit <= u'Z') || StringView(u"_$@#").find(unit) != StringView::npos;
+}
+bool isBlank(char16_t unit) { return StringView(u" \t\r\n\f").find(unit) != StringView::npos; }
+
+} // namespace
+
+Token Tokens::next()
+{
+    skip();
+    const std::size_t start = place_;
+    const Token::Kind kind = start < text_.size() ? take(text_[start]) : Token::Kind::end;
+    return {kind, start, place_ - start};
+}
+
+void Tokens::passTo(StringView end, std::size_t from)
+{
+    const std::size_t found = text_.find(end, from);
+    place_ = found == StringView::npos ? text_.size() : found + end.size();
+}
+
+void Tokens::skip()
+{
+    for (;;) {
+        if (place_ < text_.size() && isBlank(text_[place_]))
+            ++place_;
+        else if (at(place_) == u'-' && at(place_ + 1) == u'-')
+            passTo(u"\n", place_);
+        else if (at(place_) == u'/' && at(place_ + 1) == u'*')
+            passTo(u"*/", place_ + 2);
+        else
+            return;
+    }
+}
+
+Token::Kind Tokens::take(char16_t first)
+{
+    if (first == u'\'' || first == u'"' || first == u'`') {
+        quoted(first);
+        return first == u'\'' ? Token::Kind::text : Token::Kind::name;
+    }
+    if (first == u'[') {
+        passTo(u"]", place_);
+        return Token::Kind::name;
+    }
+    if (isDigit(first) || (first == u'.' && isDigit(at(place_ + 1)))) {
+        number();
+        return Token::Kind::number;
+    }
+    if (!isNameUnit(first)) {
+        ++place_;
+        return Token::Kind::symbol;
+    }
+    while (isNameUnit(at(place_)))
+        ++place_;
+    return Token::Kind::name;
+}
+
+/// A doubled quote stands for itself.
+void Tokens::quoted(char16_t quote)
+{
+    do {
+        passTo(StringView(&quote, 1), place_ + 1);
+    } while (at(place_) == quote);
+}
+
+void Tokens::number()
+{
+    while (isNameUnit(at(place_)) || at(place_) == u'.') {
+        const bool exponent = (at(place_) | 0x20) == u'e';
+        ++place_;
+        if (exponent && (at(place_) == u'+' || at(place_) == u'-'))
+            ++place_;
+    }
+}
+
+} // namespace zv
