@@ -26,7 +26,7 @@ public:
         if (access != Access::let && sameName(member, u"Value"))
             return value_;
         if (access != Access::let && sameName(member, u"Name"))
-            return Value(name_);
+            return name_;
         fail(failure::memberMissing, member);
     }
 

@@ -32,7 +32,7 @@ bool isOneOf(std::span<const Verb> verbs, StringView name)
 
 class Within {
 public:
-    explicit Within(bool& mark) : mark_(mark) { mark_ = true; }
+    explicit Within(bool& mark) : mark_(mark) { mark = true; }
     Within(const Within&) = delete;
     Within& operator=(const Within&) = delete;
     ~Within() { mark_ = false; }
