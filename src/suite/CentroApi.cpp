@@ -144,7 +144,8 @@ void CentroApi::ComprobarComilla(const ObjectPtr& controls)
 
 Long CentroApi::IDMax(Connection& centro, Connection& borrado, StringView table, StringView key)
 {
-    const auto largest = std::max(largestKey(centro, table, key), largestKey(borrado, table, key));
+    const auto live = largestKey(centro, table, key);
+    const auto largest = std::max(live, largestKey(borrado, table, key));
     if (largest == std::numeric_limits<Long>::max())
         fail(failure::overflow);
     return largest.value_or(0) + 1;

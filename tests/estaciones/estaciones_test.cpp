@@ -336,6 +336,33 @@ TEST_P(FullDisk, costs_a_message)
     umount2(folder.c_str(), MNT_DETACH);
 }
 
+/// A server of its own, since it is cut off.
+class LostServer : public Stations {
+protected:
+    static void server(const std::string& action)
+    {
+        const std::string place =
+            std::filesystem::temp_directory_path() / ("zv-corte-" + to_string(getpid()));
+        setenv("ODBCINI", (place + "/odbc.ini").c_str(), 1);
+        ASSERT_EQ(std::system((ZV_SERVER " " + action + " " + place).c_str()), 0);
+        if (action == "parar")
+            std::filesystem::remove_all(place);
+    }
+    static void SetUpTestSuite() { server("arrancar"); }
+    static void TearDownTestSuite()
+    {
+        server("parar");
+        setenv("ODBCINI", shared.c_str(), 1);
+    }
+    inline static const std::string shared = std::getenv("ODBCINI") ? std::getenv("ODBCINI") : "";
+};
+
+TEST_P(LostServer, costs_a_message_and_is_found_again)
+{
+    meet([] { server("cortar"); }, [] { server("seguir"); });
+}
+
+INSTANTIATE_TEST_SUITE_P(each, LostServer, testing::Values("postgres"));
 INSTANTIATE_TEST_SUITE_P(each, Stations, testing::Values("sqlite", "postgres"),
                          [](const auto& each) { return each.param; });
 INSTANTIATE_TEST_SUITE_P(each, FullDisk, testing::Values("sqlite"));

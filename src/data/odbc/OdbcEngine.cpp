@@ -190,8 +190,11 @@ private:
 
     Place placeIn(const ConnectionText& text, String schema)
     {
-        Place place{
-            .server = &serverOf(text), .connectionText = {}, .schema = std::move(schema), .settings = {}};
+        Place place{.server = &serverOf(text),
+                    .connectionText = {},
+                    .schema = std::move(schema),
+                    .settings = {},
+                    .losses = losses_};
         ConnectionText plain = text;
         plain.take(u"ESQUEMA");
         addOptions(plain, place.server->driverOptions);
@@ -232,6 +235,7 @@ private:
     }
 
     std::map<String, const Server*> servers_;
+    std::shared_ptr<int> losses_ = std::make_shared<int>(0);
 };
 
 } // namespace

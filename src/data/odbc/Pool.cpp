@@ -12,16 +12,24 @@ bool isFree(const std::shared_ptr<Link>& link) { return link->cursors.empty(); }
 
 } // namespace
 
-Pool::Pool(Place place) : place_(std::move(place)) { link(); }
+Pool::Pool(Place place) : place_(std::move(place)), lossesSeen_(*place_.losses) { link(); }
+
+/// Where one is lost, those at rest have not noticed yet, here and in the school's other databases. Nobody is
+/// told a second time.
+void Pool::noticeLosses()
+{
+    if (std::ranges::any_of(links_, &Link::isLost))
+        ++*place_.losses;
+    if (std::exchange(lossesSeen_, *place_.losses) != *place_.losses)
+        std::erase_if(links_, [](const auto& each) { return each->isLost() || isFree(each); });
+}
 
 /// Inside a transaction all statements run on the link that began it.
 std::shared_ptr<Link> Pool::link()
 {
     if (transaction_)
         return transaction_;
-    // Where one is lost, those at rest have not noticed yet.
-    if (std::ranges::any_of(links_, &Link::isLost))
-        std::erase_if(links_, [](const auto& each) { return each->isLost() || isFree(each); });
+    noticeLosses();
     const auto found = std::ranges::find_if(links_, isFree);
     if (found == links_.end()) {
         auto fresh = std::make_shared<Link>(place_.connectionText);
@@ -66,6 +74,7 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
     } catch (const DataError&) {
         if (on->isLost())
             transaction_ = nullptr;
+        noticeLosses();
         throw;
     }
 }

@@ -13,6 +13,7 @@ struct Place {
     String connectionText;
     String schema;                ///< Where the server has them; else empty.
     std::vector<String> settings; ///< Run on each new link.
+    std::shared_ptr<int> losses;  ///< How many links were lost so far; one count for all places of an engine.
 };
 
 /// A database: as many links as there are cursors open at a time. A statement runs on a link without cursors,
@@ -30,10 +31,12 @@ public:
 
 private:
     std::shared_ptr<Link> link();
+    void noticeLosses();
     bool controlsTransaction(StringView statement);
 
     Place place_;
     std::vector<std::shared_ptr<Link>> links_;
+    int lossesSeen_ = 0;
     std::shared_ptr<Link> transaction_; ///< The link on which one was begun.
 };
 
