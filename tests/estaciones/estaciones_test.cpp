@@ -339,27 +339,28 @@ TEST_P(FullDisk, costs_a_message)
 /// A server of its own, since it is cut off.
 class LostServer : public Stations {
 protected:
-    static void server(const std::string& action)
+    LostServer()
     {
-        const std::string place =
-            std::filesystem::temp_directory_path() / ("zv-corte-" + to_string(getpid()));
-        setenv("ODBCINI", (place + "/odbc.ini").c_str(), 1);
-        ASSERT_EQ(std::system((ZV_SERVER " " + action + " " + place).c_str()), 0);
-        if (action == "parar")
-            std::filesystem::remove_all(place);
+        server("arrancar");
+        std::string socket;
+        std::getline(std::ifstream(folder / "place"), socket);
+        url = u"odbc:Driver=PostgreSQL Unicode;Server=" + fromUtf8(socket) +
+              u";Port=5432;Database=postgres;UID=zv";
     }
-    static void SetUpTestSuite() { server("arrancar"); }
-    static void TearDownTestSuite()
+    ~LostServer() override
     {
         server("parar");
-        setenv("ODBCINI", shared.c_str(), 1);
+        url = u"sqlite:" + (folder / "nada.db").u16string();
     }
-    inline static const std::string shared = std::getenv("ODBCINI") ? std::getenv("ODBCINI") : "";
+    void server(const std::string& action) const
+    {
+        ASSERT_EQ(std::system((ZV_SERVER " " + action + " " + folder.string()).c_str()), 0);
+    }
 };
 
 TEST_P(LostServer, costs_a_message_and_is_found_again)
 {
-    meet([] { server("cortar"); }, [] { server("seguir"); });
+    meet([this] { server("cortar"); }, [this] { server("seguir"); });
 }
 
 INSTANTIATE_TEST_SUITE_P(each, LostServer, testing::Values("postgres"));
