@@ -77,7 +77,8 @@ void Tokens::number()
     while (isNameUnit(at(place_)) || at(place_) == u'.') {
         const bool exponent = (at(place_) | 0x20) == u'e';
         ++place_;
-        if (exponent && (at(place_) == u'+' || at(place_) == u'-'))
+        // In 1e-- a comment begins.
+        if (exponent && (at(place_) == u'+' || at(place_) == u'-') && isDigit(at(place_ + 1)))
             ++place_;
     }
 }
