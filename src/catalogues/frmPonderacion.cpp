@@ -30,8 +30,8 @@ bool isDigitOrPoint(char16_t unit) { return (unit >= u'0' && unit <= u'9') || un
 bool isLetter(char16_t unit) { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
 
 /// The score stands in its statement without quotes, and pasting brings any text. A number passes, and so
-/// does a word, which the database refuses; what would end the statement, or be worked out to another number,
-/// does not get there.
+/// does what looks like a word or a botched number, which the database refuses; what would end the statement,
+/// or be worked out to another number, does not get there.
 bool canStandBare(StringView score)
 {
     constexpr StringView values[] = {u"null", u"true", u"false", u"oid", u"rowid"};
@@ -39,7 +39,8 @@ bool canStandBare(StringView score)
         return std::ranges::none_of(values, [&](StringView value) { return sameName(score, value); });
     if (score.starts_with(u'-') || score.starts_with(u'+'))
         score.remove_prefix(1);
-    return std::ranges::all_of(score, isDigitOrPoint);
+    return !sameName(score.substr(0, 2), u"0x") &&
+           std::ranges::all_of(score, [](char16_t c) { return isLetter(c) || isDigitOrPoint(c); });
 }
 
 } // namespace
