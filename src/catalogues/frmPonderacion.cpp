@@ -35,10 +35,10 @@ bool isLetter(char16_t unit) { return (unit >= u'A' && unit <= u'Z') || (unit >=
 bool canStandBare(StringView score)
 {
     constexpr StringView values[] = {u"null", u"true", u"false", u"oid", u"rowid"};
-    if (std::ranges::all_of(score, isLetter))
-        return std::ranges::none_of(values, [&](StringView value) { return sameName(score, value); });
     if (score.starts_with(u'-') || score.starts_with(u'+'))
         score.remove_prefix(1);
+    if (std::ranges::any_of(values, [&](StringView value) { return sameName(score, value); }))
+        return false;
     return !sameName(score.substr(0, 2), u"0x") &&
            std::ranges::all_of(score, [](char16_t c) { return isLetter(c) || isDigitOrPoint(c); });
 }
