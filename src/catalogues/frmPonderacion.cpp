@@ -30,17 +30,16 @@ bool isDigitOrPoint(char16_t unit) { return (unit >= u'0' && unit <= u'9') || un
 bool isLetter(char16_t unit) { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
 
 /// The score stands in its statement without quotes, and pasting brings any text. A number passes, and so
-/// does what looks like a word or a botched number, which the database refuses; what would end the statement,
-/// or be worked out to another number, does not get there.
+/// does a word, which the database refuses; what would end the statement, or be worked out to another number,
+/// does not get there.
 bool canStandBare(StringView score)
 {
     constexpr StringView values[] = {u"null", u"true", u"false", u"oid", u"rowid"};
+    if (std::ranges::all_of(score, isLetter))
+        return std::ranges::none_of(values, [&](StringView value) { return sameName(score, value); });
     if (score.starts_with(u'-') || score.starts_with(u'+'))
         score.remove_prefix(1);
-    if (std::ranges::any_of(values, [&](StringView value) { return sameName(score, value); }))
-        return false;
-    return !sameName(score.substr(0, 2), u"0x") &&
-           std::ranges::all_of(score, [](char16_t c) { return isLetter(c) || isDigitOrPoint(c); });
+    return std::ranges::all_of(score, isDigitOrPoint);
 }
 
 } // namespace
