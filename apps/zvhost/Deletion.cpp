@@ -47,7 +47,7 @@ String literal(const Value& value)
     if (value.isNull() || value.isEmpty())
         return u"NULL";
     if (const auto* text = value.as<String>())
-        return u"'" + Replace(*text, u"'", u"''") + u"'";
+        return textLiteral(*text);
     if (const auto* flag = value.as<bool>())
         return *flag ? u"-1" : u"0";
     // A point as the decimal mark, whatever the region.

@@ -97,6 +97,8 @@ Value Connection::invoke(StringView member, Access access, Arguments& arguments)
     return connectionMembers().invoke(*this, member, access, arguments);
 }
 
+String textLiteral(StringView text) { return u"'" + Replace(text, u"'", u"''") + u"'"; }
+
 String statement(StringView pattern, std::span<const Value> values)
 {
     constexpr StringView place = u"{}";

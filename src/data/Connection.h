@@ -57,6 +57,9 @@ struct School {
     ConnectionPtr entrada; ///< The suite's entry database.
 };
 
+/// A text as statements hold it: in quotes, its own doubled.
+String textLiteral(StringView text);
+
 /// Assembles a statement: each "{}" of the pattern, in order, gives way to a value (texts as they are,
 /// numbers as decimal text). What a value holds is never read as a pattern.
 String statement(StringView pattern, std::span<const Value> values);

@@ -10,11 +10,9 @@ namespace zv {
 
 namespace {
 
-String literal(StringView text) { return u"'" + Replace(text, u"'", u"''") + u"'"; }
-
 String keyCondition(StringView form, Long row)
 {
-    return statement(u" WHERE LOWER(Formulario)={} AND Fila={}", {literal(lowerName(form)), row});
+    return statement(u" WHERE LOWER(Formulario)={} AND Fila={}", {textLiteral(lowerName(form)), row});
 }
 
 /// The time on which all stations of a database agree.
@@ -110,9 +108,9 @@ std::optional<Holder> holderOf(Connection& centro, StringView form, Long row)
 /// The row as it was seen: a sign of life in between saves it from who takes it over.
 String unchanged(StringView form, Long row, const Holder& holder)
 {
-    return keyCondition(form, row) + u" AND Estacion=" + literal(holder.station) +
+    return keyCondition(form, row) + u" AND Estacion=" + textLiteral(holder.station) +
            statement(u" AND IDUsuario={}", {holder.user}) +
-           (holder.moment.empty() ? u"" : u" AND Momento=" + literal(holder.moment));
+           (holder.moment.empty() ? u"" : u" AND Momento=" + textLiteral(holder.moment));
 }
 
 } // namespace
@@ -162,16 +160,16 @@ bool registerRow(Connection& centro, const Station& station, StringView form, Lo
 {
     // A round that decides nothing means that another station changed the row between two of our statements.
     constexpr int rounds = 100;
-    const String mine = literal(station.identity);
+    const String mine = textLiteral(station.identity);
     single<HasRegistered>();
     for (int round = 0; round < rounds; ++round) {
         const Seconds time = now(centro);
-        const String moment = literal(momentText(time));
+        const String moment = textLiteral(momentText(time));
         if (insertMakingTable(
                 centro,
                 statement(u"INSERT INTO RegistroActivo (Formulario, Fila, IDUsuario, Estacion, Momento) "
                           u"VALUES ({},{},{},{},{})",
-                          {literal(form), row, user, mine, moment})))
+                          {textLiteral(form), row, user, mine, moment})))
             return false;
         const auto holder = holderOf(centro, form, row);
         if (!holder)
@@ -196,13 +194,13 @@ void giveSign(Connection& centro, const Station& station)
         const Seconds time = now(centro);
         const RecordsetPtr rows =
             centro.executeNative(u"SELECT Formulario, Fila, Momento FROM RegistroActivo WHERE Estacion=" +
-                                 literal(station.identity));
+                                 textLiteral(station.identity));
         for (; !rows->Eof(); rows->MoveNext()) {
             const String moment = String() + rows->Fields(u"Momento");
             centro.executeNative(
-                u"UPDATE RegistroActivo SET Momento=" + literal(Moment(moment).signedAt(time)) +
+                u"UPDATE RegistroActivo SET Momento=" + textLiteral(Moment(moment).signedAt(time)) +
                 keyCondition(CStr(rows->Fields(u"Formulario")), CLng(rows->Fields(u"Fila"))) +
-                u" AND Estacion=" + literal(station.identity));
+                u" AND Estacion=" + textLiteral(station.identity));
         }
         return true;
     };
@@ -213,7 +211,7 @@ void unregisterRow(Connection& centro, const Station& station, StringView form, 
 {
     const auto free = [&] {
         centro.Execute(u"DELETE FROM RegistroActivo" + keyCondition(form, row) + u" AND Estacion=" +
-                       literal(station.identity));
+                       textLiteral(station.identity));
         return true;
     };
     whereTableExists(free, true);

@@ -1,23 +1,14 @@
 #include "data/sqlite/SqliteEngine.h"
 
-#include "NumberOf.h"
+#include "OneDatabase.h"
 
 using namespace zv;
 
 namespace {
 
-class Memory : public testing::Test {
+class Memory : public OneDatabase {
 protected:
-    String all(StringView statement)
-    {
-        String result;
-        for (const RecordsetPtr rows = base->Execute(statement); !rows->Eof(); rows->MoveNext())
-            result += CStr(rows->row().front()) + u" ";
-        return result;
-    }
-
-    std::unique_ptr<Engine> engine = sqliteEngine();
-    ConnectionPtr base = engine->temporary(u"", Database::centro);
+    Memory() : OneDatabase(sqliteEngine(), u"") {}
 };
 
 constexpr StringView endless =
@@ -34,36 +25,30 @@ TEST_F(Memory, each_failure_has_its_number)
     base->Execute(u"CREATE TABLE r (k INTEGER PRIMARY KEY)");
     base->executeNative(
         u"CREATE TRIGGER g BEFORE DELETE ON t BEGIN SELECT 1; SELECT RAISE(ABORT,'no such table'); END");
-    struct Case {
-        StringView statement;
-        std::int32_t number;
-    };
-    for (const Case& each : {
-             Case{u"Insert into t values (1,'b',3)", failure::keyExists},
-             Case{u"Insert into t values (2,'a',3)", failure::keyExists},
-             Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
-             Case{u"Insert into t values (2,'b',Null)", failure::brokenConstraint},
-             Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
-             Case{u"Insert into r values ('x')", failure::brokenConstraint},
-             Case{u"Delete * From t", failure::brokenConstraint},
-             Case{u"Select * from nada", failure::tableMissing},
-             Case{u"Select nada from t", failure::columnMissing},
-             Case{u"Select \"nada\" from t", failure::columnMissing},
-             Case{u"Update t Set nada='x'", failure::columnMissing},
-             Case{u"Insert into t (k,nada) values (1,2)", failure::columnMissing},
-             Case{u"Insert into t values (1,'a')", failure::badStatement},
-             Case{u"Selec * from t", failure::badStatement},
-             Case{u"Select * from t where k=", failure::badStatement},
-             Case{u"Select 'it's' from t", failure::badStatement},
-             Case{u"Select nada(k) from t", failure::badStatement},
-             Case{u"", failure::badStatement},
-             Case{u" -- 'x'", failure::badStatement},
-             Case{u"Insert into t values (7,'7',7); Select 1", failure::badStatement},
-             Case{u"Select abs(-9223372036854775808) from t", failure::otherData},
-             Case{u"COMMIT", failure::otherData},
-         }) {
-        EXPECT_EQ(numberOf([&] { base->Execute(each.statement); }), each.number) << toUtf8(each.statement);
-    }
+    expectNumbers({
+        Case{u"Insert into t values (1,'b',3)", failure::keyExists},
+        Case{u"Insert into t values (2,'a',3)", failure::keyExists},
+        Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
+        Case{u"Insert into t values (2,'b',Null)", failure::brokenConstraint},
+        Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
+        Case{u"Insert into r values ('x')", failure::brokenConstraint},
+        Case{u"Delete * From t", failure::brokenConstraint},
+        Case{u"Select * from nada", failure::tableMissing},
+        Case{u"Select nada from t", failure::columnMissing},
+        Case{u"Select \"nada\" from t", failure::columnMissing},
+        Case{u"Update t Set nada='x'", failure::columnMissing},
+        Case{u"Insert into t (k,nada) values (1,2)", failure::columnMissing},
+        Case{u"Insert into t values (1,'a')", failure::badStatement},
+        Case{u"Selec * from t", failure::badStatement},
+        Case{u"Select * from t where k=", failure::badStatement},
+        Case{u"Select 'it's' from t", failure::badStatement},
+        Case{u"Select nada(k) from t", failure::badStatement},
+        Case{u"", failure::badStatement},
+        Case{u" -- 'x'", failure::badStatement},
+        Case{u"Insert into t values (7,'7',7); Select 1", failure::badStatement},
+        Case{u"Select abs(-9223372036854775808) from t", failure::otherData},
+        Case{u"COMMIT", failure::otherData},
+    });
     EXPECT_EQ(numberOf([&] { base->executeNative(u"Select 1; Select * from nada"); }), failure::badStatement);
     EXPECT_EQ(numberOf([&] { base->executeNative(u"Delete * From t"); }), failure::badStatement);
     EXPECT_EQ(all(u"Select K from t"), u"1 ");

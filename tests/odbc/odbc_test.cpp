@@ -1,6 +1,8 @@
 #include "data/odbc/OdbcEngine.h"
 
-#include "data/NumberOf.h"
+#include "data/OneDatabase.h"
+#include "data/SchemaCheck.h"
+#include "data/Schools.h"
 #include "data/odbc/ConnectionText.h"
 #include "data/odbc/Failure.h"
 
@@ -9,20 +11,10 @@ using namespace zv;
 namespace {
 
 /// A PostgreSQL of the tests' own.
-class Server : public testing::Test {
+class Server : public OneDatabase {
 protected:
     static constexpr StringView place = u"DSN=zv_prueba";
-
-    String all(StringView statement)
-    {
-        String result;
-        for (const RecordsetPtr rows = base->Execute(statement); !rows->Eof(); rows->MoveNext())
-            result += CStr(rows->row().front()) + u" ";
-        return result;
-    }
-
-    std::unique_ptr<Engine> engine = odbcEngine();
-    ConnectionPtr base = engine->temporary(place, Database::centro);
+    Server() : OneDatabase(odbcEngine(), place) {}
 };
 
 } // namespace
@@ -60,24 +52,19 @@ TEST_F(Server, each_failure_has_its_number)
     base->Execute(
         u"CREATE TABLE t (k INTEGER NOT NULL PRIMARY KEY, u TEXT UNIQUE, c INTEGER CHECK (c < 10))");
     base->Execute(u"Insert into T values (1,'a',-2)");
-    struct Case {
-        StringView statement;
-        std::int32_t number;
-    };
-    for (const Case& each : {
-             Case{u"Insert into t values (1,'b',3)", failure::keyExists},
-             Case{u"Insert into t values (2,'a',3)", failure::keyExists},
-             Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
-             Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
-             Case{u"Insert into t values (99999999999,'b',3)", failure::brokenConstraint},
-             Case{u"Select * from nada", failure::tableMissing},
-             Case{u"Select nada from t", failure::columnMissing},
-             Case{u"Selec * from t", failure::badStatement},
-             Case{u"Insert into t values (7,'7',7); Select 1", failure::badStatement},
-             Case{u"Select 1/0 from t", failure::brokenConstraint},
-             Case{u"Select 'a\xD800'", failure::otherData},
-         })
-        EXPECT_EQ(numberOf([&] { base->Execute(each.statement); }), each.number) << toUtf8(each.statement);
+    expectNumbers({
+        Case{u"Insert into t values (1,'b',3)", failure::keyExists},
+        Case{u"Insert into t values (2,'a',3)", failure::keyExists},
+        Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
+        Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
+        Case{u"Insert into t values (99999999999,'b',3)", failure::brokenConstraint},
+        Case{u"Select * from nada", failure::tableMissing},
+        Case{u"Select nada from t", failure::columnMissing},
+        Case{u"Selec * from t", failure::badStatement},
+        Case{u"Insert into t values (7,'7',7); Select 1", failure::badStatement},
+        Case{u"Select 1/0 from t", failure::brokenConstraint},
+        Case{u"Select 'a\xD800'", failure::otherData},
+    });
     EXPECT_EQ(all(u"Select K from t"), u"1 ");
     EXPECT_EQ(base->Execute(u"Delete * From t")->State(), 0);
 }
@@ -97,6 +84,21 @@ TEST_F(Server, rows_stream_and_keep_nobody_from_writing)
     for (; !held->Eof(); held->MoveNext())
         seen += held->Fields(u"a").isNull() ? 1 : 1000;
     EXPECT_EQ(seen, 500);
+}
+
+TEST_F(Server, a_school_made_here_lacks_nothing_and_one_table_less_is_found)
+{
+    registerEngine(odbcEngine());
+    const String url = u"odbc:" + String(place);
+    const School school = temporarySchool(url);
+    EXPECT_TRUE(checkSchool(school, engineOf(url)).empty());
+    school.centro->Execute(u"Insert into Personal (CodEstadoCivil) values (3)");
+    school.centro->Execute(u"Insert into Personal (IDPersonal,CodEstadoCivil) values (7,3)");
+    school.centro->Execute(u"Insert into Personal (CodEstadoCivil) values (3)");
+    EXPECT_EQ(CLng(school.centro->Execute(u"Select MAX(IDPersonal) as m from Personal")->Fields(u"m")), 8);
+    school.centro->Execute(u"DROP TABLE Pais");
+    EXPECT_EQ(checkSchool(school, engineOf(url)),
+              std::vector<String>{u"Base del centro: falta la tabla Pais."});
 }
 
 TEST_F(Server, values_have_their_kinds)

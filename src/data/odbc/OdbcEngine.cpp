@@ -46,7 +46,6 @@ StringView suffixOf(Database which)
 }
 
 String quotedName(StringView name) { return u"\"" + Replace(name, u"\"", u"\"\"") + u"\""; }
-String literal(StringView text) { return u"'" + Replace(text, u"'", u"''") + u"'"; }
 
 [[noreturn]] void failFor(const ConnectionText& text, StringView words,
                           std::int32_t number = failure::otherData)
@@ -209,7 +208,7 @@ private:
     Place placeToMake(const ConnectionText& text, String schema)
     {
         const Server& server = serverOf(text);
-        if (!server.ddl)
+        if (!server.makesSchools)
             failFor(text,
                     u"es un motor en el que las bases las crea su administrador; ábrala cuando exista.");
         return placeIn(text, std::move(schema));
@@ -228,7 +227,7 @@ private:
             place.settings.emplace_back(more);
         auto pool = std::make_shared<Pool>(place);
         if (!schema.empty() &&
-            !pool->run(u"SELECT nspname FROM pg_namespace WHERE nspname=" + literal(schema))->row())
+            !pool->run(u"SELECT nspname FROM pg_namespace WHERE nspname=" + textLiteral(schema))->row())
             failFor(text, u"no tiene el esquema «" + schema +
                               u"»: diga cuál con ESQUEMA=NOMBRE, o cree antes la base de datos.");
         return std::make_shared<OdbcConnection>(std::move(pool));

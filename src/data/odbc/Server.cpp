@@ -12,7 +12,7 @@ constexpr std::array servers{
     // Rows come in portions instead of all at once; a truth value as a number; waiting ends after 5 s.
     Server{.name = u"PostgreSQL",
            .dialect = standardSql,
-           .ddl = DdlStyle::postgresql,
+           .makesSchools = true,
            .placing = Placing::schemas,
            .settings = u"SET lock_timeout='5s'; SET standard_conforming_strings=on",
            .readOnlySettings = u"SET default_transaction_read_only=on",

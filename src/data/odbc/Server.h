@@ -1,9 +1,6 @@
 #pragma once
 
 #include "data/Dialect.h"
-#include "data/Engine.h"
-
-#include <optional>
 
 namespace zv::odbc {
 
@@ -18,7 +15,7 @@ enum class Placing {
 struct Server {
     StringView name; ///< How the name begins that the driver gives its engine.
     Dialect dialect = {};
-    std::optional<DdlStyle> ddl = {}; ///< None: here nobody makes a school.
+    bool makesSchools = false; ///< Else an administrator does.
     Placing placing = Placing::databases;
     StringView settings = {};         ///< Run on each connection before anything else.
     StringView readOnlySettings = {}; ///< Run besides where nothing may be changed.

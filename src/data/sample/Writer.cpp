@@ -10,7 +10,7 @@ String literal(const Value& value)
     if (value.isNull())
         return u"NULL";
     const String text = CStr(value);
-    return value.as<String>() ? u"'" + Replace(text, u"'", u"''") + u"'" : text;
+    return value.as<String>() ? textLiteral(text) : text;
 }
 
 } // namespace
