@@ -137,9 +137,8 @@ constexpr Node all[] = {
      answer},
     {69, reports, u"Respuestas de los informes", u"respuesta de los informes", u"frmRespInfInd",
      u"TipoRespInfInd", u"IDResp",
-     u"SELECT r.IDResp, r.Descripcion, t.Descripcion AS Apartado FROM TipoRespInfInd r LEFT JOIN TipoInfInd "
-     u"t "
-     u"ON r.CodTipo = t.IDTipo",
+     u"SELECT r.IDResp, r.Descripcion, t.Descripcion AS Apartado FROM TipoRespInfInd r "
+     u"LEFT JOIN TipoInfInd t ON r.CodTipo = t.IDTipo",
      answer},
 };
 

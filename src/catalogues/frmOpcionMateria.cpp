@@ -13,9 +13,9 @@ constexpr TextCatalogue words{
     .insert =
         u"INSERT INTO OpcionMateria (IDOM,Descripcion,DescripcionCorta,DescripcionLarga,DescripcionActa) "
         u"VALUES ({},'{}','{}','{}','{}')",
-    .update =
-        u"UPDATE OpcionMateria SET "
-        u"Descripcion='{}',DescripcionCorta='{}',DescripcionLarga='{}',DescripcionActa='{}' WHERE IDOM={}",
+    .update = u"UPDATE OpcionMateria "
+              u"SET Descripcion='{}',DescripcionCorta='{}',DescripcionLarga='{}',DescripcionActa='{}' "
+              u"WHERE IDOM={}",
     .begins = Begins::iconAndObjectBefore,
     .test = EmptyTest::everyBox,
     .clearsErr = false,

@@ -83,10 +83,9 @@ void SelectionDialog::cboCursos_Click()
     const StringView pattern =
         Configuracion().intIDPerfil == 0
             ? u"SELECT Descripcion, IDSeccion FROM Seccion WHERE codCurso={c} ORDER BY Descripcion"
-            : u"SELECT Descripcion, IDSeccion FROM Seccion WHERE codCurso={c} AND (CodTutor= {p} OR "
-              u"IDSeccion IN (SELECT "
-              u"CodSeccion FROM MateriaDetalles WHERE CodPersonal={p} OR CodPersonalAsociado={p})) ORDER BY "
-              u"Descripcion";
+            : u"SELECT Descripcion, IDSeccion FROM Seccion WHERE codCurso={c} AND (CodTutor= {p} "
+              u"OR IDSeccion IN (SELECT CodSeccion FROM MateriaDetalles WHERE CodPersonal={p} "
+              u"OR CodPersonalAsociado={p})) ORDER BY Descripcion";
     const RecordsetPtr sections = execute(Replace(forUser(pattern), u"{c}", course));
     CargarCombo(u"IDSeccion", cboSecciones, *sections);
     cboSecciones.Enabled = cboSecciones.ListCount() != 0;

@@ -11,22 +11,18 @@ frmConsejoOrientador1::frmConsejoOrientador1()
 
 StringView frmConsejoOrientador1::kindsOfAll() const
 {
-    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza IN (SELECT codTipoEnsenanza FROM "
-           u"Centro_TipoEnsenanza) AND "
-           u"IDTipoEnsenanza=3 ORDER BY Orden";
+    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza IN (SELECT codTipoEnsenanza "
+           u"FROM Centro_TipoEnsenanza) AND IDTipoEnsenanza=3 ORDER BY Orden";
 }
 
 StringView frmConsejoOrientador1::kindsOfUser() const
 {
-    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza=3 AND IDTipoEnsenanza IN (SELECT "
-           u"codTipoEnsenanza FROM "
-           u"Centro_TipoEnsenanza) AND IDTipoEnsenanza IN (SELECT CodTipoEnsenanza FROM SistemaCalificacion "
-           u"WHERE "
-           u"IDSistemaCalificacion IN (SELECT CodSistemaCalificacion FROM Modelo WHERE IDModelo IN (SELECT "
-           u"CodModelo FROM "
-           u"Seccion WHERE CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM MateriaDetalles WHERE "
-           u"CodPersonal={p} OR "
-           u"CodPersonalAsociado={p})))) ORDER BY Orden";
+    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza=3 AND IDTipoEnsenanza "
+           u"IN (SELECT codTipoEnsenanza FROM Centro_TipoEnsenanza) AND IDTipoEnsenanza "
+           u"IN (SELECT CodTipoEnsenanza FROM SistemaCalificacion WHERE IDSistemaCalificacion "
+           u"IN (SELECT CodSistemaCalificacion FROM Modelo WHERE IDModelo IN (SELECT CodModelo "
+           u"FROM Seccion WHERE CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM MateriaDetalles "
+           u"WHERE CodPersonal={p} OR CodPersonalAsociado={p})))) ORDER BY Orden";
 }
 
 String frmConsejoOrientador1::coursesOfAll(Long /*kind*/) const
@@ -39,11 +35,10 @@ String frmConsejoOrientador1::coursesOfAll(Long /*kind*/) const
 /// other order.
 String frmConsejoOrientador1::coursesOfUser(Long /*kind*/) const
 {
-    return u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso IN (SELECT "
-           u"CodCurso FROM Seccion "
-           u"WHERE curso.orden IN (2,4) and CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM "
-           u"MateriaDetalles WHERE "
-           u"CodPersonal={p} OR CodPersonalAsociado={p})) ORDER BY Orden";
+    return u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso "
+           u"IN (SELECT CodCurso FROM Seccion WHERE curso.orden IN (2,4) and CodTutor= {p} OR IDSeccion "
+           u"IN (SELECT CodSeccion FROM MateriaDetalles WHERE CodPersonal={p} "
+           u"OR CodPersonalAsociado={p})) ORDER BY Orden";
 }
 
 void frmConsejoOrientador1::showStepTwo() { single<frmConsejoOrientador>().Show(); }

@@ -84,8 +84,8 @@ void frmInfIndESO::writePupil(const cInformeInd& r)
         return;
     }
     texts.insert(texts.begin(), Value(r.CodAlumno));
-    execute(statement(u"INSERT INTO Alumno_InfIndESO VALUES "
-                      u"({},'{}','{}','{}','{}','{}','{}','{}','{}','{}','{}','{}','{}')",
+    execute(statement(u"INSERT INTO Alumno_InfIndESO "
+                      u"VALUES ({},'{}','{}','{}','{}','{}','{}','{}','{}','{}','{}','{}','{}')",
                       texts));
 }
 

@@ -21,22 +21,18 @@ frmInformeIndividual::frmInformeIndividual()
 
 StringView frmInformeIndividual::kindsOfAll() const
 {
-    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza IN (SELECT codTipoEnsenanza FROM "
-           u"Centro_TipoEnsenanza) AND "
-           u"IDTipoEnsenanza IN (2,3,4) ORDER BY Orden";
+    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza IN (SELECT codTipoEnsenanza "
+           u"FROM Centro_TipoEnsenanza) AND IDTipoEnsenanza IN (2,3,4) ORDER BY Orden";
 }
 
 StringView frmInformeIndividual::kindsOfUser() const
 {
-    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza IN (2,3,4) AND IDTipoEnsenanza IN (SELECT "
-           u"codTipoEnsenanza "
-           u"FROM Centro_TipoEnsenanza) AND IDTipoEnsenanza IN (SELECT CodTipoEnsenanza FROM "
-           u"SistemaCalificacion WHERE "
-           u"IDSistemaCalificacion IN (SELECT CodSistemaCalificacion FROM Modelo WHERE IDModelo IN (SELECT "
-           u"CodModelo FROM "
-           u"Seccion WHERE CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM MateriaDetalles WHERE "
-           u"CodPersonal={p} OR "
-           u"CodPersonalAsociado={p})))) ORDER BY Orden";
+    return u"SELECT * FROM TipoEnsenanza WHERE IDTipoEnsenanza IN (2,3,4) AND IDTipoEnsenanza "
+           u"IN (SELECT codTipoEnsenanza FROM Centro_TipoEnsenanza) AND IDTipoEnsenanza "
+           u"IN (SELECT CodTipoEnsenanza FROM SistemaCalificacion WHERE IDSistemaCalificacion "
+           u"IN (SELECT CodSistemaCalificacion FROM Modelo WHERE IDModelo IN (SELECT CodModelo "
+           u"FROM Seccion WHERE CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM MateriaDetalles "
+           u"WHERE CodPersonal={p} OR CodPersonalAsociado={p})))) ORDER BY Orden";
 }
 
 /// Of the primary stage only the courses that end a cycle.
@@ -52,16 +48,14 @@ String frmInformeIndividual::coursesOfAll(Long kind) const
 String frmInformeIndividual::coursesOfUser(Long kind) const
 {
     if (kind > primary)
-        return u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso IN (SELECT "
-               u"CodCurso FROM "
-               u"Seccion WHERE CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM MateriaDetalles WHERE "
-               u"CodPersonal={p} "
-               u"OR CodPersonalAsociado={p})) ORDER BY Orden";
+        return u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso "
+               u"IN (SELECT CodCurso FROM Seccion WHERE CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion "
+               u"FROM MateriaDetalles WHERE CodPersonal={p} OR CodPersonalAsociado={p})) ORDER BY Orden";
     return Replace(
-        u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso IN (SELECT CodCurso "
-        u"FROM "
-        u"Seccion WHERE curso.finciclo={v} and CodTutor= {p} OR IDSeccion IN (SELECT CodSeccion FROM "
-        u"MateriaDetalles WHERE CodPersonal={p} OR CodPersonalAsociado={p})) ORDER BY Orden",
+        u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso "
+        u"IN (SELECT CodCurso FROM Seccion WHERE curso.finciclo={v} and CodTutor= {p} OR IDSeccion "
+        u"IN (SELECT CodSeccion FROM MateriaDetalles WHERE CodPersonal={p} OR CodPersonalAsociado={p})) "
+        u"ORDER BY Orden",
         u"{v}", verdad());
 }
 
