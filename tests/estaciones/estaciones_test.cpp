@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -342,15 +343,19 @@ protected:
     LostServer()
     {
         server("arrancar");
-        std::string socket;
-        std::getline(std::ifstream(folder / "place"), socket);
-        url = u"odbc:Driver=PostgreSQL Unicode;Server=" + fromUtf8(socket) +
+        url = u"odbc:Driver=PostgreSQL Unicode;Server=" + fromUtf8(place()) +
               u";Port=5432;Database=postgres;UID=zv";
     }
     ~LostServer() override
     {
         server("parar");
         url = u"sqlite:" + (folder / "nada.db").u16string();
+    }
+    std::string place() const
+    {
+        std::string line;
+        std::getline(std::ifstream(folder / "place"), line);
+        return line;
     }
     void server(const std::string& action) const
     {
@@ -361,6 +366,32 @@ protected:
 TEST_P(LostServer, costs_a_message_and_is_found_again)
 {
     meet([this] { server("cortar"); }, [this] { server("seguir"); });
+}
+
+TEST_P(LostServer, that_says_nothing_is_waited_for_once_and_not_by_each_statement)
+{
+    create();
+    const School school = openSchool(url);
+    const auto lost = [&] {
+        try {
+            school.centro->Execute(u"Select * from Pais");
+        } catch (const DataError& failure) {
+            return failure.number() == failure::connectionLost;
+        }
+        return false;
+    };
+    school.borrado->Execute(u"SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE "
+                            u"backend_type='client backend' AND pid<>pg_backend_pid()");
+    pid_t process = 0;
+    std::ifstream(place() + "/data/postmaster.pid") >> process;
+    ::kill(process, SIGSTOP);
+    const auto begun = std::chrono::steady_clock::now();
+    for (int i = 0; i < 100; ++i)
+        EXPECT_TRUE(lost());
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(9));
+    ::kill(process, SIGCONT);
+    sleep(3);
+    EXPECT_FALSE(lost());
 }
 
 INSTANTIATE_TEST_SUITE_P(each, LostServer, testing::Values("postgres"));

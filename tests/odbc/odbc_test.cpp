@@ -134,6 +134,11 @@ TEST_F(Server, a_lost_connection_is_told_once)
     EXPECT_EQ(numberOf([&] { engine->open(u"DSN=zv_prueba;PWD=oculta;ESQUEMA=nada", Database::centro); },
                        u"no tiene el esquema «nada»"),
               failure::otherData);
-    EXPECT_EQ(numberOf([&] { engine->open(u"DSN=nadie", Database::centro); }, u"no responde"),
-              failure::connectionLost);
+    for (const auto& [text, words] : {std::pair(u"DSN=nadie", u"corrija DSN"),
+                                      {u"Driver=nadie", u"corrija Driver"},
+                                      {u"DSN=zv_prueba;Database=nadie", u"no responde"}})
+        EXPECT_EQ(numberOf([&] { engine->open(text, Database::centro); }, words), failure::connectionLost);
+    const String tooLong = u"DSN=zv_prueba;ESQUEMA=" + String(60, u'x');
+    EXPECT_EQ(numberOf([&] { engine->create(tooLong, Database::borrado); }, u"demasiado largo"),
+              failure::otherData);
 }

@@ -73,13 +73,18 @@ Diagnosis DriverHandle::diagnosis() const
                                             wide(words.data()), words.size() - 1, &length);
     if (!SQL_SUCCEEDED(result))
         return {"HY000", 0, u"el controlador no dice por qué"};
-    return {toUtf8(state.data()), native, words.data()};
+    String line = Replace(words.data(), u"\n", u" ");
+    while (line.ends_with(u' '))
+        line.pop_back();
+    return {toUtf8(state.data()), native, line};
 }
 
 Link::Link(StringView connectionText) : connection_(SQL_HANDLE_DBC, environment())
 {
     SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(loginSeconds), 0);
     SQLSMALLINT length = 0;
+    if (connectionText.size() > INT16_MAX)
+        throw DataError(failure::connectionLost, "", u"la cadena de conexión es demasiado larga", u"");
     if (!went(SQLDriverConnectW(connection_.get(), nullptr, wide(connectionText.data()),
                                 static_cast<SQLSMALLINT>(connectionText.size()), nullptr, 0, &length,
                                 SQL_DRIVER_NOPROMPT)))
@@ -99,17 +104,22 @@ std::vector<FoundTable> Link::tables(StringView schema) const
     constexpr SQLUSMALLINT nameColumn = 4;
     const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
     std::vector<FoundTable> result;
-    // Here an underscore would stand for any character.
-    const String name = Replace(schema, u"_", u"\\_");
+    // Here an underscore and a percent sign would stand for any characters.
+    String name(schema);
+    for (const StringView sign : {u"\\", u"_", u"%"})
+        name = Replace(name, sign, u"\\" + String(sign));
     if (!went(SQLColumnsW(statement.get(), nullptr, 0, name.empty() ? nullptr : wide(name.data()),
                           static_cast<SQLSMALLINT>(name.size()), nullptr, 0, nullptr, 0)))
         throw odbc::failureOf(statement.diagnosis(), false, u"");
-    while (SQL_SUCCEEDED(SQLFetch(statement.get()))) {
+    SQLRETURN got = SQL_SUCCESS;
+    while (SQL_SUCCEEDED(got = SQLFetch(statement.get()))) {
         const String table = characters(statement, tableColumn);
         if (result.empty() || result.back().name != table)
             result.push_back({table, {}});
         result.back().columns.push_back(characters(statement, nameColumn));
     }
+    if (!went(got)) // Half a list would be tables that are missing.
+        throw odbc::failureOf(statement.diagnosis(), false, u"");
     return result;
 }
 
@@ -121,9 +131,14 @@ void Link::begin()
 
 void Link::end(bool commit)
 {
-    check(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), commit ? SQL_COMMIT : SQL_ROLLBACK), u"COMMIT");
+    std::optional<DataError> failed;
+    if (!went(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), commit ? SQL_COMMIT : SQL_ROLLBACK)))
+        failed = failure(connection_, u"COMMIT");
+    // Whatever became of it, what comes next is committed by itself again.
     check(SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT, attribute(SQL_AUTOCOMMIT_ON), 0),
           u"COMMIT");
+    if (failed)
+        throw DataError(*failed);
 }
 
 void Link::check(std::int16_t result, StringView text)

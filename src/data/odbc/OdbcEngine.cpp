@@ -53,6 +53,18 @@ String quotedName(StringView name) { return u"\"" + Replace(name, u"\"", u"\"\""
     throw RuntimeError(number, u"«" + text.shown() + u"» " + String(words));
 }
 
+/// What to do about a connection that was refused. The driver manager has states of its own for what this
+/// machine lacks.
+String whyClosed(const DataError& failure)
+{
+    const std::string& code = failure.engineCode();
+    if (code.starts_with("IM002"))
+        return u"nombra una fuente de datos que este equipo no tiene: corrija DSN, o créela (odbc.ini)";
+    if (code.starts_with("IM003") || code.starts_with("01000"))
+        return u"nombra un controlador de ODBC que este equipo no tiene: instálelo, o corrija Driver";
+    return u"no responde: compruebe el servidor, la base, el usuario y la contraseña";
+}
+
 /// The attribute that names a database, for servers without schemas.
 StringView nameAttribute(const ConnectionText& text)
 {
@@ -122,7 +134,7 @@ public:
     ConnectionPtr inspect(StringView location, Database which) override
     {
         const ConnectionText text(location);
-        return existing(text, which, serverOf(text).readOnlySettings);
+        return existing(text, which, serverOf(text).server->readOnlySettings);
     }
     ConnectionPtr create(StringView location, Database which) override
     {
@@ -135,6 +147,9 @@ public:
             if (failure.engineCode().starts_with("42P06"))
                 failFor(text, u"ya tiene el esquema «" + place.schema +
                                   u"»: elija otro con ESQUEMA=NOMBRE, o quítelo antes.");
+            if (failure.engineCode().starts_with("42501"))
+                failFor(text, u"no deja a este usuario crear esquemas: pida a quien administra el servidor "
+                              u"GRANT CREATE ON DATABASE, o que los cree él.");
             throw;
         }
         return std::make_shared<OdbcConnection>(pool);
@@ -162,38 +177,47 @@ public:
     }
 
 private:
+    struct Known {
+        const Server* server = nullptr;
+        std::shared_ptr<Outage> outage;
+    };
+
     static String schemaOf(const ConnectionText& text, Database which)
     {
-        return text.find(u"ESQUEMA").value_or(u"centro") + String(suffixOf(which));
+        const String name = text.find(u"ESQUEMA").value_or(u"");
+        const String result = (name.empty() ? u"centro" : name) + String(suffixOf(which));
+        // The server would cut it, and take the three schemas for one.
+        constexpr std::size_t longest = 63;
+        if (toUtf8(result).size() > longest)
+            failFor(text, u"nombra un esquema demasiado largo: con «_borrado» y «_entrada» detrás, el nombre "
+                          u"no puede pasar de 63 bytes; acorte ESQUEMA.");
+        return result;
     }
 
     /// Asked for once: what stands behind a connection text does not change.
-    const Server& serverOf(const ConnectionText& text)
+    const Known& serverOf(const ConnectionText& text)
     {
         ConnectionText plain = text;
         plain.take(u"ESQUEMA");
         const auto known = servers_.find(plain.text());
         if (known != servers_.end())
-            return *known->second;
+            return known->second;
         try {
             const Server& found = serverNamed(Link(plain.text()).engine().name);
-            servers_[plain.text()] = &found;
-            return found;
+            return servers_[plain.text()] = {&found, std::make_shared<Outage>()};
         } catch (const DataError& failure) {
-            failFor(text,
-                    u"no responde: compruebe el servidor, la base, el usuario y la contraseña (" +
-                        failure.engineText() + u").",
-                    failure::connectionLost);
+            failFor(text, whyClosed(failure) + u" (" + failure.engineText() + u").", failure::connectionLost);
         }
     }
 
     Place placeIn(const ConnectionText& text, String schema)
     {
-        Place place{.server = &serverOf(text),
+        const Known& known = serverOf(text);
+        Place place{.server = known.server,
                     .connectionText = {},
                     .schema = std::move(schema),
                     .settings = {},
-                    .losses = losses_};
+                    .outage = known.outage};
         ConnectionText plain = text;
         plain.take(u"ESQUEMA");
         addOptions(plain, place.server->driverOptions);
@@ -207,7 +231,7 @@ private:
 
     Place placeToMake(const ConnectionText& text, String schema)
     {
-        const Server& server = serverOf(text);
+        const Server& server = *serverOf(text).server;
         if (!server.makesSchools)
             failFor(text,
                     u"es un motor en el que las bases las crea su administrador; ábrala cuando exista.");
@@ -216,7 +240,7 @@ private:
 
     ConnectionPtr existing(ConnectionText text, Database which, StringView more)
     {
-        const Server& server = serverOf(text);
+        const Server& server = *serverOf(text).server;
         String schema;
         if (server.placing == Placing::schemas)
             schema = schemaOf(text, which);
@@ -233,8 +257,7 @@ private:
         return std::make_shared<OdbcConnection>(std::move(pool));
     }
 
-    std::map<String, const Server*> servers_;
-    std::shared_ptr<int> losses_ = std::make_shared<int>(0);
+    std::map<String, Known> servers_;
 };
 
 } // namespace

@@ -8,20 +8,46 @@ namespace {
 
 constexpr std::size_t linksKept = 4;
 
+// A server that refuses says so at once. One that is cut off says nothing, and a dialog that saves a section
+// runs hundreds of statements: they are not to wait for it one by one.
+constexpr std::chrono::seconds longWait{1};
+constexpr std::chrono::seconds pause{2};
+
 bool isFree(const std::shared_ptr<Link>& link) { return link->cursors.empty(); }
 
 } // namespace
 
-Pool::Pool(Place place) : place_(std::move(place)), lossesSeen_(*place_.losses) { link(); }
+Pool::Pool(Place place) : place_(std::move(place)), lossesSeen_(place_.outage->losses) { link(); }
 
 /// Where one is lost, those at rest have not noticed yet, here and in the school's other databases. Nobody is
 /// told a second time.
 void Pool::noticeLosses()
 {
     if (std::ranges::any_of(links_, &Link::isLost))
-        ++*place_.losses;
-    if (std::exchange(lossesSeen_, *place_.losses) != *place_.losses)
+        ++place_.outage->losses;
+    if (std::exchange(lossesSeen_, place_.outage->losses) != place_.outage->losses)
         std::erase_if(links_, [](const auto& each) { return each->isLost() || isFree(each); });
+}
+
+std::shared_ptr<Link> Pool::freshLink()
+{
+    Outage& outage = *place_.outage;
+    const auto begun = Outage::Clock::now();
+    if (outage.failure && begun < outage.until)
+        throw DataError(*outage.failure);
+    try {
+        auto fresh = std::make_shared<Link>(place_.connectionText);
+        for (const String& setting : place_.settings)
+            StatementRows(fresh, setting);
+        return fresh;
+    } catch (const DataError& failure) {
+        const auto now = Outage::Clock::now();
+        if (now - begun >= longWait) {
+            outage.failure = failure;
+            outage.until = now + pause;
+        }
+        throw;
+    }
 }
 
 /// Inside a transaction all statements run on the link that began it.
@@ -32,11 +58,8 @@ std::shared_ptr<Link> Pool::link()
     noticeLosses();
     const auto found = std::ranges::find_if(links_, isFree);
     if (found == links_.end()) {
-        auto fresh = std::make_shared<Link>(place_.connectionText);
-        for (const String& setting : place_.settings)
-            StatementRows(fresh, setting);
-        links_.push_back(fresh);
-        return fresh;
+        links_.push_back(freshLink());
+        return links_.back();
     }
     std::shared_ptr<Link> result = *found;
     if (links_.size() > linksKept)

@@ -3,9 +3,19 @@
 #include "data/odbc/Link.h"
 #include "data/odbc/Server.h"
 
+#include <chrono>
 #include <memory>
+#include <optional>
 
 namespace zv::odbc {
+
+/// What is known of the losses of a server, the same for the databases of a school.
+struct Outage {
+    using Clock = std::chrono::steady_clock;
+    int losses = 0;                   ///< How many links were lost so far.
+    Clock::time_point until;          ///< So long nobody asks it again, since it let the last one wait.
+    std::optional<DataError> failure; ///< What that one was told.
+};
 
 /// How a database of a server is reached.
 struct Place {
@@ -13,7 +23,7 @@ struct Place {
     String connectionText;
     String schema;                ///< Where the server has them; else empty.
     std::vector<String> settings; ///< Run on each new link.
-    std::shared_ptr<int> losses;  ///< How many links were lost so far; one count for all places of an engine.
+    std::shared_ptr<Outage> outage;
 };
 
 /// A database: as many links as there are cursors open at a time. A statement runs on a link without cursors,
@@ -31,6 +41,7 @@ public:
 
 private:
     std::shared_ptr<Link> link();
+    std::shared_ptr<Link> freshLink();
     void noticeLosses();
     bool controlsTransaction(StringView statement);
 

@@ -9,14 +9,18 @@ namespace {
 constexpr Dialect standardSql{.joinTexts = u"||", .deleteWithStar = false};
 
 constexpr std::array servers{
-    // Rows come in portions instead of all at once; a truth value as a number; waiting ends after 5 s.
+    // Rows come in portions instead of all at once; a truth value as a number; waiting for a lock ends after
+    // 5 s,
+    // for a server that is cut off after 10. All stations count the same hours, also in the night when clocks
+    // are put forward.
     Server{.name = u"PostgreSQL",
            .dialect = standardSql,
            .makesSchools = true,
            .placing = Placing::schemas,
-           .settings = u"SET lock_timeout='5s'; SET standard_conforming_strings=on",
+           .settings = u"SET lock_timeout='5s'; SET standard_conforming_strings=on; SET timezone='UTC'",
            .readOnlySettings = u"SET default_transaction_read_only=on",
-           .driverOptions = u"UseDeclareFetch=1;Fetch=100;BoolsAsChar=0"},
+           .driverOptions = u"UseDeclareFetch=1;Fetch=100;BoolsAsChar=0;pqopt=tcp_user_timeout=10000 "
+                            u"keepalives_idle=4 keepalives_interval=2 keepalives_count=3"},
     Server{.name = u"Microsoft SQL Server",
            .dialect = {.deleteWithStar = false},
            .settings = u"SET LOCK_TIMEOUT 5000; SET QUOTED_IDENTIFIER ON"},
@@ -26,12 +30,12 @@ constexpr std::array servers{
     Server{.name = u"MariaDB",
            .dialect = standardSql,
            .settings = u"SET SESSION sql_mode='ANSI,STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES', "
-                       u"innodb_lock_wait_timeout=5",
+                       u"innodb_lock_wait_timeout=5, time_zone='+00:00'",
            .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY"},
     Server{.name = u"MySQL",
            .dialect = standardSql,
            .settings = u"SET SESSION sql_mode='ANSI,STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES', "
-                       u"innodb_lock_wait_timeout=5",
+                       u"innodb_lock_wait_timeout=5, time_zone='+00:00'",
            .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY"},
 };
 
