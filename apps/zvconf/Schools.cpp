@@ -6,7 +6,9 @@
 #include "suite/Registrations.h"
 #include "suite/Sample.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 
 namespace zv::zvconf {
 namespace {
@@ -64,7 +66,9 @@ int comprobar(Arguments arguments)
 {
     const Options options(arguments, {database});
     const School school = inspectSchool(urlOf(options));
-    const std::vector<String> findings = checkSchool(school, engineOf(urlOf(options)));
+    Engine& engine = engineOf(urlOf(options));
+    std::vector<String> findings = checkSchool(school, engine);
+    std::ranges::move(checkAccess(school, engine), std::back_inserter(findings));
     for (const String& each : findings)
         printLine(each);
     if (findings.empty())
@@ -72,6 +76,10 @@ int comprobar(Arguments arguments)
     else
         printLine(statement(u"Defectos: {}. Pida que los corrija quien lleva las bases de datos.",
                             {static_cast<Long>(findings.size())}));
+    if (!hasRegister(school, engine))
+        printLine(u"La tabla RegistroActivo no está todavía: la hace el primero que abre una fila. Si a los "
+                  u"usuarios no se les deja crear tablas, créela antes (docs/escala.md dice cómo): sin ella "
+                  u"nadie puede cambiar ninguna fila.");
     return findings.empty() ? done : found;
 }
 

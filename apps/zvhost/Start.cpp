@@ -116,8 +116,7 @@ QString askSchoolFile(QWidget* parent, Choice what)
 
 std::unique_ptr<Host> openHost(const String& url, const Choices& choices)
 {
-    School school = openSchool(url);
-    requireWhole(school, url);
+    School school = openSchool(url, [&](const School& found) { requireWhole(found, url); });
     return std::make_unique<Host>(url, std::move(school), choices);
 }
 
@@ -152,10 +151,6 @@ std::unique_ptr<Host> chooseSchool(QWidget* parent)
         if (file.isEmpty())
             continue;
         const String url = urlOf(file);
-        // Any file can be chosen: one that is no school must stay as it is.
-        if (what == existing &&
-            !tried(parent, cannotOpen(url), [&] { requireWhole(inspectSchool(url), url); }))
-            continue;
         if (std::unique_ptr<Host> host =
                 what == existing ? openHostShown(parent, url) : createHostShown(parent, url, what == sample))
             return host;

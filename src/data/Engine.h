@@ -28,7 +28,10 @@ public:
     /// Opens an existing database. `location` is the URL without its scheme. Fails with a RuntimeError that
     /// tells a person what to do: file missing, no database, no right to it.
     virtual ConnectionPtr open(StringView location, Database which) = 0;
-    /// The same for looking only: nothing of it is changed, and no right to write is needed.
+    /// Makes a database that open() gave fit for several stations. A wrong one must stay as it was: so this
+    /// comes when it is known to be the one that was meant.
+    virtual void settle(Connection& /*connection*/) {}
+    /// The same as open() for looking only: nothing of it is changed, and no right to write is needed.
     virtual ConnectionPtr inspect(StringView location, Database which) = 0;
     /// Makes a new, empty database (no tables yet). Fails if there is one already.
     virtual ConnectionPtr create(StringView location, Database which) = 0;

@@ -73,30 +73,102 @@ void checkColumns(Findings& findings, const Table& table, const std::vector<Stri
                      {table.name, listed(table)});
 }
 
-void checkDatabase(Findings findings, const std::vector<FoundTable>& found, Database which)
+const FoundTable* tableIn(const std::vector<FoundTable>& found, StringView name)
+{
+    const auto match =
+        std::ranges::find_if(found, [&](const FoundTable& each) { return sameName(each.name, name); });
+    return match == found.end() ? nullptr : &*match;
+}
+
+void checkDatabase(Findings& findings, const std::vector<FoundTable>& found, Database which)
 {
     for (const Table& table : schema::tables(which)) {
         if (table.use == Use::addedByUs)
             continue;
-        const auto match = std::ranges::find_if(
-            found, [&](const FoundTable& each) { return sameName(each.name, table.name); });
-        if (match == found.end())
-            findings.add(u"falta la tabla {}.", {table.name});
-        else
+        if (const FoundTable* match = tableIn(found, table.name))
             checkColumns(findings, table, match->columns,
                          which == Database::centro && table.use == Use::positional);
+        else
+            findings.add(u"falta la tabla {}.", {table.name});
     }
+}
+
+/// Asks for the columns that are there by the names that the dialogs use, and for truth as a number. No row
+/// comes.
+String question(const Table& table, const std::vector<String>& columns)
+{
+    String names;
+    String truths;
+    for (const Column& column : table.columns()) {
+        if (column.addedByUs || !holds(columns, column.name))
+            continue;
+        names += (names.empty() ? u"" : u", ") + String(column.name);
+        if (column.type == schema::Type::flag)
+            truths += u" And " + String(column.name) + u"=1";
+    }
+    return names.empty() ? names
+                         : u"Select " + names + u" From " + String(table.name) + u" Where 1=0" + truths;
+}
+
+void checkReading(Findings& findings, Connection& base, const std::vector<FoundTable>& found, Database which)
+{
+    for (const Table& table : schema::tables(which)) {
+        const FoundTable* match = tableIn(found, table.name);
+        const String asked = match ? question(table, match->columns) : String();
+        if (asked.empty())
+            continue;
+        try {
+            base.Execute(asked);
+        } catch (const DataError& error) {
+            if (error.number() == failure::connectionLost)
+                throw;
+            const bool unseen =
+                error.number() == failure::tableMissing || error.number() == failure::columnMissing;
+            findings.add(u"la tabla {} está, pero así no pueden leerla las ventanas: {}.{}",
+                         {table.name, error.engineText(),
+                          unseen ? u" Falta el permiso sobre su esquema, o un nombre lleva mayúsculas "
+                                   u"entre comillas."
+                                 : u""});
+        }
+    }
+}
+
+using Check = void (*)(Findings&, Connection&, const std::vector<FoundTable>&, Database);
+
+std::vector<String> inAllDatabases(const School& school, Engine& engine, Check check)
+{
+    struct {
+        ConnectionPtr School::*base;
+        StringView name;
+        Database which;
+    } constexpr databases[] = {{&School::centro, u"Base del centro", Database::centro},
+                               {&School::borrado, u"Base de borrados", Database::borrado},
+                               {&School::entrada, u"Base de entrada", Database::entrada}};
+    std::vector<String> lines;
+    for (const auto& [base, name, which] : databases) {
+        Findings findings(lines, name);
+        check(findings, *(school.*base), engine.tables(*(school.*base)), which);
+    }
+    return lines;
 }
 
 } // namespace
 
 std::vector<String> checkSchool(const School& school, Engine& engine)
 {
-    std::vector<String> lines;
-    checkDatabase({lines, u"Base del centro"}, engine.tables(*school.centro), Database::centro);
-    checkDatabase({lines, u"Base de borrados"}, engine.tables(*school.borrado), Database::borrado);
-    checkDatabase({lines, u"Base de entrada"}, engine.tables(*school.entrada), Database::entrada);
-    return lines;
+    return inAllDatabases(school, engine,
+                          [](Findings& findings, Connection&, const std::vector<FoundTable>& found,
+                             Database which) { checkDatabase(findings, found, which); });
+}
+
+std::vector<String> checkAccess(const School& school, Engine& engine)
+{
+    return inAllDatabases(school, engine, checkReading);
+}
+
+bool hasRegister(const School& school, Engine& engine)
+{
+    return tableIn(engine.tables(*school.centro), u"RegistroActivo") != nullptr;
 }
 
 } // namespace zv

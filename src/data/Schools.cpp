@@ -40,7 +40,15 @@ School existing(StringView url, ConnectionPtr (Engine::*open)(StringView, Databa
 
 } // namespace
 
-School openSchool(StringView url) { return existing(url, &Engine::open); }
+School openSchool(StringView url, const std::function<void(const School&)>& check)
+{
+    School school = existing(url, &Engine::open);
+    if (check)
+        check(school);
+    for (const Database which : all)
+        engineOf(url).settle(*member(school, which));
+    return school;
+}
 School inspectSchool(StringView url) { return existing(url, &Engine::inspect); }
 
 School createSchool(StringView url, const std::function<void(School&)>& fill)

@@ -6,8 +6,9 @@
 
 namespace zv {
 
-/// The three databases of the school at a URL, which must exist.
-School openSchool(StringView url);
+/// The three databases of the school at a URL, which must exist. Where they, or what `check` finds, make it
+/// fail, nothing of them was changed.
+School openSchool(StringView url, const std::function<void(const School&)>& check = {});
 /// The same for looking only: nothing of them is changed, and no right to write is needed.
 School inspectSchool(StringView url);
 /// Makes the three databases with all their tables, empty or as `fill` leaves them. Fails if one exists

@@ -92,6 +92,10 @@ public:
     {
         return reached(url, which, &Engine::inspect);
     }
+    void settle(Connection& connection) override
+    {
+        inner_->settle(dynamic_cast<LateSchoolConnection&>(connection).inner());
+    }
     ConnectionPtr create(StringView url, Database which) override
     {
         return reached(url, which, &Engine::create);

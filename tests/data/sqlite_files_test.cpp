@@ -74,6 +74,13 @@ TEST_F(Files, looking_changes_nothing)
         EXPECT_NE(numberOf([&] { look(name)->Execute(u"Delete from t"); }), 0);
         EXPECT_EQ(bytes(name), before);
     }
+    {
+        const ConnectionPtr perhapsWrong = engine->open(at(u"otro.db"), Database::centro);
+        EXPECT_EQ(count(*perhapsWrong), 3);
+        EXPECT_EQ(bytes(u"otro.db")[18], 1) << "opening alone changes nothing either";
+        engine->settle(*perhapsWrong);
+        EXPECT_EQ(bytes(u"otro.db")[18], 2);
+    }
     put(at(u"nada.db"), "");
     EXPECT_TRUE(engine->tables(*look(u"nada.db")).empty());
     EXPECT_EQ(fs::file_size(at(u"nada.db")), 0U);

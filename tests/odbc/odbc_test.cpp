@@ -96,6 +96,15 @@ TEST_F(Server, a_school_made_here_lacks_nothing_and_one_table_less_is_found)
     school.centro->Execute(u"Insert into Personal (IDPersonal,CodEstadoCivil) values (7,3)");
     school.centro->Execute(u"Insert into Personal (CodEstadoCivil) values (3)");
     EXPECT_EQ(CLng(school.centro->Execute(u"Select MAX(IDPersonal) as m from Personal")->Fields(u"m")), 8);
+    EXPECT_TRUE(checkAccess(school, engineOf(url)).empty());
+    school.centro->Execute(u"ALTER TABLE Idioma RENAME TO \"Idioma\"");
+    school.centro->Execute(u"ALTER TABLE TipoOcurrencia ALTER Lectivo TYPE boolean USING Lectivo<>0");
+    school.borrado->Execute(u"ALTER TABLE Banco RENAME IDBanco TO \"IDBanco\"");
+    const std::vector<String> unreadable = checkAccess(school, engineOf(url));
+    ASSERT_EQ(unreadable.size(), 3U);
+    EXPECT_EQ(unreadable[0].find(u"Base del centro: la tabla Idioma está"), 0U);
+    EXPECT_NE(unreadable[1].find(u"boolean = integer"), String::npos);
+    EXPECT_EQ(unreadable[2].find(u"Base de borrados: la tabla Banco está"), 0U);
     school.centro->Execute(u"DROP TABLE Pais");
     EXPECT_EQ(checkSchool(school, engineOf(url)),
               std::vector<String>{u"Base del centro: falta la tabla Pais."});

@@ -89,7 +89,10 @@ private:
         const String url = CStr(arguments.front());
         const bool named = arguments.size() == 2 && !arguments[1].isEmpty();
         const Database which = named ? databaseNamed(CStr(arguments[1])) : Database::centro;
-        connection_ = engineOf(url).open(locationOf(url), which);
+        Engine& engine = engineOf(url);
+        ConnectionPtr opened = engine.open(locationOf(url), which);
+        engine.settle(*opened);
+        connection_ = std::move(opened);
         return {};
     }
     Value execute(const Arguments& arguments)

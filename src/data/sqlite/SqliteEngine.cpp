@@ -27,6 +27,8 @@ public:
     }
     EngineInfo engine() override { return {u"SQLite", fromUtf8(sqlite3_libversion())}; }
 
+    Store& store() { return *store_; }
+
 private:
     std::shared_ptr<Store> store_;
 };
@@ -45,6 +47,10 @@ public:
     ConnectionPtr open(StringView location, Database which) override
     {
         return opened(location, which, Opening::existing);
+    }
+    void settle(Connection& connection) override
+    {
+        dynamic_cast<SqliteConnection&>(connection).store().settle();
     }
     ConnectionPtr inspect(StringView location, Database which) override
     {

@@ -18,9 +18,7 @@ constexpr std::chrono::seconds longestWait{5};
 constexpr std::chrono::milliseconds waitStep{4};
 constexpr std::size_t handlesKept = 4;
 constexpr std::size_t statementsKept = 32;
-
-constexpr const char* fullSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;";
-constexpr const char* offSettings = "PRAGMA journal_mode=WAL; PRAGMA synchronous=OFF;";
+constexpr const char* writeAheadLog = "PRAGMA journal_mode=WAL;";
 
 [[noreturn]] void failFor(const std::filesystem::path& file, StringView words)
 {
@@ -118,12 +116,13 @@ int flagsOf(Opening opening)
     return SQLITE_OPEN_READWRITE;
 }
 
-const char* settingsOf(Opening opening, Durability durability)
+std::string settingsOf(Opening opening, Durability durability)
 {
-    // One that looks changes nothing; whether there is a database to read it has to find out all the same.
-    if (opening == Opening::lookOnly)
-        return "SELECT 1 FROM sqlite_schema LIMIT 1";
-    return durability == Durability::full ? fullSettings : offSettings;
+    // Whether there is a database at all is found out by reading it.
+    std::string result = "SELECT 1 FROM sqlite_schema LIMIT 1;";
+    if (opening == Opening::fresh)
+        result += writeAheadLog;
+    return result + (durability == Durability::full ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=OFF");
 }
 
 /// Waits for another station, in short steps: the engine's own steps grow so long that a station that writes
@@ -157,7 +156,7 @@ DatabasePtr openHandle(const std::filesystem::path& file, Opening opening, Durab
         return handle;
     if (opening != Opening::lookOnly && sqlite3_db_readonly(opened, "main") == 1)
         failFor(file, noRight);
-    if (sqlite3_exec(opened, settingsOf(opening, durability), nullptr, nullptr, nullptr) != SQLITE_OK)
+    if (sqlite3_exec(opened, settingsOf(opening, durability).c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
         failOpening(opened, file, opening);
     return handle;
 }
@@ -245,6 +244,13 @@ Store::Store(std::filesystem::path file, Opening opening, Durability durability,
         throw;
     }
     handles_.push_back(std::move(first));
+}
+
+void Store::settle()
+{
+    sqlite3* handle = handles_.front()->database.get();
+    if (sqlite3_exec(handle, writeAheadLog, nullptr, nullptr, nullptr) != SQLITE_OK)
+        failOpening(handle, file_, opening_);
 }
 
 /// Inside a transaction all statements run on the handle that began it.

@@ -55,6 +55,8 @@ public:
     /// A file. Fails with a RuntimeError that tells a person what to do.
     Store(std::filesystem::path file, Opening opening, Durability durability, Reuse reuse);
 
+    /// From then on who reads keeps nobody from writing: the file itself remembers it. Fails as opening does.
+    void settle();
     /// Runs a statement and reads its first rows. None if it has no columns.
     std::unique_ptr<Cursor> run(StringView statement);
 
