@@ -48,6 +48,10 @@ void Acts::activate(Control& control)
         raise(control, box->MouseDown);
         if (box->accessible())
             form_.guarded([&] { box->Value = static_cast<Integer>(1 - box->Value()); });
+    } else if (auto* grid = dynamic_cast<MSFlexGrid*>(&control)) {
+        // Without a mouse there is no other way to what a click on the cell does.
+        if (grid->Row() >= 1 && grid->Row() < grid->Rows())
+            raise(control, grid->Click);
     }
 }
 

@@ -295,6 +295,8 @@ TEST_F(ActsTest, a_grid_is_clicked_walked_and_scrolled)
     EXPECT_EQ(seen(), "");
     acts.key(grid, Key::Down);
     EXPECT_EQ(seen(), "msgTabla.LeaveCell msgTabla.EnterCell");
+    acts.type(grid, u" ");
+    EXPECT_EQ(seen(), "msgTabla.Click") << "by the keyboard alone";
     acts.key(grid, Key::Down);
     EXPECT_EQ(seen(), "msgTabla.Scroll msgTabla.LeaveCell msgTabla.EnterCell") << "the cell stays in view";
     grid.Cols = 4;
