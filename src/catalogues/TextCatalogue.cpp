@@ -23,6 +23,8 @@ void TextCatalogueDialog::design(std::initializer_list<TextField> fields, Comman
     for (const TextField& field : fields) {
         fields_.push_back(field);
         designLabel(field.label, field.caption, field.captionId, field.mandatory);
+        if (field.captionId != 0)
+            layout.labels(LoadResString(field.captionId));
         field.box.MaxLength = field.width;
         if (field.selectsAll)
             selectAllOnFocus(field.box);

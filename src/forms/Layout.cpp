@@ -22,7 +22,8 @@ constexpr Long boxSign = 330; ///< The box or circle before a caption.
 constexpr Long smallButton = 360;
 constexpr Long buttonWidth = 1300;
 constexpr Long buttonHeight = 390;
-constexpr Long frameTitle = 300;  ///< From the top of a frame to what is in it.
+constexpr Long frameTitle = 400;  ///< From the top of a frame, where its title stands, to what is in it.
+constexpr Long frameFoot = 140;   ///< Below what is in it, as much as views leave under the title.
 constexpr Long stripHeader = 360; ///< The row of the tabs.
 constexpr Long tabPadding = 240;  ///< Around the caption of a tab.
 
@@ -99,7 +100,7 @@ Layout& Layout::add(Item item)
 
 Layout& Layout::labels(StringView sample)
 {
-    sample_ = textWidth(sample);
+    sample_ = std::max(sample_, textWidth(sample));
     return *this;
 }
 
@@ -275,7 +276,8 @@ Long Layout::placeFrame(Long left, Long top, Long width) const
     Frame& frame = *container_.asFrame();
     const Long title = frame.Border() ? frameTitle : gap;
     const Long side = frame.Border() ? margin : gap;
-    put(frame, left, top, width, place(side, title, width - 2 * side) + side);
+    const Long foot = frame.Border() ? frameFoot : gap;
+    put(frame, left, top, width, place(side, title, width - 2 * side) + foot);
     return frame.Height();
 }
 
