@@ -1,5 +1,6 @@
 #include "zvhost/MainWindow.h"
 
+#include "qt/Help.h"
 #include "qt/QtText.h"
 #include "session/cConstCol.h"
 #include "session/cNombreNodo.h"
@@ -77,6 +78,8 @@ void MainWindow::buildActions()
                        QKeySequence(Qt::CTRL | Qt::Key_U), [this] { chooseSession(); });
     open_ = &action(QStringLiteral("otro"), QStringLiteral("A&brir otro colegio…"),
                     QKeySequence(Qt::CTRL | Qt::Key_O), [this] { openOther(); });
+    help_ = &action(QStringLiteral("ayuda"), QStringLiteral("A&yuda"), QKeySequence(Qt::Key_F1),
+                    [this] { showHelp(*this, QStringLiteral("zvhost")); });
     quit_ = &action(QStringLiteral("salir"), QStringLiteral("&Salir"), QKeySequence(Qt::CTRL | Qt::Key_Q),
                     [this] { close(); });
 }
@@ -93,6 +96,7 @@ void MainWindow::buildMenus()
     list->addActions({find_, refresh_, csv_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
     tools->addActions({bin_, inUse_});
+    menuBar()->addMenu(QStringLiteral("A&yuda"))->addAction(help_);
     QToolBar* bar = addToolBar(QStringLiteral("Órdenes"));
     bar->setMovable(false);
     bar->addActions({new_, ordering_, change_, branches_, delete_});

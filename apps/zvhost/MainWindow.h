@@ -61,7 +61,7 @@ private:
     QLabel database_, user_, mode_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *bin_ = nullptr,
-            *inUse_ = nullptr, *session_ = nullptr, *open_ = nullptr, *quit_ = nullptr;
+            *inUse_ = nullptr, *session_ = nullptr, *open_ = nullptr, *help_ = nullptr, *quit_ = nullptr;
 };
 
 } // namespace zv::host

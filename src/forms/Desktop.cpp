@@ -18,6 +18,12 @@ std::function<void()>& whileWaiting()
     return act;
 }
 
+std::function<String()>& helpPlace()
+{
+    static std::function<String()> place;
+    return place;
+}
+
 } // namespace
 
 Long Desktop::textWidth(StringView text) { return static_cast<Long>(text.size()) * averageCharacterWidth; }
@@ -42,6 +48,10 @@ void waiting()
     if (whileWaiting())
         whileWaiting()();
 }
+
+String helpFile() { return helpPlace() ? helpPlace()() : String(); }
+
+void onHelp(std::function<String()> file) { helpPlace() = std::move(file); }
 
 void MsgBox(StringView prompt, Integer flags, StringView title)
 {

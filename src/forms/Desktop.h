@@ -46,6 +46,11 @@ void onWaiting(std::function<void()> act);
 /// Does it. A desktop whose person takes his time calls this about once a minute, between two events.
 void waiting();
 
+/// Where the suite's help file stands, for a person who asks for help in a dialog; "" if nobody said so.
+String helpFile();
+/// Who says it.
+void onHelp(std::function<String()> file);
+
 void MsgBox(StringView prompt, Integer flags, StringView title);
 void Beep();
 void DoEvents();

@@ -37,6 +37,7 @@
 #include "reports/frmInformeIndividual.h"
 #include "reports/frmRespConsejo.h"
 #include "reports/frmRespInfInd.h"
+#include "session/App.h"
 #include "session/DialogDirectory.h"
 #include "session/cConfiguracion.h"
 #include "suite/CentroApi.h"
@@ -78,6 +79,7 @@ void installModule()
 {
     registerSuite();
     onWaiting(signOfLife);
+    onHelp([] { return single<App>().HelpFile; });
     addDialog<frmBanco>(u"frmBanco");
     addDialog<frmEmisor>(u"frmEmisor");
     addDialog<frmPresentador>(u"frmPresentador");

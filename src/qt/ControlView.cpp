@@ -89,8 +89,13 @@ bool ControlView::filtered(QObject& watched, QEvent& event)
 {
     if (event.type() == QEvent::KeyPress && &watched == &input()) {
         flush();
-        if (const auto key = keystrokeOf(dynamic_cast<QKeyEvent&>(event)))
+        const auto& pressed = dynamic_cast<QKeyEvent&>(event);
+        if (const auto key = keystrokeOf(pressed))
             return press(*key);
+        if (asksForHelp(pressed)) {
+            window_.help();
+            return true;
+        }
     }
     if (event.type() == QEvent::FocusIn && &watched == &input() && !window_.busy())
         later([this] { window_.takeFocusOver(*this); });

@@ -2,6 +2,7 @@
 
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
+#include "qt/Help.h"
 #include "qt/QtKeys.h"
 #include "qt/QtText.h"
 
@@ -198,6 +199,12 @@ void FormWindow::run()
     loop_.exec();
 }
 
+void FormWindow::help()
+{
+    if (!busy())
+        showHelp(*this, toQt(form_.Name()));
+}
+
 void FormWindow::reject() { close(); }
 
 void FormWindow::closeEvent(QCloseEvent* event)
@@ -210,6 +217,8 @@ void FormWindow::closeEvent(QCloseEvent* event)
 void FormWindow::keyPressEvent(QKeyEvent* event)
 {
     // Only where no control has the focus; Escape is a person's way out then.
+    if (asksForHelp(*event))
+        return help();
     const auto key = keystrokeOf(*event);
     const Key* named = key ? std::get_if<Key>(&*key) : nullptr;
     if (alive_ && !busy() && named != nullptr && *named == Key::Escape && form_.ActiveControl() == nullptr)

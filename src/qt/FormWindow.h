@@ -44,6 +44,9 @@ public:
     /// The window is ready for a person.
     void ready();
 
+    /// Opens the manual at this dialog's page.
+    void help();
+
     void reject() override;
 
 protected:

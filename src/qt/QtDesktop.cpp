@@ -1,10 +1,12 @@
 #include "qt/QtDesktop.h"
 
+#include "qt/Help.h"
 #include "qt/QtText.h"
 
 #include <QApplication>
 #include <QMessageBox>
 #include <QScopedValueRollback>
+#include <QShortcut>
 #include <QTimer>
 
 #include <algorithm>
@@ -126,6 +128,7 @@ void QtDesktop::tell(int flags, StringView title, StringView text)
     QMessageBox box(signOf(flags), toQt(title), toQt(text), QMessageBox::NoButton, front());
     box.setTextFormat(Qt::PlainText);
     box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
+    const QShortcut help(Qt::Key_F1, &box, [&] { showHelp(box, QStringLiteral("mensajes"), toQt(text)); });
     ask(box);
 }
 

@@ -31,6 +31,11 @@ std::optional<Keystroke> named(const std::pair<int, Key> (&keys)[N], int code)
 
 } // namespace
 
+bool asksForHelp(const QKeyEvent& event)
+{
+    return event.key() == Qt::Key_F1 && event.modifiers() == Qt::NoModifier;
+}
+
 std::optional<Keystroke> keystrokeOf(const QKeyEvent& event)
 {
     const Qt::KeyboardModifiers held = event.modifiers() & ~(Qt::KeypadModifier | Qt::GroupSwitchModifier);

@@ -1,0 +1,223 @@
+#include "qt/Help.h"
+
+#include "forms/Desktop.h"
+#include "qt/QtText.h"
+
+#include <QBoxLayout>
+#include <QDesktopServices>
+#include <QDialog>
+#include <QFileInfo>
+#include <QImage>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextTable>
+#include <QUrl>
+
+#include <algorithm>
+
+/// The linker takes the manual out of its library only for one who names it.
+static void loadManual() { Q_INIT_RESOURCE(manual); }
+
+namespace zv {
+
+namespace {
+
+const QString windowName = QStringLiteral("ayuda");
+const QString indexPage = QStringLiteral("README");
+
+QString pageFile(const QString& page) { return QStringLiteral(":/manual/%1.md").arg(page); }
+QUrl pageAddress(const QString& page) { return QUrl(QStringLiteral("qrc") + pageFile(page)); }
+
+/// What stands behind the "#" of a link to that heading.
+QString anchorOf(const QString& heading)
+{
+    QString anchor;
+    for (const QChar each : heading.toLower())
+        if (each == u' ')
+            anchor += u'-';
+        else if (each.isLetterOrNumber() || each == u'-' || each == u'_')
+            anchor += each;
+    return anchor;
+}
+
+/// The pages, as a reader wants them: with room around, tables with lines, pictures no wider than the window.
+class Pages final : public QTextBrowser {
+public:
+    using QTextBrowser::QTextBrowser;
+
+    QString heading() const { return document()->firstBlock().text(); }
+
+    QVariant loadResource(int type, const QUrl& name) override
+    {
+        QVariant resource = QTextBrowser::loadResource(type, name);
+        if (type != QTextDocument::ImageResource)
+            return resource;
+        const QImage picture = QImage::fromData(resource.toByteArray());
+        const int most = viewport()->width() - 4 * fontMetrics().height();
+        if (picture.width() <= most)
+            return picture;
+        QImage smaller =
+            picture.scaledToWidth(static_cast<int>(most * devicePixelRatioF()), Qt::SmoothTransformation);
+        smaller.setDevicePixelRatio(devicePixelRatioF());
+        return smaller;
+    }
+
+protected:
+    void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override
+    {
+        QTextBrowser::doSetSource(name, type);
+        const double line = fontMetrics().height();
+        document()->setDocumentMargin(line);
+        spaceHeadings(line);
+        ruleTables(*document()->rootFrame(), line);
+        if (!name.fragment().isEmpty())
+            goTo(name.fragment());
+    }
+
+private:
+    void spaceHeadings(double line)
+    {
+        QTextBlockFormat format;
+        format.setTopMargin(line);
+        for (QTextBlock block = document()->begin().next(); block.isValid(); block = block.next())
+            if (block.blockFormat().headingLevel() > 0)
+                QTextCursor(block).mergeBlockFormat(format);
+    }
+    void ruleTables(const QTextFrame& frame, double line)
+    {
+        for (QTextFrame* each : frame.childFrames()) {
+            if (auto* table = qobject_cast<QTextTable*>(each)) {
+                QTextTableFormat format = table->format();
+                format.setBorderCollapse(true);
+                format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+                format.setBorder(1);
+                format.setBorderBrush(palette().mid());
+                format.setCellPadding(line / 3);
+                format.setTopMargin(line / 2);
+                format.setBottomMargin(line / 2);
+                table->setFormat(format);
+            }
+            ruleTables(*each, line);
+        }
+    }
+    void goTo(const QString& anchor)
+    {
+        for (QTextBlock block = document()->begin(); block.isValid(); block = block.next())
+            if (block.blockFormat().headingLevel() > 0 && anchorOf(block.text()) == anchor) {
+                setTextCursor(QTextCursor(block));
+                verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect().top() -
+                                              fontMetrics().height());
+                return;
+            }
+    }
+};
+
+class HelpWindow final : public QDialog {
+public:
+    explicit HelpWindow(QWidget& owner) : QDialog(&owner), owner_(owner)
+    {
+        setObjectName(windowName);
+        setWindowModality(Qt::NonModal);
+        setSizeGripEnabled(true);
+        pages_.setAccessibleName(QStringLiteral("Manual"));
+        // The pages' colours follow the desktop's; so do their letters, a little larger for reading.
+        QFont letters = pages_.font();
+        letters.setPointSizeF(letters.pointSizeF() * 1.1);
+        pages_.setFont(letters);
+        column_.addWidget(&pages_);
+        column_.addLayout(&row_);
+        row_.addWidget(&index_);
+        row_.addWidget(&back_);
+        row_.addStretch();
+        row_.addWidget(&close_);
+        for (QPushButton* each : {&index_, &back_, &close_})
+            each->setAutoDefault(false);
+        back_.setEnabled(false);
+        connect(&index_, &QPushButton::clicked, this, [this] { go(indexPage); });
+        connect(&back_, &QPushButton::clicked, &pages_, &QTextBrowser::backward);
+        connect(&close_, &QPushButton::clicked, this, &QDialog::reject);
+        connect(&pages_, &QTextBrowser::backwardAvailable, &back_, &QPushButton::setEnabled);
+        connect(&pages_, &QTextBrowser::sourceChanged, this,
+                [this] { setWindowTitle(QStringLiteral("Ayuda: ") + pages_.heading()); });
+        owner_.installEventFilter(this);
+        place();
+    }
+
+    void go(const QString& page, const QString& text = {})
+    {
+        pages_.setSource(pageAddress(QFile::exists(pageFile(page)) ? page : indexPage));
+        if (!text.isEmpty())
+            pages_.find(text);
+        pages_.setFocus();
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        // A window that its owner leaves behind would answer to nobody.
+        if (event->type() == QEvent::Hide && !event->spontaneous())
+            hide();
+        return QDialog::eventFilter(watched, event);
+    }
+    void hideEvent(QHideEvent* event) override
+    {
+        QDialog::hideEvent(event);
+        owner_.activateWindow();
+    }
+
+private:
+    /// Beside the owner, where the screen has room there.
+    void place()
+    {
+        const QRect room = owner_.screen()->availableGeometry();
+        resize(QSize(fontMetrics().averageCharWidth() * 120, fontMetrics().height() * 44)
+                   .boundedTo(room.size() * 9 / 10));
+        const QRect beside = owner_.frameGeometry();
+        const int top = std::min(beside.top(), room.bottom() - height());
+        if (beside.right() + width() < room.right())
+            move(beside.right() + 1, std::max(top, room.top()));
+        else if (beside.left() - width() > room.left())
+            move(beside.left() - width(), std::max(top, room.top()));
+    }
+
+    QWidget& owner_;
+    QVBoxLayout column_{this};
+    QHBoxLayout row_;
+    Pages pages_;
+    QPushButton index_{QStringLiteral("&Índice")};
+    QPushButton back_{QStringLiteral("A&trás")};
+    QPushButton close_{QStringLiteral("&Cerrar")};
+};
+
+bool openSuiteHelp()
+{
+    const QString told = toQt(helpFile());
+    // The suite writes its paths with "\" on every system.
+    for (const QString& file : {told, QString(told).replace(u'\\', u'/')})
+        if (QFileInfo(file).isFile() &&
+            QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath())))
+            return true;
+    return false;
+}
+
+} // namespace
+
+void showHelp(QWidget& owner, const QString& page, const QString& text)
+{
+    if (openSuiteHelp())
+        return;
+    loadManual();
+    auto* window =
+        dynamic_cast<HelpWindow*>(owner.findChild<QDialog*>(windowName, Qt::FindDirectChildrenOnly));
+    if (window == nullptr)
+        window = std::make_unique<HelpWindow>(owner).release();
+    window->show();
+    window->go(page, text);
+    window->raise();
+    window->activateWindow();
+}
+
+} // namespace zv

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace zv {
+
+/// Shows the manual's page of that name (its index, if there is none) in a window that belongs to the one
+/// that asks, so that it can be read beside a modal dialog; `text` is looked for in it. Where the suite has a
+/// help file of its own, that is opened instead.
+void showHelp(QWidget& owner, const QString& page, const QString& text = {});
+
+} // namespace zv
