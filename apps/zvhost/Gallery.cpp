@@ -40,12 +40,20 @@ protected:
             if (Control* button = window.alive() ? window.form().find(name, index) : nullptr)
                 window.act([&](Acts& acts) { return acts.click(*button); });
         };
+        // The sections for which the sample's tutors have written something are the first ones.
         for (const StringView list : {u"cboTipoEnsenanza", u"cboCursos", u"cboSecciones"})
             if (auto* box = dynamic_cast<ComboBox*>(window.form().find(list)))
-                window.act([&](Acts& acts) { return acts.choose(*box, primary ? 0 : box->ListCount() - 1); });
+                window.act([&](Acts& acts) {
+                    const bool secondary = !primary && list == u"cboTipoEnsenanza";
+                    return acts.choose(*box, secondary ? std::min<Long>(1, box->ListCount() - 1) : 0);
+                });
         click(u"cmdNotaManual1", 0);
-        if (window.alive() && window.form().Name() == u"frmBanco")
-            click(u"cmdBotonera", 2);
+        if (Control* branches = window.alive() ? window.form().find(u"msgBanco") : nullptr) {
+            // Where they are not to be seen, neither key reaches them.
+            window.act(
+                [&](Acts& acts) { return acts.key(*branches, Key::Up) && acts.type(*branches, u" "); });
+            click(u"cmdBotonera", state_ == QStringLiteral("sucursales") ? 3 : 2);
+        }
     }
     static void pressAccept(FormWindow& window)
     {
