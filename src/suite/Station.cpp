@@ -88,7 +88,7 @@ std::string hostName()
         if (const char* computer = std::getenv("COMPUTERNAME"))
             name = computer;
     for (char& c : name)
-        if (c == '/')
+        if (c <= ' ' || c > '~' || c == '/')
             c = '-';
     return name.empty() ? "equipo" : name.substr(0, longest);
 }

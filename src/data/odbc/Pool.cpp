@@ -19,14 +19,14 @@ bool isFree(const std::shared_ptr<Link>& link) { return link->cursors.empty(); }
 
 Pool::Pool(Place place) : place_(std::move(place)), lossesSeen_(place_.outage->losses) { link(); }
 
-/// Where one is lost, those at rest have not noticed yet, here and in the school's other databases. Nobody is
-/// told a second time.
+/// Where one is lost, the others have not noticed yet, here and in the school's other databases. Nobody is
+/// told a second time but who reads on from rows that stand open: these keep their link for themselves.
 void Pool::noticeLosses()
 {
     if (std::ranges::any_of(links_, &Link::isLost))
         ++place_.outage->losses;
     if (std::exchange(lossesSeen_, place_.outage->losses) != place_.outage->losses)
-        std::erase_if(links_, [](const auto& each) { return each->isLost() || isFree(each); });
+        links_.clear();
 }
 
 std::shared_ptr<Link> Pool::freshLink()
