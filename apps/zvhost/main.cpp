@@ -8,6 +8,7 @@
 #include "zv/Version.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QLibraryInfo>
 #include <QTranslator>
 
@@ -51,6 +52,12 @@ bool prepareScreen(bool needed)
         return false;
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Drawn in memory, every window complains that nobody bounds its size: that would drown what is said.
+    static const QtMessageHandler usual =
+        qInstallMessageHandler([](QtMsgType kind, const QMessageLogContext& context, const QString& text) {
+            if (!text.startsWith(QStringLiteral("This plugin does not support")))
+                usual(kind, context, text);
+        });
 #endif
     return true;
 }
@@ -81,6 +88,9 @@ int run(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("ZVConfiguracion"));
     QApplication::setApplicationName(QStringLiteral("zvhost"));
+    // Both are there once it is installed; a desktop takes the icon from the one or from the other.
+    QApplication::setDesktopFileName(QStringLiteral("zvhost"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("zvhost")));
     QTranslator spanish;
     if (spanish.load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(&spanish);
