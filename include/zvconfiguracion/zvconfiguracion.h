@@ -7,6 +7,12 @@
 
 #include <zvconfiguracion/automation.h>
 
+/* Los nombres de las interfaces empiezan por un guion bajo. */
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wreserved-identifier"
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -175,6 +181,10 @@ extern const ZvIdBlock _IID_CINFPRIMARIA;
 
 #ifdef __cplusplus
 }
+#endif
+
+#ifdef __clang__
+#pragma clang diagnostic pop
 #endif
 
 #endif

@@ -3,7 +3,6 @@
 #include "com/servidor/Composition.h"
 
 // What the library exports, under the names that hosts look for; exports.map lets nothing else out.
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 
 extern const ZvIdBlock _IID_CASIGNARDATOS{sizeof(ZvGuid), ZV_IID__cAsignarDatos};
@@ -29,4 +28,3 @@ ZvResult DllRegisterServer() { return zv::com::registerServer(zv::com::moduleCla
 
 ZvResult DllUnregisterServer() { return zv::com::unregisterServer(zv::com::moduleClasses()); }
 }
-// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
