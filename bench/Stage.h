@@ -10,7 +10,8 @@
 #include "session/cAsignarDatos.h"
 #include "session/cConstCol.h"
 
-#include <benchmark/benchmark.h>
+#include "Measure.h"
+
 #include <filesystem>
 #include <sqlite3.h>
 
@@ -55,20 +56,24 @@ public:
     void handlerFailed(const RuntimeError& error) override { throw error; }
 };
 
-/// A school in a folder of its own, with synchronous OFF, and the person at its dialogs. Statements are
-/// recorded on the way.
+/// A school in a folder of its own and the person at its dialogs. Statements are recorded on the way. Unless
+/// it is wanted, no statement waits for the disk, which would hide what we add.
 struct Stage {
     std::filesystem::path folder;
     std::string file;
+    /// What every connection to the file has to set, so that all keep their promise to the same degree.
+    std::string settings;
     std::shared_ptr<RecordingConnection> centro;
     std::shared_ptr<PropertyBag> session;
 
-    Stage(const char* name, BusyPerson& person)
-        : folder(std::filesystem::temp_directory_path() / name), file((folder / "colegio.db").string())
+    Stage(const char* name, BusyPerson& person, Durability durability = Durability::off)
+        : folder(std::filesystem::temp_directory_path() / name), file((folder / "colegio.db").string()),
+          settings(durability == Durability::off ? "PRAGMA journal_mode=WAL;PRAGMA synchronous=OFF"
+                                                 : "PRAGMA journal_mode=WAL;PRAGMA synchronous=FULL")
     {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
-        registerEngine(sqliteEngine(Durability::off));
+        registerEngine(sqliteEngine(durability));
         installModule();
         School school = createSchool(u"sqlite:" + fromUtf8(file));
         centro = std::make_shared<RecordingConnection>(school.centro);
@@ -107,11 +112,11 @@ struct Stage {
 };
 
 /// The same statements, again and again, on the bare SQLite interface.
-inline void runBare(benchmark::State& state, const std::string& file, const std::vector<String>& statements)
+inline void runBare(benchmark::State& state, const Stage& stage, const std::vector<String>& statements)
 {
     sqlite3* database = nullptr;
-    sqlite3_open(file.c_str(), &database);
-    sqlite3_exec(database, "PRAGMA synchronous=OFF", nullptr, nullptr, nullptr);
+    sqlite3_open(stage.file.c_str(), &database);
+    sqlite3_exec(database, stage.settings.c_str(), nullptr, nullptr, nullptr);
     for (auto _ : state) {
         for (const String& sql : statements) {
             sqlite3_stmt* statement = nullptr;
@@ -126,22 +131,5 @@ inline void runBare(benchmark::State& state, const std::string& file, const std:
     state.counters["statements"] = static_cast<double>(statements.size());
     sqlite3_close(database);
 }
-
-/// Keeps the medians of the processor's time, so that ratios can be told at the end: nothing here waits, and
-/// what else the machine does must not count.
-class Medians final : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs)
-            if (run.aggregate_name == "median")
-                times_[run.run_name.function_name + run.run_name.args] = run.GetAdjustedCPUTime();
-    }
-    double of(const std::string& name) const { return times_.at(name); }
-
-private:
-    std::map<std::string, double> times_;
-};
 
 } // namespace zv::bench

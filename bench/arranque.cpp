@@ -1,6 +1,7 @@
 // Start of the host on the sample school, as its program does it, until its window is painted, against a bare
 // window of the same toolkit: time and peak memory, medians of runs that take turns.
 #include "FirstPaint.h"
+#include "Measure.h"
 
 #include "data/Schools.h"
 #include "data/sqlite/SqliteEngine.h"
@@ -18,8 +19,8 @@
 #include <QTemporaryDir>
 #include <QTranslator>
 
-#include <algorithm>
 #include <optional>
+#include <tuple>
 
 namespace zv::bench {
 namespace {
@@ -48,26 +49,20 @@ int startHost(int argc, char** argv, const QString& file, long long start)
     return result;
 }
 
-struct Runs {
-    std::vector<double> milliseconds, megabytes;
-
-    void run(const QString& program, const QStringList& words)
-    {
+/// One start of a program: what it tells.
+void start(benchmark::State& state, const QString& program, const QStringList& words)
+{
+    for (auto _ : state) {
         QProcess process;
         process.start(program, QStringList(words) << QString::number(nowMicroseconds()));
         if (!process.waitForFinished() || process.exitCode() != 0)
             throw std::runtime_error(program.toStdString() + ": " +
                                      process.readAllStandardError().toStdString());
-        const QList<QByteArray> words2 = process.readAllStandardOutput().trimmed().split(' ');
-        milliseconds.push_back(words2.at(0).toDouble() / 1000);
-        megabytes.push_back(words2.at(1).toDouble() / 1024);
+        const QList<QByteArray> told = process.readAllStandardOutput().trimmed().split(' ');
+        state.SetIterationTime(told.at(0).toDouble() / 1e6);
+        state.counters["cpu_ms"] = told.at(1).toDouble() / 1e3;
+        state.counters["MB"] = told.at(2).toDouble() / 1024;
     }
-};
-
-double median(std::vector<double> numbers)
-{
-    std::ranges::sort(numbers);
-    return numbers[numbers.size() / 2];
 }
 
 int compare(const QString& self)
@@ -78,18 +73,20 @@ int compare(const QString& self)
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
     registerCipher();
     createSchool(u"sqlite:" + file.toStdU16String(), fillSample);
-    Runs bare;
-    Runs ours;
-    for (int i = 0; i < 15; ++i) {
-        bare.run(QFileInfo(self).dir().filePath(QStringLiteral("bench_ventana")), {});
-        ours.run(self, {file});
-    }
-    const auto tell = [](const char* what, double host, double window, const char* unit) {
-        std::cout << what << ": host " << host << ' ' << unit << ", bare window " << window << ' ' << unit
-                  << ", ratio " << host / window << '\n';
+    const QString window = QFileInfo(self).dir().filePath(QStringLiteral("bench_ventana"));
+    for (const auto& [name, program, words] :
+         {std::tuple("ventana", window, QStringList()), std::tuple("anfitrion", self, QStringList(file))})
+        timed(benchmark::RegisterBenchmark(name, start, program, words), 15);
+    Medians medians;
+    benchmark::RunSpecifiedBenchmarks(&medians);
+    const auto tell = [](const char* what, double host, double bare, const char* unit) {
+        std::cout << what << ": host " << host << ' ' << unit << ", bare window " << bare << ' ' << unit
+                  << ", ratio " << host / bare << '\n';
     };
-    tell("first paint", median(ours.milliseconds), median(bare.milliseconds), "ms");
-    tell("peak memory", median(ours.megabytes), median(bare.megabytes), "MB");
+    tell("first paint", medians.elapsed("anfitrion"), medians.elapsed("ventana"), "ms");
+    tell("processor until then", medians.counter("anfitrion", "cpu_ms"), medians.counter("ventana", "cpu_ms"),
+         "ms");
+    tell("peak memory", medians.counter("anfitrion", "MB"), medians.counter("ventana", "MB"), "MB");
     return 0;
 }
 
@@ -99,8 +96,9 @@ int compare(const QString& self)
 int main(int argc, char** argv)
 {
     zv::registerEngine(zv::sqliteEngine());
-    if (argc == 3)
+    if (argc == 3 && argv[1][0] != '-')
         return zv::bench::startHost(argc, argv, QString::fromLocal8Bit(argv[1]), std::stoll(argv[2]));
+    zv::bench::initialize(argc, argv);
     const QCoreApplication application(argc, argv);
     return zv::bench::compare(QCoreApplication::applicationFilePath());
 }

@@ -3,9 +3,8 @@
 // it waits as long as a network would let it wait, so that far more stations than processors stand between
 // their key and their row at the same time. Also what a connection costs.
 //
-//   bench_escala [URL [MILLISECONDS [ROWS]]]     an existing place for a new school; a file of its own, 2 ms
-//   and
-//                                                10 rows a station if not given
+//   bench_escala [URL [MILLISECONDS [ROWS]]]     a place for a new school, or else a file of its own;
+//                                                2 ms and 10 rows a station if not given
 
 #include "Stage.h"
 
@@ -15,8 +14,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <iomanip>
-#include <iostream>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <thread>
@@ -100,14 +97,15 @@ void station(const Round& round, Counts& counts)
         const int before = inserts;
         facade.ActivarFormulario(maritalStates);
         const int took = inserts - before;
-        for (int worst = counts.worst; took > worst && !counts.worst.compare_exchange_weak(worst, took);)
+        for (int worst = counts.worst.load();
+             took > worst && !counts.worst.compare_exchange_weak(worst, took);)
             ;
     }
     counts.inserts += inserts;
 }
 
-/// One line of the table.
-void run(const Round& round, int stations, Counts& counts)
+/// How long, in seconds, the stations take for their rows together.
+double play(const Round& round, int stations, Counts& counts)
 {
     new (&counts) Counts{};
     for (int each = 0; each < stations; ++each) {
@@ -122,28 +120,36 @@ void run(const Round& round, int stations, Counts& counts)
     counts.started = true;
     while (wait(nullptr) > 0)
         ;
-    const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
-    const int rows = stations * round.rows;
-    std::cout << std::setw(9) << stations << std::setw(8) << rows << std::setw(14) << std::fixed
-              << std::setprecision(2) << static_cast<double>(counts.inserts) / rows << std::setw(8)
-              << counts.worst << std::setw(12) << std::setprecision(1) << 1000 * seconds / round.rows
-              << std::setw(11) << rows / seconds << std::setw(10) << counts.messages << std::endl;
+    return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-void connections(const String& url)
+/// The time is that of one row as one station waits for it.
+void stations(benchmark::State& state, const Round& round, Counts& counts)
 {
-    constexpr int turns = 20;
-    const auto start = Clock::now();
-    for (int turn = 0; turn < turns; ++turn)
-        openSchool(url);
-    std::cout << "opening a school's three connections: "
-              << 1000 * std::chrono::duration<double>(Clock::now() - start).count() / turns << " ms\n";
+    const auto count = static_cast<int>(state.range(0));
+    for (auto _ : state) {
+        const double seconds = play(round, count, counts);
+        const double rows = count * round.rows;
+        state.SetIterationTime(seconds / round.rows);
+        state.counters["inserts_a_row"] = counts.inserts.load() / rows;
+        state.counters["worst_row"] = counts.worst.load();
+        state.counters["rows_a_second"] = rows / seconds;
+        state.counters["messages"] = counts.messages.load();
+    }
+}
+
+/// A school's three connections.
+void connections(benchmark::State& state, const Round& round)
+{
+    for (auto _ : state)
+        openSchool(round.url);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
+    initialize(argc, argv);
     const auto folder = std::filesystem::temp_directory_path() / "zv_bench_escala";
     std::filesystem::remove_all(folder);
     std::filesystem::create_directories(folder);
@@ -154,13 +160,14 @@ int main(int argc, char** argv)
     registerEngine(odbcEngine());
     installModule();
     createSchool(round.url);
-    connections(round.url);
     auto* counts = static_cast<Counts*>(
         mmap(nullptr, sizeof(Counts), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
-    std::cout << " stations    rows  inserts a row   worst  ms a row *  rows a sec.  messages\n";
-    for (int stations = 1; stations <= 256; stations *= 2)
-        run(round, stations, *counts);
-    std::cout << "* as one station waits for it\n";
+    steady(benchmark::RegisterBenchmark("conexiones", connections, std::cref(round)))->UseRealTime();
+    timed(benchmark::RegisterBenchmark("puestos", stations, std::cref(round), std::ref(*counts)), 3)
+        ->RangeMultiplier(2)
+        ->Range(1, 256);
+    Medians medians;
+    benchmark::RunSpecifiedBenchmarks(&medians);
     std::filesystem::remove_all(folder);
     return 0;
 }

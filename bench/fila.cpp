@@ -1,8 +1,10 @@
-// The module's own cost: a change of one row through the facade, without a screen, against the bare SQLite
-// interface running the very same statements (recorded from the first); and a deletion guard against the
-// number of rows that refer. Both in one run, with synchronous OFF so that the disk does not hide what we
-// add. Prints the ratios at the end.
+// A change of one row through the facade and without a screen, against the bare SQLite interface running the
+// very same statements (recorded from the first), and against Qt's own model and mapper doing the same edit
+// of the same row; and a deletion guard against the number of rows that refer. All in one run on one file
+// system, with synchronous OFF so that the disk does not hide what each adds, and the change once more as it
+// is delivered, with FULL. Prints the ratios at the end, and before, what each tells the database.
 
+#include "QtEdit.h"
 #include "Stage.h"
 
 #include "forms/Acts.h"
@@ -23,65 +25,124 @@ public:
     {
         Acts acts(form);
         Control& box = form.reach(u"txtIdioma");
-        acts.type(box, (++changes_ & 1) != 0 ? u"Casada" : u"Soltera");
+        acts.type(box, next());
         acts.click(form.reach(u"cmdIdioma", 0));
     }
+    String next() { return (++changes_ & 1) != 0 ? u"Casada" : u"Soltera"; }
 
 private:
     unsigned changes_ = 0;
 };
 
-/// Set while main has one: it must end before the single instances do.
-Stage* current = nullptr;
-Stage& stage() { return *current; }
+/// The office of a school with that row.
+struct Office : Stage {
+    using Stage::Stage;
+    void change() const { facade(1).ActivarFormulario(maritalStates); }
+};
 
-void throughTheFacade(benchmark::State& state)
+void throughTheFacade(benchmark::State& state, const Office& office)
 {
     for (auto _ : state)
-        stage().facade(1).ActivarFormulario(maritalStates);
+        office.change();
 }
 
-void bareInterface(benchmark::State& state)
+void bareInterface(benchmark::State& state, const Office& office)
 {
-    runBare(state, stage().file,
-            stage().recorded([] { stage().facade(1).ActivarFormulario(maritalStates); }));
+    runBare(state, office, office.recorded([&] { office.change(); }));
 }
 
-void guard(benchmark::State& state)
+/// The dialog's parts made anew for each change, as ours is, or kept.
+enum class Parts { anew, kept };
+
+void throughQt(benchmark::State& state, const Office& office, Parts parts)
+{
+    QtEdit edit(office.file, office.settings);
+    Typist person;
+    edit.open();
+    for (auto _ : state) {
+        if (parts == Parts::anew)
+            edit.open();
+        edit.change(QString::fromStdU16String(person.next()));
+    }
+}
+
+void guard(benchmark::State& state, const Stage& stage)
 {
     const auto referring = static_cast<Long>(state.range(0));
-    stage().centro->executeNative(u"DELETE FROM Personal");
-    stage().centro->executeNative(
+    stage.centro->executeNative(u"DELETE FROM Personal");
+    stage.centro->executeNative(
         statement(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<{}) "
                   u"INSERT INTO Personal (IDPersonal,CodEstadoCivil) SELECT i,1 FROM n",
                   {referring}));
     for (auto _ : state)
-        benchmark::DoNotOptimize(stage().facade(1).Eliminar(maritalStates));
+        benchmark::DoNotOptimize(stage.facade(1).Eliminar(maritalStates));
+}
+
+/// Into the report's head: the versions, and what one change tells the database, by the module and by Qt.
+void tellHead(const Office& office)
+{
+    std::string ours;
+    for (const String& sql : office.recorded([&] { office.change(); }))
+        ours += (ours.empty() ? "" : "\n") + toUtf8(sql);
+    benchmark::AddCustomContext("sqlite", sqlite3_libversion());
+    benchmark::AddCustomContext("qt", qVersion());
+    benchmark::AddCustomContext("compilador", "g++ " __VERSION__);
+    benchmark::AddCustomContext("instrucciones_modulo", ours);
+    QtEdit edit(office.file, office.settings);
+    std::string theirs;
+    for (const std::string& sql : edit.recorded([&] {
+             edit.open();
+             edit.change(QStringLiteral("Viuda"));
+         }))
+        theirs += (theirs.empty() ? "" : "\n") + sql;
+    benchmark::AddCustomContext("instrucciones_qt", theirs);
+}
+
+void registerChange(const std::string& where, const Office& office)
+{
+    const auto add = [&](const char* who, auto function, auto... more) {
+        benchmark::internal::Benchmark* run =
+            steady(benchmark::RegisterBenchmark((who + where).c_str(), function, std::cref(office), more...));
+        if (!where.empty())
+            run->UseRealTime();
+    };
+    add("fachada", throughTheFacade);
+    add("desnuda", bareInterface);
+    add("qt_nuevo", throughQt, Parts::anew);
+    add("qt_abierto", throughQt, Parts::kept);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
-    const auto steady = [](benchmark::internal::Benchmark* run) {
-        run->Repetitions(7)->ReportAggregatesOnly()->MinTime(0.2)->Unit(benchmark::kMicrosecond);
-    };
-    steady(benchmark::RegisterBenchmark("fachada", throughTheFacade));
-    steady(benchmark::RegisterBenchmark("desnuda", bareInterface));
-    for (const int referring : {10, 10000, 1000000})
-        steady(benchmark::RegisterBenchmark("guarda", guard)->Arg(referring));
+    initialize(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
     Typist person;
-    Stage set("zv_bench_fila", person);
-    set.centro->executeNative(u"INSERT INTO EstadoCivil VALUES (1,'Soltera')");
-    current = &set;
+    const Office memory("zv_bench_fila", person);
+    const Office disk("zv_bench_fila_disco", person, Durability::full);
+    const Office guarded("zv_bench_guarda", person);
+    for (const Office* office : {&memory, &disk, &guarded})
+        office->centro->executeNative(u"INSERT INTO EstadoCivil VALUES (1,'Soltera')");
+    tellHead(memory);
+    registerChange("", memory);
+    registerChange("_disco", disk);
+    for (const int referring : {10, 10000, 1000000})
+        steady(benchmark::RegisterBenchmark("guarda", guard, std::cref(guarded)))->Arg(referring);
     Medians medians;
     benchmark::RunSpecifiedBenchmarks(&medians);
-    const auto ratio = [&](const char* what, const char* ours, const char* peer, double most) {
-        std::cout << what << ": " << medians.of(ours) / medians.of(peer) << " (at most " << most << ")\n";
+    const auto ratio = [&](const char* what, double ours, double peer, const char* most) {
+        std::cout << what << ": " << ours / peer << most << '\n';
     };
-    ratio("change of a row / bare interface", "fachada", "desnuda", 1.5);
-    ratio("guard with 10000 / 10 referring rows", "guarda10000", "guarda10", 1.3);
-    ratio("guard with 1000000 / 10 referring rows", "guarda1000000", "guarda10", 1.3);
+    const double ours = medians.of("fachada");
+    ratio("change of a row / bare interface", ours, medians.of("desnuda"), " (at most 1.5)");
+    ratio("change of a row / Qt's parts made anew", ours, medians.of("qt_nuevo"), "");
+    ratio("change of a row / Qt's parts kept", ours, medians.of("qt_abierto"), "");
+    ratio("the same on disk / bare interface", medians.elapsed("fachada_disco"),
+          medians.elapsed("desnuda_disco"), "");
+    for (const char* referring : {"10000", "1000000"})
+        ratio((std::string("guard with ") + referring + " / 10 referring rows").c_str(),
+              medians.of(std::string("guarda") + referring), medians.of("guarda10"), " (at most 1.3)");
     return 0;
 }

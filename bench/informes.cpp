@@ -114,24 +114,21 @@ void bareInterface(benchmark::State& state, int button)
         String room;
         sql = String(inDialect(sql, {.joinTexts = u"||", .deleteWithStar = false}, room));
     }
-    runBare(state, current->stage.file, statements);
+    runBare(state, current->stage, statements);
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
-    const auto steady = [](benchmark::internal::Benchmark* run) {
-        run->Repetitions(7)->ReportAggregatesOnly()->MinTime(0.2)->Unit(benchmark::kMicrosecond);
-    };
+    initialize(argc, argv);
     constexpr std::pair<const char*, int> acts[] = {{"leer", 1}, {"guardar", 0}};
     for (const int size : {12, 30, 300})
         for (const auto& [name, button] : acts) {
-            steady(benchmark::RegisterBenchmark(name, dialog, button)->Arg(size));
+            steady(benchmark::RegisterBenchmark(name, dialog, button))->Arg(size);
             steady(
-                benchmark::RegisterBenchmark((std::string(name) + "_desnuda").c_str(), bareInterface, button)
-                    ->Arg(size));
+                benchmark::RegisterBenchmark((std::string(name) + "_desnuda").c_str(), bareInterface, button))
+                ->Arg(size);
         }
     Classroom set;
     current = &set;

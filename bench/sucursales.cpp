@@ -48,7 +48,7 @@ void throughTheFacade(benchmark::State& state, bool accepts)
 void bareInterface(benchmark::State& state, bool accepts)
 {
     const auto branches = static_cast<Long>(state.range(0));
-    runBare(state, current->file, current->recorded([&] { openBank(branches, accepts); }));
+    runBare(state, *current, current->recorded([&] { openBank(branches, accepts); }));
 }
 
 void fill(Connection& centro, Long branches)
@@ -66,17 +66,15 @@ void fill(Connection& centro, Long branches)
 
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
+    initialize(argc, argv);
     for (const bool accepts : {false, true})
         for (const Long branches : {200, 2000})
             for (const bool ours : {true, false})
-                benchmark::RegisterBenchmark(
-                    std::string(ours ? "fachada_" : "desnuda_").append(accepts ? "aceptar" : "abrir").c_str(),
-                    ours ? throughTheFacade : bareInterface, accepts)
+                steady(benchmark::RegisterBenchmark(std::string(ours ? "fachada_" : "desnuda_")
+                                                        .append(accepts ? "aceptar" : "abrir")
+                                                        .c_str(),
+                                                    ours ? throughTheFacade : bareInterface, accepts))
                     ->Arg(branches)
-                    ->Repetitions(7)
-                    ->ReportAggregatesOnly()
-                    ->MinTime(0.2)
                     ->Unit(benchmark::kMillisecond);
     Clerk person;
     Stage set("zv_bench_sucursales", person);
