@@ -150,6 +150,9 @@ TEST_F(Server, a_lost_connection_is_told_once)
                                       {u"Driver=nadie", u"corrija Driver"},
                                       {u"DSN=zv_prueba;Database=nadie", u"no responde"}})
         EXPECT_EQ(numberOf([&] { engine->open(text, Database::centro); }, words), failure::connectionLost);
+    const String ansi = u"Driver=PostgreSQL ANSI;UID=zv;Database=postgres;Port=5432;Server=" +
+                        CStr(base->Execute(u"SHOW unix_socket_directories")->row().front());
+    EXPECT_EQ(numberOf([&] { engine->open(ansi, Database::centro); }, u"sin Unicode"), failure::otherData);
     const String tooLong = u"DSN=zv_prueba;ESQUEMA=" + String(60, u'x');
     EXPECT_EQ(numberOf([&] { engine->create(tooLong, Database::borrado); }, u"demasiado largo"),
               failure::otherData);

@@ -65,6 +65,22 @@ String whyClosed(const DataError& failure)
     return u"no responde: compruebe el servidor, la base, el usuario y la contraseña";
 }
 
+/// A driver of old knows one code page: what it does not hold would be stored as something else.
+bool takesAllTexts(const std::shared_ptr<Link>& link)
+{
+    const String text = u"ñЩ";
+    try {
+        const StatementRows rows(link, u"SELECT " + textLiteral(text));
+        const auto* field = rows.row() ? &rows.row()->front() : nullptr;
+        const String* found = field && *field ? (*field)->as<String>() : nullptr;
+        return found && *found == text;
+    } catch (const DataError&) {
+        if (link->isLost())
+            throw;
+        return false;
+    }
+}
+
 /// The attribute that names a database, for servers without schemas.
 StringView nameAttribute(const ConnectionText& text)
 {
@@ -144,7 +160,8 @@ public:
         try {
             pool->run(u"CREATE SCHEMA " + quotedName(place.schema));
         } catch (const DataError& failure) {
-            if (failure.engineCode().starts_with("42P06"))
+            // Who makes it at the same moment is told so by the key of the list of schemas.
+            if (failure.engineCode().starts_with("42P06") || failure.number() == failure::keyExists)
                 failFor(text, u"ya tiene el esquema «" + place.schema +
                                   u"»: elija otro con ESQUEMA=NOMBRE, o quítelo antes.");
             if (failure.engineCode().starts_with("42501"))
@@ -203,7 +220,11 @@ private:
         if (known != servers_.end())
             return known->second;
         try {
-            const Server& found = serverNamed(Link(plain.text()).engine().name);
+            const auto link = std::make_shared<Link>(plain.text());
+            const Server& found = serverNamed(link->engine().name);
+            if (found.keepsAllTexts && !takesAllTexts(link))
+                failFor(text, u"tiene un controlador sin Unicode, que estropearía las letras: use el que lo "
+                              u"tiene («PostgreSQL Unicode», «MariaDB Unicode»; para un fichero, sqlite:).");
             return servers_[plain.text()] = {&found, std::make_shared<Outage>()};
         } catch (const DataError& failure) {
             failFor(text, whyClosed(failure) + u" (" + failure.engineText() + u").", failure::connectionLost);

@@ -16,6 +16,7 @@ constexpr std::array servers{
     Server{.name = u"PostgreSQL",
            .dialect = standardSql,
            .makesSchools = true,
+           .keepsAllTexts = true,
            .placing = Placing::schemas,
            .settings = u"SET lock_timeout='5s'; SET standard_conforming_strings=on; SET timezone='UTC'",
            .readOnlySettings = u"SET default_transaction_read_only=on",
@@ -26,14 +27,16 @@ constexpr std::array servers{
            .settings = u"SET LOCK_TIMEOUT 5000; SET QUOTED_IDENTIFIER ON"},
     // Its SQL is the one that the dialogs are written in.
     Server{.name = u"ACCESS", .placing = Placing::files},
-    Server{.name = u"SQLite", .dialect = standardSql, .placing = Placing::files},
+    Server{.name = u"SQLite", .dialect = standardSql, .keepsAllTexts = true, .placing = Placing::files},
     Server{.name = u"MariaDB",
            .dialect = standardSql,
+           .keepsAllTexts = true,
            .settings = u"SET SESSION sql_mode='ANSI,STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES', "
                        u"innodb_lock_wait_timeout=5, time_zone='+00:00'",
            .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY"},
     Server{.name = u"MySQL",
            .dialect = standardSql,
+           .keepsAllTexts = true,
            .settings = u"SET SESSION sql_mode='ANSI,STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES', "
                        u"innodb_lock_wait_timeout=5, time_zone='+00:00'",
            .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY"},

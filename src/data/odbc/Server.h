@@ -15,7 +15,8 @@ enum class Placing {
 struct Server {
     StringView name; ///< How the name begins that the driver gives its engine.
     Dialect dialect = {};
-    bool makesSchools = false; ///< Else an administrator does.
+    bool makesSchools = false;  ///< Else an administrator does.
+    bool keepsAllTexts = false; ///< It stores any text, if the driver takes it.
     Placing placing = Placing::databases;
     StringView settings = {};         ///< Run on each connection before anything else.
     StringView readOnlySettings = {}; ///< Run besides where nothing may be changed.
