@@ -97,7 +97,7 @@ void frmBanco::Form_Load()
     next([&] { txtBanco(0).Text = bank->Fields(u"Numero"); });
     next([&] { txtBanco(1).Text = bank->Fields(u"Nombre"); });
     branches_.reset();
-    next([&] { readBranches(next, rows(), *bank); });
+    next([&] { readBranches(next, *rows(), *bank); });
     next([&] { CargarGrid(); });
     registerRow(next, api, cmdBotonera(aceptar));
 }
@@ -225,7 +225,7 @@ bool frmBanco::dataGiven(ResumeNext& next)
 bool frmBanco::numberFree(ResumeNext& next, StringView query)
 {
     next([&] { fetch(query); });
-    if (!next.condition([&] { return !rows().Eof(); }))
+    if (!next.condition([&] { return !rows()->Eof(); }))
         return true;
     MousePointer = Integer{0};
     warn(numberExists, sign::exclamation);

@@ -354,7 +354,7 @@ void frmEmisor::chkMTP_Click()
         fetch(submitters);
         addRows(cboPresentador, u"Nombre", u"IDPresentador");
     }
-    rows().Close();
+    rows()->Close();
 }
 
 /// Says that the service of a row with accounts is not to be changed; it does not keep the box from changing.

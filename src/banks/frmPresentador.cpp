@@ -146,7 +146,7 @@ void frmPresentador::cboBancos_Click()
     const Value number = field(u"numero");
     if (!number.isNull() && txtNEntidad.Text() != CStr(number))
         txtNEntidad.Text = number;
-    rows().Close();
+    rows()->Close();
     CargarSucursales(CInt(chosen(cboBancos)));
 }
 
@@ -159,7 +159,7 @@ void frmPresentador::txtNEntidad_LostFocus()
     }
     fetch(statement(u"SELECT IDBanco FROM Banco WHERE Numero='{}'",
                     {Replace(txtNEntidad.Text(), u"'", u"''")}));
-    if (rows().Eof()) {
+    if (rows()->Eof()) {
         warn(bankUnknown, sign::information);
     } else {
         // Choosing reads rows of its own.

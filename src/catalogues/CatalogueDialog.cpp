@@ -95,11 +95,11 @@ void CatalogueDialog::fetch(StringView query)
     rows_ = execute(query);
 }
 
-Recordset& CatalogueDialog::rows() const
+RecordsetPtr CatalogueDialog::rows() const
 {
     if (!rows_)
         fail(failure::noObject);
-    return *rows_;
+    return rows_;
 }
 
 void CatalogueDialog::makeSafe(ResumeNext& next, const cCentroApi& api)
@@ -162,14 +162,14 @@ bool CatalogueDialog::unreferenced(std::span<const StringView> queries)
         if (reportedFailure(message::readFailed))
             return free;
         const bool first = &query == &queries.front();
-        next([&] { free = (first || free) && rows().Eof(); });
+        next([&] { free = (first || free) && rows()->Eof(); });
     }
     return free;
 }
 
 void CatalogueDialog::addRows(ComboBox& list, StringView text, StringView data)
 {
-    for (; !rows().Eof(); rows().MoveNext()) {
+    for (; !rows()->Eof(); rows()->MoveNext()) {
         list.AddItem(String() + field(text));
         list.setItemData(list.NewIndex(), CLng(field(data)));
     }
@@ -209,7 +209,7 @@ void CatalogueDialog::leaveScreen()
 void CatalogueDialog::closeRows()
 {
     ResumeNext next;
-    next([&] { rows().Close(); });
+    next([&] { rows()->Close(); });
     rows_.reset();
     ResumeNext::leave();
 }

@@ -53,11 +53,12 @@ protected:
     // The dialog's recordset: the last result that it fetched.
     /// A query that fails leaves no rows, so that an earlier result is never read for this one.
     void fetch(StringView query);
-    /// Fails with 91 when there is none.
-    Recordset& rows() const;
+    /// Fails with 91 when there is none. Counted: a host that calls the module from within its own connection
+    /// may make the dialog fetch others.
+    RecordsetPtr rows() const;
     /// Hands the recordset over: the dialog keeps none.
     RecordsetPtr takeRows() { return std::exchange(rows_, nullptr); }
-    Value field(StringView name) const { return rows().Fields(name); }
+    Value field(StringView name) const { return rows()->Fields(name); }
 
     // Accept.
     /// Whether every text box and list of the form has a text; an empty one is reported.

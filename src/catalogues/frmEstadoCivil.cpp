@@ -24,7 +24,7 @@ bool frmEstadoCivil::ComprobarEliminacion()
 {
     ResumeNext next;
     next([&] { fetch(forRow(u"Select IDPersonal From Personal Where CodEstadoCivil={}")); });
-    return next.condition([&] { return rows().Eof(); });
+    return next.condition([&] { return rows()->Eof(); });
 }
 
 } // namespace zv

@@ -27,7 +27,7 @@ frmTipoCentro::frmTipoCentro() : TextCatalogueDialog(u"frmTipoCentro", words)
 void frmTipoCentro::fill(ResumeNext& next)
 {
     next([&] {
-        for (; !rows().Eof(); rows().MoveNext())
+        for (; !rows()->Eof(); rows()->MoveNext())
             next([&] { txtTipoCentro.Text = field(u"Nombre"); });
     });
     next([&] { Caption = Caption + u" " + txtTipoCentro.Text(); });

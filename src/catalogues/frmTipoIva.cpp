@@ -122,7 +122,7 @@ bool frmTipoIva::rateNotTaken(ResumeNext& next, const String& rate)
         return true;
     bool taken = false;
     next([&] {
-        for (fetch(u"select descripcion from tipoiva"); !taken && !rows().Eof(); rows().MoveNext())
+        for (fetch(u"select descripcion from tipoiva"); !taken && !rows()->Eof(); rows()->MoveNext())
             taken = String() + field(u"descripcion") == rate + u"%";
     });
     if (!taken)
