@@ -56,9 +56,22 @@ private:
     std::vector<ZvVariant> handed_; ///< Owns nothing.
 };
 
+bool& hostsAreLeft()
+{
+    static bool left = false;
+    return left;
+}
+
 class HostObject final : public Object {
 public:
     explicit HostObject(Held<ZvDispatch> dispatch) : dispatch_(std::move(dispatch)) {}
+    HostObject(const HostObject&) = delete;
+    HostObject& operator=(const HostObject&) = delete;
+    ~HostObject() override
+    {
+        if (hostsAreLeft())
+            static_cast<void>(dispatch_.detach());
+    }
     const Held<ZvDispatch>& dispatch() const { return dispatch_; }
 
     StringView TypeName() const override { return u"Object"; }
@@ -107,6 +120,8 @@ private:
 };
 
 } // namespace
+
+void leaveHostObjects() { hostsAreLeft() = true; }
 
 ObjectPtr objectOf(Held<ZvDispatch> dispatch)
 {

@@ -9,6 +9,9 @@ namespace zv::com {
 /// or written takes plain values. Its failures come as RuntimeError, with its number and its words.
 ObjectPtr objectOf(Held<ZvDispatch> dispatch);
 
+/// The process ends: its hosts may be gone already, and no object of theirs is let go of any more.
+void leaveHostObjects();
+
 /// An object of ours as hosts see it. A host's own comes back as it came; no object gives none.
 Held<ZvDispatch> dispatchOf(const ObjectPtr& object);
 

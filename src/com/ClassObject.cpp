@@ -61,9 +61,11 @@ ClassObject::ClassObject(const Creatable& what) : ComObject(functions()), what_(
 ZvResult classObject(std::span<const Creatable> classes, const ZvGuid* classId, const ZvGuid* interface,
                      void** place)
 {
-    if (classId == nullptr || interface == nullptr || place == nullptr)
+    if (place == nullptr)
         return ZV_E_POINTER;
     *place = nullptr;
+    if (classId == nullptr || interface == nullptr)
+        return ZV_E_POINTER;
     const auto found =
         std::ranges::find_if(classes, [&](const Creatable& each) { return each.classId == *classId; });
     if (found == classes.end())

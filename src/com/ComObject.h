@@ -69,7 +69,8 @@ private:
 FunctionTable unknownFunctions();
 
 /// Runs what may fail; nothing that was thrown goes on to the host. `told` gets number and text, and gives
-/// the result.
+/// the result. What nobody foresaw is not ZV_E_FAIL: for a connection that means a key that is taken, and the
+/// insert is tried again.
 template <class Action, class Told>
 ZvResult guarded(Action&& action, Told&& told)
 try {
@@ -83,10 +84,10 @@ try {
     } catch (const std::bad_alloc&) {
         return ZV_E_OUTOFMEMORY;
     } catch (const std::exception& error) {
-        return told(ZV_E_FAIL, fromUtf8(error.what()));
+        return told(ZV_E_UNEXPECTED, fromUtf8(error.what()));
     }
 } catch (...) {
-    return ZV_E_FAIL;
+    return ZV_E_UNEXPECTED;
 }
 template <class Action>
 ZvResult guarded(Action&& action)

@@ -29,11 +29,17 @@ ZvResult getTypeInfo(Face* /*face*/, std::uint32_t /*index*/, std::uint32_t /*la
 /// A name ends with its zero.
 StringView nameAt(const std::uint16_t* name) { return reinterpret_cast<const char16_t*>(name); }
 
-ZvResult getIDsOfNames(Face* face, const ZvGuid* /*reserved*/, std::uint16_t** names, std::uint32_t count,
+/// Both calls by name keep an identifier for later.
+bool isReserved(const ZvGuid* reserved) { return reserved == nullptr || *reserved == ZV_IID_NULL; }
+
+ZvResult getIDsOfNames(Face* face, const ZvGuid* reserved, std::uint16_t** names, std::uint32_t count,
                        std::uint32_t /*language*/, std::int32_t* ids)
 {
-    if (names == nullptr || ids == nullptr || count == 0)
+    if (names == nullptr || ids == nullptr || count == 0 ||
+        std::find(names, names + count, nullptr) != names + count)
         return ZV_E_INVALIDARG;
+    if (!isReserved(reserved))
+        return ZV_DISP_UNKNOWNINTERFACE;
     std::fill_n(ids, count, std::int32_t{ZV_DISPID_UNKNOWN});
     return guarded([&] {
         const DispatchSelf self(face);
@@ -56,6 +62,8 @@ public:
         const std::uint32_t named = assigns ? 0 : params->nameCount;
         if (params->count > mostArguments || params->nameCount > params->count)
             throw Refusal{ZV_DISP_BADPARAMCOUNT};
+        if (variants_ == nullptr || (named != 0 && params->names == nullptr))
+            throw Refusal{ZV_E_INVALIDARG};
         for (std::uint32_t i = params->count; i-- > named;)
             at_.push_back(i);
         for (std::uint32_t i = 0; i < named; ++i) {
@@ -82,23 +90,23 @@ private:
     std::vector<std::uint32_t> at_;
 };
 
-Arguments argumentsIn(const Places& places)
+void takeArguments(const Places& places, DispatchObject::Call& call)
 {
-    Arguments result;
     for (std::size_t place = 0; place < places.count(); ++place) {
         const ZvVariant* variant = places.variant(place);
         try {
-            result.push_back(variant == nullptr ? Value() : valueOf(*variant));
+            call.arguments.push_back(variant == nullptr ? Value() : valueOf(*variant));
+            if (variant == nullptr || isLeftOut(*variant))
+                call.leftOut = std::min(call.leftOut, place);
         } catch (const RuntimeError&) {
             throw Refusal{ZV_DISP_BADVARTYPE, place};
         }
     }
-    return result;
 }
 
 void answer(DispatchObject& object, DispatchObject::Call& call, const Places& places, ZvVariant* result)
 {
-    call.arguments = argumentsIn(places);
+    takeArguments(places, call);
     const Arguments given = call.arguments;
     Variant answered(object.invoke(call));
     for (std::size_t place = 0; place < std::min(given.size(), call.arguments.size()); ++place) {
@@ -116,7 +124,7 @@ ZvResult invoke(Face* face, std::int32_t id, const ZvGuid* reserved, std::uint32
                 std::uint16_t modes, const ZvParams* params, ZvVariant* result, ZvException* exception,
                 std::uint32_t* argument)
 {
-    if (reserved != nullptr && !(*reserved == ZV_IID_NULL))
+    if (!isReserved(reserved))
         return ZV_DISP_UNKNOWNINTERFACE;
     const auto tell = [&](std::int32_t number, const String& text) {
         if (exception != nullptr)
@@ -127,7 +135,9 @@ ZvResult invoke(Face* face, std::int32_t id, const ZvGuid* reserved, std::uint32
         [&] {
             const DispatchSelf self(face);
             const Places places(params, (modes & (ZV_PROPERTYPUT | ZV_PROPERTYPUTREF)) != 0);
-            DispatchObject::Call call{id, modes, {}};
+            DispatchObject::Call call;
+            call.id = id;
+            call.modes = modes;
             try {
                 answer(*self.operator->(), call, places, result);
             } catch (const Refusal& refusal) {

@@ -12,6 +12,7 @@ public:
         std::int32_t id = 0;
         int modes = 0;       ///< ZV_METHOD, ZV_PROPERTYGET, ...; more than one where the host does not care.
         Arguments arguments; ///< In order; the new value of a property is the last. May be changed.
+        std::size_t leftOut = SIZE_MAX; ///< The first argument that the host left out; it reads Empty.
     };
 
     bool answers(const ZvGuid& interface) const override { return interface == ZV_IID_IDispatch; }

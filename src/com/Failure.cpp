@@ -24,6 +24,7 @@ constexpr Known knownResults[] = {
     {ZV_DISP_OVERFLOW, failure::overflow},
     {ZV_DISP_BADPARAMCOUNT, failure::argumentCount},
     {ZV_DISP_PARAMNOTFOUND, failure::argumentCount},
+    {ZV_DISP_PARAMNOTOPTIONAL, failure::argumentCount},
     {ZV_DISP_BADINDEX, failure::indexOutside},
     {ZV_E_INVALIDARG, failure::invalidCall},
     {ZV_E_POINTER, failure::invalidCall},
@@ -51,7 +52,7 @@ ZvResult resultOf(std::int32_t number)
 {
     if (number > 0 && number <= largestNumber)
         return ZV_FAILURE_BASE + number;
-    return number < 0 ? number : static_cast<ZvResult>(ZV_E_FAIL);
+    return number < 0 ? number : static_cast<ZvResult>(ZV_E_UNEXPECTED);
 }
 
 void describe(ZvException& exception, std::int32_t number, StringView text)

@@ -8,7 +8,7 @@ namespace zv::com {
 
 /// A call that is refused by the surface itself, before our code runs.
 struct Refusal {
-    ZvResult result = ZV_E_FAIL;
+    ZvResult result = ZV_E_UNEXPECTED;
     std::size_t argument = 0; ///< Which one is to blame, in order.
 };
 

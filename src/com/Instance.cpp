@@ -19,6 +19,15 @@ Value fitted(Kind kind, const Value& argument, std::size_t place)
     }
 }
 
+/// Each argument of these classes has to be there.
+void expect(std::size_t count, const DispatchObject::Call& call)
+{
+    if (call.arguments.size() != count)
+        throw Refusal{ZV_DISP_BADPARAMCOUNT};
+    if (call.leftOut < count)
+        throw Refusal{ZV_DISP_PARAMNOTOPTIONAL, call.leftOut};
+}
+
 template <class Members>
 std::int32_t idIn(const Members& members, StringView name, std::int32_t first)
 {
@@ -66,8 +75,7 @@ Value Instance::invokeField(std::size_t place, Call& call)
     const bool writes = (call.modes & assigns) != 0;
     if ((call.modes & (writes ? letMode : ZV_PROPERTYGET)) == 0)
         throw Refusal{ZV_DISP_MEMBERNOTFOUND};
-    if (call.arguments.size() != (writes ? 1U : 0U))
-        throw Refusal{ZV_DISP_BADPARAMCOUNT};
+    expect(writes ? 1 : 0, call);
     if (!writes)
         return read(place);
     write(place, fitted(kind, call.arguments.front(), 0));
@@ -79,8 +87,7 @@ Value Instance::invokeMethod(std::size_t place, Call& call)
     const Method& method = class_.methods[place];
     if ((call.modes & ZV_METHOD) == 0)
         throw Refusal{ZV_DISP_MEMBERNOTFOUND};
-    if (call.arguments.size() != (method.parameter.empty() ? 0U : 1U))
-        throw Refusal{ZV_DISP_BADPARAMCOUNT};
+    expect(method.parameter.empty() ? 0 : 1, call);
     return run(place, call.arguments.empty() ? Value() : fitted(method.taken, call.arguments.front(), 0));
 }
 

@@ -138,7 +138,7 @@ Value plainValue(const ZvVariant& variant)
     case ZV_VT_EMPTY:
         return {};
     case ZV_VT_ERROR:
-        if (value.error == ZV_DISP_PARAMNOTFOUND)
+        if (isLeftOut(variant))
             return {};
         fail(failure::typeMismatch);
     case ZV_VT_NULL:
@@ -285,6 +285,12 @@ ZvVariant Variant::reference()
 Value valueOf(const ZvVariant& variant)
 {
     return plainValue(variant.vt & ZV_VT_BYREF ? pointedAt(variant) : variant);
+}
+
+bool isLeftOut(const ZvVariant& variant)
+{
+    const ZvVariant plain = variant.vt & ZV_VT_BYREF ? pointedAt(variant) : variant;
+    return plain.vt == ZV_VT_ERROR && plain.value.error == ZV_DISP_PARAMNOTFOUND;
 }
 
 void writeBack(const ZvVariant& reference, const Value& value)

@@ -35,6 +35,8 @@ private:
 /// What a variant holds or refers to; an argument that was left out is Empty. Fails with 13 if it is of a
 /// kind that nothing here can take.
 Value valueOf(const ZvVariant& variant);
+/// Whether it stands for an argument that was left out. Fails with 13 like valueOf.
+bool isLeftOut(const ZvVariant& variant);
 
 /// Puts a value where a by-reference variant refers to, as its kind; any other variant is left alone.
 void writeBack(const ZvVariant& reference, const Value& value);

@@ -47,9 +47,11 @@ namespace zv {
 
 namespace {
 
+/// Where the instance will stand is made ready: it then ends after whatever is set up behind the module.
 template <class Dialog>
 void addDialog(StringView name)
 {
+    singleSlot<Dialog>();
     dialogs().add(name, {.instance = []() -> Form& { return single<Dialog>(); },
                          .ComprobarEliminacion = [] { return single<Dialog>().ComprobarEliminacion(); }});
 }
@@ -58,6 +60,7 @@ void addDialog(StringView name)
 template <class Dialog>
 void addUnguarded(StringView name)
 {
+    singleSlot<Dialog>();
     dialogs().add(name,
                   {.instance = []() -> Form& { return single<Dialog>(); }, .ComprobarEliminacion = nullptr});
 }

@@ -3,7 +3,7 @@
 #include "com/Bridge.h"
 #include "com/Text.h"
 #include "com/Variant.h"
-#include "runtime/PropertyBag.h"
+#include "session/HostSession.h"
 
 #include <zvconfiguracion/zvconfiguracion.h>
 #include <zvconfiguracion/zvdatos.h>
@@ -12,6 +12,8 @@
 
 #include <dlfcn.h>
 
+#include <filesystem>
+
 namespace zv::com {
 
 /// A library as a host without any of our code uses it.
@@ -19,9 +21,6 @@ class Library {
 public:
     explicit Library(const char* file)
     {
-        // The toolkit stays: what it loads in its turn (libgomp) loses some bytes each time.
-        static void* const toolkit = dlopen("libQt6Widgets.so.6", RTLD_NOW);
-        static_cast<void>(toolkit);
         handle_ = dlopen(file, RTLD_NOW | RTLD_LOCAL);
         if (handle_ == nullptr)
             throw std::runtime_error(dlerror());
@@ -102,6 +101,50 @@ inline Answer invoke(ZvDispatch* object, const String& name, int modes,
     for (Variant& each : owned)
         plain.push_back(each.raw());
     return invoke(object, idOf(object, name), modes, plain);
+}
+
+namespace fs = std::filesystem;
+
+/// A folder of the test's own, and the environment that points into it.
+struct Folder {
+    fs::path path = fs::temp_directory_path() / ("zvcom" + std::to_string(::getpid()));
+    Folder()
+    {
+        fs::create_directories(path);
+        setenv("XDG_DATA_HOME", path.c_str(), 1);
+    }
+    ~Folder() { fs::remove_all(path); }
+    String url() const { return u"sqlite:" + fromUtf8((path / "colegio.db").string()); }
+};
+
+/// The host's session, with a member that fails as the host says.
+struct Session final : Object {
+    std::shared_ptr<PropertyBag> members = newHostSession({});
+    String failing;
+    explicit Session(const Value& connection)
+    {
+        for (const StringView name :
+             {u"conexionBORRADOlocalCENTRO", u"conexionlocalCENTRO", u"conexionAppEntrada"})
+            members->add(name, connection);
+        members->add(u"Accion", Long{1});
+        members->add(u"lngRowData", u" 7 ");
+    }
+    StringView TypeName() const override { return u"Session"; }
+    Value invoke(StringView member, Access access, Arguments& arguments) override
+    {
+        if (sameName(member, failing))
+            throw RuntimeError(-2147217900, u"La sesión se ha caído");
+        return members->invoke(member, access, arguments);
+    }
+};
+
+inline Held<Zv_cAsignarDatos> facadeOf(const Library& library)
+{
+    return library.make<Zv_cAsignarDatos>(ZV_CLSID_cAsignarDatos, ZV_IID__cAsignarDatos);
+}
+inline ZvDispatch* byName(const Held<Zv_cAsignarDatos>& facade)
+{
+    return reinterpret_cast<ZvDispatch*>(facade.get());
 }
 
 } // namespace zv::com

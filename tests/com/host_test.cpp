@@ -3,66 +3,16 @@
 #include "com/Failure.h"
 #include "data/Schools.h"
 #include "data/sqlite/SqliteEngine.h"
-#include "session/HostSession.h"
 
 #include <zvconfiguracion/servers.h>
 
 #include <malloc.h>
 
 #include <bit>
-#include <filesystem>
 #include <fstream>
 
 using namespace zv;
 using namespace zv::com;
-
-namespace {
-
-namespace fs = std::filesystem;
-
-/// A folder of the test's own, and the environment that points into it.
-struct Folder {
-    fs::path path = fs::temp_directory_path() / ("zvcom" + std::to_string(::getpid()));
-    Folder()
-    {
-        fs::create_directories(path);
-        setenv("XDG_DATA_HOME", path.c_str(), 1);
-    }
-    ~Folder() { fs::remove_all(path); }
-    String url() const { return u"sqlite:" + fromUtf8((path / "colegio.db").string()); }
-};
-
-/// The host's session, with a member that fails as the host says.
-struct Session final : Object {
-    std::shared_ptr<PropertyBag> members = newHostSession({});
-    String failing;
-    explicit Session(const Value& connection)
-    {
-        for (const StringView name :
-             {u"conexionBORRADOlocalCENTRO", u"conexionlocalCENTRO", u"conexionAppEntrada"})
-            members->add(name, connection);
-        members->add(u"Accion", Long{1});
-        members->add(u"lngRowData", u" 7 ");
-    }
-    StringView TypeName() const override { return u"Session"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override
-    {
-        if (sameName(member, failing))
-            throw RuntimeError(-2147217900, u"La sesión se ha caído");
-        return members->invoke(member, access, arguments);
-    }
-};
-
-Held<Zv_cAsignarDatos> facadeOf(const Library& library)
-{
-    return library.make<Zv_cAsignarDatos>(ZV_CLSID_cAsignarDatos, ZV_IID__cAsignarDatos);
-}
-ZvDispatch* byName(const Held<Zv_cAsignarDatos>& facade)
-{
-    return reinterpret_cast<ZvDispatch*>(facade.get());
-}
-
-} // namespace
 
 TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
 {
@@ -165,6 +115,14 @@ TEST(Host, names_and_arguments_that_are_wrong_are_refused)
     const Answer wrong = invoke(object, u"Estado", ZV_PROPERTYPUT, {Value(u"uno")});
     EXPECT_EQ(wrong.result, ZV_DISP_TYPEMISMATCH);
     EXPECT_EQ(wrong.blamed, 0U);
+    ZvVariant leftOut{};
+    leftOut.vt = ZV_VT_ERROR;
+    leftOut.value.error = ZV_DISP_PARAMNOTFOUND;
+    EXPECT_EQ(invoke(object, idOf(object, u"Estado"), ZV_PROPERTYPUT, {leftOut}).result,
+              ZV_DISP_PARAMNOTOPTIONAL);
+    std::uint16_t* nameless = nullptr;
+    std::int32_t id = 0;
+    EXPECT_EQ(object->vtbl->GetIDsOfNames(object, &ZV_IID_NULL, &nameless, 1, 0, &id), ZV_E_INVALIDARG);
     EXPECT_EQ(
         object->vtbl->Invoke(object, 0x40030000, &ZV_IID_IDispatch, 0, 2, nullptr, nullptr, nullptr, nullptr),
         ZV_DISP_UNKNOWNINTERFACE);

@@ -65,16 +65,20 @@ Database databaseNamed(StringView name)
 class Conexion final : public Object {
 public:
     StringView TypeName() const override { return u"Connection"; }
-    Value invoke(StringView member, Access /*access*/, Arguments& arguments) override
+    Value invoke(StringView member, Access access, Arguments& arguments) override
     {
+        if (access == Access::let)
+            fail(failure::memberMissing, member);
         if (sameName(member, u"Open"))
             return open(arguments);
         if (sameName(member, u"Execute"))
             return execute(arguments);
-        if (sameName(member, u"State"))
-            return Long{connection_ ? 1 : 0};
-        if (!sameName(member, u"Close"))
+        const bool state = sameName(member, u"State");
+        if (!state && !sameName(member, u"Close"))
             fail(failure::memberMissing, member);
+        expect(arguments, 0, 0);
+        if (state)
+            return Long{connection_ ? 1 : 0};
         connection();
         connection_.reset();
         return {};

@@ -1,6 +1,7 @@
 #include "com/servidor/Composition.h"
 
 #include "com/AsignarDatos.h"
+#include "com/Bridge.h"
 #include "com/Screen.h"
 #include "com/servidor/Rehearsal.h"
 #include "module/Module.h"
@@ -10,6 +11,7 @@
 
 #include <cstdlib>
 #include <string_view>
+#include <thread>
 
 namespace zv::com {
 
@@ -19,6 +21,9 @@ namespace {
 struct Theatre {
     std::unique_ptr<Rehearsal> rehearsal;
     std::unique_ptr<Screen> screen;
+    std::thread::id thread = std::this_thread::get_id();
+
+    bool isOfAnotherThread() const { return thread != std::this_thread::get_id(); }
 };
 
 std::unique_ptr<Theatre>& theatre()
@@ -27,7 +32,8 @@ std::unique_ptr<Theatre>& theatre()
     return current;
 }
 
-/// A process may end without having asked whether it may: then nobody is left to be let go of.
+/// A process may end without having asked whether it may: then nobody is left to be let go of. It stands
+/// behind all instances, so that it goes before them.
 class Farewell {
 public:
     Farewell()
@@ -39,9 +45,8 @@ public:
     Farewell& operator=(const Farewell&) = delete;
     ~Farewell()
     {
+        leaveHostObjects();
         static_cast<void>(theatre().release());
-        if (hasSingle<cConfiguracion>())
-            static_cast<void>(singleSlot<cConfiguracion>().release());
     }
 };
 
@@ -66,6 +71,10 @@ void around(const std::function<void()>& call)
 {
     if (!theatre())
         open();
+    // Windows live in one thread. Where there are none it is the host's matter that calls follow each other.
+    if (theatre()->isOfAnotherThread() && (theatre()->rehearsal || theatre()->screen))
+        throw RuntimeError(ZV_E_WRONG_THREAD,
+                           u"Llame al módulo siempre desde el hilo en que lo llamó por primera vez.");
     if (theatre()->rehearsal)
         theatre()->rehearsal->around(call);
     else
@@ -76,7 +85,6 @@ void around(const std::function<void()>& call)
 
 void compose()
 {
-    static const Farewell farewell;
     static const bool composed = [] {
         registerCipher();
         installModule();
@@ -84,13 +92,17 @@ void compose()
         return true;
     }();
     static_cast<void>(composed);
+    static const Farewell farewell;
 }
 
-void dismantle()
+bool dismantle()
 {
+    if (theatre() && theatre()->screen && theatre()->isOfAnotherThread())
+        return false;
     resetSingles();
     useDesktop(nullptr);
     theatre().reset();
+    return true;
 }
 
 } // namespace zv::com

@@ -21,7 +21,9 @@ ZvResult DllCanUnloadNow()
 {
     if (zv::com::inUse() != 0)
         return ZV_FALSE;
-    return zv::com::guarded([] { zv::com::dismantle(); });
+    bool done = false;
+    const ZvResult ended = zv::com::guarded([&] { done = zv::com::dismantle(); });
+    return ended < 0 || done ? ended : ZvResult{ZV_FALSE};
 }
 
 ZvResult DllRegisterServer() { return zv::com::registerServer(zv::com::moduleClasses()); }

@@ -17,11 +17,12 @@ constexpr std::string_view hostsTurn = "anfitrion\n";
 std::string contents(const std::string& file)
 {
     std::ifstream stream(file, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << hostsTurn << stream.rdbuf();
-    if (!stream || !stream.is_open())
+    stream.peek(); // A folder can be opened, but not read.
+    if (!stream.is_open() || stream.bad())
         throw RuntimeError(failure::fileMissing,
                            u"No se puede leer el guion que nombra ZV_ESCRITORIO: " + fromUtf8(file));
+    std::ostringstream bytes;
+    bytes << hostsTurn << stream.rdbuf();
     return bytes.str();
 }
 
@@ -32,13 +33,14 @@ bool isOneOf(std::span<const Verb> verbs, StringView name)
 
 class Within {
 public:
-    explicit Within(bool& mark) : mark_(mark) { mark = true; }
+    explicit Within(bool& mark) : mark_(mark), before_(mark) { mark = true; }
     Within(const Within&) = delete;
     Within& operator=(const Within&) = delete;
-    ~Within() { mark_ = false; }
+    ~Within() { mark_ = before_; }
 
 private:
     bool& mark_;
+    bool before_;
 };
 
 } // namespace
@@ -52,6 +54,7 @@ Rehearsal::Rehearsal(std::string file) : file_(std::move(file))
     } catch (const GuionError& error) {
         giveUp(error.line(), fromUtf8(error.what()));
     }
+    failIfGivenUp();
     play_.emplace(guion_, School(), scriptedStage);
     play_->begin();
 }
@@ -69,17 +72,30 @@ void Rehearsal::check(const GuionCommand& command) const
 
 void Rehearsal::around(const std::function<void()>& call)
 {
-    if (!failure_.empty())
-        throw RuntimeError(failure::invalidCall, failure_);
-    if (inCall_)
-        return call(); // The host calls from within a call of ours: the outer one compares.
+    if (failure_.empty())
+        run(call);
+    // The dialogs of the calls around this one stand on the play: it ends with the outermost.
+    if (!failure_.empty() && !inCall_)
+        play_.reset();
+    failIfGivenUp();
+}
+
+void Rehearsal::run(const std::function<void()>& call)
+{
+    const bool outermost = !inCall_;
     try {
         const Within within(inCall_);
         call();
     } catch (const GuionError& error) {
         giveUp(error.line(), fromUtf8(error.what()));
+    } catch (const RuntimeError&) {
+        // Behind a guion that was given up, its reason is the one to tell.
+        if (failure_.empty())
+            throw;
     }
-    compare();
+    // What is seen within a call belongs to the outer one.
+    if (outermost && failure_.empty())
+        compare();
 }
 
 void Rehearsal::compare()
@@ -99,10 +115,15 @@ void Rehearsal::compare()
 
 void Rehearsal::giveUp(std::size_t line, StringView reason)
 {
-    failure_ =
-        fromUtf8(file_) + u":" + decimalText(static_cast<std::int64_t>(line) - 1) + u": " + String(reason);
-    play_.reset();
-    throw RuntimeError(failure::invalidCall, failure_);
+    if (failure_.empty())
+        failure_ = fromUtf8(file_) + u":" + decimalText(static_cast<std::int64_t>(line) - 1) + u": " +
+                   String(reason);
+}
+
+void Rehearsal::failIfGivenUp() const
+{
+    if (!failure_.empty())
+        throw RuntimeError(failure::invalidCall, failure_);
 }
 
 } // namespace zv::com

@@ -8,7 +8,7 @@ namespace zv::com {
 
 /// A guion that answers the dialogs which a host opens: it holds acts and looks only, and what is expected
 /// above its first command is what the first dialog shows. A mistake in it, or another sight than it expects,
-/// fails the host's call with 5 and says where, and so does every call after it.
+/// fails the host's call with 5 and says where, and so does every call after it, and around it.
 class Rehearsal {
 public:
     /// Fails with a RuntimeError if the file cannot be read or is no such guion.
@@ -17,9 +17,11 @@ public:
 
 private:
     void check(const GuionCommand& command) const;
-    /// Ends the play, and fails.
-    [[noreturn]] void giveUp(std::size_t line, StringView reason);
+    void run(const std::function<void()>& call);
     void compare();
+    /// From here on every call fails.
+    void giveUp(std::size_t line, StringView reason);
+    void failIfGivenUp() const;
 
     std::string file_;
     Guion guion_;

@@ -1,0 +1,96 @@
+#include "com/Host.h"
+
+#include "data/Schools.h"
+#include "data/sqlite/SqliteEngine.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+#include <clocale>
+#include <optional>
+#include <thread>
+
+using namespace zv;
+using namespace zv::com;
+
+namespace {
+
+/// Presses Enter on nothing, is told so, writes a text and presses Enter again: whatever is in front.
+struct Person {
+    std::string told;
+    QTimer reading, typing;
+    Person()
+    {
+        reading.callOnTimeout([this] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                told = box->text().toStdString();
+                box->accept();
+            }
+        });
+        typing.callOnTimeout([this] {
+            const QWidget* window = QApplication::activeModalWidget();
+            QWidget* at = window == nullptr ? nullptr : window->focusWidget();
+            if (at == nullptr)
+                return;
+            if (!told.empty())
+                QTest::keyClicks(at, "Soltera");
+            QTest::keyClick(at, Qt::Key_Return);
+        });
+        reading.start(10);
+        typing.start(10);
+    }
+};
+
+} // namespace
+
+TEST(Window, is_the_toolkits_with_an_application_of_the_host_or_without)
+{
+    const Folder folder;
+    registerEngine(sqliteEngine());
+    createSchool(folder.url(), [](School&) {});
+    setenv("LC_ALL", "C.UTF-8", 1);
+    const auto play = [&](const char* platform, ZvResult expected) {
+        platform == nullptr ? unsetenv("QT_QPA_PLATFORM") : setenv("QT_QPA_PLATFORM", platform, 1);
+        const Library data(ZV_DATOS);
+        const Library library(ZV_SERVIDOR);
+        const auto connection = data.make<ZvDispatch>(ZV_CLSID_Conexion, ZV_IID_IDispatch);
+        EXPECT_EQ(invoke(connection.get(), u"Open", ZV_METHOD, {Value(folder.url())}).result, ZV_OK);
+        const auto face = dispatchOf(std::make_shared<Session>(objectOf(connection)));
+        const auto facade = facadeOf(library);
+        ZvDispatch* session = face.get();
+        EXPECT_EQ(facade.get()->vtbl->ObtenerDatos(facade.get(), &session), ZV_OK);
+        std::optional<Person> person;
+        if (expected == ZV_OK)
+            person.emplace();
+        EXPECT_EQ(facade.get()->vtbl->ActivarFormulario(facade.get(), 65), expected);
+        EXPECT_TRUE(!person || !person->told.empty());
+        person.reset();
+        ZvResult elsewhere = 0;
+        std::thread([&] { elsewhere = facade.get()->vtbl->BloquearBanco(facade.get()); }).join();
+        EXPECT_EQ(elsewhere == ZV_E_WRONG_THREAD, expected == ZV_OK);
+        const Answer rows = invoke(connection.get(), u"Execute", ZV_METHOD,
+                                   {Value(u"Select * From EstadoCivil Where Descripcion='Soltera'")});
+        const auto recordset = dispatchOf(CObj(rows.value));
+        EXPECT_EQ(CBool(invoke(recordset.get(), u"EOF", ZV_PROPERTYGET).value), expected != ZV_OK);
+        EXPECT_EQ(
+            invoke(connection.get(), u"Execute", ZV_METHOD, {Value(u"Delete * From EstadoCivil")}).result,
+            ZV_OK);
+    };
+    setenv("DISPLAY", ":7777", 1); // Named, but not there.
+    play(nullptr, ZV_FAILURE_BASE + 5);
+    play("offscreen", ZV_OK);
+    EXPECT_EQ(QCoreApplication::instance(), nullptr) << "the library kept its application";
+    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
+    int count = 1;
+    char name[] = "anfitrion";
+    char* words[] = {name, nullptr};
+    {
+        const QCoreApplication windowless(count, words);
+        play("offscreen", ZV_FAILURE_BASE + 5);
+    }
+    const QApplication own(count, words);
+    play("offscreen", ZV_OK);
+    EXPECT_EQ(QCoreApplication::instance(), &own);
+}
