@@ -1,9 +1,13 @@
 #include "com/Screen.h"
 
 #include "qt/QtDesktop.h"
+#include "runtime/Errors.h"
+
+#include <zvconfiguracion/automation.h>
 
 #include <QApplication>
 #include <QLibraryInfo>
+#include <QThread>
 #include <QTranslator>
 
 #include <array>
@@ -68,6 +72,10 @@ private:
 std::unique_ptr<Screen> openScreen()
 {
     if (const QCoreApplication* hosts = QCoreApplication::instance()) {
+        if (hosts->thread() != QThread::currentThread())
+            throw RuntimeError(
+                ZV_E_WRONG_THREAD,
+                u"Llame al módulo desde el hilo de su QApplication, que es el de las ventanas.");
         // One that is made for no windows ends the process at the first.
         const bool shows = qobject_cast<const QApplication*>(hosts) != nullptr;
         return shows ? std::make_unique<QtScreen>(nullptr) : nullptr;
