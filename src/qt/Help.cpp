@@ -165,7 +165,8 @@ protected:
     void hideEvent(QHideEvent* event) override
     {
         QDialog::hideEvent(event);
-        owner_.activateWindow();
+        if (owner_.isVisible())
+            owner_.activateWindow();
     }
 
 private:
