@@ -41,19 +41,6 @@ const schema::Table& known(StringView table)
 
 StringView keyOf(const schema::Table& table) { return table.columns().front().name; }
 
-/// A value as a statement writes it.
-String literal(const Value& value)
-{
-    if (value.isNull() || value.isEmpty())
-        return u"NULL";
-    if (const auto* text = value.as<String>())
-        return textLiteral(*text);
-    if (const auto* flag = value.as<bool>())
-        return *flag ? u"-1" : u"0";
-    // A point as the decimal mark, whatever the region.
-    return Trim(Str(value));
-}
-
 Long countOf(Connection& connection, StringView table, StringView column, Long key)
 {
     const RecordsetPtr rows = connection.Execute(

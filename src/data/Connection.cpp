@@ -1,5 +1,7 @@
 #include "data/Connection.h"
 
+#include "runtime/Convert.h"
+
 #include <array>
 #include <charconv>
 #include <stdexcept>
@@ -98,6 +100,17 @@ Value Connection::invoke(StringView member, Access access, Arguments& arguments)
 }
 
 String textLiteral(StringView text) { return u"'" + Replace(text, u"'", u"''") + u"'"; }
+
+String literal(const Value& value)
+{
+    if (value.isNull() || value.isEmpty())
+        return u"NULL";
+    if (const auto* text = value.as<String>())
+        return textLiteral(*text);
+    if (const auto* flag = value.as<bool>())
+        return *flag ? u"-1" : u"0";
+    return Trim(Str(value));
+}
 
 String statement(StringView pattern, std::span<const Value> values)
 {

@@ -59,6 +59,9 @@ struct School {
 
 /// A text as statements hold it: in quotes, its own doubled.
 String textLiteral(StringView text);
+/// Any value as statements hold it: NULL, a text in quotes, -1 or 0, a number with a point whatever the
+/// region.
+String literal(const Value& value);
 
 /// Assembles a statement: each "{}" of the pattern, in order, gives way to a value (texts as they are,
 /// numbers as decimal text). What a value holds is never read as a pattern.

@@ -14,6 +14,28 @@
 
 namespace zv {
 
+namespace {
+
+/// What a menu or a key asks of either kind of edit.
+template <class Edit>
+void doEditOn(Edit& edit, QKeySequence::StandardKey key)
+{
+    switch (key) {
+    case QKeySequence::Undo:
+        return edit.undo();
+    case QKeySequence::Redo:
+        return edit.redo();
+    case QKeySequence::Cut:
+        return edit.cut();
+    case QKeySequence::Copy:
+        return edit.copy();
+    default:
+        return edit.selectAll();
+    }
+}
+
+} // namespace
+
 void TextView::name() { input().setAccessibleName(labelOf(box())); }
 
 void TextView::followContent()
@@ -195,21 +217,7 @@ bool LineView::canDo(QKeySequence::StandardKey edit) const
     }
 }
 
-void LineView::doEdit(QKeySequence::StandardKey edit)
-{
-    switch (edit) {
-    case QKeySequence::Undo:
-        return edit_->undo();
-    case QKeySequence::Redo:
-        return edit_->redo();
-    case QKeySequence::Cut:
-        return edit_->cut();
-    case QKeySequence::Copy:
-        return edit_->copy();
-    default:
-        return edit_->selectAll();
-    }
-}
+void LineView::doEdit(QKeySequence::StandardKey edit) { doEditOn(*edit_, edit); }
 
 NotesView::NotesView(FormWindow& window, TextBox& box, QWidget& parent)
     : TextView(window), box_(box), edit_(std::make_unique<NotesEdit>(&parent))
@@ -256,21 +264,7 @@ bool NotesView::canDo(QKeySequence::StandardKey edit) const
     }
 }
 
-void NotesView::doEdit(QKeySequence::StandardKey edit)
-{
-    switch (edit) {
-    case QKeySequence::Undo:
-        return edit_->undo();
-    case QKeySequence::Redo:
-        return edit_->redo();
-    case QKeySequence::Cut:
-        return edit_->cut();
-    case QKeySequence::Copy:
-        return edit_->copy();
-    default:
-        return edit_->selectAll();
-    }
-}
+void NotesView::doEdit(QKeySequence::StandardKey edit) { doEditOn(*edit_, edit); }
 
 bool NotesView::handle(QObject& watched, QEvent& event)
 {

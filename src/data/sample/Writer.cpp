@@ -1,19 +1,6 @@
 #include "data/sample/Writer.h"
 
-#include "runtime/Convert.h"
-
 namespace zv::sample {
-namespace {
-
-String literal(const Value& value)
-{
-    if (value.isNull())
-        return u"NULL";
-    const String text = CStr(value);
-    return value.as<String>() ? textLiteral(text) : text;
-}
-
-} // namespace
 
 void Writer::row(StringView table, const std::vector<Value>& values)
 {
