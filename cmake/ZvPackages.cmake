@@ -69,7 +69,7 @@ zv_package(zvconf DOCS docs/guiones.md examples/recorrido.guion SUGGESTS "bash-c
 Crea y comprueba las bases de datos de un centro, dice qué filas están en
 uso, lleva la clave con que se cifran las enfermedades y representa guiones,
 que hacen en las ventanas lo que haría una persona y dicen qué ha de verse.")
-zv_package(zvhost RECOMMENDS "libqt6svg6, qt6-translations-l10n" SUGGESTS "odbc-postgresql, zvconf"
+zv_package(zvhost RECOMMENDS "hicolor-icon-theme, libqt6svg6, qt6-translations-l10n" SUGGESTS "odbc-postgresql, zvconf"
            SAYS "configuración de un centro de enseñanza, en su escritorio
 Un árbol con las listas que lleva la secretaría (países, idiomas, clases de
 contrato, bancos y las demás), las ventanas que cambian sus filas, el borrado,
