@@ -202,7 +202,7 @@ private:
     static String schemaOf(const ConnectionText& text, Database which)
     {
         const String name = text.find(u"ESQUEMA").value_or(u"");
-        const String result = (name.empty() ? u"centro" : name) + String(suffixOf(which));
+        String result = (name.empty() ? u"centro" : name) + String(suffixOf(which));
         // The server would cut it, and take the three schemas for one.
         constexpr std::size_t longest = 63;
         if (toUtf8(result).size() > longest)
