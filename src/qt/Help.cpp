@@ -29,7 +29,7 @@ const QString windowName = QStringLiteral("ayuda");
 const QString indexPage = QStringLiteral("README");
 
 QString pageFile(const QString& page) { return QStringLiteral(":/manual/%1.md").arg(page); }
-QUrl pageAddress(const QString& page) { return QUrl(QStringLiteral("qrc") + pageFile(page)); }
+QUrl pageAddress(const QString& page) { return {QStringLiteral("qrc") + pageFile(page)}; }
 
 /// What stands behind the "#" of a link to that heading.
 QString anchorOf(const QString& heading)
