@@ -6,6 +6,9 @@
 
 namespace zv {
 
+CatalogueDialog::CatalogueDialog(StringView name) : Form(name) {}
+CatalogueDialog::~CatalogueDialog() = default;
+
 RecordsetPtr execute(StringView statement)
 {
     const ConnectionPtr& connection = Configuracion().conLocalCentro;

@@ -21,8 +21,11 @@ struct CaptionIds {
 /// The template of the maintenance dialogs: named pieces of their load, accept, guard and unload, which each
 /// dialog puts together in its own order.
 class CatalogueDialog : public Form {
+public:
+    ~CatalogueDialog() override;
+
 protected:
-    explicit CatalogueDialog(StringView name) : Form(name) {}
+    explicit CatalogueDialog(StringView name);
 
     /// Elements of the array of the two buttons.
     static constexpr int aceptar = 0;

@@ -4,6 +4,11 @@
 
 namespace zv {
 
+TextCatalogueDialog::TextCatalogueDialog(StringView name, const TextCatalogue& words)
+    : CatalogueDialog(name), words_(words)
+{}
+TextCatalogueDialog::~TextCatalogueDialog() = default;
+
 bool TextCatalogueDialog::ComprobarEliminacion()
 {
     if (words_.guards.empty())

@@ -48,12 +48,13 @@ struct TextField {
 /// A catalogue of one or more texts: boxes with their labels, "Aceptar" and "Cancelar".
 class TextCatalogueDialog : public CatalogueDialog {
 public:
+    ~TextCatalogueDialog() override;
     /// Whether no other table refers to the session's row; True at once where no guard is given. Runs without
     /// loading the form.
     virtual bool ComprobarEliminacion();
 
 protected:
-    TextCatalogueDialog(StringView name, const TextCatalogue& words) : CatalogueDialog(name), words_(words) {}
+    TextCatalogueDialog(StringView name, const TextCatalogue& words);
 
     /// Places what a dialog has between its texts and its buttons.
     using Extra = std::function<void(Layout&)>;

@@ -2,6 +2,11 @@
 
 namespace zv {
 
+ComboBox::ComboBox(Container& container, StringView name, int index)
+    : Control(container, u"ComboBox", name, index)
+{}
+ComboBox::~ComboBox() = default;
+
 const ComboBox::Entry& ComboBox::entry(Long index) const
 {
     if (index < 0 || index >= ListCount())

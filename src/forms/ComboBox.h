@@ -7,9 +7,8 @@ namespace zv {
 /// A drop-down list. Entries count from 0; each carries a text and a number. An index outside fails with 381.
 class ComboBox final : public Control {
 public:
-    ComboBox(Container& container, StringView name, int index = noIndex)
-        : Control(container, u"ComboBox", name, index)
-    {}
+    ComboBox(Container& container, StringView name, int index = noIndex);
+    ~ComboBox() override;
     bool takesFocus() const override { return true; }
 
     /// The chosen entry, -1 for none. Raises Click on a change.

@@ -14,6 +14,7 @@ Control::Control(Container& container, StringView typeName, StringView name, int
 {
     form_.Controls.controls_.push_back(this);
 }
+Control::~Control() = default;
 
 String Control::fullName() const
 {

@@ -27,6 +27,8 @@ class Control : public PropertyOwner {
 public:
     static constexpr int noIndex = -1;
 
+    ~Control() override;
+
     const String& Name() const { return name_; }
     /// Place in its control array, or noIndex.
     int Index() const { return index_; }

@@ -15,6 +15,32 @@ StringView shown(StringView text) { return text.substr(0, text.find(u'\0')); }
 
 } // namespace
 
+Label::Label(Container& container, StringView name, int index) : Control(container, u"Label", name, index) {}
+Label::~Label() = default;
+
+TextBox::TextBox(Container& container, StringView name, int index)
+    : Control(container, u"TextBox", name, index)
+{}
+TextBox::~TextBox() = default;
+
+CommandButton::CommandButton(Container& container, StringView name, int index)
+    : Control(container, u"CommandButton", name, index)
+{}
+CommandButton::~CommandButton() = default;
+
+CheckBox::CheckBox(Container& container, StringView name, int index)
+    : Control(container, u"CheckBox", name, index)
+{}
+CheckBox::~CheckBox() = default;
+
+OptionButton::OptionButton(Container& container, StringView name, int index)
+    : Control(container, u"OptionButton", name, index)
+{}
+OptionButton::~OptionButton() = default;
+
+Frame::Frame(Container& container, StringView name, int index) : Control(container, u"Frame", name, index) {}
+Frame::~Frame() = default;
+
 void TextBox::change(const String& text, Long caret)
 {
     const bool differs = text != Text();

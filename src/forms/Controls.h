@@ -9,9 +9,8 @@ namespace zv {
 
 class Label final : public Control {
 public:
-    Label(Container& container, StringView name, int index = noIndex)
-        : Control(container, u"Label", name, index)
-    {}
+    Label(Container& container, StringView name, int index = noIndex);
+    ~Label() override;
     Property<String> Caption{*this, u"Caption"};
     /// "*" on the label of a mandatory field.
     Property<String> Marca{*this, u"Marca"};
@@ -21,9 +20,8 @@ public:
 
 class TextBox final : public Control {
 public:
-    TextBox(Container& container, StringView name, int index = noIndex)
-        : Control(container, u"TextBox", name, index)
-    {}
+    TextBox(Container& container, StringView name, int index = noIndex);
+    ~TextBox() override;
     bool takesFocus() const override { return true; }
 
     /// What the suite's helper object made of the text; any later change of the text empties it.
@@ -63,9 +61,8 @@ private:
 
 class CommandButton final : public Control {
 public:
-    CommandButton(Container& container, StringView name, int index = noIndex)
-        : Control(container, u"CommandButton", name, index)
-    {}
+    CommandButton(Container& container, StringView name, int index = noIndex);
+    ~CommandButton() override;
     bool takesFocus() const override { return true; }
     Property<String> Caption{*this, u"Caption"};
     /// Assigning True makes it the form's only default (cancel) button.
@@ -82,9 +79,8 @@ private:
 
 class CheckBox final : public Control {
 public:
-    CheckBox(Container& container, StringView name, int index = noIndex)
-        : Control(container, u"CheckBox", name, index)
-    {}
+    CheckBox(Container& container, StringView name, int index = noIndex);
+    ~CheckBox() override;
     bool takesFocus() const override { return true; }
     Property<String> Caption{*this, u"Caption"};
     /// 0 or 1; raises Click on a change. Another number fails with 380.
@@ -98,9 +94,8 @@ private:
 
 class OptionButton final : public Control {
 public:
-    OptionButton(Container& container, StringView name, int index = noIndex)
-        : Control(container, u"OptionButton", name, index)
-    {}
+    OptionButton(Container& container, StringView name, int index = noIndex);
+    ~OptionButton() override;
     bool takesFocus() const override { return true; }
     Property<String> Caption{*this, u"Caption"};
     /// When it becomes True its neighbours in the same container become False first, then Click is raised.
@@ -113,9 +108,8 @@ private:
 
 class Frame final : public Control, public Container {
 public:
-    Frame(Container& container, StringView name, int index = noIndex)
-        : Control(container, u"Frame", name, index)
-    {}
+    Frame(Container& container, StringView name, int index = noIndex);
+    ~Frame() override;
     Form& containingForm() override { return form(); }
     Frame* asFrame() override { return this; }
     Property<String> Caption{*this, u"Caption"};

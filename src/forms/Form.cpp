@@ -28,6 +28,9 @@ Value ControlList::invoke(StringView member, Access access, Arguments& arguments
     return members.invoke(*this, member, access, arguments);
 }
 
+Form::Form(StringView name) : name_(name) {}
+Form::~Form() = default;
+
 void Form::Load()
 {
     if (loaded_)

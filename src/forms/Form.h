@@ -24,6 +24,7 @@ private:
 /// loaded afresh by each Show that finds it unloaded.
 class Form : public PropertyOwner, public Container {
 public:
+    ~Form() override;
     const String& Name() const { return name_; }
 
     Property<String> Caption{*this, u"Caption"};
@@ -74,7 +75,7 @@ public:
     Frame* asFrame() override { return nullptr; }
 
 protected:
-    explicit Form(StringView name) : name_(name) {}
+    explicit Form(StringView name);
 
     virtual void Form_Load() {}
     virtual void Form_Activate() {}

@@ -9,6 +9,13 @@ constexpr Long defaultRowHeight = 240;
 
 } // namespace
 
+MSFlexGrid::MSFlexGrid(Container& container, StringView name, int index)
+    : Control(container, u"MSFlexGrid", name, index)
+{
+    resize(2, 2);
+}
+MSFlexGrid::~MSFlexGrid() = default;
+
 Long MSFlexGrid::checkedRow(Long row) const
 {
     if (row < 0 || row >= static_cast<Long>(content_.rows.size()))

@@ -10,11 +10,8 @@ namespace zv {
 /// outside fails with 381. Measures are twips.
 class MSFlexGrid final : public Control {
 public:
-    MSFlexGrid(Container& container, StringView name, int index = noIndex)
-        : Control(container, u"MSFlexGrid", name, index)
-    {
-        resize(2, 2);
-    }
+    MSFlexGrid(Container& container, StringView name, int index = noIndex);
+    ~MSFlexGrid() override;
     bool takesFocus() const override { return true; }
 
     Property<Long> Rows{*this, u"Rows", 2, [this](const Long& rows) { resize(rows, Cols()); }};

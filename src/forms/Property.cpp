@@ -39,4 +39,9 @@ Value PropertyOwner::invoke(StringView member, Access access, Arguments& argumen
     return property->get();
 }
 
+template class Property<String>;
+template class Property<bool>;
+template class Property<Integer>;
+template class Property<Long>;
+
 } // namespace zv

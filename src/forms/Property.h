@@ -130,6 +130,12 @@ private:
     Assign assign_;
 };
 
+// Made once, in Property.cpp, and not anew in each dialog's file.
+extern template class Property<String>;
+extern template class Property<bool>;
+extern template class Property<Integer>;
+extern template class Property<Long>;
+
 inline String operator+(const Property<String>& left, StringView right) { return left() + String(right); }
 
 } // namespace zv

@@ -29,6 +29,11 @@ private:
 
 } // namespace
 
+TabStrip::TabStrip(Container& container, StringView name, int index)
+    : Control(container, u"TabStrip", name, index)
+{}
+TabStrip::~TabStrip() = default;
+
 StripTab::StripTab(TabStrip& strip, Long index, String caption, String toolTip)
     : Caption(std::move(caption)), ToolTipText(std::move(toolTip)), strip_(strip), index_(index)
 {}

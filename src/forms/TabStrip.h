@@ -30,9 +30,8 @@ private:
 /// A strip of tabs, counted from 1. One that is not there fails with 381.
 class TabStrip final : public Control {
 public:
-    TabStrip(Container& container, StringView name, int index = noIndex)
-        : Control(container, u"TabStrip", name, index)
-    {}
+    TabStrip(Container& container, StringView name, int index = noIndex);
+    ~TabStrip() override;
     bool takesFocus() const override { return true; }
 
     /// Design: adds a tab. The first one is selected.
