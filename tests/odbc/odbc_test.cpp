@@ -146,10 +146,11 @@ TEST_F(Server, a_lost_connection_is_told_once)
     EXPECT_EQ(numberOf([&] { engine->open(u"DSN=zv_prueba;PWD=oculta;ESQUEMA=nada", Database::centro); },
                        u"no tiene el esquema «nada»"),
               failure::otherData);
-    for (const auto& [text, words] : {std::pair(u"DSN=nadie", u"corrija DSN"),
-                                      {u"Driver=nadie", u"corrija Driver"},
-                                      {u"DSN=zv_prueba;Database=nadie", u"no responde"}})
-        EXPECT_EQ(numberOf([&] { engine->open(text, Database::centro); }, words), failure::connectionLost);
+    for (const auto& wrong : {std::pair(u"DSN=nadie", u"corrija DSN"),
+                              {u"Driver=nadie", u"corrija Driver"},
+                              {u"DSN=zv_prueba;Database=nadie", u"no responde"}})
+        EXPECT_EQ(numberOf([&] { engine->open(wrong.first, Database::centro); }, wrong.second),
+                  failure::connectionLost);
     const String ansi = u"Driver=PostgreSQL ANSI;UID=zv;Database=postgres;Port=5432;Server=" +
                         CStr(base->Execute(u"SHOW unix_socket_directories")->row().front());
     EXPECT_EQ(numberOf([&] { engine->open(ansi, Database::centro); }, u"sin Unicode"), failure::otherData);
