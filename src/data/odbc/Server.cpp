@@ -9,10 +9,9 @@ namespace {
 constexpr Dialect standardSql{.joinTexts = u"||", .deleteWithStar = false};
 
 constexpr std::array servers{
-    // Rows come in portions instead of all at once; a truth value as a number; waiting for a lock ends after
-    // 5 s,
-    // for a server that is cut off after 10. All stations count the same hours, also in the night when clocks
-    // are put forward.
+    // Rows come in portions instead of all at once; a truth value as a number. Waiting for a lock ends after
+    // 5 s, for a server that is cut off after 10. All stations count the same hours, also in the night when
+    // clocks are put forward.
     Server{.name = u"PostgreSQL",
            .dialect = standardSql,
            .makesSchools = true,
