@@ -93,11 +93,13 @@ void frmBanco::Form_Load()
     const RecordsetPtr bank = takeRows();
     if (!readRow(next, forRow(u"Select * From Sucursal where CodBanco={}")))
         return;
+    // Kept: a host that asks this dialog's guard while it is read makes it fetch others.
+    const RecordsetPtr branches = rows();
     next([&] { Caption = Caption + u" " + bank->Fields(u"Nombre"); });
     next([&] { txtBanco(0).Text = bank->Fields(u"Numero"); });
     next([&] { txtBanco(1).Text = bank->Fields(u"Nombre"); });
     branches_.reset();
-    next([&] { readBranches(next, *rows(), *bank); });
+    next([&] { readBranches(next, *branches, *bank); });
     next([&] { CargarGrid(); });
     registerRow(next, api, cmdBotonera(aceptar));
 }
