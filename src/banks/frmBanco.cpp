@@ -20,7 +20,7 @@ constexpr Integer bankDataFirst = 1281;
 
 } // namespace
 
-frmBanco::frmBanco() : CatalogueDialog(u"frmBanco")
+frmBanco::frmBanco() : MaintenanceDialog(u"frmBanco")
 {
     designField(lblBanco(0), u"Código:", 1121, txtBanco(0), 4);
     designField(lblBanco(1), u"Nombre:", 1122, txtBanco(1), 50);
@@ -86,7 +86,12 @@ void frmBanco::Form_Load()
 {
     Hourglass wait(*this);
     ResumeNext next;
-    const cCentroApi api = prelude(next, {.nuevo = 1001, .modificado = 1002});
+    cCentroApi api;
+    next([&] { loadIcon(); });
+    next([&] { api = cCentroApi::create(); });
+    lockDown(next);
+    tagCaption(next, {.nuevo = 1001, .modificado = 1002});
+    localise(next, api);
     next([&] { ConfigurarGrid(); });
     if (!changesRow() || !readRow(next, forRow(u"Select * From Banco where IDBanco={}")))
         return;
@@ -202,7 +207,7 @@ void frmBanco::accept(ResumeNext& next, const cCentroApi& api)
     makeSafe(next, api);
     if (!dataGiven(next))
         return;
-    MousePointer = Integer{11};
+    MousePointer = pointer::hourglass;
     if (!writeBank(next, api))
         return;
     for (const cSucursal& branch : gColSucursal())
@@ -229,7 +234,7 @@ bool frmBanco::numberFree(ResumeNext& next, StringView query)
     next([&] { fetch(query); });
     if (!next.condition([&] { return !rows()->Eof(); }))
         return true;
-    MousePointer = Integer{0};
+    MousePointer = pointer::standard;
     warn(numberExists, sign::exclamation);
     txtBanco(0).MaxLength = Long{4};
     return false;
@@ -243,8 +248,8 @@ bool frmBanco::writeBank(ResumeNext& next, const cCentroApi& api)
     if (createsRow()) {
         if (!numberFree(next, statement(u"SELECT IDBanco FROM Banco WHERE Numero='{}'", {number})))
             return false;
-        Integer tried = 0;
-        const auto key = insert<Integer>(next, api, u"Banco", u"IDBanco", CInt, [&](Integer id) {
+        Long tried = 0;
+        const Long key = insert(next, api, {u"Banco", u"IDBanco"}, [&](Long id) {
             // A key that was taken stays the session's row until the next.
             if (tried != 0)
                 Configuracion().lngRowData = tried;
@@ -277,7 +282,7 @@ bool frmBanco::writeBranch(ResumeNext& next, const cCentroApi& api, const cSucur
     case cConstCol::NUEVO:
         // A failure is reported, stays in Err, and the list goes on: the next change of a branch finds it
         // there.
-        insert<Integer>(next, api, u"Sucursal", u"IDSucursal", CInt, [&](Integer id) {
+        insert(next, api, {u"Sucursal", u"IDSucursal"}, [&](Long id) {
             return statement(
                 u"Insert into Sucursal(IDSucursal,CodBanco,Codigo,Nombre,Direccion,Poblacion,Codigopostal,"
                 u"CodProvincia) values ({},'{}','{}','{}','{}','{}','{}',{})",

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "banks/cSucursal.h"
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
 #include "runtime/Collection.h"
@@ -10,7 +10,7 @@ namespace zv {
 
 /// A bank and, on its second tab, the list of its branches, which is kept in memory until the whole is
 /// accepted.
-class frmBanco final : public CatalogueDialog {
+class frmBanco final : public MaintenanceDialog {
 public:
     frmBanco();
 

@@ -38,7 +38,7 @@ bool refuseEmpty()
 
 } // namespace
 
-frmEmisor::frmEmisor() : CatalogueDialog(u"frmEmisor")
+frmEmisor::frmEmisor() : MaintenanceDialog(u"frmEmisor")
 {
     design();
     on(optEmisor.Click, &frmEmisor::optEmisor_Click);
@@ -422,7 +422,7 @@ void frmEmisor::cmdAceptar_Click()
     const cCentroApi api = cCentroApi::create();
     if (!dataGiven())
         return;
-    MousePointer = Integer{11};
+    MousePointer = pointer::hourglass;
     api.ComprobarComilla(Controls);
     write(api);
     Unload();

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 
 namespace zv {
 
 /// An issuer of remittances, with its suffix and submitter, or an ordering party, with its code and a full
 /// address. One table holds both; the dialog takes the shape of the kind.
-class frmEmisor final : public CatalogueDialog {
+class frmEmisor final : public MaintenanceDialog {
 public:
     frmEmisor();
 

@@ -60,7 +60,7 @@ private:
 
 } // namespace
 
-frmPresentador::frmPresentador() : CatalogueDialog(u"frmPresentador")
+frmPresentador::frmPresentador() : MaintenanceDialog(u"frmPresentador")
 {
     designField(lblNombre, u"Nombre:", 24020, txtNombre, 40);
     designField(lblNIF, u"NIF-CIF:", 24021, txtNIF, 9);
@@ -225,7 +225,7 @@ void frmPresentador::cmdAceptar_Click()
     ResumeNext next;
     if (!dataGiven(next))
         return;
-    MousePointer = Integer{11};
+    MousePointer = pointer::hourglass;
     makeSafe(next, api);
     if (write(next, api))
         next([&] { Unload(); });
@@ -247,7 +247,7 @@ bool frmPresentador::write(ResumeNext& next, const cCentroApi& api)
                 u"Where IDPresentador={}",
                 {txtNombre.Text(), txtNIF.Text(), txtSufijo.Text(), bank, branch, row});
         });
-    insert<Integer>(next, api, u"Presentador", u"IDPresentador", CInt, [&](Integer id) {
+    insert(next, api, {u"Presentador", u"IDPresentador"}, [&](Long id) {
         return statement(u"Insert into Presentador Values ({},'{}','{}','{}',{},{})",
                          {id, txtNombre.Text(), txtNIF.Text(), txtSufijo.Text(), bank, branch});
     });

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 
 namespace zv {
 
 /// The party that hands in a remittance, with the bank and the branch where it does. Its small buttons open
 /// the bank dialog through the facade.
-class frmPresentador final : public CatalogueDialog {
+class frmPresentador final : public MaintenanceDialog {
 public:
     frmPresentador();
 

@@ -29,7 +29,7 @@ bool isDeleted(const cSucursal& branch) { return branch.Estado == cConstCol::Eli
 
 } // namespace
 
-frmSucursal::frmSucursal() : CatalogueDialog(u"frmSucursal")
+frmSucursal::frmSucursal() : MaintenanceDialog(u"frmSucursal")
 {
     designField(lblSucursal(0), u"Nombre:", 7020, txtSucursal(nombre), 70);
     designField(lblSucursal(1), u"Dirección:", 7022, txtSucursal(direccion), 50, false);
@@ -94,7 +94,7 @@ void frmSucursal::cmdSucursal_Click(int Index)
     if (Index == aceptar) {
         if (!dataGiven())
             return;
-        MousePointer = Integer{11};
+        MousePointer = pointer::hourglass;
         if (bank().gBytOperSucursal == cConstCol::NUEVO && !addBranch())
             return;
         if (bank().gBytOperSucursal == cConstCol::Modificado && !changeBranch())
@@ -129,7 +129,7 @@ bool frmSucursal::addBranch()
     Integer largest = 0;
     for (const cSucursal& other : bank().gColSucursal()) {
         if (other.Codigo == txtSucursal(codigo).Text() && !isDeleted(other)) {
-            MousePointer = Integer{0};
+            MousePointer = pointer::standard;
             refuse(numberTaken, codigo);
             txtSucursal(codigo).MaxLength = Long{4};
             return false;

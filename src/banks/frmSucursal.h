@@ -1,12 +1,12 @@
 #pragma once
 
 #include "banks/cSucursal.h"
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 
 namespace zv {
 
 /// One branch of the bank dialog's list. It writes nothing to the database: the bank's accept does.
-class frmSucursal final : public CatalogueDialog {
+class frmSucursal final : public MaintenanceDialog {
 public:
     frmSucursal();
 

@@ -1,22 +1,62 @@
 #include "catalogues/TextCatalogue.h"
 
+#include "forms/Desktop.h"
+
 #include <algorithm>
 
 namespace zv {
 
+namespace {
+
+bool endsRoutine(Step each)
+{
+    using step = TextCatalogueDialog::step;
+    return each == step::close || each == step::unload || each == step::press;
+}
+
+} // namespace
+
 TextCatalogueDialog::TextCatalogueDialog(StringView name, const TextCatalogue& words)
-    : CatalogueDialog(name), words_(words)
+    : MaintenanceDialog(name), words_(words)
 {}
 TextCatalogueDialog::~TextCatalogueDialog() = default;
 
+void TextCatalogueDialog::run(Steps steps, Routine& routine)
+{
+    bool finishing = false;
+    for (const Step each : steps) {
+        if (finishing && !endsRoutine(each))
+            continue;
+        switch ((this->*each)(routine)) {
+        case Then::goOn:
+            break;
+        case Then::finish:
+            finishing = true;
+            break;
+        case Then::leave:
+            return;
+        }
+    }
+}
+
+void TextCatalogueDialog::Form_Load()
+{
+    Hourglass wait(*this);
+    Routine routine;
+    run(words_.load, routine);
+}
+
 bool TextCatalogueDialog::ComprobarEliminacion()
 {
-    if (words_.guards.empty())
-        return true;
-    const bool free = unreferenced(words_.guards);
-    if (!words_.keepsRows)
-        closeRows();
-    return free;
+    Routine routine;
+    run(words_.guard, routine);
+    return routine.answer;
+}
+
+void TextCatalogueDialog::Form_Unload()
+{
+    Routine routine;
+    run(words_.unload, routine);
 }
 
 void TextCatalogueDialog::design(std::initializer_list<TextField> fields, CommandButton& accept,
@@ -41,122 +81,157 @@ void TextCatalogueDialog::design(std::initializer_list<TextField> fields, Comman
     layout.buttons(accept, cancel);
 }
 
+void TextCatalogueDialog::assemble(std::initializer_list<TextField> fields,
+                                   ControlArray<CommandButton, 2>& buttons, const Extra& extra, int accepts)
+{
+    design(fields, buttons(accepts), buttons(1 - accepts), extra);
+    for (CommandButton& button : buttons)
+        button.Click.bind([this, index = button.Index()] {
+            Routine routine(index);
+            run(words_.accept, routine);
+        });
+}
+
 void TextCatalogueDialog::assemble(std::initializer_list<TextField> fields, CommandButton& accept,
                                    CommandButton& cancel, const Extra& extra)
 {
     design(fields, accept, cancel, extra);
-    on(accept.Click, &TextCatalogueDialog::cmdAceptar_Click);
-    on(cancel.Click, &TextCatalogueDialog::cmdCancelar_Click);
+    accept.Click.bind([this] {
+        Routine routine;
+        run(words_.accept, routine);
+    });
+    cancel.Click.bind([this] { Unload(); });
 }
 
-void TextCatalogueDialog::Form_Load()
+Then TextCatalogueDialog::enterMode(Routine& routine)
 {
-    Hourglass wait(*this);
-    cCentroApi api;
-    if (words_.begins == Begins::iconAndObjectBefore)
-        loadIcon();
-    if (words_.begins != Begins::inMode)
-        api = cCentroApi::create();
-    ResumeNext next;
-    if (words_.begins != Begins::iconAndObjectBefore)
-        next([&] { loadIcon(); });
-    if (words_.begins == Begins::inMode)
-        next([&] { api = cCentroApi::create(); });
-    lockDown(next);
-    title(next);
-    localise(next, api);
-    if (!beforeRow(next) || !changesRow())
-        return;
-    if (words_.clearsErr)
-        Err().Clear();
-    showRow(next, api);
+    routine.enterMode();
+    return Then::goOn;
 }
 
-void TextCatalogueDialog::showRow(ResumeNext& next, const cCentroApi& api)
+Then TextCatalogueDialog::createObject(Routine& routine)
 {
-    if (!readRow(next, forRow(words_.load), words_.readFailed))
-        return;
-    fill(next);
-    if (words_.locksRow)
-        registerRow(next, api, *accept_);
-    if (!words_.keepsRows)
-        closeRows();
+    routine([&] { routine.api = cCentroApi::create(); });
+    return Then::goOn;
 }
 
-bool TextCatalogueDialog::beforeRow(ResumeNext&) { return true; }
+Then TextCatalogueDialog::setIcon(Routine& routine)
+{
+    routine([&] { loadIcon(); });
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::lockControls(Routine& routine)
+{
+    lockDown(routine.next());
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::tagTitle(Routine& routine)
+{
+    tagCaption(routine.next(), words_.captions);
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::setCaption(Routine& routine)
+{
+    const CaptionTexts& texts = words_.captionTexts;
+    routine([&] { Caption = String(changesRow() ? texts.modificado : texts.nuevo); });
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::showTexts(Routine& routine)
+{
+    localise(routine.next(), routine.api);
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::onlyExisting(Routine& /*routine*/)
+{
+    return changesRow() ? Then::goOn : Then::finish;
+}
+
+Then TextCatalogueDialog::clearErr(Routine& /*routine*/)
+{
+    Err().Clear();
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::loadRow(Routine& routine)
+{
+    const bool read = readRow(routine.next(), forRow(words_.query), words_.readFailed);
+    return read ? Then::goOn : Then::leave;
+}
+
+Then TextCatalogueDialog::fillFields(Routine& routine)
+{
+    fill(routine.next());
+    return Then::goOn;
+}
 
 void TextCatalogueDialog::fill(ResumeNext& next)
 {
-    next([&] { Caption = Caption + words_.blank + field(fields_.front().column); });
+    next([&] { Caption = Caption + words_.joint + field(fields_.front().column); });
     for (const TextField& shown : fields_)
         next([&] { shown.box.Text = field(shown.column); });
 }
 
-void TextCatalogueDialog::button_Click(int Index)
+Then TextCatalogueDialog::holdRow(Routine& routine)
 {
-    const cCentroApi api = cCentroApi::create();
-    ResumeNext next;
-    if (Index == aceptar && !(textGiven() && accepted(next, api)))
-        return;
-    next([&] { Unload(); });
+    registerRow(routine.next(), routine.api, *accept_);
+    return Then::goOn;
 }
 
-void TextCatalogueDialog::clickInMode(int Index)
+Then TextCatalogueDialog::closeRecordset(Routine& /*routine*/)
 {
-    ResumeNext next;
-    cCentroApi api;
-    next([&] { api = cCentroApi::create(); });
-    if (Index == aceptar && !(textGiven() && accepted(next, api)))
-        return;
-    next([&] { Unload(); });
+    closeRows();
+    return Then::goOn;
 }
 
-void TextCatalogueDialog::clickSafeFirst(int Index)
+Then TextCatalogueDialog::onlyAccepting(Routine& routine)
 {
-    ResumeNext next;
-    cCentroApi api;
-    next([&] { api = cCentroApi::create(); });
-    if (Index == aceptar) {
-        makeSafe(next, api);
-        if (!acceptedSafe(next, api))
-            return;
-    }
-    next([&] { Unload(); });
+    return routine.Index == accept_->Index() ? Then::goOn : Then::finish;
 }
 
-void TextCatalogueDialog::cmdAceptar_Click()
+Then TextCatalogueDialog::askFirst(Routine& /*routine*/)
 {
-    const cCentroApi api = cCentroApi::create();
-    ResumeNext next;
-    if (textGiven() && accepted(next, api))
-        next([&] { cancel_->Value = true; });
-}
-
-bool TextCatalogueDialog::acceptedSafe(ResumeNext& next, const cCentroApi& api)
-{
-    if (!textGiven())
-        return false;
-    MousePointer = Integer{11};
-    return write(next, api);
-}
-
-bool TextCatalogueDialog::textGiven()
-{
-    if (words_.test == EmptyTest::everyBox)
-        return everyFieldGiven();
     if (!isBlank(firstBox()))
-        return true;
+        return Then::goOn;
     warn(message::fieldsMissing, sign::information);
-    if (words_.test == EmptyTest::firstFieldThenFocus)
-        firstBox().SetFocus();
-    return false;
+    return Then::leave;
 }
 
-bool TextCatalogueDialog::accepted(ResumeNext& next, const cCentroApi& api)
+Then TextCatalogueDialog::askFirstWithFocus(Routine& routine)
 {
-    MousePointer = Integer{11};
-    makeSafe(next, api);
-    return write(next, api);
+    if (askFirst(routine) == Then::goOn)
+        return Then::goOn;
+    routine([&] { firstBox().SetFocus(); });
+    return Then::leave;
+}
+
+Then TextCatalogueDialog::askEvery(Routine& /*routine*/)
+{
+    return everyFieldGiven() ? Then::goOn : Then::leave;
+}
+
+Then TextCatalogueDialog::showHourglass(Routine& /*routine*/)
+{
+    MousePointer = pointer::hourglass;
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::makeTextsSafe(Routine& routine)
+{
+    makeSafe(routine.next(), routine.api);
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::onlyChanged(Routine& routine)
+{
+    const auto& [box, label, caption, captionId, column, width, mandatory, selectsAll] = fields_.front();
+    if (createsRow() || routine.next().condition([&] { return box.Text() != String() + field(column); }))
+        return Then::goOn;
+    return Then::finish;
 }
 
 std::vector<Value> TextCatalogueDialog::values()
@@ -167,33 +242,60 @@ std::vector<Value> TextCatalogueDialog::values()
     return texts;
 }
 
-bool TextCatalogueDialog::write(ResumeNext& next, const cCentroApi& api)
+Then TextCatalogueDialog::writeRow(Routine& routine)
 {
-    if (!createsRow())
-        return update(next, [&] {
+    if (!createsRow()) {
+        const bool updated = update(routine.next(), [&] {
             std::vector<Value> written = values();
             written.emplace_back(Configuracion().lngRowData);
             return statement(words_.update, written);
         });
-    const auto insertion = [&](Long id) {
+        return updated ? Then::goOn : Then::leave;
+    }
+    insert(routine.next(), routine.api, {words_.table, words_.key, words_.width}, [&](Long id) {
         std::vector<Value> written = values();
         written.insert(written.begin(), Value(id));
         return statement(words_.insert, written);
-    };
-    if (words_.longKey)
-        insert<Long>(next, api, words_.table, words_.key, CLng, insertion);
-    else
-        insert<Integer>(next, api, words_.table, words_.key, CInt, insertion);
+    });
     Err().Clear();
-    return true;
+    return Then::goOn;
 }
 
-void TextCatalogueDialog::Form_Unload()
+Then TextCatalogueDialog::unloadForm(Routine& routine)
+{
+    routine([&] { Unload(); });
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::pressCancel(Routine& routine)
+{
+    routine([&] { cancel_->Value = true; });
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::askGuards(Routine& routine)
+{
+    routine.answer = unreferenced(words_.guards);
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::releaseRegistration(Routine& /*routine*/)
 {
     releaseRow();
-    leaveScreen();
-    if (words_.keepsRows)
-        closeRows();
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::hideForm(Routine& /*routine*/)
+{
+    if (Visible)
+        Hide();
+    return Then::goOn;
+}
+
+Then TextCatalogueDialog::letRepaint(Routine& /*routine*/)
+{
+    DoEvents();
+    return Then::goOn;
 }
 
 } // namespace zv

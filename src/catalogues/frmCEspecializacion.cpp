@@ -4,30 +4,29 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {u"Select * From CEspecializacion_Personal Where CodCEspecializacion={}"};
+using recipe::step;
+constexpr Step load[] = {step::mode,  step::icon,     step::object, step::lock, step::caption, step::texts,
+                         step::clear, step::existing, step::read,   step::fill, step::hold};
 constexpr TextCatalogue words{
-    .captions = {},
+    .captionTexts = {.nuevo = u"Nuevo Curso de Especialización",
+                     .modificado = u"Propiedades del Curso de Especialización"},
+    .joint = u"", // The row's text runs on from the caption.
     .table = u"CursoEspecializacion",
     .key = u"IDCEspecializacion",
-    .load = u"Select * from CursoEspecializacion  Where IDCEspecializacion={}",
+    .query = u"Select * from CursoEspecializacion  Where IDCEspecializacion={}",
     .insert = u"Insert into CursoEspecializacion (IDCEspecializacion,Descripcion) values ({},'{}')",
     .update = u"Update CursoEspecializacion Set Descripcion='{}' Where IDCEspecializacion={}",
     .guards = guards,
-    .blank = u"", // The row's text runs on from the caption.
+    .load = load,
+    .accept = recipe::accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 
 frmCEspecializacion::frmCEspecializacion() : TextCatalogueDialog(u"frmCEspecializacion", words)
 {
     assemble({{txtDescripcion, lblPais, u"Descripción:", 0, u"Descripcion"}}, cmdIdioma);
-}
-
-/// The captions of this dialog have no numbers.
-void frmCEspecializacion::title(ResumeNext& next)
-{
-    next([&] {
-        Caption = String(changesRow() ? u"Propiedades del Curso de Especialización"
-                                      : u"Nuevo Curso de Especialización");
-    });
 }
 
 } // namespace zv

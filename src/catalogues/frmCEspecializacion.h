@@ -12,9 +12,6 @@ public:
     TextBox txtDescripcion{*this, u"txtDescripcion"};
     Label lblPais{*this, u"lblPais"};
     ControlArray<CommandButton, 2> cmdIdioma{*this, u"cmdIdioma"};
-
-private:
-    void title(ResumeNext& next) override;
 };
 
 } // namespace zv

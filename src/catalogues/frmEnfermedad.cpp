@@ -6,17 +6,25 @@ namespace zv {
 
 namespace {
 
+using recipe::step;
+// A failure before the mode is entered is the host's: here the icon and the helper object stand in front of
+// it.
+constexpr Step load[] = {step::icon,     step::object, step::mode, step::lock, step::title, step::texts,
+                         step::existing, step::read,   step::fill, step::hold, step::close};
+// The description may stay empty.
+constexpr Step accept[] = {step::object, step::mode,  step::given, step::hourglass,
+                           step::safe,   step::write, step::press};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 26001, .modificado = 26002},
     .table = u"Enfermedad",
     .key = u"IDEnfermedad",
-    .load = u"SELECT * FROM Enfermedad WHERE IDEnfermedad={}",
+    .width = KeyWidth::bits32,
+    .query = u"SELECT * FROM Enfermedad WHERE IDEnfermedad={}",
     .insert = u"INSERT INTO Enfermedad (IDEnfermedad,Nombre,Descripcion) VALUES ({},'{}','{}')",
     .update = u"UPDATE Enfermedad SET Nombre='{}',Descripcion='{}' WHERE IDEnfermedad={}",
-    .longKey = true,
-    .begins = Begins::iconAndObjectBefore,
-    .clearsErr = false,
-    .keepsRows = false,
+    .load = load,
+    .accept = accept,
+    .unload = recipe::unloadClosed,
 };
 
 /// What was enciphered may hold apostrophes, whatever the box held.

@@ -2,29 +2,36 @@
 
 namespace zv {
 
-namespace {
-constexpr TextCatalogue words{
-    .captions = {.nuevo = 29001, .modificado = 29002},
-    .table = u"EstadoCivil",
-    .key = u"IDEstadoCivil",
-    .load = u"Select * from EstadoCivil  Where IDEstadoCivil={}",
-    .insert = u"Insert into EstadoCivil (IDEstadoCivil,Descripcion) values ({},'{}')",
-    .update = u"Update EstadoCivil Set Descripcion='{}' Where IDEstadoCivil={}",
-};
-} // namespace
+const TextCatalogue& frmEstadoCivil::words()
+{
+    static const Step guard[] = {step::mode, own(&frmEstadoCivil::askUntested)};
+    static const TextCatalogue words{
+        .captions = {.nuevo = 29001, .modificado = 29002},
+        .table = u"EstadoCivil",
+        .key = u"IDEstadoCivil",
+        .query = u"Select * from EstadoCivil  Where IDEstadoCivil={}",
+        .insert = u"Insert into EstadoCivil (IDEstadoCivil,Descripcion) values ({},'{}')",
+        .update = u"Update EstadoCivil Set Descripcion='{}' Where IDEstadoCivil={}",
+        .load = recipe::load,
+        .accept = recipe::accept,
+        .guard = guard,
+        .unload = recipe::unload,
+    };
+    return words;
+}
 
-frmEstadoCivil::frmEstadoCivil() : TextCatalogueDialog(u"frmEstadoCivil", words)
+frmEstadoCivil::frmEstadoCivil() : TextCatalogueDialog(u"frmEstadoCivil", words())
 {
     assemble({{txtIdioma, lblPais, u"Estado Civil:", 29003, u"Descripcion"}}, cmdIdioma);
 }
 
-/// This guard alone asks for no failure: a query that fails gives no rows to test, and a test that fails
-/// counts as true.
-bool frmEstadoCivil::ComprobarEliminacion()
+/// This guard alone tests no failure: a query that fails gives no rows to test, and a test that fails counts
+/// as true.
+Then frmEstadoCivil::askUntested(Routine& routine)
 {
-    ResumeNext next;
-    next([&] { fetch(forRow(u"Select IDPersonal From Personal Where CodEstadoCivil={}")); });
-    return next.condition([&] { return rows()->Eof(); });
+    routine([&] { fetch(forRow(u"Select IDPersonal From Personal Where CodEstadoCivil={}")); });
+    routine.answer = routine.next().condition([&] { return rows()->Eof(); });
+    return Then::goOn;
 }
 
 } // namespace zv

@@ -13,7 +13,9 @@ public:
     Label lblPais{*this, u"lblPais"};
     ControlArray<CommandButton, 2> cmdIdioma{*this, u"cmdIdioma"};
 
-    bool ComprobarEliminacion() override;
+private:
+    static const TextCatalogue& words();
+    Then askUntested(Routine& routine);
 };
 
 } // namespace zv

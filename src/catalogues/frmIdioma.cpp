@@ -7,14 +7,17 @@ constexpr StringView guards[] = {u"Select * From Centro Where CodIdioma={}",
                                  u"Select * From Centro_Idioma Where CodIdioma={}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 27001, .modificado = 27002},
+    .joint = u"", // The caption's own text ends in one.
     .table = u"Idioma",
     .key = u"IDIdioma",
-    .load = u"Select * from Idioma  Where IDIdioma={}",
+    .query = u"Select * from Idioma  Where IDIdioma={}",
     .insert = u"Insert into Idioma (IDIdioma,Descripcion) values ({},'{}')",
     .update = u"Update Idioma Set Descripcion='{}' Where IDIdioma={}",
     .guards = guards,
-    .clearsErr = false, // So a failure of the steps before shows as a failed read.
-    .blank = u"",       // The caption's own text ends in one.
+    .load = recipe::loadUncleared,
+    .accept = recipe::accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 

@@ -4,16 +4,22 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {u"Select IDAlumno From Alumno Where CodNacionalidad={}"};
+using recipe::step;
+constexpr Step load[] = {step::mode,  step::icon,     step::object, step::lock, step::caption, step::texts,
+                         step::clear, step::existing, step::read,   step::fill, step::hold,    step::close};
 constexpr TextCatalogue words{
-    .captions = {},
+    .captionTexts = {.nuevo = u"Nueva Nacionalidad ", .modificado = u"Propiedades de Nacionalidad "},
+    .joint = u"", // The captions end in one.
     .table = u"Nacionalidad",
     .key = u"IDNacionalidad",
-    .load = u"Select * from Nacionalidad  Where IDNacionalidad={}",
+    .query = u"Select * from Nacionalidad  Where IDNacionalidad={}",
     .insert = u"Insert into Nacionalidad (IDNacionalidad,Descripcion,Abreviatura) values ({},'{}','{}')",
     .update = u"Update Nacionalidad Set Descripcion='{}',Abreviatura='{}' Where IDNacionalidad={}",
     .guards = guards,
-    .blank = u"", // The captions end in one.
-    .keepsRows = false,
+    .load = load,
+    .accept = recipe::accept,
+    .guard = recipe::guardAndClose,
+    .unload = recipe::unloadClosed,
 };
 } // namespace
 
@@ -29,12 +35,6 @@ frmNacionalidad::frmNacionalidad() : TextCatalogueDialog(u"frmNacionalidad", wor
                .mandatory = false,
                .selectsAll = false}},
              cmdNacionalidad);
-}
-
-/// The captions of this dialog have no numbers.
-void frmNacionalidad::title(ResumeNext& next)
-{
-    next([&] { Caption = String(changesRow() ? u"Propiedades de Nacionalidad " : u"Nueva Nacionalidad "); });
 }
 
 void frmNacionalidad::fill(ResumeNext& next)

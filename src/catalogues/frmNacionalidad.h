@@ -16,7 +16,6 @@ public:
     ControlArray<CommandButton, 2> cmdNacionalidad{*this, u"cmdNacionalidad"};
 
 private:
-    void title(ResumeNext& next) override;
     void fill(ResumeNext& next) override;
 };
 

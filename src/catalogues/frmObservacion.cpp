@@ -5,21 +5,26 @@ namespace zv {
 namespace {
 constexpr StringView guards[] = {
     u"SELECT codObservacion FROM MateriaDetalles_Observacion WHERE codObservacion={}"};
+using recipe::step;
+// A failure before the mode is entered is the host's: here the icon and the helper object stand in front of
+// it.
+constexpr Step load[] = {step::icon,     step::object, step::mode, step::lock, step::title, step::texts,
+                         step::existing, step::read,   step::fill, step::hold, step::close};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 2001, .modificado = 2002},
     .table = u"Observacion",
     .key = u"idObservacion",
-    .load = u"SELECT * FROM Observacion WHERE IDObservacion={}",
+    .width = KeyWidth::bits32,
+    .query = u"SELECT * FROM Observacion WHERE IDObservacion={}",
+    .readFailed = message::updateFailed, // This dialog alone reports a failed read so.
     .insert =
         u"INSERT INTO Observacion (IDObservacion,DescripcionCorta,DescripcionLarga) VALUES ({},'{}','{}')",
     .update = u"UPDATE Observacion SET DescripcionCorta='{}',DescripcionLarga='{}' WHERE IDObservacion={}",
     .guards = guards,
-    .longKey = true,
-    .begins = Begins::iconAndObjectBefore,
-    .test = EmptyTest::everyBox,
-    .clearsErr = false,
-    .readFailed = message::updateFailed, // This dialog alone reports a failed read so.
-    .keepsRows = false,
+    .load = load,
+    .accept = recipe::acceptAndPress,
+    .guard = recipe::guardAndClose,
+    .unload = recipe::unloadClosed,
 };
 } // namespace
 

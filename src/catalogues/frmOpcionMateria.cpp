@@ -1,30 +1,37 @@
 #include "catalogues/frmOpcionMateria.h"
 
-#include "forms/Desktop.h"
-
 namespace zv {
 
 namespace {
-constexpr TextCatalogue words{
-    .captions = {.nuevo = 3001, .modificado = 3002},
-    .table = u"OpcionMateria",
-    .key = u"IDOM",
-    .load = u"SELECT * FROM OpcionMateria WHERE IDOM={}",
-    .insert =
-        u"INSERT INTO OpcionMateria (IDOM,Descripcion,DescripcionCorta,DescripcionLarga,DescripcionActa) "
-        u"VALUES ({},'{}','{}','{}','{}')",
-    .update = u"UPDATE OpcionMateria "
-              u"SET Descripcion='{}',DescripcionCorta='{}',DescripcionLarga='{}',DescripcionActa='{}' "
-              u"WHERE IDOM={}",
-    .begins = Begins::iconAndObjectBefore,
-    .test = EmptyTest::everyBox,
-    .clearsErr = false,
-    .locksRow = false,
-    .keepsRows = false,
-};
+using recipe::step;
+// A failure before the mode is entered is the host's: here the icon and the helper object stand in front of
+// it. No row is registered.
+constexpr Step load[] = {step::icon,  step::object,   step::mode, step::lock, step::title,
+                         step::texts, step::existing, step::read, step::fill, step::close};
 } // namespace
 
-frmOpcionMateria::frmOpcionMateria() : TextCatalogueDialog(u"frmOpcionMateria", words)
+const TextCatalogue& frmOpcionMateria::words()
+{
+    static const Step unload[] = {own(&frmOpcionMateria::hideAnyway), step::repaint};
+    static const TextCatalogue words{
+        .captions = {.nuevo = 3001, .modificado = 3002},
+        .table = u"OpcionMateria",
+        .key = u"IDOM",
+        .query = u"SELECT * FROM OpcionMateria WHERE IDOM={}",
+        .insert =
+            u"INSERT INTO OpcionMateria (IDOM,Descripcion,DescripcionCorta,DescripcionLarga,DescripcionActa) "
+            u"VALUES ({},'{}','{}','{}','{}')",
+        .update = u"UPDATE OpcionMateria "
+                  u"SET Descripcion='{}',DescripcionCorta='{}',DescripcionLarga='{}',DescripcionActa='{}' "
+                  u"WHERE IDOM={}",
+        .load = load,
+        .accept = recipe::acceptAndPress,
+        .unload = unload,
+    };
+    return words;
+}
+
+frmOpcionMateria::frmOpcionMateria() : TextCatalogueDialog(u"frmOpcionMateria", words())
 {
     assemble({{txtNombre, lblNombre, u"Nombre de opción:", 3020, u"Descripcion"},
               {txtAbreviatura, lblAbreviatura, u"Abreviatura:", 3021, u"DescripcionCorta", 7},
@@ -33,11 +40,11 @@ frmOpcionMateria::frmOpcionMateria() : TextCatalogueDialog(u"frmOpcionMateria", 
              cmdAceptar, cmdCancelar);
 }
 
-/// No row was registered, so none is released.
-void frmOpcionMateria::Form_Unload()
+/// No row was registered, so none is released; the form is hidden without a look at whether it shows.
+Then frmOpcionMateria::hideAnyway(Routine& /*routine*/)
 {
     Hide();
-    DoEvents();
+    return Then::goOn;
 }
 
 } // namespace zv

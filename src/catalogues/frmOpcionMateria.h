@@ -22,7 +22,8 @@ public:
     CommandButton cmdCancelar{*this, u"cmdCancelar"};
 
 private:
-    void Form_Unload() override;
+    static const TextCatalogue& words();
+    Then hideAnyway(Routine& routine);
 };
 
 } // namespace zv

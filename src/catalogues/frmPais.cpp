@@ -10,10 +10,14 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 4001, .modificado = 4002},
     .table = u"Pais",
     .key = u"IDPais",
-    .load = u"Select * from Pais  Where IDPais={}",
+    .query = u"Select * from Pais  Where IDPais={}",
     .insert = u"Insert into Pais (IDPais,Descripcion) values ({},'{}')",
     .update = u"Update Pais Set Descripcion='{}' Where IDPais={}",
     .guards = guards,
+    .load = recipe::load,
+    .accept = recipe::accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 

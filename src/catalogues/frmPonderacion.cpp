@@ -2,6 +2,7 @@
 
 #include "data/DataError.h"
 #include "forms/Desktop.h"
+#include "forms/Keys.h"
 
 #include <algorithm>
 
@@ -12,19 +13,6 @@ namespace {
 constexpr StringView guards[] = {
     u"SELECT codPonderacion FROM prematriculacion_ponderacion WHERE codPonderacion={} "
     u"UNION SELECT codPonderacion FROM Ponderacion_Centro WHERE codPonderacion={}"};
-constexpr TextCatalogue words{
-    .captions = {.nuevo = 5001, .modificado = 5002},
-    .table = u"ponderacion",
-    .key = u"idPonderacion",
-    .load = u"SELECT * FROM ponderacion WHERE IDponderacion={}",
-    .insert = u"INSERT INTO ponderacion (IDPonderacion,descripcion,puntuacion) VALUES ({},'{}',{})",
-    .update = u"UPDATE ponderacion SET descripcion='{}',puntuacion={} WHERE IDPonderacion={}",
-    .guards = guards,
-    .longKey = true,
-    .begins = Begins::objectBefore,
-    .clearsErr = false,
-    .keepsRows = false,
-};
 
 bool isDigitOrPoint(char16_t unit) { return (unit >= u'0' && unit <= u'9') || unit == u'.'; }
 bool isLetter(char16_t unit) { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
@@ -44,7 +32,31 @@ bool canStandBare(StringView score)
 
 } // namespace
 
-frmPonderacion::frmPonderacion() : TextCatalogueDialog(u"frmPonderacion", words)
+const TextCatalogue& frmPonderacion::words()
+{
+    static const Step load[] = {step::object,   step::mode, step::icon, step::lock, step::title, step::texts,
+                                step::existing, step::read, step::fill, step::hold, step::close};
+    static const Step accept[] = {step::object,    step::mode, own(&frmPonderacion::textsGiven),
+                                  step::hourglass, step::safe, step::write,
+                                  step::press};
+    static const TextCatalogue words{
+        .captions = {.nuevo = 5001, .modificado = 5002},
+        .table = u"ponderacion",
+        .key = u"idPonderacion",
+        .width = KeyWidth::bits32,
+        .query = u"SELECT * FROM ponderacion WHERE IDponderacion={}",
+        .insert = u"INSERT INTO ponderacion (IDPonderacion,descripcion,puntuacion) VALUES ({},'{}',{})",
+        .update = u"UPDATE ponderacion SET descripcion='{}',puntuacion={} WHERE IDPonderacion={}",
+        .guards = guards,
+        .load = load,
+        .accept = accept,
+        .guard = recipe::guardAndClose,
+        .unload = recipe::unloadClosed,
+    };
+    return words;
+}
+
+frmPonderacion::frmPonderacion() : TextCatalogueDialog(u"frmPonderacion", words())
 {
     txtPuntuacion.RightAligned = true;
     assemble({{txtDescripcion, lblPonderacion, u"Ponderacion:", 5020, u"descripcion"},
@@ -57,12 +69,9 @@ frmPonderacion::frmPonderacion() : TextCatalogueDialog(u"frmPonderacion", words)
 /// The caret cannot be moved, and the delete key clears the whole field.
 void frmPonderacion::txtPuntuacion_KeyDown(Integer& KeyCode)
 {
-    constexpr Integer firstArrow = 37;
-    constexpr Integer lastArrow = 40;
-    constexpr Integer deleteKey = 46;
-    if (KeyCode >= firstArrow && KeyCode <= lastArrow)
+    if (KeyCode >= keyCode::firstArrow && KeyCode <= keyCode::lastArrow)
         KeyCode = 0;
-    if (KeyCode == deleteKey) {
+    if (KeyCode == keyCode::deleteKey) {
         KeyCode = 0;
         txtPuntuacion.Text = String();
     }
@@ -73,31 +82,30 @@ void frmPonderacion::txtPuntuacion_KeyDown(Integer& KeyCode)
 /// the digit stays alone.
 void frmPonderacion::txtPuntuacion_KeyPress(Integer& KeyAscii)
 {
-    constexpr Integer backspace = 8;
-    if (KeyAscii != backspace && !IsNumeric(String(1, static_cast<char16_t>(KeyAscii))))
+    if (KeyAscii != keyAscii::backspace && !IsNumeric(String(1, static_cast<char16_t>(KeyAscii))))
         KeyAscii = 0;
     const String text = txtPuntuacion.Text();
-    if (KeyAscii != backspace && text.size() == 1) {
+    if (KeyAscii != keyAscii::backspace && text.size() == 1) {
         txtPuntuacion.Text = text + static_cast<char16_t>(KeyAscii) + u",";
         KeyAscii = 0;
     }
-    if (KeyAscii == backspace && text.ends_with(u','))
+    if (KeyAscii == keyAscii::backspace && text.ends_with(u','))
         txtPuntuacion.Text = Left(text, 1);
     SendKeys(u"{END}");
 }
 
 /// Asked by name, and the focus goes to the field that is empty.
-bool frmPonderacion::textGiven()
+Then frmPonderacion::textsGiven(Routine& routine)
 {
     for (Control* control : Controls) {
         const auto* box = dynamic_cast<const TextBox*>(control);
         if (box == nullptr || Left(box->Name(), 3) != u"txt" || !isBlank(*box))
             continue;
         warn(message::fieldsMissing, sign::information);
-        control->SetFocus();
-        return false;
+        routine([&] { control->SetFocus(); });
+        return Then::leave;
     }
-    return true;
+    return Then::goOn;
 }
 
 std::vector<Value> frmPonderacion::values()

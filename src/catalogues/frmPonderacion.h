@@ -17,7 +17,8 @@ public:
     CommandButton cmdCancelar{*this, u"cmdCancelar"};
 
 private:
-    bool textGiven() override;
+    static const TextCatalogue& words();
+    Then textsGiven(Routine& routine);
     std::vector<Value> values() override;
     void txtPuntuacion_KeyDown(Integer& KeyCode);
     void txtPuntuacion_KeyPress(Integer& KeyAscii);

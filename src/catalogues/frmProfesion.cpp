@@ -4,19 +4,22 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {u"SELECT codprofesion FROM miembrofamilia WHERE codprofesion={}"};
+using recipe::step;
+constexpr Step load[] = {step::object,   step::mode, step::icon, step::lock, step::title, step::texts,
+                         step::existing, step::read, step::fill, step::hold, step::close};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 6001, .modificado = 6002},
     .table = u"profesion",
     .key = u"idprofesion",
-    .load = u"SELECT * FROM profesion WHERE idprofesion={}",
+    .width = KeyWidth::bits32,
+    .query = u"SELECT * FROM profesion WHERE idprofesion={}",
     .insert = u"INSERT INTO profesion (IDProfesion,nombre) VALUES ({},'{}')",
     .update = u"UPDATE profesion SET nombre='{}' WHERE IDProfesion={}",
     .guards = guards,
-    .longKey = true,
-    .begins = Begins::objectBefore,
-    .test = EmptyTest::everyBox,
-    .clearsErr = false,
-    .keepsRows = false,
+    .load = load,
+    .accept = recipe::acceptAndPress,
+    .guard = recipe::guardAndClose,
+    .unload = recipe::unloadClosed,
 };
 } // namespace
 

@@ -11,10 +11,14 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 28001, .modificado = 28002},
     .table = u"Provincia",
     .key = u"IDProvincia",
-    .load = u"Select * from Provincia  Where IDProvincia={}",
+    .query = u"Select * from Provincia  Where IDProvincia={}",
     .insert = u"Insert into Provincia (IDProvincia,Descripcion) values ({},'{}')",
     .update = u"Update Provincia Set Descripcion='{}' Where IDProvincia={}",
     .guards = guards,
+    .load = recipe::load,
+    .accept = recipe::accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 

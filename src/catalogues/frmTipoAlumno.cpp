@@ -8,10 +8,14 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 9001, .modificado = 9002},
     .table = u"TipoAlumno",
     .key = u"IDTipoAlumno",
-    .load = u"Select * from TipoAlumno  Where IDTipoAlumno={}",
+    .query = u"Select * from TipoAlumno  Where IDTipoAlumno={}",
     .insert = u"Insert into TipoAlumno (IDTipoAlumno,Descripcion) values ({},'{}')",
     .update = u"Update TipoAlumno Set Descripcion='{}' where IDTipoAlumno={}",
     .guards = guards,
+    .load = recipe::load,
+    .accept = recipe::acceptSafeFirst,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 

@@ -12,9 +12,6 @@ public:
     TextBox txtTipoAlumno{*this, u"txtTipoAlumno"};
     Label lblTipoAlumno{*this, u"lblTipoAlumno"};
     ControlArray<CommandButton, 2> cmdTipoAlumno{*this, u"cmdTipoAlumno"};
-
-private:
-    void button_Click(int Index) override { clickSafeFirst(Index); }
 };
 
 } // namespace zv

@@ -4,24 +4,34 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {u"SELECT codTipoCentro FROM Centro WHERE codTipoCentro={}"};
-constexpr TextCatalogue words{
-    .captions = {.nuevo = 25001, .modificado = 25002},
-    .table = u"tipocentro",
-    .key = u"IDTipocentro",
-    .load = u"Select * from Tipocentro  Where IDTipocentro={}",
-    .insert = u"insert into tipocentro(idtipocentro,nombre) values ({}, '{}')",
-    .update = u"Update TipoCentro Set Nombre='{}' where IDTipocentro={}",
-    .guards = guards,
-    .clearsErr = false,
-    .keepsRows = false,
-};
 } // namespace
 
-frmTipoCentro::frmTipoCentro() : TextCatalogueDialog(u"frmTipoCentro", words)
+const TextCatalogue& frmTipoCentro::words()
 {
-    design({{txtTipoCentro, lblTipoCentro, u"Descripción:", 9020, u"Nombre"}}, cmdTipoCentro(1),
-           cmdTipoCentro(0));
-    on(cmdTipoCentro, &CommandButton::Click, &frmTipoCentro::cmdTipoCentro_Click);
+    static const Step accept[] = {step::mode,      step::object, step::accepting,
+                                  step::hourglass, step::safe,   own(&frmTipoCentro::nameGiven),
+                                  step::write,     step::unload};
+    static const TextCatalogue words{
+        .captions = {.nuevo = 25001, .modificado = 25002},
+        .table = u"tipocentro",
+        .key = u"IDTipocentro",
+        .query = u"Select * from Tipocentro  Where IDTipocentro={}",
+        .insert = u"insert into tipocentro(idtipocentro,nombre) values ({}, '{}')",
+        .update = u"Update TipoCentro Set Nombre='{}' where IDTipocentro={}",
+        .guards = guards,
+        .load = recipe::loadAndClose,
+        .accept = accept,
+        .guard = recipe::guardAndClose,
+        .unload = recipe::unloadClosed,
+    };
+    return words;
+}
+
+frmTipoCentro::frmTipoCentro() : TextCatalogueDialog(u"frmTipoCentro", words())
+{
+    constexpr int accepts = 1;
+    assemble({{txtTipoCentro, lblTipoCentro, u"Descripción:", 9020, u"Nombre"}}, cmdTipoCentro, nullptr,
+             accepts);
 }
 
 void frmTipoCentro::fill(ResumeNext& next)
@@ -34,24 +44,13 @@ void frmTipoCentro::fill(ResumeNext& next)
 }
 
 /// The text is not trimmed before it is asked for: blanks are a name here.
-void frmTipoCentro::cmdTipoCentro_Click(int Index)
+Then frmTipoCentro::nameGiven(Routine& /*routine*/)
 {
-    constexpr int accepts = 1;
-    ResumeNext next;
-    cCentroApi api;
-    next([&] { api = cCentroApi::create(); });
-    if (Index == accepts) {
-        MousePointer = Integer{11};
-        makeSafe(next, api);
-        if (txtTipoCentro.Text().empty()) {
-            warn(message::fieldsMissing, sign::information);
-            MousePointer = Integer{0};
-            return;
-        }
-        if (!write(next, api))
-            return;
-    }
-    next([&] { Unload(); });
+    if (!txtTipoCentro.Text().empty())
+        return Then::goOn;
+    warn(message::fieldsMissing, sign::information);
+    MousePointer = pointer::standard;
+    return Then::leave;
 }
 
 } // namespace zv

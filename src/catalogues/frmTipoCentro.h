@@ -14,8 +14,9 @@ public:
     ControlArray<CommandButton, 2> cmdTipoCentro{*this, u"cmdTipoCentro"};
 
 private:
+    static const TextCatalogue& words();
+    Then nameGiven(Routine& routine);
     void fill(ResumeNext& next) override;
-    void cmdTipoCentro_Click(int Index);
 };
 
 } // namespace zv

@@ -8,10 +8,14 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 10001, .modificado = 10002},
     .table = u"TipoContrato",
     .key = u"IDTipoContrato",
-    .load = u"Select * from TipoContrato  Where IDTipoContrato={}",
+    .query = u"Select * from TipoContrato  Where IDTipoContrato={}",
     .insert = u"Insert into TipoContrato (IDTipoContrato,Nombre) values ({},'{}')",
     .update = u"Update TipoContrato Set Nombre='{}' where IDTipoContrato={}",
     .guards = guards,
+    .load = recipe::load,
+    .accept = recipe::acceptSafeFirst,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 

@@ -12,9 +12,6 @@ public:
     TextBox txtContrato{*this, u"txtContrato"};
     Label lblContrato{*this, u"lblContrato"};
     ControlArray<CommandButton, 2> cmdContrato{*this, u"cmdContrato"};
-
-private:
-    void button_Click(int Index) override { clickSafeFirst(Index); }
 };
 
 } // namespace zv

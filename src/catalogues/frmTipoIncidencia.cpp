@@ -6,18 +6,25 @@ namespace {
 constexpr StringView guards[] = {
     u"Select * From IncidenciaAlumno where IncidenciaAlumno.CodTipoIncidencia={}",
     u"Select * From IncidenciaPersonal where  IncidenciaPersonal.CodTipoIncidencia={}"};
+using recipe::step;
+// The texts are made safe before the button is asked for: on cancel too.
+constexpr Step accept[] = {step::mode,  step::object,    step::safe,  step::accepting,
+                           step::given, step::hourglass, step::write, step::unload};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 11001, .modificado = 11002},
     .table = u"TipoIncidencia",
     .key = u"IDTipoIncidencia",
-    .load = u"Select * from TipoIncidencia  Where IDTipoIncidencia={}",
+    .query = u"Select * from TipoIncidencia  Where IDTipoIncidencia={}",
     .insert = u"Insert into TipoIncidencia "
               u"(IDTipoIncidencia,Nombre,DescripcionCorta,Justificante,Boletin,Ausencia) values "
               u"({},'{}','{}',{},{},{})",
     .update = u"Update TipoIncidencia Set Nombre='{}',DescripcionCorta='{}',Justificante={}, "
               u"Boletin={},Ausencia={} Where IDTipoIncidencia={}",
     .guards = guards,
-    .clearsErr = false,
+    .load = recipe::loadUncleared,
+    .accept = accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 
@@ -56,18 +63,6 @@ std::vector<Value> frmTipoIncidencia::values()
 {
     return {txtIncidencia(0).Text(), txtIncidencia(1).Text(), chkJustificante.Value(), chkBoletin.Value(),
             chkAusencia.Value()};
-}
-
-/// The texts are made safe before the button is asked for: on cancel too.
-void frmTipoIncidencia::button_Click(int Index)
-{
-    ResumeNext next;
-    cCentroApi api;
-    next([&] { api = cCentroApi::create(); });
-    makeSafe(next, api);
-    if (Index == aceptar && !acceptedSafe(next, api))
-        return;
-    next([&] { Unload(); });
 }
 
 } // namespace zv

@@ -18,7 +18,6 @@ public:
 
 private:
     void fill(ResumeNext& next) override;
-    void button_Click(int Index) override;
     std::vector<Value> values() override;
 };
 

@@ -1,7 +1,7 @@
 #include "catalogues/frmTipoIva.h"
 
 #include "forms/Desktop.h"
-#include "forms/Layout.h"
+#include "forms/Keys.h"
 #include "session/cConstCol.h"
 
 namespace zv {
@@ -23,35 +23,66 @@ bool takesDigit(const String& text, int digit) { return IsNumeric(text) && CDbl(
 
 } // namespace
 
-frmTipoIva::frmTipoIva() : CatalogueDialog(u"frmTipoIva")
+const TextCatalogue& frmTipoIva::words()
 {
-    designField(lblTipoIva, u"Tipo de Iva:", fieldName, txtTipoIva, 50);
-    designButtons(cmdTipoIva(aceptar), cmdTipoIva(cancelar));
-    on(txtTipoIva.KeyPress, &frmTipoIva::txtTipoIva_KeyPress);
-    on(cmdTipoIva, &CommandButton::Click, &frmTipoIva::cmdTipoIva_Click);
-    Layout(*this).row(lblTipoIva, txtTipoIva).buttons(cmdTipoIva(aceptar), cmdTipoIva(cancelar));
+    static const Step load[] = {step::mode,  own(&frmTipoIva::forgetRate),
+                                step::icon,  step::object,
+                                step::lock,  step::title,
+                                step::texts, step::existing,
+                                step::read,  step::fill,
+                                step::hold};
+    static const Step accept[] = {step::mode,
+                                  step::object,
+                                  step::accepting,
+                                  step::safe,
+                                  step::given,
+                                  own(&frmTipoIva::isPercentage),
+                                  own(&frmTipoIva::atMostAHundred),
+                                  step::hourglass,
+                                  own(&frmTipoIva::notTaken),
+                                  own(&frmTipoIva::fraction),
+                                  step::write,
+                                  step::unload};
+    static const Step unload[] = {own(&frmTipoIva::releaseIfEnabled), step::hide, step::repaint, step::close};
+    static const TextCatalogue words{
+        .captions = {.nuevo = 12001, .modificado = 12002},
+        .table = u"TipoIva",
+        .key = u"IDTipoIva",
+        .query = u"Select * from TipoIva  Where IDTipoIva={}",
+        .insert = u"Insert into TipoIva (IDTipoIva,Descripcion,Valor) values ({},'{}','{}')",
+        .update = u"Update TipoIva Set Descripcion='{}', Valor='{}' Where IDTipoIva={}",
+        .guards = guards,
+        .load = load,
+        .accept = accept,
+        .guard = recipe::guard,
+        .unload = unload,
+    };
+    return words;
 }
 
-bool frmTipoIva::ComprobarEliminacion() { return unreferenced(guards); }
-
-void frmTipoIva::Form_Load()
+frmTipoIva::frmTipoIva() : TextCatalogueDialog(u"frmTipoIva", words())
 {
-    Hourglass wait(*this);
-    ResumeNext next;
+    // The window is as wide as its design text asks, not as the numbered one.
+    assemble({{txtTipoIva, lblTipoIva, u"Tipo de Iva:", 0, u"Descripcion"}}, cmdTipoIva);
+    lblTipoIva.Tag = decimalText(fieldName);
+    on(txtTipoIva.KeyPress, &frmTipoIva::txtTipoIva_KeyPress);
+}
+
+Then frmTipoIva::forgetRate(Routine& /*routine*/)
+{
     strDescripcionInicial.clear();
-    const cCentroApi api = prelude(next, {.nuevo = 12001, .modificado = 12002});
-    if (!changesRow() || !readRow(next, forRow(u"Select * from TipoIva  Where IDTipoIva={}")))
-        return;
-    next([&] { Caption = Caption + u" " + field(u"Descripcion"); });
-    next([&] { txtTipoIva.Text = field(u"Descripcion"); });
+    return Then::goOn;
+}
+
+void frmTipoIva::fill(ResumeNext& next)
+{
+    TextCatalogueDialog::fill(next);
     next([&] { strDescripcionInicial = CStr(field(u"Descripcion")); });
-    registerRow(next, api, cmdTipoIva(aceptar));
 }
 
 /// One or two digits and a closing sign. The whole text counts, wherever the caret stands.
 void frmTipoIva::txtTipoIva_KeyPress(Integer& KeyAscii)
 {
-    constexpr Integer backspace = 8;
     const String& text = txtTipoIva.Text();
     const auto key = static_cast<char16_t>(KeyAscii);
     bool discard = false;
@@ -60,37 +91,16 @@ void frmTipoIva::txtTipoIva_KeyPress(Integer& KeyAscii)
     else if (IsNumeric(String(1, key)))
         discard = endsInSign(text) || (!text.empty() && !takesDigit(text, key - u'0'));
     else
-        discard = KeyAscii != backspace;
+        discard = KeyAscii != keyAscii::backspace;
     if (discard)
         KeyAscii = 0;
 }
 
-void frmTipoIva::cmdTipoIva_Click(int Index)
-{
-    ResumeNext next;
-    cCentroApi api;
-    next([&] { api = cCentroApi::create(); });
-    if (Index == aceptar) {
-        makeSafe(next, api);
-        if (!rateGiven(next))
-            return;
-        const String rate = Trim(withoutSign());
-        if (!rate.empty() && next.condition([&] { return CDbl(rate) > 100.0; })) {
-            refuse(next, aboveAHundred);
-            return;
-        }
-        MousePointer = Integer{11};
-        if (!rateNotTaken(next, rate) || !write(next, api, rate))
-            return;
-    }
-    next([&] { Unload(); });
-}
-
-bool frmTipoIva::refuse(ResumeNext& next, Integer messageId)
+Then frmTipoIva::refuse(Routine& routine, Integer messageId)
 {
     warn(messageId, sign::information);
-    next([&] { txtTipoIva.SetFocus(); });
-    return false;
+    routine([&] { txtTipoIva.SetFocus(); });
+    return Then::leave;
 }
 
 String frmTipoIva::withoutSign() const
@@ -98,67 +108,61 @@ String frmTipoIva::withoutSign() const
     return Left(txtTipoIva.Text(), static_cast<long>(txtTipoIva.Text().size()) - 1);
 }
 
-bool frmTipoIva::rateGiven(ResumeNext& next)
+/// A rate without its sign gets it.
+Then frmTipoIva::isPercentage(Routine& routine)
 {
     const String text = Trim(txtTipoIva.Text());
-    if (text.empty()) {
-        warn(message::fieldsMissing, sign::information);
-        return false;
-    }
-    if (endsInSign(text))
-        return IsNumeric(Trim(Left(text, static_cast<long>(text.size()) - 1))) ||
-               refuse(next, notAPercentage);
-    if (!IsNumeric(text))
-        return refuse(next, notAPercentage);
-    next([&] { txtTipoIva.Text = text + u"%"; });
-    return true;
+    const bool signedText = endsInSign(text);
+    if (!IsNumeric(signedText ? Trim(Left(text, static_cast<long>(text.size()) - 1)) : text))
+        return refuse(routine, notAPercentage);
+    if (!signedText)
+        routine([&] { txtTipoIva.Text = text + u"%"; });
+    return Then::goOn;
+}
+
+Then frmTipoIva::atMostAHundred(Routine& routine)
+{
+    const String rate = Trim(withoutSign());
+    if (!rate.empty() && routine.next().condition([&] { return CDbl(rate) > 100.0; }))
+        return refuse(routine, aboveAHundred);
+    return Then::goOn;
 }
 
 /// A rate that exists ends the dialog's action for good: from then on an accept takes the way of a change
 /// that is none, and the row is no longer released. Nothing sets the action back.
-bool frmTipoIva::rateNotTaken(ResumeNext& next, const String& rate)
+Then frmTipoIva::notTaken(Routine& routine)
 {
     if (Trim(txtTipoIva.Text()) == strDescripcionInicial)
-        return true;
+        return Then::goOn;
     bool taken = false;
-    next([&] {
+    routine([&] {
         for (fetch(u"select descripcion from tipoiva"); !taken && !rows()->Eof(); rows()->MoveNext())
-            taken = String() + field(u"descripcion") == rate + u"%";
+            taken = String() + field(u"descripcion") == Trim(withoutSign()) + u"%";
     });
     if (!taken)
-        return true;
+        return Then::goOn;
     MsgBox(LoadResString(rateExists), noSign, LoadResString(fieldName));
     Configuracion().bytAccion = cConstCol::NoModificado;
-    MousePointer = Integer{0};
-    return false;
+    MousePointer = pointer::standard;
+    return Then::leave;
 }
 
-bool frmTipoIva::write(ResumeNext& next, const cCentroApi& api, const String& rate)
+/// A whole percentage: the fraction forgets the decimals that the text keeps.
+Then frmTipoIva::fraction(Routine& routine)
 {
-    // A whole percentage: the fraction forgets the decimals that the text keeps.
-    Single valor = 0;
-    next([&] { valor = static_cast<Single>(CInt(withoutSign()) / 100.0); });
-    const String fraction = CStr(valor);
-    const String text = rate + u"%";
-    if (!createsRow())
-        return update(next, [&] {
-            return statement(u"Update TipoIva Set Descripcion='{}', Valor='{}' Where IDTipoIva={}",
-                             {text, fraction, Configuracion().lngRowData});
-        });
-    insert<Integer>(next, api, u"TipoIva", u"IDTipoIva", CInt, [&](Integer id) {
-        return statement(u"Insert into TipoIva (IDTipoIva,Descripcion,Valor) values ({},'{}','{}')",
-                         {id, text, fraction});
-    });
-    return true;
+    valor_ = 0;
+    routine([&] { valor_ = static_cast<Single>(CInt(withoutSign()) / 100.0); });
+    return Then::goOn;
 }
+
+std::vector<Value> frmTipoIva::values() { return {Trim(withoutSign()) + u"%", CStr(valor_)}; }
 
 /// Whether the row is released hangs on the button here, not on the marker.
-void frmTipoIva::Form_Unload()
+Then frmTipoIva::releaseIfEnabled(Routine& /*routine*/)
 {
     if (changesRow() && cmdTipoIva(aceptar).Enabled())
         unregisterRow();
-    leaveScreen();
-    closeRows();
+    return Then::goOn;
 }
 
 } // namespace zv

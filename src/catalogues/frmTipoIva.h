@@ -1,11 +1,11 @@
 #pragma once
 
-#include "catalogues/CatalogueDialog.h"
+#include "catalogues/TextCatalogue.h"
 
 namespace zv {
 
 /// VAT rates: a percentage, kept as the text with its sign and as the fraction.
-class frmTipoIva final : public CatalogueDialog {
+class frmTipoIva final : public TextCatalogueDialog {
 public:
     frmTipoIva();
 
@@ -13,23 +13,26 @@ public:
     Label lblTipoIva{*this, u"lblTipoIva"};
     ControlArray<CommandButton, 2> cmdTipoIva{*this, u"cmdTipoIva"};
 
-    bool ComprobarEliminacion();
-
 private:
-    void Form_Load() override;
-    void Form_Unload() override;
-    void txtTipoIva_KeyPress(Integer& KeyAscii);
-    void cmdTipoIva_Click(int Index);
+    static const TextCatalogue& words();
+    Then forgetRate(Routine& routine);
+    Then isPercentage(Routine& routine);
+    Then atMostAHundred(Routine& routine);
+    Then notTaken(Routine& routine);
+    Then fraction(Routine& routine);
+    Then releaseIfEnabled(Routine& routine);
 
-    /// Steps of the accept: each reports what is wrong and gives False.
-    bool rateGiven(ResumeNext& next);
-    bool rateNotTaken(ResumeNext& next, const String& rate);
-    bool write(ResumeNext& next, const cCentroApi& api, const String& rate);
-    bool refuse(ResumeNext& next, Integer messageId);
+    void fill(ResumeNext& next) override;
+    std::vector<Value> values() override;
+    void txtTipoIva_KeyPress(Integer& KeyAscii);
+
+    /// Reports what is wrong with the rate.
+    Then refuse(Routine& routine, Integer messageId);
     /// The text without its last character, the sign.
     String withoutSign() const;
 
     String strDescripcionInicial; ///< The rate as it was read: no duplicate of itself.
+    Single valor_ = 0;            ///< The fraction to be stored.
 };
 
 } // namespace zv

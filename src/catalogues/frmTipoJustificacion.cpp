@@ -10,14 +10,15 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 13001, .modificado = 13002},
     .table = u"TipoJustificacion",
     .key = u"IDTipoJustificacion",
-    .load = u"SELECT * FROM TipoJustificacion WHERE IDTipoJustificacion={}",
+    .width = KeyWidth::bits32,
+    .query = u"SELECT * FROM TipoJustificacion WHERE IDTipoJustificacion={}",
     .insert = u"INSERT INTO TipoJustificacion (IDTipoJustificacion,Descripcion) VALUES ({},'{}')",
     .update = u"UPDATE TipoJustificacion SET Descripcion='{}' WHERE IDTipoJustificacion={}",
     .guards = guards,
-    .longKey = true,
-    .test = EmptyTest::everyBox,
-    .clearsErr = false,
-    .keepsRows = false,
+    .load = recipe::loadAndClose,
+    .accept = recipe::acceptAndPress,
+    .guard = recipe::guardAndClose,
+    .unload = recipe::unloadClosed,
 };
 } // namespace
 

@@ -12,9 +12,6 @@ public:
     TextBox txtNombre{*this, u"txtNombre"};
     Label lblNombre{*this, u"lblNombre"};
     ControlArray<CommandButton, 2> cmdMaterial{*this, u"cmdMaterial"};
-
-private:
-    bool write(ResumeNext& next, const cCentroApi& api) override;
 };
 
 } // namespace zv

@@ -4,15 +4,21 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {u"Select CodTipoMiembroCentro From Personal where CodTipoMiembroCentro={}"};
+using recipe::step;
+constexpr Step accept[] = {step::mode,      step::object, step::accepting, step::given,
+                           step::hourglass, step::safe,   step::write,     step::unload};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 15001, .modificado = 15002},
     .table = u"TipoMiembroCentro",
     .key = u"IDTMC",
-    .load = u"Select * from TipoMiembroCentro  Where IDTMC={}",
+    .query = u"Select * from TipoMiembroCentro  Where IDTMC={}",
     .insert = u"Insert into TipoMiembroCentro  values ({},'{}',{})",
     .update = u"Update TipoMiembroCentro Set Tipo={},Nombre='{}' where IDTMC={}",
     .guards = guards,
-    .clearsErr = false,
+    .load = recipe::loadUncleared,
+    .accept = accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 

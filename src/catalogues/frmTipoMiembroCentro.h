@@ -19,7 +19,6 @@ public:
 
 private:
     void fill(ResumeNext& next) override;
-    void button_Click(int Index) override { clickInMode(Index); }
     std::vector<Value> values() override;
 };
 

@@ -8,11 +8,14 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 16001, .modificado = 16002},
     .table = u"TipoMotivoBaja",
     .key = u"IDTipoMotivoBaja",
-    .load = u"Select * from TipoMotivoBaja  Where IDTipoMotivoBaja={}",
+    .query = u"Select * from TipoMotivoBaja  Where IDTipoMotivoBaja={}",
     .insert = u"Insert into TipoMotivoBaja (IDTipoMotivoBaja,Nombre,Descripcion) values ({},'{}','{}')",
     .update = u"Update TipoMotivoBaja Set Nombre='{}',Descripcion='{}' where IDTipoMotivoBaja={}",
     .guards = guards,
-    .clearsErr = false,
+    .load = recipe::loadUncleared,
+    .accept = recipe::accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 

@@ -10,10 +10,14 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 17001, .modificado = 17002},
     .table = u"TipoNivelEstudios",
     .key = u"IDTipoNivelEstudios",
-    .load = u"Select * from TipoNivelEstudios  Where IDTipoNivelEstudios={}",
+    .query = u"Select * from TipoNivelEstudios  Where IDTipoNivelEstudios={}",
     .insert = u"Insert into TipoNivelEstudios (IDTipoNivelEstudios,Nombre) values ({},'{}')",
     .update = u"Update TipoNivelEstudios Set Nombre='{}' where IDTipoNivelEstudios={}",
     .guards = guards,
+    .load = recipe::load,
+    .accept = recipe::accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 

@@ -9,11 +9,14 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 19001, .modificado = 19002},
     .table = u"TipoOcurrencia",
     .key = u"IDTO",
-    .load = u"Select * from TipoOcurrencia  Where IDTO={}",
+    .query = u"Select * from TipoOcurrencia  Where IDTO={}",
     .insert = u"Insert into TipoOcurrencia (IDTO,Nombre,Lectivo) values({},'{}',{})",
     .update = u"Update TipoOcurrencia Set Nombre='{}', Lectivo={} where IDTO={}",
     .guards = guards,
-    .clearsErr = false,
+    .load = recipe::loadUncleared,
+    .accept = recipe::accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 

@@ -8,14 +8,15 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 20001, .modificado = 20002},
     .table = u"TipoParentesco",
     .key = u"IDTP",
-    .load = u"SELECT * FROM TipoParentesco WHERE IDTP={}",
+    .width = KeyWidth::bits32,
+    .query = u"SELECT * FROM TipoParentesco WHERE IDTP={}",
     .insert = u"INSERT INTO TipoParentesco (IDTP,Nombre) VALUES ({},'{}')",
     .update = u"UPDATE TipoParentesco SET Nombre='{}' WHERE IDTP={}",
     .guards = guards,
-    .longKey = true,
-    .test = EmptyTest::everyBox,
-    .clearsErr = false,
-    .keepsRows = false,
+    .load = recipe::loadAndClose,
+    .accept = recipe::acceptAndPress,
+    .guard = recipe::guardAndClose,
+    .unload = recipe::unloadClosed,
 };
 } // namespace
 

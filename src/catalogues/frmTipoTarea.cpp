@@ -7,22 +7,42 @@ namespace {
 constexpr Integer neededDataDeleted = 520;
 
 constexpr StringView guards[] = {u"SELECT codTipoTarea FROM Tarea WHERE codTipoTarea={}"};
-constexpr TextCatalogue words{
-    .captions = {.nuevo = 21001, .modificado = 21002},
-    .table = u"TipoTarea",
-    .key = u"idTipoTarea",
-    .load = u"SELECT * FROM TipoTarea WHERE IDTipoTarea={}",
-    .insert = u"INSERT INTO TipoTarea (IDTipoTarea,Nombre,codTipoMiembroCentro) VALUES ({},'{}',{})",
-    .update = u"UPDATE TipoTarea SET Nombre='{}',codTipoMiembroCentro={} WHERE IDTipoTarea={}",
-    .guards = guards,
-    .test = EmptyTest::everyBox,
-    .clearsErr = false,
-    .keepsRows = false,
-};
 
 } // namespace
 
-frmTipoTarea::frmTipoTarea() : TextCatalogueDialog(u"frmTipoTarea", words)
+const TextCatalogue& frmTipoTarea::words()
+{
+    static const Step load[] = {step::mode,
+                                step::icon,
+                                step::object,
+                                step::lock,
+                                step::title,
+                                step::texts,
+                                own(&frmTipoTarea::listOccupations),
+                                step::existing,
+                                step::read,
+                                step::fill,
+                                step::hold,
+                                step::close};
+    static const Step accept[] = {step::mode, step::object, step::givenEvery, step::hourglass,
+                                  step::safe, step::write,  step::press};
+    static const TextCatalogue words{
+        .captions = {.nuevo = 21001, .modificado = 21002},
+        .table = u"TipoTarea",
+        .key = u"idTipoTarea",
+        .query = u"SELECT * FROM TipoTarea WHERE IDTipoTarea={}",
+        .insert = u"INSERT INTO TipoTarea (IDTipoTarea,Nombre,codTipoMiembroCentro) VALUES ({},'{}',{})",
+        .update = u"UPDATE TipoTarea SET Nombre='{}',codTipoMiembroCentro={} WHERE IDTipoTarea={}",
+        .guards = guards,
+        .load = load,
+        .accept = accept,
+        .guard = recipe::guardAndClose,
+        .unload = recipe::unloadClosed,
+    };
+    return words;
+}
+
+frmTipoTarea::frmTipoTarea() : TextCatalogueDialog(u"frmTipoTarea", words())
 {
     designLabel(lblMiembro, u"Tipo miembro del centro:", 21021);
     assemble({{txtNombre, lblTarea, u"Tarea:", 21020, u"Nombre"}}, cmdAceptar, cmdCancelar,
@@ -30,14 +50,12 @@ frmTipoTarea::frmTipoTarea() : TextCatalogueDialog(u"frmTipoTarea", words)
 }
 
 /// The occupations, for a new row too.
-bool frmTipoTarea::beforeRow(ResumeNext& next)
+Then frmTipoTarea::listOccupations(Routine& routine)
 {
-    if (!readRow(next, u"SELECT * FROM TipoMiembroCentro  ORDER BY Nombre"))
-        return false;
-    next([&] { addRows(cboMiembroCentro, u"Nombre", u"IDTMC"); });
-    if (!changesRow())
-        closeRows();
-    return true;
+    if (!readRow(routine.next(), u"SELECT * FROM TipoMiembroCentro  ORDER BY Nombre"))
+        return Then::leave;
+    routine([&] { addRows(cboMiembroCentro, u"Nombre", u"IDTMC"); });
+    return Then::goOn;
 }
 
 /// A row whose occupation was deleted is shown without one, and cannot be accepted until another is chosen.

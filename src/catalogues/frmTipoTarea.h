@@ -17,7 +17,8 @@ public:
     CommandButton cmdCancelar{*this, u"cmdCancelar"};
 
 private:
-    bool beforeRow(ResumeNext& next) override;
+    static const TextCatalogue& words();
+    Then listOccupations(Routine& routine);
     void fill(ResumeNext& next) override;
     std::vector<Value> values() override;
 };

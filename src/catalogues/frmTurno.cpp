@@ -6,16 +6,22 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {u"Select CodTurno From Seccion where CodTurno={}"};
+using recipe::step;
+// A change of the kind alone is not saved.
+constexpr Step accept[] = {step::mode, step::object,  step::accepting, step::givenFocus, step::hourglass,
+                           step::safe, step::changed, step::write,     step::unload};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 22001, .modificado = 22002},
     .table = u"Turno",
     .key = u"IDTurno",
-    .load = u"Select * from Turno  Where IDTurno={}",
+    .query = u"Select * from Turno  Where IDTurno={}",
     .insert = u"Insert into Turno  values ({},'{}',{})",
     .update = u"Update Turno Set Descripcion='{}', TipoTurno={} where IDTurno={}",
     .guards = guards,
-    .test = EmptyTest::firstFieldThenFocus,
-    .clearsErr = false,
+    .load = recipe::loadUncleared,
+    .accept = accept,
+    .guard = recipe::guard,
+    .unload = recipe::unload,
 };
 } // namespace
 
@@ -49,15 +55,6 @@ std::vector<Value> frmTurno::values()
         std::find_if(options.begin(), options.end(), [](OptionButton* option) { return option->Value(); });
     const auto kind = chosen == options.end() ? 1 : chosen - options.begin() + 1;
     return {txtTurno.Text(), static_cast<Long>(kind)};
-}
-
-/// A text that is still the one that was read is not written, and so a change of the kind alone is not saved.
-/// The text is compared after it was made safe: one with an apostrophe always counts as changed.
-bool frmTurno::write(ResumeNext& next, const cCentroApi& api)
-{
-    if (createsRow() || next.condition([&] { return txtTurno.Text() != String() + field(u"Descripcion"); }))
-        return TextCatalogueDialog::write(next, api);
-    return true;
 }
 
 } // namespace zv

@@ -19,8 +19,6 @@ public:
 
 private:
     void fill(ResumeNext& next) override;
-    void button_Click(int Index) override { clickInMode(Index); }
-    bool write(ResumeNext& next, const cCentroApi& api) override;
     std::vector<Value> values() override;
     /// The options in the order of the kinds 1 to 4.
     std::array<OptionButton*, 4> kinds() { return {&optDiurno, &optVespertino, &optNocturno, &optDistancia}; }

@@ -51,6 +51,13 @@ String helpFile();
 /// Who says it.
 void onHelp(std::function<String()> file);
 
+/// Signs of a message box.
+namespace sign {
+inline constexpr Integer critical = 16;
+inline constexpr Integer exclamation = 48;
+inline constexpr Integer information = 64;
+} // namespace sign
+
 void MsgBox(StringView prompt, Integer flags, StringView title);
 void Beep();
 void DoEvents();

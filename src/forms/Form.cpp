@@ -113,7 +113,7 @@ void Form::guarded(const std::function<void()>& event)
     try {
         event();
     } catch (const RuntimeError& error) {
-        MousePointer = Integer{0};
+        MousePointer = pointer::standard;
         if (enabled)
             Enabled = true;
         desktop().handlerFailed(error);

@@ -5,6 +5,12 @@
 
 namespace zv {
 
+/// Shapes of the pointer over a form.
+namespace pointer {
+inline constexpr Integer standard = 0;
+inline constexpr Integer hourglass = 11;
+} // namespace pointer
+
 /// The controls of a form in their order. By name: Count, Item(position from 0).
 class ControlList final : public Object {
 public:
@@ -31,7 +37,7 @@ public:
     Property<String> Tag{*this, u"Tag"};
     Property<bool> Enabled{*this, u"Enabled", true};
     Property<bool> Visible{*this, u"Visible", false};
-    /// 0 is the default pointer, 11 the hourglass.
+    /// One of `pointer`.
     Property<Integer> MousePointer{*this, u"MousePointer"};
     /// Twips, the frame of the window not counted.
     Property<Long> Width{*this, u"Width"};
@@ -123,8 +129,8 @@ private:
 /// The hourglass over a form while a routine works; the default pointer is back at its end.
 class Hourglass {
 public:
-    explicit Hourglass(Form& form) : form_(form) { form_.MousePointer = Integer{11}; }
-    ~Hourglass() { form_.MousePointer = Integer{0}; }
+    explicit Hourglass(Form& form) : form_(form) { form_.MousePointer = pointer::hourglass; }
+    ~Hourglass() { form_.MousePointer = pointer::standard; }
     Hourglass(const Hourglass&) = delete;
     Hourglass& operator=(const Hourglass&) = delete;
 

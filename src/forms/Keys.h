@@ -1,12 +1,24 @@
 #pragma once
 
-#include "runtime/String.h"
+#include "runtime/Value.h"
 
 #include <deque>
 #include <optional>
 #include <variant>
 
 namespace zv {
+
+/// Characters that key events report for keys without one (`KeyAscii`).
+namespace keyAscii {
+inline constexpr Integer backspace = 8;
+} // namespace keyAscii
+
+/// Codes of keys that key events report (`KeyCode`). The arrows stand one after the other.
+namespace keyCode {
+inline constexpr Integer firstArrow = 37;
+inline constexpr Integer lastArrow = 40;
+inline constexpr Integer deleteKey = 46;
+} // namespace keyCode
 
 /// Keys without a character, and those that have a meaning of their own.
 enum class Key { Enter, Escape, Tab, BackTab, Backspace, Delete, Left, Right, Up, Down, Home, End };

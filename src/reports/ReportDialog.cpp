@@ -1,6 +1,6 @@
 #include "reports/ReportDialog.h"
 
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 #include "reports/ListWidth.h"
 #include "reports/frmInformeIndividual.h"
 #include "session/cConstCol.h"

@@ -6,7 +6,7 @@
 namespace zv {
 
 ResponseDialog::ResponseDialog(StringView name, const ResponseCatalogue& words)
-    : CatalogueDialog(name), words_(words)
+    : MaintenanceDialog(name), words_(words)
 {
     Caption = String(words.caption);
     Label1.Caption = u"Tipo de Pregunta:";
@@ -69,7 +69,7 @@ void ResponseDialog::cmdProvincia_Click(int Index)
 void ResponseDialog::insertAnswer(const cCentroApi& api, Long question, const String& text)
 {
     ResumeNext next;
-    insert<Integer>(next, api, words_.table, words_.key, CInt, [&](Integer id) {
+    insert(next, api, {words_.table, words_.key}, [&](Long id) {
         return statement(words_.insert, {id, question, text});
     });
     ResumeNext::leave();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 
 namespace zv {
 
@@ -19,7 +19,7 @@ struct ResponseCatalogue {
 };
 
 /// A catalogue of possible answers: a text under a question chosen in a list.
-class ResponseDialog : public CatalogueDialog {
+class ResponseDialog : public MaintenanceDialog {
 public:
     ComboBox cboPregunta{*this, u"cboPregunta"};
     Label Label1{*this, u"Label1"};

@@ -1,6 +1,6 @@
 #include "reports/SelectionDialog.h"
 
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 #include "forms/Desktop.h"
 #include "forms/Layout.h"
 

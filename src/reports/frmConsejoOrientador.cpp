@@ -1,6 +1,6 @@
 #include "reports/frmConsejoOrientador.h"
 
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 #include "forms/Desktop.h"
 #include "forms/Layout.h"
 #include "reports/ListWidth.h"
@@ -211,12 +211,12 @@ void frmConsejoOrientador::cmdSiguiente_Click() { stepChoice(cboAlumno, 1); }
 void frmConsejoOrientador::cmdNotaManual1_Click(int Index)
 {
     Enabled = false;
-    MousePointer = Integer{11};
+    MousePointer = pointer::hourglass;
     if (Index == 0 && colNotas && colNotas->Count() > 0) {
         keepAnswers();
         save();
     }
-    MousePointer = Integer{0};
+    MousePointer = pointer::standard;
     Unload();
 }
 
@@ -255,13 +255,13 @@ void frmConsejoOrientador::insertNote(ResumeNext& next, const cConsejoOrientador
         });
         if (Err().Number != 0 && Err().Number != failure::keyExists) {
             Enabled = true;
-            MousePointer = Integer{0};
+            MousePointer = pointer::standard;
             Beep();
             MsgBox(u"Se ha producido un error al insertar datos en la Base de datos. Revise de nuevo estas "
                    u"notas.",
                    sign::information, LoadResString(message::title));
             Enabled = false;
-            MousePointer = Integer{11};
+            MousePointer = pointer::hourglass;
         }
     } while (Err().Number != 0);
 }

@@ -1,6 +1,6 @@
 #include "reports/frmInfIndESO.h"
 
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 #include "session/cConstCol.h"
 
 namespace zv {

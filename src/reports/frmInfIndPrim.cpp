@@ -1,6 +1,6 @@
 #include "reports/frmInfIndPrim.h"
 
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 #include "reports/ListWidth.h"
 #include "session/cConstCol.h"
 

@@ -1,6 +1,5 @@
 #include "services/Messages.h"
 
-#include "forms/Desktop.h"
 #include "runtime/Convert.h"
 #include "services/MessageTable.h"
 
@@ -29,6 +28,15 @@ void warn(Integer id, Integer flags)
 {
     Beep();
     showMessage(id, flags);
+}
+
+bool reportedFailure(Integer id, Integer flags)
+{
+    if (Err().Number == 0)
+        return false;
+    warn(id, flags);
+    Err().Clear();
+    return true;
 }
 
 } // namespace zv

@@ -1,19 +1,11 @@
 #pragma once
 
-#include "runtime/Errors.h"
-#include "runtime/Value.h"
+#include "forms/Desktop.h"
 
 namespace zv {
 
 /// The numbered text of the system. Fails with 326 if there is none of that number.
 String LoadResString(Long id);
-
-/// Signs of a message box.
-namespace sign {
-inline constexpr Integer critical = 16;
-inline constexpr Integer exclamation = 48;
-inline constexpr Integer information = 64;
-} // namespace sign
 
 /// Numbers of the messages that many dialogs show.
 namespace message {
@@ -28,5 +20,7 @@ inline constexpr Integer fieldsMissing = 514;
 void showMessage(Integer id, Integer flags);
 /// Beep, then the message box.
 void warn(Integer id, Integer flags);
+/// Whether Err holds a failure. It is reported (beep, the numbered message) and Err is cleared.
+bool reportedFailure(Integer id, Integer flags = sign::critical);
 
 } // namespace zv

@@ -41,6 +41,14 @@ constexpr RecordMember recordMembers[] = {
 
 } // namespace
 
+RecordsetPtr execute(StringView statement)
+{
+    const ConnectionPtr& connection = Configuracion().conLocalCentro;
+    if (!connection)
+        fail(failure::noObject);
+    return connection->Execute(statement);
+}
+
 Value configurationMember(StringView name)
 {
     for (const RecordMember& member : recordMembers)

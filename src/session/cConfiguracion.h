@@ -35,6 +35,9 @@ public:
 /// The one session record.
 inline cConfiguracion& Configuracion() { return single<cConfiguracion>(); }
 
+/// Runs a statement on the school's live database; no connection fails with 91.
+RecordsetPtr execute(StringView statement);
+
 /// A member of the record by its name, for looking at it from a script; 438 if there is none.
 Value configurationMember(StringView name);
 

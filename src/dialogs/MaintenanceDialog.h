@@ -18,14 +18,24 @@ struct CaptionIds {
     Integer modificado;
 };
 
+/// Width of a table's key: 16 bits or 32.
+enum class KeyWidth { bits16, bits32 };
+
+/// Where the key of a new row is drawn.
+struct TableKey {
+    StringView table;
+    StringView column;
+    KeyWidth width = KeyWidth::bits16;
+};
+
 /// The template of the maintenance dialogs: named pieces of their load, accept, guard and unload, which each
 /// dialog puts together in its own order.
-class CatalogueDialog : public Form {
+class MaintenanceDialog : public Form {
 public:
-    ~CatalogueDialog() override;
+    ~MaintenanceDialog() override;
 
 protected:
-    explicit CatalogueDialog(StringView name);
+    explicit MaintenanceDialog(StringView name);
 
     /// Elements of the array of the two buttons.
     static constexpr int aceptar = 0;
@@ -45,8 +55,6 @@ protected:
     void tagCaption(ResumeNext& next, CaptionIds ids);
     /// Texts by number, then the signs of the mandatory fields.
     void localise(ResumeNext& next, const cCentroApi& api);
-    /// All of the above, in the mode; the helper object is the load routine's own.
-    cCentroApi prelude(ResumeNext& next, CaptionIds ids);
     /// Runs a query into the dialog's recordset and tests Err: a failure, were it an earlier statement's, is
     /// reported and gives False.
     bool readRow(ResumeNext& next, StringView query, Integer messageId = message::readFailed);
@@ -69,17 +77,11 @@ protected:
     void makeSafe(ResumeNext& next, const cCentroApi& api);
     /// Tests Err after a change: a failure is reported, and the dialog stays open.
     bool update(ResumeNext& next, const std::function<String()>& statement);
-    /// Draws a key and inserts, and again with another key while the one drawn is taken by then; gives the
-    /// key. Any other failure is reported and stays in Err. `statementFor` gives the statement for a key.
-    template <class Key>
-    Key insert(ResumeNext& next, const cCentroApi& api, StringView table, StringView key,
-               Key (*width)(const Value&), const std::function<String(Key)>& statementFor)
-    {
-        Key id{};
-        const auto draw = [&] { id = width(drawKey(api, table, key)); };
-        insertLoop(next, draw, [&] { return statementFor(id); });
-        return id;
-    }
+    /// Draws a key and inserts, and again with another key while the one drawn is taken by then (a retry
+    /// without limit); gives the key, 0 where none could be drawn. Any other failure is reported and stays in
+    /// Err. `statementFor` gives the statement for a key.
+    Long insert(ResumeNext& next, const cCentroApi& api, const TableKey& key,
+                const std::function<String(Long)>& statementFor);
 
     // Guard.
     /// Whether none of the queries (patterns for the row) finds one. A failing one is reported and leaves the
@@ -96,6 +98,7 @@ protected:
     /// Takes the registration of the row away, unless another user holds it.
     void releaseRow();
     void unregisterRow();
+    /// Hides the form and lets the host repaint.
     void leaveScreen();
     void closeRows();
 
@@ -111,17 +114,11 @@ protected:
     static void selectAllOnFocus(TextBox& box);
 
 private:
-    static Value drawKey(const cCentroApi& api, StringView table, StringView key);
-    void insertLoop(ResumeNext& next, const std::function<void()>& draw,
-                    const std::function<String()>& statementFor);
+    static Long drawKey(const cCentroApi& api, const TableKey& key);
 
     RecordsetPtr rows_;
 };
 
-/// Runs a statement on the school's live database; no connection fails with 91.
-RecordsetPtr execute(StringView statement);
-/// Err holds a failure: beep, the numbered message, and Err is cleared.
-bool reportedFailure(Integer messageId, Integer flags = sign::critical);
 /// Discards a key that is neither a digit nor Backspace; whether it did.
 bool onlyDigits(Integer& KeyAscii);
 bool isBlank(const TextBox& box);

@@ -1,35 +1,19 @@
-#include "catalogues/CatalogueDialog.h"
+#include "dialogs/MaintenanceDialog.h"
 
 #include "forms/Desktop.h"
+#include "forms/Keys.h"
 #include "services/modCentroConfiguracion.h"
 #include "session/cConstCol.h"
 
 namespace zv {
 
-CatalogueDialog::CatalogueDialog(StringView name) : Form(name) {}
-CatalogueDialog::~CatalogueDialog() = default;
-
-RecordsetPtr execute(StringView statement)
-{
-    const ConnectionPtr& connection = Configuracion().conLocalCentro;
-    if (!connection)
-        fail(failure::noObject);
-    return connection->Execute(statement);
-}
-
-bool reportedFailure(Integer messageId, Integer flags)
-{
-    if (Err().Number == 0)
-        return false;
-    warn(messageId, flags);
-    Err().Clear();
-    return true;
-}
+MaintenanceDialog::MaintenanceDialog(StringView name) : Form(name) {}
+MaintenanceDialog::~MaintenanceDialog() = default;
 
 bool onlyDigits(Integer& KeyAscii)
 {
-    constexpr Integer backspace = 8;
-    const bool discard = KeyAscii != backspace && !IsNumeric(String(1, static_cast<char16_t>(KeyAscii)));
+    const bool discard =
+        KeyAscii != keyAscii::backspace && !IsNumeric(String(1, static_cast<char16_t>(KeyAscii)));
     if (discard)
         KeyAscii = 0;
     return discard;
@@ -37,50 +21,39 @@ bool onlyDigits(Integer& KeyAscii)
 
 bool isBlank(const TextBox& box) { return Trim(box.Text()).empty(); }
 
-bool CatalogueDialog::changesRow() { return Configuracion().bytAccion == cConstCol::Modificado; }
+bool MaintenanceDialog::changesRow() { return Configuracion().bytAccion == cConstCol::Modificado; }
 
-bool CatalogueDialog::createsRow() { return Configuracion().bytAccion == cConstCol::NUEVO; }
+bool MaintenanceDialog::createsRow() { return Configuracion().bytAccion == cConstCol::NUEVO; }
 
-String CatalogueDialog::rowText() { return decimalText(Configuracion().lngRowData); }
+String MaintenanceDialog::rowText() { return decimalText(Configuracion().lngRowData); }
 
-String CatalogueDialog::forRow(StringView pattern) { return Replace(pattern, u"{}", rowText()); }
+String MaintenanceDialog::forRow(StringView pattern) { return Replace(pattern, u"{}", rowText()); }
 
-void CatalogueDialog::loadIcon() { Icon = LoadPicture(Configuracion().RutaIcono); }
+void MaintenanceDialog::loadIcon() { Icon = LoadPicture(Configuracion().RutaIcono); }
 
-void CatalogueDialog::lockDown(ResumeNext& next)
+void MaintenanceDialog::lockDown(ResumeNext& next)
 {
     next([&] { BloquearControles(*this, Configuracion().Activa); });
 }
 
-void CatalogueDialog::tagCaption(ResumeNext& next, CaptionIds ids)
+void MaintenanceDialog::tagCaption(ResumeNext& next, CaptionIds ids)
 {
     next([&] { Tag = decimalText(changesRow() ? ids.modificado : ids.nuevo); });
 }
 
-void CatalogueDialog::localise(ResumeNext& next, const cCentroApi& api)
+void MaintenanceDialog::localise(ResumeNext& next, const cCentroApi& api)
 {
     next([&] { CargarTextos(*this); });
     next([&] { api.Marcar_Obligatorios(Controls); });
 }
 
-cCentroApi CatalogueDialog::prelude(ResumeNext& next, CaptionIds ids)
-{
-    cCentroApi api;
-    next([&] { loadIcon(); });
-    next([&] { api = cCentroApi::create(); });
-    lockDown(next);
-    tagCaption(next, ids);
-    localise(next, api);
-    return api;
-}
-
-bool CatalogueDialog::readRow(ResumeNext& next, StringView query, Integer messageId)
+bool MaintenanceDialog::readRow(ResumeNext& next, StringView query, Integer messageId)
 {
     next([&] { fetch(query); });
     return !reportedFailure(messageId);
 }
 
-void CatalogueDialog::registerRow(ResumeNext& next, const cCentroApi& api, CommandButton& accept)
+void MaintenanceDialog::registerRow(ResumeNext& next, const cCentroApi& api, CommandButton& accept)
 {
     const cConfiguracion& session = Configuracion();
     const bool inUse = next.condition([&] {
@@ -92,25 +65,25 @@ void CatalogueDialog::registerRow(ResumeNext& next, const cCentroApi& api, Comma
     next([&] { MarcaBloqueo = u"B"; });
 }
 
-void CatalogueDialog::fetch(StringView query)
+void MaintenanceDialog::fetch(StringView query)
 {
     rows_.reset();
     rows_ = execute(query);
 }
 
-RecordsetPtr CatalogueDialog::rows() const
+RecordsetPtr MaintenanceDialog::rows() const
 {
     if (!rows_)
         fail(failure::noObject);
     return rows_;
 }
 
-void CatalogueDialog::makeSafe(ResumeNext& next, const cCentroApi& api)
+void MaintenanceDialog::makeSafe(ResumeNext& next, const cCentroApi& api)
 {
     next([&] { api.ComprobarComilla(Controls); });
 }
 
-bool CatalogueDialog::everyFieldGiven()
+bool MaintenanceDialog::everyFieldGiven()
 {
     for (const Control* control : Controls) {
         const auto* box = dynamic_cast<const TextBox*>(control);
@@ -123,40 +96,42 @@ bool CatalogueDialog::everyFieldGiven()
     return true;
 }
 
-bool CatalogueDialog::update(ResumeNext& next, const std::function<String()>& statement)
+bool MaintenanceDialog::update(ResumeNext& next, const std::function<String()>& statement)
 {
     next([&] { execute(statement()); });
     if (!reportedFailure(message::updateFailed))
         return true;
-    MousePointer = Integer{0};
+    MousePointer = pointer::standard;
     return false;
 }
 
-Value CatalogueDialog::drawKey(const cCentroApi& api, StringView table, StringView key)
+Long MaintenanceDialog::drawKey(const cCentroApi& api, const TableKey& key)
 {
     const cConfiguracion& session = Configuracion();
-    return api.IDMax(session.conLocalCentro, session.conLocalBorradoCentro, table, key);
+    const Value drawn =
+        api.IDMax(session.conLocalCentro, session.conLocalBorradoCentro, key.table, key.column);
+    return key.width == KeyWidth::bits16 ? CInt(drawn) : CLng(drawn);
 }
 
-void CatalogueDialog::insertLoop(ResumeNext& next, const std::function<void()>& draw,
-                                 const std::function<String()>& statementFor)
+Long MaintenanceDialog::insert(ResumeNext& next, const cCentroApi& api, const TableKey& key,
+                               const std::function<String(Long)>& statementFor)
 {
-    for (;;) {
+    for (Long id = 0;;) {
         Err().Clear();
         // Without a key nothing is inserted: a row 0 would be announced as a failure, and stay.
-        const bool drawn = next(draw);
+        const bool drawn = next([&] { id = drawKey(api, key); });
         if (drawn)
-            next([&] { execute(statementFor()); });
+            next([&] { execute(statementFor(id)); });
         if (Err().Number == 0)
-            return;
+            return id;
         if (Err().Number == failure::keyExists && drawn)
             continue;
         showMessage(message::insertFailed, sign::critical);
-        return;
+        return id;
     }
 }
 
-bool CatalogueDialog::unreferenced(std::span<const StringView> queries)
+bool MaintenanceDialog::unreferenced(std::span<const StringView> queries)
 {
     ResumeNext next;
     bool free = false;
@@ -170,7 +145,7 @@ bool CatalogueDialog::unreferenced(std::span<const StringView> queries)
     return free;
 }
 
-void CatalogueDialog::addRows(ComboBox& list, StringView text, StringView data)
+void MaintenanceDialog::addRows(ComboBox& list, StringView text, StringView data)
 {
     for (; !rows()->Eof(); rows()->MoveNext()) {
         list.AddItem(String() + field(text));
@@ -178,7 +153,7 @@ void CatalogueDialog::addRows(ComboBox& list, StringView text, StringView data)
     }
 }
 
-void CatalogueDialog::choose(ComboBox& list, const Value& data)
+void MaintenanceDialog::choose(ComboBox& list, const Value& data)
 {
     if (data.isNull())
         return;
@@ -190,26 +165,26 @@ void CatalogueDialog::choose(ComboBox& list, const Value& data)
         }
 }
 
-void CatalogueDialog::releaseRow()
+void MaintenanceDialog::releaseRow()
 {
     if (changesRow() && MarcaBloqueo() != u"B")
         unregisterRow();
 }
 
-void CatalogueDialog::unregisterRow()
+void MaintenanceDialog::unregisterRow()
 {
     const cConfiguracion& session = Configuracion();
     cCentroApi::create().EliminarRegistroActivo(session.conLocalCentro, Name(), session.lngRowData);
 }
 
-void CatalogueDialog::leaveScreen()
+void MaintenanceDialog::leaveScreen()
 {
     if (Visible)
         Hide();
     DoEvents();
 }
 
-void CatalogueDialog::closeRows()
+void MaintenanceDialog::closeRows()
 {
     ResumeNext next;
     next([&] { rows()->Close(); });
@@ -217,7 +192,7 @@ void CatalogueDialog::closeRows()
     ResumeNext::leave();
 }
 
-void CatalogueDialog::designLabel(Label& label, StringView caption, Integer captionId, bool mandatory)
+void MaintenanceDialog::designLabel(Label& label, StringView caption, Integer captionId, bool mandatory)
 {
     label.Caption = String(caption);
     if (captionId != 0)
@@ -226,28 +201,28 @@ void CatalogueDialog::designLabel(Label& label, StringView caption, Integer capt
         label.Marca = u"*";
 }
 
-void CatalogueDialog::designField(Label& label, StringView caption, Integer captionId, TextBox& box,
-                                  Long width, bool mandatory)
+void MaintenanceDialog::designField(Label& label, StringView caption, Integer captionId, TextBox& box,
+                                    Long width, bool mandatory)
 {
     designLabel(label, caption, captionId, mandatory);
     box.MaxLength = width;
     selectAllOnFocus(box);
 }
 
-void CatalogueDialog::designButton(CommandButton& button, StringView caption, Integer captionId)
+void MaintenanceDialog::designButton(CommandButton& button, StringView caption, Integer captionId)
 {
     button.Caption = String(caption);
     if (captionId != 0)
         button.Tag = decimalText(captionId);
 }
 
-void CatalogueDialog::designButtons(CommandButton& accept, CommandButton& cancel)
+void MaintenanceDialog::designButtons(CommandButton& accept, CommandButton& cancel)
 {
     designButton(accept, u"Aceptar", 334);
     designButton(cancel, u"Cancelar", 335);
 }
 
-void CatalogueDialog::selectAllOnFocus(TextBox& box)
+void MaintenanceDialog::selectAllOnFocus(TextBox& box)
 {
     box.GotFocus.bind([&box] {
         box.SelStart = Long{0};
