@@ -39,3 +39,40 @@ function(zv_floor folder)
     target_link_libraries(zv_all INTERFACE ${target})
   endif()
 endfunction()
+
+# zv_dialogs(<floor> <folder>...)
+#
+# Gives the floor a header, zv/Dialogs.h, that names every dialog of the folders: the class of each frm*.h. A
+# new dialog needs no edit of the floor.
+function(zv_dialogs floor)
+  set(includes)
+  set(classes)
+  set(names)
+  foreach(folder IN LISTS ARGN)
+    file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} ${folder}/frm*.h)
+    foreach(header IN LISTS headers)
+      get_filename_component(class ${header} NAME_WE)
+      string(APPEND includes "#include \"${header}\"\n")
+      list(APPEND classes ${class})
+      list(APPEND names "u\"${class}\"")
+    endforeach()
+  endforeach()
+  list(JOIN classes ", " classes)
+  list(JOIN names ", " names)
+  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/generated/zv/Dialogs.h @ONLY CONTENT [[
+#pragma once
+
+@includes@
+namespace zv {
+
+template <class... Dialog>
+struct DialogList {};
+
+/// Every dialog of the module, and their names in the same order.
+using AllDialogs = DialogList<@classes@>;
+inline constexpr const char16_t* dialogNames[] = {@names@};
+
+} // namespace zv
+]])
+  target_include_directories(zv_${floor} PRIVATE ${PROJECT_BINARY_DIR}/generated)
+endfunction()

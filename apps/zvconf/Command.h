@@ -32,6 +32,7 @@ int clave(Arguments arguments);
 int guion(Arguments arguments);
 int azar(Arguments arguments);
 int textos(Arguments arguments);
+int nodos(Arguments arguments);
 
 /// A command line that cannot be understood; the text is Spanish.
 class UsageError : public std::runtime_error {

@@ -15,7 +15,7 @@ namespace {
 
 constexpr Command commands[] = {
     {u"crear", crear}, {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
-    {u"guion", guion}, {u"azar", azar},           {u"textos", textos},
+    {u"guion", guion}, {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -48,6 +48,9 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       texto de las ventanas, sobre un centro de ejemplo que estrena, y mira que se guarden como se ven o que
       se rechacen con un mensaje, y que no se ejecute más que lo que hace la ventana con un texto normal.
       Con --cada cada cuadro recibe uno de cada N textos.
+  zvconf nodos
+      Dice, para quien escribe un anfitrión, los nodos que el módulo atiende, uno en cada línea y separado por
+      tabuladores: número, lo que se lleva, ventana, si se abre, si responde a Eliminar, clave de la fila.
   zvconf --version
   zvconf --help
 

@@ -1,9 +1,12 @@
 #include "zvhost/Nodes.h"
 
+#include "data/Schema.h"
+#include "session/NodeTable.h"
 #include "session/cNombreNodo.h"
 
 #include <algorithm>
-#include <iterator>
+#include <deque>
+#include <vector>
 
 namespace zv::host {
 namespace {
@@ -38,105 +41,92 @@ constexpr ListColumn issuer[] = {
 constexpr ListColumn answer[] = {{u"Descripción"}, {u"Apartado"}};
 
 constexpr StringView people = u"Datos de las personas";
-constexpr StringView places = u"Lugares";
+constexpr StringView towns = u"Lugares";
 constexpr StringView pupils = u"Alumnado";
 constexpr StringView workers = u"Personal";
 constexpr StringView school = u"Centro";
 constexpr StringView money = u"Bancos y recibos";
 constexpr StringView reports = u"Orientación e informes";
+constexpr StringView others = u"Otras listas";
 
-constexpr Node all[] = {
-    {65, people, u"Estados civiles", u"estado civil", u"frmEstadoCivil", u"EstadoCivil", u"IDEstadoCivil",
-     u"SELECT IDEstadoCivil, Descripcion FROM EstadoCivil", description},
-    {Name::Nacionalidad, people, u"Nacionalidades", u"nacionalidad", u"frmNacionalidad", u"Nacionalidad",
-     u"IDNacionalidad", u"SELECT IDNacionalidad, Descripcion, Abreviatura FROM Nacionalidad", nationality},
-    {Name::Idiomas, people, u"Idiomas", u"idioma", u"frmIdioma", u"Idioma", u"IDIdioma",
-     u"SELECT IDIdioma, Descripcion FROM Idioma", description},
-    {Name::Profesiones, people, u"Profesiones", u"profesión", u"frmProfesion", u"profesion", u"IDProfesion",
-     u"SELECT IDProfesion, nombre FROM profesion", name},
-    {Name::TiposParentesco, people, u"Parentescos", u"parentesco", u"frmTipoParentesco", u"TipoParentesco",
-     u"IDTP", u"SELECT IDTP, Nombre FROM TipoParentesco", name},
-    {Name::TiposNivelEstudios, people, u"Niveles de estudios", u"nivel de estudios", u"frmTipoNivelEstudios",
-     u"TipoNivelEstudios", u"IDTipoNivelEstudios",
+/// Where the host's tree has a node, what one of its rows is called, and what its list shows. The rest stands
+/// in the module's own table of nodes.
+struct Place {
+    Byte number;
+    StringView group;
+    StringView one;
+    StringView query = {};
+    std::span<const ListColumn> columns = {};
+};
+
+constexpr Place places[] = {
+    {65, people, u"estado civil", u"SELECT IDEstadoCivil, Descripcion FROM EstadoCivil", description},
+    {Name::Nacionalidad, people, u"nacionalidad",
+     u"SELECT IDNacionalidad, Descripcion, Abreviatura FROM Nacionalidad", nationality},
+    {Name::Idiomas, people, u"idioma", u"SELECT IDIdioma, Descripcion FROM Idioma", description},
+    {Name::Profesiones, people, u"profesión", u"SELECT IDProfesion, nombre FROM profesion", name},
+    {Name::TiposParentesco, people, u"parentesco", u"SELECT IDTP, Nombre FROM TipoParentesco", name},
+    {Name::TiposNivelEstudios, people, u"nivel de estudios",
      u"SELECT IDTipoNivelEstudios, Nombre FROM TipoNivelEstudios", name},
-    {Name::Enfermedades, people, u"Enfermedades", u"enfermedad", u"frmEnfermedad", u"Enfermedad",
-     u"IDEnfermedad", u"SELECT IDEnfermedad, Nombre, Descripcion FROM Enfermedad", illness},
+    {Name::Enfermedades, people, u"enfermedad", u"SELECT IDEnfermedad, Nombre, Descripcion FROM Enfermedad",
+     illness},
 
-    {Name::Paises, places, u"Países", u"país", u"frmPais", u"Pais", u"IDPais",
-     u"SELECT IDPais, Descripcion FROM Pais", description},
-    {Name::Provincia, places, u"Provincias", u"provincia", u"frmProvincia", u"Provincia", u"IDProvincia",
-     u"SELECT IDProvincia, Descripcion FROM Provincia", description},
+    {Name::Paises, towns, u"país", u"SELECT IDPais, Descripcion FROM Pais", description},
+    {Name::Provincia, towns, u"provincia", u"SELECT IDProvincia, Descripcion FROM Provincia", description},
 
-    {Name::TiposAlumno, pupils, u"Tipos de alumno", u"tipo de alumno", u"frmTipoAlumno", u"TipoAlumno",
-     u"IDTipoAlumno", u"SELECT IDTipoAlumno, Descripcion FROM TipoAlumno", description},
-    {Name::TiposMotivoBaja, pupils, u"Motivos de baja", u"motivo de baja", u"frmTipoMotivoBaja",
-     u"TipoMotivoBaja", u"IDTipoMotivoBaja",
+    {Name::TiposAlumno, pupils, u"tipo de alumno", u"SELECT IDTipoAlumno, Descripcion FROM TipoAlumno",
+     description},
+    {Name::TiposMotivoBaja, pupils, u"motivo de baja",
      u"SELECT IDTipoMotivoBaja, Nombre, Descripcion FROM TipoMotivoBaja", leaving},
-    {Name::TiposIncidencia, pupils, u"Tipos de incidencia", u"tipo de incidencia", u"frmTipoIncidencia",
-     u"TipoIncidencia", u"IDTipoIncidencia",
+    {Name::TiposIncidencia, pupils, u"tipo de incidencia",
      u"SELECT IDTipoIncidencia, Nombre, DescripcionCorta, Justificante, Boletin, Ausencia FROM "
      u"TipoIncidencia",
      incident},
-    {Name::TiposJustificacion, pupils, u"Tipos de justificación", u"tipo de justificación",
-     u"frmTipoJustificacion", u"TipoJustificacion", u"IDTipoJustificacion",
+    {Name::TiposJustificacion, pupils, u"tipo de justificación",
      u"SELECT IDTipoJustificacion, Descripcion FROM TipoJustificacion", description},
-    {Name::Observaciones, pupils, u"Observaciones", u"observación", u"frmObservacion", u"Observacion",
-     u"IDObservacion", u"SELECT IDObservacion, DescripcionCorta, DescripcionLarga FROM Observacion",
-     observation},
-    {Name::OpcionesMateria, pupils, u"Opciones de materia", u"opción de materia", u"frmOpcionMateria",
-     u"OpcionMateria", u"IDOM",
+    {Name::Observaciones, pupils, u"observación",
+     u"SELECT IDObservacion, DescripcionCorta, DescripcionLarga FROM Observacion", observation},
+    {Name::OpcionesMateria, pupils, u"opción de materia",
      u"SELECT IDOM, Descripcion, DescripcionCorta, DescripcionLarga, DescripcionActa FROM OpcionMateria",
      option},
-    {Name::Ponderaciones, pupils, u"Ponderaciones", u"ponderación", u"frmPonderacion", u"ponderacion",
-     u"IDPonderacion", u"SELECT IDPonderacion, descripcion, puntuacion FROM ponderacion", weighting},
+    {Name::Ponderaciones, pupils, u"ponderación",
+     u"SELECT IDPonderacion, descripcion, puntuacion FROM ponderacion", weighting},
 
-    {Name::TiposMiembroCentro, workers, u"Tipos de miembro del centro", u"tipo de miembro del centro",
-     u"frmTipoMiembroCentro", u"TipoMiembroCentro", u"IDTMC",
+    {Name::TiposMiembroCentro, workers, u"tipo de miembro del centro",
      u"SELECT IDTMC, Nombre, Tipo FROM TipoMiembroCentro", staff},
-    {Name::TiposTarea, workers, u"Tipos de tarea", u"tipo de tarea", u"frmTipoTarea", u"TipoTarea",
-     u"IDTipoTarea",
+    {Name::TiposTarea, workers, u"tipo de tarea",
      u"SELECT t.IDTipoTarea, t.Nombre, m.Nombre AS Miembro FROM TipoTarea t LEFT JOIN TipoMiembroCentro m "
      u"ON t.codTipoMiembroCentro = m.IDTMC",
      task},
-    {Name::TiposContrato, workers, u"Tipos de contrato", u"tipo de contrato", u"frmTipoContrato",
-     u"TipoContrato", u"IDTipoContrato", u"SELECT IDTipoContrato, Nombre FROM TipoContrato", name},
-    {Name::CEspecializacion, workers, u"Cursos de especialización", u"curso de especialización",
-     u"frmCEspecializacion", u"CursoEspecializacion", u"IDCEspecializacion",
+    {Name::TiposContrato, workers, u"tipo de contrato", u"SELECT IDTipoContrato, Nombre FROM TipoContrato",
+     name},
+    {Name::CEspecializacion, workers, u"curso de especialización",
      u"SELECT IDCEspecializacion, Descripcion FROM CursoEspecializacion", description},
 
-    {Name::TipoCentro, school, u"Tipos de centro", u"tipo de centro", u"frmTipoCentro", u"TipoCentro",
-     u"IDTipocentro", u"SELECT IDTipocentro, Nombre FROM TipoCentro", name},
-    {Name::Turnos, school, u"Turnos", u"turno", u"frmTurno", u"Turno", u"IDTurno",
-     u"SELECT IDTurno, Descripcion, TipoTurno FROM Turno", shift},
-    {Name::TiposOcurrencia, school, u"Tipos de ocurrencia", u"tipo de ocurrencia", u"frmTipoOcurrencia",
-     u"TipoOcurrencia", u"IDTO", u"SELECT IDTO, Nombre, Lectivo FROM TipoOcurrencia", occurrence},
-    {Name::TiposMaterialDidactico, school, u"Tipos de material didáctico", u"tipo de material didáctico",
-     u"frmTipoMaterialDidactico", u"TipoMaterialDidactico", u"IDTipoMaterialDidactico",
+    {Name::TipoCentro, school, u"tipo de centro", u"SELECT IDTipocentro, Nombre FROM TipoCentro", name},
+    {Name::Turnos, school, u"turno", u"SELECT IDTurno, Descripcion, TipoTurno FROM Turno", shift},
+    {Name::TiposOcurrencia, school, u"tipo de ocurrencia",
+     u"SELECT IDTO, Nombre, Lectivo FROM TipoOcurrencia", occurrence},
+    {Name::TiposMaterialDidactico, school, u"tipo de material didáctico",
      u"SELECT IDTipoMaterialDidactico, Nombre FROM TipoMaterialDidactico", name},
 
-    {Name::OC_Bancos, money, u"Bancos", u"banco", u"frmBanco", u"Banco", u"IDBanco",
-     u"SELECT IDBanco, Numero, Nombre FROM Banco", bank},
-    {Name::Presentador, money, u"Presentadores", u"presentador", u"frmPresentador", u"Presentador",
-     u"IDPresentador",
+    {Name::OC_Bancos, money, u"banco", u"SELECT IDBanco, Numero, Nombre FROM Banco", bank},
+    {Name::Presentador, money, u"presentador",
      u"SELECT p.IDPresentador, p.Nombre, p.NIF, p.Sufijo, b.Nombre AS Banco, s.Nombre AS Sucursal "
      u"FROM Presentador p LEFT JOIN Banco b ON p.CodBanco = b.IDBanco "
      u"LEFT JOIN Sucursal s ON p.CodSucursal = s.IDSucursal",
      submitter},
-    {Name::Emisor, money, u"Emisores y ordenantes", u"emisor", u"frmEmisor", u"Emisor", u"IDEmisor",
+    {Name::Emisor, money, u"emisor",
      u"SELECT IDEmisor, Nombre, CIF, Sufijo, CodigoOrdenante, Poblacion, MTP FROM Emisor", issuer},
-    {Name::TiposIva, money, u"Tipos de IVA", u"tipo de IVA", u"frmTipoIva", u"TipoIva", u"IDTipoIva",
-     u"SELECT IDTipoIva, Descripcion, Valor FROM TipoIva", rate},
+    {Name::TiposIva, money, u"tipo de IVA", u"SELECT IDTipoIva, Descripcion, Valor FROM TipoIva", rate},
 
-    {Name::NotaConsejoOrientador, reports, u"Consejo orientador", u"consejo orientador",
-     u"frmConsejoOrientador1"},
-    {Name::InfIndiv, reports, u"Informes individuales", u"informe individual", u"frmInformeIndividual"},
-    {Name::ConsejoOrientador, reports, u"Respuestas del consejo orientador",
-     u"respuesta del consejo orientador", u"frmRespConsejo", u"ConsejoOrientador_Respuesta", u"IDCOResp",
+    {Name::NotaConsejoOrientador, reports, u"consejo orientador"},
+    {Name::InfIndiv, reports, u"informe individual"},
+    {Name::ConsejoOrientador, reports, u"respuesta del consejo orientador",
      u"SELECT r.IDCOResp, r.Descripcion, c.Descripcion AS Apartado FROM ConsejoOrientador_Respuesta r LEFT "
      u"JOIN ConsejoOrientador c ON r.CodConsejoOrientador = c.IDConsejoOrientador",
      answer},
-    {69, reports, u"Respuestas de los informes", u"respuesta de los informes", u"frmRespInfInd",
-     u"TipoRespInfInd", u"IDResp",
+    {69, reports, u"respuesta de los informes",
      u"SELECT r.IDResp, r.Descripcion, t.Descripcion AS Apartado FROM TipoRespInfInd r "
      u"LEFT JOIN TipoInfInd t ON r.CodTipo = t.IDTipo",
      answer},
@@ -170,25 +160,87 @@ constexpr std::pair<StringView, StringView> otherTables[] = {
     {u"Alumno_InfIndPrim", u"Valoraciones de informes de primaria"},
 };
 
+/// The list of a node that has no place above: its key and its texts.
+struct PlainList {
+    explicit PlainList(const ModuleNode& node)
+    {
+        query = u"SELECT " + String(node.key());
+        for (const schema::Column& column : schema::table(node.table)->columns()) {
+            if (column.type != schema::Type::text)
+                continue;
+            query += u", " + String(column.name);
+            columns.push_back({column.name});
+        }
+        query += u" FROM " + String(node.table);
+    }
+    String query;
+    std::vector<ListColumn> columns;
+};
+
+Node fromModule(const ModuleNode& module)
+{
+    Node node;
+    node.number = module.number;
+    node.name = module.title;
+    node.form = module.dialog;
+    node.table = module.table;
+    node.key = module.key();
+    return node;
+}
+
+std::vector<Node> everyNode()
+{
+    std::vector<Node> result;
+    for (const Place& place : places) {
+        Node node = fromModule(*moduleNode(place.number));
+        node.group = place.group;
+        node.one = place.one;
+        node.query = place.query;
+        node.columns = place.columns;
+        result.push_back(node);
+    }
+    static std::deque<PlainList> lists;
+    for (const ModuleNode& module : moduleNodes()) {
+        if (std::ranges::find(places, module.number, &Place::number) != std::end(places))
+            continue;
+        Node node = fromModule(module);
+        node.group = others;
+        node.one = u"fila";
+        if (!module.table.empty()) {
+            const PlainList& list = lists.emplace_back(module);
+            node.query = list.query;
+            node.columns = list.columns;
+        }
+        result.push_back(node);
+    }
+    return result;
+}
+
 } // namespace
 
-std::span<const Node> nodes() { return all; }
+std::span<const Node> nodes()
+{
+    static const std::vector<Node> all = everyNode();
+    return all;
+}
 
 const Node* nodeOf(Byte number)
 {
+    const auto all = nodes();
     const auto found = std::ranges::find(all, number, &Node::number);
-    return found == std::end(all) ? nullptr : found;
+    return found == all.end() ? nullptr : &*found;
 }
 
 const Node* nodeOf(StringView form)
 {
+    const auto all = nodes();
     const auto found = std::ranges::find_if(all, [&](const Node& each) { return sameName(each.form, form); });
-    return found == std::end(all) ? nullptr : found;
+    return found == all.end() ? nullptr : &*found;
 }
 
 StringView nameOfTable(StringView table)
 {
-    for (const Node& each : all)
+    for (const Node& each : nodes())
         if (sameName(each.table, table))
             return each.name;
     for (const auto& [known, words] : otherTables)

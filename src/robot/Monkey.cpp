@@ -12,6 +12,7 @@
 #include "robot/Verbs.h"
 #include "robot/WatchedConnection.h"
 #include "session/DialogDirectory.h"
+#include "session/NodeTable.h"
 #include "session/cNombreNodo.h"
 #include "suite/Registrations.h"
 
@@ -58,6 +59,30 @@ String expectable(StringView line)
         result += run < shortest ? line.substr(0, length) : StringView(u"{*}");
         line.remove_prefix(length);
     }
+    return result;
+}
+
+/// The numbers of the nodes that open a dialog: those of lists, from the first to the last, and those of
+/// reports.
+struct Nodes {
+    Long first = 255;
+    Long span = 0;
+    std::vector<Long> reports;
+};
+
+Nodes openingNodes()
+{
+    Nodes result;
+    Long last = 0;
+    for (const ModuleNode& node : moduleNodes()) {
+        if (node.table.empty())
+            result.reports.push_back(node.number);
+        else if (node.opens) {
+            result.first = std::min<Long>(result.first, node.number);
+            last = std::max<Long>(last, node.number);
+        }
+    }
+    result.span = last - result.first + 1;
     return result;
 }
 
@@ -250,9 +275,8 @@ private:
     /// Most that open something stand close together; the ways to the reports stand apart.
     String node()
     {
-        constexpr Long reports[] = {cNombreNodo::NotaConsejoOrientador, cNombreNodo::InfIndiv};
-        const Long any = dice_.once(10) ? dice_.below(256) : 30 + dice_.below(40);
-        return decimalText(dice_.once(8) ? dice_.of(reports) : any);
+        const Long any = dice_.once(10) ? dice_.below(256) : nodes_.first + dice_.below(nodes_.span);
+        return decimalText(dice_.once(8) ? dice_.of(nodes_.reports) : any);
     }
 
     /// Most are there, some are not.
@@ -398,6 +422,7 @@ private:
     sample::Dice dice_;
     std::vector<String> odd_;
     std::vector<String> dialogs_;
+    const Nodes nodes_ = openingNodes();
     Guion guion_; ///< Its commands alone.
 
     std::size_t lines_ = 0;     ///< Written so far.

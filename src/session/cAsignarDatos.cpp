@@ -3,101 +3,13 @@
 #include "data/LateBound.h"
 #include "session/App.h"
 #include "session/DialogDirectory.h"
+#include "session/NodeTable.h"
 #include "session/cConfiguracion.h"
 #include "session/cNombreNodo.h"
-
-#include <algorithm>
-#include <optional>
 
 namespace zv {
 
 namespace {
-
-struct NodeDialog {
-    Byte node;
-    StringView dialog;
-};
-
-/// Two nodes of the host that have a dialog but no name.
-constexpr Byte nodoEstadoCivil = 65;
-constexpr Byte nodoRespuestas = 69;
-
-/// What ActivarFormulario opens. Tried in this order; the first that is equal decides.
-constexpr NodeDialog shownDialogs[] = {
-    {cNombreNodo::Nacionalidad, u"frmNacionalidad"},
-    {cNombreNodo::OC_Bancos, u"frmBanco"},
-    {cNombreNodo::Emisor, u"frmEmisor"},
-    {cNombreNodo::Profesiones, u"frmProfesion"},
-    {cNombreNodo::Ponderaciones, u"frmPonderacion"},
-    {cNombreNodo::Presentador, u"frmPresentador"},
-    {cNombreNodo::Provincia, u"frmProvincia"},
-    {cNombreNodo::TiposAlumno, u"frmTipoAlumno"},
-    {cNombreNodo::TiposMiembroCentro, u"frmTipoMiembroCentro"},
-    {cNombreNodo::TiposMotivoBaja, u"frmTipoMotivoBaja"},
-    {cNombreNodo::TiposContrato, u"frmTipoContrato"},
-    {cNombreNodo::TiposParentesco, u"frmTipoParentesco"},
-    {cNombreNodo::TiposJustificacion, u"frmTipoJustificacion"},
-    {cNombreNodo::TiposNivelEstudios, u"frmTipoNivelEstudios"},
-    {cNombreNodo::TiposOcurrencia, u"frmTipoOcurrencia"},
-    {cNombreNodo::Turnos, u"frmTurno"},
-    {cNombreNodo::Paises, u"frmPais"},
-    {cNombreNodo::TiposIncidencia, u"frmTipoIncidencia"},
-    {cNombreNodo::TiposIva, u"frmTipoIva"},
-    {cNombreNodo::TiposMaterialDidactico, u"frmTipoMaterialDidactico"},
-    {cNombreNodo::Observaciones, u"frmObservacion"},
-    {cNombreNodo::OpcionesMateria, u"frmOpcionMateria"},
-    {cNombreNodo::TipoCentro, u"frmTipoCentro"},
-    {cNombreNodo::Enfermedades, u"frmEnfermedad"},
-    {cNombreNodo::Idiomas, u"frmIdioma"},
-    {cNombreNodo::CEspecializacion, u"frmCEspecializacion"},
-    {cNombreNodo::ConsejoOrientador, u"frmRespConsejo"},
-    {cNombreNodo::NotaConsejoOrientador, u"frmConsejoOrientador1"},
-    {nodoEstadoCivil, u"frmEstadoCivil"},
-    {nodoRespuestas, u"frmRespInfInd"},
-    {cNombreNodo::InfIndiv, u"frmInformeIndividual"},
-};
-
-/// Whose guard Eliminar asks. Tried in this order; the first that is equal decides.
-constexpr NodeDialog guardedDialogs[] = {
-
-    {cNombreNodo::CEspecializacion, u"frmCEspecializacion"},
-    {cNombreNodo::Nacionalidad, u"frmNacionalidad"},
-    {cNombreNodo::Idiomas, u"frmIdioma"},
-    {cNombreNodo::OC_Bancos, u"frmBanco"},
-    {cNombreNodo::Emisor, u"frmEmisor"},
-    {cNombreNodo::Presentador, u"frmPresentador"},
-    {cNombreNodo::Profesiones, u"frmProfesion"},
-    {cNombreNodo::Ponderaciones, u"frmPonderacion"},
-    {cNombreNodo::TipoCentro, u"frmTipoCentro"},
-    {cNombreNodo::TiposAlumno, u"frmTipoAlumno"},
-    {cNombreNodo::TiposMiembroCentro, u"frmTipoMiembroCentro"},
-    {cNombreNodo::TiposMotivoBaja, u"frmTipoMotivoBaja"},
-    {cNombreNodo::TiposContrato, u"frmTipoContrato"},
-    {cNombreNodo::TiposParentesco, u"frmTipoParentesco"},
-    {cNombreNodo::TiposTarea, u"frmTipoTarea"},
-    {cNombreNodo::TiposJustificacion, u"frmTipoJustificacion"},
-    {cNombreNodo::TiposNivelEstudios, u"frmTipoNivelEstudios"},
-    {cNombreNodo::TiposOcurrencia, u"frmTipoOcurrencia"},
-    {cNombreNodo::Turnos, u"frmTurno"},
-    {cNombreNodo::Paises, u"frmPais"},
-    {cNombreNodo::TiposIncidencia, u"frmTipoIncidencia"},
-    {cNombreNodo::TiposIva, u"frmTipoIva"},
-    {cNombreNodo::TiposMaterialDidactico, u"frmTipoMaterialDidactico"},
-    {cNombreNodo::Observaciones, u"frmObservacion"},
-    {cNombreNodo::OpcionesMateria, u"frmOpcionMateria"},
-    {cNombreNodo::Provincia, u"frmProvincia"},
-    {cNombreNodo::Enfermedades, u"frmEnfermedad"},
-    {cNombreNodo::ConsejoOrientador, u"frmRespConsejo"},
-    {nodoEstadoCivil, u"frmEstadoCivil"},
-    {nodoRespuestas, u"frmRespInfInd"},
-};
-
-template <std::size_t N>
-std::optional<StringView> dialogOf(const NodeDialog (&table)[N], Byte node)
-{
-    const auto* found = std::ranges::find(table, node, &NodeDialog::node);
-    return found == std::end(table) ? std::nullopt : std::optional(found->dialog);
-}
 
 ConnectionPtr connection(const Value& value)
 {
@@ -153,16 +65,17 @@ void cAsignarDatos::ObtenerDatos(const ObjectPtr& ObjDatosSesion)
 
 void cAsignarDatos::ActivarFormulario(Byte bytNodoSeleccionado)
 {
-    if (const auto dialog = dialogOf(shownDialogs, bytNodoSeleccionado))
-        dialogs().find(*dialog).instance().Show();
+    const ModuleNode* node = moduleNode(bytNodoSeleccionado);
+    if (node != nullptr && node->opens)
+        dialogs().find(node->dialog).instance().Show();
 }
 
 bool cAsignarDatos::Eliminar(Byte bytNodoSeleccionado)
 {
-    const auto dialog = dialogOf(guardedDialogs, bytNodoSeleccionado);
-    if (!dialog)
+    const ModuleNode* node = moduleNode(bytNodoSeleccionado);
+    if (node == nullptr || !node->guards)
         return false;
-    const DialogEntry& entry = dialogs().find(*dialog);
+    const DialogEntry& entry = dialogs().find(node->dialog);
     // The bank is told the name of a field, not its value: this very text is what it has always been given.
     if (bytNodoSeleccionado == cNombreNodo::OC_Bancos)
         let(entry.instance(), u"gstrNomNodo", u"strNodoSeleccionado");
