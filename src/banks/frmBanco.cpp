@@ -85,6 +85,9 @@ void frmBanco::CargarGrid()
 void frmBanco::Form_Load()
 {
     Hourglass wait(*this);
+    gintIDSucursalSelec = 0;
+    // An unload that failed leaves its list behind.
+    branches_.reset();
     ResumeNext next;
     cCentroApi api;
     next([&] { loadIcon(); });
@@ -103,7 +106,6 @@ void frmBanco::Form_Load()
     next([&] { Caption = Caption + u" " + bank->Fields(u"Nombre"); });
     next([&] { txtBanco(0).Text = bank->Fields(u"Numero"); });
     next([&] { txtBanco(1).Text = bank->Fields(u"Nombre"); });
-    branches_.reset();
     next([&] { readBranches(next, *branches, *bank); });
     next([&] { CargarGrid(); });
     registerRow(next, api, cmdBotonera(aceptar));

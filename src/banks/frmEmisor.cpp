@@ -428,10 +428,11 @@ void frmEmisor::cmdAceptar_Click()
     Unload();
 }
 
-/// The columns behind the key, in their order.
+/// The columns behind the key, in their order. An ordering party has no submitter, whatever the list that it
+/// does not show holds chosen.
 std::vector<Value> frmEmisor::values() const
 {
-    const Long submitter = cboPresentador.ListIndex();
+    const Long submitter = optOrdenante.Value() ? -1 : cboPresentador.ListIndex();
     const Integer key = submitter == -1 ? Integer{0} : CInt(cboPresentador.ItemData(submitter));
     const bool service = chkMTP.Value() == 1;
     const Long province = cboProvincia.ListIndex();

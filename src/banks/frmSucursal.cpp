@@ -49,6 +49,7 @@ frmSucursal::frmSucursal() : MaintenanceDialog(u"frmSucursal")
 void frmSucursal::Form_Load()
 {
     Hourglass wait(*this);
+    strCodigoInicial.clear();
     const cCentroApi api = cCentroApi::create();
     ResumeNext next;
     next([&] { loadIcon(); });

@@ -157,12 +157,9 @@ void MaintenanceDialog::choose(ComboBox& list, const Value& data)
 {
     if (data.isNull())
         return;
-    const Long number = CLng(data);
-    for (Long entry = 0; entry < list.ListCount(); ++entry)
-        if (list.ItemData(entry) == number) {
-            list.ListIndex = entry;
-            return;
-        }
+    const Long entry = list.find(CLng(data));
+    if (entry >= 0)
+        list.ListIndex = entry;
 }
 
 void MaintenanceDialog::releaseRow()

@@ -92,6 +92,8 @@ protected:
     /// An entry for each row of the recordset: a text and a number.
     void addRows(ComboBox& list, StringView text, StringView data);
     /// Chooses the first entry with that number; without one the choice stays as it was. Null is no entry's.
+    /// Where the number cannot be read, the row being gone, nothing is looked for: the comparison is no
+    /// condition that fails and chooses the first.
     static void choose(ComboBox& list, const Value& data);
 
     // Unload.

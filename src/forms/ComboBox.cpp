@@ -1,5 +1,7 @@
 #include "forms/ComboBox.h"
 
+#include <algorithm>
+
 namespace zv {
 
 ComboBox::ComboBox(Container& container, StringView name, int index)
@@ -45,6 +47,12 @@ void ComboBox::setItemData(Long index, Long data)
 {
     entry(index);
     entries_[static_cast<std::size_t>(index)].data = data;
+}
+
+Long ComboBox::find(Long data) const
+{
+    const auto found = std::ranges::find(entries_, data, &Entry::data);
+    return found == entries_.end() ? -1 : static_cast<Long>(found - entries_.begin());
 }
 
 String ComboBox::Text() const { return ListIndex() < 0 ? String() : List(ListIndex()); }

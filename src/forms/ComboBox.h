@@ -27,6 +27,8 @@ public:
     const String& List(Long index) const { return entry(index).text; }
     Long ItemData(Long index) const { return entry(index).data; }
     void setItemData(Long index, Long data);
+    /// Index of the first entry with that number, -1 if none has it.
+    Long find(Long data) const;
     /// The chosen text, "" for none.
     String Text() const;
 

@@ -182,13 +182,11 @@ void frmConsejoOrientador::showAnswers(Long pupil)
         list.ListIndex = Long{0};
         if (note->codCOResp <= 0)
             continue;
-        const Byte last = CByte(list.ListCount() - 1);
-        for (Long entry = 0; entry <= last; ++entry) {
-            if (list.ItemData(entry) == note->codCOResp) {
-                list.ListIndex = entry;
-                break;
-            }
-        }
+        // A list of more entries than a byte counts is not searched.
+        static_cast<void>(CByte(list.ListCount() - 1));
+        const Long answer = list.find(note->codCOResp);
+        if (answer >= 0)
+            list.ListIndex = answer;
     }
 }
 

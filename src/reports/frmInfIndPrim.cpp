@@ -158,12 +158,8 @@ void frmInfIndPrim::msgValores_Click()
     bytTipo = CByte(TabInfInd.SelectedItem().Index());
     const Long answer = ratingOf(bytTipo).codResp;
     const Byte beyond = CByte(cboValor.ListCount());
-    for (Long entry = 0; entry <= beyond; ++entry) {
-        if (cboValor.ItemData(entry) != answer)
-            continue;
-        cboValor.ListIndex = entry;
-        break;
-    }
+    const Long entry = cboValor.find(answer);
+    cboValor.ListIndex = entry >= 0 ? entry : Long{beyond};
     cboValor.Top = msgValores.Top() + msgValores.CellTop();
     cboValor.Width = msgValores.CellWidth() + 10;
     cboValor.Left = msgValores.Left() + msgValores.CellLeft() + 5;

@@ -10,6 +10,8 @@ namespace zv {
 
 namespace {
 
+constexpr StringView textBox = u"un cuadro de texto";
+
 /// Does an act if the control can be acted upon, and says so if it cannot.
 template <class C, class Act>
 void actOn(Play& play, const GuionArgument& name, StringView kind, Act act)
@@ -23,16 +25,20 @@ void actOn(Play& play, const GuionArgument& name, StringView kind, Act act)
         play.observe(u"inaccesible " + control.fullName());
 }
 
-template <class Act>
-void actOnText(Play& play, const GuionArgument& name, Act act)
+/// The same where an argument names something in the control: the handlers that the move of the focus runs
+/// may bring it, or take the control away.
+template <class C, class Act>
+void actInside(Play& play, const GuionArgument& name, StringView kind, Act act)
 {
-    actOn<TextBox>(play, name, u"un cuadro de texto", act);
+    actOn<C>(play, name, kind, [&](Person& person, C& target) {
+        return person.focus(target) && target.accessible() && act(person, target);
+    });
 }
 
 template <class Act>
 void actOnGrid(Play& play, const GuionArguments& a, Act act)
 {
-    actOn<MSFlexGrid>(play, a[0], u"una rejilla", [&](Person& person, MSFlexGrid& grid) {
+    actInside<MSFlexGrid>(play, a[0], u"una rejilla", [&](Person& person, MSFlexGrid& grid) {
         const Long row = numberIn(a[1]);
         const Long column = a.size() > 2 ? numberIn(a[2]) : 0;
         if (row < 0 || row >= grid.Rows() || column < 0 || column >= grid.Cols())
@@ -57,9 +63,8 @@ void teclear(Play& play, const GuionArguments& a)
 
 void escribir(Play& play, const GuionArguments& a)
 {
-    actOnText(play, a[0], [&](Person& person, TextBox& box) {
-        // The focus first: the handlers of both boxes may change the text.
-        if (!person.focus(box) || !person.select(box, 0, static_cast<Long>(box.Text().size())))
+    actInside<TextBox>(play, a[0], textBox, [&](Person& person, TextBox& box) {
+        if (!person.select(box, 0, static_cast<Long>(box.Text().size())))
             return false;
         return a[1].text.empty() ? person.key(box, Key::Delete) : person.type(box, a[1].text);
     });
@@ -82,16 +87,19 @@ void tecla(Play& play, const GuionArguments& a)
 
 void pegar(Play& play, const GuionArguments& a)
 {
-    actOnText(play, a[0], [&](Person& person, TextBox& box) { return person.paste(box, a[1].text); });
+    actOn<TextBox>(play, a[0], textBox,
+                   [&](Person& person, TextBox& box) { return person.paste(box, a[1].text); });
 }
 
 void seleccionar(Play& play, const GuionArguments& a)
 {
-    const Long start = numberIn(a[1]);
-    const Long length = numberIn(a[2]);
-    if (start < 0 || length < 0)
-        play.mistake(u"una selección no empieza ni mide menos de 0");
-    actOnText(play, a[0], [&](Person& person, TextBox& box) { return person.select(box, start, length); });
+    actInside<TextBox>(play, a[0], textBox, [&](Person& person, TextBox& box) {
+        const Long start = numberIn(a[1]);
+        const Long length = numberIn(a[2]);
+        if (start < 0 || length < 0)
+            play.mistake(u"una selección no empieza ni mide menos de 0");
+        return person.select(box, start, length);
+    });
 }
 
 void pulsar(Play& play, const GuionArguments& a)
@@ -122,7 +130,7 @@ Long entryOf(const Play& play, const ComboBox& box, const GuionArgument& entry)
 
 void elegir(Play& play, const GuionArguments& a)
 {
-    actOn<ComboBox>(play, a[0], u"una lista", [&](Person& person, ComboBox& box) {
+    actInside<ComboBox>(play, a[0], u"una lista", [&](Person& person, ComboBox& box) {
         return person.choose(box, entryOf(play, box, a[1]));
     });
 }
@@ -149,7 +157,7 @@ void desplazar(Play& play, const GuionArguments& a)
 
 void pestana(Play& play, const GuionArguments& a)
 {
-    actOn<TabStrip>(play, a[0], u"una tira de pestañas", [&](Person& person, TabStrip& strip) {
+    actInside<TabStrip>(play, a[0], u"una tira de pestañas", [&](Person& person, TabStrip& strip) {
         const Long tab = numberIn(a[1]);
         if (tab < 1 || tab > strip.tabCount())
             play.mistake(strip.fullName() + u" tiene " + decimalText(strip.tabCount()) +

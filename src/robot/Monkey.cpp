@@ -20,6 +20,7 @@
 #include <map>
 #include <ostream>
 #include <set>
+#include <utility>
 
 namespace zv {
 
@@ -339,6 +340,10 @@ private:
 
     Control& someControl(const Form& form)
     {
+        // One that the focus was moved to for an act.
+        if (Control* aimed = std::exchange(aimed_, nullptr);
+            aimed != nullptr && form.ActiveControl() == aimed)
+            return *aimed;
         std::vector<Control*> choice(form.Controls.begin(), form.Controls.end());
         if (!dice_.once(12))
             std::erase_if(choice,
@@ -349,6 +354,12 @@ private:
     String onControl(Control& control)
     {
         const String name = u" " + control.fullName();
+        // What a list or a grid holds may change as the focus comes, and an act names what is there then.
+        const bool named = dynamic_cast<ComboBox*>(&control) || dynamic_cast<MSFlexGrid*>(&control);
+        if (named && control.form().ActiveControl() != &control) {
+            aimed_ = &control;
+            return u"foco" + name;
+        }
         if (dice_.once(12))
             return u"ver" + name + u".Enabled" + name + u".Visible" + name + u".Tag";
         if (dice_.once(12) || !control.takesFocus())
@@ -428,6 +439,7 @@ private:
     std::size_t lines_ = 0;     ///< Written so far.
     std::size_t takenDown_ = 0; ///< Commands of which the observations are written.
     bool readOnly_ = false;
+    Control* aimed_ = nullptr;      ///< Where the focus was moved for the next act.
     int patience_ = 0;              ///< Acts left before the dialog is to close.
     std::map<String, int> leaving_; ///< How often it was tried to close a dialog.
 

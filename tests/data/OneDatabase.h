@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/DataError.h"
 #include "data/Engine.h"
 
 #include "data/NumberOf.h"
@@ -29,6 +30,24 @@ protected:
         for (const Case& each : cases)
             EXPECT_EQ(numberOf([&] { base->Execute(each.statement); }), each.number)
                 << toUtf8(each.statement);
+    }
+    /// A table as a school may have it: what no two rows may have alike is the key, and something else
+    /// besides.
+    void expectTheKeyAloneIsTaken() const
+    {
+        base->Execute(
+            u"CREATE TABLE Pais (Descripcion VARCHAR(50) PRIMARY KEY, Sigla VARCHAR(9), IDPais INTEGER)");
+        base->Execute(u"CREATE UNIQUE INDEX \"su 'clave', \"\"única\"\"\" ON Pais (IDPais)");
+        base->Execute(u"CREATE UNIQUE INDEX \"«sigla» d'un\" ON Pais (Sigla)");
+        base->Execute(u"Insert into Pais values ('Perú','clave',1)");
+        expectNumbers({
+            Case{u"Insert into Pais values ('Chile','C',1)", failure::keyExists},
+            Case{u"INSERT INTO pais (IDPais,Descripcion) VALUES (1,'Chile')", failure::keyExists},
+            Case{u"Insert into Pais values ('Chile','clave',2)", failure::brokenConstraint},
+            Case{u"Insert into Pais values ('Perú','C',2)", failure::brokenConstraint},
+            Case{u"Insert into Pais values ('Chile','C',2)", 0},
+            Case{u"Update Pais Set Sigla='clave' Where IDPais=2", failure::brokenConstraint},
+        });
     }
 
     std::unique_ptr<Engine> engine;

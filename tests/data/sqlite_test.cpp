@@ -27,7 +27,7 @@ TEST_F(Memory, each_failure_has_its_number)
         u"CREATE TRIGGER g BEFORE DELETE ON t BEGIN SELECT 1; SELECT RAISE(ABORT,'no such table'); END");
     expectNumbers({
         Case{u"Insert into t values (1,'b',3)", failure::keyExists},
-        Case{u"Insert into t values (2,'a',3)", failure::keyExists},
+        Case{u"Insert into t values (2,'a',3)", failure::brokenConstraint},
         Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
         Case{u"Insert into t values (2,'b',Null)", failure::brokenConstraint},
         Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
@@ -67,6 +67,8 @@ TEST_F(Memory, each_failure_has_its_number)
               }),
               failure::otherData);
 }
+
+TEST_F(Memory, a_taken_key_is_told_from_what_else_may_be_there_once) { expectTheKeyAloneIsTaken(); }
 
 TEST_F(Memory, rows_stream_and_tell_what_they_lack)
 {

@@ -39,7 +39,9 @@ TEST(OdbcFailure, engines_that_share_a_state_are_told_apart)
     };
     EXPECT_EQ(number("23000", 2627, u""), failure::keyExists);
     EXPECT_EQ(number("23000", 547, u""), failure::brokenConstraint);
-    EXPECT_EQ(number("HY000", 19, u"UNIQUE constraint failed"), failure::keyExists);
+    EXPECT_EQ(number("HY000", 19, u"UNIQUE constraint failed: Pais.IDPais (19)"), failure::keyExists);
+    EXPECT_EQ(number("HY000", 19, u"UNIQUE constraint failed: Pais.Descripcion (19)"),
+              failure::brokenConstraint);
     EXPECT_EQ(number("HY000", 19, u"CHECK constraint failed"), failure::brokenConstraint);
     EXPECT_EQ(number("HY000", 1, u"no such table: x"), failure::tableMissing);
     EXPECT_EQ(number("HY000", 1, u""), failure::badStatement);
@@ -54,7 +56,7 @@ TEST_F(Server, each_failure_has_its_number)
     base->Execute(u"Insert into T values (1,'a',-2)");
     expectNumbers({
         Case{u"Insert into t values (1,'b',3)", failure::keyExists},
-        Case{u"Insert into t values (2,'a',3)", failure::keyExists},
+        Case{u"Insert into t values (2,'a',3)", failure::brokenConstraint},
         Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
         Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
         Case{u"Insert into t values (99999999999,'b',3)", failure::brokenConstraint},
@@ -67,6 +69,17 @@ TEST_F(Server, each_failure_has_its_number)
     });
     EXPECT_EQ(all(u"Select K from t"), u"1 ");
     EXPECT_EQ(base->Execute(u"Delete * From t")->State(), 0);
+}
+
+TEST_F(Server, a_taken_key_is_told_from_what_else_may_be_there_once)
+{
+    expectTheKeyAloneIsTaken();
+    // Inside a transaction the link answers nothing any more.
+    base->Execute(u"CREATE TABLE Idioma (IDIdioma INTEGER PRIMARY KEY, Descripcion VARCHAR(50) UNIQUE)");
+    base->Execute(u"Insert into Idioma values (1,'Inglés')");
+    base->Execute(u"BEGIN");
+    expectNumbers({Case{u"Insert into Idioma values (2,'Inglés')", failure::brokenConstraint}});
+    base->Execute(u"ROLLBACK");
 }
 
 TEST_F(Server, rows_stream_and_keep_nobody_from_writing)

@@ -28,6 +28,12 @@ public:
         grid.Rows = 30;
         strip.addTab(u"Uno");
         strip.addTab(u"Dos");
+        txt(1).LostFocus.bind([this] {
+            combo.AddItem(u"tres");
+            grid.Rows = 29;
+        });
+        chk.LostFocus.bind([this] { grid.Visible = false; });
+        cmd(5).LostFocus.bind([this] { Unload(); });
     }
     ControlArray<TextBox, 2> txt{*this, u"txt"};
     Label lbl{*this, u"lbl"};
@@ -157,6 +163,7 @@ TEST_F(Robot, a_mistake_is_told_with_line_and_reason)
         {"elegir combo 3", 2, "3 elementos", true},
         {"elegir combo \"tres\"", 2, "tres", true},
         {"celda grid 30 0", 2, "30 filas", true},
+        {"foco txt(1)\ncelda grid 29 0", 3, "29 filas", true},
         {"doble grid 0 2", 2, "2 columnas", true},
         {"desplazar grid -1", 2, "filas", true},
         {"pestana strip 0", 2, "2 pestañas", true},
@@ -174,6 +181,17 @@ TEST_F(Robot, a_mistake_is_told_with_line_and_reason)
             << each.guion;
         EXPECT_THAT(result.err, HasSubstr(each.reason));
         EXPECT_EQ(result.out, "0 passed, 1 failed\n");
+    }
+}
+
+TEST_F(Robot, looks_up_what_an_act_names_when_the_focus_has_come)
+{
+    for (const std::string acts : {"foco txt(1)\nelegir combo \"tres\"\nver combo.ListIndex\n> "
+                                   "combo.ListIndex 3\ncerrar\n> cierra frmTurno",
+                                   "foco chk\ndoble grid 99 0\n> inaccesible grid\ncerrar\n> cierra frmTurno",
+                                   "foco cmd(5)\nelegir combo 99\n> cierra frmTurno\n> inaccesible combo"}) {
+        const Result result = check("abrir 53 1 0\n> muestra frmTurno \"\"\n" + acts);
+        EXPECT_EQ(result.code, 0) << result.out << result.err;
     }
 }
 

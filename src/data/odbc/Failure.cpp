@@ -1,5 +1,7 @@
 #include "data/odbc/Failure.h"
 
+#include "data/UniqueIndex.h"
+
 #include <array>
 
 namespace zv::odbc {
@@ -15,13 +17,12 @@ struct Rule {
 /// The first rule that fits decides; what none fits is otherData. Behind each state stand the engines that
 /// send it: where an engine has one state for several failures, its own number or words tell them apart.
 constexpr std::array rules{
-    // A key that exists.
+    // A value that may be there once: the key, unless the indexes of the table say that it is another.
     Rule{"23505", 0, u"", failure::keyExists},                     // PostgreSQL
     Rule{"23000", 1062, u"", failure::keyExists},                  // MariaDB
     Rule{"23000", 2627, u"", failure::keyExists},                  // SQL Server, a key
     Rule{"23000", 2601, u"", failure::keyExists},                  // SQL Server, a unique index
     Rule{"23000", -1605, u"", failure::keyExists},                 // Access
-    Rule{"HY000", 19, u"UNIQUE constraint", failure::keyExists},   // SQLite
     Rule{"HY000", 19, u"PRIMARY KEY must be", failure::keyExists}, // SQLite of old
     // A value that is not admitted, or not of the column's kind.
     Rule{"23", 0, u"", failure::brokenConstraint}, Rule{"22", 0, u"", failure::brokenConstraint},
@@ -64,6 +65,9 @@ bool fits(const Rule& rule, const Diagnosis& diagnosis)
 
 std::int32_t numberOf(const Diagnosis& diagnosis)
 {
+    // SQLite names the columns.
+    if (diagnosis.native == 19 && tellsTakenKey(diagnosis.words))
+        return failure::keyExists;
     for (const Rule& rule : rules)
         if (fits(rule, diagnosis))
             return rule.number;

@@ -123,6 +123,40 @@ std::vector<FoundTable> Link::tables(StringView schema) const
     return result;
 }
 
+std::vector<UniqueIndex> Link::uniqueIndexes(StringView schema, StringView table) const
+{
+    constexpr SQLUSMALLINT nameColumn = 6;
+    constexpr SQLUSMALLINT columnColumn = 9;
+    const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
+    std::vector<UniqueIndex> result;
+    if (!went(SQLStatisticsW(statement.get(), nullptr, 0, schema.empty() ? nullptr : wide(schema.data()),
+                             static_cast<SQLSMALLINT>(schema.size()), wide(table.data()),
+                             static_cast<SQLSMALLINT>(table.size()), SQL_INDEX_UNIQUE, SQL_QUICK)))
+        return result;
+    while (SQL_SUCCEEDED(SQLFetch(statement.get()))) {
+        const String name = characters(statement, nameColumn);
+        if (name.empty()) // Statistics of the table itself.
+            continue;
+        if (result.empty() || result.back().name != name)
+            result.push_back({name, {}});
+        result.back().columns.push_back(characters(statement, columnColumn));
+    }
+    return result;
+}
+
+std::vector<String> Link::primaryKey(StringView schema, StringView table) const
+{
+    constexpr SQLUSMALLINT columnColumn = 4;
+    const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
+    std::vector<String> result;
+    if (went(SQLPrimaryKeysW(statement.get(), nullptr, 0, schema.empty() ? nullptr : wide(schema.data()),
+                             static_cast<SQLSMALLINT>(schema.size()), wide(table.data()),
+                             static_cast<SQLSMALLINT>(table.size()))))
+        while (SQL_SUCCEEDED(SQLFetch(statement.get())))
+            result.push_back(characters(statement, columnColumn));
+    return result;
+}
+
 void Link::begin()
 {
     check(SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT, attribute(SQL_AUTOCOMMIT_OFF), 0),

@@ -2,6 +2,7 @@
 
 #include "data/Cursor.h"
 #include "data/Engine.h"
+#include "data/UniqueIndex.h"
 #include "data/odbc/Failure.h"
 
 #include <memory>
@@ -41,6 +42,10 @@ public:
     EngineInfo engine() const;
     /// The tables of a schema (any, if empty), with their columns.
     std::vector<FoundTable> tables(StringView schema) const;
+    /// The unique indexes of a table, and the columns of its primary key. Names are those of the server's
+    /// lists, in their letters; where the driver has no such list there are none.
+    std::vector<UniqueIndex> uniqueIndexes(StringView schema, StringView table) const;
+    std::vector<String> primaryKey(StringView schema, StringView table) const;
     void begin();
     void end(bool commit);
 

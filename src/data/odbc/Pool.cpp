@@ -15,6 +15,20 @@ constexpr std::chrono::seconds pause{2};
 
 bool isFree(const std::shared_ptr<Link>& link) { return link->cursors.empty(); }
 
+/// Whether a server's words have that name between quotes, of whatever kind its language has.
+bool isNamed(StringView index, StringView words)
+{
+    constexpr StringView quotes = u"\"'`«»„“”‘’.\u00A0";
+    for (std::size_t place = words.find(index); place != StringView::npos;
+         place = words.find(index, place + 1)) {
+        const std::size_t end = place + index.size();
+        if (place > 0 && end < words.size() && quotes.find(words[place - 1]) != StringView::npos &&
+            quotes.find(words[end]) != StringView::npos)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 Pool::Pool(Place place) : place_(std::move(place)), lossesSeen_(place_.outage->losses) { link(); }
@@ -83,6 +97,42 @@ bool Pool::controlsTransaction(StringView statement)
     return true;
 }
 
+Pool::TableIndexes Pool::indexesOf(StringView table, const std::shared_ptr<Link>& on)
+{
+    // A transaction in which a statement failed may answer nothing any more.
+    const std::shared_ptr<Link> asked = transaction_ ? freshLink() : on;
+    for (const String& name : {String(table), lowerName(table)}) {
+        TableIndexes found{asked->uniqueIndexes(place_.schema, name), {}};
+        if (found.unique.empty())
+            continue;
+        found.primaryKey = asked->primaryKey(place_.schema, name);
+        return found;
+    }
+    return {};
+}
+
+/// Servers have one failure for every index that is unique. Which it was stands in their words, in their
+/// language; where the words name none, any may have been it. They are asked for a table's indexes once, and
+/// again when they name another: stations that draw the same key fail often.
+bool Pool::isTakenKey(const DataError& failure, const std::shared_ptr<Link>& on)
+{
+    const std::optional<String> table = writtenTable(failure.statement());
+    if (!table)
+        return true;
+    const auto named = [&](const UniqueIndex& each) { return isNamed(each.name, failure.engineText()); };
+    TableIndexes& known = indexes_[lowerName(*table)];
+    try {
+        if (std::ranges::none_of(known.unique, named))
+            known = indexesOf(*table, on);
+    } catch (const DataError&) {
+        return true;
+    }
+    const bool anyNamed = std::ranges::any_of(known.unique, named);
+    return std::ranges::all_of(known.unique, [&](const UniqueIndex& each) {
+        return (anyNamed && !named(each)) || holdsKey(each, *table, known.primaryKey);
+    });
+}
+
 std::unique_ptr<Cursor> Pool::run(StringView statement)
 {
     refuseUnstorable(statement);
@@ -94,10 +144,14 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
     try {
         auto rows = std::make_unique<StatementRows>(on, statement);
         return rows->hasColumns() ? std::move(rows) : nullptr;
-    } catch (const DataError&) {
+    } catch (const DataError& failure) {
         if (on->isLost())
             transaction_ = nullptr;
         noticeLosses();
+        // SQLite has told the columns itself.
+        if (failure.number() == failure::keyExists && failure.engineCode().starts_with("23") &&
+            !isTakenKey(failure, on))
+            throw DataError(failure::brokenConstraint, failure.engineCode(), failure.engineText(), statement);
         throw;
     }
 }

@@ -4,6 +4,7 @@
 #include "data/odbc/Server.h"
 
 #include <chrono>
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -40,13 +41,21 @@ public:
     std::vector<FoundTable> tables();
 
 private:
+    struct TableIndexes {
+        std::vector<UniqueIndex> unique;
+        std::vector<String> primaryKey; ///< Its columns.
+    };
+
     std::shared_ptr<Link> link();
     std::shared_ptr<Link> freshLink();
     void noticeLosses();
     bool controlsTransaction(StringView statement);
+    TableIndexes indexesOf(StringView table, const std::shared_ptr<Link>& on);
+    bool isTakenKey(const DataError& failure, const std::shared_ptr<Link>& on);
 
     Place place_;
     std::vector<std::shared_ptr<Link>> links_;
+    std::map<String, TableIndexes> indexes_; ///< By the table's name in small letters.
     int lossesSeen_ = 0;
     std::shared_ptr<Link> transaction_; ///< The link on which one was begun.
 };

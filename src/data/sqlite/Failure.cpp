@@ -1,5 +1,7 @@
 #include "data/sqlite/Failure.h"
 
+#include "data/UniqueIndex.h"
+
 #include <sqlite3.h>
 
 #include <array>
@@ -16,10 +18,8 @@ struct Rule {
 };
 
 /// The first rule that fits decides; what none fits is otherData. A key is taken only where the engine says
-/// so.
+/// so, and not where another column may have a value once: no other key would make way there.
 constexpr std::array rules{
-    Rule{SQLITE_CONSTRAINT_PRIMARYKEY, {}, u"", failure::keyExists},
-    Rule{SQLITE_CONSTRAINT_UNIQUE, {}, u"", failure::keyExists},
     Rule{SQLITE_CONSTRAINT_ROWID, {}, u"", failure::keyExists},
     Rule{SQLITE_CONSTRAINT, {}, u"", failure::brokenConstraint},
     Rule{SQLITE_MISMATCH, {}, u"", failure::brokenConstraint},
@@ -45,6 +45,9 @@ DataError failureOf(sqlite3* handle, Phase phase, StringView statement)
 {
     const int code = sqlite3_extended_errcode(handle);
     const String text = static_cast<const char16_t*>(sqlite3_errmsg16(handle));
+    const bool primary = code == SQLITE_CONSTRAINT_PRIMARYKEY;
+    if ((primary || code == SQLITE_CONSTRAINT_UNIQUE) && tellsTakenKey(text, primary))
+        return {failure::keyExists, std::to_string(code), text, statement};
     for (const Rule& rule : rules) {
         if (fits(rule, code, phase, text))
             return {rule.number, std::to_string(code), text, statement};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "runtime/String.h"
+
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace zv {
+
+/// Columns of a table that no two rows may have alike.
+struct UniqueIndex {
+    String name; ///< "" where it is not told.
+    std::vector<String> columns;
+};
+
+/// Whether it holds the table's key, so that a row with another key would not break it: the key that the
+/// schema tells, or, for a table that the schema does not know, the primary key that is handed in.
+bool holdsKey(const UniqueIndex& index, StringView table, std::span<const String> primaryKey = {});
+
+/// Whether the index that SQLite says to be broken ("UNIQUE constraint failed: Pais.IDPais") holds its
+/// table's key. `primary`: SQLite says that it is the primary key.
+bool tellsTakenKey(StringView sqliteWords, bool primary = false);
+
+/// The table that a statement inserts into or updates.
+std::optional<String> writtenTable(StringView statement);
+
+} // namespace zv
