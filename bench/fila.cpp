@@ -6,6 +6,7 @@
 
 #include "QtEdit.h"
 #include "Stage.h"
+#include "data/Statement.h"
 
 #include "forms/Acts.h"
 

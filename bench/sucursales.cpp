@@ -3,6 +3,7 @@
 // first), in one run. Prints the ratios, and how the time of one branch grows from 200 branches to 2,000.
 
 #include "Stage.h"
+#include "data/Statement.h"
 
 #include "banks/frmBanco.h"
 #include "forms/Acts.h"

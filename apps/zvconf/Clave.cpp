@@ -1,3 +1,4 @@
+#include "data/Statement.h"
 #include "zvconf/Command.h"
 
 #include "data/Schools.h"
@@ -110,9 +111,9 @@ private:
                               u"El cambio queda a medias: bórrela y repita la orden.",
                               {each.row}));
             // Not over what another station has written since: that comes with the next pass.
-            each.database->Execute(statement(
-                u"Update Enfermedad Set {}='{}' Where IDEnfermedad={} And {}='{}'",
-                {each.column, new_.seal(*plain), each.row, each.column, Replace(each.text, u"'", u"''")}));
+            each.database->Execute(
+                statement(u"Update Enfermedad Set {}='{}' Where IDEnfermedad={} And {}='{}'",
+                          {each.column, new_.seal(*plain), each.row, each.column, doubled(each.text)}));
             ++changed;
         }
         already_ -= changed_;

@@ -1,3 +1,4 @@
+#include "data/Statement.h"
 #include "zvconf/Command.h"
 
 #include "data/SchemaCheck.h"

@@ -1,5 +1,6 @@
 #include "zvhost/Deletion.h"
 
+#include "data/Statement.h"
 #include "runtime/Convert.h"
 #include "zvhost/Nodes.h"
 

@@ -1,5 +1,6 @@
 #include "zvhost/Host.h"
 
+#include "data/Statement.h"
 #include "runtime/Convert.h"
 #include "services/cZEncryptoAPI.h"
 #include "session/DialogDirectory.h"

@@ -96,10 +96,10 @@ void frmBanco::Form_Load()
     tagCaption(next, {.nuevo = 1001, .modificado = 1002});
     localise(next, api);
     next([&] { ConfigurarGrid(); });
-    if (!changesRow() || !readRow(next, forRow(u"Select * From Banco where IDBanco={}")))
+    if (!changesRow() || !readRow(next, forRow(u"Select * From Banco where IDBanco={fila}")))
         return;
     const RecordsetPtr bank = takeRows();
-    if (!readRow(next, forRow(u"Select * From Sucursal where CodBanco={}")))
+    if (!readRow(next, forRow(u"Select * From Sucursal where CodBanco={fila}")))
         return;
     // Kept: a host that asks this dialog's guard while it is read makes it fetch others.
     const RecordsetPtr branches = rows();
@@ -315,9 +315,9 @@ bool frmBanco::ComprobarEliminacion()
     next([&] {
         fetch(forRow(u"SELECT Count(Cuenta.codSucursal) as Registros FROM Cuenta INNER JOIN "
                      u"(Sucursal INNER JOIN Banco ON Sucursal.codBanco=Banco.IDBanco) ON "
-                     u"Cuenta.codSucursal=Sucursal.IDSucursal WHERE Banco.IDBanco={} UNION SELECT "
+                     u"Cuenta.codSucursal=Sucursal.IDSucursal WHERE Banco.IDBanco={fila} UNION SELECT "
                      u"count(codBanco) FROM "
-                     u"BancoMTP WHERE codBanco={} ORDER BY Registros DESC"));
+                     u"BancoMTP WHERE codBanco={fila} ORDER BY Registros DESC"));
     });
     const bool free = !reportedFailure(message::readFailed) &&
                       next.condition([&] { return CLng(field(u"Registros")) == 0; });

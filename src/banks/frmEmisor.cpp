@@ -12,7 +12,7 @@ namespace zv {
 
 namespace {
 
-constexpr StringView guards[] = {u"Select CodCuenta From Centro_Cuenta_Emisor Where CodEmisor={}"};
+constexpr StringView guards[] = {u"Select CodCuenta From Centro_Cuenta_Emisor Where CodEmisor={fila}"};
 
 constexpr StringView provinces = u"Select Descripcion, IDProvincia From Provincia Order by IDProvincia";
 constexpr StringView submitters = u"Select * From Presentador";
@@ -258,7 +258,7 @@ void frmEmisor::showService(ResumeNext& next)
 
 void frmEmisor::showParty(ResumeNext& next, const cCentroApi& api)
 {
-    next([&] { fetch(forRow(u"Select * from Emisor  Where IDEmisor={}")); });
+    next([&] { fetch(forRow(u"Select * from Emisor  Where IDEmisor={fila}")); });
     // Other reads use the dialog's recordset meanwhile.
     const PartyReader read = [held = takeRows()](StringView column) {
         if (!held)
@@ -364,11 +364,11 @@ void frmEmisor::chkMTP_MouseDown()
         return;
     const StringView pattern = optEmisor.Value()
                                    ? u"SELECT Count(codCCECobro) as codCCE FROM Actividad WHERE "
-                                     u"codCCECobro={} UNION SELECT Count(IDCCE) FROM "
-                                     u"Centro_Cuenta_Emisor WHERE IDCCE={} ORDER BY codCCE DESC"
+                                     u"codCCECobro={fila} UNION SELECT Count(IDCCE) FROM "
+                                     u"Centro_Cuenta_Emisor WHERE IDCCE={fila} ORDER BY codCCE DESC"
                                    : u"SELECT Count(codCCECobro) as codCCE FROM Actividad WHERE "
-                                     u"codCCEPago={} UNION SELECT Count(IDCCE) FROM "
-                                     u"Centro_Cuenta_Emisor WHERE IDCCE={} ORDER BY codCCE DESC";
+                                     u"codCCEPago={fila} UNION SELECT Count(IDCCE) FROM "
+                                     u"Centro_Cuenta_Emisor WHERE IDCCE={fila} ORDER BY codCCE DESC";
     fetch(forRow(pattern));
     if (CLng(field(u"codCCE")) > 0)
         warn(kindIsFixed, sign::exclamation);

@@ -12,7 +12,7 @@ namespace zv {
 
 namespace {
 
-constexpr StringView guards[] = {u"Select IDEmisor From Emisor Where CodPresentador={}"};
+constexpr StringView guards[] = {u"Select IDEmisor From Emisor Where CodPresentador={fila}"};
 
 constexpr Integer suffixTooShort = 521;
 constexpr Integer bankFirst = 24101;
@@ -157,8 +157,7 @@ void frmPresentador::txtNEntidad_LostFocus()
         Beep();
         return;
     }
-    fetch(statement(u"SELECT IDBanco FROM Banco WHERE Numero='{}'",
-                    {Replace(txtNEntidad.Text(), u"'", u"''")}));
+    fetch(statement(u"SELECT IDBanco FROM Banco WHERE Numero='{}'", {doubled(txtNEntidad.Text())}));
     if (rows()->Eof()) {
         warn(bankUnknown, sign::information);
     } else {
@@ -184,7 +183,7 @@ void frmPresentador::Form_Load()
     if (!changesRow())
         return;
     Err().Clear();
-    if (readRow(next, forRow(u"Select * from Presentador  Where IDPresentador={}")))
+    if (readRow(next, forRow(u"Select * from Presentador  Where IDPresentador={fila}")))
         readSubmitter(next, api);
 }
 

@@ -63,11 +63,11 @@ struct TextCatalogue {
     StringView table;
     StringView key;
     KeyWidth width = KeyWidth::bits16;
-    StringView query;                         ///< Reads the row. Pattern: the row's key.
+    StringView query;                         ///< Reads the row, {fila}.
     Integer readFailed = message::readFailed; ///< Message of a row that cannot be read.
     StringView insert;                        ///< Pattern: the new key, then each field's text.
     StringView update;                        ///< Pattern: each field's text, then the row's key.
-    std::span<const StringView> guards = {};  ///< Queries that find rows that refer to this one; patterns.
+    std::span<const StringView> guards = {};  ///< Queries that find rows that refer to this one, {fila}.
 
     Steps load;
     Steps accept;

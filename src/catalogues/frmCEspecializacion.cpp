@@ -3,7 +3,7 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select * From CEspecializacion_Personal Where CodCEspecializacion={}"};
+constexpr StringView guards[] = {u"Select * From CEspecializacion_Personal Where CodCEspecializacion={fila}"};
 using recipe::step;
 constexpr Step load[] = {step::mode,  step::icon,     step::object, step::lock, step::caption, step::texts,
                          step::clear, step::existing, step::read,   step::fill, step::hold};
@@ -13,7 +13,7 @@ constexpr TextCatalogue words{
     .joint = u"", // The row's text runs on from the caption.
     .table = u"CursoEspecializacion",
     .key = u"IDCEspecializacion",
-    .query = u"Select * from CursoEspecializacion  Where IDCEspecializacion={}",
+    .query = u"Select * from CursoEspecializacion  Where IDCEspecializacion={fila}",
     .insert = u"Insert into CursoEspecializacion (IDCEspecializacion,Descripcion) values ({},'{}')",
     .update = u"Update CursoEspecializacion Set Descripcion='{}' Where IDCEspecializacion={}",
     .guards = guards,

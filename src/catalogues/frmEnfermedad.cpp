@@ -19,7 +19,7 @@ constexpr TextCatalogue words{
     .table = u"Enfermedad",
     .key = u"IDEnfermedad",
     .width = KeyWidth::bits32,
-    .query = u"SELECT * FROM Enfermedad WHERE IDEnfermedad={}",
+    .query = u"SELECT * FROM Enfermedad WHERE IDEnfermedad={fila}",
     .insert = u"INSERT INTO Enfermedad (IDEnfermedad,Nombre,Descripcion) VALUES ({},'{}','{}')",
     .update = u"UPDATE Enfermedad SET Nombre='{}',Descripcion='{}' WHERE IDEnfermedad={}",
     .load = load,
@@ -28,7 +28,7 @@ constexpr TextCatalogue words{
 };
 
 /// What was enciphered may hold apostrophes, whatever the box held.
-Value enciphered(const TextBox& box) { return Replace(CifrarTexto(box.Text(), true, u""), u"'", u"''"); }
+Value enciphered(const TextBox& box) { return doubled(CifrarTexto(box.Text(), true, u"")); }
 
 } // namespace
 

@@ -9,7 +9,7 @@ const TextCatalogue& frmEstadoCivil::words()
         .captions = {.nuevo = 29001, .modificado = 29002},
         .table = u"EstadoCivil",
         .key = u"IDEstadoCivil",
-        .query = u"Select * from EstadoCivil  Where IDEstadoCivil={}",
+        .query = u"Select * from EstadoCivil  Where IDEstadoCivil={fila}",
         .insert = u"Insert into EstadoCivil (IDEstadoCivil,Descripcion) values ({},'{}')",
         .update = u"Update EstadoCivil Set Descripcion='{}' Where IDEstadoCivil={}",
         .load = recipe::load,
@@ -29,7 +29,7 @@ frmEstadoCivil::frmEstadoCivil() : TextCatalogueDialog(u"frmEstadoCivil", words(
 /// as true.
 Then frmEstadoCivil::askUntested(Routine& routine)
 {
-    routine([&] { fetch(forRow(u"Select IDPersonal From Personal Where CodEstadoCivil={}")); });
+    routine([&] { fetch(forRow(u"Select IDPersonal From Personal Where CodEstadoCivil={fila}")); });
     routine.answer = routine.next().condition([&] { return rows()->Eof(); });
     return Then::goOn;
 }

@@ -3,14 +3,14 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select * From Centro Where CodIdioma={}",
-                                 u"Select * From Centro_Idioma Where CodIdioma={}"};
+constexpr StringView guards[] = {u"Select * From Centro Where CodIdioma={fila}",
+                                 u"Select * From Centro_Idioma Where CodIdioma={fila}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 27001, .modificado = 27002},
     .joint = u"", // The caption's own text ends in one.
     .table = u"Idioma",
     .key = u"IDIdioma",
-    .query = u"Select * from Idioma  Where IDIdioma={}",
+    .query = u"Select * from Idioma  Where IDIdioma={fila}",
     .insert = u"Insert into Idioma (IDIdioma,Descripcion) values ({},'{}')",
     .update = u"Update Idioma Set Descripcion='{}' Where IDIdioma={}",
     .guards = guards,

@@ -3,7 +3,7 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select IDAlumno From Alumno Where CodNacionalidad={}"};
+constexpr StringView guards[] = {u"Select IDAlumno From Alumno Where CodNacionalidad={fila}"};
 using recipe::step;
 constexpr Step load[] = {step::mode,  step::icon,     step::object, step::lock, step::caption, step::texts,
                          step::clear, step::existing, step::read,   step::fill, step::hold,    step::close};
@@ -12,7 +12,7 @@ constexpr TextCatalogue words{
     .joint = u"", // The captions end in one.
     .table = u"Nacionalidad",
     .key = u"IDNacionalidad",
-    .query = u"Select * from Nacionalidad  Where IDNacionalidad={}",
+    .query = u"Select * from Nacionalidad  Where IDNacionalidad={fila}",
     .insert = u"Insert into Nacionalidad (IDNacionalidad,Descripcion,Abreviatura) values ({},'{}','{}')",
     .update = u"Update Nacionalidad Set Descripcion='{}',Abreviatura='{}' Where IDNacionalidad={}",
     .guards = guards,

@@ -4,7 +4,7 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {
-    u"SELECT codObservacion FROM MateriaDetalles_Observacion WHERE codObservacion={}"};
+    u"SELECT codObservacion FROM MateriaDetalles_Observacion WHERE codObservacion={fila}"};
 using recipe::step;
 // A failure before the mode is entered is the host's: here the icon and the helper object stand in front of
 // it.
@@ -15,7 +15,7 @@ constexpr TextCatalogue words{
     .table = u"Observacion",
     .key = u"idObservacion",
     .width = KeyWidth::bits32,
-    .query = u"SELECT * FROM Observacion WHERE IDObservacion={}",
+    .query = u"SELECT * FROM Observacion WHERE IDObservacion={fila}",
     .readFailed = message::updateFailed, // This dialog alone reports a failed read so.
     .insert =
         u"INSERT INTO Observacion (IDObservacion,DescripcionCorta,DescripcionLarga) VALUES ({},'{}','{}')",

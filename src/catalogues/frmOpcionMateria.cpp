@@ -17,7 +17,7 @@ const TextCatalogue& frmOpcionMateria::words()
         .captions = {.nuevo = 3001, .modificado = 3002},
         .table = u"OpcionMateria",
         .key = u"IDOM",
-        .query = u"SELECT * FROM OpcionMateria WHERE IDOM={}",
+        .query = u"SELECT * FROM OpcionMateria WHERE IDOM={fila}",
         .insert =
             u"INSERT INTO OpcionMateria (IDOM,Descripcion,DescripcionCorta,DescripcionLarga,DescripcionActa) "
             u"VALUES ({},'{}','{}','{}','{}')",

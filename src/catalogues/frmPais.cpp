@@ -3,14 +3,14 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select * From Alumno Where CodPaisNacimiento={}",
-                                 u"Select * From Personal Where CodPaisNacimiento={}",
-                                 u"Select * From Direccion Where Direccion.CodPais={}"};
+constexpr StringView guards[] = {u"Select * From Alumno Where CodPaisNacimiento={fila}",
+                                 u"Select * From Personal Where CodPaisNacimiento={fila}",
+                                 u"Select * From Direccion Where Direccion.CodPais={fila}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 4001, .modificado = 4002},
     .table = u"Pais",
     .key = u"IDPais",
-    .query = u"Select * from Pais  Where IDPais={}",
+    .query = u"Select * from Pais  Where IDPais={fila}",
     .insert = u"Insert into Pais (IDPais,Descripcion) values ({},'{}')",
     .update = u"Update Pais Set Descripcion='{}' Where IDPais={}",
     .guards = guards,

@@ -11,8 +11,8 @@ namespace zv {
 namespace {
 
 constexpr StringView guards[] = {
-    u"SELECT codPonderacion FROM prematriculacion_ponderacion WHERE codPonderacion={} "
-    u"UNION SELECT codPonderacion FROM Ponderacion_Centro WHERE codPonderacion={}"};
+    u"SELECT codPonderacion FROM prematriculacion_ponderacion WHERE codPonderacion={fila} "
+    u"UNION SELECT codPonderacion FROM Ponderacion_Centro WHERE codPonderacion={fila}"};
 
 bool isDigitOrPoint(char16_t unit) { return (unit >= u'0' && unit <= u'9') || unit == u'.'; }
 bool isLetter(char16_t unit) { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
@@ -44,7 +44,7 @@ const TextCatalogue& frmPonderacion::words()
         .table = u"ponderacion",
         .key = u"idPonderacion",
         .width = KeyWidth::bits32,
-        .query = u"SELECT * FROM ponderacion WHERE IDponderacion={}",
+        .query = u"SELECT * FROM ponderacion WHERE IDponderacion={fila}",
         .insert = u"INSERT INTO ponderacion (IDPonderacion,descripcion,puntuacion) VALUES ({},'{}',{})",
         .update = u"UPDATE ponderacion SET descripcion='{}',puntuacion={} WHERE IDPonderacion={}",
         .guards = guards,

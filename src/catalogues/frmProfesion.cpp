@@ -3,7 +3,7 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"SELECT codprofesion FROM miembrofamilia WHERE codprofesion={}"};
+constexpr StringView guards[] = {u"SELECT codprofesion FROM miembrofamilia WHERE codprofesion={fila}"};
 using recipe::step;
 constexpr Step load[] = {step::object,   step::mode, step::icon, step::lock, step::title, step::texts,
                          step::existing, step::read, step::fill, step::hold, step::close};
@@ -12,7 +12,7 @@ constexpr TextCatalogue words{
     .table = u"profesion",
     .key = u"idprofesion",
     .width = KeyWidth::bits32,
-    .query = u"SELECT * FROM profesion WHERE idprofesion={}",
+    .query = u"SELECT * FROM profesion WHERE idprofesion={fila}",
     .insert = u"INSERT INTO profesion (IDProfesion,nombre) VALUES ({},'{}')",
     .update = u"UPDATE profesion SET nombre='{}' WHERE IDProfesion={}",
     .guards = guards,

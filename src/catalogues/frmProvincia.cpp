@@ -4,14 +4,14 @@ namespace zv {
 
 namespace {
 // A copy of the guard of countries, and to stay so: a province in use as a province is not protected by it.
-constexpr StringView guards[] = {u"Select * From Alumno Where CodPaisNacimiento={}",
-                                 u"Select * From Personal Where CodPaisNacimiento={}",
-                                 u"Select * From Direccion Where Direccion.CodPais={}"};
+constexpr StringView guards[] = {u"Select * From Alumno Where CodPaisNacimiento={fila}",
+                                 u"Select * From Personal Where CodPaisNacimiento={fila}",
+                                 u"Select * From Direccion Where Direccion.CodPais={fila}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 28001, .modificado = 28002},
     .table = u"Provincia",
     .key = u"IDProvincia",
-    .query = u"Select * from Provincia  Where IDProvincia={}",
+    .query = u"Select * from Provincia  Where IDProvincia={fila}",
     .insert = u"Insert into Provincia (IDProvincia,Descripcion) values ({},'{}')",
     .update = u"Update Provincia Set Descripcion='{}' Where IDProvincia={}",
     .guards = guards,

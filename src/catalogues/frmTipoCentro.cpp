@@ -3,7 +3,7 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"SELECT codTipoCentro FROM Centro WHERE codTipoCentro={}"};
+constexpr StringView guards[] = {u"SELECT codTipoCentro FROM Centro WHERE codTipoCentro={fila}"};
 } // namespace
 
 const TextCatalogue& frmTipoCentro::words()
@@ -15,7 +15,7 @@ const TextCatalogue& frmTipoCentro::words()
         .captions = {.nuevo = 25001, .modificado = 25002},
         .table = u"tipocentro",
         .key = u"IDTipocentro",
-        .query = u"Select * from Tipocentro  Where IDTipocentro={}",
+        .query = u"Select * from Tipocentro  Where IDTipocentro={fila}",
         .insert = u"insert into tipocentro(idtipocentro,nombre) values ({}, '{}')",
         .update = u"Update TipoCentro Set Nombre='{}' where IDTipocentro={}",
         .guards = guards,

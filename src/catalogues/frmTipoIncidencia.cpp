@@ -4,8 +4,8 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {
-    u"Select * From IncidenciaAlumno where IncidenciaAlumno.CodTipoIncidencia={}",
-    u"Select * From IncidenciaPersonal where  IncidenciaPersonal.CodTipoIncidencia={}"};
+    u"Select * From IncidenciaAlumno where IncidenciaAlumno.CodTipoIncidencia={fila}",
+    u"Select * From IncidenciaPersonal where  IncidenciaPersonal.CodTipoIncidencia={fila}"};
 using recipe::step;
 // The texts are made safe before the button is asked for: on cancel too.
 constexpr Step accept[] = {step::mode,  step::object,    step::safe,  step::accepting,
@@ -14,7 +14,7 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 11001, .modificado = 11002},
     .table = u"TipoIncidencia",
     .key = u"IDTipoIncidencia",
-    .query = u"Select * from TipoIncidencia  Where IDTipoIncidencia={}",
+    .query = u"Select * from TipoIncidencia  Where IDTipoIncidencia={fila}",
     .insert = u"Insert into TipoIncidencia "
               u"(IDTipoIncidencia,Nombre,DescripcionCorta,Justificante,Boletin,Ausencia) values "
               u"({},'{}','{}',{},{},{})",

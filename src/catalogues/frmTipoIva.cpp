@@ -8,7 +8,7 @@ namespace zv {
 
 namespace {
 
-constexpr StringView guards[] = {u"Select * From Actividad Where CodTipoIva={}"};
+constexpr StringView guards[] = {u"Select * From Actividad Where CodTipoIva={fila}"};
 
 constexpr Integer notAPercentage = 12080;
 constexpr Integer aboveAHundred = 12081;
@@ -48,7 +48,7 @@ const TextCatalogue& frmTipoIva::words()
         .captions = {.nuevo = 12001, .modificado = 12002},
         .table = u"TipoIva",
         .key = u"IDTipoIva",
-        .query = u"Select * from TipoIva  Where IDTipoIva={}",
+        .query = u"Select * from TipoIva  Where IDTipoIva={fila}",
         .insert = u"Insert into TipoIva (IDTipoIva,Descripcion,Valor) values ({},'{}','{}')",
         .update = u"Update TipoIva Set Descripcion='{}', Valor='{}' Where IDTipoIva={}",
         .guards = guards,

@@ -3,7 +3,8 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select CodTipoMiembroCentro From Personal where CodTipoMiembroCentro={}"};
+constexpr StringView guards[] = {
+    u"Select CodTipoMiembroCentro From Personal where CodTipoMiembroCentro={fila}"};
 using recipe::step;
 constexpr Step accept[] = {step::mode,      step::object, step::accepting, step::given,
                            step::hourglass, step::safe,   step::write,     step::unload};
@@ -11,7 +12,7 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 15001, .modificado = 15002},
     .table = u"TipoMiembroCentro",
     .key = u"IDTMC",
-    .query = u"Select * from TipoMiembroCentro  Where IDTMC={}",
+    .query = u"Select * from TipoMiembroCentro  Where IDTMC={fila}",
     .insert = u"Insert into TipoMiembroCentro  values ({},'{}',{})",
     .update = u"Update TipoMiembroCentro Set Tipo={},Nombre='{}' where IDTMC={}",
     .guards = guards,

@@ -3,12 +3,12 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select CodTipoMotivoBaja From Alumno where CodTipoMotivoBaja={}"};
+constexpr StringView guards[] = {u"Select CodTipoMotivoBaja From Alumno where CodTipoMotivoBaja={fila}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 16001, .modificado = 16002},
     .table = u"TipoMotivoBaja",
     .key = u"IDTipoMotivoBaja",
-    .query = u"Select * from TipoMotivoBaja  Where IDTipoMotivoBaja={}",
+    .query = u"Select * from TipoMotivoBaja  Where IDTipoMotivoBaja={fila}",
     .insert = u"Insert into TipoMotivoBaja (IDTipoMotivoBaja,Nombre,Descripcion) values ({},'{}','{}')",
     .update = u"Update TipoMotivoBaja Set Nombre='{}',Descripcion='{}' where IDTipoMotivoBaja={}",
     .guards = guards,

@@ -4,13 +4,13 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {
-    u"Select * From Personal,MiembroFamilia where MiembroFamilia.CodTipoNivelEstudios={} or "
-    u"Personal.CodTipoNivelEstudios={}"};
+    u"Select * From Personal,MiembroFamilia where MiembroFamilia.CodTipoNivelEstudios={fila} or "
+    u"Personal.CodTipoNivelEstudios={fila}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 17001, .modificado = 17002},
     .table = u"TipoNivelEstudios",
     .key = u"IDTipoNivelEstudios",
-    .query = u"Select * from TipoNivelEstudios  Where IDTipoNivelEstudios={}",
+    .query = u"Select * from TipoNivelEstudios  Where IDTipoNivelEstudios={fila}",
     .insert = u"Insert into TipoNivelEstudios (IDTipoNivelEstudios,Nombre) values ({},'{}')",
     .update = u"Update TipoNivelEstudios Set Nombre='{}' where IDTipoNivelEstudios={}",
     .guards = guards,

@@ -4,12 +4,12 @@ namespace zv {
 
 namespace {
 constexpr StringView guards[] = {
-    u"Select CodTipoOcurrencia From OcurrenciaCalendario where CodTipoOcurrencia={}"};
+    u"Select CodTipoOcurrencia From OcurrenciaCalendario where CodTipoOcurrencia={fila}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 19001, .modificado = 19002},
     .table = u"TipoOcurrencia",
     .key = u"IDTO",
-    .query = u"Select * from TipoOcurrencia  Where IDTO={}",
+    .query = u"Select * from TipoOcurrencia  Where IDTO={fila}",
     .insert = u"Insert into TipoOcurrencia (IDTO,Nombre,Lectivo) values({},'{}',{})",
     .update = u"Update TipoOcurrencia Set Nombre='{}', Lectivo={} where IDTO={}",
     .guards = guards,

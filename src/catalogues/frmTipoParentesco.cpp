@@ -3,13 +3,14 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"SELECT codTipoParentesco FROM MiembroFamilia WHERE codTipoParentesco={}"};
+constexpr StringView guards[] = {
+    u"SELECT codTipoParentesco FROM MiembroFamilia WHERE codTipoParentesco={fila}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 20001, .modificado = 20002},
     .table = u"TipoParentesco",
     .key = u"IDTP",
     .width = KeyWidth::bits32,
-    .query = u"SELECT * FROM TipoParentesco WHERE IDTP={}",
+    .query = u"SELECT * FROM TipoParentesco WHERE IDTP={fila}",
     .insert = u"INSERT INTO TipoParentesco (IDTP,Nombre) VALUES ({},'{}')",
     .update = u"UPDATE TipoParentesco SET Nombre='{}' WHERE IDTP={}",
     .guards = guards,

@@ -6,7 +6,7 @@ namespace {
 
 constexpr Integer neededDataDeleted = 520;
 
-constexpr StringView guards[] = {u"SELECT codTipoTarea FROM Tarea WHERE codTipoTarea={}"};
+constexpr StringView guards[] = {u"SELECT codTipoTarea FROM Tarea WHERE codTipoTarea={fila}"};
 
 } // namespace
 
@@ -30,7 +30,7 @@ const TextCatalogue& frmTipoTarea::words()
         .captions = {.nuevo = 21001, .modificado = 21002},
         .table = u"TipoTarea",
         .key = u"idTipoTarea",
-        .query = u"SELECT * FROM TipoTarea WHERE IDTipoTarea={}",
+        .query = u"SELECT * FROM TipoTarea WHERE IDTipoTarea={fila}",
         .insert = u"INSERT INTO TipoTarea (IDTipoTarea,Nombre,codTipoMiembroCentro) VALUES ({},'{}',{})",
         .update = u"UPDATE TipoTarea SET Nombre='{}',codTipoMiembroCentro={} WHERE IDTipoTarea={}",
         .guards = guards,

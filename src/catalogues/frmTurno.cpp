@@ -5,7 +5,7 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select CodTurno From Seccion where CodTurno={}"};
+constexpr StringView guards[] = {u"Select CodTurno From Seccion where CodTurno={fila}"};
 using recipe::step;
 // A change of the kind alone is not saved.
 constexpr Step accept[] = {step::mode, step::object,  step::accepting, step::givenFocus, step::hourglass,
@@ -14,7 +14,7 @@ constexpr TextCatalogue words{
     .captions = {.nuevo = 22001, .modificado = 22002},
     .table = u"Turno",
     .key = u"IDTurno",
-    .query = u"Select * from Turno  Where IDTurno={}",
+    .query = u"Select * from Turno  Where IDTurno={fila}",
     .insert = u"Insert into Turno  values ({},'{}',{})",
     .update = u"Update Turno Set Descripcion='{}', TipoTurno={} where IDTurno={}",
     .guards = guards,

@@ -3,8 +3,6 @@
 #include "data/DataError.h"
 #include "runtime/Object.h"
 
-#include <span>
-
 namespace zv {
 
 /// Rows of a statement, read forward. By name: EOF, MoveNext, MoveFirst, Fields(name), State, Close.
@@ -56,19 +54,5 @@ struct School {
     ConnectionPtr borrado; ///< Deleted records: the live database's tables.
     ConnectionPtr entrada; ///< The suite's entry database.
 };
-
-/// A text as statements hold it: in quotes, its own doubled.
-String textLiteral(StringView text);
-/// Any value as statements hold it: NULL, a text in quotes, -1 or 0, a number with a point whatever the
-/// region.
-String literal(const Value& value);
-
-/// Assembles a statement: each "{}" of the pattern, in order, gives way to a value (texts as they are,
-/// numbers as decimal text). What a value holds is never read as a pattern.
-String statement(StringView pattern, std::span<const Value> values);
-inline String statement(StringView pattern, std::initializer_list<Value> values)
-{
-    return statement(pattern, std::span(values.begin(), values.size()));
-}
 
 } // namespace zv

@@ -1,6 +1,7 @@
 #include "data/SchemaCheck.h"
 
 #include "data/Schema.h"
+#include "data/Statement.h"
 #include "runtime/Convert.h"
 
 namespace zv {

@@ -1,5 +1,6 @@
 #include "data/Schema.h"
 
+#include "data/Statement.h"
 #include "runtime/Convert.h"
 
 namespace zv::schema {

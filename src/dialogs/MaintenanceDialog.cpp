@@ -27,7 +27,7 @@ bool MaintenanceDialog::createsRow() { return Configuracion().bytAccion == cCons
 
 String MaintenanceDialog::rowText() { return decimalText(Configuracion().lngRowData); }
 
-String MaintenanceDialog::forRow(StringView pattern) { return Replace(pattern, u"{}", rowText()); }
+String MaintenanceDialog::forRow(StringView pattern) { return Replace(pattern, u"{fila}", rowText()); }
 
 void MaintenanceDialog::loadIcon() { Icon = LoadPicture(Configuracion().RutaIcono); }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/Statement.h"
 #include "forms/ComboBox.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
@@ -45,7 +46,7 @@ protected:
     static bool changesRow();
     static bool createsRow();
     static String rowText();
-    /// The pattern with the row's key in the place of each "{}".
+    /// The statement with the row's key in the place of each "{fila}".
     static String forRow(StringView pattern);
 
     // Load.

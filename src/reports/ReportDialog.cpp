@@ -122,9 +122,9 @@ void ReportDialog::cmdNotaManual1_Click(int Index)
 
 void ReportDialog::writeCommon(const cInformeInd& report) const
 {
-    const String difficulty = quoted(report.Dificultad);
-    const String assessment = quoted(report.Valoracion);
-    const String measures = quoted(report.Apreciacion);
+    const String difficulty = doubled(report.Dificultad);
+    const String assessment = doubled(report.Valoracion);
+    const String measures = doubled(report.Apreciacion);
     if (report.Estado != cConstCol::NUEVO)
         execute(statement(
             u"UPDATE Alumno_InfInd SET Dificultad='{}',Apreciacion='{}',Valoracion='{}' WHERE Codalumno={}",

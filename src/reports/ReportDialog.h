@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/Connection.h"
+#include "data/Statement.h"
 #include "forms/ComboBox.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
@@ -76,8 +77,6 @@ protected:
     }
     /// The report of the pupil that the list shows; fails with 381 where it shows none.
     cInformeInd& shownReport();
-    /// A text as a statement takes it.
-    static String quoted(const String& text) { return Replace(text, u"'", u"''"); }
 
 private:
     void cboAlumno_Click();

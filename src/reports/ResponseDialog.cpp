@@ -56,7 +56,7 @@ void ResponseDialog::cmdProvincia_Click(int Index)
             return;
         }
         const Long question = cboPregunta.ItemData(cboPregunta.ListIndex());
-        const String text = Replace(txtRespuesta.Text(), u"'", u"''");
+        const String text = doubled(txtRespuesta.Text());
         const Long row = Configuracion().lngRowData;
         if (row < 1)
             insertAnswer(api, question, text);

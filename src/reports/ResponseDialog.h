@@ -12,7 +12,7 @@ struct ResponseCatalogue {
     StringView table;
     StringView key;
     StringView parentColumn;
-    StringView load;   ///< Pattern: the row's key.
+    StringView load;   ///< Reads the row, {fila}.
     StringView insert; ///< Pattern: key, question, text.
     StringView update; ///< Pattern: question, text, the row's key.
     std::span<const StringView> guards;

@@ -1,5 +1,6 @@
 #include "reports/SelectionDialog.h"
 
+#include "data/Statement.h"
 #include "dialogs/MaintenanceDialog.h"
 #include "forms/Desktop.h"
 #include "forms/Layout.h"

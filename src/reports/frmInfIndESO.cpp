@@ -73,7 +73,7 @@ void frmInfIndESO::writePupil(const cInformeInd& r)
     for (const String* text : {&r.PropAlumno1, &r.PropAlumno2, &r.PropAlumno3, &r.PropAlumno4, &r.PropAlumno5,
                                &r.Procedimiento1, &r.Procedimiento2, &r.Procedimiento3, &r.Procedimiento4,
                                &r.Procedimiento5, &r.Actitud1, &r.Actitud2})
-        texts.emplace_back(quoted(*text));
+        texts.emplace_back(doubled(*text));
     if (r.Estado != cConstCol::NUEVO) {
         texts.emplace_back(r.CodAlumno);
         execute(statement(

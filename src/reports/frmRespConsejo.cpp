@@ -3,7 +3,7 @@
 namespace zv {
 
 namespace {
-constexpr StringView guards[] = {u"Select * From ConsejoOrientador_Nota where codCOResp={}"};
+constexpr StringView guards[] = {u"Select * From ConsejoOrientador_Nota where codCOResp={fila}"};
 constexpr ResponseCatalogue words{
     .caption = u"Respuestas del Informe del Consejo Orientador",
     .parents = u"SELECT IDConsejoOrientador, Descripcion FROM ConsejoOrientador",
@@ -12,7 +12,7 @@ constexpr ResponseCatalogue words{
     .key = u"IDCOResp",
     .parentColumn = u"CodConsejoOrientador",
     .load = u"Select IDCOResp, CodConsejoOrientador, Descripcion from ConsejoOrientador_Respuesta  Where "
-            u"IDCOResp={}",
+            u"IDCOResp={fila}",
     .insert = u"INSERT INTO ConsejoOrientador_Respuesta VALUES ({},{},'{}')",
     .update =
         u"UPDATE ConsejoOrientador_Respuesta SET CodConsejoOrientador={}, Descripcion='{}' WHERE IDCOResp={}",

@@ -1,6 +1,7 @@
 #include "robot/Monkey.h"
 
 #include "data/Dialect.h"
+#include "data/Statement.h"
 #include "data/sample/Writer.h"
 #include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"

@@ -1,5 +1,6 @@
 #include "robot/TextTrial.h"
 
+#include "data/Statement.h"
 #include "forms/Acts.h"
 #include "forms/ComboBox.h"
 #include "forms/Desktop.h"
@@ -334,7 +335,7 @@ private:
         if (stored == shown)
             return true;
         if (box_.dialog == u"frmEnfermedad")
-            return stored == cut(Replace(shown, u"'", u"''"), limit_);
+            return stored == cut(doubled(shown), limit_);
         if (box_.dialog == u"frmTipoIva")
             return Replace(stored, u" ", u"") ==
                    Replace(shown + (shown.ends_with(u'%') ? u"" : u"%"), u" ", u"");

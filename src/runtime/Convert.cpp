@@ -341,6 +341,8 @@ String operator+(String left, const Value& right)
     return right.isNull() ? std::move(left) : std::move(left) + CStr(right);
 }
 
+String decimalText(Currency amount) { return fromUtf8(currencyText(amount)); }
+
 String decimalText(std::int64_t number)
 {
     const std::string text = std::to_string(number);

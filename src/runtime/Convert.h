@@ -36,6 +36,8 @@ String operator+(String left, const Value& right);
 
 /// Decimal text of a whole number, as statements take it: no blank, no grouping.
 String decimalText(std::int64_t number);
+/// All digits of an amount of money, with a point.
+String decimalText(Currency amount);
 /// Half to even.
 Double roundHalfEven(Double number);
 

@@ -1,6 +1,7 @@
 #include "suite/CentroApi.h"
 
 #include "data/LateBound.h"
+#include "data/Statement.h"
 #include "runtime/Convert.h"
 #include "runtime/CreateObject.h"
 #include "suite/Registrations.h"
@@ -31,13 +32,13 @@ void doubleApostrophes(const ObjectPtr& box)
     const String text = CStr(get(box, u"Text"));
     if (text.find(u'\'') == String::npos || text == CStr(get(box, u"TextoDoblado")))
         return;
-    const String doubled = Replace(text, u"'", u"''");
+    const String safe = doubled(text);
     const Long maxLength = CLng(get(box, u"MaxLength"));
-    const auto needed = static_cast<Long>(doubled.size());
+    const auto needed = static_cast<Long>(safe.size());
     if (maxLength > 0 && needed > maxLength)
         let(box, u"MaxLength", needed);
-    let(box, u"Text", doubled);
-    let(box, u"TextoDoblado", doubled);
+    let(box, u"Text", safe);
+    let(box, u"TextoDoblado", safe);
 }
 
 /// None for an empty table.

@@ -1,5 +1,6 @@
 #include "suite/Registrations.h"
 
+#include "data/Statement.h"
 #include "runtime/Convert.h"
 #include "runtime/Single.h"
 #include "suite/Moment.h"

@@ -3,6 +3,7 @@
 #include "data/Dialect.h"
 
 #include "NumberOf.h"
+#include "data/Statement.h"
 
 #include <stdexcept>
 
@@ -64,9 +65,10 @@ TEST(Dialect, refuses_a_second_statement)
 TEST(Statement, puts_values_in_their_places_once)
 {
     EXPECT_EQ(statement(u"a={} b='{}' {}{}", {Value(Long(-7)), Value(u"{} o'x"), Value(Null()), Value(2.5)}),
-              u"a=-7 b='{} o'x' 2.5");
-    EXPECT_EQ(statement(u"{},{},{}", {Value(true), Value(Currency{12345}), Value(Byte(200))}),
-              u"-1,1.2345,200");
+              u"a=-7 b='{} o'x' NULL2.5");
+    EXPECT_EQ(statement(u"{},{},{}", {Value(true), Value(Currency{9223372036854775807}), Value(Byte(200))}),
+              u"-1,922337203685477.5807,200");
+    EXPECT_EQ(literal(Value(u"o'x")) + literal(Value(Currency{-5})) + literal(Value()), u"'o''x'-0.0005NULL");
     EXPECT_THROW(statement(u"{}", {}), std::logic_error);
     EXPECT_THROW(statement(u"x", {Value(u"{}")}), std::logic_error);
 }

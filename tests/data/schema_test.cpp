@@ -1,6 +1,7 @@
 #include "data/NumberOf.h"
 #include "data/Schema.h"
 #include "data/Schools.h"
+#include "data/Statement.h"
 #include "data/sample/Writer.h"
 #include "data/sqlite/SqliteEngine.h"
 

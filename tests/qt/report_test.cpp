@@ -1,4 +1,5 @@
 #include "data/Schools.h"
+#include "data/Statement.h"
 #include "data/sample/SampleSchool.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "module/Module.h"

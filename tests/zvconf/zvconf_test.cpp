@@ -1,4 +1,5 @@
 #include "data/Schools.h"
+#include "data/Statement.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "runtime/Convert.h"
 #include "suite/sodium/KeyFile.h"

@@ -1,5 +1,6 @@
 #include "data/odbc/OdbcEngine.h"
 
+#include "data/Statement.h"
 #include "data/odbc/ConnectionText.h"
 #include "data/odbc/Pool.h"
 #include "runtime/Convert.h"

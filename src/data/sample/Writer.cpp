@@ -1,5 +1,7 @@
 #include "data/sample/Writer.h"
 
+#include "data/Statement.h"
+
 namespace zv::sample {
 
 void Writer::row(StringView table, const std::vector<Value>& values)
