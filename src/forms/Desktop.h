@@ -51,7 +51,10 @@ String helpFile();
 /// Who says it.
 void onHelp(std::function<String()> file);
 
+/// Where nobody can read it, it fails: with what Err holds, which is what it would tell of, and its own
+/// words.
 void MsgBox(StringView prompt, Integer flags, StringView title);
+/// Where there is no desktop, nothing sounds, and nothing is repainted.
 void Beep();
 void DoEvents();
 /// Queues keys, "{END}" for the End key and plain characters, to follow after the key in hand.

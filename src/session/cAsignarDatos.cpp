@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace zv {
 
@@ -148,7 +149,8 @@ void cAsignarDatos::ObtenerDatos(const ObjectPtr& ObjDatosSesion)
     cConfiguracion& session = Configuracion();
     for (const SessionMember& member : sessionMembers)
         member.take(session, get(ObjDatosSesion, member.name));
-    session.datossesion = ObjDatosSesion;
+    // Stored before the one before it is let go of: its host may call in here from its Release.
+    const ObjectPtr before = std::exchange(session.datossesion, ObjDatosSesion);
 }
 
 void cAsignarDatos::ActivarFormulario(Byte bytNodoSeleccionado)
