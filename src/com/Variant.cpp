@@ -56,7 +56,7 @@ std::size_t sizeOf(int type)
     }
 }
 
-/// Whether a list is of one dimension, and as long as elements of that type make it.
+/// Whether a list is of one dimension, and its elements have room for that type.
 bool isListOf(int type, const ZvArray& array)
 {
     return array.dimensions == 1 && array.elementSize >= sizeOf(type) &&

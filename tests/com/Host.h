@@ -151,6 +151,11 @@ inline Held<Zv_cAsignarDatos> facadeOf(const Library& library)
 {
     return library.make<Zv_cAsignarDatos>(ZV_CLSID_cAsignarDatos, ZV_IID__cAsignarDatos);
 }
+inline ZvResult handOver(const Held<Zv_cAsignarDatos>& facade, const Held<ZvDispatch>& session)
+{
+    ZvDispatch* face = session.get();
+    return facade.get()->vtbl->ObtenerDatos(facade.get(), &face);
+}
 inline ZvDispatch* byName(const Held<Zv_cAsignarDatos>& facade)
 {
     return reinterpret_cast<ZvDispatch*>(facade.get());

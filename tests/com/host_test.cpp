@@ -43,8 +43,7 @@ TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
         ended = host;
         const auto facade = facadeOf(library);
         const Zv_cAsignarDatosVtbl& slots = *facade.get()->vtbl;
-        ZvDispatch* session = face.get();
-        const auto handOver = [&] { return slots.ObtenerDatos(facade.get(), &session); };
+        const auto handOver = [&] { return com::handOver(facade, face); };
         const auto handOverByName = [&] {
             return invoke(byName(facade), u"obtenerdatos", ZV_METHOD, {Value(objectOf(face))});
         };
@@ -215,9 +214,8 @@ TEST(Library, comes_and_goes_a_thousand_times_without_growth)
         {
             const Library library(ZV_SERVIDOR);
             const auto facade = facadeOf(library);
-            ZvDispatch* session = face.get();
             ZvBool free = -1;
-            EXPECT_EQ(facade.get()->vtbl->ObtenerDatos(facade.get(), &session), ZV_OK);
+            EXPECT_EQ(handOver(facade, face), ZV_OK);
             EXPECT_EQ(facade.get()->vtbl->Eliminar(facade.get(), 200, &free), ZV_OK);
         }
         EXPECT_EQ(dlopen(ZV_SERVIDOR, RTLD_NOW | RTLD_NOLOAD), nullptr) << "it is in memory still";

@@ -64,11 +64,9 @@ TEST(Window, is_the_toolkits_with_an_application_of_the_host_or_without)
             std::thread([&] { result = facade.get()->vtbl->BloquearBanco(facade.get()); }).join();
             return result == ZV_E_WRONG_THREAD;
         };
-        // Another thread is refused where there is the host's application; one that has ended holds nothing
-        // up.
+        // Where the host has an application, other threads are refused; one that has ended holds nothing up.
         EXPECT_EQ(elsewhere(), qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr);
-        ZvDispatch* session = face.get();
-        EXPECT_EQ(facade.get()->vtbl->ObtenerDatos(facade.get(), &session), ZV_OK);
+        EXPECT_EQ(handOver(facade, face), ZV_OK);
         std::optional<Person> person;
         if (expected == ZV_OK)
             person.emplace();
@@ -105,8 +103,7 @@ TEST(Window, whose_application_is_gone_is_a_failure_with_a_number)
     setenv("QT_QPA_PLATFORM", "offscreen", 1);
     const auto session = dispatchOf(std::make_shared<Session>(ObjectPtr()));
     const auto messageOf = [&](const Held<Zv_cAsignarDatos>& facade) {
-        ZvDispatch* face = session.get();
-        const ZvResult handed = facade.get()->vtbl->ObtenerDatos(facade.get(), &face);
+        const ZvResult handed = handOver(facade, session);
         ZvBool free = 0; // There are no connections: that is told of in a message.
         return handed < 0 ? handed : facade.get()->vtbl->Eliminar(facade.get(), 52, &free);
     };
