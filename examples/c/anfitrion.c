@@ -234,10 +234,11 @@ static void leave(struct Server server)
 
 static void askEliminar(Zv_cAsignarDatos *facade, ZvDispatch *session)
 {
-    ZvBool free = 0;
-    if (facade->vtbl->ObtenerDatos(facade, &session) < 0 || facade->vtbl->Eliminar(facade, ESTADO_CIVIL, &free) < 0)
-        stop("Eliminar");
-    printf("Eliminar: %s\n", free ? "se puede" : "no se puede");
+    if (facade->vtbl->ObtenerDatos(facade, &session) < 0)
+        stop("ObtenerDatos");
+    /* Por su nombre, y no por la tabla: un fallo trae así su texto. */
+    printf("Eliminar: %s\n",
+           must(facade, "Eliminar", ZV_METHOD, number(ESTADO_CIVIL)).value.boolean ? "se puede" : "no se puede");
 }
 
 static void run(Zv_cAsignarDatos *facade, void *connection, struct Session *session)
@@ -247,8 +248,7 @@ static void run(Zv_cAsignarDatos *facade, void *connection, struct Session *sess
     ZvException exception;
     if (facade->vtbl->ObtenerDatos(facade, &host) < 0)
         stop("ObtenerDatos");
-    if (facade->vtbl->ActivarFormulario(facade, ESTADO_CIVIL) < 0)
-        stop("ActivarFormulario");
+    must(facade, "ActivarFormulario", ZV_METHOD, number(ESTADO_CIVIL));
     rows = must(connection, "Execute", ZV_METHOD, text("Select IDEstadoCivil,Descripcion From EstadoCivil"));
     while (value = must(rows.value.dispatch, "EOF", ZV_PROPERTYGET, nothing), value.value.boolean == 0) {
         field = must(rows.value.dispatch, "Fields", ZV_PROPERTYGET, text("Descripcion"));

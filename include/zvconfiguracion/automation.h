@@ -279,13 +279,15 @@ static inline ZvArray* zv_array_new(uint32_t elementSize, uint32_t count)
     return array;
 }
 
-/* Libera una matriz cuyos elementos son de ese tipo, y lo que haya en ellos. */
+/* Libera una matriz cuyos elementos son de ese tipo, y lo que haya en ellos, si caben en su tamaño. */
 static inline void zv_array_free(ZvArray* array, uint16_t elementType)
 {
     size_t i, count;
     if (array == NULL)
         return;
-    count = zv_array_count(array);
+    count = array->elementSize < (elementType == ZV_VT_VARIANT ? sizeof(ZvVariant) : sizeof(void*))
+                ? 0
+                : zv_array_count(array);
     for (i = 0; i < count; ++i)
         if (elementType == ZV_VT_BSTR)
             zv_bstr_free(((ZvBstr*)array->data)[i]);
@@ -300,15 +302,17 @@ static inline void zv_array_free(ZvArray* array, uint16_t elementType)
 /* Libera lo que cuelga del valor y lo deja vacío. */
 static inline void zv_variant_clear(ZvVariant* variant)
 {
-    if ((variant->vt & ZV_VT_BYREF) == 0) {
-        if ((variant->vt & ZV_VT_ARRAY) != 0)
-            zv_array_free(variant->value.array, (uint16_t)(variant->vt & 0xFFF));
-        else if (variant->vt == ZV_VT_BSTR)
-            zv_bstr_free(variant->value.text);
-        else if (variant->vt == ZV_VT_DISPATCH || variant->vt == ZV_VT_UNKNOWN)
-            zv_release(variant->value.unknown);
-    }
+    ZvVariant old = *variant;
+    /* Vacío ya antes de soltar: un Release puede volver a mirarlo. */
     memset(variant, 0, sizeof *variant);
+    if ((old.vt & ZV_VT_BYREF) != 0)
+        return;
+    if ((old.vt & ZV_VT_ARRAY) != 0)
+        zv_array_free(old.value.array, (uint16_t)(old.vt & 0xFFF));
+    else if (old.vt == ZV_VT_BSTR)
+        zv_bstr_free(old.value.text);
+    else if (old.vt == ZV_VT_DISPATCH || old.vt == ZV_VT_UNKNOWN)
+        zv_release(old.value.unknown);
 }
 
 #ifdef __cplusplus

@@ -39,7 +39,19 @@ ZvResult createInstance(Face* face, ZvUnknown* outer, const ZvGuid* interface, v
 
 ZvResult lockServer(Face* /*face*/, std::int32_t lock)
 {
-    inUse() += lock != 0 ? 1 : -1;
+    static std::atomic<int> locks{0};
+    if (lock != 0) {
+        ++locks;
+        ++inUse();
+        return ZV_OK;
+    }
+    // One that nobody took would free the library of an object that lives.
+    int held = locks;
+    while (held > 0 && !locks.compare_exchange_weak(held, held - 1)) {
+    }
+    if (held == 0)
+        return ZV_E_UNEXPECTED;
+    --inUse();
     return ZV_OK;
 }
 

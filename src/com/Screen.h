@@ -2,9 +2,13 @@
 
 #include "forms/Desktop.h"
 
+#include <functional>
 #include <memory>
 
 namespace zv::com {
+
+/// Where windows can be used, seen from the calling thread.
+enum class Reach { here, elsewhere, gone };
 
 /// Where a library's dialogs are shown, and what it needs around it.
 class Screen {
@@ -14,9 +18,11 @@ public:
     Screen& operator=(const Screen&) = delete;
     virtual ~Screen() = default;
     virtual Desktop& desktop() = 0;
+    virtual Reach reach() const = 0;
 };
 
 /// The screen of this process; nullptr where there is none. A library has one of the two implementations.
-std::unique_ptr<Screen> openScreen();
+/// Where it belongs to the calling thread, `ended` is called there when that thread ends, and lets go of it.
+std::unique_ptr<Screen> openScreen(const std::function<void()>& ended);
 
 } // namespace zv::com

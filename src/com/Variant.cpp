@@ -49,9 +49,18 @@ std::size_t sizeOf(int type)
     case ZV_VT_DISPATCH:
     case ZV_VT_UNKNOWN:
         return sizeof(void*);
+    case ZV_VT_VARIANT:
+        return sizeof(ZvVariant);
     default:
         fail(failure::typeMismatch);
     }
+}
+
+/// Whether a list is of one dimension, and its elements have room for that type.
+bool isListOf(int type, const ZvArray& array)
+{
+    return array.dimensions == 1 && array.elementSize >= sizeOf(type) &&
+           (array.data != nullptr || array.bounds[0].count == 0);
 }
 
 /// The value of a reference, without what hangs on it: for looking only.
@@ -68,7 +77,8 @@ ZvVariant pointedAt(const ZvVariant& reference)
         return result.vt & ZV_VT_BYREF ? pointedAt(result) : result;
     }
     if (type == ZV_VT_DECIMAL) {
-        result = *reference.value.variant;
+        constexpr std::size_t size = 16; // Less than a variant.
+        std::memcpy(&result, reference.value.reference, size);
         result.vt = ZV_VT_DECIMAL;
         return result;
     }
@@ -105,13 +115,17 @@ Value numbersOf(const ZvArray* array, int type)
     auto result = std::make_shared<std::vector<Long>>();
     if (array == nullptr)
         return result;
-    if (array->dimensions != 1)
+    if (!isListOf(type, *array))
         fail(failure::typeMismatch);
     const auto* place = static_cast<const char*>(array->data);
     for (std::uint32_t i = 0; i < array->bounds[0].count; ++i, place += array->elementSize) {
         ZvVariant element{};
         if (type == ZV_VT_VARIANT) {
             std::memcpy(&element, place, sizeof element);
+            if (element.vt & ZV_VT_BYREF)
+                element = pointedAt(element);
+            if (element.vt & ZV_VT_ARRAY)
+                fail(failure::typeMismatch); // It could hold itself.
         } else {
             element.vt = static_cast<std::uint16_t>(type);
             std::memcpy(&element.value, place, sizeOf(type));
@@ -257,7 +271,7 @@ Value asKind(int type, const Value& value)
 void copyNumbers(ZvArray& array, int type, const Value& value)
 {
     const auto* numbers = value.as<LongArray>();
-    if (numbers == nullptr || !*numbers || array.dimensions != 1)
+    if (numbers == nullptr || !*numbers || !isListOf(type, array))
         return;
     const std::size_t count = std::min<std::size_t>((*numbers)->size(), array.bounds[0].count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -309,9 +323,10 @@ void writeBack(const ZvVariant& reference, const Value& value)
         if (target.vt & ZV_VT_BYREF)
             return writeBack(target, value);
         Variant made(value);
-        zv_variant_clear(&target);
+        // What is let go of may come back: by then the new value stands.
+        ZvVariant old = target;
         target = made.detach();
-        return;
+        return zv_variant_clear(&old);
     }
     Variant made(asKind(type, value));
     // What is written over is freed, as the kind has it.

@@ -55,11 +55,24 @@ void onHelp(std::function<String()> file) { helpPlace() = std::move(file); }
 
 void MsgBox(StringView prompt, Integer flags, StringView title)
 {
-    desktop().messageBox(prompt, flags, title);
+    if (hasDesktop())
+        return desktop().messageBox(prompt, flags, title);
+    const String unseen = u"Sin pantalla no se ha mostrado: «" + String(prompt) + u"».";
+    if (Err().Number == 0)
+        throw RuntimeError(failure::invalidCall, unseen);
+    throw RuntimeError(Err().Number, Err().Description + u" " + unseen);
 }
 
-void Beep() { desktop().beep(); }
+void Beep()
+{
+    if (hasDesktop())
+        desktop().beep();
+}
 
-void DoEvents() { desktop().doEvents(); }
+void DoEvents()
+{
+    if (hasDesktop())
+        desktop().doEvents();
+}
 
 } // namespace zv

@@ -58,7 +58,10 @@ inline constexpr Integer exclamation = 48;
 inline constexpr Integer information = 64;
 } // namespace sign
 
+/// Where nobody can read it, it fails: with what Err holds, which is what it would tell of, and its own
+/// words.
 void MsgBox(StringView prompt, Integer flags, StringView title);
+/// Where there is no desktop, nothing sounds, and nothing is repainted.
 void Beep();
 void DoEvents();
 /// Queues keys, "{END}" for the End key and plain characters, to follow after the key in hand.

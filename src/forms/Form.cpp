@@ -55,6 +55,8 @@ void Form::Show()
 {
     if (Visible())
         throw RuntimeError(alreadyShown, u"El formulario ya está visible");
+    if (!hasDesktop())
+        fail(failure::invalidCall, u"no hay pantalla en la que mostrar " + String(Name()));
     Desktop& screen = desktop();
     Load();
     if (!loaded_) // Form_Load closed it again.
@@ -116,6 +118,8 @@ void Form::guarded(const std::function<void()>& event)
         MousePointer = pointer::standard;
         if (enabled)
             Enabled = true;
+        if (!hasDesktop())
+            throw;
         desktop().handlerFailed(error);
     }
 }

@@ -70,7 +70,7 @@ public:
 
     /// Runs the handlers of one event of a person's act. A failure that no routine trapped ends here: it is
     /// shown, the pointer goes back to the default, and a form that the handler had disabled is enabled
-    /// again.
+    /// again. Without a desktop it is the caller's.
     void guarded(const std::function<void()>& event);
 
     StringView TypeName() const override { return name_; }

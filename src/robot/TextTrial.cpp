@@ -13,6 +13,7 @@
 #include "robot/WatchedConnection.h"
 #include "runtime/Convert.h"
 #include "runtime/PropertyBag.h"
+#include "runtime/Region.h"
 #include "runtime/Single.h"
 #include "session/DialogDirectory.h"
 #include "session/HostSession.h"
@@ -83,6 +84,7 @@ public:
         : wishes_(wishes), out_(out), before_(hasDesktop() ? &desktop() : nullptr), fresh_(wishes.url, true)
     {
         useDesktop(this);
+        useRegion(spanishRegion); // What a box is to show is written with its comma.
         // A section is written pupil by pupil: one of each is enough.
         fresh_.school().centro->executeNative(
             u"DELETE FROM Seccion_Alumno WHERE codAlumno NOT IN "
@@ -93,6 +95,7 @@ public:
     ~Trial() override
     {
         resetSingles();
+        useRegion(region_);
         useDesktop(before_);
     }
     Trial(const Trial&) = delete;
@@ -393,6 +396,7 @@ private:
     const TextTrial& wishes_;
     std::ostream& out_;
     Desktop* before_;
+    Region region_ = region();
     FreshSchool fresh_;
     std::shared_ptr<PropertyBag> session_;
     BoxPlace box_;

@@ -34,9 +34,11 @@ public:
     T& Item(std::size_t position) { return entryAt(position)->item; }
     void Remove(StringView key)
     {
+        // The key goes first: what is let go of may come back and look for it.
         const auto found = lookup(key);
-        entries_.erase(found->second);
+        const auto entry = found->second;
         byKey_.erase(found);
+        entries_.erase(entry);
     }
     void Remove(std::size_t position)
     {

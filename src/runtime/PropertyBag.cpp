@@ -1,5 +1,7 @@
 #include "runtime/PropertyBag.h"
 
+#include <utility>
+
 namespace zv {
 
 void PropertyBag::remove(StringView member)
@@ -16,9 +18,11 @@ Value PropertyBag::invoke(StringView member, Access access, Arguments& arguments
         fail(failure::memberMissing, member);
     if (arguments.size() != (access == Access::let ? 1U : 0U))
         fail(failure::argumentCount, member);
-    if (access == Access::let)
-        found->second = arguments.front();
-    return found->second;
+    if (access != Access::let)
+        return found->second;
+    // What is let go of may come back here: by then the new value stands.
+    const Value before = std::exchange(found->second, arguments.front());
+    return arguments.front();
 }
 
 } // namespace zv

@@ -7,6 +7,8 @@
 #include "session/cConfiguracion.h"
 #include "session/cNombreNodo.h"
 
+#include <utility>
+
 namespace zv {
 
 namespace {
@@ -60,7 +62,8 @@ void cAsignarDatos::ObtenerDatos(const ObjectPtr& ObjDatosSesion)
     cConfiguracion& session = Configuracion();
     for (const SessionMember& member : sessionMembers)
         member.take(session, get(ObjDatosSesion, member.name));
-    session.datossesion = ObjDatosSesion;
+    // Stored before the one before it is let go of: its host may call in here from its Release.
+    const ObjectPtr before = std::exchange(session.datossesion, ObjDatosSesion);
 }
 
 void cAsignarDatos::ActivarFormulario(Byte bytNodoSeleccionado)

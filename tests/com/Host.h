@@ -117,10 +117,12 @@ struct Folder {
     String url() const { return u"sqlite:" + fromUtf8((path / "colegio.db").string()); }
 };
 
-/// The host's session, with a member that fails as the host says.
+/// The host's session: a member fails if the host says so, and the host may act when it is next asked and
+/// when it is let go of.
 struct Session final : Object {
     std::shared_ptr<PropertyBag> members = newHostSession({});
     String failing;
+    std::function<void()> asked, leaving;
     explicit Session(const Value& connection)
     {
         for (const StringView name :
@@ -129,9 +131,16 @@ struct Session final : Object {
         members->add(u"Accion", Long{1});
         members->add(u"lngRowData", u" 7 ");
     }
+    ~Session() override
+    {
+        if (leaving)
+            leaving();
+    }
     StringView TypeName() const override { return u"Session"; }
     Value invoke(StringView member, Access access, Arguments& arguments) override
     {
+        if (asked)
+            std::exchange(asked, nullptr)();
         if (sameName(member, failing))
             throw RuntimeError(-2147217900, u"La sesión se ha caído");
         return members->invoke(member, access, arguments);
@@ -141,6 +150,11 @@ struct Session final : Object {
 inline Held<Zv_cAsignarDatos> facadeOf(const Library& library)
 {
     return library.make<Zv_cAsignarDatos>(ZV_CLSID_cAsignarDatos, ZV_IID__cAsignarDatos);
+}
+inline ZvResult handOver(const Held<Zv_cAsignarDatos>& facade, const Held<ZvDispatch>& session)
+{
+    ZvDispatch* face = session.get();
+    return facade.get()->vtbl->ObtenerDatos(facade.get(), &face);
 }
 inline ZvDispatch* byName(const Held<Zv_cAsignarDatos>& facade)
 {

@@ -8,7 +8,9 @@
 
 #include <malloc.h>
 
+#include <algorithm>
 #include <bit>
+#include <climits>
 #include <fstream>
 
 using namespace zv;
@@ -41,8 +43,7 @@ TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
         ended = host;
         const auto facade = facadeOf(library);
         const Zv_cAsignarDatosVtbl& slots = *facade.get()->vtbl;
-        ZvDispatch* session = face.get();
-        const auto handOver = [&] { return slots.ObtenerDatos(facade.get(), &session); };
+        const auto handOver = [&] { return com::handOver(facade, face); };
         const auto handOverByName = [&] {
             return invoke(byName(facade), u"obtenerdatos", ZV_METHOD, {Value(objectOf(face))});
         };
@@ -213,9 +214,8 @@ TEST(Library, comes_and_goes_a_thousand_times_without_growth)
         {
             const Library library(ZV_SERVIDOR);
             const auto facade = facadeOf(library);
-            ZvDispatch* session = face.get();
             ZvBool free = -1;
-            EXPECT_EQ(facade.get()->vtbl->ObtenerDatos(facade.get(), &session), ZV_OK);
+            EXPECT_EQ(handOver(facade, face), ZV_OK);
             EXPECT_EQ(facade.get()->vtbl->Eliminar(facade.get(), 200, &free), ZV_OK);
         }
         EXPECT_EQ(dlopen(ZV_SERVIDOR, RTLD_NOW | RTLD_NOLOAD), nullptr) << "it is in memory still";
@@ -224,11 +224,22 @@ TEST(Library, comes_and_goes_a_thousand_times_without_growth)
         std::ifstream maps("/proc/self/maps");
         return std::count(std::istreambuf_iterator<char>(maps), {}, '\n');
     };
-    cycle();
-    const auto before = pieces();
-    const std::size_t heap = mallinfo2().uordblks;
-    for (int i = 0; i < 1000; ++i)
+    for (const char* platform : {"", "offscreen"}) {
+        *platform == '\0' ? unsetenv("QT_QPA_PLATFORM") : setenv("QT_QPA_PLATFORM", platform, 1);
         cycle();
-    EXPECT_LE(pieces(), before + 100);
-    EXPECT_LE(mallinfo2().uordblks, heap + 16 * 1024); // Sanitizers watch a heap of their own.
+        const auto before = pieces();
+        // The toolkit fills pools of its own at first; what leaks grows in each round.
+        constexpr int cycles = 250;
+        constexpr long long most = 16 * cycles;
+        long long least = LLONG_MAX;
+        for (int round = 0; round < 4 || (least > most && round < 16); ++round) {
+            const auto heap = static_cast<long long>(mallinfo2().uordblks);
+            for (int i = 0; i < cycles; ++i)
+                cycle();
+            const long long grown = static_cast<long long>(mallinfo2().uordblks) - heap;
+            least = std::min(least, grown);
+        }
+        EXPECT_LE(pieces(), before + 100);
+        EXPECT_LE(least, most) << platform; // Sanitizers watch a heap of their own.
+    }
 }

@@ -59,17 +59,21 @@ TEST(Window, is_the_toolkits_with_an_application_of_the_host_or_without)
         EXPECT_EQ(invoke(connection.get(), u"Open", ZV_METHOD, {Value(folder.url())}).result, ZV_OK);
         const auto face = dispatchOf(std::make_shared<Session>(objectOf(connection)));
         const auto facade = facadeOf(library);
-        ZvDispatch* session = face.get();
-        EXPECT_EQ(facade.get()->vtbl->ObtenerDatos(facade.get(), &session), ZV_OK);
+        const auto elsewhere = [&] {
+            ZvResult result = 0;
+            std::thread([&] { result = facade.get()->vtbl->BloquearBanco(facade.get()); }).join();
+            return result == ZV_E_WRONG_THREAD;
+        };
+        // Where the host has an application, other threads are refused; one that has ended holds nothing up.
+        EXPECT_EQ(elsewhere(), qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr);
+        EXPECT_EQ(handOver(facade, face), ZV_OK);
         std::optional<Person> person;
         if (expected == ZV_OK)
             person.emplace();
         EXPECT_EQ(facade.get()->vtbl->ActivarFormulario(facade.get(), 65), expected);
         EXPECT_TRUE(!person || !person->told.empty());
         person.reset();
-        ZvResult elsewhere = 0;
-        std::thread([&] { elsewhere = facade.get()->vtbl->BloquearBanco(facade.get()); }).join();
-        EXPECT_EQ(elsewhere == ZV_E_WRONG_THREAD, expected == ZV_OK);
+        EXPECT_EQ(elsewhere(), expected == ZV_OK);
         const Answer rows = invoke(connection.get(), u"Execute", ZV_METHOD,
                                    {Value(u"Select * From EstadoCivil Where Descripcion='Soltera'")});
         const auto recordset = dispatchOf(CObj(rows.value));
@@ -90,10 +94,50 @@ TEST(Window, is_the_toolkits_with_an_application_of_the_host_or_without)
         play("offscreen", ZV_FAILURE_BASE + 5);
     }
     const QApplication own(count, words);
-    std::thread([] {
-        const Library library(ZV_SERVIDOR);
-        const auto facade = facadeOf(library);
-        EXPECT_EQ(facade.get()->vtbl->BloquearBanco(facade.get()), ZV_E_WRONG_THREAD);
-    }).join();
     play("offscreen", ZV_OK);
+}
+
+TEST(Window, whose_application_is_gone_is_a_failure_with_a_number)
+{
+    const Folder folder;
+    setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const auto session = dispatchOf(std::make_shared<Session>(ObjectPtr()));
+    const auto messageOf = [&](const Held<Zv_cAsignarDatos>& facade) {
+        const ZvResult handed = handOver(facade, session);
+        ZvBool free = 0; // There are no connections: that is told of in a message.
+        return handed < 0 ? handed : facade.get()->vtbl->Eliminar(facade.get(), 52, &free);
+    };
+    const auto shown = [&](const Held<Zv_cAsignarDatos>& facade) {
+        EXPECT_EQ(facade.get()->vtbl->BloquearBanco(facade.get()), ZV_OK); // Now there is an application.
+        const Person person;
+        EXPECT_EQ(messageOf(facade), ZV_OK);
+        EXPECT_FALSE(person.told.empty());
+    };
+    const auto gone = [&](const Library& library, Held<Zv_cAsignarDatos>& facade) {
+        EXPECT_EQ(messageOf(facade), ZV_FAILURE_BASE + 5);
+        facade = {};
+        EXPECT_EQ(library.call("DllCanUnloadNow"), ZV_OK);
+    };
+    int count = 1;
+    char name[] = "anfitrion";
+    char* words[] = {name, nullptr};
+    std::optional<QApplication> application(std::in_place, count, words);
+    const Library library(ZV_SERVIDOR);
+    auto facade = facadeOf(library);
+    shown(facade);
+    application.reset();
+    gone(library, facade);
+    // The same with the application of another copy of the library.
+    fs::copy_file(ZV_SERVIDOR, folder.path / "copia.so");
+    {
+        const Library copy((folder.path / "copia.so").c_str());
+        const auto first = facadeOf(copy);
+        shown(first);
+        facade = facadeOf(library);
+        shown(facade);
+    }
+    gone(library, facade);
+    facade = facadeOf(library);
+    shown(facade);
+    unsetenv("QT_QPA_PLATFORM");
 }

@@ -156,7 +156,6 @@ TEST_F(Files, who_waits_too_long_fails_as_locked)
     EXPECT_EQ(numberOf([&] { there->Execute(u"Delete * From t"); }), failure::locked);
     const auto waited = std::chrono::steady_clock::now() - since;
     EXPECT_GE(waited, std::chrono::milliseconds(4800));
-    EXPECT_LT(waited, std::chrono::seconds(8));
     std::thread release([&] {
         std::this_thread::sleep_for(std::chrono::milliseconds(200));
         here->executeNative(u"COMMIT");

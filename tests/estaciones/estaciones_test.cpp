@@ -388,7 +388,8 @@ TEST_P(LostServer, that_says_nothing_is_waited_for_once_and_not_by_each_statemen
     const auto begun = std::chrono::steady_clock::now();
     for (int i = 0; i < 100; ++i)
         EXPECT_TRUE(lost());
-    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(9));
+    // One by one they would take minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(60));
     ::kill(process, SIGCONT);
     sleep(3);
     EXPECT_FALSE(lost());

@@ -1,9 +1,6 @@
 #include "com/Screen.h"
 
 #include "qt/QtDesktop.h"
-#include "runtime/Errors.h"
-
-#include <zvconfiguracion/automation.h>
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -35,8 +32,11 @@ QByteArray platforms()
 /// The toolkit's application around a host that knows nothing of it.
 class OwnApplication {
 public:
-    OwnApplication()
+    explicit OwnApplication(const std::function<void()>& ended)
     {
+        // Behind this the thread's own part of the toolkit is gone.
+        QObject::connect(QThread::currentThread(), &QThread::finished, &application_, ended,
+                         Qt::DirectConnection);
         // The toolkit sets the process's locale: the host goes on reading its numbers as before.
         std::setlocale(LC_NUMERIC, numbers_.c_str());
         if (spanish_.load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
@@ -61,6 +61,13 @@ public:
     /// Without an application of its own it uses the host's.
     explicit QtScreen(std::unique_ptr<OwnApplication> application) : application_(std::move(application)) {}
     Desktop& desktop() override { return desktop_; }
+    Reach reach() const override
+    {
+        const auto* application = qobject_cast<const QApplication*>(QCoreApplication::instance());
+        if (application == nullptr)
+            return Reach::gone;
+        return application->thread() == QThread::currentThread() ? Reach::here : Reach::elsewhere;
+    }
 
 private:
     std::unique_ptr<OwnApplication> application_;
@@ -69,13 +76,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<Screen> openScreen()
+std::unique_ptr<Screen> openScreen(const std::function<void()>& ended)
 {
     if (const QCoreApplication* hosts = QCoreApplication::instance()) {
-        if (hosts->thread() != QThread::currentThread())
-            throw RuntimeError(
-                ZV_E_WRONG_THREAD,
-                u"Llame al módulo desde el hilo de su QApplication, que es el de las ventanas.");
         // One that is made for no windows ends the process at the first.
         const bool shows = qobject_cast<const QApplication*>(hosts) != nullptr;
         return shows ? std::make_unique<QtScreen>(nullptr) : nullptr;
@@ -86,7 +89,7 @@ std::unique_ptr<Screen> openScreen()
     if (!named)
         return nullptr;
 #endif
-    auto own = std::make_unique<OwnApplication>();
+    auto own = std::make_unique<OwnApplication>(ended);
     return OwnApplication::hasScreen() ? std::make_unique<QtScreen>(std::move(own)) : nullptr;
 }
 

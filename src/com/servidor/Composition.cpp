@@ -10,8 +10,8 @@
 #include "suite/sodium/EncryptoApi.h"
 
 #include <cstdlib>
+#include <mutex>
 #include <string_view>
-#include <thread>
 
 namespace zv::com {
 
@@ -21,10 +21,14 @@ namespace {
 struct Theatre {
     std::unique_ptr<Rehearsal> rehearsal;
     std::unique_ptr<Screen> screen;
-    std::thread::id thread = std::this_thread::get_id();
-
-    bool isOfAnotherThread() const { return thread != std::this_thread::get_id(); }
 };
+
+/// Held by the thread that is inside, as often as it has come in.
+std::recursive_mutex& gate()
+{
+    static std::recursive_mutex mutex;
+    return mutex;
+}
 
 std::unique_ptr<Theatre>& theatre()
 {
@@ -50,6 +54,32 @@ public:
     }
 };
 
+/// The thread that the windows belong to ends, and must not keep the others out.
+void closeScreen()
+{
+    const std::scoped_lock inside(gate());
+    useDesktop(nullptr);
+    theatre().reset();
+}
+
+/// Fails unless the calling thread can use the windows, if there are any.
+void enter(const Theatre& place)
+{
+    switch (place.screen ? place.screen->reach() : Reach::here) {
+    case Reach::here:
+        return;
+    case Reach::elsewhere:
+        throw RuntimeError(ZV_E_WRONG_THREAD,
+                           u"Llame al módulo desde el hilo de su QApplication, o en el que "
+                           u"lo llamó por primera vez: es el de las ventanas.");
+    case Reach::gone:
+        throw RuntimeError(
+            failure::invalidCall,
+            u"La QApplication de las ventanas ya no existe. Suelte los objetos del módulo y llame "
+            u"a DllCanUnloadNow antes de soltarla; después se puede empezar de nuevo.");
+    }
+}
+
 void open()
 {
     constexpr std::string_view byGuion = "guion:";
@@ -58,10 +88,14 @@ void open()
     const std::string_view choice = variable == nullptr ? "" : variable;
     if (choice.starts_with(byGuion)) {
         made->rehearsal = std::make_unique<Rehearsal>(std::string(choice.substr(byGuion.size())));
+    } else if (choice == "ninguno") {
+        useDesktop(nullptr);
     } else if (!choice.empty()) {
-        throw RuntimeError(failure::invalidCall, u"ZV_ESCRITORIO lleva guion: y el nombre de un fichero.");
+        throw RuntimeError(failure::invalidCall,
+                           u"ZV_ESCRITORIO lleva guion: y el nombre de un fichero, o ninguno.");
     } else {
-        made->screen = openScreen();
+        made->screen = openScreen(closeScreen);
+        enter(*made);
         useDesktop(made->screen ? &made->screen->desktop() : nullptr);
     }
     theatre() = std::move(made);
@@ -69,12 +103,14 @@ void open()
 
 void around(const std::function<void()>& call)
 {
-    if (!theatre())
+    // The dialogs are one set for all: a second thread would find them in the middle of something.
+    const std::unique_lock inside(gate(), std::try_to_lock);
+    if (!inside)
+        throw RuntimeError(ZV_E_WRONG_THREAD, u"Otro hilo está dentro del módulo: llame cuando haya vuelto.");
+    if (theatre())
+        enter(*theatre());
+    else
         open();
-    // Windows live in one thread. Where there are none it is the host's matter that calls follow each other.
-    if (theatre()->isOfAnotherThread() && (theatre()->rehearsal || theatre()->screen))
-        throw RuntimeError(ZV_E_WRONG_THREAD,
-                           u"Llame al módulo siempre desde el hilo en que lo llamó por primera vez.");
     if (theatre()->rehearsal)
         theatre()->rehearsal->around(call);
     else
@@ -97,7 +133,8 @@ void compose()
 
 bool dismantle()
 {
-    if (theatre() && theatre()->screen && theatre()->isOfAnotherThread())
+    const std::unique_lock inside(gate(), std::try_to_lock);
+    if (!inside || (theatre() && theatre()->screen && theatre()->screen->reach() == Reach::elsewhere))
         return false;
     resetSingles();
     useDesktop(nullptr);

@@ -23,7 +23,8 @@ ZvResult DllCanUnloadNow()
         return ZV_FALSE;
     bool done = false;
     const ZvResult ended = zv::com::guarded([&] { done = zv::com::dismantle(); });
-    return ended < 0 || done ? ended : ZvResult{ZV_FALSE};
+    // Who was let go of may have made objects anew.
+    return ended < 0 || (done && zv::com::inUse() == 0) ? ended : ZvResult{ZV_FALSE};
 }
 
 ZvResult DllRegisterServer() { return zv::com::registerServer(zv::com::moduleClasses()); }

@@ -2,6 +2,6 @@
 
 namespace zv::com {
 
-std::unique_ptr<Screen> openScreen() { return nullptr; }
+std::unique_ptr<Screen> openScreen(const std::function<void()>& /*ended*/) { return nullptr; }
 
 } // namespace zv::com
