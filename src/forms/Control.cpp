@@ -1,18 +1,12 @@
 #include "forms/Control.h"
 
-#include "forms/Controls.h"
-#include "forms/Desktop.h"
-#include "forms/Form.h"
-
-#include <algorithm>
-
 namespace zv {
 
 Control::Control(Container& container, StringView typeName, StringView name, int index)
-    : form_(container.containingForm()), frame_(container.asFrame()), typeName_(typeName), name_(name),
-      index_(index)
+    : site_(container.site()), form_(container.containingForm()), frame_(container.asControl()),
+      typeName_(typeName), name_(name), index_(index)
 {
-    form_.Controls.controls_.push_back(this);
+    site_.entered(*this);
 }
 Control::~Control() = default;
 
@@ -26,27 +20,25 @@ bool Control::accessible() const
     for (const Control* at = this; at != nullptr; at = at->frame_)
         if (!at->Visible() || !at->Enabled())
             return false;
-    return form_.Visible() && form_.Enabled();
+    return site_.accessible();
 }
 
 void Control::SetFocus()
 {
     if (!takesFocus() || !accessible())
         fail(failure::invalidCall, fullName());
-    form_.moveFocus(this, false);
+    site_.focusOn(*this);
 }
 
 void Control::ZOrder()
 {
-    auto& front = form_.frontToBack_;
-    front.erase(std::remove(front.begin(), front.end(), this), front.end());
-    front.insert(front.begin(), this);
+    site_.bringToFront(*this);
     contentChanged();
 }
 
-void Control::propertyChanged(const PropertyBase& property) { form_.controlChanged(*this, &property); }
+void Control::propertyChanged(const PropertyBase& property) { site_.controlChanged(*this, &property); }
 
-void Control::contentChanged() { form_.controlChanged(*this, nullptr); }
+void Control::contentChanged() { site_.controlChanged(*this, nullptr); }
 
 Value Control::invoke(StringView member, Access access, Arguments& arguments)
 {

@@ -7,15 +7,33 @@
 
 namespace zv {
 
+class Control;
 class Form;
-class Frame;
+
+/// What a form does for its controls: the interface by which a control reaches the form that owns it.
+class ControlSite {
+public:
+    /// A control was made: it is the last of the form's `Controls`.
+    virtual void entered(Control& control) = 0;
+    /// Whether a person can act on the form.
+    virtual bool accessible() const = 0;
+    /// Moves the focus from code; a failure of the handlers is the caller's.
+    virtual void focusOn(Control& control) = 0;
+    virtual void bringToFront(Control& control) = 0;
+    /// nullptr: a list, cells or tabs.
+    virtual void controlChanged(Control& control, const PropertyBase* property) = 0;
+
+protected:
+    ~ControlSite() = default;
+};
 
 /// What can hold controls: a form, or a frame on it.
 class Container {
 public:
     virtual Form& containingForm() = 0;
+    virtual ControlSite& site() = 0;
     /// The frame itself, or nullptr for a form.
-    virtual Frame* asFrame() = 0;
+    virtual Control* asControl() = 0;
 
 protected:
     ~Container() = default;
@@ -36,7 +54,7 @@ public:
     String fullName() const;
     Form& form() const { return form_; }
     /// The frame that holds it, or nullptr when it stands on the form itself.
-    Frame* frame() const { return frame_; }
+    Control* frame() const { return frame_; }
     /// Whether a person can act on it: visible and enabled, and so every frame around it and the form.
     bool accessible() const;
     virtual bool takesFocus() const { return false; }
@@ -63,14 +81,16 @@ public:
     Value invoke(StringView member, Access access, Arguments& arguments) override;
 
 protected:
+    ControlSite& ownSite() const { return site_; }
     Control(Container& container, StringView typeName, StringView name, int index);
     /// Tells the view that a list, cells or tabs changed.
     void contentChanged();
 
 private:
     void propertyChanged(const PropertyBase& property) override;
+    ControlSite& site_;
     Form& form_;
-    Frame* frame_;
+    Control* frame_;
     StringView typeName_; ///< A literal.
     String name_;
     int index_;

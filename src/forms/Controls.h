@@ -111,7 +111,8 @@ public:
     Frame(Container& container, StringView name, int index = noIndex);
     ~Frame() override;
     Form& containingForm() override { return form(); }
-    Frame* asFrame() override { return this; }
+    ControlSite& site() override { return ownSite(); }
+    Control* asControl() override { return this; }
     Property<String> Caption{*this, u"Caption"};
     /// Design only: False for a frame that only groups.
     Property<bool> Border{*this, u"Border", true};

@@ -149,6 +149,12 @@ void Form::propertyChanged(const PropertyBase& property)
         desktop().changed(*this, &property);
 }
 
+void Form::bringToFront(Control& control)
+{
+    std::erase(frontToBack_, &control);
+    frontToBack_.insert(frontToBack_.begin(), &control);
+}
+
 void Form::controlChanged(Control& control, const PropertyBase* property)
 {
     if (hasDesktop())

@@ -22,13 +22,13 @@ public:
     Value invoke(StringView member, Access access, Arguments& arguments) override;
 
 private:
-    friend class Control;
+    friend class Form;
     std::vector<Control*> controls_;
 };
 
 /// A modal dialog: the model of its window, and its life. An instance lives until the process ends and is
 /// loaded afresh by each Show that finds it unloaded.
-class Form : public PropertyOwner, public Container {
+class Form : public PropertyOwner, public Container, private ControlSite {
 public:
     ~Form() override;
     const String& Name() const { return name_; }
@@ -78,7 +78,8 @@ public:
     Value invoke(StringView member, Access access, Arguments& arguments) override;
 
     Form& containingForm() override { return *this; }
-    Frame* asFrame() override { return nullptr; }
+    ControlSite& site() override { return *this; }
+    Control* asControl() override { return nullptr; }
 
 protected:
     explicit Form(StringView name);
@@ -106,10 +107,13 @@ protected:
     }
 
 private:
-    friend class Control;
     friend class Acts;
+    void entered(Control& control) override { Controls.controls_.push_back(&control); }
+    bool accessible() const override { return Visible() && Enabled(); }
+    void focusOn(Control& control) override { moveFocus(&control, false); }
+    void bringToFront(Control& control) override;
     void propertyChanged(const PropertyBase& property) override;
-    void controlChanged(Control& control, const PropertyBase* property);
+    void controlChanged(Control& control, const PropertyBase* property) override;
     /// Moves the focus: LostFocus of the old control, GotFocus of the new one. The two events of a person's
     /// act are guarded one by one; a failure of those that code causes is the caller's.
     void moveFocus(Control* to, bool byPerson);

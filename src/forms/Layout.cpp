@@ -90,6 +90,9 @@ Long tabsWidth(TabStrip& strip)
     return width;
 }
 
+/// The frame whose inside is laid out.
+Frame& frameOf(Container& container) { return dynamic_cast<Frame&>(*container.asControl()); }
+
 } // namespace
 
 Layout& Layout::add(Item item)
@@ -139,7 +142,7 @@ Layout& Layout::frame(Frame& frame, Layout inside)
 Layout& Layout::tabs(TabStrip& strip, std::initializer_list<Layout> pages)
 {
     for (const Layout& page : pages)
-        page.container_.asFrame()->Border = false;
+        frameOf(page.container_).Border = false;
     return add({Shape::tabs, nullptr, {&strip}, 1, pages, {}});
 }
 
@@ -264,7 +267,7 @@ Long Layout::placePages(const Item& item, Long left, Long top, Long width)
     for (const Layout& page : item.pages)
         height = std::max(height, page.placeFrame(pageLeft, pageTop, pageWidth));
     for (const Layout& page : item.pages)
-        page.container_.asFrame()->Height = height;
+        frameOf(page.container_).Height = height;
     for (Control* control : item.over)
         put(*control, pageLeft, pageTop, pageWidth, height);
     put(*item.controls.front(), left, top, width, stripHeader + height + gap / 2);
@@ -273,7 +276,7 @@ Long Layout::placePages(const Item& item, Long left, Long top, Long width)
 
 Long Layout::placeFrame(Long left, Long top, Long width) const
 {
-    Frame& frame = *container_.asFrame();
+    Frame& frame = frameOf(container_);
     const Long title = frame.Border() ? frameTitle : gap;
     const Long side = frame.Border() ? margin : gap;
     const Long foot = frame.Border() ? frameFoot : gap;

@@ -1,6 +1,5 @@
 #include "qt/ControlView.h"
 
-#include "qt/FormWindow.h"
 #include "qt/QtKeys.h"
 #include "qt/QtText.h"
 

@@ -9,7 +9,27 @@
 
 namespace zv {
 
-class FormWindow;
+class ControlView;
+
+/// What the views of controls need of the window in which they stand.
+class ViewHost {
+public:
+    /// Does an act of a person and brings the window in step. False if the act could not be done.
+    virtual bool act(const std::function<bool(Acts&)>& what) = 0;
+    /// Whether an act goes on, or the window is not yet ready for one.
+    virtual bool busy() const = 0;
+    virtual bool alive() const = 0;
+    /// Pixels for a measure in twips.
+    virtual int pixels(Long twips) const = 0;
+    virtual QWidget* focusWidget() const = 0;
+    /// The toolkit gave the focus to a control (for an assistive program, say): so does the form.
+    virtual void takeFocusOver(ControlView& view) = 0;
+    /// Opens the manual at this dialog's page.
+    virtual void help() = 0;
+
+protected:
+    ~ViewHost() = default;
+};
 
 /// The widget of a control: follows the model, and hands what a person does at it to the form's acts. The
 /// model decides; where the widget went ahead, it is brought back in step afterwards.
@@ -31,7 +51,7 @@ public:
     virtual void name() {}
 
 protected:
-    explicit ControlView(FormWindow& window) : window_(window) {}
+    explicit ControlView(ViewHost& window) : window_(window) {}
     /// Watches the input's keys and focus. Once, when the widget is there.
     void watch();
     /// Text, value, list: what is the control's own.
@@ -46,13 +66,13 @@ protected:
     bool act(const std::function<bool(Acts&)>& what);
     /// Calls back from the event loop, unless the view is gone then.
     void later(const std::function<void()>& what);
-    FormWindow& window() const { return window_; }
+    ViewHost& window() const { return window_; }
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void followPlace();
     bool filtered(QObject& watched, QEvent& event);
-    FormWindow& window_;
+    ViewHost& window_;
     bool waiting_ = false;
 };
 
@@ -60,7 +80,7 @@ private:
 template <class C, class W>
 class ViewOf : public ControlView {
 public:
-    ViewOf(FormWindow& window, C& control, QWidget& parent)
+    ViewOf(ViewHost& window, C& control, QWidget& parent)
         : ControlView(window), control_(control), widget_(std::make_unique<W>(&parent))
     {}
     C& control() const final { return control_; }
@@ -72,6 +92,6 @@ private:
 };
 
 /// The view that fits the kind of the control.
-std::unique_ptr<ControlView> makeView(FormWindow& window, Control& control, QWidget& parent);
+std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, QWidget& parent);
 
 } // namespace zv

@@ -13,39 +13,35 @@
 namespace zv {
 
 /// The window of a form. It lives from the form's opening until the form is hidden or unloaded.
-class FormWindow final : public QDialog {
+class FormWindow final : public QDialog, private ViewHost {
 public:
     FormWindow(Form& form, QWidget* parent);
     ~FormWindow() override;
 
     Form& form() const { return form_; }
     ControlView& viewOf(const Control& control) const { return *views_.at(byControl_.at(&control)); }
-    /// Pixels for a measure in twips.
-    int pixels(Long twips) const;
+    int pixels(Long twips) const override;
     Long twips(int pixels) const;
 
-    /// Does an act of a person and brings the window in step. False if the act could not be done.
-    bool act(const std::function<bool(Acts&)>& what);
+    bool act(const std::function<bool(Acts&)>& what) override;
     /// Whether the act that ended last could be done; none since the last call gives nothing.
     std::optional<bool> takeOutcome() { return std::exchange(outcome_, std::nullopt); }
-    /// Whether an act goes on, or the window is not yet ready for one.
-    bool busy() const { return busy_ != 0; }
-    bool alive() const { return alive_; }
+    bool busy() const override { return busy_ != 0; }
+    bool alive() const override { return alive_; }
     /// The form is gone: the window must not look at it any more.
     void end();
     void changed(const PropertyBase& property);
     void controlChanged(Control& control, const PropertyBase* property);
     /// Everything that is put off until a pause.
     void inStep();
-    /// The toolkit gave the focus to a control (for an assistive program, say): so does the form.
-    void takeFocusOver(ControlView& view);
+    QWidget* focusWidget() const override { return QDialog::focusWidget(); }
+    void takeFocusOver(ControlView& view) override;
     /// Lets a person act until the form is no longer visible.
     void run();
     /// The window is ready for a person.
     void ready();
 
-    /// Opens the manual at this dialog's page.
-    void help();
+    void help() override;
 
     void reject() override;
 

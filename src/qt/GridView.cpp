@@ -1,6 +1,5 @@
 #include "qt/GridView.h"
 
-#include "qt/FormWindow.h"
 #include "qt/TextView.h"
 
 #include <QAbstractTableModel>
@@ -75,7 +74,7 @@ private:
     int columns_ = 0;
 };
 
-GridView::GridView(FormWindow& window, MSFlexGrid& grid, QWidget& parent)
+GridView::GridView(ViewHost& window, MSFlexGrid& grid, QWidget& parent)
     : ViewOf(window, grid, parent), cells_(std::make_unique<Cells>(grid))
 {
     QTableView& table = widget();

@@ -11,7 +11,7 @@ namespace zv {
 /// code lays over a cell covers it.
 class GridView final : public ViewOf<MSFlexGrid, QTableView> {
 public:
-    GridView(FormWindow& window, MSFlexGrid& grid, QWidget& parent);
+    GridView(ViewHost& window, MSFlexGrid& grid, QWidget& parent);
     ~GridView() override;
     void name() override;
 

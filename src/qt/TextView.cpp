@@ -1,7 +1,5 @@
 #include "qt/TextView.h"
 
-#include "qt/FormWindow.h"
-
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -175,7 +173,7 @@ void TextView::offerEdits(const QPoint& where)
     key == QKeySequence::Paste ? paste() : doEdit(key);
 }
 
-LineView::LineView(FormWindow& window, TextBox& box, QWidget& parent)
+LineView::LineView(ViewHost& window, TextBox& box, QWidget& parent)
     : TextView(window), box_(box), edit_(std::make_unique<QLineEdit>(&parent))
 {
     watch();
@@ -219,7 +217,7 @@ bool LineView::canDo(QKeySequence::StandardKey edit) const
 
 void LineView::doEdit(QKeySequence::StandardKey edit) { doEditOn(*edit_, edit); }
 
-NotesView::NotesView(FormWindow& window, TextBox& box, QWidget& parent)
+NotesView::NotesView(ViewHost& window, TextBox& box, QWidget& parent)
     : TextView(window), box_(box), edit_(std::make_unique<NotesEdit>(&parent))
 {
     watch();

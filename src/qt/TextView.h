@@ -12,7 +12,7 @@ namespace zv {
 /// undo, drag and drop) is taken over as if it had been pasted.
 class TextView : public ControlView {
 public:
-    explicit TextView(FormWindow& window) : ControlView(window) {}
+    explicit TextView(ViewHost& window) : ControlView(window) {}
     virtual TextBox& box() const = 0;
     void name() override;
 
@@ -50,7 +50,7 @@ private:
 
 class LineView final : public TextView {
 public:
-    LineView(FormWindow& window, TextBox& box, QWidget& parent);
+    LineView(ViewHost& window, TextBox& box, QWidget& parent);
     TextBox& control() const override { return box_; }
     TextBox& box() const override { return box_; }
     QLineEdit& widget() const override { return *edit_; }
@@ -71,7 +71,7 @@ private:
 
 class NotesView final : public TextView {
 public:
-    NotesView(FormWindow& window, TextBox& box, QWidget& parent);
+    NotesView(ViewHost& window, TextBox& box, QWidget& parent);
     TextBox& control() const override { return box_; }
     TextBox& box() const override { return box_; }
     NotesEdit& widget() const override { return *edit_; }

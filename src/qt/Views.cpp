@@ -1,6 +1,5 @@
 #include "qt/Views.h"
 
-#include "qt/FormWindow.h"
 #include "qt/GridView.h"
 
 #include <QAbstractItemView>
@@ -18,7 +17,7 @@ constexpr Long tabHeight = 360;
 constexpr int darkest = 128;
 
 template <class C, class V>
-std::unique_ptr<ControlView> viewFor(FormWindow& window, Control& control, QWidget& parent)
+std::unique_ptr<ControlView> viewFor(ViewHost& window, Control& control, QWidget& parent)
 {
     auto* target = dynamic_cast<C*>(&control);
     return target == nullptr ? nullptr : std::make_unique<V>(window, *target, parent);
@@ -26,7 +25,7 @@ std::unique_ptr<ControlView> viewFor(FormWindow& window, Control& control, QWidg
 
 } // namespace
 
-LabelView::LabelView(FormWindow& window, Label& label, QWidget& parent) : ViewOf(window, label, parent)
+LabelView::LabelView(ViewHost& window, Label& label, QWidget& parent) : ViewOf(window, label, parent)
 {
     watch();
     widget().setAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -58,7 +57,7 @@ bool LabelView::handle(QObject&, QEvent& event)
     return false;
 }
 
-TabsView::TabsView(FormWindow& window, TabStrip& strip, QWidget& parent)
+TabsView::TabsView(ViewHost& window, TabStrip& strip, QWidget& parent)
     : ViewOf(window, strip, parent), pane_(std::make_unique<QFrame>(&widget())),
       bar_(std::make_unique<QTabBar>(&widget()))
 {
@@ -124,7 +123,7 @@ private:
     int count_ = 0;
 };
 
-ListView::ListView(FormWindow& window, ComboBox& box, QWidget& parent)
+ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
     : ViewOf(window, box, parent), entries_(std::make_unique<Entries>(box))
 {
     widget().setModel(entries_.get());
@@ -163,7 +162,7 @@ bool ListView::handle(QObject&, QEvent& event)
     return !act([this](Acts& acts) { return acts.focus(control()); }) || !window().alive();
 }
 
-std::unique_ptr<ControlView> makeView(FormWindow& window, Control& control, QWidget& parent)
+std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, QWidget& parent)
 {
     if (auto* box = dynamic_cast<TextBox*>(&control)) {
         if (box->MultiLine())
@@ -175,7 +174,7 @@ std::unique_ptr<ControlView> makeView(FormWindow& window, Control& control, QWid
             return std::make_unique<GroupView>(window, *frame, parent);
         return std::make_unique<PaneView>(window, *frame, parent);
     }
-    using Maker = std::unique_ptr<ControlView> (*)(FormWindow&, Control&, QWidget&);
+    using Maker = std::unique_ptr<ControlView> (*)(ViewHost&, Control&, QWidget&);
     constexpr Maker makers[] = {
         viewFor<Label, LabelView>,
         viewFor<CommandButton, ButtonView<CommandButton, QPushButton>>,

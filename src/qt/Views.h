@@ -19,7 +19,7 @@ namespace zv {
 /// A label. The sign of a mandatory field is drawn behind the caption, and said to screen readers.
 class LabelView final : public ViewOf<Label, QLabel> {
 public:
-    LabelView(FormWindow& window, Label& label, QWidget& parent);
+    LabelView(ViewHost& window, Label& label, QWidget& parent);
 
 protected:
     void followContent() override;
@@ -29,7 +29,7 @@ protected:
 /// A frame with a border and a caption.
 class GroupView final : public ViewOf<Frame, QGroupBox> {
 public:
-    GroupView(FormWindow& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
+    GroupView(ViewHost& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
 
 protected:
     void followContent() override { widget().setTitle(toQt(control().Caption())); }
@@ -38,7 +38,7 @@ protected:
 /// A frame that only groups.
 class PaneView final : public ViewOf<Frame, QWidget> {
 public:
-    PaneView(FormWindow& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
+    PaneView(ViewHost& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
 
 protected:
     void followContent() override {}
@@ -48,7 +48,7 @@ protected:
 template <class C, class W>
 class ButtonView final : public ViewOf<C, W> {
 public:
-    ButtonView(FormWindow& window, C& control, QWidget& parent) : ViewOf<C, W>(window, control, parent)
+    ButtonView(ViewHost& window, C& control, QWidget& parent) : ViewOf<C, W>(window, control, parent)
     {
         this->watch();
         W& button = this->widget();
@@ -84,7 +84,7 @@ protected:
 /// The tabs of a strip over a pane, on which the frames of its tabs stand.
 class TabsView final : public ViewOf<TabStrip, QWidget> {
 public:
-    TabsView(FormWindow& window, TabStrip& strip, QWidget& parent);
+    TabsView(ViewHost& window, TabStrip& strip, QWidget& parent);
     QTabBar& input() const override { return *bar_; }
 
 protected:
@@ -99,7 +99,7 @@ private:
 /// A drop-down list.
 class ListView final : public ViewOf<ComboBox, QComboBox> {
 public:
-    ListView(FormWindow& window, ComboBox& box, QWidget& parent);
+    ListView(ViewHost& window, ComboBox& box, QWidget& parent);
     ~ListView() override;
     void name() override { widget().setAccessibleName(labelOf(control())); }
 

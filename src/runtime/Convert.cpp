@@ -1,6 +1,5 @@
 #include "runtime/Convert.h"
 
-#include "runtime/Object.h"
 #include "runtime/Region.h"
 
 #include <charconv>
@@ -347,6 +346,21 @@ String decimalText(std::int64_t number)
 {
     const std::string text = std::to_string(number);
     return {text.begin(), text.end()};
+}
+
+String Left(StringView text, long length)
+{
+    if (length < 0)
+        fail(failure::invalidCall);
+    return String(text.substr(0, static_cast<std::size_t>(length)));
+}
+
+String Right(StringView text, long length)
+{
+    if (length < 0)
+        fail(failure::invalidCall);
+    const auto wanted = std::min(static_cast<std::size_t>(length), text.size());
+    return String(text.substr(text.size() - wanted));
 }
 
 } // namespace zv

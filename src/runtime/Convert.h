@@ -34,6 +34,10 @@ bool isTrue(const Value& value);
 /// Joins texts; Null counts as "".
 String operator+(String left, const Value& right);
 
+/// First and last characters of a text; a negative length fails with 5.
+String Left(StringView text, long length);
+String Right(StringView text, long length);
+
 /// Decimal text of a whole number, as statements take it: no blank, no grouping.
 String decimalText(std::int64_t number);
 /// All digits of an amount of money, with a point.

@@ -1,7 +1,5 @@
 #include "runtime/String.h"
 
-#include "runtime/Errors.h"
-
 #include <algorithm>
 #include <cstdint>
 #include <stdexcept>
@@ -152,21 +150,6 @@ bool NameLess::operator()(StringView a, StringView b) const
 {
     return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
                                         [](char16_t x, char16_t y) { return lowerUnit(x) < lowerUnit(y); });
-}
-
-String Left(StringView text, long length)
-{
-    if (length < 0)
-        fail(failure::invalidCall);
-    return String(text.substr(0, static_cast<std::size_t>(length)));
-}
-
-String Right(StringView text, long length)
-{
-    if (length < 0)
-        fail(failure::invalidCall);
-    const auto wanted = std::min(static_cast<std::size_t>(length), text.size());
-    return String(text.substr(text.size() - wanted));
 }
 
 String Trim(StringView text)

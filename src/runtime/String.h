@@ -28,9 +28,6 @@ struct NameLess {
     bool operator()(StringView a, StringView b) const;
 };
 
-/// First and last characters; a negative length fails with 5.
-String Left(StringView text, long length);
-String Right(StringView text, long length);
 /// Without the blanks (U+0020 only) around it.
 String Trim(StringView text);
 String Replace(StringView text, StringView what, StringView by);

@@ -1,3 +1,4 @@
+#include "runtime/Convert.h"
 #include "runtime/String.h"
 
 #include "data/NumberOf.h"
