@@ -62,7 +62,7 @@ public:
     explicit Typist(Counts& counts) : counts_(counts) {}
     void runModal(Form& form) override
     {
-        Acts acts(form);
+        Acts acts;
         acts.type(form.reach(u"txtIdioma"), u"Casada");
         acts.click(form.reach(u"cmdIdioma", 0));
     }

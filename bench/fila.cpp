@@ -24,7 +24,7 @@ class Typist final : public BusyPerson {
 public:
     void runModal(Form& form) override
     {
-        Acts acts(form);
+        Acts acts;
         Control& box = form.reach(u"txtIdioma");
         acts.type(box, next());
         acts.click(form.reach(u"cmdIdioma", 0));

@@ -24,7 +24,7 @@ public:
         if (accepts)
             for (cSucursal& branch : single<frmBanco>().gColSucursal())
                 branch.Estado = cConstCol::Modificado;
-        Acts(form).click(form.reach(u"cmdBotonera", accepts ? 0 : 1));
+        Acts().click(form.reach(u"cmdBotonera", accepts ? 0 : 1));
     }
     bool accepts = false;
 };

@@ -11,7 +11,7 @@ namespace zv {
 bool Acts::at(Control& control, const std::function<void()>& act)
 {
     const bool reached = reach(control, act);
-    pressSentKeys();
+    pressSentKeys(control.form());
     return reached;
 }
 
@@ -19,12 +19,13 @@ bool Acts::reach(Control& control, const std::function<void()>& act)
 {
     if (!control.takesFocus() || !control.accessible())
         return false;
-    form_.moveFocus(&control, true);
+    Form& form = control.form();
+    form.moveFocus(&control, true);
     // Leaving the old control may have closed the form or taken the target out of reach.
     const bool reachable = control.accessible();
     if (reachable)
         act();
-    form_.settleFocus();
+    form.settleFocus();
     return reachable;
 }
 
@@ -43,11 +44,11 @@ void Acts::activate(Control& control)
     if (auto* button = dynamic_cast<CommandButton*>(&control)) {
         raise(control, button->Click);
     } else if (auto* option = dynamic_cast<OptionButton*>(&control)) {
-        form_.guarded([&] { option->Value = true; });
+        control.form().guarded([&] { option->Value = true; });
     } else if (auto* box = dynamic_cast<CheckBox*>(&control)) {
         raise(control, box->MouseDown);
         if (box->accessible())
-            form_.guarded([&] { box->Value = static_cast<Integer>(1 - box->Value()); });
+            control.form().guarded([&] { box->Value = static_cast<Integer>(1 - box->Value()); });
     } else if (auto* grid = dynamic_cast<MSFlexGrid*>(&control)) {
         // Without a mouse there is no other way to what a click on the cell does.
         if (grid->Row() >= 1 && grid->Row() < grid->Rows())
@@ -70,7 +71,7 @@ bool Acts::key(Control& control, Key key)
 
 bool Acts::paste(TextBox& box, StringView text)
 {
-    return at(box, [&] { form_.guarded([&] { box.replaceSelection(text); }); });
+    return at(box, [&] { box.form().guarded([&] { box.replaceSelection(text); }); });
 }
 
 bool Acts::select(TextBox& box, Long start, Long length)
@@ -140,23 +141,23 @@ void Acts::scrollTo(MSFlexGrid& grid, Long row)
 bool Acts::clickTab(TabStrip& strip, Long tab)
 {
     StripTab& clicked = strip.Tabs(tab);
-    return at(strip, [&] { form_.guarded([&] { clicked.select(); }); });
+    return at(strip, [&] { strip.form().guarded([&] { clicked.select(); }); });
 }
 
-bool Acts::clickBackground()
+bool Acts::clickBackground(Form& form)
 {
-    if (!form_.Visible() || !form_.Enabled())
+    if (!form.Visible() || !form.Enabled())
         return false;
-    form_.guarded([this] { form_.Form_Click(); });
-    form_.settleFocus();
+    form.guarded([&form] { form.Form_Click(); });
+    form.settleFocus();
     return true;
 }
 
-bool Acts::close()
+bool Acts::close(Form& form)
 {
-    if (!form_.Visible() || !form_.Enabled())
+    if (!form.Visible() || !form.Enabled())
         return false;
-    form_.guarded([this] { form_.Unload(); });
+    form.guarded([&form] { form.Unload(); });
     return true;
 }
 

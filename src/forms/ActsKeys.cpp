@@ -78,10 +78,10 @@ Long seenColumn(const MSFlexGrid& grid, Long from, Long step)
 
 } // namespace
 
-void Acts::pressSentKeys()
+void Acts::pressSentKeys(Form& form)
 {
     while (const auto sent = sentKeys().next()) {
-        Control* focus = form_.ActiveControl();
+        Control* focus = form.ActiveControl();
         if (focus != nullptr)
             reach(*focus, [&] { press(*focus, *sent); });
     }
@@ -112,7 +112,8 @@ void Acts::press(Control& control, const Keystroke& key)
 bool Acts::pressFormKey(Control& control, Key key)
 {
     if (key == Key::Tab || key == Key::BackTab) {
-        form_.moveFocus(form_.nextFocus(&control, key == Key::Tab), true);
+        Form& form = control.form();
+        form.moveFocus(form.nextFocus(&control, key == Key::Tab), true);
         return true;
     }
     if (key != Key::Enter && key != Key::Escape)
@@ -120,7 +121,7 @@ bool Acts::pressFormKey(Control& control, Key key)
     const bool enter = key == Key::Enter;
     auto* pressed = enter ? dynamic_cast<CommandButton*>(&control) : nullptr;
     if (pressed == nullptr)
-        pressed = buttonWith(form_, enter ? &CommandButton::Default : &CommandButton::Cancel);
+        pressed = buttonWith(control.form(), enter ? &CommandButton::Default : &CommandButton::Cancel);
     if (pressed == nullptr)
         return !enter || dynamic_cast<TextBox*>(&control) == nullptr;
     raise(*pressed, pressed->Click);
@@ -136,7 +137,7 @@ void Acts::pressInText(TextBox& box, const Keystroke& key)
         return;
     const bool hasCharacter = named == nullptr || *named == Key::Backspace || *named == Key::Enter;
     if (!hasCharacter) {
-        form_.guarded([&] { editText(box, *named); });
+        box.form().guarded([&] { editText(box, *named); });
         return;
     }
     const Integer before =
@@ -146,7 +147,7 @@ void Acts::pressInText(TextBox& box, const Keystroke& key)
     if (ascii == 0 || !box.accessible())
         return;
     const Keystroke typed = ascii == before ? key : keyOfAscii(ascii);
-    form_.guarded([&] {
+    box.form().guarded([&] {
         if (const auto* text = std::get_if<String>(&typed))
             box.typeText(*text);
         else
@@ -229,7 +230,7 @@ void Acts::pressInList(ComboBox& box, const Keystroke& key)
             return;
         }
     }
-    form_.guarded([&] { box.ListIndex = next; });
+    box.form().guarded([&] { box.ListIndex = next; });
 }
 
 void Acts::pressInGrid(MSFlexGrid& grid, Key key)
@@ -290,7 +291,7 @@ void Acts::pressInTabs(TabStrip& strip, Key key)
         return;
     }
     if (next != now)
-        form_.guarded([&] { strip.Tabs(next).select(); });
+        strip.form().guarded([&] { strip.Tabs(next).select(); });
 }
 
 void Acts::pressAmongOptions(OptionButton& option, Key key)
@@ -298,15 +299,16 @@ void Acts::pressAmongOptions(OptionButton& option, Key key)
     const bool forward = key == Key::Down || key == Key::Right;
     if (!forward && key != Key::Up && key != Key::Left)
         return;
-    Control* other = form_.nextFocus(&option, forward);
+    Form& form = option.form();
+    Control* other = form.nextFocus(&option, forward);
     while (other != nullptr && other != &option) {
         auto* neighbour = dynamic_cast<OptionButton*>(other);
         if (neighbour != nullptr && neighbour->frame() == option.frame()) {
-            form_.moveFocus(neighbour, true);
-            form_.guarded([&] { neighbour->Value = true; });
+            form.moveFocus(neighbour, true);
+            form.guarded([&] { neighbour->Value = true; });
             return;
         }
-        other = form_.nextFocus(other, forward);
+        other = form.nextFocus(other, forward);
     }
 }
 

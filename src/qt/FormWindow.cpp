@@ -126,7 +126,7 @@ bool FormWindow::act(const std::function<bool(Acts&)>& what)
     if (!alive_)
         return false;
     ++busy_;
-    Acts acts(form_);
+    Acts acts;
     const bool done = what(acts);
     --busy_;
     outcome_ = done;
@@ -211,7 +211,7 @@ void FormWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore(); // The form hides the window, if it closes at all.
     if (!busy())
-        act([](Acts& acts) { return acts.close(); });
+        act([this](Acts& acts) { return acts.close(form_); });
 }
 
 void FormWindow::keyPressEvent(QKeyEvent* event)
@@ -228,7 +228,7 @@ void FormWindow::keyPressEvent(QKeyEvent* event)
 void FormWindow::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton && !busy())
-        act([](Acts& acts) { return acts.clickBackground(); });
+        act([this](Acts& acts) { return acts.clickBackground(form_); });
 }
 
 bool FormWindow::event(QEvent* event)

@@ -44,6 +44,13 @@ void Play::closed(Form& form)
     observe(u"cierra " + form.Name());
 }
 
+void Play::messageBox(StringView prompt, Integer flags, StringView title)
+{
+    observe(u"mensaje " + decimalText(flags) + u" " + quoted(title) + u" " + quoted(prompt));
+}
+
+void Play::failed(const RuntimeError& error) { observe(u"error " + decimalText(error.number())); }
+
 void Play::leave(Form& form)
 {
     const auto place = std::ranges::find(open_, &form);
@@ -93,7 +100,7 @@ void Play::callModule(const std::function<void()>& call)
     try {
         call();
     } catch (const RuntimeError& error) {
-        observe(u"error " + decimalText(error.number()));
+        failed(error);
     }
 }
 

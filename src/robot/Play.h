@@ -1,6 +1,7 @@
 #pragma once
 
-#include "robot/Person.h"
+#include "forms/Desktop.h"
+#include "forms/Person.h"
 #include "robot/ProcessState.h"
 #include "robot/Transcript.h"
 
@@ -32,10 +33,14 @@ public:
     /// For a host that opens the dialogs itself: the first command counts as read and is not run.
     void begin() { transcript_.begin(); }
 
-    // For the desktop.
+    // For the desktop: what a person would notice, written down.
     void observe(StringView line) { transcript_.observe(line); }
     void opened(Form& form);
     void closed(Form& form);
+    void messageBox(StringView prompt, Integer flags, StringView title);
+    void beep() { observe(u"bip"); }
+    /// A failure that no routine trapped, where it ends.
+    void failed(const RuntimeError& error);
     /// Goes on reading commands until the form is no longer visible.
     void goOnWhileOpen(Form& form);
 

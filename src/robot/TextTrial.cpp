@@ -45,7 +45,7 @@ C& part(Form& form, StringView name)
 void openFirstBranch(Form& bank)
 {
     constexpr int change = 3;
-    Acts acts(bank);
+    Acts acts;
     acts.clickTab(part<TabStrip>(bank, u"mstBanco"), 2);
     acts.clickCell(part<MSFlexGrid>(bank, u"msgBanco"), 1, 0);
     acts.click(bank.reach(u"cmdBotonera", change));
@@ -55,7 +55,7 @@ void openFirstBranch(Form& bank)
 
 void openFirstSection(Form& selection, Long kind)
 {
-    Acts acts(selection);
+    Acts acts;
     acts.choose(part<ComboBox>(selection, u"cboTipoEnsenanza"), kind);
     acts.choose(part<ComboBox>(selection, u"cboCursos"), 0);
     acts.choose(part<ComboBox>(selection, u"cboSecciones"), 0);
@@ -130,7 +130,7 @@ public:
             road->goOn(form);
         else
             visit_(form);
-        Acts(form).close();
+        Acts().close(form);
     }
 
 private:
@@ -187,7 +187,7 @@ private:
         for (Control* control : form.Controls)
             if (auto* strip = dynamic_cast<TabStrip*>(control))
                 for (Long tab = 1; tab <= strip->tabCount() && !box->accessible(); ++tab)
-                    Acts(form).clickTab(*strip, tab);
+                    Acts().clickTab(*strip, tab);
         return box->accessible() ? box : nullptr;
     }
 
@@ -206,7 +206,7 @@ private:
         for (Control* control : form.Controls)
             if (const auto* button = dynamic_cast<const CommandButton*>(control);
                 button != nullptr && button->Caption() == u"Aceptar") {
-                Acts(form).click(*control);
+                Acts().click(*control);
                 return;
             }
     }
@@ -228,16 +228,16 @@ private:
     {
         for (Control* control : form.Controls)
             if (auto* list = dynamic_cast<ComboBox*>(control); list != nullptr && list->ListCount() > 0)
-                Acts(form).choose(*list, list->ListCount() - 1);
+                Acts().choose(*list, list->ListCount() - 1);
         ++newRows_;
         for (Control* control : form.Controls)
             if (auto* box = dynamic_cast<TextBox*>(control); box != nullptr && box->Text().empty())
-                Acts(form).type(*box, decimalText(newRows_));
+                Acts().type(*box, decimalText(newRows_));
     }
 
     static void write(TextBox& box, StringView text, bool pasted)
     {
-        Acts acts(box.form());
+        Acts acts;
         acts.select(box, 0, static_cast<Long>(box.Text().size()));
         if (pasted)
             acts.paste(box, text);

@@ -147,7 +147,7 @@ inline std::int32_t numberOf(const auto& statement)
 struct FormTest : testing::Test {
     FakeDesktop screen;
     Ficha ficha{screen};
-    Acts acts{ficha};
+    Acts acts;
     std::string seen() { return screen.seen(); }
 };
 

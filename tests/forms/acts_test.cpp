@@ -41,7 +41,7 @@ TEST_F(ActsTest, an_act_moves_the_focus_first_and_only_where_it_is_not_yet)
     EXPECT_EQ(seen(), "chkUno.LostFocus optA.GotFocus optA.Click");
     EXPECT_TRUE(acts.click(ficha.optA));
     EXPECT_EQ(seen(), "") << "chosen already";
-    EXPECT_TRUE(acts.clickBackground());
+    EXPECT_TRUE(acts.clickBackground(ficha));
     EXPECT_EQ(seen(), "Fondo");
     EXPECT_EQ(ficha.ActiveControl(), &ficha.optA);
     ficha.cmd(0).Value = true;
@@ -62,7 +62,7 @@ TEST_F(ActsTest, what_is_disabled_or_hidden_or_within_such_cannot_be_acted_upon)
     EXPECT_FALSE(acts.focus(ficha.lblNombre) || acts.type(ficha.lblNombre, u" ") ||
                  acts.click(ficha.fraCaja));
     ficha.Enabled = false;
-    EXPECT_FALSE(acts.close() || acts.clickBackground() || acts.type(ficha.txtNombre, u"a"));
+    EXPECT_FALSE(acts.close(ficha) || acts.clickBackground(ficha) || acts.type(ficha.txtNombre, u"a"));
     ficha.Enabled = true;
     EXPECT_EQ(seen(), "");
     ficha.when["txtNombre.LostFocus"] = [&](Integer*) { ficha.cmd(0).Enabled = false; };

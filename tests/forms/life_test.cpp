@@ -9,7 +9,8 @@ constexpr auto breaks = [](Integer*) { throw RuntimeError(7, u"rota"); };
 
 TEST_F(Life, show_loads_opens_activates_gives_the_focus_and_returns_when_closed)
 {
-    screen.steps = {[&] { screen.note("paso"); }, [&] { acts.close(); }, [&] { FAIL() << "closed already"; }};
+    screen.steps = {[&] { screen.note("paso"); }, [&] { acts.close(ficha); },
+                    [&] { FAIL() << "closed already"; }};
     ficha.Show();
     EXPECT_EQ(seen(), "Load abre:Ficha Activate txtNombre.GotFocus paso Unload cierra:Ficha");
     EXPECT_FALSE(ficha.loaded());
@@ -25,7 +26,7 @@ TEST_F(Life, show_loads_opens_activates_gives_the_focus_and_returns_when_closed)
     EXPECT_EQ(numberOf([&] { ficha.Show(); }), 400);
     EXPECT_EQ(seen(), "");
     ficha.Hide();
-    ficha.when["Activate"] = [&](Integer*) { acts.close(); };
+    ficha.when["Activate"] = [&](Integer*) { acts.close(ficha); };
     screen.modals = 0;
     ficha.Show();
     EXPECT_EQ(seen(), "abre:Ficha Activate Unload cierra:Ficha");
@@ -63,7 +64,7 @@ TEST_F(Life, each_load_starts_from_the_design)
     ficha.mstTabs.Tabs(2).select();
     ficha.mstTabs.Tabs(2).Caption = u"Cambiada";
     ficha.chkUno.ZOrder();
-    acts.close();
+    acts.close(ficha);
     seen();
     ficha.Load();
     EXPECT_EQ(seen(), "Load") << "going back to the design raises nothing";
@@ -126,7 +127,7 @@ TEST_F(Life, a_handler_that_fails_ends_there_and_the_form_can_be_used)
     ficha.when["txtNombre.LostFocus"] = ficha.when["cmd(0).Click"] = ficha.when["Fondo"] = disable;
     EXPECT_TRUE(acts.click(ficha.cmd(0))) << "each event is left on its own";
     EXPECT_EQ(seen(), "txtNombre.LostFocus error:7 cmd(0).GotFocus cmd(0).Click error:7");
-    EXPECT_TRUE(acts.clickBackground());
+    EXPECT_TRUE(acts.clickBackground(ficha));
     EXPECT_EQ(seen(), "Fondo error:7");
     ficha.Enabled = false;
     EXPECT_EQ(numberOf([&] { ficha.guarded([&] { disable(nullptr); }); }), 0);
@@ -139,7 +140,7 @@ TEST_F(Life, a_handler_that_fails_ends_there_and_the_form_can_be_used)
     EXPECT_EQ(numberOf([&] { ficha.chkUno.Value = Integer{1}; }), 7);
     EXPECT_EQ(numberOf([&] { ficha.cboLista.SetFocus(); }), 7);
     ficha.when["Unload"] = breaks;
-    EXPECT_TRUE(acts.close());
+    EXPECT_TRUE(acts.close(ficha));
     EXPECT_EQ(seen(), "chkUno.Click cmd(0).LostFocus cboLista.GotFocus Unload cierra:Ficha error:7");
     EXPECT_FALSE(ficha.loaded());
     ficha.Load();
@@ -155,14 +156,14 @@ TEST_F(Life, unloading_raises_no_focus_events_and_is_not_entered_twice)
     };
     ficha.when["txtNombre.LostFocus"] = [&](Integer*) { ficha.Unload(); };
     ficha.open();
-    EXPECT_TRUE(acts.close());
+    EXPECT_TRUE(acts.close(ficha));
     EXPECT_EQ(seen(), "Unload cierra:Ficha");
     ficha.Unload();
     EXPECT_EQ(seen(), "");
     ficha.open();
     EXPECT_FALSE(acts.click(ficha.cmd(0))) << "the old control's LostFocus closed the form";
     EXPECT_EQ(seen(), "txtNombre.LostFocus Unload cierra:Ficha");
-    EXPECT_FALSE(acts.close() || acts.clickBackground() || acts.focus(ficha.txtNombre));
+    EXPECT_FALSE(acts.close(ficha) || acts.clickBackground(ficha) || acts.focus(ficha.txtNombre));
 }
 
 } // namespace

@@ -40,7 +40,7 @@ struct RowInUse : testing::TestWithParam<StringView> {
                     leaving = control;
             }
             ASSERT_NE(leaving, nullptr);
-            Acts(form).click(*leaving);
+            Acts().click(*leaving);
             EXPECT_FALSE(form.Visible());
         }};
         form.Show();

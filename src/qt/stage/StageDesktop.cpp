@@ -1,7 +1,5 @@
 #include "qt/stage/StageDesktop.h"
 
-#include "robot/ValueText.h"
-
 #include <QCoreApplication>
 #include <QMessageBox>
 #include <QScopedValueRollback>
@@ -25,15 +23,15 @@ void StageDesktop::closed(Form& form)
 
 void StageDesktop::messageBox(StringView prompt, Integer flags, StringView title)
 {
-    play_.observe(u"mensaje " + decimalText(flags) + u" " + quoted(title) + u" " + quoted(prompt));
+    play_.messageBox(prompt, flags, title);
     QtDesktop::messageBox(prompt, flags, title);
 }
 
-void StageDesktop::beep() { play_.observe(u"bip"); }
+void StageDesktop::beep() { play_.beep(); }
 
 void StageDesktop::handlerFailed(const RuntimeError& error)
 {
-    play_.observe(u"error " + decimalText(error.number()));
+    play_.failed(error);
     QtDesktop::handlerFailed(error);
 }
 
