@@ -1,3 +1,4 @@
+#include "robot/Play.h"
 #include "robot/Verbs.h"
 
 #include "forms/ComboBox.h"

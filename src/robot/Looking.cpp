@@ -1,3 +1,4 @@
+#include "robot/Play.h"
 #include "robot/ValueText.h"
 #include "robot/Verbs.h"
 

@@ -1,5 +1,7 @@
 #include "robot/Verbs.h"
 
+#include "runtime/Convert.h"
+
 #include <algorithm>
 #include <charconv>
 

@@ -1,10 +1,14 @@
 #pragma once
 
-#include "robot/Play.h"
+#include "robot/Guion.h"
+#include "runtime/Value.h"
 
+#include <optional>
 #include <span>
 
 namespace zv {
+
+class Play;
 
 using GuionArguments = std::vector<GuionArgument>;
 
