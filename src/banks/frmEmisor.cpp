@@ -92,6 +92,7 @@ void frmEmisor::design()
         .row(lblPresentador, cboPresentador, {&cmdNuevoPresentador})
         .floating(txtCodOrdenante)
         .buttons(cmdAceptar, cmdCancelar);
+    txtCodOrdenante.labelledBy(lblCodigoOrdenante);
     // The dialog shrinks by more than a row: what is left over goes above the submitter, so that the buttons
     // end as far below the postal code as they stand below the submitter.
     const Long spare = submitterRow - (cboPresentador.Top - txtCP.Top);

@@ -55,6 +55,10 @@ public:
     Form& form() const { return form_; }
     /// The frame that holds it, or nullptr when it stands on the form itself.
     Control* frame() const { return frame_; }
+    /// The label that names it (layouts record it), or nullptr: for those who do not see what stands beside
+    /// it.
+    const Control* label() const { return label_; }
+    void labelledBy(const Control& label) { label_ = &label; }
     /// Whether a person can act on it: visible and enabled, and so every frame around it and the form.
     bool accessible() const;
     virtual bool takesFocus() const { return false; }
@@ -91,6 +95,7 @@ private:
     ControlSite& site_;
     Form& form_;
     Control* frame_;
+    const Control* label_ = nullptr;
     StringView typeName_; ///< A literal.
     String name_;
     int index_;

@@ -109,6 +109,9 @@ Layout& Layout::labels(StringView sample)
 
 Layout& Layout::row(Label& label, Control& field, std::initializer_list<CommandButton*> small)
 {
+    field.labelledBy(label);
+    for (CommandButton* button : small)
+        button->labelledBy(label);
     Item item{Shape::beside, &label, {&field}, 1, {}, {}};
     item.controls.insert(item.controls.end(), small.begin(), small.end());
     return add(std::move(item));
@@ -116,6 +119,7 @@ Layout& Layout::row(Label& label, Control& field, std::initializer_list<CommandB
 
 Layout& Layout::above(Label& label, Control& field)
 {
+    field.labelledBy(label);
     return add({Shape::above, &label, {&field}, 1, {}, {}});
 }
 

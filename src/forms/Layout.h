@@ -30,7 +30,8 @@ public:
 
     /// Room for captions that come later: the label column is at least as wide as this text.
     Layout& labels(StringView sample);
-    /// A label and the field that it names; small buttons ("...", "<", ">") behind the field.
+    /// A label and the field that it names (which is recorded, as in all that take a label); small buttons
+    /// ("...", "<", ">") behind the field.
     Layout& row(Label& label, Control& field, std::initializer_list<CommandButton*> small = {});
     /// A label over its field, for long questions. The field is as wide as the dialog.
     Layout& above(Label& label, Control& field);

@@ -274,31 +274,13 @@ bool NotesView::handle(QObject& watched, QEvent& event)
 
 QString labelOf(const Control& field)
 {
-    const Label* best = nullptr;
-    Long bestDistance = 0;
-    constexpr Long other = 100000; // A label above counts only where none is at the left.
-    const Long middle = field.Top() + std::min<Long>(field.Height(), 315) / 2;
-    for (const Control* control : field.form().Controls) {
-        const auto* label = dynamic_cast<const Label*>(control);
-        if (label == nullptr || label->frame() != field.frame())
-            continue;
-        const Long bottom = label->Top() + label->Height();
-        const bool beside = label->Left() < field.Left() && label->Top() <= middle && middle <= bottom;
-        const bool above = bottom <= field.Top() + 60 && label->Left() < field.Left() + field.Width();
-        if (!beside && !above)
-            continue;
-        const Long distance = beside ? field.Left() - label->Left() : other + field.Top() - bottom;
-        if (best == nullptr || distance < bestDistance) {
-            best = label;
-            bestDistance = distance;
-        }
-    }
-    if (best == nullptr)
+    const auto* label = dynamic_cast<const Label*>(field.label());
+    if (label == nullptr)
         return {};
-    QString name = toQt(best->Caption()).trimmed();
+    QString name = toQt(label->Caption()).trimmed();
     if (name.endsWith(u':'))
         name.chop(1);
-    return best->Obligatorio() ? name + QStringLiteral(" (obligatorio)") : name;
+    return label->Obligatorio() ? name + QStringLiteral(" (obligatorio)") : name;
 }
 
 } // namespace zv

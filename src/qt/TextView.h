@@ -92,7 +92,7 @@ private:
     std::unique_ptr<NotesEdit> edit_;
 };
 
-/// What a screen reader calls a field: the label at its left, or else the one above it.
+/// What a screen reader calls a field: the caption of the label that names it.
 QString labelOf(const Control& field);
 
 } // namespace zv
