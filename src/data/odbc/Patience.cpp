@@ -11,9 +11,11 @@
 
 #ifdef __linux__
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 #endif
 
@@ -25,12 +27,17 @@ namespace fs = std::filesystem;
 
 const fs::path ownFiles = "/proc/self/fd";
 
-bool isConnected(int file)
+/// Whether a database may be at the other end. A desktop's own services have local sockets too.
+bool leadsToServer(int file)
 {
-    sockaddr_storage peer{};
+    sockaddr_un peer{};
     socklen_t size = sizeof peer;
     // NOLINTNEXTLINE(*-reinterpret-cast): sockets take their addresses so.
-    return getpeername(file, reinterpret_cast<sockaddr*>(&peer), &size) == 0;
+    if (getpeername(file, reinterpret_cast<sockaddr*>(&peer), &size) != 0)
+        return false;
+    const std::string_view path(peer.sun_path, strnlen(peer.sun_path, sizeof peer.sun_path));
+    return peer.sun_family != AF_UNIX || path.find(".s.PGSQL.") != std::string_view::npos ||
+           path.ends_with(".sock");
 }
 
 } // namespace
@@ -54,7 +61,7 @@ void Socket::find(const std::set<std::string>& before)
     for (const std::string& each : open()) {
         int file = -1;
         std::from_chars(each.data() + each.find(' ') + 1, each.data() + each.size(), file);
-        if (!before.contains(each) && isConnected(file))
+        if (!before.contains(each) && leadsToServer(file))
             fresh.push_back(file);
     }
     if (fresh.size() == 1)

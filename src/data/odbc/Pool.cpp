@@ -77,8 +77,10 @@ std::shared_ptr<Link> Pool::link()
         return transaction_;
     noticeLosses();
     auto found = std::ranges::find_if(links_, isFree);
-    while (found != links_.end() && hasEnded(*found))
-        found = std::find_if(links_.erase(found), links_.end(), isFree);
+    while (found != links_.end() && hasEnded(*found)) {
+        links_.erase(found);
+        found = std::ranges::find_if(links_, isFree);
+    }
     if (found == links_.end()) {
         links_.push_back(freshLink());
         return links_.back();
