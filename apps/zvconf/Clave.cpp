@@ -141,9 +141,11 @@ int makeKey(Arguments arguments)
 {
     const Options options(arguments, {});
     const fs::path place = keyPlace();
-    if (!createKey(place, CipherKey::random()))
+    if (!createKey(place, CipherKey::random())) {
+        readKey(place); // What is there may be something else.
         failCipher(u"Ya hay una clave en " + place.u16string() +
                    u": no se ha tocado. Con «zvconf clave cambiar» se hace una nueva.");
+    }
     printLine(u"Creada la clave en " + place.u16string() +
               u". Guarde una copia en lugar seguro: sin ella las enfermedades no se pueden leer.");
     return done;

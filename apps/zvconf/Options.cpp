@@ -1,5 +1,7 @@
 #include "zvconf/Command.h"
 
+#include "data/Engine.h"
+
 #include <algorithm>
 
 namespace zv::zvconf {
@@ -10,7 +12,7 @@ Options::Options(Arguments arguments, std::initializer_list<Option> known)
         const String& name = arguments.front();
         const auto option = std::ranges::find(known, StringView(name), &Option::name);
         if (option == known.end())
-            throw UsageError(u"«" + name + u"» no es una opción de esta orden.");
+            throw UsageError(u"«" + withoutPassword(name) + u"» no es una opción de esta orden.");
         arguments = arguments.subspan(1);
         if (arguments.size() < option->values)
             throw UsageError(u"A " + name + u" le falta su valor.");

@@ -8,7 +8,10 @@
 #include "suite/Sample.h"
 
 #include <algorithm>
+#include <atomic>
 #include <charconv>
+#include <csignal>
+#include <ctime>
 #include <iterator>
 
 namespace zv::zvconf {
@@ -27,6 +30,41 @@ Long rowNumber(const String& text)
         throw UsageError(u"«" + text + u"» no es el número de una fila.");
     return row;
 }
+
+/// Ctrl-C and the like wait until what was begun can be taken back; a later one waits for nothing.
+class Interruptions {
+public:
+    Interruptions() { handle(note); }
+    Interruptions(const Interruptions&) = delete;
+    Interruptions& operator=(const Interruptions&) = delete;
+    ~Interruptions() { handle(SIG_DFL); }
+    static void check()
+    {
+        if (came != 0)
+            throw std::runtime_error("Se ha interrumpido: no se ha creado nada.");
+    }
+
+private:
+    static void handle(void (*handler)(int))
+    {
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+            std::signal(signal, handler);
+    }
+    /// Some send it twice at once, to the program and to its group.
+    static void note(int signal)
+    {
+        const std::time_t now = std::time(nullptr);
+        if (came == 0) {
+            came = now;
+        } else if (now > came + 1) {
+            std::signal(signal, SIG_DFL);
+            std::raise(signal);
+        }
+    }
+
+    inline static std::atomic<std::time_t> came = 0;
+    static_assert(decltype(came)::is_always_lock_free);
+};
 
 int list(Connection& centro)
 {
@@ -57,9 +95,15 @@ int crear(Arguments arguments)
 {
     const Options options(arguments, {database, {u"--ejemplo"}});
     const bool sample = options.has(u"--ejemplo");
-    createSchool(urlOf(options), sample ? fillSample : nullptr);
+    const Interruptions interruptions;
+    createSchool(urlOf(options), [&](School& school) {
+        Interruptions::check();
+        if (sample)
+            fillSample(school);
+        Interruptions::check();
+    });
     printLine(u"Creado " + String(sample ? u"el centro de ejemplo" : u"un centro vacío") + u" en " +
-              urlOf(options) + u".");
+              withoutPassword(urlOf(options)) + u".");
     return done;
 }
 
@@ -68,8 +112,13 @@ int comprobar(Arguments arguments)
     const Options options(arguments, {database});
     const School school = inspectSchool(urlOf(options));
     Engine& engine = engineOf(urlOf(options));
-    std::vector<String> findings = checkSchool(school, engine);
-    std::ranges::move(checkAccess(school, engine), std::back_inserter(findings));
+    const std::vector<String> damage = checkDamage(school, engine);
+    std::vector<String> findings = damage;
+    // What is broken cannot be asked for its tables.
+    if (damage.empty()) {
+        findings = checkSchool(school, engine);
+        std::ranges::move(checkAccess(school, engine), std::back_inserter(findings));
+    }
     for (const String& each : findings)
         printLine(each);
     if (findings.empty())
@@ -77,7 +126,7 @@ int comprobar(Arguments arguments)
     else
         printLine(statement(u"Defectos: {}. Pida que los corrija quien lleva las bases de datos.",
                             {static_cast<Long>(findings.size())}));
-    if (!hasRegister(school, engine))
+    if (damage.empty() && !hasRegister(school, engine))
         printLine(u"La tabla RegistroActivo no está todavía: la hace el primero que abre una fila. Si a los "
                   u"usuarios no se les deja crear tablas, créela antes (docs/escala.md dice cómo): sin ella "
                   u"nadie puede cambiar ninguna fila.");

@@ -24,7 +24,8 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Crea las tres bases de datos de un centro: la del centro, la de borrados y la de entrada.
       Con --ejemplo las llena con un centro de ejemplo; sin ella quedan vacías.
   zvconf comprobar --bd URL
-      Comprueba que las bases de datos tienen las tablas y columnas que hacen falta.
+      Comprueba que las bases de datos tienen las tablas y columnas que hacen falta, y que el disco no
+      ha estropeado sus ficheros.
   zvconf registros --bd URL [--liberar FORMULARIO FILA | --liberar-todo]
       Dice qué filas están abiertas, por quién y desde cuándo, o las libera.
   zvconf clave crear | lugar | cambiar --bd URL
@@ -57,6 +58,10 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
 URL es sqlite:FICHERO (junto a colegio.db están colegio.borrado.db y colegio.entrada.db), o un servidor
 por ODBC: odbc:DSN=NOMBRE u odbc:Driver=...;Server=...;Database=...;UID=...;PWD=... En PostgreSQL las tres
 bases son los esquemas ESQUEMA, ESQUEMA_borrado y ESQUEMA_entrada: añada ESQUEMA=NOMBRE, o será «centro».
+Una instrucción que pasa de 60 segundos falla; ESPERA=N pone otro plazo, y ESPERA=0 ninguno.
+Una contraseña en el URL la ve cualquiera en la lista de procesos: quite PWD=, y póngala en odbc.ini, en
+la variable ZV_CONTRASENA, o en la primera línea del fichero, suyo y de nadie más (chmod 600), que nombre
+la variable ZV_CONTRASENA_FICHERO.
 
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
 algo, la fila que se libera no estaba registrada, un guion ve otra cosa); con 2 si la orden no se ha podido hacer.
@@ -76,7 +81,7 @@ int run(const std::vector<String>& words)
     }
     const auto command = std::ranges::find(commands, StringView(words.front()), &Command::name);
     if (command == std::end(commands))
-        throw UsageError(u"«" + words.front() + u"» no es una orden.");
+        throw UsageError(u"«" + withoutPassword(words.front()) + u"» no es una orden.");
     registerEngine(sqliteEngine());
     registerEngine(odbcEngine());
     registerEngine(lateEngine());

@@ -11,6 +11,7 @@
 #include "zvhost/Gallery.h"
 #include "zvhost/MainWindow.h"
 #include "zvhost/Start.h"
+#include "zvhost/Widgets.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -120,7 +121,8 @@ int mainWindow(const QStringList& words)
 {
     const Words given(words, {valued("bd")});
     if (!given.rest().isEmpty())
-        throw std::invalid_argument("«" + given.rest().front().toStdString() + "» no es una orden.");
+        throw std::invalid_argument("«" + shownUrl(fromQt(given.rest().front())).toStdString() +
+                                    "» no es una orden.");
     const OnScreen screen;
     std::optional<MainWindow> window;
     const auto build = [&] { window.emplace(); };

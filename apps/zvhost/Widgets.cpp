@@ -1,5 +1,6 @@
 #include "zvhost/Widgets.h"
 
+#include "data/Engine.h"
 #include "qt/QtText.h"
 
 #include <QCloseEvent>
@@ -10,7 +11,6 @@
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTableView>
 #include <QTimer>
 
@@ -41,13 +41,7 @@ protected:
 
 } // namespace
 
-QString shownUrl(const String& url)
-{
-    static const QRegularExpression password(
-        QStringLiteral("(?<=[:;])\\s*(pwd|password)\\s*=\\s*(\\{([^}]|\\}\\})*\\}|[^;]*);?"),
-        QRegularExpression::CaseInsensitiveOption);
-    return toQt(url).remove(password);
-}
+QString shownUrl(const String& url) { return toQt(withoutPassword(url)); }
 
 void say(QWidget* parent, const QString& title, const QString& text)
 {

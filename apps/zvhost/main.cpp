@@ -33,31 +33,41 @@ constexpr const char* help = R"(zvhost: la configuración del centro, en su escr
   zvhost --version
   zvhost --help
 
+URL es como en «zvconf --help», que dice también dónde poner una contraseña para que no la vea nadie.
 Termina con 0 si todo va bien, y con 2 si la orden no se ha podido hacer; guion, como el de zvconf.
 )";
+
+/// What the toolkit says of a screen in memory on a machine without a session of a person: nobody bounds the
+/// size of its windows, and it keeps nothing for anyone. It would drown what is said of the dialogs.
+void quieten()
+{
+    static const QtMessageHandler usual =
+        qInstallMessageHandler([](QtMsgType kind, const QMessageLogContext& context, const QString& text) {
+            if (!text.startsWith(QStringLiteral("This plugin does not support propagateSizeHints")) &&
+                !text.startsWith(QStringLiteral("QStandardPaths: XDG_RUNTIME_DIR not set")))
+                usual(kind, context, text);
+        });
+}
 
 /// Pictures and guiones need no screen; without one Qt draws them in memory.
 bool prepareScreen(bool needed)
 {
 #ifdef Q_OS_LINUX
+    const char* const inMemory = "offscreen";
     const bool screen = qEnvironmentVariableIsSet("DISPLAY") ||
                         qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
                         qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-    if (screen)
-        return true;
-    if (needed) {
+    if (!screen && needed) {
         std::cerr
             << "zvhost: no hay pantalla. Ábralo en un escritorio, o use «zvhost guion», «zvhost galeria» o "
                "zvconf.\n";
         return false;
     }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Drawn in memory, every window complains that nobody bounds its size: that would drown what is said.
-    static const QtMessageHandler usual =
-        qInstallMessageHandler([](QtMsgType kind, const QMessageLogContext& context, const QString& text) {
-            if (!text.startsWith(QStringLiteral("This plugin does not support")))
-                usual(kind, context, text);
-        });
+    if (!screen)
+        qputenv("QT_QPA_PLATFORM", inMemory);
+    // The second run that draws the gallery inherits it.
+    if (qgetenv("QT_QPA_PLATFORM") == inMemory)
+        quieten();
 #endif
     return true;
 }

@@ -23,6 +23,20 @@ StringView schemeOf(StringView url)
     return colon == StringView::npos ? StringView() : url.substr(0, colon);
 }
 
+/// Behind the attribute's value that begins here, and the sign that ends it. In braces it may hold that sign,
+/// and a closing one doubled.
+std::size_t endOfValue(StringView text, std::size_t from)
+{
+    from = text.find_first_not_of(u' ', from);
+    if (from < text.size() && text[from] == u'{') {
+        from = text.find(u'}', from);
+        while (from < text.size() - 1 && text[from + 1] == u'}')
+            from = text.find(u'}', from + 2);
+    }
+    const std::size_t end = text.find(u';', std::min(from, text.size()));
+    return end == StringView::npos ? text.size() : end + 1;
+}
+
 } // namespace
 
 std::filesystem::path fileOf(const std::filesystem::path& live, Database which)
@@ -52,9 +66,26 @@ Engine& engineOf(StringView url)
     String schemes;
     for (const auto& engine : engines())
         schemes += (schemes.empty() ? u"«" : u", «") + String(engine->scheme()) + u":»";
-    throw RuntimeError(failure::otherData,
-                       u"«" + String(url) + u"» no dice en qué motor está la base de datos; empiece por " +
-                           (schemes.empty() ? String(u"(ninguno disponible)") : schemes) + u".");
+    throw RuntimeError(failure::otherData, u"«" + withoutPassword(url) +
+                                               u"» no dice en qué motor está la base de datos; empiece por " +
+                                               (schemes.empty() ? String(u"(ninguno disponible)") : schemes) +
+                                               u".");
+}
+
+String withoutPassword(StringView url)
+{
+    String result(url);
+    for (const StringView name : {u"password", u"pwd"})
+        for (std::size_t from = 0; (from = lowerName(result).find(name, from)) != String::npos;) {
+            const std::size_t sign = result.find_first_not_of(u' ', from + name.size());
+            if (sign < result.size() && result[sign] == u'=')
+                result.erase(from, endOfValue(result, sign + 1) - from);
+            else
+                from += name.size();
+        }
+    if (result.ends_with(u';') && !url.ends_with(u';'))
+        result.pop_back();
+    return result;
 }
 
 StringView locationOf(StringView url)

@@ -3,6 +3,7 @@
 #include "data/Connection.h"
 
 #include <filesystem>
+#include <memory>
 #include <vector>
 
 namespace zv {
@@ -19,6 +20,17 @@ struct FoundTable {
     std::vector<String> columns;
 };
 
+/// A school in the making, aside: nobody finds it where it is to be before putInPlace(). It goes with the
+/// object that was not put in place. What one leaves behind that was killed, the next takes away.
+class SchoolToBe {
+public:
+    virtual ~SchoolToBe() = default;
+    /// Where its databases are made.
+    virtual String location() const = 0;
+    /// All three, or none; no connection to them may be open. Fails if there is one by now.
+    virtual void putInPlace() = 0;
+};
+
 /// A kind of database server or file, chosen by the scheme of a URL ("sqlite:colegio.db").
 class Engine {
 public:
@@ -33,6 +45,8 @@ public:
     virtual void settle(Connection& /*connection*/) {}
     /// The same as open() for looking only: nothing of it is changed, and no right to write is needed.
     virtual ConnectionPtr inspect(StringView location, Database which) = 0;
+    /// Begins a school at a location. Fails if one of its databases is there already.
+    virtual std::unique_ptr<SchoolToBe> make(StringView location) = 0;
     /// Makes a new, empty database (no tables yet). Fails if there is one already.
     virtual ConnectionPtr create(StringView location, Database which) = 0;
     /// Takes away a database that create() made; its connections must be gone. One that is not there is no
@@ -42,6 +56,9 @@ public:
     virtual ConnectionPtr temporary(StringView location, Database which) = 0;
     /// The tables of a database that this engine opened.
     virtual std::vector<FoundTable> tables(Connection& connection) = 0;
+    /// What the engine finds broken in a database that it opened, in its own words; nothing where it does not
+    /// look.
+    virtual std::vector<String> damage(Connection& /*connection*/) { return {}; }
 };
 
 /// Where a school's databases are files: the one of `which`, by the path of the live one (colegio.db,
@@ -53,6 +70,8 @@ void registerEngine(std::unique_ptr<Engine> engine);
 /// The engine of a URL's scheme; a scheme that no engine knows fails with a RuntimeError that names those
 /// that exist.
 Engine& engineOf(StringView url);
+/// For a person to read, and to be kept: a URL, or what was meant for one, without the passwords in it.
+String withoutPassword(StringView url);
 /// The URL without its scheme.
 StringView locationOf(StringView url);
 

@@ -134,7 +134,19 @@ void checkReading(Findings& findings, Connection& base, const std::vector<FoundT
     }
 }
 
-using Check = void (*)(Findings&, Connection&, const std::vector<FoundTable>&, Database);
+void checkFile(Findings& findings, const std::vector<String>& damage)
+{
+    if (damage.empty())
+        return;
+    findings.add(
+        u"está dañada ({}{}). Que nadie siga con ella: ponga en su lugar la última copia de seguridad "
+        u"de las tres bases. Si no la hay, guarde una copia de los ficheros tal como están antes de "
+        u"intentar recuperarlos.",
+        {damage.front(),
+         damage.size() > 1 ? statement(u", y {} más", {static_cast<Long>(damage.size() - 1)}) : String()});
+}
+
+using Check = void (*)(Findings&, Engine&, Connection&, Database);
 
 std::vector<String> inAllDatabases(const School& school, Engine& engine, Check check)
 {
@@ -148,7 +160,7 @@ std::vector<String> inAllDatabases(const School& school, Engine& engine, Check c
     std::vector<String> lines;
     for (const auto& [base, name, which] : databases) {
         Findings findings(lines, name);
-        check(findings, *(school.*base), engine.tables(*(school.*base)), which);
+        check(findings, engine, *(school.*base), which);
     }
     return lines;
 }
@@ -158,13 +170,25 @@ std::vector<String> inAllDatabases(const School& school, Engine& engine, Check c
 std::vector<String> checkSchool(const School& school, Engine& engine)
 {
     return inAllDatabases(school, engine,
-                          [](Findings& findings, Connection&, const std::vector<FoundTable>& found,
-                             Database which) { checkDatabase(findings, found, which); });
+                          [](Findings& findings, Engine& asked, Connection& base, Database which) {
+                              checkDatabase(findings, asked.tables(base), which);
+                          });
 }
 
 std::vector<String> checkAccess(const School& school, Engine& engine)
 {
-    return inAllDatabases(school, engine, checkReading);
+    return inAllDatabases(school, engine,
+                          [](Findings& findings, Engine& asked, Connection& base, Database which) {
+                              checkReading(findings, base, asked.tables(base), which);
+                          });
+}
+
+std::vector<String> checkDamage(const School& school, Engine& engine)
+{
+    return inAllDatabases(school, engine,
+                          [](Findings& findings, Engine& asked, Connection& base, Database /*which*/) {
+                              checkFile(findings, asked.damage(base));
+                          });
 }
 
 bool hasRegister(const School& school, Engine& engine)

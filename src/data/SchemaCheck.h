@@ -14,6 +14,9 @@ std::vector<String> checkSchool(const School& school, Engine& engine);
 /// costs a statement each.
 std::vector<String> checkAccess(const School& school, Engine& engine);
 
+/// What the engine itself finds broken, one line for each database. It reads them to their end.
+std::vector<String> checkDamage(const School& school, Engine& engine);
+
 /// Whether the table is there in which stations register rows. The first that opens a row makes it, if he
 /// may.
 bool hasRegister(const School& school, Engine& engine);

@@ -54,23 +54,18 @@ School inspectSchool(StringView url) { return existing(url, &Engine::inspect); }
 School createSchool(StringView url, const std::function<void(School&)>& fill)
 {
     Engine& engine = engineOf(url);
-    School school;
-    std::vector<Database> made;
-    try {
+    const std::unique_ptr<SchoolToBe> making = engine.make(locationOf(url));
+    {
+        School school;
         for (const Database which : all) {
-            member(school, which) = engine.create(locationOf(url), which);
-            made.push_back(which);
+            member(school, which) = engine.create(making->location(), which);
             makeTables(*member(school, which), which, engine.ddl());
         }
         if (fill)
             fill(school);
-    } catch (...) {
-        school = {};
-        for (const Database which : made)
-            engine.remove(locationOf(url), which);
-        throw;
     }
-    return school;
+    making->putInPlace();
+    return existing(url, &Engine::open);
 }
 
 School temporarySchool(StringView url)

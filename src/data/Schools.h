@@ -11,8 +11,8 @@ namespace zv {
 School openSchool(StringView url, const std::function<void(const School&)>& check = {});
 /// The same for looking only: nothing of them is changed, and no right to write is needed.
 School inspectSchool(StringView url);
-/// Makes the three databases with all their tables, empty or as `fill` leaves them. Fails if one exists
-/// already or `fill` fails, and then leaves nothing behind.
+/// Makes the three databases with all their tables, empty or as `fill` leaves them. Until all is there, they
+/// are nowhere to be found. Fails if one exists already or `fill` fails, and then leaves nothing behind.
 School createSchool(StringView url, const std::function<void(School&)>& fill = {});
 /// Fresh databases with all tables, empty, that are gone with their connections. "sqlite:" makes them in
 /// memory.

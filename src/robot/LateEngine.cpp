@@ -83,6 +83,20 @@ private:
     ConnectionPtr late_;
 };
 
+/// Where it is made is a URL behind the scheme.
+class LateSchoolToBe final : public SchoolToBe {
+public:
+    explicit LateSchoolToBe(StringView url)
+        : scheme_(engineOf(url).scheme()), inner_(engineOf(url).make(locationOf(url)))
+    {}
+    String location() const override { return scheme_ + u":" + inner_->location(); }
+    void putInPlace() override { inner_->putInPlace(); }
+
+private:
+    String scheme_;
+    std::unique_ptr<SchoolToBe> inner_;
+};
+
 class LateEngine final : public Engine {
 public:
     StringView scheme() const override { return u"tardia"; }
@@ -99,6 +113,14 @@ public:
     ConnectionPtr create(StringView url, Database which) override
     {
         return reached(url, which, &Engine::create);
+    }
+    std::unique_ptr<SchoolToBe> make(StringView url) override
+    {
+        return std::make_unique<LateSchoolToBe>(url);
+    }
+    std::vector<String> damage(Connection& connection) override
+    {
+        return inner_->damage(dynamic_cast<LateSchoolConnection&>(connection).inner());
     }
     void remove(StringView url, Database which) override { engineOf(url).remove(locationOf(url), which); }
     ConnectionPtr temporary(StringView url, Database which) override

@@ -103,7 +103,7 @@ private:
         } catch (const GuionError& error) {
             mistake(toUtf8(file) + ":" + std::to_string(error.line()), error);
         } catch (const std::exception& error) {
-            mistake(toUtf8(file), error);
+            mistake(toUtf8(withoutPassword(file)), error);
         }
     }
 

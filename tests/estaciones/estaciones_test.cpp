@@ -16,6 +16,7 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -262,6 +263,43 @@ TEST_P(Stations, one_killed_while_it_saves_leaves_what_had_returned_and_no_more)
     std::cout << kills << " killed, " << held << " with the row open, " << within << " within a statement\n";
 }
 
+TEST_P(Stations, one_killed_while_it_makes_a_school_leaves_none_and_the_next_clears_up)
+{
+    const auto die = [](School&) { ::kill(getpid(), SIGKILL); };
+    const auto opens = [&] {
+        try {
+            openSchool(url);
+        } catch (const RuntimeError&) {
+            return false;
+        }
+        return true;
+    };
+    EXPECT_EQ(statusOf(start([&](int) { return createSchool(url, die), 0; })), SIGKILL);
+    EXPECT_FALSE(opens());
+    std::string made = "sqlite";
+    if (GetParam() != "sqlite") {
+        const Process player = start([&](int out) {
+            School school = temporarySchool(url);
+            const std::string name =
+                toUtf8(CStr(school.centro->executeNative(u"SELECT current_schema()")->row().front())) + "\n";
+            static_cast<void>(!write(out, name.data(), name.size()));
+            die(school);
+            return 0;
+        });
+        std::array<char, 200> line{};
+        ASSERT_NE(fgets(line.data(), line.size(), player.second), nullptr);
+        made = std::string(line.data(), std::strlen(line.data()) - 1);
+        EXPECT_EQ(statusOf(player), SIGKILL);
+        usleep(300'000); // Until the server has noticed.
+    }
+    create();
+    EXPECT_TRUE(opens());
+    if (GetParam() == "sqlite")
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 3);
+    else
+        EXPECT_EQ(one(u"SELECT COUNT(*) FROM pg_namespace WHERE nspname='" + fromUtf8(made) + u"'"), 0);
+}
+
 constexpr const char* refused = R"(abrir 65 2 1
 > muestra frmEstadoCivil "Propiedades del Estado Civil Soltero/a"
 escribir txtIdioma "Otro"
@@ -393,6 +431,32 @@ TEST_P(LostServer, that_says_nothing_is_waited_for_once_and_not_by_each_statemen
     ::kill(process, SIGCONT);
     sleep(3);
     EXPECT_FALSE(lost());
+}
+
+TEST_P(LostServer, that_ends_an_idle_link_between_two_answers_of_a_guidance_loses_none)
+{
+    create();
+    const std::string save = "abrir 122 1 0\nelegir cboCursos 0\nelegir cboSecciones 0\npulsar "
+                             "cmdNotaManual1(0)\nelegir cboRespuesta(0) 2\nelegir cboRespuesta(1) 1\npulsar "
+                             "cmdNotaManual1(0)\ncerrar\n";
+    const School other = openSchool(url);
+    School undisturbed = temporarySchool(u"sqlite:");
+    fillSampleSchool(undisturbed);
+    for (const School* each : {&other, &std::as_const(undisturbed)})
+        each->centro->Execute(u"Update ConsejoOrientador_Nota Set codCOResp=0");
+    int ended = 0;
+    const std::string seen = played(save, [&](const std::string& what, StringView statement) {
+        if (what != "va" || statement.starts_with(u"S") || ++ended > 4)
+            return;
+        other.centro->Execute(u"SELECT pg_terminate_backend(pid,5000) FROM pg_stat_activity WHERE "
+                              u"backend_type='client backend' AND pid<>pg_backend_pid()");
+    });
+    const Guion guion = readGuion(save);
+    Play play(guion, undisturbed, scriptedStage);
+    play.run();
+    EXPECT_EQ(seen, toUtf8(play.transcript().text()));
+    EXPECT_EQ(written(*openSchool(url).centro), written(*undisturbed.centro));
+    EXPECT_GT(ended, 4);
 }
 
 INSTANTIATE_TEST_SUITE_P(each, LostServer, testing::Values("postgres"));

@@ -5,6 +5,17 @@
 #include "data/Schools.h"
 #include "data/odbc/ConnectionText.h"
 #include "data/odbc/Failure.h"
+#include "data/odbc/Password.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <thread>
 
 using namespace zv;
 
@@ -29,7 +40,28 @@ TEST(ConnectionText, is_parted_as_the_driver_manager_parts_it)
     EXPECT_EQ(text.find(u"Esquema"), std::nullopt);
     text.set(u"Port", u"5432");
     EXPECT_EQ(text.text(), u"Driver={a;b}}c};UID=ana;PWD=;x}=;dsn=d;DSN=e;suelto=;Port=5432;");
-    EXPECT_EQ(text.shown().find(u"PWD"), String::npos);
+    EXPECT_EQ(text.shown(), u"odbc:Driver={a;b}}c};UID=ana;x}=;dsn=d;DSN=e;suelto=;Port=5432;");
+}
+
+TEST(Password, comes_from_outside_where_the_text_has_none)
+{
+    const std::filesystem::path file =
+        std::filesystem::temp_directory_path() / ("zv-contrasena-" + std::to_string(getpid()));
+    EXPECT_EQ(odbc::passwordFromOutside(), std::nullopt);
+    setenv("ZV_CONTRASENA_FICHERO", file.c_str(), 1);
+    EXPECT_NE(numberOf(odbc::passwordFromOutside, u"no se puede leer"), 0);
+    std::ofstream(file) << "señal;1\r\nmás\n";
+    std::filesystem::permissions(file, std::filesystem::perms(0640));
+    EXPECT_NE(numberOf(odbc::passwordFromOutside, u"chmod 600"), 0);
+    std::filesystem::permissions(file, std::filesystem::perms(0600));
+    EXPECT_EQ(odbc::passwordFromOutside(), u"señal;1");
+    setenv("ZV_CONTRASENA", "otra", 1);
+    EXPECT_EQ(odbc::passwordFromOutside(), u"otra");
+    unsetenv("ZV_CONTRASENA");
+    std::ofstream(file).flush();
+    EXPECT_NE(numberOf(odbc::passwordFromOutside, u"está vacío"), 0);
+    unsetenv("ZV_CONTRASENA_FICHERO");
+    std::filesystem::remove(file);
 }
 
 TEST(OdbcFailure, engines_that_share_a_state_are_told_apart)
@@ -141,21 +173,29 @@ TEST_F(Server, values_have_their_kinds)
     EXPECT_EQ(*row[8].as<Long>(), 1);
 }
 
-TEST_F(Server, a_lost_connection_is_told_once)
+TEST_F(Server, a_link_that_ended_is_told_once_under_a_statement_and_never_while_it_stood_idle)
 {
+    base->Execute(u"CREATE TABLE t (a INTEGER)");
     const RecordsetPtr open = base->Execute(u"Select pg_backend_pid() as i from generate_series(1,5000)");
     const String its = CStr(open->Fields(u"i"));
     const ConnectionPtr other = engine->temporary(place, Database::borrado);
-    const String own = all(u"Select pg_backend_pid()");
-    for (const RecordsetPtr ended =
-             other->Execute(u"Select pg_terminate_backend(" + own + u"), pg_terminate_backend(" + its + u")");
-         !ended->Eof();)
-        ended->MoveNext();
-    EXPECT_EQ(numberOf([&] { base->Execute(u"CREATE TABLE t (a INTEGER)"); }), failure::connectionLost);
+    const auto end = [&](Connection& by, const String& which) {
+        by.Execute(u"Select pg_terminate_backend(" + which + u",5000)");
+    };
+    end(*other, all(u"Select pg_backend_pid()"));
+    end(*other, its);
+    EXPECT_EQ(numberOf([&] { base->Execute(u"Insert into t values (1)"); }), 0);
     EXPECT_EQ(CStr(open->Fields(u"i")), its);
     open->Close();
-    EXPECT_EQ(base->Execute(u"CREATE TABLE t (a INTEGER)")->State(), 0);
-    EXPECT_EQ(all(u"Select count(*) from t"), u"0 ");
+    EXPECT_EQ(numberOf([&] { end(*base, u"pg_backend_pid()"); }), failure::connectionLost);
+    base->Execute(u"Insert into t values (2)");
+    EXPECT_EQ(all(u"Select a from t"), u"1 2 ");
+    base->executeNative(u"BEGIN");
+    base->Execute(u"Insert into t values (3)");
+    end(*other, all(u"Select pg_backend_pid()"));
+    EXPECT_EQ(numberOf([&] { base->Execute(u"Insert into t values (4)"); }), failure::connectionLost)
+        << "half a transaction is not to be written";
+    EXPECT_EQ(all(u"Select a from t"), u"1 2 ");
     EXPECT_EQ(numberOf([&] { engine->open(u"DSN=zv_prueba;PWD=oculta;ESQUEMA=nada", Database::centro); },
                        u"no tiene el esquema «nada»"),
               failure::otherData);
@@ -167,7 +207,70 @@ TEST_F(Server, a_lost_connection_is_told_once)
     const String ansi = u"Driver=PostgreSQL ANSI;UID=zv;Database=postgres;Port=5432;Server=" +
                         CStr(base->Execute(u"SHOW unix_socket_directories")->row().front());
     EXPECT_EQ(numberOf([&] { engine->open(ansi, Database::centro); }, u"sin Unicode"), failure::otherData);
+    for (const StringView wrong : {u"", u"-1", u"1.5", u"86401"})
+        EXPECT_EQ(numberOf([&] { engine->open(u"DSN=zv_prueba;ESPERA=" + String(wrong), Database::centro); },
+                           u"ESPERA=N"),
+                  failure::otherData);
     const String tooLong = u"DSN=zv_prueba;ESQUEMA=" + String(60, u'x');
     EXPECT_EQ(numberOf([&] { engine->create(tooLong, Database::borrado); }, u"demasiado largo"),
               failure::otherData);
+}
+
+/// Where its socket cannot be told from others that came at the same moment, an idle link is asked.
+TEST_F(Server, a_link_whose_socket_is_not_known_is_asked_whether_it_lives)
+{
+    std::vector<int> crowd;
+    std::atomic<bool> over = false;
+    sockaddr_un address{AF_UNIX, {}};
+    const std::string path =
+        toUtf8(CStr(base->Execute(u"SHOW unix_socket_directories")->row().front())) + "/.s.PGSQL.5432";
+    std::ranges::copy(path, address.sun_path);
+    std::thread opening([&] {
+        while (!over && crowd.size() < 60) {
+            crowd.push_back(socket(AF_UNIX, SOCK_STREAM, 0));
+            EXPECT_EQ(connect(crowd.back(), reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    const ConnectionPtr unknown = engine->temporary(place, Database::borrado);
+    over = true;
+    opening.join();
+    for (const int each : crowd)
+        close(each);
+    unknown->Execute(u"CREATE TABLE t (a INTEGER)");
+    const String its = CStr(unknown->Execute(u"Select pg_backend_pid()")->row().front());
+    base->Execute(u"Select pg_terminate_backend(" + its + u",5000)");
+    std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+    EXPECT_EQ(numberOf([&] { unknown->Execute(u"Insert into t values (1)"); }), 0);
+}
+
+TEST_F(Server, one_that_says_nothing_is_waited_for_as_long_as_agreed)
+{
+    const ConnectionPtr patient = engine->temporary(String(place) + u";ESPERA=1", Database::borrado);
+    const auto seconds = [](const auto& act) {
+        const auto begun = std::chrono::steady_clock::now();
+        act();
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
+    };
+    patient->Execute(u"CREATE TABLE t (a INTEGER)");
+    const double slow = seconds(
+        [&] { EXPECT_EQ(numberOf([&] { patient->Execute(u"Select pg_sleep(4)"); }), failure::locked); });
+    EXPECT_LT(slow, 3) << "the server itself ends what takes long";
+    const pid_t process = CLng(patient->Execute(u"Select pg_backend_pid()")->row().front());
+    kill(process, SIGSTOP);
+    const double silent = seconds([&] {
+        EXPECT_EQ(numberOf([&] { patient->Execute(u"Insert into t values (1)"); }, u"no contesta"),
+                  failure::connectionLost);
+    });
+    EXPECT_GE(silent, 5.9);
+    EXPECT_LT(silent, 9);
+    EXPECT_LT(
+        seconds([&] { EXPECT_NE(numberOf([&] { patient->Execute(u"Insert into t values (2)"); }), 0); }), 1)
+        << "what else a dialog saves does not wait as long again";
+    std::this_thread::sleep_for(std::chrono::milliseconds(2100));
+    EXPECT_EQ(numberOf([&] { patient->Execute(u"Insert into t values (3)"); }), 0);
+    kill(process, SIGCONT);
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_LE(CLng(patient->Execute(u"Select count(*) from t where a=1")->row().front()), 1)
+        << "it may have run, and is not sent again";
 }

@@ -113,7 +113,7 @@ TEST_F(KeyFile, tells_what_is_wrong_with_it)
         expectRefused(u"la pueden leer otros");
     }
     const std::pair<std::string, StringView> cases[] = {
-        {"", u"no es una clave"},
+        {"", u"está vacía"},
         {good.substr(1), u"no es una clave"},
         {good.substr(24), u"no es una clave"},
         {good.substr(0, good.size() - 2), u"no está entera"},

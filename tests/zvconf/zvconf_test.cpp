@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <sys/wait.h>
 
@@ -103,8 +104,48 @@ TEST_F(Zvconf, makes_checks_and_frees_a_school)
                     ->Eof());
 }
 
+TEST_F(Zvconf, finds_what_the_disk_spoilt)
+{
+    ASSERT_EQ(run("crear --bd sqlite:c.db --ejemplo"), 0) << err;
+    const Long page = CLng(openSchool(u"sqlite:" + (folder / "c.db").u16string())
+                               .centro->executeNative(u"SELECT rootpage FROM sqlite_schema WHERE name='Pais'")
+                               ->row()
+                               .front());
+    std::fstream file(folder / "c.db", std::ios::binary | std::ios::in | std::ios::out);
+    file.seekp(page * 4096 - 200);
+    file << std::string(200, '\xFF') << std::flush;
+    EXPECT_EQ(run("comprobar --bd sqlite:c.db"), 1);
+    EXPECT_TRUE(out.starts_with("Base del centro: está dañada (")) << out;
+    EXPECT_NE(out.find("copia de seguridad"), std::string::npos) << out;
+}
+
+TEST_F(Zvconf, stopped_while_it_makes_a_school_leaves_a_whole_one_or_none)
+{
+    for (const char* delay : {"0.01", "0.02", "0.03", "0.05", "0.08", "0.12"}) {
+        const std::string line = std::string("timeout -s INT ") + delay +
+                                 " '" ZVCONF "' crear --bd 'sqlite:" + (folder / "c.db").string() +
+                                 "' --ejemplo >/dev/null 2>&1";
+        std::system(line.c_str());
+        std::set<std::string> left;
+        for (const fs::directory_entry& each : fs::directory_iterator(folder))
+            if (left.insert(each.path().filename()); each.path().extension() == ".db")
+                fs::remove(each);
+        left.erase("clave");
+        const std::set<std::string> whole{"c.borrado.db", "c.db", "c.entrada.db"};
+        EXPECT_TRUE(left.empty() || left == whole) << delay;
+    }
+}
+
 TEST_F(Zvconf, changes_the_key_also_after_a_change_that_was_cut_off)
 {
+    fs::create_symlink("nada", folder / "clave");
+    EXPECT_EQ(run("clave crear"), 2);
+    EXPECT_NE(err.find("es un enlace a un fichero que no existe"), std::string::npos) << err;
+    fs::remove(folder / "clave");
+    std::ofstream(folder / "clave").flush();
+    EXPECT_EQ(run("clave crear"), 2);
+    EXPECT_NE(err.find("está vacía"), std::string::npos) << err;
+    fs::remove(folder / "clave");
     EXPECT_EQ(run("clave lugar"), 1);
     EXPECT_NE(out.find("clave\nLa clave del cifrado, «clave», no existe"), std::string::npos) << out;
     EXPECT_EQ(run("clave cambiar --bd sqlite:c.db"), 2) << "no school";
@@ -170,6 +211,9 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"crear --bd sqlite:c.db", "«c.db» ya existe"},
         {"crear --bd sqlite:no/c.db", "su carpeta no existe"},
         {"crear --bd c.db", "«sqlite:»"},
+        {"crear --bd 'obdc:DSN=x;PWD=oculta;UID=y'", "«obdc:DSN=x;UID=y»"},
+        {"crear 'odbc:DSN=x;Password = {a}};oculta}'", "«odbc:DSN=x» no es una opción"},
+        {"crear --bd 'odbc:Driver=nadie;pwd={a}};oculta};UID=y'", "nombra un controlador"},
         {"comprobar --bd sqlite:nada.db", "«nada.db» no existe"},
         {"comprobar --bd sqlite:texto.db", "«texto.db» no es una base de datos"},
         {"comprobar --bd sqlite:.", "es una carpeta"},
@@ -184,6 +228,7 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         EXPECT_EQ(run(arguments), 2) << arguments;
         EXPECT_NE(err.find(words), std::string::npos) << arguments << '\n' << err;
         EXPECT_EQ(out, "") << arguments;
+        EXPECT_EQ(err.find("oculta"), std::string::npos) << err;
     }
     EXPECT_FALSE(fs::exists(folder / "d.db")) << "a command line that is wrong does nothing";
     EXPECT_EQ(run("--help", "/dev/full"), 2) << "what cannot be written is a failure";

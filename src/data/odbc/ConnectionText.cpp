@@ -1,5 +1,6 @@
 #include "data/odbc/ConnectionText.h"
 
+#include "data/Engine.h"
 #include "runtime/Convert.h"
 
 #include <algorithm>
@@ -45,8 +46,6 @@ String braced(StringView value)
         return String(value);
     return u"{" + Replace(value, u"}", u"}}") + u"}";
 }
-
-bool isSecret(StringView name) { return sameName(name, u"PWD") || sameName(name, u"Password"); }
 
 auto called(StringView name)
 {
@@ -103,11 +102,6 @@ String ConnectionText::text() const
     return result;
 }
 
-String ConnectionText::shown() const
-{
-    ConnectionText open = *this;
-    std::erase_if(open.attributes_, [](const Attribute& each) { return isSecret(each.name); });
-    return u"odbc:" + open.text();
-}
+String ConnectionText::shown() const { return u"odbc:" + withoutPassword(text()); }
 
 } // namespace zv::odbc

@@ -1,6 +1,7 @@
 #include "data/odbc/Link.h"
 
 #include "data/Dialect.h"
+#include "data/Statement.h"
 #include "runtime/Convert.h"
 
 #include <sql.h>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <mutex>
 
 namespace zv::odbc {
 namespace {
@@ -79,8 +81,16 @@ Diagnosis DriverHandle::diagnosis() const
     return {toUtf8(state.data()), native, line};
 }
 
-Link::Link(StringView connectionText) : connection_(SQL_HANDLE_DBC, environment())
+Link::Link(StringView connectionText, std::chrono::seconds patience)
+    : connection_(SQL_HANDLE_DBC, environment()), socket_([&] { connect(connectionText); }),
+      longest_(patience), patience_(socket_, patience)
+{}
+
+void Link::connect(StringView connectionText)
 {
+    // One after another: else neither could tell its socket from the other's.
+    static std::mutex one;
+    const std::lock_guard lock(one);
     SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(loginSeconds), 0);
     SQLSMALLINT length = 0;
     if (connectionText.size() > INT16_MAX)
@@ -91,14 +101,17 @@ Link::Link(StringView connectionText) : connection_(SQL_HANDLE_DBC, environment(
         throw odbc::failureOf(connection_.diagnosis(), true, u"");
 }
 
-Link::~Link() { SQLDisconnect(connection_.get()); }
+Link::~Link()
+{
+    waiting([&] { return SQLDisconnect(connection_.get()); });
+}
 
 EngineInfo Link::engine() const
 {
     return {information(connection_.get(), SQL_DBMS_NAME), information(connection_.get(), SQL_DBMS_VER)};
 }
 
-std::vector<FoundTable> Link::tables(StringView schema) const
+std::vector<FoundTable> Link::tables(StringView schema)
 {
     constexpr SQLUSMALLINT tableColumn = 3;
     constexpr SQLUSMALLINT nameColumn = 4;
@@ -108,11 +121,13 @@ std::vector<FoundTable> Link::tables(StringView schema) const
     String name(schema);
     for (const StringView sign : {u"\\", u"_", u"%"})
         name = Replace(name, sign, u"\\" + String(sign));
-    if (!went(SQLColumnsW(statement.get(), nullptr, 0, name.empty() ? nullptr : wide(name.data()),
-                          static_cast<SQLSMALLINT>(name.size()), nullptr, 0, nullptr, 0)))
+    if (!went(waiting([&] {
+            return SQLColumnsW(statement.get(), nullptr, 0, name.empty() ? nullptr : wide(name.data()),
+                               static_cast<SQLSMALLINT>(name.size()), nullptr, 0, nullptr, 0);
+        })))
         throw odbc::failureOf(statement.diagnosis(), false, u"");
     SQLRETURN got = SQL_SUCCESS;
-    while (SQL_SUCCEEDED(got = SQLFetch(statement.get()))) {
+    while (SQL_SUCCEEDED(got = waiting([&] { return SQLFetch(statement.get()); }))) {
         const String table = characters(statement, tableColumn);
         if (result.empty() || result.back().name != table)
             result.push_back({table, {}});
@@ -123,17 +138,19 @@ std::vector<FoundTable> Link::tables(StringView schema) const
     return result;
 }
 
-std::vector<UniqueIndex> Link::uniqueIndexes(StringView schema, StringView table) const
+std::vector<UniqueIndex> Link::uniqueIndexes(StringView schema, StringView table)
 {
     constexpr SQLUSMALLINT nameColumn = 6;
     constexpr SQLUSMALLINT columnColumn = 9;
     const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
     std::vector<UniqueIndex> result;
-    if (!went(SQLStatisticsW(statement.get(), nullptr, 0, schema.empty() ? nullptr : wide(schema.data()),
-                             static_cast<SQLSMALLINT>(schema.size()), wide(table.data()),
-                             static_cast<SQLSMALLINT>(table.size()), SQL_INDEX_UNIQUE, SQL_QUICK)))
+    if (!went(waiting([&] {
+            return SQLStatisticsW(statement.get(), nullptr, 0, schema.empty() ? nullptr : wide(schema.data()),
+                                  static_cast<SQLSMALLINT>(schema.size()), wide(table.data()),
+                                  static_cast<SQLSMALLINT>(table.size()), SQL_INDEX_UNIQUE, SQL_QUICK);
+        })))
         return result;
-    while (SQL_SUCCEEDED(SQLFetch(statement.get()))) {
+    while (SQL_SUCCEEDED(waiting([&] { return SQLFetch(statement.get()); }))) {
         const String name = characters(statement, nameColumn);
         if (name.empty()) // Statistics of the table itself.
             continue;
@@ -144,15 +161,18 @@ std::vector<UniqueIndex> Link::uniqueIndexes(StringView schema, StringView table
     return result;
 }
 
-std::vector<String> Link::primaryKey(StringView schema, StringView table) const
+std::vector<String> Link::primaryKey(StringView schema, StringView table)
 {
     constexpr SQLUSMALLINT columnColumn = 4;
     const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
     std::vector<String> result;
-    if (went(SQLPrimaryKeysW(statement.get(), nullptr, 0, schema.empty() ? nullptr : wide(schema.data()),
-                             static_cast<SQLSMALLINT>(schema.size()), wide(table.data()),
-                             static_cast<SQLSMALLINT>(table.size()))))
-        while (SQL_SUCCEEDED(SQLFetch(statement.get())))
+    if (went(waiting([&] {
+            return SQLPrimaryKeysW(statement.get(), nullptr, 0,
+                                   schema.empty() ? nullptr : wide(schema.data()),
+                                   static_cast<SQLSMALLINT>(schema.size()), wide(table.data()),
+                                   static_cast<SQLSMALLINT>(table.size()));
+        })))
+        while (SQL_SUCCEEDED(waiting([&] { return SQLFetch(statement.get()); })))
             result.push_back(characters(statement, columnColumn));
     return result;
 }
@@ -166,7 +186,9 @@ void Link::begin()
 void Link::end(bool commit)
 {
     std::optional<DataError> failed;
-    if (!went(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), commit ? SQL_COMMIT : SQL_ROLLBACK)))
+    if (!went(waiting([&] {
+            return SQLEndTran(SQL_HANDLE_DBC, connection_.get(), commit ? SQL_COMMIT : SQL_ROLLBACK);
+        })))
         failed = failure(connection_, u"COMMIT");
     // Whatever became of it, what comes next is committed by itself again.
     check(SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT, attribute(SQL_AUTOCOMMIT_ON), 0),
@@ -181,10 +203,16 @@ void Link::check(std::int16_t result, StringView text)
         throw failure(connection_, text);
 }
 
-DataError Link::failure(const DriverHandle& statement, StringView text)
+DataError Link::failure(const DriverHandle& handle, StringView text)
 {
+    if (wasCut()) {
+        lost_ = true;
+        return {failure::connectionLost, "HYT00",
+                statement(u"el servidor no contesta desde hace {} s", {static_cast<Long>(longest_.count())}),
+                text};
+    }
     SQLUINTEGER dead = SQL_CD_FALSE;
-    const Diagnosis diagnosis = statement.diagnosis();
+    const Diagnosis diagnosis = handle.diagnosis();
     SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
     DataError result = odbc::failureOf(diagnosis, dead == SQL_CD_TRUE, text);
     lost_ = lost_ || result.number() == failure::connectionLost;
@@ -197,8 +225,10 @@ StatementRows::StatementRows(std::shared_ptr<Link> link, StringView statement)
 {
     // Braces in a text are no escapes for the driver to look for.
     SQLSetStmtAttrW(handle_->get(), SQL_ATTR_NOSCAN, attribute(SQL_NOSCAN_ON), 0);
-    check(
-        SQLExecDirectW(handle_->get(), wide(statement_.data()), static_cast<SQLINTEGER>(statement_.size())));
+    check(link_->waiting([&] {
+        return SQLExecDirectW(handle_->get(), wide(statement_.data()),
+                              static_cast<SQLINTEGER>(statement_.size()));
+    }));
     describe();
     if (!hasColumns()) {
         StatementRows::finish();
@@ -213,9 +243,13 @@ StatementRows::~StatementRows() { StatementRows::finish(); }
 
 void StatementRows::finish()
 {
-    handle_.reset();
-    if (link_)
-        std::erase(link_->cursors, this);
+    if (!link_)
+        return;
+    link_->waiting([&]() -> SQLRETURN {
+        handle_.reset();
+        return SQL_SUCCESS;
+    });
+    std::erase(link_->cursors, this);
     link_.reset();
 }
 
@@ -269,7 +303,7 @@ StatementRows::Kind StatementRows::kindOf(std::int16_t type)
 
 bool StatementRows::read(Row& row)
 {
-    const SQLRETURN result = SQLFetch(handle_->get());
+    const SQLRETURN result = link_->waiting([&] { return SQLFetch(handle_->get()); });
     if (result == SQL_NO_DATA)
         return false;
     check(result);

@@ -4,6 +4,7 @@
 #include "data/Engine.h"
 #include "data/UniqueIndex.h"
 #include "data/odbc/Failure.h"
+#include "data/odbc/Patience.h"
 
 #include <memory>
 #include <vector>
@@ -32,8 +33,9 @@ class StatementRows;
 /// One connection of a driver. A statement that returned is committed, but between begin() and end().
 class Link {
 public:
-    /// Fails with connectionLost if nobody answers.
-    explicit Link(StringView connectionText);
+    /// Fails with connectionLost if nobody answers. Where a call of the driver hears nothing for `patience`,
+    /// the link is cut and lost; zero: it waits without end.
+    Link(StringView connectionText, std::chrono::seconds patience);
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
     ~Link();
@@ -41,25 +43,46 @@ public:
     /// Name and version of the engine behind it, as the driver gives them.
     EngineInfo engine() const;
     /// The tables of a schema (any, if empty), with their columns.
-    std::vector<FoundTable> tables(StringView schema) const;
+    std::vector<FoundTable> tables(StringView schema);
     /// The unique indexes of a table, and the columns of its primary key. Names are those of the server's
     /// lists, in their letters; where the driver has no such list there are none.
-    std::vector<UniqueIndex> uniqueIndexes(StringView schema, StringView table) const;
-    std::vector<String> primaryKey(StringView schema, StringView table) const;
+    std::vector<UniqueIndex> uniqueIndexes(StringView schema, StringView table);
+    std::vector<String> primaryKey(StringView schema, StringView table);
     void begin();
     void end(bool commit);
 
     /// What a statement failed with. A connection that is lost stays so.
-    DataError failure(const DriverHandle& statement, StringView text);
+    DataError failure(const DriverHandle& handle, StringView text);
     bool isLost() const { return lost_; }
+    /// The server went on saying nothing.
+    bool wasCut() const { return patience_.ranOut(); }
+    /// Whether it was ended from outside while it stood idle; nothing where only a statement tells.
+    std::optional<bool> wasEnded() const { return socket_.ended(); }
+    /// Since its last statement.
+    Patience::Clock::duration idle() const { return Patience::Clock::now() - used_; }
     void* get() const { return connection_.get(); }
+    /// A call of the driver that may wait for the server.
+    template <class Call>
+    std::int16_t waiting(Call&& call)
+    {
+        patience_.begin();
+        const std::int16_t result = call();
+        patience_.end();
+        used_ = Patience::Clock::now();
+        return result;
+    }
 
     std::vector<StatementRows*> cursors; ///< Those whose rows it still holds.
 
 private:
+    void connect(StringView connectionText);
     void check(std::int16_t result, StringView text);
 
     DriverHandle connection_;
+    Socket socket_;
+    std::chrono::seconds longest_;
+    Patience patience_;
+    Patience::Clock::time_point used_ = Patience::Clock::now();
     bool lost_ = false;
 };
 

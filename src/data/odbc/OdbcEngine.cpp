@@ -2,11 +2,12 @@
 
 #include "data/Statement.h"
 #include "data/odbc/ConnectionText.h"
-#include "data/odbc/Pool.h"
+#include "data/odbc/Password.h"
+#include "data/odbc/Schemas.h"
 #include "runtime/Convert.h"
 
+#include <charconv>
 #include <map>
-#include <random>
 
 namespace zv {
 namespace odbc {
@@ -32,21 +33,6 @@ public:
 private:
     std::shared_ptr<Pool> pool_;
 };
-
-StringView suffixOf(Database which)
-{
-    switch (which) {
-    case Database::borrado:
-        return u"_borrado";
-    case Database::entrada:
-        return u"_entrada";
-    case Database::centro:
-        break;
-    }
-    return u"";
-}
-
-String quotedName(StringView name) { return u"\"" + Replace(name, u"\"", u"\"\"") + u"\""; }
 
 [[noreturn]] void failFor(const ConnectionText& text, StringView words,
                           std::int32_t number = failure::otherData)
@@ -113,31 +99,103 @@ void addOptions(ConnectionText& text, StringView options)
     }
 }
 
-/// A schema that goes with its last user.
-struct TemporarySchema {
-    Pool pool;
+/// As the driver takes it: without our own attributes, and with a password that stands elsewhere.
+ConnectionText forDriver(ConnectionText text)
+{
+    text.take(u"ESQUEMA");
+    text.take(u"ESPERA");
+    if (!text.find(u"PWD") && !text.find(u"Password"))
+        if (const std::optional<String> password = passwordFromOutside())
+            text.set(u"PWD", *password);
+    return text;
+}
 
-    explicit TemporarySchema(const Place& place) : pool(place) {}
-    TemporarySchema(const TemporarySchema&) = delete;
-    TemporarySchema& operator=(const TemporarySchema&) = delete;
-    ~TemporarySchema()
+/// How long a statement may take.
+std::chrono::seconds longestStatement(const ConnectionText& text)
+{
+    const std::optional<String> wish = text.find(u"ESPERA");
+    if (!wish)
+        return std::chrono::seconds(60);
+    const std::string digits = toUtf8(*wish);
+    constexpr Long longest = 86400;
+    Long number = -1;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (error != std::errc() || end != digits.data() + digits.size() || number < 0 || number > longest)
+        failFor(text, u"espera mal: ESPERA=N es el número de segundos que puede tardar una instrucción, "
+                      u"hasta 86400; con 0, los que hagan falta.");
+    return std::chrono::seconds(number);
+}
+
+/// The server ends what takes too long by itself: who says nothing for longer still is not going to.
+std::chrono::seconds longestSilence(const ConnectionText& text)
+{
+    const std::chrono::seconds longest = longestStatement(text);
+    return longest.count() == 0 ? longest : longest + std::chrono::seconds(5);
+}
+
+/// Without the schema, which may have a name that only we know.
+ConnectionText nameless(ConnectionText text)
+{
+    text.take(u"ESQUEMA");
+    return text;
+}
+
+[[noreturn]] void failTaken(const ConnectionText& text, StringView schema)
+{
+    failFor(text, u"ya tiene el esquema «" + String(schema) +
+                      u"»: elija otro con ESQUEMA=NOMBRE, o quítelo antes.");
+}
+
+bool isTaken(const DataError& failure)
+{
+    // Who makes it at the same moment is told so by the key of the list of schemas.
+    return failure.engineCode().starts_with("42P06") || failure.number() == failure::keyExists;
+}
+
+/// Schemas of a passing name, until they get the one that they were asked for.
+class SchemasToBe final : public SchoolToBe {
+public:
+    SchemasToBe(ConnectionText wanted, String name, const Place& place, const String& passing)
+        : wanted_(std::move(wanted)), name_(std::move(name)), passing_(passing), aside_(wanted_), pool_(place)
+    {
+        aside_.set(u"ESQUEMA", passing);
+        if (const auto taken = existingSchemas(pool_, name_); !taken.empty())
+            failTaken(wanted_, taken.front());
+        dropOrphans(pool_, passing);
+    }
+    SchemasToBe(const SchemasToBe&) = delete;
+    SchemasToBe& operator=(const SchemasToBe&) = delete;
+    ~SchemasToBe() override
     {
         try {
-            pool.run(u"DROP SCHEMA IF EXISTS " + quotedName(pool.place().schema) + u" CASCADE");
+            for (const Database which : everyDatabase)
+                if (!placed_)
+                    dropSchema(pool_, passing_ + String(suffixOf(which)));
         } catch (const RuntimeError&) {
-            // The server is gone; an administrator finds what is left by its name.
+            // The server is gone; the next that makes one takes away what is left.
         }
     }
-};
+    String location() const override { return aside_.text(); }
+    void putInPlace() override
+    {
+        try {
+            renameSchemas(pool_, passing_, name_);
+        } catch (const DataError& failure) {
+            if (isTaken(failure))
+                failTaken(wanted_, name_);
+            throw;
+        }
+        placed_ = true;
+    }
 
-String temporaryName()
-{
-    std::random_device chance;
-    String result = u"zv_guion_";
-    for (int part = 0; part < 3; ++part)
-        result += decimalText(static_cast<Long>(chance() & 0x7FFFFFFF));
-    return result;
-}
+private:
+    ConnectionText wanted_;
+    String name_;
+    String passing_;
+    ConnectionText aside_;
+    Pool pool_;
+    bool placed_ = false;
+};
 
 class OdbcEngine final : public Engine {
 public:
@@ -153,21 +211,32 @@ public:
         const ConnectionText text(location);
         return existing(text, which, serverOf(text).server->readOnlySettings);
     }
+    std::unique_ptr<SchoolToBe> make(StringView location) override
+    {
+        const ConnectionText text(location);
+        for (const Database which : everyDatabase)
+            schemaOf(text, which);
+        const String passing = passingName(Purpose::nuevo);
+        Place place = placeToMake(text, {});
+        place.settings.push_back(ownership(passing));
+        return std::make_unique<SchemasToBe>(text, schemaOf(text, Database::centro), place, passing);
+    }
     ConnectionPtr create(StringView location, Database which) override
     {
         const ConnectionText text(location);
-        const Place place = placeToMake(text, schemaOf(text, which));
+        Place place = placeToMake(text, schemaOf(text, which));
+        if (isPassing(place.schema))
+            place.settings.push_back(ownership(schemaOf(text, Database::centro)));
         auto pool = std::make_shared<Pool>(place);
         try {
-            pool->run(u"CREATE SCHEMA " + quotedName(place.schema));
+            createSchema(*pool, place.schema);
         } catch (const DataError& failure) {
-            // Who makes it at the same moment is told so by the key of the list of schemas.
-            if (failure.engineCode().starts_with("42P06") || failure.number() == failure::keyExists)
-                failFor(text, u"ya tiene el esquema «" + place.schema +
-                                  u"»: elija otro con ESQUEMA=NOMBRE, o quítelo antes.");
+            if (isTaken(failure))
+                failTaken(text, place.schema);
             if (failure.engineCode().starts_with("42501"))
-                failFor(text, u"no deja a este usuario crear esquemas: pida a quien administra el servidor "
-                              u"GRANT CREATE ON DATABASE, o que los cree él.");
+                failFor(nameless(text),
+                        u"no deja a este usuario crear esquemas: pida a quien administra el servidor "
+                        u"GRANT CREATE ON DATABASE, o que los cree él.");
             throw;
         }
         return std::make_shared<OdbcConnection>(pool);
@@ -175,15 +244,18 @@ public:
     void remove(StringView location, Database which) override
     {
         const ConnectionText text(location);
-        const Place place = placeToMake(text, schemaOf(text, which));
-        Pool(place).run(u"DROP SCHEMA IF EXISTS " + quotedName(place.schema) + u" CASCADE");
+        Pool pool(placeToMake(text, schemaOf(text, which)));
+        dropSchema(pool, pool.place().schema);
     }
     ConnectionPtr temporary(StringView location, Database which) override
     {
         const ConnectionText text(location);
-        const Place place = placeToMake(text, temporaryName() + String(suffixOf(which)));
+        const String name = passingName(Purpose::guion);
+        Place place = placeToMake(text, name + String(suffixOf(which)));
+        place.settings.push_back(ownership(name));
         auto schema = std::make_shared<TemporarySchema>(place);
-        schema->pool.run(u"CREATE SCHEMA " + quotedName(place.schema));
+        if (which == Database::centro)
+            dropOrphans(schema->pool, name);
         return std::make_shared<OdbcConnection>(std::shared_ptr<Pool>(schema, &schema->pool));
     }
     std::vector<FoundTable> tables(Connection& connection) override
@@ -215,13 +287,13 @@ private:
     /// Asked for once: what stands behind a connection text does not change.
     const Known& serverOf(const ConnectionText& text)
     {
-        ConnectionText plain = text;
-        plain.take(u"ESQUEMA");
+        const ConnectionText plain = forDriver(text);
+        const std::chrono::seconds patience = longestSilence(text);
         const auto known = servers_.find(plain.text());
         if (known != servers_.end())
             return known->second;
         try {
-            const auto link = std::make_shared<Link>(plain.text());
+            const auto link = std::make_shared<Link>(plain.text(), patience);
             const Server& found = serverNamed(link->engine().name);
             if (found.keepsAllTexts && !takesAllTexts(link))
                 failFor(text, u"tiene un controlador sin Unicode, que estropearía las letras: use el que lo "
@@ -238,16 +310,19 @@ private:
         Place place{.server = known.server,
                     .connectionText = {},
                     .schema = std::move(schema),
+                    .patience = longestSilence(text),
                     .settings = {},
                     .outage = known.outage};
-        ConnectionText plain = text;
-        plain.take(u"ESQUEMA");
+        ConnectionText plain = forDriver(text);
         addOptions(plain, place.server->driverOptions);
         place.connectionText = plain.text();
         if (!place.server->settings.empty())
             place.settings.emplace_back(place.server->settings);
+        if (!place.server->patience.empty())
+            place.settings.push_back(
+                statement(place.server->patience, {static_cast<Long>(longestStatement(text).count())}));
         if (!place.schema.empty())
-            place.settings.push_back(u"SET search_path TO " + quotedName(place.schema));
+            place.settings.push_back(searchPath(place.schema));
         return place;
     }
 

@@ -29,6 +29,23 @@ bool isNamed(StringView index, StringView words)
     return false;
 }
 
+/// Whether a link has ended while it stood idle: found out before a statement is sent on it, for one that was
+/// sent may have run and is not sent again. Where the socket does not tell, any answer does.
+bool hasEnded(const std::shared_ptr<Link>& link)
+{
+    constexpr std::chrono::seconds longIdle{1};
+    if (const auto ended = link->wasEnded())
+        return *ended;
+    if (link->idle() < longIdle)
+        return false;
+    try {
+        StatementRows(link, u"SELECT 1");
+    } catch (const DataError&) {
+        return link->isLost();
+    }
+    return false;
+}
+
 } // namespace
 
 Pool::Pool(Place place) : place_(std::move(place)), lossesSeen_(place_.outage->losses) { link(); }
@@ -43,6 +60,12 @@ void Pool::noticeLosses()
         links_.clear();
 }
 
+void Pool::pauseAfter(const DataError& failure)
+{
+    place_.outage->failure = failure;
+    place_.outage->until = Outage::Clock::now() + pause;
+}
+
 std::shared_ptr<Link> Pool::freshLink()
 {
     Outage& outage = *place_.outage;
@@ -50,16 +73,13 @@ std::shared_ptr<Link> Pool::freshLink()
     if (outage.failure && begun < outage.until)
         throw DataError(*outage.failure);
     try {
-        auto fresh = std::make_shared<Link>(place_.connectionText);
+        auto fresh = std::make_shared<Link>(place_.connectionText, place_.patience);
         for (const String& setting : place_.settings)
             StatementRows(fresh, setting);
         return fresh;
     } catch (const DataError& failure) {
-        const auto now = Outage::Clock::now();
-        if (now - begun >= longWait) {
-            outage.failure = failure;
-            outage.until = now + pause;
-        }
+        if (Outage::Clock::now() - begun >= longWait)
+            pauseAfter(failure);
         throw;
     }
 }
@@ -70,7 +90,11 @@ std::shared_ptr<Link> Pool::link()
     if (transaction_)
         return transaction_;
     noticeLosses();
-    const auto found = std::ranges::find_if(links_, isFree);
+    auto found = std::ranges::find_if(links_, isFree);
+    while (found != links_.end() && hasEnded(*found)) {
+        links_.erase(found);
+        found = std::ranges::find_if(links_, isFree);
+    }
     if (found == links_.end()) {
         links_.push_back(freshLink());
         return links_.back();
@@ -147,6 +171,8 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
     } catch (const DataError& failure) {
         if (on->isLost())
             transaction_ = nullptr;
+        if (on->wasCut())
+            pauseAfter(failure);
         noticeLosses();
         // SQLite has told the columns itself.
         if (failure.number() == failure::keyExists && failure.engineCode().starts_with("23") &&

@@ -22,8 +22,9 @@ struct Outage {
 struct Place {
     const Server* server = nullptr;
     String connectionText;
-    String schema;                ///< Where the server has them; else empty.
-    std::vector<String> settings; ///< Run on each new link.
+    String schema;                   ///< Where the server has them; else empty.
+    std::chrono::seconds patience{}; ///< With a server that says nothing, as a link has it.
+    std::vector<String> settings;    ///< Run on each new link.
     std::shared_ptr<Outage> outage;
 };
 
@@ -34,8 +35,9 @@ public:
     explicit Pool(Place place);
 
     const Place& place() const { return place_; }
-    /// Runs a statement and reads its first rows. None if it has no columns. A link that is lost fails with
-    /// connectionLost, once: the next statement opens a new one.
+    /// Runs a statement and reads its first rows. None if it has no columns. A link that is lost under a
+    /// statement fails with connectionLost, once: the next statement opens a new one. One that ended before
+    /// is opened anew, and nobody is told.
     std::unique_ptr<Cursor> run(StringView statement);
     EngineInfo engine();
     std::vector<FoundTable> tables();
@@ -49,6 +51,7 @@ private:
     std::shared_ptr<Link> link();
     std::shared_ptr<Link> freshLink();
     void noticeLosses();
+    void pauseAfter(const DataError& failure);
     bool controlsTransaction(StringView statement);
     TableIndexes indexesOf(StringView table, const std::shared_ptr<Link>& on);
     bool isTakenKey(const DataError& failure, const std::shared_ptr<Link>& on);

@@ -18,6 +18,7 @@ constexpr std::array servers{
            .keepsAllTexts = true,
            .placing = Placing::schemas,
            .settings = u"SET lock_timeout='5s'; SET standard_conforming_strings=on; SET timezone='UTC'",
+           .patience = u"SET statement_timeout='{}s'",
            .readOnlySettings = u"SET default_transaction_read_only=on",
            .driverOptions = u"UseDeclareFetch=1;Fetch=100;BoolsAsChar=0;pqopt=tcp_user_timeout=10000 "
                             u"keepalives_idle=4 keepalives_interval=2 keepalives_count=3"},

@@ -19,6 +19,7 @@ struct Server {
     bool keepsAllTexts = false; ///< It stores any text, if the driver takes it.
     Placing placing = Placing::databases;
     StringView settings = {};         ///< Run on each connection before anything else.
+    StringView patience = {};         ///< How long a statement may take there: "{}" seconds.
     StringView readOnlySettings = {}; ///< Run besides where nothing may be changed.
     StringView driverOptions = {}; ///< Attributes for the connection text, for those that it does not give.
 };

@@ -1,6 +1,7 @@
 #include "data/sqlite/SqliteEngine.h"
 
 #include "data/Dialect.h"
+#include "data/sqlite/FilesToBe.h"
 #include "data/sqlite/Store.h"
 
 #include <sqlite3.h>
@@ -55,6 +56,26 @@ public:
     ConnectionPtr inspect(StringView location, Database which) override
     {
         return opened(location, which, Opening::lookOnly);
+    }
+    std::unique_ptr<SchoolToBe> make(StringView location) override
+    {
+        return std::make_unique<FilesToBe>(pathOf(location, Database::centro));
+    }
+    std::vector<String> damage(Connection& connection) override
+    {
+        std::vector<String> result;
+        try {
+            const RecordsetPtr rows = connection.executeNative(u"PRAGMA integrity_check(20)");
+            for (; !rows->Eof(); rows->MoveNext())
+                // Above the first stands a line that names the database.
+                if (const String found = CStr(rows->row().front()); found != u"ok")
+                    result.push_back(found.starts_with(u'*') ? found.substr(found.find(u'\n') + 1) : found);
+        } catch (const DataError& error) {
+            if (error.number() != failure::otherData)
+                throw;
+            result.push_back(error.engineText());
+        }
+        return result;
     }
     ConnectionPtr create(StringView location, Database which) override
     {

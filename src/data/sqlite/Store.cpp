@@ -20,46 +20,40 @@ constexpr std::size_t handlesKept = 4;
 constexpr std::size_t statementsKept = 32;
 constexpr const char* writeAheadLog = "PRAGMA journal_mode=WAL;";
 
-[[noreturn]] void failFor(const std::filesystem::path& file, StringView words)
+/// Whether the file and those beside it can be read: then the right that is missing is that to write.
+bool canBeRead(const std::filesystem::path& file)
 {
-    throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» " + String(words));
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        std::filesystem::path each = file;
+        std::error_code ignored;
+        if (std::filesystem::exists(each += suffix, ignored) && !std::ifstream(each))
+            return false;
+    }
+    return true;
 }
 
-constexpr StringView noRight =
-    u"no se puede escribir: dé a este usuario permiso de escritura sobre el fichero y sobre "
-    u"su carpeta.";
-constexpr StringView noRightToRead =
-    u"no se puede leer: dé a este usuario permiso de lectura sobre el fichero y sobre los que estén "
-    u"a su lado con el mismo nombre.";
-
-/// What the place tells without the engine.
-void checkPlace(const std::filesystem::path& file, bool create)
+bool isDiskFull(sqlite3* handle)
 {
-    std::error_code ignored;
-    if (file.empty())
-        throw RuntimeError(failure::otherData,
-                           u"Falta el fichero de la base de datos: escriba sqlite:FICHERO.");
-    if (std::filesystem::is_directory(file, ignored))
-        failFor(file, u"es una carpeta; escriba el nombre de un fichero.");
-    const bool exists = std::filesystem::exists(file, ignored);
-    if (create && exists)
-        failFor(file, u"ya existe: elija otro nombre, o quítelo antes.");
-    if (!create && !exists)
-        failFor(file, u"no existe: compruebe el nombre, o cree antes la base de datos.");
-    if (create && file.has_parent_path() && !std::filesystem::is_directory(file.parent_path(), ignored))
-        failFor(file, u"no se puede crear: su carpeta no existe.");
+    const int code = sqlite3_errcode(handle) & 0xFF;
+    const std::error_code cause(sqlite3_system_errno(handle), std::generic_category());
+    return code == SQLITE_FULL ||
+           ((code == SQLITE_IOERR || code == SQLITE_CANTOPEN) &&
+            (cause == std::errc::no_space_on_device || cause == std::errc::file_too_large));
 }
 
-[[noreturn]] void failOpening(sqlite3* handle, const std::filesystem::path& file, Opening opening)
+[[noreturn]] void failOpening(sqlite3* handle, const std::filesystem::path& file)
 {
+    if (isDiskFull(handle))
+        failFor(file, diskFull);
     switch (sqlite3_errcode(handle) & 0xFF) {
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
-        failFor(file, u"no es una base de datos, o está dañada.");
+        failFor(file, u"no es una base de datos, o está dañada: compruebe el nombre, o ponga en su lugar la "
+                      u"última copia de seguridad.");
     case SQLITE_CANTOPEN:
     case SQLITE_READONLY:
     case SQLITE_PERM:
-        failFor(file, opening == Opening::lookOnly ? noRightToRead : noRight);
+        failFor(file, canBeRead(file) ? noRight : noRightToRead);
     default:
         throw failureOf(handle, Phase::running, u"");
     }
@@ -146,7 +140,7 @@ DatabasePtr openHandle(const std::filesystem::path& file, Opening opening, Durab
     const int result = sqlite3_open_v2(nameOf(file, opening).c_str(), &opened, flagsOf(opening), nullptr);
     DatabasePtr handle(opened);
     if (result != SQLITE_OK)
-        failOpening(opened, file, opening);
+        failOpening(opened, file);
     sqlite3_extended_result_codes(opened, 1);
     sqlite3_busy_handler(opened, waitForOthers, nullptr);
     // A name in double quotes that no column has is a missing column, not a text.
@@ -157,7 +151,7 @@ DatabasePtr openHandle(const std::filesystem::path& file, Opening opening, Durab
     if (opening != Opening::lookOnly && sqlite3_db_readonly(opened, "main") == 1)
         failFor(file, noRight);
     if (sqlite3_exec(opened, settingsOf(opening, durability).c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
-        failOpening(opened, file, opening);
+        failOpening(opened, file);
     return handle;
 }
 
@@ -213,6 +207,28 @@ Cursor::Field fieldOf(sqlite3_stmt* statement, int column)
 
 } // namespace
 
+[[noreturn]] void failFor(const std::filesystem::path& file, StringView words)
+{
+    throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» " + String(words));
+}
+
+void checkPlace(const std::filesystem::path& file, bool create)
+{
+    std::error_code ignored;
+    if (file.empty())
+        throw RuntimeError(failure::otherData,
+                           u"Falta el fichero de la base de datos: escriba sqlite:FICHERO.");
+    if (std::filesystem::is_directory(file, ignored))
+        failFor(file, u"es una carpeta; escriba el nombre de un fichero.");
+    const bool exists = std::filesystem::exists(file, ignored);
+    if (create && exists)
+        failFor(file, u"ya existe: elija otro nombre, o quítelo antes.");
+    if (!create && !exists)
+        failFor(file, u"no existe: compruebe el nombre, o cree antes la base de datos.");
+    if (create && file.has_parent_path() && !std::filesystem::is_directory(file.parent_path(), ignored))
+        failFor(file, u"no se puede crear: su carpeta no existe.");
+}
+
 void removeFile(const std::filesystem::path& file)
 {
     for (const char* suffix : {"", "-wal", "-shm"}) {
@@ -250,7 +266,7 @@ void Store::settle()
 {
     sqlite3* handle = handles_.front()->database.get();
     if (sqlite3_exec(handle, writeAheadLog, nullptr, nullptr, nullptr) != SQLITE_OK)
-        failOpening(handle, file_, opening_);
+        failOpening(handle, file_);
 }
 
 /// Inside a transaction all statements run on the handle that began it.
@@ -373,7 +389,11 @@ bool StatementRows::read(Row& row)
     const int result = sqlite3_step(prepared_.get());
     if (names_.empty())
         readNames();
-    if (result != SQLITE_ROW && result != SQLITE_DONE)
+    const bool failed = result != SQLITE_ROW && result != SQLITE_DONE;
+    if (failed && isDiskFull(handle_->database.get()))
+        throw DataError(failure::otherData, std::to_string(result), u"el disco está lleno: deje sitio",
+                        statement_);
+    if (failed)
         throw failureOf(handle_->database.get(), Phase::running, statement_);
     if (result == SQLITE_DONE)
         return false;

@@ -1,6 +1,6 @@
 #include "suite/sodium/KeyFile.h"
 
-#include "suite/PrivateFile.h"
+#include "runtime/PrivateFile.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -53,10 +53,15 @@ CipherKey readKey(const fs::path& file)
 {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
+    if (status.type() == fs::file_type::not_found && fs::is_symlink(fs::symlink_status(file, error)))
+        failFile(file, u"es un enlace a un fichero que no existe: corrija el enlace, o ponga la clave en su "
+                       u"lugar.");
     if (status.type() == fs::file_type::not_found)
         failFile(file, u"no existe: cópiela de donde se guarda, o haga una con «zvconf clave crear».");
     if (status.type() != fs::file_type::regular)
         failFile(file, u"no se puede leer: no es un fichero, o no se tiene permiso.");
+    if (fs::file_size(file, error) == 0)
+        failFile(file, u"está vacía: ponga en su lugar la copia que guardó.");
     if (openToOthers(file))
         failFile(file, u"la pueden leer otros: quíteles el permiso (chmod 600) y, si alguien la pudo ver, "
                        u"cámbiela con «zvconf clave cambiar».");

@@ -1,4 +1,4 @@
-#include "suite/PrivateFile.h"
+#include "runtime/PrivateFile.h"
 
 #include <cerrno>
 #include <random>

@@ -1,0 +1,43 @@
+#include "data/odbc/Password.h"
+
+#include "data/DataError.h"
+#include "runtime/PrivateFile.h"
+
+#include <cstdlib>
+#include <fstream>
+
+namespace zv::odbc {
+namespace {
+
+[[noreturn]] void failFile(const std::filesystem::path& file, StringView trouble)
+{
+    throw RuntimeError(failure::connectionLost, u"El fichero de la contraseña, «" + file.u16string() +
+                                                    u"», que nombra ZV_CONTRASENA_FICHERO, " +
+                                                    String(trouble));
+}
+
+} // namespace
+
+std::optional<String> passwordFromOutside()
+{
+    if (const char* word = std::getenv("ZV_CONTRASENA"); word && *word)
+        return fromUtf8(word);
+    const char* name = std::getenv("ZV_CONTRASENA_FICHERO");
+    if (!name || !*name)
+        return std::nullopt;
+    const std::filesystem::path file = name;
+    std::ifstream stream(file);
+    std::string line;
+    if (!stream || std::filesystem::is_directory(file))
+        failFile(file, u"no se puede leer: corrija su nombre, o dé permiso de lectura a este usuario.");
+    if (openToOthers(file))
+        failFile(file, u"lo pueden leer otros: quíteles el permiso (chmod 600).");
+    std::getline(stream, line);
+    while (line.ends_with('\r'))
+        line.pop_back();
+    if (line.empty())
+        failFile(file, u"está vacío: escriba en su primera línea la contraseña.");
+    return fromUtf8(line);
+}
+
+} // namespace zv::odbc

@@ -1,0 +1,214 @@
+#include "data/odbc/Patience.h"
+
+#include <algorithm>
+#include <charconv>
+#include <condition_variable>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#ifdef __linux__
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+#endif
+
+namespace zv::odbc {
+#ifdef __linux__
+namespace {
+
+namespace fs = std::filesystem;
+
+const fs::path ownFiles = "/proc/self/fd";
+
+/// Whether a database may be at the other end. A desktop's own services have local sockets too.
+bool leadsToServer(int file)
+{
+    sockaddr_un peer{};
+    socklen_t size = sizeof peer;
+    // NOLINTNEXTLINE(*-reinterpret-cast): sockets take their addresses so.
+    if (getpeername(file, reinterpret_cast<sockaddr*>(&peer), &size) != 0)
+        return false;
+    const std::string_view path(peer.sun_path, strnlen(peer.sun_path, sizeof peer.sun_path));
+    return peer.sun_family != AF_UNIX || path.find(".s.PGSQL.") != std::string_view::npos ||
+           path.ends_with(".sock");
+}
+
+} // namespace
+
+std::set<std::string> Socket::open()
+{
+    std::set<std::string> result;
+    std::error_code ignored;
+    for (fs::directory_iterator each(ownFiles, ignored); each != fs::directory_iterator();
+         each.increment(ignored)) {
+        const std::string name = fs::read_symlink(each->path(), ignored).string();
+        if (name.starts_with("socket:"))
+            result.insert(name + ' ' + each->path().filename().string());
+    }
+    return result;
+}
+
+void Socket::find(const std::set<std::string>& before)
+{
+    std::vector<int> fresh;
+    for (const std::string& each : open()) {
+        int file = -1;
+        std::from_chars(each.data() + each.find(' ') + 1, each.data() + each.size(), file);
+        if (!before.contains(each) && leadsToServer(file))
+            fresh.push_back(file);
+    }
+    if (fresh.size() == 1)
+        copy_ = fcntl(fresh.front(), F_DUPFD_CLOEXEC, 0);
+}
+
+Socket::~Socket()
+{
+    if (copy_ >= 0)
+        close(copy_);
+}
+
+std::optional<bool> Socket::ended() const
+{
+    if (copy_ < 0)
+        return std::nullopt;
+    pollfd state{copy_, POLLRDHUP, 0};
+    return poll(&state, 1, 0) > 0;
+}
+
+void Socket::cut() { shutdown(copy_, SHUT_RDWR); }
+
+namespace {
+
+/// A thread that gets none of the signals that are meant for the host's.
+std::thread quietThread(const std::function<void()>& life)
+{
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, &before);
+    std::thread result(life);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return result;
+}
+
+} // namespace
+#else
+// Such a system does not say which sockets a process has.
+std::set<std::string> Socket::open() { return {}; }
+void Socket::find(const std::set<std::string>& /*before*/) {}
+Socket::~Socket() = default;
+std::optional<bool> Socket::ended() const { return std::nullopt; }
+void Socket::cut() {}
+static std::thread quietThread(const std::function<void()>& life) { return std::thread(life); }
+#endif
+
+/// One thread for all connections of the process, as long as there is one.
+class Watchdog {
+public:
+    static std::shared_ptr<Watchdog> shared()
+    {
+        static std::mutex one;
+        static std::weak_ptr<Watchdog> known;
+        const std::lock_guard lock(one);
+        std::shared_ptr<Watchdog> result = known.lock();
+        if (!result)
+            known = result = std::make_shared<Watchdog>();
+        return result;
+    }
+    Watchdog() : thread_(quietThread([this] { run(); })) {}
+    Watchdog(const Watchdog&) = delete;
+    Watchdog& operator=(const Watchdog&) = delete;
+    ~Watchdog()
+    {
+        {
+            const std::lock_guard lock(mutex_);
+            over_ = true;
+        }
+        change_.notify_one();
+        thread_.join();
+    }
+    void add(Patience& one)
+    {
+        const std::lock_guard lock(mutex_);
+        all_.push_back(&one);
+    }
+    void remove(Patience& one)
+    {
+        const std::lock_guard lock(mutex_);
+        std::erase(all_, &one);
+    }
+    /// It is woken where it sleeps longer than that, so that hardly any statement costs a change of threads.
+    void set(Patience& one, Patience::Clock::time_point deadline)
+    {
+        const std::lock_guard lock(mutex_);
+        one.deadline_ = deadline;
+        if (deadline >= awake_)
+            return;
+        awake_ = deadline;
+        change_.notify_one();
+    }
+
+private:
+    void run()
+    {
+        std::unique_lock lock(mutex_);
+        while (!over_) {
+            awake_ = Patience::Clock::time_point::max();
+            const auto now = Patience::Clock::now();
+            for (Patience* each : all_) {
+                if (each->deadline_ <= now) {
+                    each->ranOut_ = true;
+                    each->deadline_ = Patience::Clock::time_point::max();
+                    each->socket_.cut();
+                }
+                awake_ = std::min(awake_, each->deadline_);
+            }
+            if (awake_ == Patience::Clock::time_point::max())
+                change_.wait(lock);
+            else
+                change_.wait_until(lock, awake_);
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable change_;
+    std::vector<Patience*> all_;
+    Patience::Clock::time_point awake_ = Patience::Clock::time_point::max(); ///< When it looks next.
+    bool over_ = false;
+    std::thread thread_; ///< Begins when all else is there.
+};
+
+Patience::Patience(Socket& socket, std::chrono::seconds longest) : socket_(socket), longest_(longest)
+{
+    if (!socket.ended() || longest.count() == 0)
+        return;
+    watchdog_ = Watchdog::shared();
+    watchdog_->add(*this);
+}
+
+Patience::~Patience()
+{
+    if (watchdog_)
+        watchdog_->remove(*this);
+}
+
+void Patience::begin()
+{
+    if (watchdog_)
+        watchdog_->set(*this, Clock::now() + longest_);
+}
+
+void Patience::end()
+{
+    if (watchdog_)
+        watchdog_->set(*this, Clock::time_point::max());
+}
+
+} // namespace zv::odbc

@@ -1,0 +1,127 @@
+#include "data/odbc/Schemas.h"
+
+#include "data/Statement.h"
+#include "runtime/Convert.h"
+
+#include <random>
+
+namespace zv::odbc {
+namespace {
+
+// The locks of this system's schemas, among those that others may have on the same server.
+constexpr StringView lockKind = u"23126";
+
+constexpr StringView ofGuion = u"zv_guion_";
+constexpr StringView ofNewSchool = u"zv_nuevo_";
+
+String quotedName(StringView name) { return u"\"" + Replace(name, u"\"", u"\"\"") + u"\""; }
+
+String lockOf(StringView name) { return u"(" + String(lockKind) + u",hashtext(" + textLiteral(name) + u"))"; }
+
+std::vector<std::array<String, 2>> pairs(Pool& pool, StringView statement)
+{
+    std::vector<std::array<String, 2>> result;
+    const std::unique_ptr<Cursor> rows = pool.run(statement);
+    for (; rows->row(); rows->advance())
+        result.push_back({CStr(*rows->row()->at(0)), CStr(*rows->row()->at(1))});
+    return result;
+}
+
+} // namespace
+
+StringView suffixOf(Database which)
+{
+    switch (which) {
+    case Database::borrado:
+        return u"_borrado";
+    case Database::entrada:
+        return u"_entrada";
+    case Database::centro:
+        break;
+    }
+    return u"";
+}
+
+String searchPath(StringView schema) { return u"SET search_path TO " + quotedName(schema); }
+
+void createSchema(Pool& pool, StringView name) { pool.run(u"CREATE SCHEMA " + quotedName(name)); }
+
+void dropSchema(Pool& pool, StringView name)
+{
+    pool.run(u"DROP SCHEMA IF EXISTS " + quotedName(name) + u" CASCADE");
+}
+
+std::vector<String> existingSchemas(Pool& pool, StringView name)
+{
+    String names;
+    for (const Database which : everyDatabase)
+        names += (names.empty() ? u"" : u",") + textLiteral(String(name) + String(suffixOf(which)));
+    std::vector<String> result;
+    for (const auto& [found, same] :
+         pairs(pool, u"SELECT nspname, nspname FROM pg_namespace WHERE nspname IN (" + names + u")"))
+        result.push_back(found);
+    return result;
+}
+
+void renameSchemas(Pool& pool, StringView from, StringView to)
+{
+    pool.run(u"BEGIN");
+    try {
+        for (const Database which : everyDatabase)
+            pool.run(u"ALTER SCHEMA " + quotedName(String(from) + String(suffixOf(which))) + u" RENAME TO " +
+                     quotedName(String(to) + String(suffixOf(which))));
+    } catch (const RuntimeError&) {
+        pool.run(u"ROLLBACK");
+        throw;
+    }
+    pool.run(u"COMMIT");
+}
+
+String passingName(Purpose purpose)
+{
+    std::random_device chance;
+    String result(purpose == Purpose::guion ? ofGuion : ofNewSchool);
+    for (int part = 0; part < 3; ++part)
+        result += decimalText(static_cast<Long>(chance() & 0x7FFFFFFF));
+    return result;
+}
+
+bool isPassing(StringView name) { return name.starts_with(ofGuion) || name.starts_with(ofNewSchool); }
+
+String ownership(StringView name) { return u"SELECT pg_advisory_lock_shared" + lockOf(name); }
+
+/// Nobody but the dead leaves a lock free: it goes with the connection that had it, however that ends.
+void dropOrphans(Pool& pool, StringView ownName)
+{
+    const auto orphans =
+        pairs(pool, u"SELECT schema, name FROM (SELECT nspname AS schema, regexp_replace(nspname, "
+                    u"'_(borrado|entrada)$', '') AS name FROM pg_namespace WHERE nspname ~ "
+                    u"'^zv_(guion|nuevo)_[0-9]{12,}(_borrado|_entrada)?$' OFFSET 0) AS passing WHERE name<>" +
+                        textLiteral(ownName) + u" AND pg_try_advisory_lock(" + String(lockKind) +
+                        u",hashtext(name))");
+    for (const auto& [schema, name] : orphans) {
+        try {
+            dropSchema(pool, schema);
+        } catch (const DataError& failure) {
+            if (failure.number() == failure::connectionLost)
+                throw;
+        }
+        pool.run(u"SELECT pg_advisory_unlock" + lockOf(name));
+    }
+}
+
+TemporarySchema::TemporarySchema(const Place& place) : pool(place), owner(place)
+{
+    createSchema(pool, place.schema);
+}
+
+TemporarySchema::~TemporarySchema()
+{
+    try {
+        dropSchema(pool, pool.place().schema);
+    } catch (const RuntimeError&) {
+        // The server is gone; the next that makes one takes away what is left.
+    }
+}
+
+} // namespace zv::odbc

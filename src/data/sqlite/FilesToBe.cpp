@@ -1,0 +1,129 @@
+#include "data/sqlite/FilesToBe.h"
+
+#include "data/sqlite/Store.h"
+
+#ifndef _WIN32
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace zv::sqlite {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The live database comes last: without it the others are no school.
+constexpr Database order[] = {Database::entrada, Database::borrado, Database::centro};
+
+bool sameFile(const fs::path& one, const fs::path& other)
+{
+    std::error_code ignored;
+    return fs::equivalent(one, other, ignored);
+}
+
+} // namespace
+
+FilesToBe::Folder::Folder(const fs::path& live) : path_(fs::path(live) += ".creando")
+{
+    if (live.empty())
+        checkPlace(live, true);
+    std::error_code error;
+    while (fs::create_directory(path_, error) || !error) {
+        if (lock())
+            return;
+        error.clear();
+    }
+    checkPlace(live, true);
+    if (error == std::errc::no_space_on_device)
+        failFor(live, diskFull);
+    failFor(live, noRight);
+}
+
+#ifdef _WIN32
+bool FilesToBe::Folder::lock() { return true; }
+FilesToBe::Folder::~Folder()
+{
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+}
+#else
+/// False if whoever had it took it away meanwhile.
+bool FilesToBe::Folder::lock()
+{
+    const int handle = open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle < 0 && errno == ENOENT)
+        return false;
+    if (handle < 0)
+        failFor(path_, noRight);
+    struct stat locked {};
+    struct stat there {};
+    const bool free = flock(handle, LOCK_EX | LOCK_NB) == 0;
+    if (free && fstat(handle, &locked) == 0 && stat(path_.c_str(), &there) == 0 &&
+        locked.st_dev == there.st_dev && locked.st_ino == there.st_ino) {
+        handle_ = handle;
+        return true;
+    }
+    close(handle);
+    if (!free)
+        failFor(path_, u"es de otro programa, que está creando ahí el mismo colegio: espere a que termine.");
+    return false;
+}
+
+FilesToBe::Folder::~Folder()
+{
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+    close(handle_);
+}
+#endif
+
+FilesToBe::FilesToBe(fs::path live) : live_(std::move(live)), folder_(live_)
+{
+    takeBack();
+    for (const Database which : order)
+        removeFile(aside(which));
+    for (const Database which : {Database::centro, Database::borrado, Database::entrada})
+        checkPlace(place(which), true);
+}
+
+FilesToBe::~FilesToBe()
+{
+    if (!placed_)
+        takeBack();
+}
+
+fs::path FilesToBe::aside(Database which) const { return fileOf(folder_.path() / live_.filename(), which); }
+
+String FilesToBe::location() const { return aside(Database::centro).u16string(); }
+
+/// What is in place and not yet a school.
+void FilesToBe::takeBack() const
+{
+    if (sameFile(aside(Database::centro), live_))
+        return;
+    std::error_code ignored;
+    for (const Database which : order)
+        if (sameFile(aside(which), place(which)))
+            fs::remove(place(which), ignored);
+}
+
+void FilesToBe::putInPlace()
+{
+    for (const Database which : order)
+        if (fs::exists(fs::path(aside(which)) += "-wal"))
+            failFor(live_, diskFull);
+    for (const Database which : order) {
+        std::error_code error;
+        fs::create_hard_link(aside(which), place(which), error);
+        if (error)
+            checkPlace(place(which), true);
+        // Some disks know no second names.
+        if (error)
+            fs::rename(aside(which), place(which));
+    }
+    placed_ = true;
+}
+
+} // namespace zv::sqlite
