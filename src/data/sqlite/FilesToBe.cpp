@@ -1,6 +1,6 @@
 #include "data/sqlite/FilesToBe.h"
 
-#include "data/sqlite/Store.h"
+#include "data/sqlite/File.h"
 
 #ifndef _WIN32
 #include <fcntl.h>
