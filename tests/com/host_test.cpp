@@ -216,7 +216,7 @@ TEST(Library, comes_and_goes_a_thousand_times_without_growth)
             const auto facade = facadeOf(library);
             ZvBool free = -1;
             EXPECT_EQ(handOver(facade, face), ZV_OK);
-            EXPECT_EQ(facade.get()->vtbl->Eliminar(facade.get(), 200, &free), ZV_OK);
+            EXPECT_EQ(facade.get()->vtbl->Eliminar(facade.get(), 11, &free), ZV_OK);
         }
         EXPECT_EQ(dlopen(ZV_SERVIDOR, RTLD_NOW | RTLD_NOLOAD), nullptr) << "it is in memory still";
     };

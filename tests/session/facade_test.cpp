@@ -5,11 +5,14 @@
 #include "session/App.h"
 #include "session/DialogDirectory.h"
 #include "session/HostSession.h"
+#include "session/NodeTable.h"
 #include "session/cAsignarDatos.h"
 #include "session/cConfiguracion.h"
 #include "session/cNombreNodo.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace zv {
 namespace {
@@ -59,10 +62,10 @@ protected:
     cAsignarDatos facade;
 };
 
-TEST_F(Facade, every_dialog_with_a_node_is_in_one_of_its_tables)
+TEST_F(Facade, opens_and_asks_what_the_table_of_nodes_says)
 {
     const auto missing = [](auto&& operation) {
-        int count = 0;
+        std::ptrdiff_t count = 0;
         for (int node = 0; node <= 255; ++node)
             try {
                 operation(static_cast<Byte>(node));
@@ -73,10 +76,10 @@ TEST_F(Facade, every_dialog_with_a_node_is_in_one_of_its_tables)
             }
         return count;
     };
-    EXPECT_EQ(missing([&](Byte node) { facade.ActivarFormulario(node); }) +
-                  static_cast<int>(desktop.shown.size()),
-              31);
-    EXPECT_EQ(missing([&](Byte node) { facade.Eliminar(node); }) + static_cast<int>(asked.size()), 30);
+    EXPECT_EQ(missing([&](Byte node) { facade.ActivarFormulario(node); }) + std::ssize(desktop.shown),
+              std::ranges::count(moduleNodes(), true, &ModuleNode::opens));
+    EXPECT_EQ(missing([&](Byte node) { facade.Eliminar(node); }) + std::ssize(asked),
+              std::ranges::count(moduleNodes(), true, &ModuleNode::guards));
 }
 
 class FakeConnection final : public Connection {

@@ -25,6 +25,7 @@ void fillSampleSchool(School& school)
         sample::Dice dice;
         sample::addFixedRows(centro);
         sample::addReports(centro, dice, sample::addPeople(centro, dice));
+        sample::addOtherRows(centro);
     });
     // Keys above the largest live one stay taken while their rows wait in the recycle bin.
     inOneStep(*school.borrado, [&] {
