@@ -22,8 +22,9 @@ void ask(const Object& facade, const Session& session)
     std::cout << "Eliminar: " << (free ? "se puede" : "no se puede") << '\n';
 }
 
-void run(const Object& facade, const Object& connection, Session& session)
+void run(const Object& facade, Session& session)
 {
+    const Object connection = session.get("conexionlocalCENTRO").object();
     facade.call("ObtenerDatos", session);
     facade.call("ActivarFormulario", estadoCivil);
     const Object rows =
@@ -51,9 +52,8 @@ void show(const std::string& url)
 {
     const Library data = Library::registered("ZVDatos.Conexion");
     Library module = Library::registered("ZVConfiguracion.cAsignarDatos");
-    const Object connection = zv::client::openConnection(data, url);
-    Session session(connection);
-    run(module.create(ZV_CLSID_cAsignarDatos), connection, session);
+    Session session = zv::client::openSession(data, url);
+    run(module.create(ZV_CLSID_cAsignarDatos), session);
     if (!module.unload())
         throw std::runtime_error("queda algún objeto sin soltar");
     std::cout << "Referencias a la sesión: " << session.references() << '\n';

@@ -194,9 +194,9 @@ static inline void zv_session_remove(ZvSession* session, const char* name)
     zv_session_store(member, zv_empty());
 }
 
-/* Una sesión con los dieciocho miembros que lee ObtenerDatos: las tres conexiones son ésa (o ninguna), está
- * activa y va a crear una fila (Accion 1), los textos están vacíos y los números son 0. Nulo si no hay
- * memoria. */
+/* Una sesión con los dieciocho miembros que lee ObtenerDatos: las tres conexiones son ésa (o ninguna; las de
+ * las otras dos bases se dan con zv_session_set), está activa y va a crear una fila (Accion 1), los textos
+ * están vacíos y los números son 0. Nulo si no hay memoria. */
 static inline ZvSession* zv_session_new(void* connection)
 {
     static const ZvDispatchVtbl table = {{zv_session_query, zv_session_add_ref, zv_session_release},

@@ -5,8 +5,7 @@
 ///     namespace client = zv::client;
 ///     auto data = client::Library::registered("ZVDatos.Conexion");
 ///     auto module = client::Library::registered("ZVConfiguracion.cAsignarDatos");
-///     client::Object connection = client::openConnection(data, "sqlite:colegio.db");
-///     client::Session session(connection, {{"lngRowData", 3}});
+///     client::Session session = client::openSession(data, "sqlite:colegio.db", {{"lngRowData", 3}});
 ///     client::Object facade = module.create(ZV_CLSID_cAsignarDatos);
 ///     facade.call("ObtenerDatos", session);
 ///     bool free = facade.call("Eliminar", 65).truth();
@@ -436,6 +435,8 @@ public:
     /// Lo que hace el destructor, y si la ha descargado. Falso: queda un objeto suyo, u otro hilo está
     /// dentro.
     bool unload() noexcept { return zv_library_close(&library_) == ZV_OK; }
+    /// Para lo demás: la biblioteca, que sigue siendo de éste.
+    const ZvLibrary& raw() const noexcept { return library_; }
 
 private:
     ZvLibrary library_{};
@@ -448,6 +449,16 @@ inline Object openConnection(const Library& data, std::string_view url, std::str
     Object connection = data.create(ZV_CLSID_Conexion);
     connection.call("Open", url, which);
     return connection;
+}
+
+/// Una sesión con las tres conexiones de un colegio abiertas, y los miembros que se dan.
+inline Session openSession(const Library& data, std::string_view url,
+                           std::initializer_list<std::pair<const char*, Value>> members = {})
+{
+    Session session(openConnection(data, url), members);
+    session.add("conexionBORRADOlocalCENTRO", openConnection(data, url, "borrado"));
+    session.add("conexionAppEntrada", openConnection(data, url, "entrada"));
+    return session;
 }
 
 } // namespace zv::client
