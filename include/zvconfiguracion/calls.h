@@ -193,7 +193,7 @@ static inline ZvResult zv_invoke(void* object, const char* member, uint16_t mode
 }
 
 /* Lo que se sabe de un fallo, con los textos en UTF-8. El número es el de la guía: de 1 a 65535 si es propio,
- * y negativo si es de la base de datos, o un resultado que la guía no numera. */
+ * y negativo si es de la base de datos o un resultado sin más. */
 typedef struct ZvFailure {
     int32_t number;
     char text[1024]; /* Cortado si no cabe. */

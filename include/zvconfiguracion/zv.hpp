@@ -41,8 +41,8 @@ public:
     Failure(std::int32_t number, const std::string& text, std::string source = {})
         : std::runtime_error(text), number_(number), source_(std::move(source))
     {}
-    /// El de la guía de anfitriones: de 1 a 65535 si es propio, y negativo si es de la base de datos, o un
-    /// resultado que la guía no numera (ZV_E_WRONG_THREAD).
+    /// El de la guía de anfitriones: de 1 a 65535 si es propio, y negativo si es de la base de datos o un
+    /// resultado sin más (ZV_E_WRONG_THREAD).
     std::int32_t number() const noexcept { return number_; }
     /// Quién lo cuenta; vacío si lo hace la llamada misma.
     const std::string& source() const noexcept { return source_; }

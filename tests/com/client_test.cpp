@@ -121,6 +121,13 @@ TEST(Client, hands_over_a_session_that_the_module_reads_writes_and_gives_back)
             facade.call("ActivarFormulario", 36);
             EXPECT_EQ(session.get("LNGROWDATA").text(), " 8 ");
             EXPECT_EQ(session.get("Accion").integer(), 2);
+            EXPECT_TRUE(session.get("conexionBORRADOlocalCENTRO")
+                            .object()
+                            .call("Execute", "Select * From Presentador")
+                            .object()
+                            .get("EOF")
+                            .truth())
+                << "the deleted rows have a database of their own";
             // A second thread, while one is inside.
             const auto host = std::make_shared<Session>(ObjectPtr());
             std::string other;
