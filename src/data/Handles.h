@@ -19,7 +19,7 @@ public:
         const auto found = std::ranges::find_if(all_, isIdle);
         if (found == all_.end())
             return nullptr;
-        const Pointer result = *found;
+        Pointer result = *found;
         trim(result);
         return result;
     }

@@ -14,6 +14,9 @@ struct ModuleNode {
     bool guards;           ///< Eliminar asks the dialog's guard.
     StringView title;      ///< What a school calls the list.
     StringView table = {}; ///< The rows behind the node; empty where the dialog works on no row.
+    Byte number;
+    bool opens;  ///< ActivarFormulario shows the dialog.
+    bool guards; ///< Eliminar asks the dialog's guard.
 
     /// Column of the session's `lngRowData`; empty without a table.
     StringView key() const;
