@@ -18,7 +18,7 @@ constexpr Byte nodoRespuestas = 69;
 constexpr ModuleNode node(Byte number, StringView dialog, StringView title, StringView table)
 {
     return {
-        .number = number, .dialog = dialog, .opens = true, .guards = true, .title = title, .table = table};
+        .dialog = dialog, .title = title, .table = table, .number = number, .opens = true, .guards = true};
 }
 
 /// Its rows are no lookup table, so none is deleted.
