@@ -137,18 +137,18 @@ TEST_F(Facade, takes_the_session_over_in_order_each_member_as_its_type)
               u"NombreUsuario NombreCentro Pesetas MTP RutaIcono sqlserver");
     EXPECT_EQ(single<App>().HelpFile, u"C:\\colegio\\zorvelcentro.chm");
     for (const Case& one : cases)
-        EXPECT_EQ(CStr(configurationMember(one.record)), one.expected) << toUtf8(one.member);
-    EXPECT_EQ(CObj(configurationMember(u"conLocalCentro")), session->school.centro);
-    EXPECT_EQ(CObj(configurationMember(u"conLocalBorradoCentro")), session->school.borrado);
-    EXPECT_EQ(CObj(configurationMember(u"conLocalAppEntrada")), session->school.entrada);
-    EXPECT_EQ(CObj(configurationMember(u"datossesion")), session);
+        EXPECT_EQ(CStr(get(Configuracion(), one.record)), one.expected) << toUtf8(one.member);
+    EXPECT_EQ(CObj(get(Configuracion(), u"conLocalCentro")), session->school.centro);
+    EXPECT_EQ(CObj(get(Configuracion(), u"conLocalBorradoCentro")), session->school.borrado);
+    EXPECT_EQ(CObj(get(Configuracion(), u"conLocalAppEntrada")), session->school.entrada);
+    EXPECT_EQ(CObj(get(Configuracion(), u"datossesion")), session);
     const auto late = std::make_shared<PropertyBag>(u"Otra");
     let(*session->members, u"conexionlocalCENTRO", late);
     facade.ObtenerDatos(session);
     EXPECT_EQ(hostObjectOf(Configuracion().conLocalCentro), late) << "any object of the host serves";
     for (const StringView never : {u"intCodCurso", u"intTipoEnsenanza", u"blnDatosMedicos"})
-        EXPECT_EQ(CInt(configurationMember(never)), 0);
-    EXPECT_EQ(numberOf([] { configurationMember(u"intIDAlumno"); }), failure::memberMissing);
+        EXPECT_EQ(CInt(get(Configuracion(), never)), 0);
+    EXPECT_EQ(numberOf([] { get(Configuracion(), u"intIDAlumno"); }), failure::memberMissing);
 }
 
 TEST_F(Facade, a_member_that_fails_leaves_those_before_it_taken_over)
