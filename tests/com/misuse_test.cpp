@@ -168,6 +168,21 @@ TEST(Variants, that_say_less_than_they_need_are_refused)
     element.vt = ZV_VT_ARRAY | ZV_VT_VARIANT;
     element.value.array = &array;
     EXPECT_THROW(valueOf(element), RuntimeError);
+    // Freed by their own width, and only what is there.
+    const auto kept = std::make_shared<Session>(ObjectPtr());
+    constexpr std::uint32_t wide = 32;
+    ZvArray* freed = zv_array_new(wide, 2);
+    std::memset(freed->data, 'x', wide);
+    std::memset(freed->data, 0, sizeof(ZvVariant));
+    ZvVariant second{};
+    second.vt = ZV_VT_DISPATCH;
+    second.value.dispatch = dispatchOf(kept).detach();
+    std::memcpy(static_cast<char*>(freed->data) + wide, &second, sizeof second);
+    zv_array_free(freed, ZV_VT_VARIANT);
+    EXPECT_EQ(kept.use_count(), 1);
+    freed = zv_array_new(sizeof(void*), 1);
+    std::free(std::exchange(freed->data, nullptr));
+    zv_array_free(freed, ZV_VT_BSTR);
     // A number of 96 bits by reference is sixteen bytes.
     const auto decimal = std::make_unique<std::uint64_t[]>(2);
     decimal[1] = 12;

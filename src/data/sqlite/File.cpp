@@ -20,6 +20,10 @@ void checkPlace(const std::filesystem::path& file, bool create)
     if (std::filesystem::is_directory(file, ignored))
         failFor(file, u"es una carpeta; escriba el nombre de un fichero.");
     const bool exists = std::filesystem::exists(file, ignored);
+    if (!exists && std::filesystem::is_symlink(std::filesystem::symlink_status(file, ignored)))
+        failFor(file, u"es un enlace a un fichero que no existe: corrija el enlace, o elija otro nombre.");
+    if (!create && exists && !std::filesystem::is_regular_file(file, ignored))
+        failFor(file, u"no es un fichero con datos: compruebe el nombre.");
     if (create && exists)
         failFor(file, u"ya existe: elija otro nombre, o quítelo antes.");
     if (!create && !exists)
@@ -30,7 +34,7 @@ void checkPlace(const std::filesystem::path& file, bool create)
 
 void removeFile(const std::filesystem::path& file)
 {
-    for (const char* suffix : {"", "-wal", "-shm"}) {
+    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
         std::filesystem::path each = file;
         std::error_code ignored;
         std::filesystem::remove(each += suffix, ignored);
