@@ -30,7 +30,7 @@ bool holdsKey(const UniqueIndex& index, StringView table, std::span<const String
     return !primaryKey.empty() && std::ranges::all_of(primaryKey, held);
 }
 
-bool tellsTakenKey(StringView sqliteWords, bool primary)
+bool tellsTakenKey(StringView sqliteWords, StringView statement, bool primary)
 {
     constexpr StringView before = u"failed: ";
     const std::size_t place = sqliteWords.find(before);
@@ -40,6 +40,8 @@ bool tellsTakenKey(StringView sqliteWords, bool primary)
     // number in parentheses behind.
     StringView rest = sqliteWords.substr(place + before.size());
     const StringView table = rest.substr(0, rest.find(u'.'));
+    if (const auto written = writtenTable(statement); written && !sameName(*written, table))
+        return false;
     UniqueIndex index;
     while (!rest.empty()) {
         const std::size_t end = std::min(rest.find(u", "), rest.size());

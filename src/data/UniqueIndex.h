@@ -18,9 +18,10 @@ struct UniqueIndex {
 /// schema tells, or, for a table that the schema does not know, the primary key that is handed in.
 bool holdsKey(const UniqueIndex& index, StringView table, std::span<const String> primaryKey = {});
 
-/// Whether the index that SQLite says to be broken ("UNIQUE constraint failed: Pais.IDPais") holds its
-/// table's key. `primary`: SQLite says that it is the primary key.
-bool tellsTakenKey(StringView sqliteWords, bool primary = false);
+/// Whether the index that SQLite says to be broken ("UNIQUE constraint failed: Pais.IDPais") holds the key of
+/// the table that the statement writes; one that a trigger writes is another. `primary`: SQLite says that it
+/// is the primary key.
+bool tellsTakenKey(StringView sqliteWords, StringView statement, bool primary = false);
 
 /// The table that a statement inserts into or updates.
 std::optional<String> writtenTable(StringView statement);

@@ -68,7 +68,14 @@ TEST_F(Memory, each_failure_has_its_number)
               failure::otherData);
 }
 
-TEST_F(Memory, a_taken_key_is_told_from_what_else_may_be_there_once) { expectTheKeyAloneIsTaken(); }
+TEST_F(Memory, a_taken_key_is_told_from_what_else_may_be_there_once)
+{
+    expectTheKeyAloneIsTaken();
+    base->Execute(u"CREATE TABLE Aviso (k INTEGER PRIMARY KEY)");
+    base->Execute(u"Insert into Aviso values (1)");
+    base->executeNative(u"CREATE TRIGGER g AFTER INSERT ON Pais BEGIN INSERT INTO Aviso VALUES (1); END");
+    expectNumbers({Case{u"Insert into Pais (IDPais) values (77)", failure::brokenConstraint}});
+}
 
 TEST_F(Memory, rows_stream_and_tell_what_they_lack)
 {

@@ -115,6 +115,12 @@ TEST_F(Server, a_taken_key_is_told_from_what_else_may_be_there_once)
     base->Execute(u"BEGIN");
     expectNumbers({Case{u"Insert into Idioma values (2,'Inglés')", failure::brokenConstraint}});
     base->Execute(u"ROLLBACK");
+    base->Execute(u"CREATE TABLE Aviso (k INTEGER PRIMARY KEY)");
+    base->Execute(u"Insert into Aviso values (1)");
+    base->executeNative(u"CREATE FUNCTION avisa() RETURNS trigger LANGUAGE plpgsql AS "
+                        u"$$ BEGIN INSERT INTO Aviso VALUES (1); RETURN NEW; END $$");
+    base->Execute(u"CREATE TRIGGER g AFTER INSERT ON Idioma FOR EACH ROW EXECUTE FUNCTION avisa()");
+    expectNumbers({Case{u"Insert into Idioma values (2,'Francés')", failure::brokenConstraint}});
 }
 
 TEST_F(Server, rows_stream_and_keep_nobody_from_writing)

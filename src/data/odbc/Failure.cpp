@@ -63,10 +63,10 @@ bool fits(const Rule& rule, const Diagnosis& diagnosis)
            diagnosis.words.find(rule.words) != String::npos;
 }
 
-std::int32_t numberOf(const Diagnosis& diagnosis)
+std::int32_t numberOf(const Diagnosis& diagnosis, StringView statement)
 {
     // SQLite names the columns.
-    if (diagnosis.native == 19 && tellsTakenKey(diagnosis.words))
+    if (diagnosis.native == 19 && tellsTakenKey(diagnosis.words, statement))
         return failure::keyExists;
     for (const Rule& rule : rules)
         if (fits(rule, diagnosis))
@@ -78,7 +78,7 @@ std::int32_t numberOf(const Diagnosis& diagnosis)
 
 DataError failureOf(const Diagnosis& diagnosis, bool lost, StringView statement)
 {
-    return {lost ? failure::connectionLost : numberOf(diagnosis),
+    return {lost ? failure::connectionLost : numberOf(diagnosis, statement),
             diagnosis.state + "/" + std::to_string(diagnosis.native), diagnosis.words, statement};
 }
 

@@ -46,7 +46,7 @@ DataError failureOf(sqlite3* handle, Phase phase, StringView statement)
     const int code = sqlite3_extended_errcode(handle);
     const String text = static_cast<const char16_t*>(sqlite3_errmsg16(handle));
     const bool primary = code == SQLITE_CONSTRAINT_PRIMARYKEY;
-    if ((primary || code == SQLITE_CONSTRAINT_UNIQUE) && tellsTakenKey(text, primary))
+    if ((primary || code == SQLITE_CONSTRAINT_UNIQUE) && tellsTakenKey(text, statement, primary))
         return {failure::keyExists, std::to_string(code), text, statement};
     for (const Rule& rule : rules) {
         if (fits(rule, code, phase, text))
