@@ -35,7 +35,8 @@ endif()
 install(TARGETS ZVConfiguracion ZVDatos LIBRARY DESTINATION ${ZV_INSTALL_MODULEDIR} COMPONENT zvconfiguracion)
 
 set(dev COMPONENT zvconfiguracion-dev)
-install(DIRECTORY include/zvconfiguracion DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${dev} FILES_MATCHING PATTERN *.h)
+install(DIRECTORY include/zvconfiguracion DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${dev} FILES_MATCHING
+        PATTERN *.h PATTERN *.hpp)
 install(FILES idl/ZVConfiguracion.idl DESTINATION ${CMAKE_INSTALL_DATADIR}/zvconfiguracion ${dev})
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/ZVConfiguracion)
 configure_package_config_file(cmake/ZVConfiguracionConfig.cmake.in ${made}/ZVConfiguracionConfig.cmake

@@ -1,4 +1,5 @@
 #include "data/Statement.h"
+#include "data/Transaction.h"
 #include "zvconf/Command.h"
 
 #include "data/Schools.h"
@@ -99,7 +100,10 @@ private:
     {
         Long changed = 0;
         already_ = 0;
-        for (const Enciphered& each : encipheredTexts(school_)) {
+        const std::vector<Enciphered> texts = encipheredTexts(school_);
+        Transaction centro(*school_.centro);
+        Transaction borrado(*school_.borrado);
+        for (const Enciphered& each : texts) {
             if (new_.open(each.text)) {
                 ++already_;
                 continue;
@@ -116,6 +120,8 @@ private:
                           {each.column, new_.seal(*plain), each.row, each.column, doubled(each.text)}));
             ++changed;
         }
+        centro.commit();
+        borrado.commit();
         already_ -= changed_;
         return changed;
     }

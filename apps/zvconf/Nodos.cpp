@@ -7,7 +7,7 @@ namespace zv::zvconf {
 
 int nodos(Arguments arguments)
 {
-    Options(arguments, {});
+    const Options none(arguments, {});
     const auto answer = [](bool yes) { return yes ? u"sí" : u"no"; };
     for (const ModuleNode& node : moduleNodes()) {
         String line = decimalText(node.number) + u"\t" + String(node.title) + u"\t" + String(node.dialog) +

@@ -255,7 +255,7 @@ static inline void zv_variant_clear(ZvVariant* variant);
 
 static inline size_t zv_array_count(const ZvArray* array)
 {
-    size_t count = 1;
+    size_t count = array->dimensions != 0 && array->data != NULL ? 1 : 0;
     uint16_t i;
     for (i = 0; i < array->dimensions; ++i)
         count *= array->bounds[i].count;
@@ -288,13 +288,15 @@ static inline void zv_array_free(ZvArray* array, uint16_t elementType)
     count = array->elementSize < (elementType == ZV_VT_VARIANT ? sizeof(ZvVariant) : sizeof(void*))
                 ? 0
                 : zv_array_count(array);
-    for (i = 0; i < count; ++i)
+    for (i = 0; i < count; ++i) {
+        void* element = (char*)array->data + i * array->elementSize;
         if (elementType == ZV_VT_BSTR)
-            zv_bstr_free(((ZvBstr*)array->data)[i]);
+            zv_bstr_free(*(ZvBstr*)element);
         else if (elementType == ZV_VT_DISPATCH || elementType == ZV_VT_UNKNOWN)
-            zv_release(((void**)array->data)[i]);
+            zv_release(*(void**)element);
         else if (elementType == ZV_VT_VARIANT)
-            zv_variant_clear((ZvVariant*)array->data + i);
+            zv_variant_clear((ZvVariant*)element);
+    }
     free(array->data);
     free(array);
 }

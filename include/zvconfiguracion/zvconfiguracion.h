@@ -92,12 +92,48 @@ struct Zv_cConsejoOrientador {
     const Zv_cConsejoOrientadorVtbl* vtbl;
 };
 
+/* La fachada: lo que un anfitrión pide al módulo. Todos los objetos de esta clase comparten los diálogos y la
+ * sesión.
+ *
+ * Orden: primero ObtenerDatos, y después las otras tres, que trabajan con lo que entonces se leyó. Cuando
+ * cambie algo de la sesión, otra vez ObtenerDatos.
+ *
+ * Hilos: uno dentro a la vez; al segundo se le responde ZV_E_WRONG_THREAD sin hacer nada, y puede repetir.
+ * Con pantalla, todas en el hilo de las ventanas: el de la QApplication del anfitrión o, si no la tiene, el
+ * que llamó primero. El mismo hilo puede volver a entrar desde la sesión o desde su conexión.
+ *
+ * Resultado: ZV_OK, o negativo. ZV_FAILURE_BASE más un número de 1 a 65535 es un fallo del módulo o del
+ * anfitrión (438: a un objeto le falta un miembro; 91: falta el objeto); los de la base de datos son
+ * negativos y van como son. Por la tabla no viene el texto: si lo quiere, llame por el nombre (Invoke, o call
+ * y zv_call de las otras cabeceras). */
 typedef struct Zv_cAsignarDatos Zv_cAsignarDatos;
 typedef struct Zv_cAsignarDatosVtbl {
     ZvDispatchVtbl dispatch;
+
+    /* Carga el banco de la sesión con sus propios datos bloqueados, para que ActivarFormulario(30) lo abra
+     * por sus sucursales. Llámela justo delante: lo bloqueado queda hasta que se abre y se cierra el nodo 30,
+     * y la fila queda registrada. Un mensaje, si no se puede leer el banco, espera a que alguien lo cierre.
+     */
     ZvResult (*BloquearBanco)(Zv_cAsignarDatos*);
+
+    /* Copia en el módulo los dieciocho miembros de la sesión, que se piden por su nombre y en un orden fijo.
+     * El objeto sigue siendo de quien llama; el módulo retiene sus conexiones, y a él, hasta la llamada
+     * siguiente o hasta que DllCanUnloadNow responde 0. No abre ventanas y no habla con la base de datos.
+     * ZV_E_POINTER si el puntero es nulo, 91 si lo es el objeto, 438 si falta un miembro, 13 o 6 si su valor
+     * es de otro tipo o no cabe: los anteriores quedan ya copiados. */
     ZvResult (*ObtenerDatos)(Zv_cAsignarDatos*, ZvDispatch** ObjDatosSesion);
+
+    /* Muestra el diálogo del nodo (0 a 255; los que hay están en la guía) y no vuelve hasta que se cierra. No
+     * dice qué hizo la persona: refresque después su lista. Un nodo sin diálogo no hace nada y da ZV_OK. 5 si
+     * no hay pantalla, 400 si ese diálogo está abierto ya. Lo que falla con la ventana abierta se lo dice el
+     * diálogo a la persona. */
     ZvResult (*ActivarFormulario)(Zv_cAsignarDatos*, uint8_t bytNodoSeleccionado);
+
+    /* Pone en `resultado` -1 si el módulo ve que la fila lngRowData del nodo (0 a 255) se puede borrar, y 0
+     * si algo la nombra o si el nodo no tiene guarda. No borra y no pregunta: borrar es del anfitrión, y hay
+     * nodos que dicen que sí sin haber mirado («Antes de borrar», en la guía). ZV_E_POINTER si `resultado` es
+     * nulo. Si falla la consulta se muestra un mensaje y, leído, la llamada da ZV_OK y 0 (el nodo 65, -1 y
+     * sin mensaje); sin pantalla da el número de la base de datos. */
     ZvResult (*Eliminar)(Zv_cAsignarDatos*, uint8_t bytNodoSeleccionado, ZvBool* resultado);
 } Zv_cAsignarDatosVtbl;
 struct Zv_cAsignarDatos {

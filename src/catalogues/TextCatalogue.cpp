@@ -228,8 +228,9 @@ Then TextCatalogueDialog::makeTextsSafe(Routine& routine)
 
 Then TextCatalogueDialog::onlyChanged(Routine& routine)
 {
-    const auto& [box, label, caption, captionId, column, width, mandatory, selectsAll] = fields_.front();
-    if (createsRow() || routine.next().condition([&] { return box.Text() != String() + field(column); }))
+    const TextField& first = fields_.front();
+    if (createsRow() ||
+        routine.next().condition([&] { return first.box.Text() != String() + field(first.column); }))
         return Then::goOn;
     return Then::finish;
 }

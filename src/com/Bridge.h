@@ -1,18 +1,10 @@
 #pragma once
 
-#include "com/Held.h"
-#include "runtime/Object.h"
+#include "com/Objects.h"
 
 namespace zv::com {
 
-/// A host's object, reached by name. What goes to its routines may be changed by them; a member that is read
-/// or written takes plain values. Its failures come as RuntimeError, with its number and its words.
-ObjectPtr objectOf(Held<ZvDispatch> dispatch);
-
 /// The process ends: its hosts may be gone already, and no object of theirs is let go of any more.
 void leaveHostObjects();
-
-/// An object of ours as hosts see it. A host's own comes back as it came; no object gives none.
-Held<ZvDispatch> dispatchOf(const ObjectPtr& object);
 
 } // namespace zv::com

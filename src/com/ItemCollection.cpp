@@ -1,10 +1,10 @@
 #include "com/ItemCollection.h"
 
+#include "runtime/Members.h"
+
 namespace zv::com {
 
 namespace {
-
-using Items = Collection<Value>;
 
 std::size_t position(const Value& which)
 {
@@ -12,56 +12,36 @@ std::size_t position(const Value& which)
     return number < 0 ? 0 : static_cast<std::size_t>(number);
 }
 
-void expect(const Arguments& arguments, std::size_t least, std::size_t most)
-{
-    if (arguments.size() < least || arguments.size() > most)
-        fail(failure::argumentCount);
-}
-
-Value add(Items& items, const Arguments& arguments)
-{
-    expect(arguments, 1, 2);
-    const bool keyed = arguments.size() == 2 && !arguments[1].isEmpty();
-    items.Add(arguments[0], keyed ? CStr(arguments[1]) : String());
-    return {};
-}
-
-Value item(Items& items, const Arguments& arguments)
-{
-    expect(arguments, 1, 1);
-    const auto* key = arguments[0].as<String>();
-    return key != nullptr ? items.Item(*key) : items.Item(position(arguments[0]));
-}
-
-Value remove(Items& items, const Arguments& arguments)
-{
-    expect(arguments, 1, 1);
-    if (const auto* key = arguments[0].as<String>())
-        items.Remove(*key);
-    else
-        items.Remove(position(arguments[0]));
-    return {};
-}
-
-Value count(Items& items, const Arguments& arguments)
-{
-    expect(arguments, 0, 0);
-    return static_cast<Long>(items.Count());
-}
-
-constexpr struct {
-    StringView name;
-    Value (*run)(Items&, const Arguments&);
-} members[] = {{u"Add", add}, {u"Item", item}, {u"Remove", remove}, {u"Count", count}};
-
 } // namespace
 
-Value ItemCollection::invoke(StringView member, Access access, Arguments& arguments)
+void ItemCollection::Add(const Value& item, const std::optional<Value>& key)
 {
-    for (const auto& each : members)
-        if (sameName(each.name, member) && access != Access::let)
-            return each.run(items_, arguments);
-    fail(failure::memberMissing, member);
+    items_.Add(item, key && !key->isEmpty() ? CStr(*key) : String());
+}
+
+Value ItemCollection::Item(const Value& which)
+{
+    const auto* key = which.as<String>();
+    return key != nullptr ? items_.Item(*key) : items_.Item(position(which));
+}
+
+void ItemCollection::Remove(const Value& which)
+{
+    if (const auto* key = which.as<String>())
+        items_.Remove(*key);
+    else
+        items_.Remove(position(which));
+}
+
+const Member* ItemCollection::memberNamed(StringView name) const
+{
+    static constexpr Member members[] = {
+        method<&ItemCollection::Add>(u"Add"),
+        method<&ItemCollection::Item>(u"Item"),
+        method<&ItemCollection::Remove>(u"Remove"),
+        method<&ItemCollection::Count>(u"Count"),
+    };
+    return findMember(members, name);
 }
 
 } // namespace zv::com

@@ -3,6 +3,8 @@
 #include "runtime/Collection.h"
 #include "runtime/Object.h"
 
+#include <optional>
+
 namespace zv::com {
 
 /// A collection that hosts fill: Add(Item, Key), Item and Remove by key or by position from 1, Count. Fails
@@ -10,9 +12,14 @@ namespace zv::com {
 class ItemCollection final : public Object {
 public:
     StringView TypeName() const override { return u"Collection"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+    void Add(const Value& item, const std::optional<Value>& key);
+    Value Item(const Value& which);
+    void Remove(const Value& which);
+    std::size_t Count() const { return items_.Count(); }
 
 private:
+    const Member* memberNamed(StringView name) const override;
     Collection<Value> items_;
 };
 

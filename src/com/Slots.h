@@ -1,7 +1,7 @@
 #pragma once
 
-#include "com/Bridge.h"
 #include "com/Instance.h"
+#include "com/Objects.h"
 #include "com/Text.h"
 
 #include <utility>

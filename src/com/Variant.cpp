@@ -1,6 +1,6 @@
 #include "com/Variant.h"
 
-#include "com/Bridge.h"
+#include "com/Objects.h"
 #include "com/Text.h"
 #include "runtime/Convert.h"
 

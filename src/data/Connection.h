@@ -23,7 +23,9 @@ public:
     virtual void Close() = 0;
 
     StringView TypeName() const override { return u"Recordset"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+protected:
+    const Member* memberNamed(StringView name) const override;
 };
 using RecordsetPtr = std::shared_ptr<Recordset>;
 
@@ -44,7 +46,9 @@ public:
     virtual EngineInfo engine() = 0;
 
     StringView TypeName() const override { return u"Connection"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+protected:
+    const Member* memberNamed(StringView name) const override;
 };
 using ConnectionPtr = std::shared_ptr<Connection>;
 

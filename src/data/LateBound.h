@@ -12,6 +12,14 @@ namespace zv {
 /// rows, and reads as a closed recordset. Nothing is called before the first statement. No object gives none.
 ConnectionPtr connectionOf(const ObjectPtr& object);
 
+/// A late-bound argument, as the above.
+template <>
+inline ConnectionPtr valueTo(const Value& value)
+{
+    const auto* object = value.as<ObjectPtr>();
+    return connectionOf(object && !*object ? nullptr : CObj(value));
+}
+
 /// The host's own object behind a connection of the above, for whoever of the host is handed the connection;
 /// any other object as it is.
 ObjectPtr hostObjectOf(const ObjectPtr& connection);

@@ -1,6 +1,7 @@
 #include "data/Schools.h"
 
 #include "data/Schema.h"
+#include "data/Transaction.h"
 
 namespace zv {
 namespace {
@@ -23,10 +24,10 @@ ConnectionPtr& member(School& school, Database which)
 void makeTables(Connection& connection, Database which, DdlStyle style)
 {
     // At once, since each statement by itself would wait for the disk.
-    connection.executeNative(u"BEGIN");
+    Transaction transaction(connection);
     for (const String& each : schema::definition(which, style))
         connection.executeNative(each);
-    connection.executeNative(u"COMMIT");
+    transaction.commit();
 }
 
 School existing(StringView url, ConnectionPtr (Engine::*open)(StringView, Database))

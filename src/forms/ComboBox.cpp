@@ -1,5 +1,7 @@
 #include "forms/ComboBox.h"
 
+#include "runtime/Members.h"
+
 #include <algorithm>
 
 namespace zv {
@@ -81,37 +83,20 @@ void ComboBox::restoreDesign()
     contentChanged();
 }
 
-Value ComboBox::invoke(StringView member, Access access, Arguments& arguments)
+const Member* ComboBox::memberNamed(StringView name) const
 {
-    static const auto members =
-        MemberTable<ComboBox>()
-            .property(u"ListCount", [](ComboBox& self, const Arguments&) { return Value(self.ListCount()); })
-            .property(u"NewIndex", [](ComboBox& self, const Arguments&) { return Value(self.NewIndex()); })
-            .property(u"Text", [](ComboBox& self, const Arguments&) { return Value(self.Text()); })
-            .property(u"List", [](ComboBox& self,
-                                  const Arguments& a) { return Value(self.List(CLng(argument(a, 0)))); })
-            .property(
-                u"ItemData",
-                [](ComboBox& self, const Arguments& a) { return Value(self.ItemData(CLng(argument(a, 0)))); },
-                [](ComboBox& self, const Arguments& a) {
-                    self.setItemData(CLng(argument(a, 0)), CLng(argument(a, 1)));
-                })
-            .method(u"AddItem",
-                    [](ComboBox& self, Arguments& a) {
-                        self.AddItem(CStr(argument(a, 0)));
-                        return Value();
-                    })
-            .method(u"RemoveItem",
-                    [](ComboBox& self, Arguments& a) {
-                        self.RemoveItem(CLng(argument(a, 0)));
-                        return Value();
-                    })
-            .method(u"Clear", [](ComboBox& self, Arguments&) {
-                self.Clear();
-                return Value();
-            });
-    return members.has(member) ? members.invoke(*this, member, access, arguments)
-                               : Control::invoke(member, access, arguments);
+    static constexpr Member members[] = {
+        property<&ComboBox::ListCount>(u"ListCount"),
+        property<&ComboBox::NewIndex>(u"NewIndex"),
+        property<&ComboBox::Text>(u"Text"),
+        property<&ComboBox::List>(u"List"),
+        property<&ComboBox::ItemData, &ComboBox::setItemData>(u"ItemData"),
+        method<&ComboBox::AddItem>(u"AddItem"),
+        method<&ComboBox::RemoveItem>(u"RemoveItem"),
+        method<&ComboBox::Clear>(u"Clear"),
+    };
+    const Member* found = findMember(members, name);
+    return found != nullptr ? found : Control::memberNamed(name);
 }
 
 } // namespace zv

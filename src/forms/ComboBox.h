@@ -34,8 +34,10 @@ public:
 
     void sealDesign() override;
     void restoreDesign() override;
+
+protected:
     /// Beside the properties: the members above by their names.
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
+    const Member* memberNamed(StringView name) const override;
 
 private:
     friend class Acts;

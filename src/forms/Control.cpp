@@ -1,5 +1,7 @@
 #include "forms/Control.h"
 
+#include "runtime/Members.h"
+
 namespace zv {
 
 Control::Control(Container& container, StringView typeName, StringView name, int index)
@@ -40,28 +42,22 @@ void Control::propertyChanged(const PropertyBase& property) { site_.controlChang
 
 void Control::contentChanged() { site_.controlChanged(*this, nullptr); }
 
-Value Control::invoke(StringView member, Access access, Arguments& arguments)
+static Long arrayIndex(const Control& control)
 {
-    static const auto members =
-        MemberTable<Control>()
-            .property(u"Name", [](Control& self, const Arguments&) { return Value(self.Name()); })
-            .property(u"Index",
-                      [](Control& self, const Arguments&) {
-                          if (self.Index() == noIndex)
-                              fail(failure::noArrayElement, self.Name());
-                          return Value(Long{self.Index()});
-                      })
-            .method(u"SetFocus",
-                    [](Control& self, Arguments&) {
-                        self.SetFocus();
-                        return Value();
-                    })
-            .method(u"ZOrder", [](Control& self, Arguments&) {
-                self.ZOrder();
-                return Value();
-            });
-    return members.has(member) ? members.invoke(*this, member, access, arguments)
-                               : PropertyOwner::invoke(member, access, arguments);
+    if (control.Index() == Control::noIndex)
+        fail(failure::noArrayElement, control.Name());
+    return control.Index();
+}
+
+const Member* Control::memberNamed(StringView name) const
+{
+    static constexpr Member members[] = {
+        property<&Control::Name>(u"Name"),
+        property<arrayIndex>(u"Index"),
+        method<&Control::SetFocus>(u"SetFocus"),
+        method<&Control::ZOrder>(u"ZOrder"),
+    };
+    return findMember(members, name);
 }
 
 } // namespace zv

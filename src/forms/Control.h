@@ -81,10 +81,10 @@ public:
     Event<> LostFocus;
 
     StringView TypeName() const override { return typeName_; }
-    /// Beside the properties: Name, Index, SetFocus, ZOrder.
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
 
 protected:
+    /// Beside the properties: Name, Index, SetFocus, ZOrder.
+    const Member* memberNamed(StringView name) const override;
     ControlSite& ownSite() const { return site_; }
     Control(Container& container, StringView typeName, StringView name, int index);
     /// Tells the view that a list, cells or tabs changed.

@@ -1,6 +1,7 @@
 #include "forms/Form.h"
 
 #include "forms/Desktop.h"
+#include "runtime/Members.h"
 
 #include <algorithm>
 #include <exception>
@@ -13,19 +14,20 @@ constexpr std::int32_t alreadyShown = 400;
 
 } // namespace
 
-Value ControlList::invoke(StringView member, Access access, Arguments& arguments)
+Control& ControlList::Item(Long position) const
 {
-    static const auto members =
-        MemberTable<ControlList>()
-            .property(u"Count", [](ControlList& self,
-                                   const Arguments&) { return Value(static_cast<Long>(self.Count())); })
-            .property(u"Item", [](ControlList& self, const Arguments& a) {
-                const Long position = CLng(argument(a, 0));
-                if (position < 0 || position >= static_cast<Long>(self.Count()))
-                    fail(failure::indexOutside);
-                return Value(uncounted(*self.controls_[static_cast<std::size_t>(position)]));
-            });
-    return members.invoke(*this, member, access, arguments);
+    if (position < 0 || position >= static_cast<Long>(Count()))
+        fail(failure::indexOutside);
+    return *controls_[static_cast<std::size_t>(position)];
+}
+
+const Member* ControlList::memberNamed(StringView name) const
+{
+    static constexpr Member members[] = {
+        property<&ControlList::Count>(u"Count"),
+        property<&ControlList::Item>(u"Item"),
+    };
+    return findMember(members, name);
 }
 
 Form::Form(StringView name) : name_(name) {}
@@ -124,23 +126,15 @@ void Form::guarded(const std::function<void()>& event)
     }
 }
 
-Value Form::invoke(StringView member, Access access, Arguments& arguments)
+const Member* Form::memberNamed(StringView name) const
 {
-    const auto perform = [](void (Form::*act)()) {
-        return [act](Form& self, Arguments&) {
-            (self.*act)();
-            return Value();
-        };
+    static constexpr Member members[] = {
+        property<&Form::Name>(u"Name"),
+        property<&Form::Controls>(u"Controls"),
+        method<&Form::Show>(u"Show"),
+        method<&Form::Hide>(u"Hide"),
     };
-    static const auto members =
-        MemberTable<Form>()
-            .property(u"Name", [](Form& self, const Arguments&) { return Value(self.Name()); })
-            .property(u"Controls",
-                      [](Form& self, const Arguments&) { return Value(uncounted(self.Controls)); })
-            .method(u"Show", perform(&Form::Show))
-            .method(u"Hide", perform(&Form::Hide));
-    return members.has(member) ? members.invoke(*this, member, access, arguments)
-                               : PropertyOwner::invoke(member, access, arguments);
+    return findMember(members, name);
 }
 
 void Form::propertyChanged(const PropertyBase& property)

@@ -18,8 +18,13 @@ public:
     auto end() const { return controls_.end(); }
     std::size_t Count() const { return controls_.size(); }
 
+    /// Fails with 9 if there is none at that place.
+    Control& Item(Long position) const;
+
     StringView TypeName() const override { return u"Controls"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+protected:
+    const Member* memberNamed(StringView name) const override;
 
 private:
     friend class Form;
@@ -74,8 +79,6 @@ public:
     void guarded(const std::function<void()>& event);
 
     StringView TypeName() const override { return name_; }
-    /// Beside the properties: Name, Controls, Show, Hide.
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
 
     Form& containingForm() override { return *this; }
     ControlSite& site() override { return *this; }
@@ -83,6 +86,8 @@ public:
 
 protected:
     explicit Form(StringView name);
+    /// Beside the properties: Name, Controls, Show, Hide.
+    const Member* memberNamed(StringView name) const override;
 
     virtual void Form_Load() {}
     virtual void Form_Activate() {}

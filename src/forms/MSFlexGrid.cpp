@@ -1,5 +1,7 @@
 #include "forms/MSFlexGrid.h"
 
+#include "runtime/Members.h"
+
 namespace zv {
 
 namespace {
@@ -146,53 +148,24 @@ void MSFlexGrid::restoreDesign()
     contentChanged();
 }
 
-Value MSFlexGrid::invoke(StringView member, Access access, Arguments& arguments)
+const Member* MSFlexGrid::memberNamed(StringView name) const
 {
     using Grid = MSFlexGrid;
-    const auto perform = [](auto act) {
-        return [act](Grid& self, Arguments& a) {
-            act(self, a);
-            return Value();
-        };
+    static constexpr Member members[] = {
+        property<&Grid::TextMatrix, &Grid::setTextMatrix>(u"TextMatrix"),
+        property<&Grid::RowData, &Grid::setRowData>(u"RowData"),
+        property<&Grid::ColWidth, &Grid::setColWidth>(u"ColWidth"),
+        property<&Grid::ColAlignment, &Grid::setColAlignment>(u"ColAlignment"),
+        property<&Grid::CellLeft>(u"CellLeft"),
+        property<&Grid::CellTop>(u"CellTop"),
+        property<&Grid::CellWidth>(u"CellWidth"),
+        property<&Grid::CellHeight>(u"CellHeight"),
+        method<&Grid::Clear>(u"Clear"),
+        method<&Grid::AddItem>(u"AddItem"),
+        method<&Grid::RemoveItem>(u"RemoveItem"),
     };
-    static const auto members =
-        MemberTable<Grid>()
-            .property(
-                u"TextMatrix",
-                [](Grid& self, const Arguments& a) {
-                    return Value(self.TextMatrix(CLng(argument(a, 0)), CLng(argument(a, 1))));
-                },
-                [](Grid& self, const Arguments& a) {
-                    self.setTextMatrix(CLng(argument(a, 0)), CLng(argument(a, 1)), CStr(argument(a, 2)));
-                })
-            .property(
-                u"RowData",
-                [](Grid& self, const Arguments& a) { return Value(self.RowData(CLng(argument(a, 0)))); },
-                [](Grid& self, const Arguments& a) {
-                    self.setRowData(CLng(argument(a, 0)), CLng(argument(a, 1)));
-                })
-            .property(
-                u"ColWidth",
-                [](Grid& self, const Arguments& a) { return Value(self.ColWidth(CLng(argument(a, 0)))); },
-                [](Grid& self, const Arguments& a) {
-                    self.setColWidth(CLng(argument(a, 0)), CLng(argument(a, 1)));
-                })
-            .property(
-                u"ColAlignment",
-                [](Grid& self, const Arguments& a) { return Value(self.ColAlignment(CLng(argument(a, 0)))); },
-                [](Grid& self, const Arguments& a) {
-                    self.setColAlignment(CLng(argument(a, 0)), CInt(argument(a, 1)));
-                })
-            .property(u"CellLeft", [](Grid& self, const Arguments&) { return Value(self.CellLeft()); })
-            .property(u"CellTop", [](Grid& self, const Arguments&) { return Value(self.CellTop()); })
-            .property(u"CellWidth", [](Grid& self, const Arguments&) { return Value(self.CellWidth()); })
-            .property(u"CellHeight", [](Grid& self, const Arguments&) { return Value(self.CellHeight()); })
-            .method(u"Clear", perform([](Grid& self, Arguments&) { self.Clear(); }))
-            .method(u"AddItem", perform([](Grid& self, Arguments& a) { self.AddItem(CStr(argument(a, 0))); }))
-            .method(u"RemoveItem",
-                    perform([](Grid& self, Arguments& a) { self.RemoveItem(CLng(argument(a, 0))); }));
-    return members.has(member) ? members.invoke(*this, member, access, arguments)
-                               : Control::invoke(member, access, arguments);
+    const Member* found = findMember(members, name);
+    return found != nullptr ? found : Control::memberNamed(name);
 }
 
 } // namespace zv

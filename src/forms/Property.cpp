@@ -29,6 +29,8 @@ PropertyBase* PropertyOwner::findProperty(StringView name) const
 
 Value PropertyOwner::invoke(StringView member, Access access, Arguments& arguments)
 {
+    if (const Member* found = memberNamed(member))
+        return found->invoke(*this, member, access, arguments);
     PropertyBase* property = findProperty(member);
     if (property == nullptr)
         fail(failure::memberMissing, member);

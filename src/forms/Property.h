@@ -2,6 +2,8 @@
 
 #include "runtime/Object.h"
 
+#include <functional>
+
 namespace zv {
 
 class PropertyBase;
@@ -17,6 +19,7 @@ public:
     /// The property of that name, or none.
     PropertyBase* findProperty(StringView name) const;
 
+    /// The class's members, then its properties.
     Value invoke(StringView member, Access access, Arguments& arguments) override;
 
 private:
@@ -47,40 +50,6 @@ private:
     PropertyOwner& owner_;
     StringView name_; ///< A literal.
 };
-
-/// Conversion of a late-bound value to the type of a property.
-template <class T>
-T valueTo(const Value& value);
-template <>
-inline String valueTo(const Value& value)
-{
-    return CStr(value);
-}
-template <>
-inline bool valueTo(const Value& value)
-{
-    return CBool(value);
-}
-template <>
-inline Byte valueTo(const Value& value)
-{
-    return CByte(value);
-}
-template <>
-inline Integer valueTo(const Value& value)
-{
-    return CInt(value);
-}
-template <>
-inline Long valueTo(const Value& value)
-{
-    return CLng(value);
-}
-template <>
-inline Double valueTo(const Value& value)
-{
-    return CDbl(value);
-}
 
 /// A property that is read and assigned like a variable. What an assignment does beyond storing (cutting a
 /// text, raising an event) is the `assign` rule, which stores with store().

@@ -1,5 +1,7 @@
 #include "forms/TabStrip.h"
 
+#include "runtime/Members.h"
+
 #include <tuple>
 
 namespace zv {
@@ -11,21 +13,29 @@ class TabCollection final : public Object {
 public:
     explicit TabCollection(TabStrip& strip) : strip_(strip) {}
     StringView TypeName() const override { return u"Tabs"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override
+    Long Count() const { return strip_.tabCount(); }
+    StripTab& Item(Long index) const { return strip_.Tabs(index); }
+
+protected:
+    const Member* memberNamed(StringView name) const override
     {
-        static const auto members =
-            MemberTable<TabCollection>()
-                .property(u"Count",
-                          [](TabCollection& self, const Arguments&) { return Value(self.strip_.tabCount()); })
-                .property(u"Item", [](TabCollection& self, const Arguments& a) {
-                    return Value(uncounted(self.strip_.Tabs(CLng(argument(a, 0)))));
-                });
-        return members.invoke(*this, member, access, arguments);
+        static constexpr Member members[] = {
+            property<&TabCollection::Count>(u"Count"),
+            property<&TabCollection::Item>(u"Item"),
+        };
+        return findMember(members, name);
     }
 
 private:
     TabStrip& strip_;
 };
+
+Value tabs(TabStrip& strip, const std::optional<Long>& index)
+{
+    return index ? Value(uncounted(strip.Tabs(*index))) : Value(std::make_shared<TabCollection>(strip));
+}
+
+bool isSelected(TabStrip& strip, Long index) { return strip.Tabs(index).Selected(); }
 
 } // namespace
 
@@ -40,31 +50,29 @@ StripTab::StripTab(TabStrip& strip, Long index, String caption, String toolTip)
 
 bool StripTab::Selected() const { return strip_.selected_() == index_; }
 
-void StripTab::select()
+void StripTab::select(bool on)
 {
+    if (!on)
+        return;
     strip_.selected_.store(index_);
     strip_.Click.raise();
 }
 
-Value StripTab::invoke(StringView member, Access access, Arguments& arguments)
+void StripTab::setCaption(const String& caption)
 {
-    static const auto members =
-        MemberTable<StripTab>()
-            .property(
-                u"Caption", [](StripTab& self, const Arguments&) { return Value(self.Caption); },
-                [](StripTab& self, const Arguments& a) {
-                    self.Caption = CStr(a.back());
-                    self.strip_.tabChanged();
-                })
-            .field(u"ToolTipText", &StripTab::ToolTipText, CStr)
-            .property(u"Index", [](StripTab& self, const Arguments&) { return Value(self.Index()); })
-            .property(
-                u"Selected", [](StripTab& self, const Arguments&) { return Value(self.Selected()); },
-                [](StripTab& self, const Arguments& a) {
-                    if (CBool(a.back()))
-                        self.select();
-                });
-    return members.invoke(*this, member, access, arguments);
+    Caption = caption;
+    strip_.tabChanged();
+}
+
+const Member* StripTab::memberNamed(StringView name) const
+{
+    static constexpr Member members[] = {
+        property<&StripTab::Caption, &StripTab::setCaption>(u"Caption"),
+        field<&StripTab::ToolTipText>(u"ToolTipText"),
+        property<&StripTab::Index>(u"Index"),
+        property<&StripTab::Selected, &StripTab::select>(u"Selected"),
+    };
+    return findMember(members, name);
 }
 
 void TabStrip::addTab(StringView caption, StringView toolTip)
@@ -88,22 +96,15 @@ void TabStrip::restoreDesign()
     contentChanged();
 }
 
-Value TabStrip::invoke(StringView member, Access access, Arguments& arguments)
+const Member* TabStrip::memberNamed(StringView name) const
 {
-    static const auto members =
-        MemberTable<TabStrip>()
-            .property(u"Tabs",
-                      [](TabStrip& self, const Arguments& a) {
-                          return a.empty() ? Value(std::make_shared<TabCollection>(self))
-                                           : Value(uncounted(self.Tabs(CLng(a.front()))));
-                      })
-            .property(u"SelectedItem",
-                      [](TabStrip& self, const Arguments&) { return Value(uncounted(self.SelectedItem())); })
-            .property(u"Selected", [](TabStrip& self, const Arguments& a) {
-                return Value(self.Tabs(CLng(argument(a, 0))).Selected());
-            });
-    return members.has(member) ? members.invoke(*this, member, access, arguments)
-                               : Control::invoke(member, access, arguments);
+    static constexpr Member members[] = {
+        property<tabs>(u"Tabs"),
+        property<&TabStrip::SelectedItem>(u"SelectedItem"),
+        property<isSelected>(u"Selected"),
+    };
+    const Member* found = findMember(members, name);
+    return found != nullptr ? found : Control::memberNamed(name);
 }
 
 } // namespace zv

@@ -15,12 +15,15 @@ public:
     Long Index() const { return index_; }
     bool Selected() const;
     /// True always raises the strip's Click, even where the tab is selected already.
-    void select();
+    void select(bool on = true);
+    void setCaption(const String& caption);
     String Caption;
     String ToolTipText;
 
     StringView TypeName() const override { return u"Tab"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
+
+protected:
+    const Member* memberNamed(StringView name) const override;
 
 private:
     TabStrip& strip_;
@@ -42,9 +45,11 @@ public:
     Event<> Click;
 
     void restoreDesign() override;
+
+protected:
     /// Beside the properties: Tabs (with Count and Item, or with the number of a tab), SelectedItem,
     /// Selected(n).
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
+    const Member* memberNamed(StringView name) const override;
 
 private:
     friend class StripTab;

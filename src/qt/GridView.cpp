@@ -51,10 +51,10 @@ public:
             columns_ = grid_.Cols();
             endResetModel();
         } else if (rows_ > 0 && columns_ > 0) {
-            emit dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+            Q_EMIT dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
         }
         if (columns_ > 0)
-            emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
+            Q_EMIT headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
     }
 
 private:

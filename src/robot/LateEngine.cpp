@@ -1,6 +1,7 @@
 #include "robot/LateEngine.h"
 
 #include "data/LateBound.h"
+#include "runtime/Members.h"
 
 namespace zv {
 namespace {
@@ -10,14 +11,13 @@ class PlainField final : public Object {
 public:
     explicit PlainField(Value value) : value_(std::move(value)) {}
     StringView TypeName() const override { return u"Campo"; }
-    Value invoke(StringView member, Access access, Arguments& /*arguments*/) override
-    {
-        if (!sameName(member, u"Value") || access != Access::get)
-            fail(failure::memberMissing, member);
-        return value_;
-    }
 
 private:
+    const Member* memberNamed(StringView name) const override
+    {
+        static constexpr Member members[] = {property<&PlainField::value_>(u"Value")};
+        return findMember(members, name);
+    }
     Value value_;
 };
 
@@ -25,29 +25,22 @@ class PlainRows final : public Object {
 public:
     explicit PlainRows(RecordsetPtr rows) : rows_(std::move(rows)) {}
     StringView TypeName() const override { return u"Filas"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override
-    {
-        static const MemberTable<PlainRows> members = [] {
-            MemberTable<PlainRows> table;
-            table.property(u"EOF",
-                           [](PlainRows& self, const Arguments&) { return Value(self.rows_->Eof()); });
-            table.property(u"Fields", [](PlainRows& self, const Arguments& a) {
-                return Value(std::make_shared<PlainField>(self.rows_->Fields(CStr(argument(a, 0)))));
-            });
-            table.method(u"MoveNext", [](PlainRows& self, Arguments&) {
-                self.rows_->MoveNext();
-                return Value();
-            });
-            table.method(u"Close", [](PlainRows& self, Arguments&) {
-                self.rows_->Close();
-                return Value();
-            });
-            return table;
-        }();
-        return members.invoke(*this, member, access, arguments);
-    }
 
 private:
+    bool Eof() { return rows_->Eof(); }
+    ObjectPtr Fields(StringView name) { return std::make_shared<PlainField>(rows_->Fields(name)); }
+    void MoveNext() { rows_->MoveNext(); }
+    void Close() { rows_->Close(); }
+    const Member* memberNamed(StringView name) const override
+    {
+        static constexpr Member members[] = {
+            property<&PlainRows::Eof>(u"EOF"),
+            property<&PlainRows::Fields>(u"Fields"),
+            method<&PlainRows::MoveNext>(u"MoveNext"),
+            method<&PlainRows::Close>(u"Close"),
+        };
+        return findMember(members, name);
+    }
     RecordsetPtr rows_;
 };
 
@@ -55,16 +48,19 @@ class PlainConnection final : public Object {
 public:
     explicit PlainConnection(ConnectionPtr inner) : inner_(std::move(inner)) {}
     StringView TypeName() const override { return u"Conexion"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override
+
+private:
+    Value Execute(StringView statement)
     {
-        if (!sameName(member, u"Execute") || access != Access::call)
-            fail(failure::memberMissing, member);
-        const RecordsetPtr rows = inner_->Execute(CStr(argument(arguments, 0)));
+        const RecordsetPtr rows = inner_->Execute(statement);
         // One host gives closed rows where there are none, another nothing.
         return rows->State() != 0 ? Value(std::make_shared<PlainRows>(rows)) : Value();
     }
-
-private:
+    const Member* memberNamed(StringView name) const override
+    {
+        static constexpr Member members[] = {method<&PlainConnection::Execute>(u"Execute").taking(3)};
+        return findMember(members, name);
+    }
     ConnectionPtr inner_;
 };
 

@@ -58,7 +58,7 @@ String lookedAt(Play& play, const GuionArgument& owner, const MemberName& member
     if (of(u"forma"))
         return formMember(play, member.name);
     if (of(u"config"))
-        return valueText(configurationMember(member.name));
+        return valueText(get(Configuracion(), member.name));
     if (of(u"sesion"))
         return valueText(get(play.state().session, member.name));
     return valueText(controlMember(play, owner, member));

@@ -312,6 +312,15 @@ ObjectPtr CObj(const Value& value)
     fail(object != nullptr || value.isEmpty() ? failure::noObject : failure::typeMismatch);
 }
 
+template <>
+LongArray valueTo(const Value& value)
+{
+    const auto* array = value.as<LongArray>();
+    if (array == nullptr || !*array)
+        fail(failure::typeMismatch);
+    return *array;
+}
+
 String Str(const Value& number)
 {
     if (number.isEmpty() || number.as<bool>() != nullptr || number.as<String>() != nullptr)

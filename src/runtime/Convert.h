@@ -21,6 +21,53 @@ String CStr(const Value& value);
 /// The object in a value: 91 if it holds none, 13 if it holds something else.
 ObjectPtr CObj(const Value& value);
 
+/// The conversion to a type, where a type is what is known.
+template <class T>
+T valueTo(const Value& value);
+template <>
+inline Value valueTo(const Value& value)
+{
+    return value;
+}
+template <>
+inline bool valueTo(const Value& value)
+{
+    return CBool(value);
+}
+template <>
+inline Byte valueTo(const Value& value)
+{
+    return CByte(value);
+}
+template <>
+inline Integer valueTo(const Value& value)
+{
+    return CInt(value);
+}
+template <>
+inline Long valueTo(const Value& value)
+{
+    return CLng(value);
+}
+template <>
+inline Double valueTo(const Value& value)
+{
+    return CDbl(value);
+}
+template <>
+inline String valueTo(const Value& value)
+{
+    return CStr(value);
+}
+template <>
+inline ObjectPtr valueTo(const Value& value)
+{
+    return CObj(value);
+}
+/// 13 if it holds no array.
+template <>
+LongArray valueTo(const Value& value);
+
 /// Text of a number with a point as the decimal mark and a blank before one that is not negative.
 String Str(const Value& number);
 /// The number at the start of a text (point as decimal mark, blanks skipped, also between digits), 0 if there

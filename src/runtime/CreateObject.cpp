@@ -1,5 +1,7 @@
 #include "runtime/CreateObject.h"
 
+#include <map>
+
 namespace zv {
 
 namespace {

@@ -1,5 +1,7 @@
 #include "runtime/Object.h"
 
+#include <algorithm>
+
 namespace zv {
 
 namespace {
@@ -12,6 +14,33 @@ Object& reached(const ObjectPtr& object)
 }
 
 } // namespace
+
+Value Member::invoke(Object& self, StringView called, Access access, Arguments& arguments) const
+{
+    const Call& call = access == Access::let ? let : get;
+    if (call.run == nullptr)
+        fail(isMethod ? failure::memberMissing : failure::readOnlyProperty, called);
+    if (arguments.size() < call.least || arguments.size() > call.most)
+        fail(failure::argumentCount, called);
+    return call.run(self, arguments);
+}
+
+const Member* findMember(std::span<const Member> members, StringView name)
+{
+    const auto found =
+        std::ranges::find_if(members, [&](const Member& each) { return sameName(each.name, name); });
+    return found == members.end() ? nullptr : &*found;
+}
+
+Value Object::invoke(StringView member, Access access, Arguments& arguments)
+{
+    const Member* found = memberNamed(member);
+    if (found == nullptr)
+        fail(failure::memberMissing, member);
+    return found->invoke(*this, member, access, arguments);
+}
+
+const Member* Object::memberNamed(StringView /*name*/) const { return nullptr; }
 
 Value get(Object& object, StringView member, Arguments arguments)
 {

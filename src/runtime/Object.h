@@ -3,8 +3,6 @@
 #include "runtime/Convert.h"
 #include "runtime/Value.h"
 
-#include <functional>
-#include <map>
 #include <span>
 
 namespace zv {
@@ -14,6 +12,33 @@ enum class Access { get, let, call };
 
 /// Arguments of a late-bound call, in order; a callee may write to them (by-reference arguments).
 using Arguments = std::vector<Value>;
+
+class Object;
+
+/// A name by which the objects of a class are reached; made of member pointers (runtime/Members.h).
+struct Member {
+    struct Call {
+        std::uint8_t least = 0; ///< Arguments.
+        std::uint8_t most = 0;
+        Value (*run)(Object& self, Arguments& arguments) = nullptr;
+    };
+    StringView name;
+    Call get; ///< Reads or calls.
+    Call let; ///< Writes; none if the member is read only.
+    bool isMethod = false;
+
+    /// The same with a call that ignores what stands behind its parameters, up to so many arguments.
+    constexpr Member taking(std::uint8_t most) const
+    {
+        Member result = *this;
+        result.get.most = most;
+        return result;
+    }
+    /// `called` is the name as the caller spelt it, for a failure.
+    Value invoke(Object& self, StringView called, Access access, Arguments& arguments) const;
+};
+/// The member of that name, or nullptr.
+const Member* findMember(std::span<const Member> members, StringView name);
 
 /// An object reached by name at run time. Names are matched without regard to case.
 class Object {
@@ -26,8 +51,12 @@ public:
     /// The kind's name, such as "TextBox".
     virtual StringView TypeName() const = 0;
     /// Reads, writes (the new value is the last argument) or calls a member. Fails with 438 if there is none
-    /// of that name, 450 if the number of arguments is wrong.
-    virtual Value invoke(StringView member, Access access, Arguments& arguments) = 0;
+    /// of that name, 383 if it is read only, 450 if the number of arguments is wrong.
+    virtual Value invoke(StringView member, Access access, Arguments& arguments);
+
+protected:
+    /// The class's member of that name, or nullptr; of classes whose members are known only at run time none.
+    virtual const Member* memberNamed(StringView name) const;
 };
 
 /// Late-bound use of an object; no object fails with 91.
@@ -45,64 +74,5 @@ const Value& argument(const Arguments& arguments, std::size_t position);
 
 /// A counted reference to an object whose life is not counted (a control, a form): it never owns it.
 ObjectPtr uncounted(Object& object);
-
-/// Members of a class by name, shared by all its instances.
-template <class T>
-class MemberTable {
-public:
-    using Getter = std::function<Value(T&, const Arguments&)>;
-    using Setter = std::function<void(T&, const Arguments&)>; ///< The last argument is the new value.
-    using Method = std::function<Value(T&, Arguments&)>;
-
-    MemberTable& property(StringView name, Getter getter, Setter setter = nullptr)
-    {
-        members_[String(name)] = {std::move(getter), std::move(setter), nullptr};
-        return *this;
-    }
-    /// A plain data member, converted on writing by `convert`, one of the C... functions.
-    template <class M, class Convert>
-    MemberTable& field(StringView name, M T::*member, Convert convert)
-    {
-        return property(
-            name, [member](T& self, const Arguments&) { return Value(self.*member); },
-            [member, convert](T& self, const Arguments& arguments) {
-                self.*member = convert(arguments.back());
-            });
-    }
-    MemberTable& method(StringView name, Method method)
-    {
-        members_[String(name)] = {nullptr, nullptr, std::move(method)};
-        return *this;
-    }
-    bool has(StringView name) const { return members_.find(name) != members_.end(); }
-    Value invoke(T& self, StringView name, Access access, Arguments& arguments) const
-    {
-        const auto found = members_.find(name);
-        if (found == members_.end())
-            fail(failure::memberMissing, name);
-        const Entry& entry = found->second;
-        if (access == Access::let) {
-            if (!entry.set)
-                fail(entry.get ? failure::readOnlyProperty : failure::memberMissing, name);
-            if (arguments.empty())
-                fail(failure::argumentCount, name);
-            entry.set(self, arguments);
-            return {};
-        }
-        if (entry.call)
-            return entry.call(self, arguments);
-        if (!entry.get)
-            fail(failure::memberMissing, name);
-        return entry.get(self, arguments);
-    }
-
-private:
-    struct Entry {
-        Getter get;
-        Setter set;
-        Method call;
-    };
-    std::map<String, Entry, NameLess> members_;
-};
 
 } // namespace zv

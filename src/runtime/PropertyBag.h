@@ -2,6 +2,8 @@
 
 #include "runtime/Object.h"
 
+#include <map>
+
 namespace zv {
 
 /// An object whose members are whatever was put into it: a host's session object, say.

@@ -3,6 +3,7 @@
 #include "forms/Form.h"
 
 #include <functional>
+#include <map>
 
 namespace zv {
 

@@ -18,13 +18,13 @@ constexpr Byte nodoRespuestas = 69;
 constexpr ModuleNode node(Byte number, StringView dialog, StringView title, StringView table)
 {
     return {
-        .number = number, .dialog = dialog, .opens = true, .guards = true, .title = title, .table = table};
+        .dialog = dialog, .title = title, .table = table, .number = number, .opens = true, .guards = true};
 }
 
 /// Its rows are no lookup table, so none is deleted.
 constexpr ModuleNode report(Byte number, StringView dialog, StringView title)
 {
-    return {.number = number, .dialog = dialog, .opens = true, .guards = false, .title = title};
+    return {.dialog = dialog, .title = title, .number = number, .opens = true, .guards = false};
 }
 
 constexpr ModuleNode table[] = {
@@ -47,12 +47,12 @@ constexpr ModuleNode table[] = {
     node(Name::TiposMiembroCentro, u"frmTipoMiembroCentro", u"Tipos de miembro del centro",
          u"TipoMiembroCentro"),
     // Its node never got a number: hosts ask the guard under 0, and no number opens the dialog.
-    {.number = Name::TiposTarea,
-     .dialog = u"frmTipoTarea",
-     .opens = false,
-     .guards = true,
+    {.dialog = u"frmTipoTarea",
      .title = u"Tipos de tarea",
-     .table = u"TipoTarea"},
+     .table = u"TipoTarea",
+     .number = Name::TiposTarea,
+     .opens = false,
+     .guards = true},
     node(Name::TiposContrato, u"frmTipoContrato", u"Tipos de contrato", u"TipoContrato"),
     node(Name::CEspecializacion, u"frmCEspecializacion", u"Cursos de especialización",
          u"CursoEspecializacion"),

@@ -8,12 +8,12 @@ namespace zv {
 
 /// A node of the host's tree that this module serves.
 struct ModuleNode {
-    Byte number;
     StringView dialog;     ///< Name of the form.
-    bool opens;            ///< ActivarFormulario shows the dialog.
-    bool guards;           ///< Eliminar asks the dialog's guard.
     StringView title;      ///< What a school calls the list.
     StringView table = {}; ///< The rows behind the node; empty where the dialog works on no row.
+    Byte number = 0;
+    bool opens = false;  ///< ActivarFormulario shows the dialog.
+    bool guards = false; ///< Eliminar asks the dialog's guard.
 
     /// Column of the session's `lngRowData`; empty without a table.
     StringView key() const;

@@ -1,6 +1,5 @@
 #include "session/cAsignarDatos.h"
 
-#include "data/LateBound.h"
 #include "session/App.h"
 #include "session/DialogDirectory.h"
 #include "session/NodeTable.h"
@@ -10,45 +9,6 @@
 #include <utility>
 
 namespace zv {
-
-namespace {
-
-ConnectionPtr connection(const Value& value)
-{
-    const auto* object = value.as<ObjectPtr>();
-    return connectionOf(object && !*object ? nullptr : CObj(value));
-}
-
-struct SessionMember {
-    StringView name;
-    void (*take)(cConfiguracion&, const Value&);
-};
-
-/// What is taken over from the host's session object, in order: a member that fails leaves those before it.
-constexpr SessionMember sessionMembers[] = {
-    {u"RutaAplicacion",
-     [](cConfiguracion&, const Value& v) { single<App>().HelpFile = String() + v + u"\\zorvelcentro.chm"; }},
-    {u"RutaBD", [](cConfiguracion& c, const Value& v) { c.RutaBD = CStr(v); }},
-    {u"Activa", [](cConfiguracion& c, const Value& v) { c.Activa = CBool(v); }},
-    {u"Accion", [](cConfiguracion& c, const Value& v) { c.bytAccion = CByte(v); }},
-    {u"lngRowData", [](cConfiguracion& c, const Value& v) { c.lngRowData = CLng(v); }},
-    {u"conexionBORRADOlocalCENTRO",
-     [](cConfiguracion& c, const Value& v) { c.conLocalBorradoCentro = connection(v); }},
-    {u"conexionlocalCENTRO", [](cConfiguracion& c, const Value& v) { c.conLocalCentro = connection(v); }},
-    {u"conexionAppEntrada", [](cConfiguracion& c, const Value& v) { c.conLocalAppEntrada = connection(v); }},
-    {u"IDPerfil", [](cConfiguracion& c, const Value& v) { c.intIDPerfil = CInt(v); }},
-    {u"IDUsuario", [](cConfiguracion& c, const Value& v) { c.intIDUsuario = CInt(v); }},
-    {u"IDCentro", [](cConfiguracion& c, const Value& v) { c.intIdCentro = CInt(v); }},
-    {u"IDCursoEscolar", [](cConfiguracion& c, const Value& v) { c.intIDCursoEscolar = CInt(v); }},
-    {u"NombreUsuario", [](cConfiguracion& c, const Value& v) { c.strNombreUsuario = CStr(v); }},
-    {u"NombreCentro", [](cConfiguracion& c, const Value& v) { c.strNombreCentro = CStr(v); }},
-    {u"Pesetas", [](cConfiguracion& c, const Value& v) { c.blnPesetas = CBool(v); }},
-    {u"MTP", [](cConfiguracion& c, const Value& v) { c.MTP = CBool(v); }},
-    {u"RutaIcono", [](cConfiguracion& c, const Value& v) { c.RutaIcono = CStr(v); }},
-    {u"sqlserver", [](cConfiguracion& c, const Value& v) { c.blnSQLServer = CBool(v); }},
-};
-
-} // namespace
 
 void cAsignarDatos::BloquearBanco()
 {
@@ -60,8 +20,8 @@ void cAsignarDatos::BloquearBanco()
 void cAsignarDatos::ObtenerDatos(const ObjectPtr& ObjDatosSesion)
 {
     cConfiguracion& session = Configuracion();
-    for (const SessionMember& member : sessionMembers)
-        member.take(session, get(ObjDatosSesion, member.name));
+    single<App>().HelpFile = String() + get(ObjDatosSesion, u"RutaAplicacion") + u"\\zorvelcentro.chm";
+    session.takeOver(ObjDatosSesion);
     // Stored before the one before it is let go of: its host may call in here from its Release.
     const ObjectPtr before = std::exchange(session.datossesion, ObjDatosSesion);
 }

@@ -5,9 +5,11 @@
 
 namespace zv {
 
+class PropertyBag;
+
 /// The session record: all that a dialog knows about the running session. `cAsignarDatos::ObtenerDatos` fills
 /// it from the host's session object; dialogs write only bytAccion and lngRowData.
-class cConfiguracion {
+class cConfiguracion final : public Object {
 public:
     bool blnSQLServer = false; ///< How statements spell logical true: 1, or else -1.
     Integer intIDPerfil = 0;   ///< Rights profile of the user.
@@ -30,6 +32,16 @@ public:
     String RutaIcono;
     ObjectPtr datossesion; ///< The host's session object.
     String RutaBD;
+
+    /// Takes over what the host's session object gives, in order: a member that fails leaves those before it.
+    void takeOver(const ObjectPtr& session);
+    /// Puts the same into a session object.
+    void handOver(PropertyBag& session);
+
+    StringView TypeName() const override { return u"cConfiguracion"; }
+
+private:
+    const Member* memberNamed(StringView name) const override;
 };
 
 /// The one session record.
@@ -37,8 +49,5 @@ inline cConfiguracion& Configuracion() { return single<cConfiguracion>(); }
 
 /// Runs a statement on the school's live database; no connection fails with 91.
 RecordsetPtr execute(StringView statement);
-
-/// A member of the record by its name, for looking at it from a script; 438 if there is none.
-Value configurationMember(StringView name);
 
 } // namespace zv

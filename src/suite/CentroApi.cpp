@@ -2,8 +2,8 @@
 
 #include "data/LateBound.h"
 #include "data/Statement.h"
-#include "runtime/Convert.h"
 #include "runtime/CreateObject.h"
+#include "runtime/Members.h"
 #include "suite/Registrations.h"
 
 #include <algorithm>
@@ -11,6 +11,20 @@
 #include <optional>
 
 namespace zv {
+
+/// Every operation needs the connections that it takes.
+template <>
+class Parameter<Connection&> {
+public:
+    static constexpr bool optional = false;
+    explicit Parameter(const Arguments& arguments, std::size_t place)
+        : kept_(connectionOf(CObj(arguments[place])))
+    {}
+    operator Connection&() const { return *kept_; }
+
+private:
+    ConnectionPtr kept_;
+};
 
 namespace {
 
@@ -71,79 +85,21 @@ std::vector<String> deniedButtons(Connection& entrada, StringView form, Integer 
     return result;
 }
 
-ConnectionPtr connectionIn(const Value& value) { return connectionOf(CObj(value)); }
-
-const std::vector<Long>& arrayIn(const Value& value)
-{
-    const auto* array = value.as<LongArray>();
-    if (!array || !*array)
-        fail(failure::typeMismatch);
-    return **array;
-}
-
-struct Operation {
-    StringView name;
-    std::size_t arguments;
-    Value (*run)(const CentroApi&, const Arguments&);
-};
-
-constexpr Operation operations[] = {
-    {u"Marcar_Obligatorios", 1,
-     [](const CentroApi&, const Arguments& a) {
-         CentroApi::Marcar_Obligatorios(CObj(a[0]));
-         return Value();
-     }},
-    {u"ComprobarComilla", 1,
-     [](const CentroApi&, const Arguments& a) {
-         CentroApi::ComprobarComilla(CObj(a[0]));
-         return Value();
-     }},
-    {u"IDMax", 4,
-     [](const CentroApi&, const Arguments& a) {
-         return Value(CentroApi::IDMax(*connectionIn(a[0]), *connectionIn(a[1]), CStr(a[2]), CStr(a[3])));
-     }},
-    {u"registroactivo", 4,
-     [](const CentroApi& api, const Arguments& a) {
-         return Value(api.registroactivo(*connectionIn(a[0]), CStr(a[1]), CLng(a[2]), CInt(a[3])));
-     }},
-    {u"EliminarRegistroActivo", 3,
-     [](const CentroApi& api, const Arguments& a) {
-         api.EliminarRegistroActivo(*connectionIn(a[0]), CStr(a[1]), CLng(a[2]));
-         return Value();
-     }},
-    {u"Comprobar_BotonesAccesoRapido", 3,
-     [](const CentroApi&, const Arguments& a) {
-         CentroApi::Comprobar_BotonesAccesoRapido(CObj(a[0]), *connectionIn(a[1]), CInt(a[2]));
-         return Value();
-     }},
-    {u"agregarelementovacio", 1,
-     [](const CentroApi&, const Arguments& a) {
-         CentroApi::agregarelementovacio(CObj(a[0]));
-         return Value();
-     }},
-    {u"incluirpersonalenactividad", 4,
-     [](const CentroApi&, const Arguments& a) {
-         CentroApi::incluirpersonalenactividad(*connectionIn(a[0]), *connectionIn(a[1]), arrayIn(a[2]),
-                                               CInt(a[3]));
-         return Value();
-     }},
-};
-
 } // namespace
 
-void CentroApi::Marcar_Obligatorios(const ObjectPtr& controls)
+void CentroApi::Marcar_Obligatorios(const ObjectPtr& controls) const
 {
     for (const ObjectPtr& label : controlsOf(controls, u"Label"))
         let(label, u"Obligatorio", CStr(get(label, u"Marca")) == u"*");
 }
 
-void CentroApi::ComprobarComilla(const ObjectPtr& controls)
+void CentroApi::ComprobarComilla(const ObjectPtr& controls) const
 {
     for (const ObjectPtr& box : controlsOf(controls, u"TextBox"))
         doubleApostrophes(box);
 }
 
-Long CentroApi::IDMax(Connection& centro, Connection& borrado, StringView table, StringView key)
+Long CentroApi::IDMax(Connection& centro, Connection& borrado, StringView table, StringView key) const
 {
     const auto live = largestKey(centro, table, key);
     const auto largest = std::max(live, largestKey(borrado, table, key));
@@ -162,7 +118,8 @@ void CentroApi::EliminarRegistroActivo(Connection& centro, StringView form, Long
     unregisterRow(centro, station_, form, row);
 }
 
-void CentroApi::Comprobar_BotonesAccesoRapido(const ObjectPtr& form, Connection& entrada, Integer profile)
+void CentroApi::Comprobar_BotonesAccesoRapido(const ObjectPtr& form, Connection& entrada,
+                                              Integer profile) const
 {
     const auto denied = deniedButtons(entrada, CStr(get(form, u"Name")), profile);
     for (const ObjectPtr& button : controlsOf(CObj(get(form, u"Controls")), u"CommandButton")) {
@@ -174,7 +131,7 @@ void CentroApi::Comprobar_BotonesAccesoRapido(const ObjectPtr& form, Connection&
     }
 }
 
-void CentroApi::agregarelementovacio(const ObjectPtr& comboBox)
+void CentroApi::agregarelementovacio(const ObjectPtr& comboBox) const
 {
     call(comboBox, u"AddItem", {u""});
     Arguments entry{get(comboBox, u"NewIndex"), Long{0}};
@@ -182,21 +139,25 @@ void CentroApi::agregarelementovacio(const ObjectPtr& comboBox)
 }
 
 void CentroApi::incluirpersonalenactividad(Connection& /*centro*/, Connection& /*borrado*/,
-                                           const std::vector<Long>& staff, Integer /*kind*/)
+                                           const std::vector<Long>& staff, Integer /*kind*/) const
 {
     if (staff.empty())
         fail(failure::invalidCall);
 }
 
-Value CentroApi::invoke(StringView member, Access access, Arguments& arguments)
+const Member* CentroApi::memberNamed(StringView name) const
 {
-    const auto* found = std::ranges::find_if(
-        operations, [&](const Operation& operation) { return sameName(operation.name, member); });
-    if (found == std::end(operations) || access == Access::let)
-        fail(failure::memberMissing, member);
-    if (arguments.size() != found->arguments)
-        fail(failure::argumentCount, member);
-    return found->run(*this, arguments);
+    static constexpr Member members[] = {
+        method<&CentroApi::Marcar_Obligatorios>(u"Marcar_Obligatorios"),
+        method<&CentroApi::ComprobarComilla>(u"ComprobarComilla"),
+        method<&CentroApi::IDMax>(u"IDMax"),
+        method<&CentroApi::registroactivo>(u"registroactivo"),
+        method<&CentroApi::EliminarRegistroActivo>(u"EliminarRegistroActivo"),
+        method<&CentroApi::Comprobar_BotonesAccesoRapido>(u"Comprobar_BotonesAccesoRapido"),
+        method<&CentroApi::agregarelementovacio>(u"agregarelementovacio"),
+        method<&CentroApi::incluirpersonalenactividad>(u"incluirpersonalenactividad"),
+    };
+    return findMember(members, name);
 }
 
 void registerSuite()

@@ -3,59 +3,53 @@
 #include "com/Bridge.h"
 #include "com/Text.h"
 #include "com/Variant.h"
+#include "data/Schools.h"
+#include "data/sqlite/SqliteEngine.h"
 #include "session/HostSession.h"
 
-#include <zvconfiguracion/zvconfiguracion.h>
-#include <zvconfiguracion/zvdatos.h>
+#include <zvconfiguracion/zv.hpp>
 
 #include <gtest/gtest.h>
-
-#include <dlfcn.h>
 
 #include <filesystem>
 
 namespace zv::com {
 
-/// A library as a host without any of our code uses it.
-class Library {
+/// A library as a host has it, from which nothing may be left at its end.
+class Library : public client::Library {
 public:
-    explicit Library(const char* file)
-    {
-        handle_ = dlopen(file, RTLD_NOW | RTLD_LOCAL);
-        if (handle_ == nullptr)
-            throw std::runtime_error(dlerror());
-    }
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
-    ~Library()
-    {
-        EXPECT_EQ(call("DllCanUnloadNow"), ZV_OK) << "objects are left";
-        dlclose(handle_);
-    }
-    void* symbol(const char* name) const { return dlsym(handle_, name); }
-    ZvResult call(const char* entry) const { return reinterpret_cast<ZvEntryPoint>(symbol(entry))(); }
+    using client::Library::Library;
+    ~Library() { EXPECT_TRUE(unload()) << "objects are left"; }
+    void* symbol(const char* name) const { return dlsym(raw().handle, name); }
     Held<ZvClassFactory> factory(const ZvGuid& classId) const
     {
         Held<ZvClassFactory> result;
-        EXPECT_EQ(reinterpret_cast<ZvGetClassObject>(symbol("DllGetClassObject"))(
-                      &classId, &ZV_IID_IClassFactory, reinterpret_cast<void**>(result.place())),
-                  ZV_OK);
+        EXPECT_EQ(
+            raw().getClassObject(&classId, &ZV_IID_IClassFactory, reinterpret_cast<void**>(result.place())),
+            ZV_OK);
         return result;
     }
     template <class Interface>
     Held<Interface> make(const ZvGuid& classId, const ZvGuid& interface) const
     {
-        const auto factory = this->factory(classId);
         Held<Interface> result;
-        EXPECT_EQ(factory.get()->vtbl->CreateInstance(factory.get(), nullptr, &interface,
-                                                      reinterpret_cast<void**>(result.place())),
+        EXPECT_EQ(zv_library_create(&raw(), &classId, &interface, reinterpret_cast<void**>(result.place())),
                   ZV_OK);
         return result;
     }
-
-private:
-    void* handle_ = nullptr;
 };
+
+/// "number text (source)" of what a call throws.
+template <class Call>
+std::string failureOf(Call&& call)
+{
+    try {
+        call();
+    } catch (const client::Failure& failure) {
+        return std::to_string(failure.number()) + " " + failure.what() + " (" + failure.source() + ")";
+    }
+    return "none";
+}
 
 /// What a call by name came to.
 struct Answer {
@@ -114,7 +108,13 @@ struct Folder {
         setenv("XDG_DATA_HOME", path.c_str(), 1);
     }
     ~Folder() { fs::remove_all(path); }
-    String url() const { return u"sqlite:" + fromUtf8((path / "colegio.db").string()); }
+    std::string url() const { return "sqlite:" + (path / "colegio.db").string(); }
+    /// Makes the school of that URL.
+    void create(const std::function<void(School&)>& filled = [](School&) {}) const
+    {
+        registerEngine(sqliteEngine());
+        createSchool(fromUtf8(url()), filled);
+    }
 };
 
 /// The host's session: a member fails if the host says so, and the host may act when it is next asked and
@@ -156,9 +156,18 @@ inline ZvResult handOver(const Held<Zv_cAsignarDatos>& facade, const Held<ZvDisp
     ZvDispatch* face = session.get();
     return facade.get()->vtbl->ObtenerDatos(facade.get(), &face);
 }
-inline ZvDispatch* byName(const Held<Zv_cAsignarDatos>& facade)
+/// An object of the tests, or the facade, as what hosts in C++ call by name.
+inline client::Object shared(const ObjectPtr& object)
 {
-    return reinterpret_cast<ZvDispatch*>(facade.get());
+    return client::Object::owning(dispatchOf(object).detach());
+}
+inline client::Object byName(const Held<Zv_cAsignarDatos>& facade)
+{
+    return client::Object::sharing(reinterpret_cast<ZvDispatch*>(facade.get()));
+}
+inline ObjectPtr objectOf(const client::Object& object)
+{
+    return objectOf(Held<ZvDispatch>::sharing(object.dispatch()));
 }
 
 } // namespace zv::com

@@ -44,20 +44,19 @@ TEST(Unattended, a_failed_guard_gives_its_number_its_text_and_what_would_have_be
         EXPECT_EQ(handOver(facade, session), ZV_OK);
         for (const int good : {0, 1}) { // The second query too, though the first says that the row may go.
             connection->good = good;
-            const Answer answer = invoke(byName(facade), u"Eliminar", ZV_METHOD, {Value(idiomas)});
-            EXPECT_EQ(answer.told, -2147217865);
-            EXPECT_EQ(answer.text,
-                      "Falta la tabla Centro. Sin pantalla no se ha mostrado: «ERROR al consultar la base "
-                      "de datos».");
+            EXPECT_EQ(
+                failureOf([&] { byName(facade).call("Eliminar", idiomas); }),
+                "-2147217865 Falta la tabla Centro. Sin pantalla no se ha mostrado: «ERROR al consultar "
+                "la base de datos». (ZVConfiguracion)");
         }
         ZvBool free = -1;
         EXPECT_EQ(facade.get()->vtbl->Eliminar(facade.get(), idiomas, &free), -2147217865);
         EXPECT_EQ(free, 0);
-        const Answer branches = invoke(byName(facade), u"BloquearBanco", ZV_METHOD); // It loads the dialog.
-        EXPECT_EQ(branches.told, -2147217865);
-        const Answer dialog = invoke(byName(facade), u"ActivarFormulario", ZV_METHOD, {Value(bancos)});
-        EXPECT_EQ(dialog.told, ZV_FAILURE_BASE + 5);
-        EXPECT_NE(dialog.text.find("frmBanco"), std::string::npos) << dialog.text;
+        // It loads the dialog.
+        EXPECT_EQ(facade.get()->vtbl->BloquearBanco(facade.get()), -2147217865);
+        EXPECT_NE(failureOf([&] { byName(facade).call("ActivarFormulario", bancos); }).find("frmBanco"),
+                  std::string::npos);
+        EXPECT_EQ(facade.get()->vtbl->ActivarFormulario(facade.get(), bancos), ZV_FAILURE_BASE + 5);
     }
     unsetenv("ZV_ESCRITORIO");
     unsetenv("QT_QPA_PLATFORM");
@@ -79,7 +78,7 @@ TEST(Threads, come_in_one_at_a_time_and_leave_nothing_behind)
         host->asked = [&] {
             inside.push_back(facade.get()->vtbl->BloquearBanco(facade.get()));
             std::thread([&] { inside.push_back(facade.get()->vtbl->BloquearBanco(facade.get())); }).join();
-            std::thread([&] { inside.push_back(library.call("DllCanUnloadNow")); }).join();
+            std::thread([&] { inside.push_back(library.raw().canUnloadNow()); }).join();
         };
         EXPECT_EQ(handOver(facade, session), ZV_OK);
         EXPECT_EQ(inside, (std::vector<ZvResult>{ZV_OK, ZV_E_WRONG_THREAD, ZV_FALSE}));
@@ -136,7 +135,7 @@ TEST(Locks, do_not_go_below_none)
     EXPECT_EQ(lock(1), ZV_OK);
     EXPECT_EQ(lock(0), ZV_OK);
     EXPECT_EQ(lock(0), ZV_E_UNEXPECTED);
-    EXPECT_EQ(library.call("DllCanUnloadNow"), ZV_FALSE) << "the factory is held";
+    EXPECT_EQ(library.raw().canUnloadNow(), ZV_FALSE) << "the factory is held";
 }
 
 TEST(Variants, that_say_less_than_they_need_are_refused)
@@ -169,6 +168,21 @@ TEST(Variants, that_say_less_than_they_need_are_refused)
     element.vt = ZV_VT_ARRAY | ZV_VT_VARIANT;
     element.value.array = &array;
     EXPECT_THROW(valueOf(element), RuntimeError);
+    // Freed by their own width, and only what is there.
+    const auto kept = std::make_shared<Session>(ObjectPtr());
+    constexpr std::uint32_t wide = 32;
+    ZvArray* freed = zv_array_new(wide, 2);
+    std::memset(freed->data, 'x', wide);
+    std::memset(freed->data, 0, sizeof(ZvVariant));
+    ZvVariant second{};
+    second.vt = ZV_VT_DISPATCH;
+    second.value.dispatch = dispatchOf(kept).detach();
+    std::memcpy(static_cast<char*>(freed->data) + wide, &second, sizeof second);
+    zv_array_free(freed, ZV_VT_VARIANT);
+    EXPECT_EQ(kept.use_count(), 1);
+    freed = zv_array_new(sizeof(void*), 1);
+    std::free(std::exchange(freed->data, nullptr));
+    zv_array_free(freed, ZV_VT_BSTR);
     // A number of 96 bits by reference is sixteen bytes.
     const auto decimal = std::make_unique<std::uint64_t[]>(2);
     decimal[1] = 12;

@@ -1,8 +1,5 @@
 #include "com/Host.h"
 
-#include "data/Schools.h"
-#include "data/sqlite/SqliteEngine.h"
-
 #include <QApplication>
 #include <QMessageBox>
 #include <QTest>
@@ -48,15 +45,13 @@ struct Person {
 TEST(Window, is_the_toolkits_with_an_application_of_the_host_or_without)
 {
     const Folder folder;
-    registerEngine(sqliteEngine());
-    createSchool(folder.url(), [](School&) {});
+    folder.create();
     setenv("LC_ALL", "C.UTF-8", 1);
     const auto play = [&](const char* platform, ZvResult expected) {
         platform == nullptr ? unsetenv("QT_QPA_PLATFORM") : setenv("QT_QPA_PLATFORM", platform, 1);
         const Library data(ZV_DATOS);
         const Library library(ZV_SERVIDOR);
-        const auto connection = data.make<ZvDispatch>(ZV_CLSID_Conexion, ZV_IID_IDispatch);
-        EXPECT_EQ(invoke(connection.get(), u"Open", ZV_METHOD, {Value(folder.url())}).result, ZV_OK);
+        const client::Object connection = client::openConnection(data, folder.url());
         const auto face = dispatchOf(std::make_shared<Session>(objectOf(connection)));
         const auto facade = facadeOf(library);
         const auto elsewhere = [&] {
@@ -74,11 +69,10 @@ TEST(Window, is_the_toolkits_with_an_application_of_the_host_or_without)
         EXPECT_TRUE(!person || !person->told.empty());
         person.reset();
         EXPECT_EQ(elsewhere(), expected == ZV_OK);
-        const Answer rows = invoke(connection.get(), u"Execute", ZV_METHOD,
-                                   {Value(u"Select * From EstadoCivil Where Descripcion='Soltera'")});
-        const auto recordset = dispatchOf(CObj(rows.value));
-        EXPECT_EQ(CBool(invoke(recordset.get(), u"EOF", ZV_PROPERTYGET).value), expected != ZV_OK);
-        invoke(connection.get(), u"Execute", ZV_METHOD, {Value(u"Delete * From EstadoCivil")});
+        const client::Value rows =
+            connection.call("Execute", "Select * From EstadoCivil Where Descripcion='Soltera'");
+        EXPECT_EQ(rows.object().get("EOF").truth(), expected != ZV_OK);
+        connection.call("Execute", "Delete * From EstadoCivil");
     };
     unsetenv("WAYLAND_DISPLAY");
     setenv("DISPLAY", ":7777", 1); // Named, but not there.
@@ -116,7 +110,7 @@ TEST(Window, whose_application_is_gone_is_a_failure_with_a_number)
     const auto gone = [&](const Library& library, Held<Zv_cAsignarDatos>& facade) {
         EXPECT_EQ(messageOf(facade), ZV_FAILURE_BASE + 5);
         facade = {};
-        EXPECT_EQ(library.call("DllCanUnloadNow"), ZV_OK);
+        EXPECT_EQ(library.raw().canUnloadNow(), ZV_OK);
     };
     int count = 1;
     char name[] = "anfitrion";

@@ -194,5 +194,23 @@ TEST_F(Schema, a_school_is_made_whole_or_not_at_all)
     EXPECT_EQ(numberOf([&] { createSchool(url); }, u"ya existe"), failure::otherData);
     EXPECT_FALSE(openSchool(url).centro->Execute(u"Select * From Pais")->Eof())
         << "the refused one takes nothing away";
+    // The live file has come back from a copy, and what was left behind knows the others still.
+    fs::create_directories(folder / "c.db.creando");
+    fs::create_hard_link(folder / "c.borrado.db", folder / "c.db.creando" / "c.borrado.db");
+    std::ofstream(folder / "c.db.creando" / "nota") << "of somebody else";
+    EXPECT_EQ(numberOf([&] { createSchool(url); }, u"ya existe"), failure::otherData);
+    EXPECT_TRUE(fs::exists(folder / "c.borrado.db"));
+    EXPECT_TRUE(fs::exists(folder / "c.db.creando" / "nota"));
+    for (const bool link : {true, false}) {
+        fs::remove_all(folder);
+        fs::create_directories(folder / "suya");
+        if (link)
+            fs::create_symlink("suya", folder / "c.db.creando");
+        else
+            std::ofstream(folder / "c.db.creando") << "of somebody else";
+        EXPECT_EQ(numberOf([&] { createSchool(url); }, u"a otro sitio"), failure::otherData);
+        EXPECT_EQ(files(), 2);
+        EXPECT_TRUE(fs::is_empty(folder / "suya"));
+    }
     fs::remove_all(folder);
 }

@@ -53,6 +53,11 @@ TEST_F(Files, what_is_wrong_with_a_file_is_told)
     EXPECT_EQ(numberOf(create(u""), u"es una carpeta"), failure::otherData);
     EXPECT_EQ(numberOf([&] { engine->open(u"", Database::entrada); }, u"sqlite:FICHERO"), failure::otherData);
     EXPECT_EQ(numberOf(create(u"nada/x.db"), u"su carpeta no existe"), failure::otherData);
+    fs::create_symlink("nada.db", at(u"enlace.db"));
+    EXPECT_EQ(numberOf(open(u"enlace.db"), u"es un enlace"), failure::otherData);
+    EXPECT_EQ(numberOf(create(u"enlace.db"), u"es un enlace"), failure::otherData);
+    EXPECT_EQ(numberOf([&] { engine->open(u"/dev/null", Database::centro); }, u"no es un fichero"),
+              failure::otherData);
     put(at(u"texto.db"), std::string(4096, 'x'));
     EXPECT_EQ(numberOf(open(u"texto.db"), u"no es una base de datos"), failure::otherData);
     EXPECT_EQ(numberOf(create(u"texto.db"), u"ya existe"), failure::otherData);

@@ -5,6 +5,7 @@
 #include "runtime/Single.h"
 #include "session/DialogDirectory.h"
 #include "session/HostSession.h"
+#include "session/NodeTable.h"
 #include "session/cAsignarDatos.h"
 #include "suite/Registrations.h"
 
@@ -73,15 +74,17 @@ TEST_P(RowInUse, in_a_read_only_session_is_registered_and_cannot_be_changed)
     EXPECT_EQ(holder(), GetParam() == u"frmTipoIva" ? 1 : 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(each, RowInUse,
-                         testing::Values(u"frmBanco", u"frmCEspecializacion", u"frmIdioma",
-                                         u"frmNacionalidad", u"frmObservacion", u"frmPais", u"frmPonderacion",
-                                         u"frmPresentador", u"frmProfesion", u"frmProvincia",
-                                         u"frmTipoAlumno", u"frmTipoCentro", u"frmTipoContrato",
-                                         u"frmTipoIncidencia", u"frmTipoIva", u"frmTipoJustificacion",
-                                         u"frmTipoMaterialDidactico", u"frmTipoMiembroCentro",
-                                         u"frmTipoMotivoBaja", u"frmTipoNivelEstudios", u"frmTipoOcurrencia",
-                                         u"frmTipoParentesco", u"frmTipoTarea", u"frmTurno"),
+/// Options register no row; an issuer enables its fields after its kind.
+std::vector<StringView> onRows()
+{
+    std::vector<StringView> result;
+    for (const ModuleNode& node : moduleNodes())
+        if (!node.table.empty() && node.dialog != u"frmOpcionMateria" && node.dialog != u"frmEmisor")
+            result.push_back(node.dialog);
+    return result;
+}
+
+INSTANTIATE_TEST_SUITE_P(each, RowInUse, testing::ValuesIn(onRows()),
                          [](const auto& each) { return toUtf8(each.param); });
 
 } // namespace zv::test

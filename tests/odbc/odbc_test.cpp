@@ -60,6 +60,9 @@ TEST(Password, comes_from_outside_where_the_text_has_none)
     unsetenv("ZV_CONTRASENA");
     std::ofstream(file).flush();
     EXPECT_NE(numberOf(odbc::passwordFromOutside, u"está vacío"), 0);
+    std::ofstream(file) << "se\xF1"
+                           "al";
+    EXPECT_NE(numberOf(odbc::passwordFromOutside, u"no está en UTF-8"), 0);
     unsetenv("ZV_CONTRASENA_FICHERO");
     std::filesystem::remove(file);
 }

@@ -5,11 +5,14 @@
 #include "session/App.h"
 #include "session/DialogDirectory.h"
 #include "session/HostSession.h"
+#include "session/NodeTable.h"
 #include "session/cAsignarDatos.h"
 #include "session/cConfiguracion.h"
 #include "session/cNombreNodo.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace zv {
 namespace {
@@ -59,10 +62,10 @@ protected:
     cAsignarDatos facade;
 };
 
-TEST_F(Facade, every_dialog_with_a_node_is_in_one_of_its_tables)
+TEST_F(Facade, opens_and_asks_what_the_table_of_nodes_says)
 {
     const auto missing = [](auto&& operation) {
-        int count = 0;
+        std::ptrdiff_t count = 0;
         for (int node = 0; node <= 255; ++node)
             try {
                 operation(static_cast<Byte>(node));
@@ -73,10 +76,10 @@ TEST_F(Facade, every_dialog_with_a_node_is_in_one_of_its_tables)
             }
         return count;
     };
-    EXPECT_EQ(missing([&](Byte node) { facade.ActivarFormulario(node); }) +
-                  static_cast<int>(desktop.shown.size()),
-              31);
-    EXPECT_EQ(missing([&](Byte node) { facade.Eliminar(node); }) + static_cast<int>(asked.size()), 30);
+    EXPECT_EQ(missing([&](Byte node) { facade.ActivarFormulario(node); }) + std::ssize(desktop.shown),
+              std::ranges::count(moduleNodes(), true, &ModuleNode::opens));
+    EXPECT_EQ(missing([&](Byte node) { facade.Eliminar(node); }) + std::ssize(asked),
+              std::ranges::count(moduleNodes(), true, &ModuleNode::guards));
 }
 
 class FakeConnection final : public Connection {
@@ -134,18 +137,18 @@ TEST_F(Facade, takes_the_session_over_in_order_each_member_as_its_type)
               u"NombreUsuario NombreCentro Pesetas MTP RutaIcono sqlserver");
     EXPECT_EQ(single<App>().HelpFile, u"C:\\colegio\\zorvelcentro.chm");
     for (const Case& one : cases)
-        EXPECT_EQ(CStr(configurationMember(one.record)), one.expected) << toUtf8(one.member);
-    EXPECT_EQ(CObj(configurationMember(u"conLocalCentro")), session->school.centro);
-    EXPECT_EQ(CObj(configurationMember(u"conLocalBorradoCentro")), session->school.borrado);
-    EXPECT_EQ(CObj(configurationMember(u"conLocalAppEntrada")), session->school.entrada);
-    EXPECT_EQ(CObj(configurationMember(u"datossesion")), session);
+        EXPECT_EQ(CStr(get(Configuracion(), one.record)), one.expected) << toUtf8(one.member);
+    EXPECT_EQ(CObj(get(Configuracion(), u"conLocalCentro")), session->school.centro);
+    EXPECT_EQ(CObj(get(Configuracion(), u"conLocalBorradoCentro")), session->school.borrado);
+    EXPECT_EQ(CObj(get(Configuracion(), u"conLocalAppEntrada")), session->school.entrada);
+    EXPECT_EQ(CObj(get(Configuracion(), u"datossesion")), session);
     const auto late = std::make_shared<PropertyBag>(u"Otra");
     let(*session->members, u"conexionlocalCENTRO", late);
     facade.ObtenerDatos(session);
     EXPECT_EQ(hostObjectOf(Configuracion().conLocalCentro), late) << "any object of the host serves";
     for (const StringView never : {u"intCodCurso", u"intTipoEnsenanza", u"blnDatosMedicos"})
-        EXPECT_EQ(CInt(configurationMember(never)), 0);
-    EXPECT_EQ(numberOf([] { configurationMember(u"intIDAlumno"); }), failure::memberMissing);
+        EXPECT_EQ(CInt(get(Configuracion(), never)), 0);
+    EXPECT_EQ(numberOf([] { get(Configuracion(), u"intIDAlumno"); }), failure::memberMissing);
 }
 
 TEST_F(Facade, a_member_that_fails_leaves_those_before_it_taken_over)

@@ -30,7 +30,7 @@ TEST(IDMax, is_one_above_the_largest_key_of_both_databases)
     constexpr StringView table = u"CREATE TABLE Pais (IDPais INTEGER)";
     const auto centro = database({table});
     const auto borrado = database({table});
-    const auto next = [&] { return CentroApi::IDMax(*centro, *borrado, u"Pais", u"IDPais"); };
+    const auto next = [&] { return CentroApi().IDMax(*centro, *borrado, u"Pais", u"IDPais"); };
     EXPECT_EQ(next(), 1);
     borrado->executeNative(u"INSERT INTO Pais VALUES (-4)");
     EXPECT_EQ(next(), -3);
@@ -40,7 +40,7 @@ TEST(IDMax, is_one_above_the_largest_key_of_both_databases)
     EXPECT_EQ(next(), 90001);
     centro->executeNative(u"INSERT INTO Pais VALUES (2147483647)");
     EXPECT_EQ(numberOf(next), failure::overflow);
-    EXPECT_EQ(numberOf([&] { CentroApi::IDMax(*centro, *database(), u"Pais", u"IDPais"); }),
+    EXPECT_EQ(numberOf([&] { CentroApi().IDMax(*centro, *database(), u"Pais", u"IDPais"); }),
               failure::tableMissing);
 }
 

@@ -2,6 +2,7 @@
 
 #include "com/NamedObject.h"
 #include "data/Engine.h"
+#include "runtime/Members.h"
 
 namespace zv::com {
 
@@ -9,28 +10,19 @@ namespace {
 
 constexpr std::int32_t alreadyOpen = 3705;
 
-void expect(const Arguments& arguments, std::size_t least, std::size_t most)
-{
-    if (arguments.size() < least || arguments.size() > most)
-        fail(failure::argumentCount);
-}
-
 /// A field of the present row, by the name that hosts give it.
 class Campo final : public Object {
 public:
     Campo(String name, Value value) : name_(std::move(name)), value_(std::move(value)) {}
     StringView TypeName() const override { return u"Field"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override
-    {
-        expect(arguments, 0, 0);
-        if (access != Access::let && sameName(member, u"Value"))
-            return value_;
-        if (access != Access::let && sameName(member, u"Name"))
-            return name_;
-        fail(failure::memberMissing, member);
-    }
 
 private:
+    const Member* memberNamed(StringView name) const override
+    {
+        static constexpr Member members[] = {method<&Campo::value_>(u"Value"),
+                                             method<&Campo::name_>(u"Name")};
+        return findMember(members, name);
+    }
     String name_;
     Value value_;
 };
@@ -42,13 +34,17 @@ public:
     StringView TypeName() const override { return u"Recordset"; }
     Value invoke(StringView member, Access access, Arguments& arguments) override
     {
-        if (!sameName(member, u"Fields"))
-            return rows_->invoke(member, access, arguments);
-        const String name = CStr(argument(arguments, 0));
-        return std::make_shared<Campo>(name, rows_->Fields(name));
+        return memberNamed(member) != nullptr ? Object::invoke(member, access, arguments)
+                                              : rows_->invoke(member, access, arguments);
     }
 
 private:
+    ObjectPtr Fields(const String& name) { return std::make_shared<Campo>(name, rows_->Fields(name)); }
+    const Member* memberNamed(StringView name) const override
+    {
+        static constexpr Member members[] = {method<&Filas::Fields>(u"Fields")};
+        return findMember(members, name);
+    }
     RecordsetPtr rows_;
 };
 
@@ -65,45 +61,40 @@ Database databaseNamed(StringView name)
 class Conexion final : public Object {
 public:
     StringView TypeName() const override { return u"Connection"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override
-    {
-        if (access == Access::let)
-            fail(failure::memberMissing, member);
-        if (sameName(member, u"Open"))
-            return open(arguments);
-        if (sameName(member, u"Execute"))
-            return execute(arguments);
-        const bool state = sameName(member, u"State");
-        if (!state && !sameName(member, u"Close"))
-            fail(failure::memberMissing, member);
-        expect(arguments, 0, 0);
-        if (state)
-            return Long{connection_ ? 1 : 0};
-        connection();
-        connection_.reset();
-        return {};
-    }
 
 private:
-    Value open(const Arguments& arguments)
+    void Open(const Value& address, const std::optional<Value>& database)
     {
-        expect(arguments, 1, 2);
         if (connection_)
             throw RuntimeError(alreadyOpen, u"La conexión ya está abierta.");
-        const String url = CStr(arguments.front());
-        const bool named = arguments.size() == 2 && !arguments[1].isEmpty();
-        const Database which = named ? databaseNamed(CStr(arguments[1])) : Database::centro;
+        const String url = CStr(address);
+        const Database which =
+            database && !database->isEmpty() ? databaseNamed(CStr(*database)) : Database::centro;
         Engine& engine = engineOf(url);
         ConnectionPtr opened = engine.open(locationOf(url), which);
         engine.settle(*opened);
         connection_ = std::move(opened);
-        return {};
     }
-    Value execute(const Arguments& arguments)
+    ObjectPtr Execute(const Value& statement)
+    {
+        return std::make_shared<Filas>(connection().Execute(CStr(statement)));
+    }
+    Long State() const { return connection_ ? 1 : 0; }
+    void Close()
+    {
+        connection();
+        connection_.reset();
+    }
+    const Member* memberNamed(StringView name) const override
     {
         // Behind the statement hosts may give where to count rows, and options: neither changes it.
-        expect(arguments, 1, 3);
-        return std::make_shared<Filas>(connection().Execute(CStr(arguments.front())));
+        static constexpr Member members[] = {
+            method<&Conexion::Open>(u"Open"),
+            method<&Conexion::Execute>(u"Execute").taking(3),
+            method<&Conexion::State>(u"State"),
+            method<&Conexion::Close>(u"Close"),
+        };
+        return findMember(members, name);
     }
     Connection& connection()
     {

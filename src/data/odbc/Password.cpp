@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <stdexcept>
 
 namespace zv::odbc {
 namespace {
@@ -37,7 +38,11 @@ std::optional<String> passwordFromOutside()
         line.pop_back();
     if (line.empty())
         failFile(file, u"está vacío: escriba en su primera línea la contraseña.");
-    return fromUtf8(line);
+    try {
+        return fromUtf8(line);
+    } catch (const std::invalid_argument&) {
+        failFile(file, u"no está en UTF-8: guárdelo así.");
+    }
 }
 
 } // namespace zv::odbc

@@ -6,14 +6,10 @@
 namespace zv::odbc {
 namespace {
 
-constexpr std::size_t linksKept = 4;
-
 // A server that refuses says so at once. One that is cut off says nothing, and a dialog that saves a section
 // runs hundreds of statements: they are not to wait for it one by one.
 constexpr std::chrono::seconds longWait{1};
 constexpr std::chrono::seconds pause{2};
-
-bool isFree(const std::shared_ptr<Link>& link) { return link->cursors.empty(); }
 
 /// Whether a server's words have that name between quotes, of whatever kind its language has.
 bool isNamed(StringView index, StringView words)
@@ -54,7 +50,7 @@ Pool::Pool(Place place) : place_(std::move(place)), lossesSeen_(place_.outage->l
 /// told a second time but who reads on from rows that stand open: these keep their link for themselves.
 void Pool::noticeLosses()
 {
-    if (std::ranges::any_of(links_, &Link::isLost))
+    if (links_.find([](const auto& each) { return each->isLost(); }))
         ++place_.outage->losses;
     if (std::exchange(lossesSeen_, place_.outage->losses) != place_.outage->losses)
         links_.clear();
@@ -90,19 +86,16 @@ std::shared_ptr<Link> Pool::link()
     if (transaction_)
         return transaction_;
     noticeLosses();
-    auto found = std::ranges::find_if(links_, isFree);
-    while (found != links_.end() && hasEnded(*found)) {
-        links_.erase(found);
-        found = std::ranges::find_if(links_, isFree);
+    auto idle = links_.idle();
+    while (idle && hasEnded(idle)) {
+        links_.drop(idle);
+        idle = links_.idle();
     }
-    if (found == links_.end()) {
-        links_.push_back(freshLink());
-        return links_.back();
-    }
-    std::shared_ptr<Link> result = *found;
-    if (links_.size() > linksKept)
-        std::erase_if(links_, [&](const auto& each) { return each != result && isFree(each); });
-    return result;
+    if (idle)
+        return idle;
+    auto fresh = freshLink();
+    links_.add(fresh);
+    return fresh;
 }
 
 /// Each driver begins and ends one in its own way, and none wants to be told by a statement.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/Handles.h"
 #include "data/odbc/Link.h"
 #include "data/odbc/Server.h"
 
@@ -57,7 +58,7 @@ private:
     bool isTakenKey(const DataError& failure, const std::shared_ptr<Link>& on);
 
     Place place_;
-    std::vector<std::shared_ptr<Link>> links_;
+    Handles<Link> links_;
     std::map<String, TableIndexes> indexes_; ///< By the table's name in small letters.
     int lossesSeen_ = 0;
     std::shared_ptr<Link> transaction_; ///< The link on which one was begun.

@@ -1,6 +1,7 @@
 #include "data/odbc/Schemas.h"
 
 #include "data/Statement.h"
+#include "data/Transaction.h"
 #include "runtime/Convert.h"
 
 #include <random>
@@ -65,16 +66,11 @@ std::vector<String> existingSchemas(Pool& pool, StringView name)
 
 void renameSchemas(Pool& pool, StringView from, StringView to)
 {
-    pool.run(u"BEGIN");
-    try {
-        for (const Database which : everyDatabase)
-            pool.run(u"ALTER SCHEMA " + quotedName(String(from) + String(suffixOf(which))) + u" RENAME TO " +
-                     quotedName(String(to) + String(suffixOf(which))));
-    } catch (const RuntimeError&) {
-        pool.run(u"ROLLBACK");
-        throw;
-    }
-    pool.run(u"COMMIT");
+    Transaction transaction([&pool](StringView statement) { pool.run(statement); });
+    for (const Database which : everyDatabase)
+        pool.run(u"ALTER SCHEMA " + quotedName(String(from) + String(suffixOf(which))) + u" RENAME TO " +
+                 quotedName(String(to) + String(suffixOf(which))));
+    transaction.commit();
 }
 
 String passingName(Purpose purpose)

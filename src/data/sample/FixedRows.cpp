@@ -1,4 +1,6 @@
+#include "data/Schema.h"
 #include "data/sample/Parts.h"
+#include "runtime/Convert.h"
 
 namespace zv::sample {
 namespace {
@@ -163,6 +165,13 @@ constexpr List pairs[] = {
     {u"prematriculacion_ponderacion", u"1;101|2;101|2;102|3;103|4;103"},
 };
 
+/// "1 Descripcion"
+String example(const schema::Column& column, Long number)
+{
+    const String text = decimalText(number) + u" " + column.name;
+    return column.width == 0 ? text : String(cut(text, static_cast<std::size_t>(column.width)));
+}
+
 } // namespace
 
 void addFixedRows(Writer& centro)
@@ -173,6 +182,25 @@ void addFixedRows(Writer& centro)
             centro.numbered(list.table, list.rows);
     for (const List& list : pairs)
         centro.rows(list.table, list.rows);
+}
+
+void addOtherRows(Writer& centro)
+{
+    for (const schema::Table& table : schema::tables(Database::centro)) {
+        // Illnesses wait for the cipher.
+        if (table.use == schema::Use::addedByUs || table.name == u"Enfermedad" || centro.wrote(table.name))
+            continue;
+        const bool joins = table.key == schema::Key::repeated;
+        for (Long number = 1; number <= (joins ? 1 : 3); ++number) {
+            std::vector<Value> values;
+            for (const schema::Column& column : table.columns())
+                values.push_back(column.type == schema::Type::text ? Value(example(column, number))
+                                                                   : Value(Long{1}));
+            if (!joins)
+                values.front() = number;
+            centro.row(table.name, values);
+        }
+    }
 }
 
 void addUsers(Writer& entrada)

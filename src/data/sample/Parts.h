@@ -37,6 +37,9 @@ void addFixedRows(Writer& centro);
 std::vector<Section> addPeople(Writer& centro, Dice& dice);
 /// Notes of the guidance council and individual reports of some sections.
 void addReports(Writer& centro, Dice& dice, const std::vector<Section>& sections);
+/// A few rows for each table that the others left empty, as that of a new dialog: numbered texts, and
+/// references to the first row.
+void addOtherRows(Writer& centro);
 /// Profiles and users; user 1 sees everything, 2 to 13 are tutors, and 14 is none of the staff.
 void addUsers(Writer& entrada);
 

@@ -1,5 +1,6 @@
 #include "data/sample/SampleSchool.h"
 
+#include "data/Transaction.h"
 #include "data/sample/Parts.h"
 
 namespace zv {
@@ -8,14 +9,9 @@ namespace {
 /// At once, since each row by itself would wait for the disk.
 void inOneStep(Connection& connection, const std::function<void()>& write)
 {
-    connection.executeNative(u"BEGIN");
-    try {
-        write();
-    } catch (...) {
-        connection.executeNative(u"ROLLBACK");
-        throw;
-    }
-    connection.executeNative(u"COMMIT");
+    Transaction transaction(connection);
+    write();
+    transaction.commit();
 }
 
 } // namespace
@@ -29,6 +25,7 @@ void fillSampleSchool(School& school)
         sample::Dice dice;
         sample::addFixedRows(centro);
         sample::addReports(centro, dice, sample::addPeople(centro, dice));
+        sample::addOtherRows(centro);
     });
     // Keys above the largest live one stay taken while their rows wait in the recycle bin.
     inOneStep(*school.borrado, [&] {

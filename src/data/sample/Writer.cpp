@@ -6,6 +6,7 @@ namespace zv::sample {
 
 void Writer::row(StringView table, const std::vector<Value>& values)
 {
+    tables_.emplace(table);
     String list;
     for (const Value& value : values)
         list += (list.empty() ? u"" : u",") + literal(value);

@@ -2,6 +2,8 @@
 
 #include "data/Connection.h"
 
+#include <set>
+
 namespace zv::sample {
 
 /// Writes rows into one database, all columns in their order.
@@ -13,11 +15,14 @@ public:
     void rows(StringView table, StringView text) { write(table, text, false); }
     /// The same, with keys counted from 1 in front.
     void numbered(StringView table, StringView text) { write(table, text, true); }
+    /// Whether it wrote a row of the table.
+    bool wrote(StringView table) const { return tables_.contains(String(table)); }
 
 private:
     void write(StringView table, StringView text, bool withNumber);
 
     Connection& connection_;
+    std::set<String> tables_;
 };
 
 /// The pieces of a text, of which there is at least one.

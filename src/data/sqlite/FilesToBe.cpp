@@ -1,6 +1,6 @@
 #include "data/sqlite/FilesToBe.h"
 
-#include "data/sqlite/Store.h"
+#include "data/sqlite/File.h"
 
 #ifndef _WIN32
 #include <fcntl.h>
@@ -16,6 +16,10 @@ namespace fs = std::filesystem;
 
 // The live database comes last: without it the others are no school.
 constexpr Database order[] = {Database::entrada, Database::borrado, Database::centro};
+
+constexpr StringView inTheWay =
+    u"está donde se ponen los ficheros mientras se crean, y no es de este programa: "
+    u"llévelo a otro sitio y repita la orden.";
 
 bool sameFile(const fs::path& one, const fs::path& other)
 {
@@ -38,6 +42,8 @@ FilesToBe::Folder::Folder(const fs::path& live) : path_(fs::path(live) += ".crea
     checkPlace(live, true);
     if (error == std::errc::no_space_on_device)
         failFor(live, diskFull);
+    if (fs::exists(fs::symlink_status(path_, error)))
+        failFor(path_, inTheWay);
     failFor(live, noRight);
 }
 
@@ -46,15 +52,17 @@ bool FilesToBe::Folder::lock() { return true; }
 FilesToBe::Folder::~Folder()
 {
     std::error_code ignored;
-    fs::remove_all(path_, ignored);
+    fs::remove(path_, ignored);
 }
 #else
 /// False if whoever had it took it away meanwhile.
 bool FilesToBe::Folder::lock()
 {
-    const int handle = open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int handle = open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     if (handle < 0 && errno == ENOENT)
         return false;
+    if (handle < 0 && (errno == ELOOP || errno == ENOTDIR))
+        failFor(path_, inTheWay);
     if (handle < 0)
         failFor(path_, noRight);
     struct stat locked {};
@@ -74,16 +82,18 @@ bool FilesToBe::Folder::lock()
 FilesToBe::Folder::~Folder()
 {
     std::error_code ignored;
-    fs::remove_all(path_, ignored);
+    fs::remove(path_, ignored);
     close(handle_);
 }
 #endif
 
 FilesToBe::FilesToBe(fs::path live) : live_(std::move(live)), folder_(live_)
 {
-    takeBack();
-    for (const Database which : order)
-        removeFile(aside(which));
+    std::error_code ignored;
+    // With a live database there they are a school, whatever stands in the folder still.
+    if (!fs::exists(live_, ignored))
+        takeBack();
+    clear();
     for (const Database which : {Database::centro, Database::borrado, Database::entrada})
         checkPlace(place(which), true);
 }
@@ -92,6 +102,14 @@ FilesToBe::~FilesToBe()
 {
     if (!placed_)
         takeBack();
+    clear();
+}
+
+/// Only what this program put there: a folder of that name may hold more.
+void FilesToBe::clear() const
+{
+    for (const Database which : order)
+        removeFile(aside(which));
 }
 
 fs::path FilesToBe::aside(Database which) const { return fileOf(folder_.path() / live_.filename(), which); }
@@ -101,8 +119,6 @@ String FilesToBe::location() const { return aside(Database::centro).u16string();
 /// What is in place and not yet a school.
 void FilesToBe::takeBack() const
 {
-    if (sameFile(aside(Database::centro), live_))
-        return;
     std::error_code ignored;
     for (const Database which : order)
         if (sameFile(aside(which), place(which)))

@@ -36,6 +36,7 @@ private:
     std::filesystem::path aside(Database which) const;
     std::filesystem::path place(Database which) const { return fileOf(live_, which); }
     void takeBack() const;
+    void clear() const;
 
     std::filesystem::path live_;
     Folder folder_;

@@ -1,6 +1,7 @@
 #include "data/sqlite/SqliteEngine.h"
 
 #include "data/Dialect.h"
+#include "data/sqlite/File.h"
 #include "data/sqlite/FilesToBe.h"
 #include "data/sqlite/Store.h"
 

@@ -134,7 +134,7 @@ public:
         auto& list = dynamic_cast<QComboBox&>(widgetOf(box));
         return really(box.form(), [&] {
             list.setCurrentIndex(index);
-            emit list.activated(index);
+            Q_EMIT list.activated(index);
         });
     }
 

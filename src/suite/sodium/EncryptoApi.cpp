@@ -1,6 +1,7 @@
 #include "suite/sodium/EncryptoApi.h"
 
 #include "runtime/CreateObject.h"
+#include "runtime/Members.h"
 #include "suite/sodium/KeyFile.h"
 
 namespace zv {
@@ -24,17 +25,13 @@ void EncryptoApi::descifrar(String& text) const
     text = *std::move(plain);
 }
 
-Value EncryptoApi::invoke(StringView member, Access access, Arguments& arguments)
+const Member* EncryptoApi::memberNamed(StringView name) const
 {
-    const bool enciphers = sameName(member, u"Cifrar");
-    if (access == Access::let || (!enciphers && !sameName(member, u"descifrar")))
-        fail(failure::memberMissing, member);
-    if (arguments.size() != 1)
-        fail(failure::argumentCount, member);
-    String text = CStr(arguments.front());
-    enciphers ? Cifrar(text) : descifrar(text);
-    arguments.front() = std::move(text);
-    return {};
+    static constexpr Member members[] = {
+        method<&EncryptoApi::Cifrar>(u"Cifrar"),
+        method<&EncryptoApi::descifrar>(u"descifrar"),
+    };
+    return findMember(members, name);
 }
 
 void registerCipher(KeySource key)

@@ -3,6 +3,8 @@
 #include "runtime/Object.h"
 #include "suite/sodium/CipherKey.h"
 
+#include <functional>
+
 namespace zv {
 
 /// Gives the key in use. With `make`, makes one where there is none.
@@ -20,9 +22,10 @@ public:
     void descifrar(String& text) const;
 
     StringView TypeName() const override { return u"cZEncryptoAPI"; }
-    Value invoke(StringView member, Access access, Arguments& arguments) override;
 
 private:
+    const Member* memberNamed(StringView name) const override;
+
     KeySource key_;
 };
 

@@ -1,0 +1,55 @@
+#include "data/sqlite/File.h"
+
+#include "data/DataError.h"
+
+#include <fstream>
+
+namespace zv::sqlite {
+
+void failFor(const std::filesystem::path& file, StringView words)
+{
+    throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» " + String(words));
+}
+
+void checkPlace(const std::filesystem::path& file, bool create)
+{
+    std::error_code ignored;
+    if (file.empty())
+        throw RuntimeError(failure::otherData,
+                           u"Falta el fichero de la base de datos: escriba sqlite:FICHERO.");
+    if (std::filesystem::is_directory(file, ignored))
+        failFor(file, u"es una carpeta; escriba el nombre de un fichero.");
+    const bool exists = std::filesystem::exists(file, ignored);
+    if (!exists && std::filesystem::is_symlink(std::filesystem::symlink_status(file, ignored)))
+        failFor(file, u"es un enlace a un fichero que no existe: corrija el enlace, o elija otro nombre.");
+    if (!create && exists && !std::filesystem::is_regular_file(file, ignored))
+        failFor(file, u"no es un fichero con datos: compruebe el nombre.");
+    if (create && exists)
+        failFor(file, u"ya existe: elija otro nombre, o quítelo antes.");
+    if (!create && !exists)
+        failFor(file, u"no existe: compruebe el nombre, o cree antes la base de datos.");
+    if (create && file.has_parent_path() && !std::filesystem::is_directory(file.parent_path(), ignored))
+        failFor(file, u"no se puede crear: su carpeta no existe.");
+}
+
+void removeFile(const std::filesystem::path& file)
+{
+    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
+        std::filesystem::path each = file;
+        std::error_code ignored;
+        std::filesystem::remove(each += suffix, ignored);
+    }
+}
+
+bool canBeRead(const std::filesystem::path& file)
+{
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        std::filesystem::path each = file;
+        std::error_code ignored;
+        if (std::filesystem::exists(each += suffix, ignored) && !std::ifstream(each))
+            return false;
+    }
+    return true;
+}
+
+} // namespace zv::sqlite

@@ -1,0 +1,174 @@
+#include "data/sqlite/Handle.h"
+
+#include "data/sqlite/Failure.h"
+#include "data/sqlite/File.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <fstream>
+#include <thread>
+
+namespace zv::sqlite {
+namespace {
+
+constexpr std::chrono::seconds longestWait{5};
+constexpr std::chrono::milliseconds waitStep{4};
+constexpr std::size_t statementsKept = 32;
+constexpr const char* writeAheadLog = "PRAGMA journal_mode=WAL;";
+
+[[noreturn]] void failOpening(sqlite3* handle, const std::filesystem::path& file)
+{
+    if (isDiskFull(handle))
+        failFor(file, diskFull);
+    switch (sqlite3_errcode(handle) & 0xFF) {
+    case SQLITE_NOTADB:
+    case SQLITE_CORRUPT:
+        failFor(file, u"no es una base de datos, o está dañada: compruebe el nombre, o ponga en su lugar la "
+                      u"última copia de seguridad.");
+    case SQLITE_CANTOPEN:
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+        failFor(file, canBeRead(file) ? noRight : noRightToRead);
+    default:
+        throw failureOf(handle, Phase::running, u"");
+    }
+}
+
+/// Whether the file wants a log beside it and has none: then it is complete, and open nowhere.
+bool restsWithoutLog(const std::filesystem::path& file)
+{
+    std::array<char, 20> head{};
+    std::ifstream(file, std::ios::binary).read(head.data(), head.size());
+    std::filesystem::path log = file;
+    std::error_code ignored;
+    return head[19] == 2 && !std::filesystem::exists(log += "-wal", ignored);
+}
+
+/// The name as the engine takes it. Even one that only looks would leave a log beside a file that rests
+/// without one, and need the right to make it; so such a file is read as it stands.
+std::string nameOf(const std::filesystem::path& file, Opening opening)
+{
+    if (file.empty())
+        return ":memory:";
+    const auto bytes = [](const std::u8string& text) { return std::string(text.begin(), text.end()); };
+    if (opening != Opening::lookOnly || !restsWithoutLog(file))
+        return bytes(file.u8string());
+    const std::string path = bytes(std::filesystem::absolute(file).generic_u8string());
+    std::string result = path.starts_with('/') ? "file://" : "file:///";
+    for (const char each : path)
+        switch (each) {
+        case '%':
+            result += "%25";
+            break;
+        case '?':
+            result += "%3F";
+            break;
+        case '#':
+            result += "%23";
+            break;
+        default:
+            result += each;
+        }
+    return result + "?immutable=1";
+}
+
+int flagsOf(Opening opening)
+{
+    switch (opening) {
+    case Opening::lookOnly:
+        return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+    case Opening::fresh:
+        return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+    case Opening::existing:
+        break;
+    }
+    return SQLITE_OPEN_READWRITE;
+}
+
+std::string settingsOf(Opening opening, Durability durability)
+{
+    // Whether there is a database at all is found out by reading it.
+    std::string result = "SELECT 1 FROM sqlite_schema LIMIT 1;";
+    if (opening == Opening::fresh)
+        result += writeAheadLog;
+    return result + (durability == Durability::full ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=OFF");
+}
+
+/// Waits for another station, in short steps: the engine's own steps grow so long that a station that writes
+/// without pause is hardly ever met between two of its statements.
+int waitForOthers(void* /*none*/, int waited)
+{
+    using Clock = std::chrono::steady_clock;
+    thread_local Clock::time_point begun; // A thread waits for one statement at a time.
+    if (waited == 0)
+        begun = Clock::now();
+    if (Clock::now() - begun >= longestWait)
+        return 0;
+    std::this_thread::sleep_for(waitStep);
+    return 1;
+}
+
+} // namespace
+
+bool isDiskFull(sqlite3* handle)
+{
+    const int code = sqlite3_errcode(handle) & 0xFF;
+    const std::error_code cause(sqlite3_system_errno(handle), std::generic_category());
+    return code == SQLITE_FULL ||
+           ((code == SQLITE_IOERR || code == SQLITE_CANTOPEN) &&
+            (cause == std::errc::no_space_on_device || cause == std::errc::file_too_large));
+}
+
+void CloseHandle::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
+void EndStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+
+std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, Opening opening, Durability durability)
+{
+    sqlite3* opened = nullptr;
+    const int result = sqlite3_open_v2(nameOf(file, opening).c_str(), &opened, flagsOf(opening), nullptr);
+    auto handle = std::make_shared<Handle>();
+    handle->database.reset(opened);
+    if (result != SQLITE_OK)
+        failOpening(opened, file);
+    sqlite3_extended_result_codes(opened, 1);
+    sqlite3_busy_handler(opened, waitForOthers, nullptr);
+    // A name in double quotes that no column has is a missing column, not a text.
+    sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+    if (file.empty())
+        return handle;
+    if (opening != Opening::lookOnly && sqlite3_db_readonly(opened, "main") == 1)
+        failFor(file, noRight);
+    if (sqlite3_exec(opened, settingsOf(opening, durability).c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+        failOpening(opened, file);
+    return handle;
+}
+
+void useWriteAheadLog(Handle& handle, const std::filesystem::path& file)
+{
+    sqlite3* const database = handle.database.get();
+    if (sqlite3_exec(database, writeAheadLog, nullptr, nullptr, nullptr) != SQLITE_OK)
+        failOpening(database, file);
+}
+
+StatementPtr ReadyStatements::take(StringView text)
+{
+    const auto found = std::ranges::find(kept_, text, &std::pair<String, StatementPtr>::first);
+    if (found == kept_.end())
+        return nullptr;
+    StatementPtr statement = std::move(found->second);
+    kept_.erase(found);
+    return statement;
+}
+
+void ReadyStatements::keep(String text, StatementPtr statement)
+{
+    kept_.emplace_front(std::move(text), std::move(statement));
+    if (kept_.size() > statementsKept)
+        kept_.pop_back();
+}
+
+} // namespace zv::sqlite

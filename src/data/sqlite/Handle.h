@@ -1,0 +1,51 @@
+#pragma once
+
+#include "data/Cursor.h"
+#include "data/sqlite/Options.h"
+
+#include <filesystem>
+#include <list>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace zv::sqlite {
+
+struct CloseHandle {
+    void operator()(sqlite3* handle) const;
+};
+struct EndStatement {
+    void operator()(sqlite3_stmt* statement) const;
+};
+using DatabasePtr = std::unique_ptr<sqlite3, CloseHandle>;
+using StatementPtr = std::unique_ptr<sqlite3_stmt, EndStatement>;
+
+/// The cache of prepared statements: those that have run and may run again with other values, by their text;
+/// the latest first. A few dozen are kept.
+class ReadyStatements {
+public:
+    /// None if there is none of that text.
+    StatementPtr take(StringView text);
+    void keep(String text, StatementPtr statement);
+
+private:
+    std::list<std::pair<String, StatementPtr>> kept_;
+};
+
+/// An open connection of the driver, and the cursors whose rows it still holds.
+struct Handle {
+    DatabasePtr database;
+    ReadyStatements ready;
+    std::vector<Cursor*> cursors;
+};
+
+/// What a file is opened for.
+enum class Opening { existing, fresh, lookOnly };
+
+/// Fails with a RuntimeError that tells a person what to do. No file: in memory.
+std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, Opening opening, Durability durability);
+/// Who reads a file keeps nobody from writing it from then on: it has its log beside it.
+void useWriteAheadLog(Handle& handle, const std::filesystem::path& file);
+bool isDiskFull(sqlite3* handle);
+
+} // namespace zv::sqlite
