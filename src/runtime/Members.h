@@ -9,57 +9,22 @@
 
 namespace zv {
 
-/// An argument on its way to a parameter of type P: it is converted by that type and kept for the call.
+/// What an argument is converted to (valueTo) and kept as while its parameter is used. Where that only points
+/// to what the parameter takes, none fails with 91.
 template <class P>
-class Parameter {
-public:
+struct Kept {
+    using Type = std::remove_cvref_t<P>;
     static constexpr bool optional = false;
-    explicit Parameter(const Arguments& arguments, std::size_t place)
-        : kept_(valueTo<std::remove_cvref_t<P>>(arguments[place]))
-    {}
-    operator const std::remove_cvref_t<P>&() const { return kept_; }
-
-private:
-    std::remove_cvref_t<P> kept_;
 };
 template <>
-class Parameter<StringView> : public Parameter<String> {
-public:
-    using Parameter<String>::Parameter;
-    operator StringView() const { return operator const String&(); }
-};
-/// By reference: what the callee leaves there goes back to the caller.
+struct Kept<StringView> : Kept<String> {};
 template <>
-class Parameter<String&> {
-public:
-    static constexpr bool optional = false;
-    explicit Parameter(const Arguments& arguments, std::size_t place) : kept_(CStr(arguments[place])) {}
-    operator String&() { return kept_; }
-    void writeBack(Value& argument) { argument = std::move(kept_); }
-
-private:
-    String kept_;
-};
-template <>
-class Parameter<const std::vector<Long>&> : public Parameter<LongArray> {
-public:
-    using Parameter<LongArray>::Parameter;
-    operator const std::vector<Long>&() const { return *operator const LongArray&(); }
-};
+struct Kept<const std::vector<Long>&> : Kept<LongArray> {};
 /// An argument that callers may leave away, behind those that they may not.
 template <class T>
-class Parameter<const std::optional<T>&> {
-public:
+struct Kept<const std::optional<T>&> {
+    using Type = std::optional<T>;
     static constexpr bool optional = true;
-    explicit Parameter(const Arguments& arguments, std::size_t place)
-    {
-        if (place < arguments.size())
-            kept_ = valueTo<T>(arguments[place]);
-    }
-    operator const std::optional<T>&() const { return kept_; }
-
-private:
-    std::optional<T> kept_;
 };
 
 /// What member pointers tell of late-bound calls.
@@ -77,31 +42,63 @@ Value wrapped(R&& given)
         return Value(std::forward<R>(given));
 }
 
+template <class P>
+class Parameter {
+    using Type = typename Kept<P>::Type;
+
+public:
+    Parameter(const Arguments& arguments, std::size_t place) : kept_(converted(arguments, place)) {}
+    P given()
+    {
+        if constexpr (std::is_convertible_v<Type&, P>)
+            return kept_;
+        else {
+            if (!kept_)
+                fail(failure::noObject);
+            return *kept_;
+        }
+    }
+    /// What the callee left in a parameter by reference goes back to the caller.
+    void writeBack(Value& argument)
+    {
+        if constexpr (std::same_as<P, String&>)
+            argument = std::move(kept_);
+    }
+
+private:
+    static Type converted(const Arguments& arguments, std::size_t place)
+    {
+        if constexpr (!Kept<P>::optional)
+            return valueTo<Type>(arguments[place]);
+        else
+            return place < arguments.size() ? Type(valueTo<typename Type::value_type>(arguments[place]))
+                                            : Type();
+    }
+    Type kept_;
+};
+
 /// Converts the arguments from left to right, then calls.
 template <auto F, class T, class... P, std::size_t... I>
 Value run(Object& object, Arguments& arguments, std::index_sequence<I...> /*places*/)
 {
-    auto& self = static_cast<T&>(object);
     std::tuple<Parameter<P>...> parameters{Parameter<P>(arguments, I)...};
-    Value result;
-    if constexpr (std::is_void_v<decltype(std::invoke(F, self, std::get<I>(parameters)...))>)
-        std::invoke(F, self, std::get<I>(parameters)...);
-    else
-        result = wrapped(std::invoke(F, self, std::get<I>(parameters)...));
-    const auto writeBack = [](auto& parameter, Value& argument) {
-        if constexpr (requires { parameter.writeBack(argument); })
-            parameter.writeBack(argument);
+    const auto called = [&]() -> decltype(auto) {
+        return std::invoke(F, static_cast<T&>(object), std::get<I>(parameters).given()...);
     };
+    Value result;
+    if constexpr (std::is_void_v<decltype(called())>)
+        called();
+    else
+        result = wrapped(called());
     if constexpr ((... || std::same_as<P, String&>))
-        (writeBack(std::get<I>(parameters), arguments[I]), ...);
+        (std::get<I>(parameters).writeBack(arguments[I]), ...);
     return result;
 }
 
 template <auto F, class T, class... P>
 constexpr Member::Call call()
 {
-    return {(0 + ... + (Parameter<P>::optional ? 0 : 1)), sizeof...(P),
-            [](Object& self, Arguments& arguments) {
+    return {(0 + ... + (Kept<P>::optional ? 0 : 1)), sizeof...(P), [](Object& self, Arguments& arguments) {
                 return run<F, T, P...>(self, arguments, std::index_sequence_for<P...>());
             }};
 }

@@ -78,13 +78,6 @@ Value callByReference(const ObjectPtr& object, StringView member, Arguments& arg
     return reached(object).invoke(member, Access::call, arguments);
 }
 
-const Value& argument(const Arguments& arguments, std::size_t position)
-{
-    if (position >= arguments.size())
-        fail(failure::argumentCount);
-    return arguments[position];
-}
-
 ObjectPtr uncounted(Object& object) { return {ObjectPtr{}, &object}; }
 
 } // namespace zv

@@ -69,9 +69,6 @@ Value call(const ObjectPtr& object, StringView member, Arguments arguments = {})
 /// Calls with arguments that the callee may change.
 Value callByReference(const ObjectPtr& object, StringView member, Arguments& arguments);
 
-/// An argument of a call; one that was not given fails with 450.
-const Value& argument(const Arguments& arguments, std::size_t position);
-
 /// A counted reference to an object whose life is not counted (a control, a form): it never owns it.
 ObjectPtr uncounted(Object& object);
 

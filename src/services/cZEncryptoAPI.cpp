@@ -8,7 +8,7 @@ void cZEncryptoAPI::replace(StringView operation, String& text) const
 {
     Arguments arguments{text};
     callByReference(object_, operation, arguments);
-    text = CStr(argument(arguments, 0));
+    text = CStr(arguments.front());
 }
 
 } // namespace zv

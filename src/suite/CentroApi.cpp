@@ -12,19 +12,8 @@
 
 namespace zv {
 
-/// Every operation needs the connections that it takes.
 template <>
-class Parameter<Connection&> {
-public:
-    static constexpr bool optional = false;
-    explicit Parameter(const Arguments& arguments, std::size_t place)
-        : kept_(connectionOf(CObj(arguments[place])))
-    {}
-    operator Connection&() const { return *kept_; }
-
-private:
-    ConnectionPtr kept_;
-};
+struct Kept<Connection&> : Kept<ConnectionPtr> {};
 
 namespace {
 

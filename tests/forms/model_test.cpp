@@ -143,6 +143,9 @@ TEST_F(Model, everything_is_reached_by_name)
     EXPECT_EQ(CStr(get(ficha.cboLista, u"List", {Long{0}})), u"uno");
     EXPECT_EQ(numberOf([&] { let(ficha.cboLista, u"ListCount", Long{1}); }), failure::readOnlyProperty);
     EXPECT_EQ(numberOf([&] { get(ficha.cboLista, u"List"); }), failure::argumentCount);
+    EXPECT_EQ(numberOf([&] { get(ficha.cboLista, u"List", {Long{0}, Long{0}}); }), failure::argumentCount);
+    EXPECT_EQ(numberOf([&] { let(ficha.cboLista, u"ItemData", Long{0}); }), failure::argumentCount);
+    EXPECT_EQ(numberOf([&] { let(ficha.cboLista, u"Clear", Long{0}); }), failure::memberMissing);
     Arguments cell{Long{1}, Long{0}, u"celda"};
     ficha.msgTabla.invoke(u"TextMatrix", Access::let, cell);
     EXPECT_EQ(CStr(get(ficha.msgTabla, u"textmatrix", {Long{1}, Long{0}})), u"celda");
