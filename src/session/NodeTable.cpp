@@ -11,7 +11,7 @@ namespace {
 
 using Name = cNombreNodo;
 
-/// Two nodes of the host that have a dialog but no name.
+/// Numbers without a name in cNombreNodo: two nodes of the host that have a dialog all the same.
 constexpr Byte nodoEstadoCivil = 65;
 constexpr Byte nodoRespuestas = 69;
 
@@ -21,7 +21,7 @@ constexpr ModuleNode node(Byte number, StringView dialog, StringView title, Stri
         .number = number, .dialog = dialog, .opens = true, .guards = true, .title = title, .table = table};
 }
 
-/// Its rows are no lookup table, so none is deleted.
+/// Node of a report: its rows are no lookup table, so none is deleted and no guard asked.
 constexpr ModuleNode report(Byte number, StringView dialog, StringView title)
 {
     return {.number = number, .dialog = dialog, .opens = true, .guards = false, .title = title};
@@ -46,7 +46,7 @@ constexpr ModuleNode table[] = {
     node(Name::Ponderaciones, u"frmPonderacion", u"Ponderaciones", u"ponderacion"),
     node(Name::TiposMiembroCentro, u"frmTipoMiembroCentro", u"Tipos de miembro del centro",
          u"TipoMiembroCentro"),
-    // Its node never got a number: hosts ask the guard under 0, and no number opens the dialog.
+    // The node's number is the unset 0: hosts ask its guard under it, and no number opens the dialog.
     {.number = Name::TiposTarea,
      .dialog = u"frmTipoTarea",
      .opens = false,

@@ -24,7 +24,7 @@ struct SessionMember {
     void (*take)(cConfiguracion&, const Value&);
 };
 
-/// What is taken over from the host's session object, in order: a member that fails leaves those before it.
+/// Members read from the host's session object, in this order: one that fails leaves those before it copied.
 constexpr SessionMember sessionMembers[] = {
     {u"RutaAplicacion",
      [](cConfiguracion&, const Value& v) { single<App>().HelpFile = String() + v + u"\\zorvelcentro.chm"; }},
@@ -62,7 +62,8 @@ void cAsignarDatos::ObtenerDatos(const ObjectPtr& ObjDatosSesion)
     cConfiguracion& session = Configuracion();
     for (const SessionMember& member : sessionMembers)
         member.take(session, get(ObjDatosSesion, member.name));
-    // Stored before the one before it is let go of: its host may call in here from its Release.
+    // Re-entrant call: releasing the former session object may run its host's Release, which may call in
+    // here; so the new one is stored first.
     const ObjectPtr before = std::exchange(session.datossesion, ObjDatosSesion);
 }
 
@@ -79,7 +80,7 @@ bool cAsignarDatos::Eliminar(Byte bytNodoSeleccionado)
     if (node == nullptr || !node->guards)
         return false;
     const DialogEntry& entry = dialogs().find(node->dialog);
-    // The bank is told the name of a field, not its value: this very text is what it has always been given.
+    // A constant, not the field's value: the bank has always been given this very text.
     if (bytNodoSeleccionado == cNombreNodo::OC_Bancos)
         let(entry.instance(), u"gstrNomNodo", u"strNodoSeleccionado");
     return entry.ComprobarEliminacion && entry.ComprobarEliminacion();

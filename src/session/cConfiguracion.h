@@ -5,8 +5,9 @@
 
 namespace zv {
 
-/// The session record: all that a dialog knows about the running session. `cAsignarDatos::ObtenerDatos` fills
-/// it from the host's session object; dialogs write only bytAccion and lngRowData.
+/// Single instance: the session record, all that a dialog knows about the running session.
+/// `cAsignarDatos::ObtenerDatos` fills it from the host's session object; dialogs write only bytAccion and
+/// lngRowData.
 class cConfiguracion {
 public:
     bool blnSQLServer = false; ///< How statements spell logical true: 1, or else -1.
@@ -32,13 +33,12 @@ public:
     String RutaBD;
 };
 
-/// The one session record.
 inline cConfiguracion& Configuracion() { return single<cConfiguracion>(); }
 
 /// Runs a statement on the school's live database; no connection fails with 91.
 RecordsetPtr execute(StringView statement);
 
-/// A member of the record by its name, for looking at it from a script; 438 if there is none.
+/// Late-bound read of a member of the record, for scripts; 438 if there is none.
 Value configurationMember(StringView name);
 
 } // namespace zv

@@ -4,8 +4,8 @@
 
 namespace zv {
 
-/// A session record for hosts. The module neither makes nor reads one: it takes any object that answers the
-/// members of `cAsignarDatos::ObtenerDatos`, which are more than these.
+/// Session record for hosts. The module neither creates nor reads one: ObtenerDatos is late-bound and takes
+/// any object with its members, which are more than these.
 struct cDatosSesion {
     Integer IDPerfil = 0;
     Integer IDCentro = 0;
