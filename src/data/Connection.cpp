@@ -42,7 +42,8 @@ const MemberTable<Connection>& connectionMembers()
 {
     static const auto table = [] {
         MemberTable<Connection> members;
-        // Behind the statement callers may give where to count rows, and options: neither changes it.
+        // Optional arguments that callers may give behind the statement, a counter of rows and options: both
+        // are ignored.
         members.method(u"Execute", [](Connection& self, Arguments& arguments) {
             expectArguments(arguments, 1, 3, u"Execute");
             return Value(self.Execute(CStr(arguments.front())));
