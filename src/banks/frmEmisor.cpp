@@ -141,7 +141,6 @@ void frmEmisor::layoutOrderingParty()
     txtCodOrdenante.Visible = true;
     txtSufijo.Visible = false;
     lblsufijo.Visible = false;
-    // Moves the code to the place of the suffix.
     txtCodOrdenante.Left = txtSufijo.Left;
     txtCodOrdenante.Top = txtSufijo.Top;
     lblCodigoOrdenante.Left = lblsufijo.Left;

@@ -19,7 +19,6 @@ struct CaptionIds {
     Integer modificado;
 };
 
-/// Width of a table's key: 16 bits or 32.
 enum class KeyWidth { bits16, bits32 };
 
 /// Table and key column of which `IDMax` gives the next free key.
@@ -97,8 +96,8 @@ protected:
     /// Fills the list from the recordset: an entry for each row, a text and a number.
     void addRows(ComboBox& list, StringView text, StringView data);
     /// Chooses the first entry with that number; without one, or for Null, the choice stays as it was. The
-    /// number is an argument, read before the call: where the row is gone that read fails, so no condition
-    /// fails in here, counts as true and chooses the first entry.
+    /// number is an argument, read before the call: where the row is gone that read fails, and no failing
+    /// condition in here counts as true and chooses the first entry.
     static void choose(ComboBox& list, const Value& data);
 
     // Unload.

@@ -19,7 +19,6 @@ public:
     /// Re-entrancy flag: an act is running, or the window is not yet ready for one.
     virtual bool busy() const = 0;
     virtual bool alive() const = 0;
-    /// Converts twips to pixels.
     virtual int pixels(Long twips) const = 0;
     virtual QWidget* focusWidget() const = 0;
     /// Callback of a focus change that came from the toolkit (an assistive program, say): the form follows.

@@ -11,7 +11,6 @@ namespace zv {
 /// Maps a key event to a key that the dialogs know; empty for one that belongs to the widget (shortcuts,
 /// selecting with Shift, function keys).
 std::optional<Keystroke> keystrokeOf(const QKeyEvent& event);
-/// Whether it is the key for help.
 bool asksForHelp(const QKeyEvent& event);
 
 } // namespace zv

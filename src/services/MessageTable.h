@@ -4,7 +4,6 @@
 
 namespace zv {
 
-/// Entry of the table of texts.
 struct Message {
     Integer id;
     StringView text;
