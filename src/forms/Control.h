@@ -10,7 +10,7 @@ namespace zv {
 class Control;
 class Form;
 
-/// Interface of the form towards its controls (dependency inversion: a control knows no Form).
+/// Interface of the form towards its controls (dependency inversion: Control.h needs no Form.h).
 class ControlSite {
 public:
     /// Registers a new control as the last of the form's `Controls`.
