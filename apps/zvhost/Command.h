@@ -4,13 +4,14 @@
 
 namespace zv::host {
 
-/// What the program ends with.
+/// Exit codes of the program.
 enum Exit : int {
     done = 0,
     failed = 2 ///< It could not run; standard error says why.
 };
 
-/// The commands of the program; `words` is what follows their name. They need a QApplication around them.
+/// Entry points of the commands; `words` are the arguments behind the name. They need a QApplication around
+/// them.
 int mainWindow(const QStringList& words);
 int dialogo(const QStringList& words);
 int guion(const QStringList& words);

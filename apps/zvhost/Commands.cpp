@@ -23,10 +23,10 @@
 namespace zv::host {
 namespace {
 
-/// So long a person takes over an act.
+/// Default pace: what a person takes over an act.
 constexpr std::chrono::milliseconds personsPace{600};
 
-/// The words of a command line; one that cannot be understood fails.
+/// Command-line parser of one command; a line that cannot be understood throws.
 class Words {
 public:
     Words(const QStringList& words, const QList<QCommandLineOption>& options)
@@ -56,7 +56,7 @@ private:
     QCommandLineParser parser_;
 };
 
-/// The dialogs open in windows as long as it lives.
+/// RAII guard: the dialogs open in windows as long as it lives.
 class OnScreen {
 public:
     OnScreen() { useDesktop(&desktop_); }
@@ -90,7 +90,7 @@ const Node& nodeNamed(const QString& word)
     return *node;
 }
 
-/// A second run of the program, on a screen of another resolution.
+/// Child process of this program, since a process has one resolution.
 int drawAgain(const QStringList& words, int dots)
 {
     QProcess again;
@@ -189,7 +189,7 @@ int galeria(const QStringList& words)
     }
     if (given.has(QStringLiteral("oscuro")))
         darken();
-    // Pictures of a sample never touch the key of the person.
+    // A random key: pictures of a sample never touch the person's own.
     registerCipher([key = CipherKey::random()](bool) { return key; });
     const QString dots = given.text(QStringLiteral("puntos"));
     const int drawn = drawGallery(

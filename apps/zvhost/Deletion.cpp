@@ -12,7 +12,7 @@ namespace {
 
 constexpr Long examplesShown = 3;
 
-/// Rows that have no life without another: they go and come with it.
+/// Composition: rows that are deleted and restored with the row that owns them.
 struct PartOf {
     StringView whole;
     StringView table;
@@ -32,7 +32,7 @@ bool isPart(StringView table)
     return std::ranges::any_of(parts, [&](const PartOf& each) { return sameName(each.table, table); });
 }
 
-const schema::Table& known(StringView table)
+const schema::Table& definitionOf(StringView table)
 {
     const schema::Table* found = schema::table(table);
     if (found == nullptr)
@@ -57,8 +57,8 @@ String joined(const std::vector<String>& words)
     return text;
 }
 
-/// What a person calls a row: its first text, a person's name whole; else the row that it joins to the one
-/// asked about; else its key.
+/// Display name of a row: its first text, a person's name whole; else that of the row that it joins to the
+/// one asked about; else its key.
 class Namer {
 public:
     explicit Namer(Connection& connection) : connection_(connection) {}
@@ -89,7 +89,7 @@ private:
         try {
             return String() + row.Fields(column);
         } catch (const RuntimeError&) {
-            // A school made elsewhere need not have every column.
+            // Missing column: a school made elsewhere need not have every one.
             return {};
         }
     }
@@ -98,7 +98,7 @@ private:
     {
         if (key.empty())
             return {};
-        const schema::Table& target = known(table);
+        const schema::Table& target = definitionOf(table);
         const RecordsetPtr row = connection_.Execute(
             statement(u"SELECT * FROM {} WHERE {}={}", {Value(target.name), Value(keyOf(target)), key}));
         if (row->Eof())
@@ -112,7 +112,7 @@ private:
     Connection& connection_;
 };
 
-/// Rows of a table that hold a key in one of these columns.
+/// Counts the rows of a table that hold a key in one of these columns.
 Referrer referring(Connection& centro, const schema::Table& table, const std::vector<StringView>& columns,
                    StringView target, Long key)
 {
@@ -179,7 +179,7 @@ void addReferrers(std::vector<Referrer>& all, Connection& centro, StringView tab
         try {
             add(all, referring(centro, each, columns, table, key));
         } catch (const RuntimeError& error) {
-            // A school made elsewhere need not have what no dialog reads.
+            // Missing table or column: a school made elsewhere need not have what no dialog reads.
             if (error.number() != failure::tableMissing && error.number() != failure::columnMissing)
                 throw;
         }
@@ -191,7 +191,7 @@ void removeRow(Connection& connection, StringView table, StringView column, Long
     connection.Execute(statement(u"DELETE FROM {} WHERE {}={}", {Value(table), Value(column), key}));
 }
 
-/// Copies the rows with that value in a column, all columns that the system knows.
+/// Copies the rows with that value in a column, with the columns that the schema knows.
 void copyRows(Connection& from, Connection& to, const schema::Table& table, StringView column, Long key)
 {
     const RecordsetPtr rows =
@@ -210,13 +210,14 @@ void copyRows(Connection& from, Connection& to, const schema::Table& table, Stri
     }
 }
 
-/// The whole is written before its parts and removed after them, so that a part is never without it.
+/// Order of writes: the whole is copied before its parts and deleted after them, so that a part is never
+/// without it.
 void move(Connection& from, Connection& to, const schema::Table& table, Long key)
 {
     copyRows(from, to, table, keyOf(table), key);
     for (const PartOf& part : parts)
         if (sameName(part.whole, table.name))
-            copyRows(from, to, known(part.table), part.column, key);
+            copyRows(from, to, definitionOf(part.table), part.column, key);
     for (const PartOf& part : parts)
         if (sameName(part.whole, table.name))
             removeRow(from, part.table, part.column, key);
@@ -268,16 +269,16 @@ std::vector<DeletedRow> deletedRows(Connection& borrado)
 
 void moveToDeleted(School& school, StringView table, Long key)
 {
-    move(*school.centro, *school.borrado, known(table), key);
+    move(*school.centro, *school.borrado, definitionOf(table), key);
 }
 
 void restore(School& school, StringView table, Long key)
 {
-    const schema::Table& whole = known(table);
+    const schema::Table& whole = definitionOf(table);
     requireFree(*school.centro, *school.borrado, whole, keyOf(whole), key);
     for (const PartOf& part : parts)
         if (sameName(part.whole, table))
-            requireFree(*school.centro, *school.borrado, known(part.table), part.column, key);
+            requireFree(*school.centro, *school.borrado, definitionOf(part.table), part.column, key);
     move(*school.borrado, *school.centro, whole, key);
 }
 

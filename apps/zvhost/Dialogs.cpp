@@ -20,7 +20,7 @@ namespace {
 
 const QString cannotRead = QStringLiteral("No se ha podido leer.");
 
-/// A dialog around a list, with commands on its selected row.
+/// Dialog with a list and commands on its selected row.
 class ListDialog final : public QDialog {
 public:
     ListDialog(QWidget* parent, const QString& title, std::span<const ListColumn> columns,
@@ -37,7 +37,7 @@ public:
         connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { follow(); });
     }
 
-    /// What a command does to the row of that number in the list.
+    /// Adds a command: a callback on the selected row's index.
     void command(const QString& text, const QString& failed, const std::function<void(std::size_t)>& does)
     {
         commands_.push_back(&buttons_.add(text, [this, failed, does] {
@@ -175,19 +175,19 @@ std::optional<Choices> askChoices(QWidget* parent, Host& host)
     dialog.setObjectName(QStringLiteral("sesion"));
     dialog.setWindowTitle(QStringLiteral("Sesión"));
     Choices choices = host.choices();
-    const std::vector<Known> users = host.users();
-    const std::vector<Known> profiles = host.profiles();
+    const std::vector<UserOrProfile> users = host.users();
+    const std::vector<UserOrProfile> profiles = host.profiles();
 
     QComboBox user;
     user.setObjectName(QStringLiteral("usuario"));
-    for (const Known& each : users)
+    for (const UserOrProfile& each : users)
         user.addItem(toQt(each.name), each.number);
     if (user.findData(choices.user) < 0)
         user.addItem(toQt(choices.userName), choices.user);
     user.setCurrentIndex(user.findData(choices.user));
     QComboBox profile;
     profile.setObjectName(QStringLiteral("perfil"));
-    for (const Known& each : profiles)
+    for (const UserOrProfile& each : profiles)
         profile.addItem(toQt(each.name), each.number);
     const auto chooseProfile = [&](Integer number) {
         if (profile.findData(number) < 0)
@@ -196,7 +196,7 @@ std::optional<Choices> askChoices(QWidget* parent, Host& host)
     };
     chooseProfile(choices.profile);
     QObject::connect(&user, &QComboBox::currentIndexChanged, &dialog, [&] {
-        for (const Known& each : users)
+        for (const UserOrProfile& each : users)
             if (each.number == user.currentData().toInt())
                 chooseProfile(each.profile);
     });

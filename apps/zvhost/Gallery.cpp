@@ -17,14 +17,14 @@
 namespace zv::host {
 namespace {
 
-/// Draws each window that opens, and closes it again.
+/// Desktop that draws each window instead of running it, and closes it.
 class DrawingDesktop final : public QtDesktop {
 public:
     DrawingDesktop(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {}
 
     int drawn() const { return drawn_; }
     void draw(QWidget& widget, const QString& name) { save(widget.grab(), name); }
-    /// What the next windows are pictures of; `message`: their accept button is pressed.
+    /// Sets the state that the next windows are drawn in; `message`: their accept button is pressed.
     void expect(const QString& state, bool message = false)
     {
         state_ = state;
@@ -32,7 +32,7 @@ public:
     }
 
 protected:
-    /// What leads from a dialog to the one that only it opens.
+    /// Opens the nested dialog, which only this one leads to.
     void goOn(FormWindow& window) const
     {
         const bool primary = state_ == QStringLiteral("primaria");
@@ -40,7 +40,7 @@ protected:
             if (Control* button = window.alive() ? window.form().find(name, index) : nullptr)
                 window.act([&](Acts& acts) { return acts.click(*button); });
         };
-        // The sections for which the sample's tutors have written something are the first ones.
+        // Cascading lists: the first sections are those for which the sample's tutors have written something.
         for (const StringView list : {u"cboTipoEnsenanza", u"cboCursos", u"cboSecciones"})
             if (auto* box = dynamic_cast<ComboBox*>(window.form().find(list)))
                 window.act([&](Acts& acts) {
@@ -49,7 +49,7 @@ protected:
                 });
         click(u"cmdNotaManual1", 0);
         if (Control* branches = window.alive() ? window.form().find(u"msgBanco") : nullptr) {
-            // Where they are not to be seen, neither key reaches them.
+            // Acts, so that they do nothing where the grid is hidden.
             window.act(
                 [&](Acts& acts) { return acts.key(*branches, Key::Up) && acts.type(*branches, u" "); });
             click(u"cmdBotonera", state_ == QStringLiteral("sucursales") ? 3 : 2);

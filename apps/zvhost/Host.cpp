@@ -29,29 +29,29 @@ void Host::choose(Choices choices)
     let(*session_, u"MTP", choices_.mtp);
 }
 
-std::vector<Known> Host::known(StringView query)
+std::vector<UserOrProfile> Host::usersOrProfiles(StringView query)
 {
-    std::vector<Known> found;
+    std::vector<UserOrProfile> found;
     try {
         for (const RecordsetPtr rows = school_.entrada->Execute(query); !rows->Eof(); rows->MoveNext()) {
             const std::vector<Value> row = rows->row();
             found.push_back({CInt(row[0]), String() + row[1], row[2].isNull() ? Integer{0} : CInt(row[2])});
         }
     } catch (const RuntimeError&) {
-        // A suite without these tables keeps its users elsewhere.
+        // No failure: a suite without these tables keeps its users elsewhere.
         found.clear();
     }
     return found;
 }
 
-std::vector<Known> Host::users()
+std::vector<UserOrProfile> Host::users()
 {
-    return known(u"SELECT IDUsuario, Nombre, CodPerfil FROM Usuario ORDER BY Nombre");
+    return usersOrProfiles(u"SELECT IDUsuario, Nombre, CodPerfil FROM Usuario ORDER BY Nombre");
 }
 
-std::vector<Known> Host::profiles()
+std::vector<UserOrProfile> Host::profiles()
 {
-    return known(u"SELECT IDPerfil, Nombre, IDPerfil AS Mismo FROM Perfil ORDER BY IDPerfil");
+    return usersOrProfiles(u"SELECT IDPerfil, Nombre, IDPerfil AS Mismo FROM Perfil ORDER BY IDPerfil");
 }
 
 void Host::hand(Byte action, Long row)
@@ -66,7 +66,7 @@ void Host::open(const Node& node, Byte action, Long row, bool branches)
     hand(action, row);
     if (branches)
         cAsignarDatos().BloquearBanco();
-    // The facade has no way to this one.
+    // Bypasses the facade, in which no number opens this dialog.
     if (node.number == cNombreNodo::TiposTarea)
         dialogs().find(node.form).instance().Show();
     else
@@ -81,7 +81,7 @@ bool Host::has(const Node& node, Long row)
                 ->Eof();
 }
 
-bool Host::mayDelete(const Node& node, Long row)
+bool Host::guardAgrees(const Node& node, Long row)
 {
     hand(cConstCol::Modificado, row);
     return cAsignarDatos().Eliminar(node.number);
@@ -119,7 +119,7 @@ String shown(const Value& value, const ListColumn& column)
 {
     if (value.isNull())
         return {};
-    // What a school made elsewhere holds there may be neither a truth nor a number.
+    // Type check: a school made elsewhere may hold there neither a truth value nor a number.
     const bool number = IsNumeric(value);
     if (column.kind == ListColumn::Kind::flag && number)
         return isTrue(value) ? u"Sí" : u"No";

@@ -8,7 +8,7 @@
 
 namespace zv::host {
 
-/// What a person works as.
+/// Session settings of a person: user, profile, mode.
 struct Choices {
     Integer user = 1;
     String userName = u"usuario";
@@ -17,20 +17,20 @@ struct Choices {
     bool mtp = false;
 };
 
-/// A user or a profile that the entry database knows.
-struct Known {
+/// Row of a user or a profile in the entry database.
+struct UserOrProfile {
     Integer number = 0;
     String name;
-    Integer profile = 0; ///< Of a user.
+    Integer profile = 0; ///< A user's profile.
 };
 
-/// A row of a node's list: its key, and what its columns hold.
+/// Row of a node's list: its key, and what its columns hold.
 struct Row {
     Long key = 0;
     std::vector<Value> values;
 };
 
-/// A school that is open, the session on it, and the module behind it. Failures are RuntimeErrors.
+/// Facade of the window on the module: an open school and the session on it. Failures are RuntimeErrors.
 class Host {
 public:
     Host(String url, School school, Choices choices = {});
@@ -39,19 +39,19 @@ public:
     School& school() { return school_; }
     const Choices& choices() const { return choices_; }
     void choose(Choices choices);
-    std::vector<Known> users();
-    std::vector<Known> profiles();
+    std::vector<UserOrProfile> users();
+    std::vector<UserOrProfile> profiles();
 
-    /// Opens the dialog behind a node and returns when it has closed. `branches`: a bank for its branches.
+    /// Opens the dialog behind a node and blocks until it has closed. `branches`: a bank for its branches.
     void open(const Node& node, Byte action, Long row, bool branches = false);
-    /// Whether the row is there still: another station may have deleted it.
+    /// Existence check: another station may have deleted the row.
     bool has(const Node& node, Long row);
-    /// Whether the module lets the row go.
-    bool mayDelete(const Node& node, Long row);
+    /// Hands the session over and asks the module's guard (`Eliminar`).
+    bool guardAgrees(const Node& node, Long row);
     std::vector<Row> rows(const Node& node);
 
 private:
-    std::vector<Known> known(StringView query);
+    std::vector<UserOrProfile> usersOrProfiles(StringView query);
     void hand(Byte action, Long row);
 
     String url_;
@@ -60,9 +60,9 @@ private:
     std::shared_ptr<PropertyBag> session_;
 };
 
-/// The suite's cipher undone, or what a person must know where it cannot be.
+/// Deciphers a text; where it cannot, the text is what a person must know instead.
 String deciphered(const Value& text);
-/// A value as a list shows it, "" for Null.
+/// Formats a value for a list, "" for Null.
 String shown(const Value& value, const ListColumn& column);
 
 } // namespace zv::host

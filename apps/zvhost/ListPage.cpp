@@ -53,7 +53,7 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     whole->addWidget(&pages_);
 
     connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) {
-        // Its pictures take long to load, and most starts end without a search.
+        // Lazy: the clear button's pictures take long to load, and most starts end without a search.
         search_.setClearButtonEnabled(true);
         view_.search(words);
         tellCount();
@@ -116,7 +116,7 @@ void ListPage::select(Long key)
 
 void ListPage::enter()
 {
-    // A search may have hidden the row that was selected.
+    // Fallback selection: a search may have hidden the selected row.
     if (!selected() && view_.rowCount() != 0)
         table_.selectRow(0);
     QWidget& place = pages_.currentIndex() == 0 ? static_cast<QWidget&>(table_) : direct_;
@@ -168,7 +168,7 @@ bool ListPage::eventFilter(QObject* watched, QEvent* event)
         calls_.opened();
         return true;
     }
-    // Typing in the list searches it.
+    // Type-ahead: typing in the list moves to the search field.
     const bool types = (key.modifiers() & ~Qt::ShiftModifier) == 0 && !key.text().isEmpty() &&
                        key.text().front().isPrint() && !key.text().front().isSpace();
     if (!types)

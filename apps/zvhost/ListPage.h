@@ -17,23 +17,23 @@ namespace zv::host {
 /// the way into its dialog.
 class ListPage final : public QWidget {
 public:
-    /// What the page tells the window around it.
+    /// Callbacks to the window around the page.
     struct Calls {
-        std::function<void()> opened;   ///< A person opens the row, or the node without a list.
-        std::function<void()> selected; ///< Another row, or none.
+        std::function<void()> opened;   ///< A row was opened, or the node without a list.
+        std::function<void()> selected; ///< The selection changed, to another row or to none.
         std::function<void(const QPoint&)> menu;
     };
     explicit ListPage(Calls calls);
 
-    /// Shows a node; sorting and search begin anew.
+    /// Shows a node; resets sorting and search.
     void show(const Node& node, std::vector<Row> rows);
-    /// The same node's rows read again. The selection stays where it was, or goes to the row that is new.
+    /// Refreshes the rows of the same node. The selection stays where it was, or goes to the row that is new.
     void refresh(const Node& node, std::vector<Row> rows);
-    /// Puts the focus where the work begins.
+    /// Moves the focus to the list, or to the button of a node without one.
     void enter();
     void findRow() { search_.setFocus(Qt::ShortcutFocusReason); }
     std::optional<Long> selected() const;
-    /// What a person calls the selected row.
+    /// Display name of the selected row.
     QString selectedName() const;
     QByteArray csv() const { return view_.csv(); }
 

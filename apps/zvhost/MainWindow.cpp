@@ -72,8 +72,8 @@ void MainWindow::buildActions()
                    QKeySequence(Qt::CTRL | Qt::Key_E), [this] { exportCsv(); });
     bin_ = &action(QStringLiteral("papelera"), QStringLiteral("&Papelera…"),
                    QKeySequence(Qt::CTRL | Qt::Key_R), [this] { recycleBin(); });
-    inUse_ = &action(QStringLiteral("enuso"), QStringLiteral("&Filas en uso…"),
-                     QKeySequence(Qt::CTRL | Qt::Key_L), [this] { rowsInUse(); });
+    rowsInUse_ = &action(QStringLiteral("enuso"), QStringLiteral("&Filas en uso…"),
+                         QKeySequence(Qt::CTRL | Qt::Key_L), [this] { rowsInUse(); });
     session_ = &action(QStringLiteral("sesion"), QStringLiteral("&Sesión…"),
                        QKeySequence(Qt::CTRL | Qt::Key_U), [this] { chooseSession(); });
     open_ = &action(QStringLiteral("otro"), QStringLiteral("A&brir otro colegio…"),
@@ -95,7 +95,7 @@ void MainWindow::buildMenus()
     QMenu* list = menuBar()->addMenu(QStringLiteral("&Lista"));
     list->addActions({find_, refresh_, csv_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
-    tools->addActions({bin_, inUse_});
+    tools->addActions({bin_, rowsInUse_});
     menuBar()->addMenu(QStringLiteral("A&yuda"))->addAction(help_);
     QToolBar* bar = addToolBar(QStringLiteral("Órdenes"));
     bar->setMovable(false);
@@ -103,7 +103,7 @@ void MainWindow::buildMenus()
     bar->addSeparator();
     bar->addActions({refresh_, csv_});
     bar->addSeparator();
-    bar->addActions({bin_, inUse_, session_});
+    bar->addActions({bin_, rowsInUse_, session_});
 }
 
 void MainWindow::buildTree()
@@ -212,7 +212,7 @@ bool MainWindow::stillThere(Long key)
     return there;
 }
 
-bool MainWindow::inUse(Long key)
+bool MainWindow::heldElsewhere(Long key)
 {
     for (const Registration& each : registrations(*host_->school().centro)) {
         if (!sameName(each.form, node_->form) || each.row != key || each.gone)
@@ -228,11 +228,11 @@ bool MainWindow::inUse(Long key)
     return false;
 }
 
-bool MainWindow::mayDelete(Long key)
+bool MainWindow::deletable(Long key)
 {
-    if (inUse(key))
+    if (heldElsewhere(key))
         return false;
-    const bool may = host_->mayDelete(*node_, key);
+    const bool may = host_->guardAgrees(*node_, key);
     if (!may)
         refuse(key);
     return may;
@@ -253,16 +253,16 @@ void MainWindow::deleteRow()
     if (!key || host_->choices().readOnly || !stillThere(*key))
         return;
     tried(this, QStringLiteral("La fila no se ha podido eliminar."), [&] {
-        if (!mayDelete(*key))
+        if (!deletable(*key))
             return;
         QString question =
             QStringLiteral("¿Eliminar «%1»? Se podrá restaurar desde la papelera.").arg(page_.selectedName());
-        // The guards do not look everywhere.
+        // Second check: the guards do not look at every table.
         if (const auto who = referrers(*host_->school().centro, node_->table, *key); !who.empty())
             question += QStringLiteral("\n\nLa nombran todavía:\n") + reasons(who);
-        // The answer may have taken its time.
+        // Re-check, against a race: the answer may have taken its time.
         if (confirm(this, QStringLiteral("Eliminar"), question, QStringLiteral("Eliminar")) &&
-            mayDelete(*key))
+            deletable(*key))
             moveToDeleted(host_->school(), node_->table, *key);
     });
     refresh();
@@ -288,7 +288,7 @@ void MainWindow::openOther()
     std::unique_ptr<Host> other = chooseSchool(this);
     if (other == nullptr)
         return;
-    // Who asked to change nothing has not taken it back.
+    // Read-only mode carries over to the other school.
     Choices choices = other->choices();
     choices.readOnly = host_->choices().readOnly;
     other->choose(choices);

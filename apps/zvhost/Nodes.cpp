@@ -49,9 +49,9 @@ constexpr StringView money = u"Bancos y recibos";
 constexpr StringView reports = u"Orientación e informes";
 constexpr StringView others = u"Otras listas";
 
-/// Where the host's tree has a node, what one of its rows is called, and what its list shows. The rest stands
-/// in the module's own table of nodes.
-struct Place {
+/// Entry of the host's tree: the node's group, what one of its rows is called, and what its list shows. The
+/// rest comes from the module's table of nodes.
+struct TreeEntry {
     Byte number;
     StringView group;
     StringView one;
@@ -59,7 +59,7 @@ struct Place {
     std::span<const ListColumn> columns = {};
 };
 
-constexpr Place places[] = {
+constexpr TreeEntry treeEntries[] = {
     {65, people, u"estado civil", u"SELECT IDEstadoCivil, Descripcion FROM EstadoCivil", description},
     {Name::Nacionalidad, people, u"nacionalidad",
      u"SELECT IDNacionalidad, Descripcion, Abreviatura FROM Nacionalidad", nationality},
@@ -132,7 +132,7 @@ constexpr Place places[] = {
      answer},
 };
 
-/// Tables without a node of their own, in which rows of the nodes' tables are named.
+/// Display names of tables without a node, in which rows of the nodes' tables are referred to.
 constexpr std::pair<StringView, StringView> otherTables[] = {
     {u"Sucursal", u"Sucursales"},
     {u"Cuenta", u"Cuentas"},
@@ -160,7 +160,7 @@ constexpr std::pair<StringView, StringView> otherTables[] = {
     {u"Alumno_InfIndPrim", u"Valoraciones de informes de primaria"},
 };
 
-/// The list of a node that has no place above: its key and its texts.
+/// Generated list of a node without an entry above: its key and its texts.
 struct PlainList {
     explicit PlainList(const ModuleNode& node)
     {
@@ -191,17 +191,17 @@ Node fromModule(const ModuleNode& module)
 std::vector<Node> everyNode()
 {
     std::vector<Node> result;
-    for (const Place& place : places) {
-        Node node = fromModule(*moduleNode(place.number));
-        node.group = place.group;
-        node.one = place.one;
-        node.query = place.query;
-        node.columns = place.columns;
+    for (const TreeEntry& entry : treeEntries) {
+        Node node = fromModule(*moduleNode(entry.number));
+        node.group = entry.group;
+        node.one = entry.one;
+        node.query = entry.query;
+        node.columns = entry.columns;
         result.push_back(node);
     }
     static std::deque<PlainList> lists;
     for (const ModuleNode& module : moduleNodes()) {
-        if (std::ranges::find(places, module.number, &Place::number) != std::end(places))
+        if (std::ranges::find(treeEntries, module.number, &TreeEntry::number) != std::end(treeEntries))
             continue;
         Node node = fromModule(module);
         node.group = others;
@@ -243,8 +243,8 @@ StringView nameOfTable(StringView table)
     for (const Node& each : nodes())
         if (sameName(each.table, table))
             return each.name;
-    for (const auto& [known, words] : otherTables)
-        if (sameName(known, table))
+    for (const auto& [name, words] : otherTables)
+        if (sameName(name, table))
             return words;
     return table;
 }

@@ -16,7 +16,8 @@ QString plain(const QString& text)
     return letters;
 }
 
-/// A text in quotes where a spreadsheet would part it, and with a mark where it would take it for a formula.
+/// Escapes a field, and guards against formula injection: quotes where a spreadsheet would split it, a mark
+/// where it would take it for a formula.
 QString csvField(QString text)
 {
     bool number = false;

@@ -8,12 +8,12 @@
 
 namespace zv::host {
 
-/// The rows of a node's list.
+/// Table model of a node's rows.
 class RowsModel final : public QAbstractTableModel {
 public:
     void show(std::span<const ListColumn> columns, std::vector<Row> rows);
     Long keyAt(int row) const { return rows_[static_cast<std::size_t>(row)].key; }
-    /// The row with that key, -1 if there is none.
+    /// Index of the row with that key, -1 if there is none.
     int rowOf(Long key) const;
     std::vector<Long> keys() const;
 
@@ -28,13 +28,13 @@ private:
     std::vector<std::vector<QString>> texts_;
 };
 
-/// The same rows as a person sorts and searches them: without regard to case and accents, numbers by size.
+/// Proxy model that sorts and filters: without regard to case and accents, numbers by size.
 class RowsView final : public QSortFilterProxyModel {
 public:
     RowsView();
-    /// Only rows that hold every word somewhere.
+    /// Sets the filter: rows that hold every word somewhere.
     void search(const QString& words);
-    /// What is shown now, as a file for a spreadsheet: UTF-8 with its mark, semicolons, one heading row.
+    /// Exports what is shown now, for a spreadsheet: UTF-8 with its mark, semicolons, one heading row.
     QByteArray csv() const;
 
 protected:

@@ -22,7 +22,7 @@ namespace {
 
 const QString lastSchool = QStringLiteral("ultimoColegio");
 
-/// A file's URL that holds wherever the program starts next; others hold anyway.
+/// Makes the URL of a file absolute, to hold wherever the program starts next; others hold anyway.
 QString lasting(const String& url)
 {
     if (engineOf(url).scheme() != u"sqlite")
@@ -32,7 +32,7 @@ QString lasting(const String& url)
 
 void remember(const Host& host)
 {
-    // A password is not for a file.
+    // A URL with a password is not stored.
     if (shownUrl(host.url()) != toQt(host.url()))
         return;
     QSettings settings;
@@ -40,7 +40,7 @@ void remember(const Host& host)
         settings.setValue(lastSchool, url);
 }
 
-/// Refuses a school in which the dialogs do not find what they need.
+/// Schema check: refuses a school in which the dialogs do not find what they need.
 void requireWhole(const School& school, const String& url)
 {
     String lacks;
@@ -57,7 +57,7 @@ QString cannotOpen(const String& url) { return QStringLiteral("No se puede abrir
 
 String urlOf(const QString& file) { return u"sqlite:" + fromQt(QDir::toNativeSeparators(file)); }
 
-/// Where a school stands unless a person says otherwise.
+/// Default path of a new school.
 QString usualFile()
 {
     const QDir folder(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation));
@@ -68,7 +68,7 @@ QString usualFile()
     return file;
 }
 
-/// A large button with what it does under its name.
+/// Builds a large button with what it does under its name.
 QPushButton& choice(QVBoxLayout& layout, QDialog& dialog, const QString& text, const QString& what,
                     int result)
 {
@@ -107,7 +107,7 @@ QString askSchoolFile(QWidget* parent, Choice what)
     if (what != existing)
         return askFile(parent, QStringLiteral("Crear un colegio"), usualFile(), files, QStringLiteral("db"),
                        IfThere::leaves);
-    // Any of its three files stands for the school.
+    // Normalises: any of its three files stands for the school.
     return QFileDialog::getOpenFileName(parent, QStringLiteral("Abrir un colegio"), QString(), files)
         .remove(QRegularExpression(QStringLiteral("\\.(borrado|entrada)(?=\\.db$)")));
 }

@@ -22,10 +22,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Work that is over before a person wonders needs no dialog.
+/// Delay before the progress dialog: shorter work needs none.
 constexpr std::chrono::milliseconds noticeable = 300ms;
 
-/// Says what goes on, and cannot be closed while it does.
+/// Progress dialog that cannot be closed.
 class Waiting final : public QProgressDialog {
 public:
     Waiting(QWidget* parent, const QString& text) : QProgressDialog(text, QString(), 0, 0, parent)

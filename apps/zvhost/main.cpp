@@ -37,8 +37,8 @@ URL es como en «zvconf --help», que dice también dónde poner una contraseña
 Termina con 0 si todo va bien, y con 2 si la orden no se ha podido hacer; guion, como el de zvconf.
 )";
 
-/// What the toolkit says of a screen in memory on a machine without a session of a person: nobody bounds the
-/// size of its windows, and it keeps nothing for anyone. It would drown what is said of the dialogs.
+/// Message filter: on a screen in memory, without a session, the toolkit warns that nobody bounds its
+/// windows' size and that it keeps nothing, which would drown what is said of the dialogs.
 void quieten()
 {
     static const QtMessageHandler usual =
@@ -49,7 +49,7 @@ void quieten()
         });
 }
 
-/// Pictures and guiones need no screen; without one Qt draws them in memory.
+/// Fallback for pictures and guiones: without a screen Qt draws in memory.
 bool prepareScreen(bool needed)
 {
 #ifdef Q_OS_LINUX
@@ -65,14 +65,14 @@ bool prepareScreen(bool needed)
     }
     if (!screen)
         qputenv("QT_QPA_PLATFORM", inMemory);
-    // The second run that draws the gallery inherits it.
+    // The child process that draws the gallery inherits the variable.
     if (qgetenv("QT_QPA_PLATFORM") == inMemory)
         quieten();
 #endif
     return true;
 }
 
-/// The dialogs end while there is an application around them, also when a command fails.
+/// RAII guard: the dialogs are destroyed before the application, also when a command throws.
 class Dialogs {
 public:
     Dialogs() { installModule(); }
@@ -98,7 +98,8 @@ int run(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("ZVConfiguracion"));
     QApplication::setApplicationName(QStringLiteral("zvhost"));
-    // Both are there once it is installed; a desktop takes the icon from the one or from the other.
+    // Desktop file and icon theme of the installed package: desktops take the icon from the one or from the
+    // other.
     QApplication::setDesktopFileName(QStringLiteral("zvhost"));
     QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("zvhost")));
     QTranslator spanish;

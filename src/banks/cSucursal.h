@@ -4,10 +4,10 @@
 
 namespace zv {
 
-/// A branch of the bank that is open, held in memory until the bank is accepted.
+/// Record of a branch of the open bank, held in memory until the bank is accepted.
 struct cSucursal {
     Integer IDSucursal =
-        0; ///< The row's key; for a branch added meanwhile a number of its own, until it is inserted.
+        0; ///< The row's key; a provisional number for a branch added meanwhile, until it is inserted.
     Integer CodBanco = 0;     ///< The bank's number; no statement takes it.
     Integer CodProvincia = 0; ///< 0: none chosen.
     Byte Estado = 0;          ///< A row state of cConstCol.

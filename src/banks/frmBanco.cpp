@@ -64,7 +64,7 @@ void frmBanco::ConfigurarGrid()
     }
 }
 
-/// Only grows or overwrites: taking a row away is the delete button's.
+/// Refresh that only overwrites and adds grid rows: removing one is the delete button's.
 void frmBanco::CargarGrid()
 {
     Long row = 0;
@@ -86,7 +86,7 @@ void frmBanco::Form_Load()
 {
     Hourglass wait(*this);
     gintIDSucursalSelec = 0;
-    // An unload that failed leaves its list behind.
+    // Reset: an unload that failed leaves its list behind.
     branches_.reset();
     ResumeNext next;
     cCentroApi api;
@@ -101,7 +101,8 @@ void frmBanco::Form_Load()
     const RecordsetPtr bank = takeRows();
     if (!readRow(next, forRow(u"Select * From Sucursal where CodBanco={fila}")))
         return;
-    // Kept: a host that asks this dialog's guard while it is read makes it fetch others.
+    // Owning pointer, against re-entrant calls: a host that asks this dialog's guard while the rows are read
+    // makes it fetch others.
     const RecordsetPtr branches = rows();
     next([&] { Caption = Caption + u" " + bank->Fields(u"Nombre"); });
     next([&] { txtBanco(0).Text = bank->Fields(u"Numero"); });
@@ -242,7 +243,7 @@ bool frmBanco::numberFree(ResumeNext& next, StringView query)
     return false;
 }
 
-/// With another action than these two the bank itself is not written.
+/// Inserts or updates by the session's action; with any other, the bank itself is not written.
 bool frmBanco::writeBank(ResumeNext& next, const cCentroApi& api)
 {
     const String& number = txtBanco(0).Text();
@@ -252,7 +253,7 @@ bool frmBanco::writeBank(ResumeNext& next, const cCentroApi& api)
             return false;
         Long tried = 0;
         const Long key = insert(next, api, {u"Banco", u"IDBanco"}, [&](Long id) {
-            // A key that was taken stays the session's row until the next.
+            // Retry: a key that was taken stays the session's row until the next one is drawn.
             if (tried != 0)
                 Configuracion().lngRowData = tried;
             tried = id;
@@ -263,7 +264,7 @@ bool frmBanco::writeBank(ResumeNext& next, const cCentroApi& api)
             next([&] { Unload(); });
             return false;
         }
-        // The branches take their bank from the session.
+        // Foreign key of the branches, which read it from the session.
         Configuracion().lngRowData = key;
         return true;
     }
@@ -282,8 +283,8 @@ bool frmBanco::writeBranch(ResumeNext& next, const cCentroApi& api, const cSucur
 {
     switch (branch.Estado) {
     case cConstCol::NUEVO:
-        // A failure is reported, stays in Err, and the list goes on: the next change of a branch finds it
-        // there.
+        // No early return: a failed insert is reported and stays in Err, the list goes on, and the next
+        // update of a branch finds that failure and reports it.
         insert(next, api, {u"Sucursal", u"IDSucursal"}, [&](Long id) {
             return statement(
                 u"Insert into Sucursal(IDSucursal,CodBanco,Codigo,Nombre,Direccion,Poblacion,Codigopostal,"

@@ -8,8 +8,8 @@
 
 namespace zv {
 
-/// A bank and, on its second tab, the list of its branches, which is kept in memory until the whole is
-/// accepted.
+/// A bank and, on its second tab, the list of its branches: a unit of work that stays in memory until the
+/// whole is accepted.
 class frmBanco final : public MaintenanceDialog {
 public:
     frmBanco();
@@ -24,11 +24,11 @@ public:
     bool ComprobarEliminacion();
     void CargarGrid();
 
-    // What the branch dialog and the facade read and write.
-    Byte gBytOperSucursal = 0;       ///< What the branch dialog is asked for.
+    // State that the branch dialog and the facade read and write.
+    Byte gBytOperSucursal = 0;       ///< Action of the branch dialog, a row state of cConstCol.
     Integer gintIDSucursalSelec = 0; ///< The branch whose row was clicked last; 0 until one is.
     Property<String> gstrNomNodo{*this, u"gstrNomNodo"};
-    /// The branches by the text of their numbers, as Str gives it. Made at its first use.
+    /// The branches, keyed by the text of their numbers as Str gives it. Created lazily.
     Collection<cSucursal>& gColSucursal();
 
 private:
@@ -46,7 +46,7 @@ private:
     void accept(ResumeNext& next, const cCentroApi& api);
     void openBranch(ResumeNext& next, Byte operation);
     void removeBranch(ResumeNext& next);
-    // Steps of the accept; False where it ends there.
+    // Stages of the accept; False ends it.
     bool dataGiven(ResumeNext& next);
     bool numberFree(ResumeNext& next, StringView query);
     bool writeBank(ResumeNext& next, const cCentroApi& api);

@@ -27,7 +27,7 @@ constexpr Integer orderingPartyChanged = 23004;
 constexpr Integer suffixTooShort = 521;
 constexpr Integer kindIsFixed = 23080;
 
-/// Height of the submitter's row, by which an ordering party's dialog is smaller.
+/// Twips by which an ordering party's dialog is smaller: the submitter's row.
 constexpr Long submitterRow = 645;
 
 bool refuseEmpty()
@@ -93,8 +93,8 @@ void frmEmisor::design()
         .floating(txtCodOrdenante)
         .buttons(cmdAceptar, cmdCancelar);
     txtCodOrdenante.labelledBy(lblCodigoOrdenante);
-    // The dialog shrinks by more than a row: what is left over goes above the submitter, so that the buttons
-    // end as far below the postal code as they stand below the submitter.
+    // Spare height of the layout, since the dialog shrinks by more than a row: it goes above the submitter,
+    // so that the buttons end as far below the postal code as they stand below the submitter.
     const Long spare = submitterRow - (cboPresentador.Top - txtCP.Top);
     for (Control* control :
          std::initializer_list<Control*>{&lblPresentador, &cboPresentador, &cmdNuevoPresentador})
@@ -141,7 +141,6 @@ void frmEmisor::layoutOrderingParty()
     txtCodOrdenante.Visible = true;
     txtSufijo.Visible = false;
     lblsufijo.Visible = false;
-    // The code takes the place of the suffix.
     txtCodOrdenante.Left = txtSufijo.Left;
     txtCodOrdenante.Top = txtSufijo.Top;
     lblCodigoOrdenante.Left = lblsufijo.Left;
@@ -160,7 +159,7 @@ void frmEmisor::optEmisor_Click()
     if (optEmisor.Value()) {
         layoutIssuer();
         lblCodigoOrdenante.Marca = u"";
-        // The address may stay empty.
+        // Optional address: the list gets an empty entry.
         api.agregarelementovacio(cboProvincia);
     } else {
         layoutOrderingParty();
@@ -195,7 +194,7 @@ void frmEmisor::afterLayout(const cCentroApi& api)
         next([&] { Caption = LoadResString(optEmisor.Value() ? issuerNew : orderingPartyNew); });
 }
 
-/// A failed read of a list is told with its own words.
+/// Tests Err after the read of a list: the message adds the failure's own description.
 bool frmEmisor::reportedRead()
 {
     if (Err().Number == 0)
@@ -212,7 +211,8 @@ void frmEmisor::Form_Load()
     Hourglass wait(*this);
     ResumeNext next;
     lngAltura = Height;
-    // Both kinds' changes run, which leaves the shape of an issuer at full height, and the suffix empty.
+    // Raises Click of both options, so that both layouts run: that leaves the shape of an issuer at full
+    // height, and the suffix empty.
     next([&] { optOrdenante.Value = true; });
     next([&] { optEmisor.Value = true; });
     next([&] { loadIcon(); });
@@ -235,7 +235,8 @@ void frmEmisor::Form_Load()
     next([&] { api.Marcar_Obligatorios(Controls); });
 }
 
-/// The provinces are added to those that the kind has brought: an issuer's list shows each twice.
+/// Appends the provinces without clearing the list, which the layout has filled already: an issuer's shows
+/// each twice.
 bool frmEmisor::readLists(ResumeNext& next)
 {
     Err().Clear();
@@ -260,7 +261,7 @@ void frmEmisor::showService(ResumeNext& next)
 void frmEmisor::showParty(ResumeNext& next, const cCentroApi& api)
 {
     next([&] { fetch(forRow(u"Select * from Emisor  Where IDEmisor={fila}")); });
-    // Other reads use the dialog's recordset meanwhile.
+    // The closure takes over the recordset: other reads use the dialog's meanwhile.
     const PartyReader read = [held = takeRows()](StringView column) {
         if (!held)
             fail(failure::noObject);
@@ -280,7 +281,7 @@ void frmEmisor::showParty(ResumeNext& next, const cCentroApi& api)
     next([&] { showKind(next, read); });
     next([&] { choose(cboProvincia, read(u"CodProvincia")); });
     reportedFailure(message::readFailed);
-    // The kind of a saved row cannot be changed.
+    // Immutable once saved: the kind.
     fraEntidad.Enabled = false;
     if (chkMTP.Visible())
         chkMTP.Enabled = false;
@@ -288,7 +289,7 @@ void frmEmisor::showParty(ResumeNext& next, const cCentroApi& api)
     next([&] { Caption = Caption + u" " + read(u"Nombre"); });
 }
 
-/// Of a row that uses the service; it alone is registered.
+/// Shows a row that uses the service; only such a row is registered.
 void frmEmisor::showServiceRow(ResumeNext& next, const PartyReader& party, const cCentroApi& api)
 {
     next([&] { chkMTP_Click(); });
@@ -358,7 +359,8 @@ void frmEmisor::chkMTP_Click()
     rows()->Close();
 }
 
-/// Says that the service of a row with accounts is not to be changed; it does not keep the box from changing.
+/// Warning without a veto: the service of a row with accounts is not to be changed, but the box changes all
+/// the same.
 void frmEmisor::chkMTP_MouseDown()
 {
     if (!changesRow())
@@ -377,7 +379,7 @@ void frmEmisor::chkMTP_MouseDown()
         closeRows();
 }
 
-/// The submitter's dialog finds the action of a new row and this dialog's row.
+/// Nested dialog: it finds the session's action set to a new row, and this dialog's row.
 void frmEmisor::cmdNuevoPresentador_Click()
 {
     ResumeNext next;
@@ -417,7 +419,8 @@ bool frmEmisor::dataGiven()
     return !(optOrdenante.Value() && addressMissing) || refuseEmpty();
 }
 
-/// In no error mode: a failing statement leaves the dialog open and is told with its own words.
+/// No error mode: the first failing statement ends the handler, is shown with its own description, and leaves
+/// the dialog open.
 void frmEmisor::cmdAceptar_Click()
 {
     const cCentroApi api = cCentroApi::create();
@@ -429,8 +432,8 @@ void frmEmisor::cmdAceptar_Click()
     Unload();
 }
 
-/// The columns behind the key, in their order. An ordering party has no submitter, whatever the list that it
-/// does not show holds chosen.
+/// Values of the columns behind the key, in their order. An ordering party has no submitter, whatever its
+/// hidden list holds chosen.
 std::vector<Value> frmEmisor::values() const
 {
     const Long submitter = optOrdenante.Value() ? -1 : cboPresentador.ListIndex();

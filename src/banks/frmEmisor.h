@@ -53,14 +53,14 @@ private:
     void cmdCancelar_Click() { Unload(); }
 
     void design();
-    // The two shapes.
+    // Layouts of the two kinds.
     void layoutIssuer();
     void layoutOrderingParty();
     void afterLayout(const cCentroApi& api);
     void moveEnd(Long twips);
     void showSubmitter(bool visible);
     // Load.
-    /// A field of the row by its name; fails with 91 where the row could not be read.
+    /// Accessor: a field of the row by its name; fails with 91 where the row could not be read.
     using PartyReader = std::function<Value(StringView)>;
     bool readLists(ResumeNext& next);
     bool reportedRead();

@@ -19,7 +19,7 @@ constexpr Integer bankFirst = 24101;
 constexpr Integer bankUnknown = 24102;
 constexpr Integer noSign = 128;
 
-/// The number of the chosen entry; fails with 381 where none is.
+/// Key of the chosen entry; fails with 381 where none is.
 Long chosen(const ComboBox& list) { return list.ItemData(list.ListIndex()); }
 
 Long largestData(const ComboBox& list)
@@ -30,8 +30,8 @@ Long largestData(const ComboBox& list)
     return largest;
 }
 
-/// The session's row and action while a dialog is opened from a dialog: what the host had set comes back at
-/// the end, however the inner dialog ends.
+/// RAII guard of the session's row and action around a nested dialog: what the host had set is restored,
+/// however the inner dialog ends.
 class InnerSession {
 public:
     InnerSession(Long row, Byte action)
@@ -128,7 +128,7 @@ void frmPresentador::SoloNumeros(Integer& KeyAscii)
         Beep();
 }
 
-/// What is no number empties the box, which is told again as a change of its own.
+/// Validation on Change: a text that is no number is cleared, which raises Change once more.
 void frmPresentador::txtSufijo_Change()
 {
     if (IsNumeric(Trim(txtSufijo.Text())))
@@ -137,7 +137,7 @@ void frmPresentador::txtSufijo_Change()
     txtSufijo.Text = u"";
 }
 
-/// The number is not written over itself, so that the caret of who types it stays.
+/// Writes the number only where it differs: an assignment would move the caret of whoever types it.
 void frmPresentador::cboBancos_Click()
 {
     if (cboBancos.ListIndex() == -1)
@@ -150,7 +150,7 @@ void frmPresentador::cboBancos_Click()
     CargarSucursales(CInt(chosen(cboBancos)));
 }
 
-/// A number that is typed chooses the bank that has it.
+/// Lookup: a typed number chooses the bank that has it.
 void frmPresentador::txtNEntidad_LostFocus()
 {
     if (txtNEntidad.Text().size() < 4) {
@@ -161,7 +161,7 @@ void frmPresentador::txtNEntidad_LostFocus()
     if (rows()->Eof()) {
         warn(bankUnknown, sign::information);
     } else {
-        // Choosing reads rows of its own.
+        // Copied first: choosing raises Click, which fetches another recordset.
         const Value bank = field(u"IDBanco");
         choose(cboBancos, bank);
     }
@@ -189,7 +189,7 @@ void frmPresentador::Form_Load()
 
 void frmPresentador::readSubmitter(ResumeNext& next, const cCentroApi& api)
 {
-    // Choosing a bank reads its branches with the dialog's recordset.
+    // Takes the recordset over: choosing a bank raises Click, which fetches its branches into the dialog's.
     const RecordsetPtr submitter = takeRows();
     next([&] { Caption = Caption + u" " + submitter->Fields(u"Nombre"); });
     next([&] { txtNombre.Text = submitter->Fields(u"Nombre"); });
@@ -230,8 +230,8 @@ void frmPresentador::cmdAceptar_Click()
         next([&] { Unload(); });
 }
 
-/// The row alone tells an insert from an update, and not the action: opened from an issuer that is being
-/// changed, the dialog says that it is new and writes over the submitter of the issuer's number.
+/// Insert or update by the session's row and not by its action: opened from an issuer that is being changed,
+/// the dialog says that it is new and overwrites the submitter of the issuer's number.
 bool frmPresentador::write(ResumeNext& next, const cCentroApi& api)
 {
     Integer bank = 0;

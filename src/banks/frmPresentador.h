@@ -50,8 +50,8 @@ private:
     void readSubmitter(ResumeNext& next, const cCentroApi& api);
     bool dataGiven(ResumeNext& next);
     bool write(ResumeNext& next, const cCentroApi& api);
-    /// The bank dialog for that bank (0: a new one); then the row that was added, if one was, is chosen in
-    /// the list.
+    /// Nested dialog of that bank (0: a new one); then the row that was added, if one was, is chosen in the
+    /// list.
     void openBank(Long bank, ComboBox& list, StringView table, StringView key);
 };
 

@@ -88,7 +88,7 @@ void frmSucursal::txtSucursal_KeyPress(int Index, Integer& KeyAscii)
         Beep();
 }
 
-/// In no error mode; the texts are made safe on cancel too.
+/// No error mode; the texts are escaped on cancel too.
 void frmSucursal::cmdSucursal_Click(int Index)
 {
     cCentroApi::create().ComprobarComilla(Controls);
@@ -139,7 +139,8 @@ bool frmSucursal::addBranch()
     }
     cSucursal branch;
     branch.IDSucursal = CInt(Long{largest} + 1);
-    // Nothing reads the bank's number here: one that is too large for the field leaves it empty.
+    // Error mode for one statement: a bank's number that overflows the field is left out, and nothing reads
+    // it.
     ResumeNext next;
     next([&] { branch.CodBanco = CInt(bank().txtBanco(0).Text()); });
     ResumeNext::leave();
@@ -149,7 +150,8 @@ bool frmSucursal::addBranch()
     return true;
 }
 
-/// The branch is told from the others by the number that it had at first; on a duplicate the hourglass stays.
+/// Duplicate check that tells the branch from the others by its former number; on a duplicate the hourglass
+/// stays.
 bool frmSucursal::changeBranch()
 {
     for (const cSucursal& other : bank().gColSucursal())
@@ -187,7 +189,7 @@ void frmSucursal::QuitarSucursal(Integer& /*IDSucursal*/)
         warn(cannotDelete, sign::information);
         return;
     }
-    // The database never knew a new one.
+    // A new branch is dropped, a stored one marked: only the latter needs a DELETE.
     if ((*found).Estado == cConstCol::NUEVO)
         branches.Remove(Str(selected));
     else

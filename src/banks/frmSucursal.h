@@ -5,7 +5,8 @@
 
 namespace zv {
 
-/// One branch of the bank dialog's list. It writes nothing to the database: the bank's accept does.
+/// Dialog of one branch of the bank's list. It changes that list only; the database is written by the bank's
+/// accept.
 class frmSucursal final : public MaintenanceDialog {
 public:
     frmSucursal();
@@ -15,8 +16,8 @@ public:
     ComboBox cboSucursal{*this, u"cboSucursal"};
     ControlArray<CommandButton, 2> cmdSucursal{*this, u"cmdSucursal"};
 
-    /// Removes the branch that is selected in the bank dialog from the list, or marks it. The argument is not
-    /// read.
+    /// Removes the branch selected in the bank dialog from the list, or marks it as deleted. The argument is
+    /// not read.
     void QuitarSucursal(Integer& IDSucursal);
 
 private:
@@ -26,14 +27,14 @@ private:
     void cmdSucursal_Click(int Index);
 
     void showBranch(ResumeNext& next);
-    // Steps of the accept; False where it ends there.
+    // Stages of the accept; False ends it.
     bool dataGiven();
     bool addBranch();
     bool changeBranch();
     bool refuse(Integer messageId, int box);
     void take(cSucursal& branch);
 
-    String strCodigoInicial; ///< The branch's number when its change began.
+    String strCodigoInicial; ///< The branch's number when its dialog opened.
 };
 
 } // namespace zv

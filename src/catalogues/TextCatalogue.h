@@ -10,28 +10,30 @@ namespace zv {
 class TextCatalogueDialog;
 class Routine;
 
-/// What a step says of those behind it.
+/// Control flow: what a step's result means for the steps behind it.
 enum class Then {
     goOn,
-    finish, ///< Straight to the step that ends the routine: `close`, `unload` or `press`.
-    leave,  ///< The routine is left here; the dialog stays as it is.
+    finish, ///< Skips to the step that ends the routine: `close`, `unload` or `press`.
+    leave,  ///< Early return: the dialog stays as it is.
 };
 
-/// One step of a routine. A routine (load, accept, guard, unload) is a list of them, run in order by one loop
-/// (`TextCatalogueDialog::run`): in which steps a dialog has, and where each stands, lies all that it does
-/// otherwise than its neighbours.
+/// A step of a routine: a member function. A routine (load, accept, guard, unload) is a table of steps that
+/// one loop, `TextCatalogueDialog::run`, interprets; a dialog differs from its neighbours only in which steps
+/// its tables hold and in what order.
 using Step = Then (TextCatalogueDialog::*)(Routine&);
 using Steps = std::span<const Step>;
 
-/// One run of a routine: its error mode, its helper object, the button that was clicked, a guard's answer.
+/// Context of one run of a routine: its error mode, its helper object, the button that was clicked, a guard's
+/// answer.
 class Routine {
 public:
     explicit Routine(int index = 0) : Index(index) {}
 
     void enterMode() { mode_.emplace(); }
-    /// The mode that `Step mode` entered.
+    /// The resume-next mode that the step `mode` entered.
     ResumeNext& next() { return mode_.value(); }
-    /// Runs a statement: guarded in the mode; before it, a failure is the caller's.
+    /// Runs a statement: in the mode a failure is trapped and left in Err; before it, the failure propagates
+    /// to the caller.
     template <class Statement>
     void operator()(Statement&& statement)
     {
@@ -49,33 +51,33 @@ private:
     std::optional<ResumeNext> mode_;
 };
 
-/// Captions for a new row and for one that is changed, where no numbered text is one.
+/// Literal captions, for a new row and for one that is changed, of a form whose caption has no number.
 struct CaptionTexts {
     StringView nuevo;
     StringView modificado;
 };
 
-/// All that sets one catalogue of texts apart from the next: its words and its routines.
+/// Descriptor of a catalogue of texts: its words, statements and routines.
 struct TextCatalogue {
     CaptionIds captions = {};
-    CaptionTexts captionTexts = {}; ///< Of the step `caption`, where there are no numbers.
-    StringView joint = u" ";        ///< Between the caption and the row's text.
+    CaptionTexts captionTexts = {}; ///< For the step `caption`, where the form's has no number.
+    StringView joint = u" ";        ///< Separator between the caption and the row's text.
     StringView table;
     StringView key;
     KeyWidth width = KeyWidth::bits16;
-    StringView query;                         ///< Reads the row, {fila}.
-    Integer readFailed = message::readFailed; ///< Message of a row that cannot be read.
+    StringView query;                         ///< Pattern with {fila}: reads the row.
+    Integer readFailed = message::readFailed; ///< Number of the message when that fails.
     StringView insert;                        ///< Pattern: the new key, then each field's text.
     StringView update;                        ///< Pattern: each field's text, then the row's key.
-    std::span<const StringView> guards = {};  ///< Queries that find rows that refer to this one, {fila}.
+    std::span<const StringView> guards = {};  ///< Patterns with {fila}: find rows that refer to this one.
 
     Steps load;
     Steps accept;
-    Steps guard = {}; ///< Without a step the row may always go.
+    Steps guard = {}; ///< Empty: every row may be deleted.
     Steps unload;
 };
 
-/// A field of a catalogue of texts, and its design.
+/// Descriptor of a field: its controls, its column, its design.
 struct TextField {
     TextBox& box;
     Label& label;
@@ -87,38 +89,38 @@ struct TextField {
     bool selectsAll = true;
 };
 
-/// A catalogue of one or more texts: boxes with their labels, "Aceptar" and "Cancelar".
+/// Dialog of a catalogue of one or more texts: boxes with their labels, "Aceptar" and "Cancelar".
 class TextCatalogueDialog : public MaintenanceDialog {
 public:
     ~TextCatalogueDialog() override;
-    /// Whether no other table refers to the session's row; True at once where no guard is given. Runs without
-    /// loading the form.
+    /// The guard: whether no other table refers to the session's row; True at once where the descriptor has
+    /// none. Runs without loading the form.
     bool ComprobarEliminacion();
 
 protected:
     TextCatalogueDialog(StringView name, const TextCatalogue& words);
 
-    /// Places what a dialog has between its texts and its buttons.
+    /// Callback that lays out what a dialog has between its texts and its buttons.
     using Extra = std::function<void(Layout&)>;
-    /// Gives the fields, the dialog's own members, their design. The first one's text joins the caption. The
-    /// buttons are a pair of one name, of which one accepts and the other cancels.
+    /// Designs the fields, the dialog's own members; the text of the first one is appended to the caption.
+    /// The buttons are a control array: element `accepts` accepts, the other one cancels.
     void assemble(std::initializer_list<TextField> fields, ControlArray<CommandButton, 2>& buttons,
                   const Extra& extra = nullptr, int accepts = aceptar);
-    /// The same for two buttons of their own names: the accept presses the cancel button to close.
+    /// The same for two separate buttons; the accept closes by pressing the cancel button.
     void assemble(std::initializer_list<TextField> fields, CommandButton& accept, CommandButton& cancel,
                   const Extra& extra = nullptr);
 
     void Form_Load() override;
     void Form_Unload() override;
 
-    /// Puts the fields of the row into the boxes.
+    /// Copies the row's fields into the boxes.
     virtual void fill(ResumeNext& next);
-    /// What the statements take beside the keys: the fields' texts in their order.
+    /// Values of the insert and the update beside the key: the fields' texts in their order.
     virtual std::vector<Value> values();
 
     TextBox& firstBox() const { return fields_.front().box; }
 
-    /// A dialog's own step, for its lists.
+    /// Makes a member function of the dialog a step for its tables.
     template <class Dialog>
     static Step own(Then (Dialog::*step)(Routine&))
     {
@@ -162,64 +164,67 @@ private:
     Then letRepaint(Routine& routine);
 
 public:
-    /// The steps by the names under which the lists hold them.
+    /// Names of the steps, for the tables.
     struct step {
         // Any routine.
-        /// Enters the resume-next mode: from here on a statement that fails is abandoned and left in Err.
+        /// Enters the resume-next mode: from here on a failing statement is abandoned and its failure left in
+        /// Err.
         static constexpr Step mode = &TextCatalogueDialog::enterMode;
-        /// Makes the helper object, which lives until the routine ends.
+        /// Creates the suite's helper object, which is released when the routine ends.
         static constexpr Step object = &TextCatalogueDialog::createObject;
-        /// Closes the dialog's recordset and forgets it.
+        /// Closes and drops the dialog's recordset.
         static constexpr Step close = &TextCatalogueDialog::closeRecordset;
 
         // Load.
         static constexpr Step icon = &TextCatalogueDialog::setIcon;
-        /// Locks the controls in a session that may not change data.
+        /// Disables the controls in a read-only session.
         static constexpr Step lock = &TextCatalogueDialog::lockControls;
-        /// The number of the form's caption, for `texts`.
+        /// Tags the form with the number of its caption, which `texts` looks up.
         static constexpr Step title = &TextCatalogueDialog::tagTitle;
-        /// The form's caption itself, where it has no number.
+        /// Sets the caption of a form whose caption has no number.
         static constexpr Step caption = &TextCatalogueDialog::setCaption;
-        /// Numbered texts, then the signs of the mandatory fields.
+        /// Localises by tag, then shows the signs of the mandatory fields.
         static constexpr Step texts = &TextCatalogueDialog::showTexts;
-        /// What follows is for a row that is changed; a new one finishes.
+        /// Condition: goes on for a row that is changed; for a new one, finishes.
         static constexpr Step existing = &TextCatalogueDialog::onlyExisting;
-        /// Forgets the failures of the steps before; else `read` reports one of them as its own.
+        /// Clears Err; without this step `read` reports a failure of the steps before as its own.
         static constexpr Step clear = &TextCatalogueDialog::clearErr;
-        /// Reads the row; a failure is reported, and the load is left.
+        /// Queries the row; a failure is reported, and the load returns early.
         static constexpr Step read = &TextCatalogueDialog::loadRow;
-        /// Caption and boxes from the row.
+        /// Fills caption and boxes from the row.
         static constexpr Step fill = &TextCatalogueDialog::fillFields;
-        /// Registers the row as being changed here; a row that another user holds cannot be accepted.
+        /// Registration (advisory lock) of the row; when another user holds it, the accept button is
+        /// disabled.
         static constexpr Step hold = &TextCatalogueDialog::holdRow;
 
         // Accept.
-        /// What follows is for the button that accepts; the other one finishes.
+        /// Condition: goes on for the accept button; for the other one, finishes.
         static constexpr Step accepting = &TextCatalogueDialog::onlyAccepting;
-        /// The first field has a text, blanks not counted.
+        /// Validation: the first field has a text, blanks not counted.
         static constexpr Step given = &TextCatalogueDialog::askFirst;
-        /// The same, and the focus goes to the field.
+        /// The same, and an empty field gets the focus.
         static constexpr Step givenFocus = &TextCatalogueDialog::askFirstWithFocus;
-        /// Every text box and list has a text.
+        /// Validation: every text box and list has a text.
         static constexpr Step givenEvery = &TextCatalogueDialog::askEvery;
         static constexpr Step hourglass = &TextCatalogueDialog::showHourglass;
-        /// Texts for literals between apostrophes, in place.
+        /// Escapes the texts in place, for literals between apostrophes.
         static constexpr Step safe = &TextCatalogueDialog::makeTextsSafe;
-        /// A row whose first text is still the one that was read is not written. It is compared as `safe`
-        /// made it, so that one with an apostrophe always counts as changed.
+        /// Dirty check: a row whose first text is still the one that was read is not written. `safe` has
+        /// escaped the text by then, so that one with an apostrophe always counts as changed.
         static constexpr Step changed = &TextCatalogueDialog::onlyChanged;
-        /// Inserts or updates; a failed update is reported and leaves the dialog open.
+        /// Inserts (with the retry loop of `insert`) or updates; a failed update is reported and leaves the
+        /// dialog open.
         static constexpr Step write = &TextCatalogueDialog::writeRow;
         static constexpr Step unload = &TextCatalogueDialog::unloadForm;
-        /// Closes the dialog by its own cancel button.
+        /// Closes the dialog by pressing its own cancel button.
         static constexpr Step press = &TextCatalogueDialog::pressCancel;
 
         // Guard.
-        /// Whether the queries find no row.
+        /// Runs the guard's queries; the answer is whether they find no row.
         static constexpr Step ask = &TextCatalogueDialog::askGuards;
 
         // Unload.
-        /// Takes the registration of the row away, unless another user holds it.
+        /// Releases the registration of the row, unless another user holds it.
         static constexpr Step release = &TextCatalogueDialog::releaseRegistration;
         static constexpr Step hide = &TextCatalogueDialog::hideForm;
         static constexpr Step repaint = &TextCatalogueDialog::letRepaint;
@@ -232,7 +237,7 @@ private:
     CommandButton* cancel_ = nullptr;
 };
 
-/// Routines that several dialogs share.
+/// Recipes: routines that several dialogs share.
 namespace recipe {
 
 using step = TextCatalogueDialog::step;
@@ -240,7 +245,7 @@ using step = TextCatalogueDialog::step;
 inline constexpr Step load[] = {step::mode,  step::icon,  step::object,   step::lock,
                                 step::title, step::texts, step::existing, step::clear,
                                 step::read,  step::fill,  step::hold};
-/// A failure of the steps before shows as a failed read.
+/// Without `clear`: a failure of the steps before is reported as a failed read.
 inline constexpr Step loadUncleared[] = {step::mode,  step::icon,     step::object, step::lock, step::title,
                                          step::texts, step::existing, step::read,   step::fill, step::hold};
 inline constexpr Step loadAndClose[] = {step::mode,  step::icon,  step::object,   step::lock,
@@ -249,10 +254,10 @@ inline constexpr Step loadAndClose[] = {step::mode,  step::icon,  step::object, 
 
 inline constexpr Step accept[] = {step::object,    step::mode, step::accepting, step::given,
                                   step::hourglass, step::safe, step::write,     step::unload};
-/// The texts are safe before they are asked for.
+/// Escapes the texts before it validates them.
 inline constexpr Step acceptSafeFirst[] = {step::mode,  step::object,    step::accepting, step::safe,
                                            step::given, step::hourglass, step::write,     step::unload};
-/// Of two buttons of their own names.
+/// For two separate buttons.
 inline constexpr Step acceptAndPress[] = {step::object, step::mode,  step::givenEvery, step::hourglass,
                                           step::safe,   step::write, step::press};
 
@@ -260,7 +265,7 @@ inline constexpr Step guard[] = {step::ask};
 inline constexpr Step guardAndClose[] = {step::ask, step::close};
 
 inline constexpr Step unload[] = {step::release, step::hide, step::repaint, step::close};
-/// Where load and guard have closed the recordset.
+/// For dialogs whose load and guard close the recordset.
 inline constexpr Step unloadClosed[] = {step::release, step::hide, step::repaint};
 
 } // namespace recipe

@@ -4,13 +4,13 @@
 
 namespace zv {
 
-/// A template of an activity. No dialog edits it.
+/// Record of an activity's template; no dialog edits it.
 struct cPlantillaAct {
     Integer IDActividad = 0;
     String Nombre;
     Currency Precio;
     Byte Estado = 0;         ///< A row state of cConstCol.
-    Byte EstadoAnterior = 0; ///< The one before it.
+    Byte EstadoAnterior = 0; ///< The state before this one.
 };
 
 } // namespace zv

@@ -10,7 +10,7 @@ constexpr Step load[] = {step::mode,  step::icon,     step::object, step::lock, 
 constexpr TextCatalogue words{
     .captionTexts = {.nuevo = u"Nuevo Curso de Especialización",
                      .modificado = u"Propiedades del Curso de Especialización"},
-    .joint = u"", // The row's text runs on from the caption.
+    .joint = u"", // No separator: the row's text runs on from the caption.
     .table = u"CursoEspecializacion",
     .key = u"IDCEspecializacion",
     .query = u"Select * from CursoEspecializacion  Where IDCEspecializacion={fila}",

@@ -7,11 +7,10 @@ namespace zv {
 namespace {
 
 using recipe::step;
-// A failure before the mode is entered is the host's: here the icon and the helper object stand in front of
-// it.
+// Icon and helper object stand before the error mode: their failure is untrapped and reaches the host.
 constexpr Step load[] = {step::icon,     step::object, step::mode, step::lock, step::title, step::texts,
                          step::existing, step::read,   step::fill, step::hold, step::close};
-// The description may stay empty.
+// Only the first field is mandatory: the description may stay empty.
 constexpr Step accept[] = {step::object, step::mode,  step::given, step::hourglass,
                            step::safe,   step::write, step::press};
 constexpr TextCatalogue words{
@@ -27,7 +26,7 @@ constexpr TextCatalogue words{
     .unload = recipe::unloadClosed,
 };
 
-/// What was enciphered may hold apostrophes, whatever the box held.
+/// Enciphered and escaped: the cipher's output may hold apostrophes, whatever the box held.
 Value enciphered(const TextBox& box) { return doubled(CifrarTexto(box.Text(), true, u"")); }
 
 } // namespace
@@ -56,10 +55,11 @@ void frmEnfermedad::fill(ResumeNext& next)
     next([&] { txtDescripcion.Text = CifrarTexto(CStr(field(u"Descripcion")), false, u""); });
 }
 
-/// A cipher that fails lets no statement be written: it would put nothing in the place of the texts.
+/// A cipher that fails throws before the statement exists, so that no row is written with empty texts.
 std::vector<Value> frmEnfermedad::values() { return {enciphered(txtNombre), enciphered(txtDescripcion)}; }
 
-/// From here on Enter makes a line, and no longer accepts, in whichever box.
+/// Takes the default role from the accept button for good: from here on Enter makes a line, and no longer
+/// accepts, in whichever box.
 void frmEnfermedad::txtDescripcion_GotFocus()
 {
     txtDescripcion.SelStart = Long{0};

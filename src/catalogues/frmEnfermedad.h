@@ -5,7 +5,7 @@
 namespace zv {
 
 /// Illnesses: a name and, if wanted, a description of several lines. Both are stored enciphered, and the
-/// caption shows the name as it is stored. A row may always go.
+/// caption shows the name as it is stored. No guard.
 class frmEnfermedad final : public TextCatalogueDialog {
 public:
     frmEnfermedad();

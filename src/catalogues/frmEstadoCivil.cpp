@@ -25,8 +25,8 @@ frmEstadoCivil::frmEstadoCivil() : TextCatalogueDialog(u"frmEstadoCivil", words(
     assemble({{txtIdioma, lblPais, u"Estado Civil:", 29003, u"Descripcion"}}, cmdIdioma);
 }
 
-/// This guard alone tests no failure: a query that fails gives no rows to test, and a test that fails counts
-/// as true.
+/// The only guard that does not test Err: a query that fails leaves no rows, and in resume-next mode a
+/// condition that fails counts as true.
 Then frmEstadoCivil::askUntested(Routine& routine)
 {
     routine([&] { fetch(forRow(u"Select IDPersonal From Personal Where CodEstadoCivil={fila}")); });

@@ -7,7 +7,7 @@ constexpr StringView guards[] = {u"Select * From Centro Where CodIdioma={fila}",
                                  u"Select * From Centro_Idioma Where CodIdioma={fila}"};
 constexpr TextCatalogue words{
     .captions = {.nuevo = 27001, .modificado = 27002},
-    .joint = u"", // The caption's own text ends in one.
+    .joint = u"", // No separator: the caption's own text ends in a blank.
     .table = u"Idioma",
     .key = u"IDIdioma",
     .query = u"Select * from Idioma  Where IDIdioma={fila}",

@@ -9,7 +9,7 @@ constexpr Step load[] = {step::mode,  step::icon,     step::object, step::lock, 
                          step::clear, step::existing, step::read,   step::fill, step::hold,    step::close};
 constexpr TextCatalogue words{
     .captionTexts = {.nuevo = u"Nueva Nacionalidad ", .modificado = u"Propiedades de Nacionalidad "},
-    .joint = u"", // The captions end in one.
+    .joint = u"", // No separator: the captions end in a blank.
     .table = u"Nacionalidad",
     .key = u"IDNacionalidad",
     .query = u"Select * from Nacionalidad  Where IDNacionalidad={fila}",

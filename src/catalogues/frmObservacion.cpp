@@ -6,8 +6,7 @@ namespace {
 constexpr StringView guards[] = {
     u"SELECT codObservacion FROM MateriaDetalles_Observacion WHERE codObservacion={fila}"};
 using recipe::step;
-// A failure before the mode is entered is the host's: here the icon and the helper object stand in front of
-// it.
+// Icon and helper object stand before the error mode: their failure is untrapped and reaches the host.
 constexpr Step load[] = {step::icon,     step::object, step::mode, step::lock, step::title, step::texts,
                          step::existing, step::read,   step::fill, step::hold, step::close};
 constexpr TextCatalogue words{
@@ -16,7 +15,7 @@ constexpr TextCatalogue words{
     .key = u"idObservacion",
     .width = KeyWidth::bits32,
     .query = u"SELECT * FROM Observacion WHERE IDObservacion={fila}",
-    .readFailed = message::updateFailed, // This dialog alone reports a failed read so.
+    .readFailed = message::updateFailed, // The only dialog that reports a failed read so.
     .insert =
         u"INSERT INTO Observacion (IDObservacion,DescripcionCorta,DescripcionLarga) VALUES ({},'{}','{}')",
     .update = u"UPDATE Observacion SET DescripcionCorta='{}',DescripcionLarga='{}' WHERE IDObservacion={}",
@@ -35,8 +34,8 @@ frmObservacion::frmObservacion() : TextCatalogueDialog(u"frmObservacion", words)
              cmdAceptar, cmdCancelar);
 }
 
-/// A click on the background includes staff 1, 2 and 3 in an activity. It belongs to no task of this dialog;
-/// the suite expects the call as it stands, with the name of the class in small letters.
+/// Late-bound call that belongs to no task of this dialog: includes staff 1, 2 and 3 in an activity. The
+/// suite expects it as it stands, with the name of the class in small letters.
 void frmObservacion::Form_Click()
 {
     const cCentroApi api = cCentroApi::create(u"zvapi.ccentroapi");

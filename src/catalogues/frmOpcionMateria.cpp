@@ -4,8 +4,8 @@ namespace zv {
 
 namespace {
 using recipe::step;
-// A failure before the mode is entered is the host's: here the icon and the helper object stand in front of
-// it. No row is registered.
+// Icon and helper object stand before the error mode: their failure is untrapped and reaches the host. No
+// step `hold`: the row is never registered.
 constexpr Step load[] = {step::icon,  step::object,   step::mode, step::lock, step::title,
                          step::texts, step::existing, step::read, step::fill, step::close};
 } // namespace
@@ -40,7 +40,7 @@ frmOpcionMateria::frmOpcionMateria() : TextCatalogueDialog(u"frmOpcionMateria", 
              cmdAceptar, cmdCancelar);
 }
 
-/// No row was registered, so none is released; the form is hidden without a look at whether it shows.
+/// Hides without testing Visible; without a registration there is nothing to release.
 Then frmOpcionMateria::hideAnyway(Routine& /*routine*/)
 {
     Hide();

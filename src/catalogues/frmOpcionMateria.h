@@ -4,8 +4,7 @@
 
 namespace zv {
 
-/// Options of subjects: name, abbreviation and two descriptions, all needed. The row is never registered, and
-/// may always go.
+/// Options of subjects: name, abbreviation and two descriptions, all mandatory. No registration, no guard.
 class frmOpcionMateria final : public TextCatalogueDialog {
 public:
     frmOpcionMateria();

@@ -17,9 +17,9 @@ constexpr StringView guards[] = {
 bool isDigitOrPoint(char16_t unit) { return (unit >= u'0' && unit <= u'9') || unit == u'.'; }
 bool isLetter(char16_t unit) { return (unit >= u'A' && unit <= u'Z') || (unit >= u'a' && unit <= u'z'); }
 
-/// The score stands in its statement without quotes, and pasting brings any text. A number passes, and so
-/// does a word, which the database refuses; what would end the statement, or be worked out to another number,
-/// does not get there.
+/// Injection check: the score stands unquoted in its statement, and pasting brings any text. A number passes,
+/// and so does a word, which the database refuses; what would end the statement or be evaluated to another
+/// number does not.
 bool canStandBare(StringView score)
 {
     constexpr StringView values[] = {u"null", u"true", u"false", u"oid", u"rowid"};
@@ -66,7 +66,7 @@ frmPonderacion::frmPonderacion() : TextCatalogueDialog(u"frmPonderacion", words(
     on(txtPuntuacion.KeyPress, &frmPonderacion::txtPuntuacion_KeyPress);
 }
 
-/// The caret cannot be moved, and the delete key clears the whole field.
+/// Key filter: discards the arrows, so that the caret cannot be moved; the delete key clears the whole field.
 void frmPonderacion::txtPuntuacion_KeyDown(Integer& KeyCode)
 {
     if (KeyCode >= keyCode::firstArrow && KeyCode <= keyCode::lastArrow)
@@ -77,9 +77,9 @@ void frmPonderacion::txtPuntuacion_KeyDown(Integer& KeyCode)
     }
 }
 
-/// The second digit brings the comma with it, and backspace over the comma takes that digit too. A key that
-/// is refused in a field of one character goes the same way as a character of code 0, at which a text ends:
-/// the digit stays alone.
+/// Input mask "dd,dd": the second digit brings the comma with it, and Backspace over the comma takes that
+/// digit too. A discarded key (code 0) in a field of one character takes the same way, and the text ends at
+/// the code 0: the digit stays alone.
 void frmPonderacion::txtPuntuacion_KeyPress(Integer& KeyAscii)
 {
     if (KeyAscii != keyAscii::backspace && !IsNumeric(String(1, static_cast<char16_t>(KeyAscii))))
@@ -94,7 +94,7 @@ void frmPonderacion::txtPuntuacion_KeyPress(Integer& KeyAscii)
     SendKeys(u"{END}");
 }
 
-/// Asked by name, and the focus goes to the field that is empty.
+/// Validates the boxes named "txt…"; an empty one gets the focus.
 Then frmPonderacion::textsGiven(Routine& routine)
 {
     for (Control* control : Controls) {

@@ -3,7 +3,8 @@
 namespace zv {
 
 namespace {
-// A copy of the guard of countries, and to stay so: a province in use as a province is not protected by it.
+// The guard is a copy of the countries' and stays so: a province that is in use as a province is not
+// protected by it.
 constexpr StringView guards[] = {u"Select * From Alumno Where CodPaisNacimiento={fila}",
                                  u"Select * From Personal Where CodPaisNacimiento={fila}",
                                  u"Select * From Direccion Where Direccion.CodPais={fila}"};

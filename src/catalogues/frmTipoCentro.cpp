@@ -43,7 +43,7 @@ void frmTipoCentro::fill(ResumeNext& next)
     next([&] { Caption = Caption + u" " + txtTipoCentro.Text(); });
 }
 
-/// The text is not trimmed before it is asked for: blanks are a name here.
+/// Validates the untrimmed text: blanks are a name here.
 Then frmTipoCentro::nameGiven(Routine& /*routine*/)
 {
     if (!txtTipoCentro.Text().empty())

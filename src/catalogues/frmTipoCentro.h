@@ -4,7 +4,8 @@
 
 namespace zv {
 
-/// Kinds of school: a text. Element 1 of its buttons accepts and element 0 cancels.
+/// Kinds of school: a text. The buttons' roles are swapped: element 1 of the array accepts, element 0
+/// cancels.
 class frmTipoCentro final : public TextCatalogueDialog {
 public:
     frmTipoCentro();

@@ -7,7 +7,7 @@ constexpr StringView guards[] = {
     u"Select * From IncidenciaAlumno where IncidenciaAlumno.CodTipoIncidencia={fila}",
     u"Select * From IncidenciaPersonal where  IncidenciaPersonal.CodTipoIncidencia={fila}"};
 using recipe::step;
-// The texts are made safe before the button is asked for: on cancel too.
+// Escapes the texts before it looks at the button: on cancel too.
 constexpr Step accept[] = {step::mode,  step::object,    step::safe,  step::accepting,
                            step::given, step::hourglass, step::write, step::unload};
 constexpr TextCatalogue words{

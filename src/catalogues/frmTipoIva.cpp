@@ -18,7 +18,8 @@ constexpr Integer noSign = 112;
 
 bool endsInSign(const String& text) { return text.ends_with(u'%'); }
 
-/// A text that was pasted may be no number: no digit goes behind it.
+/// Whether the number stays below 100 with the digit appended. A pasted text may be no number: it takes no
+/// digit.
 bool takesDigit(const String& text, int digit) { return IsNumeric(text) && CDbl(text) * 10 + digit <= 99; }
 
 } // namespace
@@ -62,7 +63,7 @@ const TextCatalogue& frmTipoIva::words()
 
 frmTipoIva::frmTipoIva() : TextCatalogueDialog(u"frmTipoIva", words())
 {
-    // The window is as wide as its design text asks, not as the numbered one.
+    // No number here, so that the layout is as wide as the design text asks, not as the numbered one.
     assemble({{txtTipoIva, lblTipoIva, u"Tipo de Iva:", 0, u"Descripcion"}}, cmdTipoIva);
     lblTipoIva.Tag = decimalText(fieldName);
     on(txtTipoIva.KeyPress, &frmTipoIva::txtTipoIva_KeyPress);
@@ -80,7 +81,7 @@ void frmTipoIva::fill(ResumeNext& next)
     next([&] { strDescripcionInicial = CStr(field(u"Descripcion")); });
 }
 
-/// One or two digits and a closing sign. The whole text counts, wherever the caret stands.
+/// Key filter: one or two digits and a closing sign. It looks at the whole text, wherever the caret stands.
 void frmTipoIva::txtTipoIva_KeyPress(Integer& KeyAscii)
 {
     const String& text = txtTipoIva.Text();
@@ -108,7 +109,7 @@ String frmTipoIva::withoutSign() const
     return Left(txtTipoIva.Text(), static_cast<long>(txtTipoIva.Text().size()) - 1);
 }
 
-/// A rate without its sign gets it.
+/// Validates the number and normalises it: a missing sign is appended.
 Then frmTipoIva::isPercentage(Routine& routine)
 {
     const String text = Trim(txtTipoIva.Text());
@@ -128,8 +129,8 @@ Then frmTipoIva::atMostAHundred(Routine& routine)
     return Then::goOn;
 }
 
-/// A rate that exists ends the dialog's action for good: from then on an accept takes the way of a change
-/// that is none, and the row is no longer released. Nothing sets the action back.
+/// Duplicate check. A duplicate overwrites the session's action for good: from then on an accept takes the
+/// path of an update, and the registration is not released. Nothing sets the action back.
 Then frmTipoIva::notTaken(Routine& routine)
 {
     if (Trim(txtTipoIva.Text()) == strDescripcionInicial)
@@ -147,7 +148,7 @@ Then frmTipoIva::notTaken(Routine& routine)
     return Then::leave;
 }
 
-/// A whole percentage: the fraction forgets the decimals that the text keeps.
+/// Rounds to a whole percentage: the fraction loses the decimals that the text keeps.
 Then frmTipoIva::fraction(Routine& routine)
 {
     valor_ = 0;
@@ -157,7 +158,7 @@ Then frmTipoIva::fraction(Routine& routine)
 
 std::vector<Value> frmTipoIva::values() { return {Trim(withoutSign()) + u"%", CStr(valor_)}; }
 
-/// Whether the row is released hangs on the button here, not on the marker.
+/// Tests the accept button and not MarcaBloqueo, as every other dialog does.
 Then frmTipoIva::releaseIfEnabled(Routine& /*routine*/)
 {
     if (changesRow() && cmdTipoIva(aceptar).Enabled())

@@ -26,12 +26,12 @@ private:
     std::vector<Value> values() override;
     void txtTipoIva_KeyPress(Integer& KeyAscii);
 
-    /// Reports what is wrong with the rate.
+    /// Reports the message, gives the field the focus, and leaves the routine.
     Then refuse(Routine& routine, Integer messageId);
     /// The text without its last character, the sign.
     String withoutSign() const;
 
-    String strDescripcionInicial; ///< The rate as it was read: no duplicate of itself.
+    String strDescripcionInicial; ///< The rate as it was read, which the duplicate check passes over.
     Single valor_ = 0;            ///< The fraction to be stored.
 };
 

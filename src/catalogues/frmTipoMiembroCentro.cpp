@@ -39,7 +39,7 @@ void frmTipoMiembroCentro::fill(ResumeNext& next)
 {
     TextCatalogueDialog::fill(next);
     next([&] {
-        // Another number, or none, leaves the option that the form opened with.
+        // No default branch: another number, or Null, leaves the option of the design.
         switch (CLng(field(u"tipo"))) {
         case 1:
             optAdmin.Value = true;

@@ -49,7 +49,7 @@ frmTipoTarea::frmTipoTarea() : TextCatalogueDialog(u"frmTipoTarea", words())
              [this](Layout& layout) { layout.row(lblMiembro, cboMiembroCentro); });
 }
 
-/// The occupations, for a new row too.
+/// Fills the list of occupations, before `existing`: for a new row too.
 Then frmTipoTarea::listOccupations(Routine& routine)
 {
     if (!readRow(routine.next(), u"SELECT * FROM TipoMiembroCentro  ORDER BY Nombre"))
@@ -58,7 +58,8 @@ Then frmTipoTarea::listOccupations(Routine& routine)
     return Then::goOn;
 }
 
-/// A row whose occupation was deleted is shown without one, and cannot be accepted until another is chosen.
+/// Dangling reference: a row whose occupation was deleted is shown without one, and cannot be accepted until
+/// another is chosen.
 void frmTipoTarea::fill(ResumeNext& next)
 {
     next([&] { choose(cboMiembroCentro, field(u"codTipoMiembroCentro")); });

@@ -4,7 +4,8 @@
 
 namespace zv {
 
-/// Kinds of task: a text, and the occupation that the task belongs to. No node opens this dialog.
+/// Kinds of task: a text, and the occupation that the task belongs to. No node opens this dialog; its guard
+/// is asked under 0.
 class frmTipoTarea final : public TextCatalogueDialog {
 public:
     frmTipoTarea();

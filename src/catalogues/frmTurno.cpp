@@ -7,7 +7,7 @@ namespace zv {
 namespace {
 constexpr StringView guards[] = {u"Select CodTurno From Seccion where CodTurno={fila}"};
 using recipe::step;
-// A change of the kind alone is not saved.
+// The dirty check `changed` sees the text only: a change of the kind alone is not saved.
 constexpr Step accept[] = {step::mode, step::object,  step::accepting, step::givenFocus, step::hourglass,
                            step::safe, step::changed, step::write,     step::unload};
 constexpr TextCatalogue words{

@@ -20,7 +20,7 @@ public:
 private:
     void fill(ResumeNext& next) override;
     std::vector<Value> values() override;
-    /// The options in the order of the kinds 1 to 4.
+    /// The option buttons in the order of the kinds 1 to 4.
     std::array<OptionButton*, 4> kinds() { return {&optDiurno, &optVespertino, &optNocturno, &optDistancia}; }
 };
 

@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// Numbers of the failures of a database, the same for every engine.
+/// Error numbers of a database, the same for every engine.
 namespace failure {
 inline constexpr std::int32_t keyExists = -2147467259;
 inline constexpr std::int32_t badStatement = -2147217900;

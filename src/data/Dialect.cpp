@@ -11,7 +11,7 @@ namespace {
 
 using Kind = Token::Kind;
 
-/// Finds the places where a dialect differs: single units that give way to something else.
+/// One pass over the tokens that collects replacements of single units.
 class Rewriter {
 public:
     Rewriter(StringView statement, const Dialect& dialect) : statement_(statement), dialect_(dialect) {}
@@ -57,10 +57,10 @@ private:
         std::size_t place;
         StringView by;
     };
-    /// Terms joined by `+` at one depth of parentheses.
+    /// Stack entry of the parser: the terms joined by `+` at one depth of parentheses.
     struct Sum {
         bool holdsText = false;
-        bool isGroup = false; ///< Stands in parentheses as a term, not as the arguments of a function.
+        bool isGroup = false; ///< A parenthesised term, and not the argument list of a function.
         std::vector<std::size_t> signs;
     };
     enum class Before { nothing, term, sign, point };
@@ -69,7 +69,8 @@ private:
 
     void accept(const Token& token)
     {
-        // A function's parenthesis touches its name; behind a word such as SELECT it opens a group.
+        // Call or group: a function's parenthesis touches its name; behind a word such as SELECT it opens a
+        // group.
         const bool touches = token.start == end_;
         end_ = token.start + token.length;
         if (token.kind != Kind::symbol) {
@@ -98,7 +99,7 @@ private:
         }
     }
 
-    /// A term that stands behind no sign begins a sum of its own: words such as FROM part sums so.
+    /// Ends the sum where a term follows a term: words such as FROM separate sums so.
     void startTerm()
     {
         if (before_ != Before::sign && before_ != Before::point)
@@ -141,7 +142,7 @@ private:
     std::vector<Edit> edits_;
     std::vector<Sum> sums_ = std::vector<Sum>(1);
     Before before_ = Before::nothing;
-    std::size_t end_ = 0; ///< Of the token before.
+    std::size_t end_ = 0; ///< End of the token before.
 };
 
 } // namespace

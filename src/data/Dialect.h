@@ -4,19 +4,20 @@
 
 namespace zv {
 
-/// How an engine wants written what the dialogs write in their own way. The defaults change nothing.
+/// How an engine spells what the dialogs write in their own dialect. The defaults change nothing.
 struct Dialect {
-    StringView joinTexts = u"+"; ///< The sign that joins texts.
+    StringView joinTexts = u"+"; ///< Operator that concatenates texts.
     bool deleteWithStar = true;  ///< Whether `DELETE * FROM` is understood.
 };
 
-/// The statement as the engine understands it. `room` holds it where something had to change; else the
-/// statement itself comes back. A `+` joins texts where a text literal stands among the terms it adds up.
-/// Nothing inside literals, quoted names and comments is touched. A second statement fails as refuseSecond().
+/// Translates the statement token by token. `room` is the buffer of the result where something had to change;
+/// else the statement itself comes back. A `+` concatenates where a text literal stands among the terms that
+/// it adds up. Literals, quoted names and comments are never changed. A second statement fails as
+/// refuseSecond().
 StringView inDialect(StringView statement, const Dialect& dialect, String& room);
 
-/// What stands behind a statement's `;` may only be blanks, comments and more of the sign; else the statement
-/// fails with failure::badStatement.
+/// Injection check: behind a statement's `;` may only stand blanks, comments and more `;`; else
+/// failure::badStatement.
 void refuseSecond(StringView rest, StringView statement);
 
 /// Whether a statement asks for rows and changes none.

@@ -23,8 +23,8 @@ StringView schemeOf(StringView url)
     return colon == StringView::npos ? StringView() : url.substr(0, colon);
 }
 
-/// Behind the attribute's value that begins here, and the sign that ends it. In braces it may hold that sign,
-/// and a closing one doubled.
+/// End of the attribute's value that begins here, its separator included. A value in braces may hold that
+/// separator, and doubles a closing brace.
 std::size_t endOfValue(StringView text, std::size_t from)
 {
     from = text.find_first_not_of(u' ', from);

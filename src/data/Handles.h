@@ -6,14 +6,15 @@
 
 namespace zv {
 
-/// The pool of a database's handles (open connections of its driver): as many as there are cursors open at a
-/// time. A handle whose rows are still being read is left to them. `Handle` has a list of its `cursors`.
+/// List of a pool's handles (open connections of the driver): as many as there are cursors open at a time,
+/// since a handle whose rows are still being read is left to them. `Handle` has a list of its `cursors`.
 template <class Handle>
 class Handles {
 public:
     using Pointer = std::shared_ptr<Handle>;
 
-    /// One without cursors, or nullptr. Those that many open recordsets once needed are not kept for ever.
+    /// An idle handle (without cursors), or nullptr. Trims the list: those that many open recordsets once
+    /// needed are not kept for ever.
     Pointer idle()
     {
         const auto found = std::ranges::find_if(all_, isIdle);
@@ -27,7 +28,7 @@ public:
     void drop(const Pointer& handle) { std::erase(all_, handle); }
     void clear() { all_.clear(); }
     const Pointer& front() const { return all_.front(); }
-    /// The first of which that is true, or nullptr.
+    /// The first handle for which the test is true, or nullptr.
     template <class Test>
     Pointer find(Test&& test) const
     {

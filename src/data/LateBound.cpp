@@ -18,8 +18,7 @@ public:
         moved_ = true;
         call(opened(), u"MoveNext");
     }
-    /// Rows that nobody moved stand on the first: going there would run the statement again, where it can be
-    /// done.
+    /// No-op on the first row: moving there would re-run the statement, where the host can do that at all.
     void MoveFirst() override
     {
         opened();
@@ -45,7 +44,7 @@ public:
         } catch (const RuntimeError& error) {
             if (error.number() != failure::memberMissing)
                 throw;
-            return 1; // Rows that do not tell are open until they are closed here.
+            return 1; // Default: rows without State are open until they are closed here.
         }
     }
     void Close() override
@@ -83,7 +82,7 @@ public:
         const auto* object = rows.as<ObjectPtr>();
         return std::make_shared<LateRows>(object ? *object : nullptr);
     }
-    /// Nobody knows whose SQL the object speaks: it is given what there is.
+    /// Untranslated: which SQL the host's object speaks is unknown.
     RecordsetPtr executeNative(StringView statement) override { return Execute(statement); }
     EngineInfo engine() override { return {String(object_->TypeName()), {}}; }
 

@@ -4,12 +4,12 @@
 
 namespace zv {
 
-/// The connection that an object of the host is. One of our own comes back as it is. Any other is reached by
-/// name: `Execute(statement, , -1)`, the third argument being "options not stated", and of the rows that it
-/// gives `EOF`, `MoveNext`, `Fields(name)` (a value, or a field with a `Value`) and `Close`; `MoveFirst` and,
-/// for values in order, `Fields.Count` and `Fields(position)` only when they are asked for. What it lacks
-/// fails with 438, and its own failures keep number and text. What a statement gives that is no object is no
-/// rows, and reads as a closed recordset. Nothing is called before the first statement. No object gives none.
+/// Adapter of a host's object to Connection; one of our own comes back as it is, nullptr gives nullptr. Any
+/// other is late-bound: `Execute(statement, , -1)`, the third argument being "options not stated", and of the
+/// rows that it gives `EOF`, `MoveNext`, `Fields(name)` (a value, or a field with a `Value`) and `Close`;
+/// `MoveFirst` and, for values in order, `Fields.Count` and `Fields(position)` only when they are asked for.
+/// What it lacks fails with 438, and its own failures keep number and text. A result that is no object reads
+/// as a closed recordset. Nothing is called before the first statement.
 ConnectionPtr connectionOf(const ObjectPtr& object);
 
 /// A late-bound argument, as the above.

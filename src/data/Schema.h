@@ -7,8 +7,7 @@
 #include <initializer_list>
 #include <span>
 
-/// The tables of a school, written once, as data: what makes new databases and what checks those made
-/// elsewhere.
+/// The schema of a school as data: it makes new databases, and checks those made elsewhere.
 namespace zv::schema {
 
 enum class Type {
@@ -23,25 +22,27 @@ enum class Type {
 struct Column {
     StringView name;
     Type type = Type::longInteger;
-    int width = 0;            ///< Of a text, in characters; 0: without limit.
-    StringView refersTo = {}; ///< The table whose key it holds. Nothing keeps the row there from vanishing.
-    bool searched = false;    ///< Rows are looked for by it, so that it wants an index.
-    bool addedByUs = false;   ///< No dialog names it; a school made elsewhere need not have it.
+    int width = 0;            ///< Width of a text in characters; 0: unlimited.
+    StringView refersTo = {}; ///< Referenced table. No foreign key is declared: nothing keeps the referenced
+                              ///< row from being deleted.
+    bool searched = false;    ///< Indexed, since rows are looked up by it.
+    bool addedByUs =
+        false; ///< Our own addition: no dialog names it, and a school made elsewhere need not have it.
 };
 
-/// What stands in front of the other columns.
+/// Kind of key, the leading columns.
 enum class Key {
-    given,     ///< Each row brings its own, and no two are equal.
-    automatic, ///< As above, and the database gives one to a row that comes without it.
-    repeated   ///< Rows are found by it, and several may share it.
+    given,     ///< Unique, and each row brings its own.
+    automatic, ///< Unique, and generated for a row that comes without it.
+    repeated   ///< Not unique: rows are looked up by it, and several may share it.
 };
 
 enum class Use {
     named,      ///< The dialogs write rows and name their columns.
-    positional, ///< They write rows without naming the columns: these must be exactly the listed ones, in
+    positional, ///< The dialogs write rows without naming columns: these must be exactly the listed ones, in
                 ///< order.
-    read,       ///< They only read it.
-    addedByUs   ///< They do not know it; a school made elsewhere need not have it.
+    read,       ///< The dialogs only read it.
+    addedByUs   ///< Our own addition: a school made elsewhere need not have it.
 };
 
 inline constexpr std::size_t maxColumns = 14;
@@ -63,13 +64,12 @@ struct Table {
     constexpr std::span<const Column> columns() const { return {room.data(), count}; }
 };
 
-/// The tables of a database. Those of deleted records are the live ones but for the row registrations.
+/// The tables of a database. The deleted-records one has those of the live one but for the row registrations.
 std::span<const Table> tables(Database which);
-/// A table of the live or the entry database by its name, without regard to case; nullptr if there is none.
+/// Lookup in the live and the entry database, without regard to case; nullptr if there is none.
 const Table* table(StringView name);
 
-/// The statements that make all tables of an empty database, and the indexes behind what the dialogs look
-/// for.
+/// DDL of an empty database: its tables, and the indexes for the dialogs' lookups.
 std::vector<String> definition(Database which, DdlStyle style);
 
 } // namespace zv::schema

@@ -11,7 +11,7 @@ using schema::Column;
 using schema::Table;
 using schema::Use;
 
-/// Collects what is found in one database.
+/// Collector of one database's findings.
 class Findings {
 public:
     Findings(std::vector<String>& lines, StringView database) : lines_(lines), database_(database) {}
@@ -94,8 +94,8 @@ void checkDatabase(Findings& findings, const std::vector<FoundTable>& found, Dat
     }
 }
 
-/// Asks for the columns that are there by the names that the dialogs use, and for truth as a number. No row
-/// comes.
+/// Probe query, without rows: the existing columns by the names that the dialogs use, and truth values as
+/// numbers.
 String question(const Table& table, const std::vector<String>& columns)
 {
     String names;

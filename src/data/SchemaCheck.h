@@ -4,21 +4,20 @@
 
 namespace zv {
 
-/// What a school made elsewhere lacks for the dialogs to work, one line in Spanish for each finding. Extra
-/// tables and columns are fine, but not in a table whose rows are written by position. Fails only if the
-/// databases cannot be read.
+/// Schema check: what a school made elsewhere lacks for the dialogs to work, one line in Spanish for each
+/// finding. Extra tables and columns are fine, but not in a table whose rows are written by position. Fails
+/// only if the databases cannot be read.
 std::vector<String> checkSchool(const School& school, Engine& engine);
 
-/// What is there and cannot be read as the dialogs read it, one line for each table: no right to it, a name
-/// that wants quotes, truth values that are no numbers. It asks for each table that is there, so that it
-/// costs a statement each.
+/// Access check: what is there and cannot be read as the dialogs read it, one line for each table: no right
+/// to it, a name that wants quotes, truth values that are no numbers. Costs a statement for each table.
 std::vector<String> checkAccess(const School& school, Engine& engine);
 
-/// What the engine itself finds broken, one line for each database. It reads them to their end.
+/// Integrity check by the engine, one line for each database. Reads them whole.
 std::vector<String> checkDamage(const School& school, Engine& engine);
 
-/// Whether the table is there in which stations register rows. The first that opens a row makes it, if he
-/// may.
+/// Whether the table of registrations exists. The first station that opens a row creates it, rights
+/// permitting.
 bool hasRegister(const School& school, Engine& engine);
 
 } // namespace zv

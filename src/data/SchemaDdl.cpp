@@ -6,19 +6,19 @@
 namespace zv::schema {
 namespace {
 
-/// How an engine writes what the tables say. It has a member for each thing that engines write differently.
+/// An engine's spelling of the DDL; a member for each thing that engines write differently.
 struct Spelling {
     StringView wholeNumber, text, decimal;
-    StringView automaticKey;  ///< Behind the type of a key that the database gives.
-    StringView ownKeyOptions; ///< Behind the columns of a table whose rows bring their key.
-    StringView otherOptions;  ///< Behind those of any other table.
-    StringView once = {};     ///< Before all tables.
+    StringView automaticKey;  ///< Suffix of the type of a generated key.
+    StringView ownKeyOptions; ///< Suffix of the columns of a table whose rows bring their key.
+    StringView otherOptions;  ///< Suffix of those of any other table.
+    StringView once = {};     ///< Prologue, before all tables.
     StringView automatic =
-        {}; ///< Behind a table whose key the database gives: its name, its key, and its key.
+        {}; ///< Epilogue of a table with a generated key; pattern of its name, its key, and its key.
 };
 
-/// A key that a row comes without is one above the largest: a sequence of its own would sooner or later give
-/// one that a row brought.
+/// Trigger that generates a key as the largest plus one: a sequence would sooner or later give one that a row
+/// brought.
 constexpr StringView nextKey =
     u"CREATE FUNCTION zv_clave() RETURNS trigger LANGUAGE plpgsql AS 'DECLARE clave integer; BEGIN "
     u"EXECUTE format(''SELECT COALESCE(MAX(%1$I),0)+1 FROM %2$I.%3$I'', TG_ARGV[0], TG_TABLE_SCHEMA, "
@@ -58,7 +58,7 @@ StringView typeName(Type type, const Spelling& as)
     }
 }
 
-/// A range has a name that tells a person what is wrong when the engine repeats it in a failure.
+/// CHECK constraint of a range, named so that the engine's message tells a person what is wrong.
 String range(StringView column, StringView least, StringView most)
 {
     return statement(u" CONSTRAINT \"{}: de {} a {}\" CHECK ({} BETWEEN {} AND {})",
@@ -141,7 +141,7 @@ std::vector<String> definition(Database which, DdlStyle style)
             const String key = lowerName(each.columns().front().name);
             result.push_back(statement(as.automatic, {each.name, key, key}));
         }
-        // Of deleted records only the largest key is asked for.
+        // No indexes for deleted records, of which only the largest key is asked for.
         if (which != Database::borrado)
             addIndexes(result, each);
     }

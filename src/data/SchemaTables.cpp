@@ -39,14 +39,14 @@ constexpr Table readOnly(StringView name, std::initializer_list<Column> columns)
 {
     return {name, Use::read, Key::automatic, 1, columns};
 }
-/// A table that joins two others. Schools exist that hold a pair twice.
+/// Association table of two others. Its key is not unique: schools exist that hold a pair twice.
 constexpr Table joining(StringView name, std::initializer_list<Column> columns)
 {
     return {name, Use::read, Key::repeated, 2, columns};
 }
 
-// Of the tables that the dialogs only read, nobody here settles how wide a number is: 32 bits take what
-// comes.
+// Default width of the tables that the dialogs only read: 32 bits, since nobody here settles how wide a
+// number is there.
 constexpr Table centro[] = {
     written(u"EstadoCivil", {{u"IDEstadoCivil", integer}, text(u"Descripcion", 50)}),
     written(u"Idioma", {{u"IDIdioma", integer}, text(u"Descripcion", 50)}),
@@ -65,7 +65,7 @@ constexpr Table centro[] = {
                                text(u"DescripcionActa", 50)}),
     written(u"TipoMotivoBaja",
             {{u"IDTipoMotivoBaja", integer}, text(u"Nombre", 50), text(u"Descripcion", 50)}),
-    // Both texts are stored enciphered, which makes them longer than what a person types.
+    // Unlimited width: both texts are stored enciphered, longer than what a person types.
     written(u"Enfermedad", {{u"IDEnfermedad"}, text(u"Nombre"), text(u"Descripcion")}),
     written(u"Nacionalidad",
             {{u"IDNacionalidad", integer}, text(u"Descripcion", 50), text(u"Abreviatura", 3)}),
@@ -74,7 +74,7 @@ constexpr Table centro[] = {
     written(u"TipoJustificacion", {{u"IDTipoJustificacion"}, text(u"Descripcion", 50)}),
     written(u"TipoMaterialDidactico", {{u"IDTipoMaterialDidactico", integer}, text(u"Nombre", 50)}),
     written(u"TipoCentro", {{u"IDTipocentro", integer}, text(u"Nombre", 50)}),
-    // The value is the text of a number with the decimal mark of the machine that wrote it.
+    // A number stored as text, with the decimal mark of the machine that wrote it.
     written(u"TipoIva", {{u"IDTipoIva", integer}, text(u"Descripcion", 50), text(u"Valor")}),
     written(u"ponderacion", {{u"IDPonderacion"}, text(u"descripcion", 50), {u"puntuacion", decimal}}),
     written(u"TipoIncidencia", {{u"IDTipoIncidencia", integer},
@@ -136,7 +136,8 @@ constexpr Table centro[] = {
                 text(u"Procedimiento1", 200), text(u"Procedimiento2", 200), text(u"Procedimiento3", 200),
                 text(u"Procedimiento4", 200), text(u"Procedimiento5", 200), text(u"Actitud1", 200),
                 text(u"Actitud2", 200)}),
-    // Two stations that save one section at a time may both leave their ratings; the next save clears them.
+    // Not unique, because of a race: two stations that save one section at a time may both leave their
+    // ratings; the next save clears them.
     {u"Alumno_InfIndPrim",
      Use::positional,
      Key::repeated,
@@ -236,7 +237,7 @@ constexpr Table centro[] = {
     readOnly(u"ConsejoOrientador", {{u"IDConsejoOrientador"}, text(u"Descripcion")}),
     readOnly(u"TipoInfInd", {{u"IDTipo"}, text(u"Descripcion")}),
 
-    // Last, so that the deleted-records database has all the others.
+    // Last on purpose: the deleted-records database takes all tables before it.
     {u"RegistroActivo",
      Use::addedByUs,
      Key::given,

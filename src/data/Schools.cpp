@@ -23,7 +23,7 @@ ConnectionPtr& member(School& school, Database which)
 
 void makeTables(Connection& connection, Database which, DdlStyle style)
 {
-    // At once, since each statement by itself would wait for the disk.
+    // One transaction: each statement by itself would wait for the disk.
     Transaction transaction(connection);
     for (const String& each : schema::definition(which, style))
         connection.executeNative(each);

@@ -10,7 +10,7 @@
 namespace zv {
 namespace {
 
-/// All but texts.
+/// Visitor of all kinds but texts.
 struct LiteralText {
     String operator()(Empty /*none*/) const { return u"NULL"; }
     String operator()(Null /*none*/) const { return u"NULL"; }

@@ -7,10 +7,10 @@
 
 namespace zv {
 
-/// How values get into the text of a statement: the one place that formats them, whatever the regional
+/// Formatting of values into the text of a statement: the one place for it, independent of the regional
 /// settings.
 
-/// A text with its apostrophes doubled, as it stands between the apostrophes of a literal.
+/// Escapes a text for a literal: its apostrophes doubled.
 String doubled(StringView text);
 /// A text as a literal: between apostrophes, its own doubled.
 String textLiteral(StringView text);
@@ -18,10 +18,9 @@ String textLiteral(StringView text);
 /// and a point, a text as textLiteral. Fails with 13 for an object.
 String literal(const Value& value);
 
-/// Assembles a statement: each "{}" of the pattern, in order, gives way to the next value. Texts come as they
-/// are (the pattern has the apostrophes, and doubled() or ComprobarComilla has made them safe), all else as
-/// literal() has it. What a value holds is never read as a pattern. More values than places, or fewer, is a
-/// std::logic_error.
+/// Substitutes the values for the "{}" of the pattern, in order. Texts are inserted as they are (the pattern
+/// has the apostrophes, and doubled() or ComprobarComilla has escaped them), all else as literal() has it. A
+/// value is never read as a pattern. A number of values other than that of the "{}" is a std::logic_error.
 String statement(StringView pattern, std::span<const Value> values);
 inline String statement(StringView pattern, std::initializer_list<Value> values)
 {

@@ -44,7 +44,7 @@ void Tokens::skip()
 Token::Kind Tokens::take(char16_t first)
 {
     if (first == u'\'' || first == u'"' || first == u'`') {
-        quoted(first);
+        passQuoted(first);
         return first == u'\'' ? Token::Kind::text : Token::Kind::name;
     }
     if (first == u'[') {
@@ -64,8 +64,8 @@ Token::Kind Tokens::take(char16_t first)
     return Token::Kind::name;
 }
 
-/// A doubled quote stands for itself.
-void Tokens::quoted(char16_t quote)
+/// Skips a quoted token; a doubled quote is an escape.
+void Tokens::passQuoted(char16_t quote)
 {
     do {
         passTo(StringView(&quote, 1), place_ + 1);
@@ -77,7 +77,7 @@ void Tokens::number()
     while (isNameUnit(at(place_)) || at(place_) == u'.') {
         const bool exponent = (at(place_) | 0x20) == u'e';
         ++place_;
-        // In 1e-- a comment begins.
+        // Look-ahead: in 1e-- a comment begins, no exponent.
         if (exponent && (at(place_) == u'+' || at(place_) == u'-') && isDigit(at(place_ + 1)))
             ++place_;
     }

@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// A piece of a statement. A name may stand in quotes of its own, a text stands in single ones.
+/// Token of a statement. A name may stand in quotes of its own, a text stands in single ones.
 struct Token {
     enum class Kind { name, number, text, symbol, end };
 
@@ -13,11 +13,11 @@ struct Token {
     std::size_t length = 0;
 };
 
-/// Parts a statement; blanks and comments are passed over.
+/// Tokenizer of a statement; blanks and comments are skipped.
 class Tokens {
 public:
     explicit Tokens(StringView text) : text_(text) {}
-    /// The next piece; one of kind `end` behind the last.
+    /// The next token; one of kind `end` behind the last.
     Token next();
 
 private:
@@ -25,7 +25,7 @@ private:
     void passTo(StringView end, std::size_t from);
     void skip();
     Token::Kind take(char16_t first);
-    void quoted(char16_t quote);
+    void passQuoted(char16_t quote);
     void number();
 
     StringView text_;

@@ -15,7 +15,7 @@ Transaction::~Transaction()
     try {
         run_(u"ROLLBACK");
     } catch (const RuntimeError&) {
-        // A connection that is lost has rolled back by itself.
+        // Best effort: a lost connection has rolled back by itself.
     }
 }
 

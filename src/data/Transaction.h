@@ -6,12 +6,12 @@
 
 namespace zv {
 
-/// A transaction of our own work (making a school, filling it, changing its key); the dialogs know none. What
-/// was not committed when the object goes is rolled back, however that happens.
+/// RAII guard of a transaction of our own work (making a school, filling it, changing its key); the dialogs
+/// use none. The destructor rolls back what was not committed.
 class Transaction {
 public:
     explicit Transaction(Connection& connection);
-    /// Of whatever runs a statement in the engine's own SQL.
+    /// Over a callback that runs a statement in the engine's own SQL.
     explicit Transaction(std::function<void(StringView)> run);
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;

@@ -36,8 +36,8 @@ bool tellsTakenKey(StringView sqliteWords, StringView statement, bool primary)
     const std::size_t place = sqliteWords.find(before);
     if (place == StringView::npos)
         return false;
-    // «table.column, table.column», or «index 'name'» where it is made of expressions; its ODBC driver puts a
-    // number in parentheses behind.
+    // Grammar of the message: «table.column, table.column», or «index 'name'» where it is made of
+    // expressions; its ODBC driver appends a number in parentheses.
     StringView rest = sqliteWords.substr(place + before.size());
     const StringView table = rest.substr(0, rest.find(u'.'));
     if (const auto written = writtenTable(statement); written && !sameName(*written, table))
@@ -65,7 +65,7 @@ std::optional<String> writtenTable(StringView statement)
     word = next();
     if (sameName(word, u"into"))
         word = next();
-    // In front of the table may stand its schema.
+    // Optional schema in front of the table.
     StringView table = word;
     while (next() == u".")
         table = next();

@@ -8,14 +8,14 @@
 
 namespace zv {
 
-/// Columns of a table that no two rows may have alike.
+/// Unique index: columns of a table that no two rows may have alike.
 struct UniqueIndex {
-    String name; ///< "" where it is not told.
+    String name; ///< "" where the engine does not tell it.
     std::vector<String> columns;
 };
 
-/// Whether it holds the table's key, so that a row with another key would not break it: the key that the
-/// schema tells, or, for a table that the schema does not know, the primary key that is handed in.
+/// Whether the index covers the table's key, so that a retry with another key can succeed: the key of the
+/// schema, or, for a table unknown to the schema, the primary key that is passed.
 bool holdsKey(const UniqueIndex& index, StringView table, std::span<const String> primaryKey = {});
 
 /// Whether the index that SQLite says to be broken ("UNIQUE constraint failed: Pais.IDPais") holds the key of
@@ -23,7 +23,7 @@ bool holdsKey(const UniqueIndex& index, StringView table, std::span<const String
 /// is the primary key.
 bool tellsTakenKey(StringView sqliteWords, StringView statement, bool primary = false);
 
-/// The table that a statement inserts into or updates.
+/// Parses a statement for the table that it inserts into or updates.
 std::optional<String> writtenTable(StringView statement);
 
 } // namespace zv

@@ -56,10 +56,10 @@ bool MaintenanceDialog::readRow(ResumeNext& next, StringView query, Integer mess
 void MaintenanceDialog::registerRow(ResumeNext& next, const cCentroApi& api, CommandButton& accept)
 {
     const cConfiguracion& session = Configuracion();
-    const bool inUse = next.condition([&] {
+    const bool heldByOther = next.condition([&] {
         return api.registroactivo(session.conLocalCentro, Name(), session.lngRowData, session.intIDUsuario);
     });
-    if (!inUse)
+    if (!heldByOther)
         return;
     next([&] { accept.Enabled = false; });
     next([&] { MarcaBloqueo = u"B"; });
@@ -118,7 +118,7 @@ Long MaintenanceDialog::insert(ResumeNext& next, const cCentroApi& api, const Ta
 {
     for (Long id = 0;;) {
         Err().Clear();
-        // Without a key nothing is inserted: a row 0 would be announced as a failure, and stay.
+        // No key, no insert: a row 0 would be reported as a failure and yet stay in the table.
         const bool drawn = next([&] { id = drawKey(api, key); });
         if (drawn)
             next([&] { execute(statementFor(id)); });

@@ -13,24 +13,23 @@
 
 namespace zv {
 
-/// Numbers of a dialog's captions for a new row and for one that is changed.
+/// Message numbers of a form's caption: for a new row, and for one that is changed.
 struct CaptionIds {
     Integer nuevo;
     Integer modificado;
 };
 
-/// Width of a table's key: 16 bits or 32.
 enum class KeyWidth { bits16, bits32 };
 
-/// Where the key of a new row is drawn.
+/// Table and key column of which `IDMax` gives the next free key.
 struct TableKey {
     StringView table;
     StringView column;
     KeyWidth width = KeyWidth::bits16;
 };
 
-/// The template of the maintenance dialogs: named pieces of their load, accept, guard and unload, which each
-/// dialog puts together in its own order.
+/// Base class of the maintenance dialogs: the building blocks of their load, accept, guard and unload, which
+/// each dialog calls in an order of its own.
 class MaintenanceDialog : public Form {
 public:
     ~MaintenanceDialog() override;
@@ -38,82 +37,87 @@ public:
 protected:
     explicit MaintenanceDialog(StringView name);
 
-    /// Elements of the array of the two buttons.
+    /// Indexes into the control array of the two buttons.
     static constexpr int aceptar = 0;
     static constexpr int cancelar = 1;
 
-    // The session's row.
+    // Session record: action and row.
     static bool changesRow();
     static bool createsRow();
     static String rowText();
-    /// The statement with the row's key in the place of each "{fila}".
+    /// Substitutes the session's key for each "{fila}" of the pattern.
     static String forRow(StringView pattern);
 
     // Load.
     void loadIcon();
     void lockDown(ResumeNext& next);
-    /// The tag that gives the form its caption.
+    /// Sets the form's tag to the number of its caption, which `localise` looks up.
     void tagCaption(ResumeNext& next, CaptionIds ids);
-    /// Texts by number, then the signs of the mandatory fields.
+    /// Localises by tag: texts by their numbers, then the signs of the mandatory fields.
     void localise(ResumeNext& next, const cCentroApi& api);
-    /// Runs a query into the dialog's recordset and tests Err: a failure, were it an earlier statement's, is
-    /// reported and gives False.
+    /// Runs a query into the dialog's recordset and tests Err: a failure, even one left by an earlier
+    /// statement, is reported and gives False.
     bool readRow(ResumeNext& next, StringView query, Integer messageId = message::readFailed);
-    /// Registers the row for the user; a row in use by another cannot be accepted.
+    /// Registration (advisory lock) of the row for this user; when another user holds it, the accept button
+    /// is disabled.
     void registerRow(ResumeNext& next, const cCentroApi& api, CommandButton& accept);
 
-    // The dialog's recordset: the last result that it fetched.
-    /// A query that fails leaves no rows, so that an earlier result is never read for this one.
+    // The dialog's one recordset: the result of its last query.
+    /// Runs a query. The old recordset is dropped first, so that after a failure its rows are never taken for
+    /// the new query's.
     void fetch(StringView query);
-    /// Fails with 91 when there is none. Counted: a host that calls the module from within its own connection
-    /// may make the dialog fetch others.
+    /// Fails with 91 when there is none. Shared ownership, against re-entrant calls: a host that calls the
+    /// module from within its own connection may make the dialog fetch another recordset while this one is
+    /// read.
     RecordsetPtr rows() const;
-    /// Hands the recordset over: the dialog keeps none.
+    /// Transfers ownership of the recordset; the dialog keeps none.
     RecordsetPtr takeRows() { return std::exchange(rows_, nullptr); }
     Value field(StringView name) const { return rows()->Fields(name); }
 
     // Accept.
-    /// Whether every text box and list of the form has a text; an empty one is reported.
+    /// Validates that every text box and list of the form has a text; an empty one is reported.
     bool everyFieldGiven();
     void makeSafe(ResumeNext& next, const cCentroApi& api);
-    /// Tests Err after a change: a failure is reported, and the dialog stays open.
+    /// Runs the statement and tests Err: a failure is reported, and the dialog stays open.
     bool update(ResumeNext& next, const std::function<String()>& statement);
-    /// Draws a key and inserts, and again with another key while the one drawn is taken by then (a retry
-    /// without limit); gives the key, 0 where none could be drawn. Any other failure is reported and stays in
-    /// Err. `statementFor` gives the statement for a key.
+    /// Retry loop without limit: draws a key and inserts; when the key was taken in the meantime, again with
+    /// another one. Gives the key, 0 where none could be drawn. Any other failure ends the loop, is reported
+    /// and stays in Err. `statementFor` gives the statement for a key.
     Long insert(ResumeNext& next, const cCentroApi& api, const TableKey& key,
                 const std::function<String(Long)>& statementFor);
 
     // Guard.
-    /// Whether none of the queries (patterns for the row) finds one. A failing one is reported and leaves the
-    /// result as the earlier ones gave it, False where it is the first.
+    /// The guard's loop: whether none of the queries (patterns for the row) finds a referring row. A query
+    /// that fails is reported and ends the loop; the result stays as the earlier ones gave it, False where it
+    /// is the first.
     bool unreferenced(std::span<const StringView> queries);
 
     // Lists.
-    /// An entry for each row of the recordset: a text and a number.
+    /// Fills the list from the recordset: an entry for each row, a text and a number.
     void addRows(ComboBox& list, StringView text, StringView data);
-    /// Chooses the first entry with that number; without one the choice stays as it was. Null is no entry's.
-    /// Where the number cannot be read, the row being gone, nothing is looked for: the comparison is no
-    /// condition that fails and chooses the first.
+    /// Chooses the first entry with that number; without one, or for Null, the choice stays as it was. The
+    /// number is an argument, read before the call: where the row is gone that read fails, and no failing
+    /// condition in here counts as true and chooses the first entry.
     static void choose(ComboBox& list, const Value& data);
 
     // Unload.
-    /// Takes the registration of the row away, unless another user holds it.
+    /// Releases the registration of the row, unless another user holds it.
     void releaseRow();
     void unregisterRow();
-    /// Hides the form and lets the host repaint.
+    /// Hides the form and runs the event loop once, so that the host repaints.
     void leaveScreen();
     void closeRows();
 
     // Design.
     static void designLabel(Label& label, StringView caption, Integer captionId, bool mandatory = true);
-    /// A text box of so many units and its label; the box selects its whole text on focus.
+    /// Designs a text box of `width` 16-bit units at most and its label; on focus the box selects its whole
+    /// text.
     static void designField(Label& label, StringView caption, Integer captionId, TextBox& box, Long width,
                             bool mandatory = true);
     static void designButton(CommandButton& button, StringView caption, Integer captionId = 0);
-    /// "Aceptar" and "Cancelar", with the numbers of their texts.
+    /// Designs "Aceptar" and "Cancelar" with the numbers of their texts.
     static void designButtons(CommandButton& accept, CommandButton& cancel);
-    /// Selects the whole text when the box gets the focus, so that typing replaces it.
+    /// Binds GotFocus to selecting the whole text, so that typing replaces it.
     static void selectAllOnFocus(TextBox& box);
 
 private:
@@ -122,7 +126,7 @@ private:
     RecordsetPtr rows_;
 };
 
-/// Discards a key that is neither a digit nor Backspace; whether it did.
+/// Key filter: discards a key that is neither a digit nor Backspace. True if it did.
 bool onlyDigits(Integer& KeyAscii);
 bool isBlank(const TextBox& box);
 

@@ -21,7 +21,8 @@ bool Acts::reach(Control& control, const std::function<void()>& act)
         return false;
     Form& form = control.form();
     form.moveFocus(&control, true);
-    // Leaving the old control may have closed the form or taken the target out of reach.
+    // Re-check: the LostFocus handler of the old control may have closed the form or made the target
+    // inaccessible.
     const bool reachable = control.accessible();
     if (reachable)
         act();
@@ -50,7 +51,7 @@ void Acts::activate(Control& control)
         if (box->accessible())
             control.form().guarded([&] { box->Value = static_cast<Integer>(1 - box->Value()); });
     } else if (auto* grid = dynamic_cast<MSFlexGrid*>(&control)) {
-        // Without a mouse there is no other way to what a click on the cell does.
+        // Keyboard equivalent of a click on the cell.
         if (grid->Row() >= 1 && grid->Row() < grid->Rows())
             raise(control, grid->Click);
     }
@@ -114,7 +115,7 @@ bool Acts::clickCell(MSFlexGrid& grid, Long row, Long column)
 
 bool Acts::doubleClickCell(MSFlexGrid& grid, Long row, Long column)
 {
-    // The first click may take the grid away; the second one lands nowhere then.
+    // The first click's handlers may make the grid inaccessible; the second click then lands nowhere.
     return clickCell(grid, row, column) && clickCellAgain(grid);
 }
 

@@ -4,8 +4,7 @@
 
 namespace zv {
 
-/// A person's acts on the model of the dialogs: the rules of focus, keys and events that every desktop goes
-/// by.
+/// A person's acts simulated on the model: the rules of focus, keys and events that every desktop shares.
 class Acts final : public Person {
 public:
     bool focus(Control& control) override;
@@ -17,7 +16,7 @@ public:
     bool choose(ComboBox& box, Long index) override;
     bool clickCell(MSFlexGrid& grid, Long row, Long column) override;
     bool doubleClickCell(MSFlexGrid& grid, Long row, Long column) override;
-    /// The second click alone, soon after clickCell.
+    /// The second half of a double click, soon after clickCell.
     bool clickCellAgain(MSFlexGrid& grid);
     bool scroll(MSFlexGrid& grid, Long row) override;
     bool clickTab(TabStrip& strip, Long tab) override;
@@ -25,13 +24,13 @@ public:
     bool close(Form& form) override;
 
 private:
-    /// Moves the focus to the control and does the act, if the control can still be acted upon then. Keys
-    /// that a handler sent follow.
+    /// Moves the focus to the control, then runs the act if the control is still accessible, then replays the
+    /// keys that a handler queued with SendKeys.
     bool at(Control& control, const std::function<void()>& act);
     bool reach(Control& control, const std::function<void()>& act);
     void press(Control& control, const Keystroke& key);
     void pressSentKeys(Form& form);
-    /// Enter, Escape and Tab, which the form answers itself.
+    /// Handles Enter, Escape and Tab, the form's own keys.
     bool pressFormKey(Control& control, Key key);
     void pressInText(TextBox& box, const Keystroke& key);
     static void editText(TextBox& box, Key key);
@@ -42,7 +41,7 @@ private:
     void activate(Control& control);
     void enterCell(MSFlexGrid& grid, Long row, Long column);
     void scrollTo(MSFlexGrid& grid, Long row);
-    /// One event of an act; the handler of an earlier one may have put the control out of reach.
+    /// Raises one event of an act, unless the handler of an earlier one has made the control inaccessible.
     template <class... A>
     void raise(Control& control, const Event<A...>& event, A... args)
     {

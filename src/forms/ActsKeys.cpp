@@ -40,8 +40,8 @@ constexpr Integer codeOf(Key key)
     return 0;
 }
 
-/// The number of a character's key: that of the capital letter or digit, 0 for what stands elsewhere on each
-/// keyboard.
+/// Key code of a character: that of the capital letter, digit or blank; -1 (never 0, which discards the key)
+/// for what stands elsewhere on each keyboard.
 Integer codeOf(StringView character)
 {
     const char16_t unit = lowerName(character).front();
@@ -50,7 +50,7 @@ Integer codeOf(StringView character)
     return (unit >= u'0' && unit <= u'9') || unit == u' ' ? static_cast<Integer>(unit) : Integer{-1};
 }
 
-/// The key whose character a handler left behind; Backspace is the one key of its own that has a number here.
+/// Key for the KeyAscii that a handler left; Backspace is the one named key with such a number.
 Keystroke keyOfAscii(Integer ascii)
 {
     if (ascii == 8)
@@ -67,7 +67,7 @@ CommandButton* buttonWith(Form& form, C role)
     return nullptr;
 }
 
-/// The first column that is not hidden, from one on; the present one if there is none.
+/// Next visible column, in steps from the given one; the current one if there is none.
 Long seenColumn(const MSFlexGrid& grid, Long from, Long step)
 {
     for (Long column = from; column >= 0 && column < grid.Cols(); column += step)

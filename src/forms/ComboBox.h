@@ -4,14 +4,15 @@
 
 namespace zv {
 
-/// A drop-down list. Entries count from 0; each carries a text and a number. An index outside fails with 381.
+/// A drop-down list. Indexes count from 0; each entry carries a text and a number. An index out of range
+/// fails with 381.
 class ComboBox final : public Control {
 public:
     ComboBox(Container& container, StringView name, int index = noIndex);
     ~ComboBox() override;
     bool takesFocus() const override { return true; }
 
-    /// The chosen entry, -1 for none. Raises Click on a change.
+    /// Index of the chosen entry, -1 for none. Raises Click on a change.
     Property<Long> ListIndex{*this, u"ListIndex", -1, [this](const Long& index) { assignListIndex(index); }};
     /// Width of the opened list in pixels; 0 is that of the box.
     Property<Long> DroppedWidth{*this, u"DroppedWidth"};
@@ -19,10 +20,10 @@ public:
 
     void AddItem(StringView text);
     void RemoveItem(Long index);
-    /// Takes every entry away; the choice becomes -1 without an event.
+    /// Removes every entry; the choice becomes -1 without an event.
     void Clear();
     Long ListCount() const { return static_cast<Long>(entries_.size()); }
-    /// Index of the entry that was added last; -1 when none was since Clear.
+    /// Index of the last added entry; -1 when none was since Clear.
     Long NewIndex() const { return newIndex_; }
     const String& List(Long index) const { return entry(index).text; }
     Long ItemData(Long index) const { return entry(index).data; }

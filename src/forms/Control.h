@@ -10,24 +10,24 @@ namespace zv {
 class Control;
 class Form;
 
-/// What a form does for its controls: the interface by which a control reaches the form that owns it.
+/// Interface of the form towards its controls (dependency inversion: Control.h needs no Form.h).
 class ControlSite {
 public:
-    /// A control was made: it is the last of the form's `Controls`.
+    /// Registers a new control as the last of the form's `Controls`.
     virtual void entered(Control& control) = 0;
     /// Whether a person can act on the form.
     virtual bool accessible() const = 0;
-    /// Moves the focus from code; a failure of the handlers is the caller's.
+    /// Moves the focus from code; a failure of the handlers propagates to the caller.
     virtual void focusOn(Control& control) = 0;
     virtual void bringToFront(Control& control) = 0;
-    /// nullptr: a list, cells or tabs.
+    /// Change notification; nullptr stands for a list, cells or tabs.
     virtual void controlChanged(Control& control, const PropertyBase* property) = 0;
 
 protected:
     ~ControlSite() = default;
 };
 
-/// What can hold controls: a form, or a frame on it.
+/// Interface of what can hold controls: a form, or a frame on it.
 class Container {
 public:
     virtual Form& containingForm() = 0;
@@ -39,8 +39,8 @@ protected:
     ~Container() = default;
 };
 
-/// A control of a form. It enters the form's `Controls` when it is made, so that their order is that of
-/// declaration. Places and sizes are twips, within the container.
+/// Base class of the controls. The constructor registers it in the form's `Controls`, so that their order is
+/// that of declaration. Positions and sizes are twips, relative to the container.
 class Control : public PropertyOwner {
 public:
     static constexpr int noIndex = -1;
@@ -48,22 +48,21 @@ public:
     ~Control() override;
 
     const String& Name() const { return name_; }
-    /// Place in its control array, or noIndex.
+    /// Index in its control array, or noIndex.
     int Index() const { return index_; }
     /// Name with the index of an array in parentheses: "cmdIdioma(0)".
     String fullName() const;
     Form& form() const { return form_; }
-    /// The frame that holds it, or nullptr when it stands on the form itself.
+    /// Parent frame, or nullptr when it stands on the form itself.
     Control* frame() const { return frame_; }
-    /// The label that names it (layouts record it), or nullptr: for those who do not see what stands beside
-    /// it.
+    /// The label that names it, recorded by layouts for screen readers; or nullptr.
     const Control* label() const { return label_; }
     void labelledBy(const Control& label) { label_ = &label; }
     /// Whether a person can act on it: visible and enabled, and so every frame around it and the form.
     bool accessible() const;
     virtual bool takesFocus() const { return false; }
     /// Moves the focus here from code: LostFocus of the old control, then GotFocus. Fails with 5 if it cannot
-    /// have it.
+    /// take the focus.
     void SetFocus();
     /// Brings the control to the front of its container.
     void ZOrder();
@@ -87,7 +86,7 @@ protected:
     const Member* memberNamed(StringView name) const override;
     ControlSite& ownSite() const { return site_; }
     Control(Container& container, StringView typeName, StringView name, int index);
-    /// Tells the view that a list, cells or tabs changed.
+    /// Change notification for the view: a list, cells or tabs changed.
     void contentChanged();
 
 private:
@@ -96,12 +95,12 @@ private:
     Form& form_;
     Control* frame_;
     const Control* label_ = nullptr;
-    StringView typeName_; ///< A literal.
+    StringView typeName_; ///< Not owned: a literal.
     String name_;
     int index_;
 };
 
-/// The controls of a form that share a name; an index that is not there fails with 340.
+/// Control array: controls of a form that share a name; an index out of range fails with 340.
 template <class C, std::size_t N>
 class ControlArray {
 public:

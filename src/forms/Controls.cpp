@@ -10,7 +10,7 @@ namespace {
 
 Long lengthOf(const String& text) { return static_cast<Long>(text.size()); }
 
-/// A box shows a text up to its first character of code 0, and so holds no more than that.
+/// The text up to its first character of code 0, as much as a box holds.
 StringView shown(StringView text) { return text.substr(0, text.find(u'\0')); }
 
 } // namespace

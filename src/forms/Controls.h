@@ -4,15 +4,15 @@
 
 namespace zv {
 
-/// The basic controls. Each has the properties, methods and events of its kind that dialogs use, all of them
-/// reachable by name as well.
+/// The basic controls: of each kind the properties, methods and events that dialogs use, all of them
+/// late-bound as well.
 
 class Label final : public Control {
 public:
     Label(Container& container, StringView name, int index = noIndex);
     ~Label() override;
     Property<String> Caption{*this, u"Caption"};
-    /// "*" on the label of a mandatory field.
+    /// Marker: "*" on the label of a mandatory field.
     Property<String> Marca{*this, u"Marca"};
     /// Whether the view draws the sign of a mandatory field.
     Property<bool> Obligatorio{*this, u"Obligatorio"};
@@ -24,10 +24,10 @@ public:
     ~TextBox() override;
     bool takesFocus() const override { return true; }
 
-    /// What the suite's helper object made of the text; any later change of the text empties it.
+    /// Cache of the text as the suite's helper object escaped it; any later change of the text empties it.
     Property<String> TextoDoblado{*this, u"TextoDoblado"};
-    /// A text ends at its first character of code 0; one longer than MaxLength is cut. Moves the caret to the
-    /// start; raises Change if the text differs.
+    /// Assigning truncates: at the first character of code 0, and at MaxLength. Moves the caret to the start;
+    /// raises Change if the text differs.
     Property<String> Text{*this, u"Text", {}, [this](const String& text) { assignText(text); }};
     /// In 16-bit units; 0 is no limit.
     Property<Long> MaxLength{*this, u"MaxLength"};
@@ -45,15 +45,15 @@ public:
 private:
     friend class Acts;
     void assignText(const String& text);
-    /// Puts a text in the place of the selection, the caret behind it; raises Change if the text differs.
-    /// What does not fit under MaxLength is cut off the new text.
+    /// Replaces the selection, the caret behind it; raises Change if the text differs. The new text is
+    /// truncated to what fits under MaxLength.
     void replaceSelection(StringView text);
-    /// Puts a character there, whole or not at all: a full box refuses it.
+    /// Replaces the selection by one typed character, whole or not at all: a full box refuses it.
     void typeText(StringView text);
-    /// The places one character before and after a place.
+    /// Caret positions one character back and forward; a pair of surrogates is one character.
     Long stepBefore(Long at) const;
     Long stepAfter(Long at) const;
-    /// The text with the caret in its new place, then Change if it differs.
+    /// Stores text and caret, then raises Change if the text differs.
     void change(const String& text, Long caret);
     void assignSelStart(Long start);
     void assignSelLength(Long length);
@@ -65,7 +65,7 @@ public:
     ~CommandButton() override;
     bool takesFocus() const override { return true; }
     Property<String> Caption{*this, u"Caption"};
-    /// Assigning True makes it the form's only default (cancel) button.
+    /// Exclusive roles: assigning True takes the role from the form's other buttons.
     Property<bool> Default{*this, u"Default", false, [this](const bool& on) { assignRole(Default, on); }};
     Property<bool> Cancel{*this, u"Cancel", false, [this](const bool& on) { assignRole(Cancel, on); }};
     /// Assigning True presses the button: Click, with the focus left where it is. Always reads False.
@@ -98,7 +98,8 @@ public:
     ~OptionButton() override;
     bool takesFocus() const override { return true; }
     Property<String> Caption{*this, u"Caption"};
-    /// When it becomes True its neighbours in the same container become False first, then Click is raised.
+    /// Radio group: when it becomes True its neighbours in the same container become False first, then Click
+    /// is raised.
     Property<bool> Value{*this, u"Value", false, [this](const bool& on) { assignValue(on); }};
     Event<> Click;
 

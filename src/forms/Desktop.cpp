@@ -6,10 +6,10 @@ namespace {
 
 constexpr Long averageCharacterWidth = 105; ///< Twips, of an ordinary 9-point font.
 
-Desktop*& inUse()
+Desktop*& current()
 {
-    static Desktop* current = nullptr;
-    return current;
+    static Desktop* desktop = nullptr;
+    return desktop;
 }
 
 std::function<void()>& whileWaiting()
@@ -32,14 +32,14 @@ void Desktop::changed(PropertyOwner&, const PropertyBase*) {}
 
 Desktop& desktop()
 {
-    if (inUse() == nullptr)
+    if (current() == nullptr)
         fail(failure::invalidCall, u"no hay escritorio en el que mostrar ventanas");
-    return *inUse();
+    return *current();
 }
 
-bool hasDesktop() { return inUse() != nullptr; }
+bool hasDesktop() { return current() != nullptr; }
 
-void useDesktop(Desktop* desktop) { inUse() = desktop; }
+void useDesktop(Desktop* desktop) { current() = desktop; }
 
 void onWaiting(std::function<void()> act) { whileWaiting() = std::move(act); }
 

@@ -12,14 +12,14 @@ class Form;
 class PropertyBase;
 class PropertyOwner;
 
-/// The seam to a screen: all that dialogs need of one.
+/// Port to a screen (dependency inversion): all that dialogs need of one.
 class Desktop {
 public:
     virtual ~Desktop() = default;
 
     /// A form became visible, after Form_Load and before Form_Activate.
     virtual void opened(Form& form) = 0;
-    /// Lets a person act on the form until it is no longer visible.
+    /// Modal loop: lets a person act on the form until it is no longer visible.
     virtual void runModal(Form& form) = 0;
     /// A form was unloaded, after Form_Unload.
     virtual void closed(Form& form) = 0;
@@ -27,28 +27,30 @@ public:
     virtual void beep() = 0;
     /// Lets the screen repaint.
     virtual void doEvents() = 0;
-    /// An event handler failed and no routine trapped it: shows number and text.
+    /// Last-resort handler of a failure in an event that no routine trapped: shows number and text.
     virtual void handlerFailed(const RuntimeError& error) = 0;
     /// Width of a text in the form's font, in twips.
     virtual Long textWidth(StringView text);
-    /// A property, the list or the cells of a control changed.
+    /// Observer callback: a property, the list or the cells (nullptr) of a control changed.
     virtual void changed(PropertyOwner& owner, const PropertyBase* property);
 };
 
-/// The desktop in use. Using one where none was set fails with 5.
+/// The process's current desktop; fails with 5 where none was set.
 Desktop& desktop();
 bool hasDesktop();
-/// nullptr takes it away. The caller keeps it alive.
+/// Sets the current desktop, which the caller keeps alive; nullptr removes it.
 void useDesktop(Desktop* desktop);
 
-/// What the program does now and then while a dialog waits for a person.
+/// Registers a callback for the time that a dialog waits for a person: a heartbeat, say.
 void onWaiting(std::function<void()> act);
-/// Does it. A desktop whose person takes his time calls this about once a minute, between two events.
+/// Runs that callback. A desktop whose person takes his time calls this about once a minute, between two
+/// events.
 void waiting();
 
-/// Where the suite's help file stands, for a person who asks for help in a dialog; "" if nobody said so.
+/// Path of the suite's help file, for a person who asks for help in a dialog; "" without a registered
+/// callback.
 String helpFile();
-/// Who says it.
+/// Registers the callback that gives that path, so that this floor need not know whose it is.
 void onHelp(std::function<String()> file);
 
 /// Signs of a message box.
@@ -58,13 +60,13 @@ inline constexpr Integer exclamation = 48;
 inline constexpr Integer information = 64;
 } // namespace sign
 
-/// Where nobody can read it, it fails: with what Err holds, which is what it would tell of, and its own
-/// words.
+/// Without a desktop it fails: with the failure in Err, which the message would report, or else with 5; the
+/// description adds the message.
 void MsgBox(StringView prompt, Integer flags, StringView title);
-/// Where there is no desktop, nothing sounds, and nothing is repainted.
+/// No-ops without a desktop.
 void Beep();
 void DoEvents();
-/// Queues keys, "{END}" for the End key and plain characters, to follow after the key in hand.
+/// Queues keys, "{END}" for the End key and plain characters, which are replayed after the key in hand.
 void SendKeys(StringView keys);
 
 } // namespace zv

@@ -5,8 +5,8 @@
 
 namespace zv {
 
-/// An event of a control or form, with at most one handler. Raising it without one does nothing; a failure of
-/// the handler reaches whoever raised it.
+/// Event of a control or form, with at most one handler (callback). Raising it without one does nothing; a
+/// failure of the handler propagates to whoever raised it.
 template <class... Args>
 class Event {
 public:

@@ -166,7 +166,7 @@ void Form::moveFocus(Control* to, bool byPerson)
     focus_ = nullptr;
     if (from != nullptr)
         raise(from->LostFocus);
-    // The handler may have closed the form, or moved the focus itself.
+    // Re-check: the handler may have closed the form, or moved the focus itself.
     if (!loaded_ || focus_ != nullptr || to == nullptr || !to->accessible())
         return;
     focus_ = to;

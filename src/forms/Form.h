@@ -5,13 +5,13 @@
 
 namespace zv {
 
-/// Shapes of the pointer over a form.
+/// Shapes of the mouse pointer over a form.
 namespace pointer {
 inline constexpr Integer standard = 0;
 inline constexpr Integer hourglass = 11;
 } // namespace pointer
 
-/// The controls of a form in their order. By name: Count, Item(position from 0).
+/// Collection of a form's controls in their order. Late-bound: Count, Item(position from 0).
 class ControlList final : public Object {
 public:
     auto begin() const { return controls_.begin(); }
@@ -31,8 +31,8 @@ private:
     std::vector<Control*> controls_;
 };
 
-/// A modal dialog: the model of its window, and its life. An instance lives until the process ends and is
-/// loaded afresh by each Show that finds it unloaded.
+/// Base class of the modal dialogs: model of the window, and life cycle. An instance is single and lives
+/// until the process ends; each Show loads it afresh if it is unloaded.
 class Form : public PropertyOwner, public Container, private ControlSite {
 public:
     ~Form() override;
@@ -47,35 +47,36 @@ public:
     /// Twips, the frame of the window not counted.
     Property<Long> Width{*this, u"Width"};
     Property<Long> Height{*this, u"Height"};
-    /// "B" when the row is in use by another user.
+    /// "B" when another user holds the row's registration.
     Property<String> MarcaBloqueo{*this, u"MarcaBloqueo"};
     Picture Icon;
     ControlList Controls;
 
     bool loaded() const { return loaded_; }
-    /// Puts everything back to its design state and runs Form_Load. A failure of Form_Load leaves the form
-    /// unloaded and is the caller's. Does nothing if the form is loaded.
+    /// Restores the design state and runs Form_Load. A failure of Form_Load leaves the form unloaded and
+    /// propagates. Does nothing if the form is loaded.
     void Load();
-    /// Loads if need be, makes the form visible, runs Form_Activate, and returns when the form is hidden or
-    /// unloaded.
+    /// Loads if need be, makes the form visible, runs Form_Activate, and blocks in the modal loop until the
+    /// form is hidden or unloaded.
     void Show();
     void Hide();
-    /// Runs Form_Unload and ends the load, even if Form_Unload fails; that failure is then the caller's.
-    /// Does nothing if the form is not loaded.
+    /// Runs Form_Unload and ends the load, even if Form_Unload fails; that failure then propagates. Does
+    /// nothing if the form is not loaded.
     void Unload();
 
-    /// The control that has the focus, or none.
+    /// The control with the focus, or nullptr.
     Control* ActiveControl() const { return focus_; }
     /// Controls that were brought to the front, the last one first.
     const std::vector<Control*>& frontToBack() const { return frontToBack_; }
-    /// The control of that name (and index), or nullptr. Does not load the form.
+    /// Lookup by name (and index), or nullptr. Does not load the form.
     Control* find(StringView name, int index = Control::noIndex) const;
-    /// A control reached from outside: loads the form. Fails with 438 if there is none of that name.
+    /// Lookup for code outside the dialog: loads the form as a side effect. Fails with 438 if there is none
+    /// of that name.
     Control& reach(StringView name, int index = Control::noIndex);
 
-    /// Runs the handlers of one event of a person's act. A failure that no routine trapped ends here: it is
-    /// shown, the pointer goes back to the default, and a form that the handler had disabled is enabled
-    /// again. Without a desktop it is the caller's.
+    /// Error boundary of one event of a person's act: a failure that no routine trapped is shown, the pointer
+    /// goes back to the default, and a form that the handler had disabled is enabled again. Without a desktop
+    /// it propagates.
     void guarded(const std::function<void()>& event);
 
     StringView TypeName() const override { return name_; }
@@ -94,7 +95,7 @@ protected:
     virtual void Form_Click() {}
     virtual void Form_Unload() {}
 
-    /// Binds an event of a control to a handler of the dialog.
+    /// Binds a member function of the dialog to an event of a control.
     template <class F, class... A>
     void on(Event<A...>& event, void (F::*handler)(A...))
     {
@@ -119,12 +120,13 @@ private:
     void bringToFront(Control& control) override;
     void propertyChanged(const PropertyBase& property) override;
     void controlChanged(Control& control, const PropertyBase* property) override;
-    /// Moves the focus: LostFocus of the old control, GotFocus of the new one. The two events of a person's
-    /// act are guarded one by one; a failure of those that code causes is the caller's.
+    /// Moves the focus: LostFocus of the old control, GotFocus of the new one. By a person, each of the two
+    /// events has an error boundary of its own; by code, a failure propagates.
     void moveFocus(Control* to, bool byPerson);
-    /// Gives the focus to the next control that can have it when the one that has it no longer can.
+    /// Moves the focus on when its control has become inaccessible.
     void settleFocus();
-    /// The control after (before) that one, in a circle, that can have the focus; nullptr starts at the end.
+    /// Tab order, cyclic: the control after (before) that one that can take the focus; nullptr starts at the
+    /// end.
     Control* nextFocus(const Control* from, bool forward) const;
 
     String name_;
@@ -135,7 +137,7 @@ private:
     std::vector<Control*> frontToBack_; ///< Controls that were brought to the front, the last one first.
 };
 
-/// The hourglass over a form while a routine works; the default pointer is back at its end.
+/// RAII guard: the hourglass over a form while a routine works, then the default pointer.
 class Hourglass {
 public:
     explicit Hourglass(Form& form) : form_(form) { form_.MousePointer = pointer::hourglass; }

@@ -29,7 +29,7 @@ using Keystroke = std::variant<Key, String>;
 /// Takes the first character off a text, as a key; a pair of surrogates is one.
 Keystroke takeKey(StringView& text);
 
-/// Keys that a program sends, to follow after the key in hand.
+/// Queue of keys that a program sends, replayed after the key in hand.
 class KeyQueue {
 public:
     /// "{END}", "{HOME}", "{TAB}", "{ENTER}", "{ESC}", "{BS}", "{DEL}", "{LEFT}", "{RIGHT}", "{UP}",
@@ -42,7 +42,7 @@ private:
     std::deque<Keystroke> queue_;
 };
 
-/// The one queue of the process.
+/// The process's one queue.
 KeyQueue& sentKeys();
 
 } // namespace zv

@@ -90,7 +90,7 @@ Long tabsWidth(TabStrip& strip)
     return width;
 }
 
-/// The frame whose inside is laid out.
+/// Downcast: the frame whose inside is laid out.
 Frame& frameOf(Container& container) { return dynamic_cast<Frame&>(*container.asControl()); }
 
 } // namespace

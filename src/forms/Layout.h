@@ -25,10 +25,10 @@ enum class ButtonKeys {
 /// end(). All twips.
 class Layout {
 public:
-    /// Of a form, or of a frame that is then given to frame() or tabs() of the layout around it.
+    /// Layout of a form, or of a frame that is then given to frame() or tabs() of the layout around it.
     explicit Layout(Container& container) : container_(container) {}
 
-    /// Room for captions that come later: the label column is at least as wide as this text.
+    /// Minimum width of the label column, for captions that come later: that of this text.
     Layout& labels(StringView sample);
     /// A label and the field that it names (which is recorded, as in all that take a label); small buttons
     /// ("...", "<", ">") behind the field.
@@ -37,7 +37,7 @@ public:
     Layout& above(Label& label, Control& field);
     /// Tick boxes, options or fields without a label, one under the other, in the column of the fields.
     Layout& line(std::initializer_list<Control*> controls);
-    /// A control as wide as the dialog, so many lines high: a grid.
+    /// A control as wide as the dialog and so many lines high: a grid.
     Layout& block(Control& control, Long lines);
     /// Buttons side by side at the right.
     Layout& bar(std::initializer_list<CommandButton*> buttons);
@@ -47,7 +47,7 @@ public:
     Layout& tabs(TabStrip& strip, std::initializer_list<Layout> pages);
     /// A control of the form that lies over the pages of the tabs given last.
     Layout& over(Control& control);
-    /// A field that code moves: it gets only its size.
+    /// A floating field, which code positions: it gets only its size.
     Layout& floating(Control& field);
     /// Ends the dialog: accept and cancel at the bottom right.
     void buttons(CommandButton& accept, CommandButton& cancel, ButtonKeys keys = ButtonKeys::enterAndEscape);
@@ -66,15 +66,15 @@ private:
     };
     Layout& add(Item item);
     Long labelColumn() const;
-    /// What the widest item needs.
+    /// Width of the widest item.
     Long neededWidth() const;
     Long neededWidth(const Item& item) const;
-    /// Places everything from the point on; gives where it ends below.
+    /// Positions everything from that point on; gives the bottom edge.
     Long place(Long left, Long top, Long width) const;
     Long placeItem(const Item& item, Long left, Long top, Long width) const;
     Long placeRow(const Item& item, Long left, Long top) const;
     static Long placePages(const Item& item, Long left, Long top, Long width);
-    /// Places the frame and what is in it; gives its height.
+    /// Positions the frame and its content; gives its height.
     Long placeFrame(Long left, Long top, Long width) const;
 
     Container& container_;

@@ -6,8 +6,8 @@
 
 namespace zv {
 
-/// A grid of texts with one fixed row, the heading, and no fixed column. Rows and columns count from 0; one
-/// outside fails with 381. Measures are twips.
+/// A grid of texts with one fixed row, the heading, and no fixed column. Indexes count from 0; one out of
+/// range fails with 381. Measures are twips.
 class MSFlexGrid final : public Control {
 public:
     MSFlexGrid(Container& container, StringView name, int index = noIndex);
@@ -16,13 +16,13 @@ public:
 
     Property<Long> Rows{*this, u"Rows", 2, [this](const Long& rows) { resize(rows, Cols()); }};
     Property<Long> Cols{*this, u"Cols", 2, [this](const Long& columns) { resize(Rows(), columns); }};
-    /// The present cell. Assigning it selects that cell alone.
+    /// Current cell; assigning it selects that cell alone.
     Property<Long> Row{*this, u"Row", 1, [this](const Long& row) { moveTo(row, Col()); }};
     Property<Long> Col{*this, u"Col", 0, [this](const Long& column) { moveTo(Row(), column); }};
     Property<Long> RowSel{*this, u"RowSel", 1, [this](const Long& row) { RowSel.store(checkedRow(row)); }};
     Property<Long> ColSel{*this, u"ColSel", 0,
                           [this](const Long& column) { ColSel.store(checkedColumn(column)); }};
-    /// First row under the heading.
+    /// Scroll position: the first row under the heading.
     Property<Long> TopRow{*this, u"TopRow", 1,
                           [this](const Long& row) { TopRow.store(std::max<Long>(checkedRow(row), 1)); }};
     Property<Long> RowHeightMin{*this, u"RowHeightMin"};
@@ -45,17 +45,17 @@ public:
     void setColAlignment(Long column, Integer alignment);
     /// Empties every cell and row number; rows, columns and widths stay.
     void Clear();
-    /// Adds a row; tabs part its cells.
+    /// Appends a row; tab characters separate its cells.
     void AddItem(StringView text);
     /// Fails with 381 for the fixed row too.
     void RemoveItem(Long row);
 
     Long rowHeight() const;
-    /// Rows under the heading that are seen whole.
+    /// Number of rows under the heading that are seen whole.
     Long visibleRows() const;
-    /// The row under the heading when the grid is scrolled to its end.
+    /// Last scroll position: the row under the heading when the grid is scrolled to its end.
     Long lastTopRow() const;
-    /// Place and size of the present cell within the grid.
+    /// Position and size of the current cell within the grid.
     Long CellLeft() const;
     Long CellTop() const;
     Long CellWidth() const { return ColWidth(Col()); }

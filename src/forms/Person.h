@@ -10,10 +10,10 @@ class ComboBox;
 class MSFlexGrid;
 class TabStrip;
 
-/// What a person does at the dialogs, whether by the model alone (`Acts`) or at real windows. Each act first
+/// Interface of a person at the dialogs, simulated on the model (`Acts`) or at real windows. Each act first
 /// moves the focus to the control, if it is not there: LostFocus of the old, then GotFocus of the new; then
-/// the act's own events. A failure of a handler ends in Form::guarded. An act on what cannot be acted upon
-/// does nothing and returns false.
+/// come the act's own events. A failure of a handler ends in the error boundary Form::guarded. An act on an
+/// inaccessible control does nothing and returns false.
 class Person {
 public:
     virtual ~Person() = default;
@@ -35,8 +35,8 @@ public:
     virtual bool clickCell(MSFlexGrid& grid, Long row, Long column) = 0;
     /// A click, and a second one soon after, which is DblClick alone.
     virtual bool doubleClickCell(MSFlexGrid& grid, Long row, Long column) = 0;
-    /// Scrolls until that row is the first under the heading, or the last one is seen; no event where nothing
-    /// moves.
+    /// Scrolls until that row is the first under the heading, or the last one is visible; no event where
+    /// nothing moves.
     virtual bool scroll(MSFlexGrid& grid, Long row) = 0;
     /// Clicks tab n, counted from 1. 381 if there is none.
     virtual bool clickTab(TabStrip& strip, Long tab) = 0;

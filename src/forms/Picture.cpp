@@ -11,7 +11,7 @@ namespace zv {
 
 namespace {
 
-/// How the files of pictures start: icon, bitmap, PNG, JPEG, GIF.
+/// Magic numbers: icon, bitmap, PNG, JPEG, GIF.
 constexpr std::array<std::string_view, 5> starts{std::string_view("\0\0\1\0", 4), "BM", "\x89PNG\r\n\x1a\n",
                                                  "\xff\xd8\xff", "GIF8"};
 

@@ -8,15 +8,15 @@ namespace zv {
 
 class PropertyBase;
 
-/// A form or a control: an object whose members are properties. Each property has a design value, to which
-/// every load of the form puts it back.
+/// Base class of forms and controls: an object whose members are properties. Each property has a design
+/// value, which every load of the form restores.
 class PropertyOwner : public Object {
 public:
-    /// Remembers the present values as the design.
+    /// Snapshot: the present values become the design.
     virtual void sealDesign();
-    /// Puts every property back to its design, without events.
+    /// Restores the snapshot, without events.
     virtual void restoreDesign();
-    /// The property of that name, or none.
+    /// Lookup by name; nullptr if there is none.
     PropertyBase* findProperty(StringView name) const;
 
     /// The class's members, then its properties.
@@ -24,7 +24,7 @@ public:
 
 private:
     friend class PropertyBase;
-    /// Told after a property's value has changed, so that a view can follow.
+    /// Observer hook: called after a property's value has changed, so that a view can follow.
     virtual void propertyChanged(const PropertyBase& property) = 0;
     std::vector<PropertyBase*> properties_;
 };
@@ -48,7 +48,7 @@ private:
     virtual void seal() = 0;
     virtual void restore() = 0;
     PropertyOwner& owner_;
-    StringView name_; ///< A literal.
+    StringView name_; ///< Not owned: a literal.
 };
 
 /// A property that is read and assigned like a variable. What an assignment does beyond storing (cutting a
@@ -79,7 +79,7 @@ public:
     /// Fails as the conversion does (94 for Null).
     Property& operator=(const Value& value) { return *this = valueTo<T>(value); }
 
-    /// Keeps the value and tells the view, with no other consequence.
+    /// Stores the value and notifies the view, with no other side effect.
     void store(const T& value)
     {
         if (value == value_)
@@ -99,7 +99,7 @@ private:
     Assign assign_;
 };
 
-// Made once, in Property.cpp, and not anew in each dialog's file.
+// Explicit instantiation: compiled once, in Property.cpp, and not in each dialog's file.
 extern template class Property<String>;
 extern template class Property<bool>;
 extern template class Property<Integer>;

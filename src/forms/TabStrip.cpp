@@ -8,7 +8,7 @@ namespace zv {
 
 namespace {
 
-/// The tabs of a strip as a collection, for code that walks them by name.
+/// Late-bound collection of a strip's tabs.
 class TabCollection final : public Object {
 public:
     explicit TabCollection(TabStrip& strip) : strip_(strip) {}

@@ -6,12 +6,12 @@ namespace zv {
 
 class TabStrip;
 
-/// One tab of a strip. By name: Caption, ToolTipText, Index, Selected.
+/// One tab of a strip. Late-bound: Caption, ToolTipText, Index, Selected.
 class StripTab final : public Object {
 public:
     StripTab(TabStrip& strip, Long index, String caption, String toolTip);
 
-    /// Place in the strip, from 1.
+    /// Index in the strip, from 1.
     Long Index() const { return index_; }
     bool Selected() const;
     /// True always raises the strip's Click, even where the tab is selected already.
@@ -30,14 +30,14 @@ private:
     Long index_;
 };
 
-/// A strip of tabs, counted from 1. One that is not there fails with 381.
+/// A strip of tabs; indexes count from 1, and one out of range fails with 381.
 class TabStrip final : public Control {
 public:
     TabStrip(Container& container, StringView name, int index = noIndex);
     ~TabStrip() override;
     bool takesFocus() const override { return true; }
 
-    /// Design: adds a tab. The first one is selected.
+    /// Adds a tab, at design time only. The first one is selected.
     void addTab(StringView caption, StringView toolTip = {});
     StripTab& Tabs(Long index);
     Long tabCount() const { return static_cast<Long>(tabs_.size()); }

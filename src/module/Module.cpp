@@ -12,8 +12,8 @@ namespace zv {
 
 namespace {
 
-/// Where the instance will stand is made ready: it then ends after whatever is set up behind the module. A
-/// dialog without ComprobarEliminacion has no rows that are deleted.
+/// Registers a dialog. Its static slot is created here, so that it is destroyed after whatever is set up
+/// behind the module. A dialog without ComprobarEliminacion has no guard.
 template <class Dialog>
 void addDialog(StringView name)
 {
@@ -32,14 +32,15 @@ void addDialogs(DialogList<Dialog...> /*all*/)
     (addDialog<Dialog>(*name++), ...);
 }
 
-/// Other stations are to see that the rows open here are not left behind.
+/// Heartbeat: tells other stations that the rows registered here are not abandoned.
 void signOfLife()
 {
     try {
         if (const ConnectionPtr& centro = Configuracion().conLocalCentro)
             giveSign(*centro, thisStation());
     } catch (const RuntimeError&) {
-        // A sign may be missed; what fails for good, the dialog's next statement tells.
+        // Best effort: a missed heartbeat does no harm, and a lasting failure is reported by the dialog's
+        // next statement.
     }
 }
 

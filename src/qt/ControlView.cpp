@@ -15,7 +15,7 @@ void ControlView::watch()
 {
     widget().setObjectName(toQt(control().fullName()));
     widget().setAttribute(Qt::WA_NoMousePropagation);
-    // A click gives the focus through the acts, not through the toolkit.
+    // No click focus by the toolkit: a click gives the focus through the acts.
     input().setFocusPolicy(control().takesFocus() ? Qt::TabFocus : Qt::NoFocus);
     input().installEventFilter(this);
 }

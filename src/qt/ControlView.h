@@ -11,18 +11,17 @@ namespace zv {
 
 class ControlView;
 
-/// What the views of controls need of the window in which they stand.
+/// Interface of the window towards the views in it (dependency inversion).
 class ViewHost {
 public:
-    /// Does an act of a person and brings the window in step. False if the act could not be done.
+    /// Runs a person's act, then synchronises the window with the model. False if the act could not be done.
     virtual bool act(const std::function<bool(Acts&)>& what) = 0;
-    /// Whether an act goes on, or the window is not yet ready for one.
+    /// Re-entrancy flag: an act is running, or the window is not yet ready for one.
     virtual bool busy() const = 0;
     virtual bool alive() const = 0;
-    /// Pixels for a measure in twips.
     virtual int pixels(Long twips) const = 0;
     virtual QWidget* focusWidget() const = 0;
-    /// The toolkit gave the focus to a control (for an assistive program, say): so does the form.
+    /// Callback of a focus change that came from the toolkit (an assistive program, say): the form follows.
     virtual void takeFocusOver(ControlView& view) = 0;
     /// Opens the manual at this dialog's page.
     virtual void help() = 0;
@@ -31,40 +30,41 @@ protected:
     ~ViewHost() = default;
 };
 
-/// The widget of a control: follows the model, and hands what a person does at it to the form's acts. The
-/// model decides; where the widget went ahead, it is brought back in step afterwards.
+/// View of a control (model and view): observes the model, and turns what a person does at the widget into
+/// acts on the form. The model decides; a widget that went ahead is synchronised afterwards.
 class ControlView : public QObject {
 public:
     virtual Control& control() const = 0;
     virtual QWidget& widget() const = 0;
-    /// The widget that has the focus and gets the keys.
+    /// The focus widget, which gets the keys.
     virtual QWidget& input() const { return widget(); }
-    /// Where the widgets of a frame's controls stand.
+    /// Parent widget for the controls of a frame.
     QWidget& inside() const { return widget(); }
 
-    /// A property changed; nullptr: list, cells or tabs.
+    /// Observer callback: a property changed; nullptr stands for list, cells or tabs.
     void changed(const PropertyBase* property);
     void followAll();
-    /// Does now what waits until the next pause.
+    /// Runs a coalesced update now.
     void flush();
-    /// After every widget of the form is there: what a screen reader calls this one.
+    /// Second pass, once every widget of the form is there: sets the name that a screen reader reads out.
     virtual void name() {}
 
 protected:
     explicit ControlView(ViewHost& window) : window_(window) {}
-    /// Watches the input's keys and focus. Once, when the widget is there.
+    /// Installs the event filter for the input's keys and focus; once, when the widget is there.
     void watch();
-    /// Text, value, list: what is the control's own.
+    /// Copies the control's content (text, value, list) from the model to the widget.
     virtual void followContent() = 0;
-    /// Whether many changes may come one after the other, so that only the last is worth following.
+    /// Whether updates are coalesced: many changes may come in a row, and only the last is worth showing.
     virtual bool inBulk() const { return false; }
-    /// A key that the dialogs know. True: the widget does not get it.
+    /// Filter for keys that the dialogs know. True: the widget does not get it.
     virtual bool press(const Keystroke& key);
-    /// Any other event of the input or of what else is watched. True: the widget does not get it.
+    /// Filter for any other event of the input or of another watched widget. True: the widget does not get
+    /// it.
     virtual bool handle(QObject&, QEvent&) { return false; }
-    /// Does an act of the person, if the window is still there, and brings the screen in step.
+    /// Runs a person's act, if the window is still there, and synchronises the screen.
     bool act(const std::function<bool(Acts&)>& what);
-    /// Calls back from the event loop, unless the view is gone then.
+    /// Callback from the event loop, dropped if the view has been destroyed by then.
     void later(const std::function<void()>& what);
     ViewHost& window() const { return window_; }
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -76,7 +76,7 @@ private:
     bool waiting_ = false;
 };
 
-/// A view of a kind of control by a kind of widget.
+/// View of control class C by widget class W, which it owns.
 template <class C, class W>
 class ViewOf : public ControlView {
 public:
@@ -91,7 +91,7 @@ private:
     std::unique_ptr<W> widget_;
 };
 
-/// The view that fits the kind of the control.
+/// Factory: the view that fits the kind of the control.
 std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, QWidget& parent);
 
 } // namespace zv

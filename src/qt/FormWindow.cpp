@@ -19,7 +19,7 @@ namespace zv {
 namespace {
 
 constexpr int twipsPerInch = 1440;
-/// The forms reckon with 105 twips for an ordinary letter, and with 315 for the height of a field.
+/// Metrics that the forms assume, in twips: 105 for an ordinary letter, 315 for the height of a field.
 const QString ordinaryLetters = QStringLiteral("abcdeghknopqsuvxyz");
 constexpr Long letterWidth = 105;
 constexpr Long lineHeight = 255;
@@ -43,7 +43,7 @@ FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(for
 FormWindow::~FormWindow()
 {
     alive_ = false;
-    // What is in a frame goes before the frame.
+    // Destruction in reverse order: children before their frame.
     while (!views_.empty())
         views_.pop_back();
 }
@@ -108,7 +108,8 @@ void FormWindow::follow()
 
 void FormWindow::stack()
 {
-    // Tabs and grids lie under what stands in their place; what was brought to the front lies over all.
+    // Z order: tabs and grids lie under what stands in their place; what was brought to the front lies over
+    // all.
     for (const auto& view : views_)
         if (dynamic_cast<TabStrip*>(&view->control()) != nullptr ||
             dynamic_cast<MSFlexGrid*>(&view->control()) != nullptr)
@@ -209,14 +210,14 @@ void FormWindow::reject() { close(); }
 
 void FormWindow::closeEvent(QCloseEvent* event)
 {
-    event->ignore(); // The form hides the window, if it closes at all.
+    event->ignore(); // Vetoed: the form hides the window, if it closes at all.
     if (!busy())
         act([this](Acts& acts) { return acts.close(form_); });
 }
 
 void FormWindow::keyPressEvent(QKeyEvent* event)
 {
-    // Only where no control has the focus; Escape is a person's way out then.
+    // Fallback where no control has the focus: Escape is then a person's way out.
     if (asksForHelp(*event))
         return help();
     const auto key = keystrokeOf(*event);

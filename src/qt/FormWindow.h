@@ -12,7 +12,7 @@
 
 namespace zv {
 
-/// The window of a form. It lives from the form's opening until the form is hidden or unloaded.
+/// Window (view) of a form, from the form's opening until the form is hidden or unloaded.
 class FormWindow final : public QDialog, private ViewHost {
 public:
     FormWindow(Form& form, QWidget* parent);
@@ -24,21 +24,22 @@ public:
     Long twips(int pixels) const;
 
     bool act(const std::function<bool(Acts&)>& what) override;
-    /// Whether the act that ended last could be done; none since the last call gives nothing.
+    /// Takes the result of the last act out: whether it could be done; empty if none ended since the last
+    /// call.
     std::optional<bool> takeOutcome() { return std::exchange(outcome_, std::nullopt); }
     bool busy() const override { return busy_ != 0; }
     bool alive() const override { return alive_; }
-    /// The form is gone: the window must not look at it any more.
+    /// Detaches the window from its form, which may be destroyed.
     void end();
     void changed(const PropertyBase& property);
     void controlChanged(Control& control, const PropertyBase* property);
-    /// Everything that is put off until a pause.
+    /// Runs every coalesced update.
     void inStep();
     QWidget* focusWidget() const override { return QDialog::focusWidget(); }
     void takeFocusOver(ControlView& view) override;
-    /// Lets a person act until the form is no longer visible.
+    /// Nested event loop: lets a person act until the form is no longer visible.
     void run();
-    /// The window is ready for a person.
+    /// Ends the set-up: from here on acts are accepted.
     void ready();
 
     void help() override;
@@ -54,16 +55,16 @@ protected:
 private:
     void build();
     void follow();
-    /// The font in which the texts fit the places that the forms give them.
+    /// Font whose metrics fit the sizes that the forms give their controls.
     QFont fittingFont() const;
     bool fits(const QFontMetrics& font) const;
     void stack();
     void followFocus();
 
     Form& form_;
-    std::vector<std::unique_ptr<ControlView>> views_; ///< A frame before what is in it.
+    std::vector<std::unique_ptr<ControlView>> views_; ///< Parents first: a frame before what is in it.
     std::map<const Control*, std::size_t> byControl_;
-    std::vector<Control*> stacked_; ///< As they were brought to the front when last looked at.
+    std::vector<Control*> stacked_; ///< Cache of the stacking order (`Form::frontToBack`) last applied.
     QEventLoop loop_;
     std::optional<bool> outcome_;
     int busy_ = 1;

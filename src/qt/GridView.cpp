@@ -29,7 +29,7 @@ Qt::Alignment alignmentOf(Integer number)
 
 } // namespace
 
-/// The cells as the table reads them; row 0 of the grid is the heading.
+/// Adapter: the grid as a table model without a copy; row 0 of the grid is the heading.
 class GridView::Cells final : public QAbstractTableModel {
 public:
     explicit Cells(const MSFlexGrid& grid) : grid_(grid) {}
@@ -60,7 +60,7 @@ public:
 private:
     QVariant cell(Long row, Long column, int role) const
     {
-        // The grid may have shrunk since the table last looked.
+        // Bounds check: the grid may have shrunk since the table last looked.
         if (row >= grid_.Rows() || column >= grid_.Cols())
             return {};
         if (role == Qt::DisplayRole)
@@ -102,7 +102,7 @@ GridView::~GridView() = default;
 
 void GridView::scrolled(int top)
 {
-    // Where rows went away the bar moves by itself; that is nobody's act.
+    // Not an act: where rows went away the scroll bar moves by itself.
     const int wanted = std::min(control().TopRow() - 1, widget().verticalScrollBar()->maximum());
     if (window().alive() && !following_ && !window().busy() && top != wanted)
         act([&](Acts& acts) { return acts.scroll(control(), std::min(top + 1, control().Rows() - 1)); });
@@ -184,7 +184,7 @@ bool GridView::handle(QObject& watched, QEvent& event)
         return true;
     case QEvent::MouseButtonRelease:
     case QEvent::MouseMove:
-        return true; // The cell is chosen already; dragging selects nothing.
+        return true; // Swallowed: the press has chosen the cell, and dragging selects nothing.
     default:
         return false;
     }

@@ -7,8 +7,8 @@
 
 namespace zv {
 
-/// A grid, whose fixed row is the table's heading. Rows are drawn as high as the grid reckons, so that what
-/// code lays over a cell covers it.
+/// View of a grid, whose fixed row is the table's heading. Rows are drawn as high as the grid computes them,
+/// so that what code lays over a cell covers it.
 class GridView final : public ViewOf<MSFlexGrid, QTableView> {
 public:
     GridView(ViewHost& window, MSFlexGrid& grid, QWidget& parent);

@@ -18,7 +18,8 @@
 
 #include <algorithm>
 
-/// The linker takes the manual out of its library only for one who names it.
+/// Keeps the linker from dropping the resource: it takes the manual out of its library only for code that
+/// names it.
 static void loadManual() { Q_INIT_RESOURCE(manual); }
 
 namespace zv {
@@ -31,7 +32,7 @@ const QString indexPage = QStringLiteral("README");
 QString pageFile(const QString& page) { return QStringLiteral(":/manual/%1.md").arg(page); }
 QUrl pageAddress(const QString& page) { return {QStringLiteral("qrc") + pageFile(page)}; }
 
-/// What stands behind the "#" of a link to that heading.
+/// Anchor (behind the "#" of a link) of a heading.
 QString anchorOf(const QString& heading)
 {
     QString anchor;
@@ -43,7 +44,7 @@ QString anchorOf(const QString& heading)
     return anchor;
 }
 
-/// The pages, as a reader wants them: with room around, tables with lines, pictures no wider than the window.
+/// Browser of the pages with a style sheet: margins, tables with lines, pictures no wider than the window.
 class Pages final : public QTextBrowser {
 public:
     using QTextBrowser::QTextBrowser;
@@ -123,7 +124,7 @@ public:
         setWindowModality(Qt::NonModal);
         setSizeGripEnabled(true);
         pages_.setAccessibleName(QStringLiteral("Manual"));
-        // The pages' colours follow the desktop's; so do their letters, a little larger for reading.
+        // Palette and font of the desktop, the font a little larger for reading.
         QFont letters = pages_.font();
         letters.setPointSizeF(letters.pointSizeF() * 1.1);
         pages_.setFont(letters);
@@ -157,7 +158,7 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        // A window that its owner leaves behind would answer to nobody.
+        // Follows its owner: without it the window would answer to nobody.
         if (event->type() == QEvent::Hide && !event->spontaneous())
             hide();
         return QDialog::eventFilter(watched, event);
@@ -170,7 +171,7 @@ protected:
     }
 
 private:
-    /// Beside the owner, where the screen has room there.
+    /// Positions the window beside the owner, where the screen has room.
     void place()
     {
         const QRect room = owner_.screen()->availableGeometry();
@@ -196,7 +197,7 @@ private:
 bool openSuiteHelp()
 {
     const QString told = toQt(helpFile());
-    // The suite writes its paths with "\" on every system.
+    // Path separators: the suite writes "\" on every system.
     for (const QString& file : {told, QString(told).replace(u'\\', u'/')})
         if (QFileInfo(file).isFile() &&
             QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absoluteFilePath())))

@@ -14,7 +14,8 @@ NotesEdit::NotesEdit(QWidget* parent) : QPlainTextEdit(parent)
 
 void NotesEdit::tellLeft(int left, int most)
 {
-    // The widest number has its room from the start, so that no line moves while one writes.
+    // Reserves the margin of the widest number from the start, so that no line is re-wrapped while one
+    // writes.
     const int room = most == 0 ? 0 : fontMetrics().horizontalAdvance(QString::number(most) + u' ');
     if (viewportMargins().right() != room)
         setViewportMargins(0, 0, room, 0);

@@ -5,11 +5,12 @@
 
 namespace zv {
 
-/// A text of several lines. While it is written it tells at its right edge how many characters are left.
+/// Multi-line edit with a countdown: while it has the focus, its right edge shows how many characters are
+/// left.
 class NotesEdit final : public QPlainTextEdit {
 public:
     explicit NotesEdit(QWidget* parent);
-    /// Of so many at most; 0 for a text without a limit, which tells nothing.
+    /// Sets the countdown: `left` of `most` characters; a `most` of 0 means no limit, and shows nothing.
     void tellLeft(int left, int most);
 
 protected:

@@ -39,7 +39,7 @@ QtDesktop::~QtDesktop()
 {
     if (!waiting_.empty())
         QApplication::restoreOverrideCursor();
-    // The forms may be gone already.
+    // Detached first: the forms may be destroyed already.
     for (Shown& each : windows_) {
         each.window->end();
         gone_.push_back(std::move(each));
@@ -109,7 +109,7 @@ void QtDesktop::forget(const Form& form)
 
 void QtDesktop::sweep(int depth)
 {
-    // The one opened last first: a window may be the parent of those opened after it.
+    // Children first: a window may be the parent of those opened after it.
     std::ranges::stable_sort(gone_, {}, &Shown::depth);
     while (!gone_.empty() && gone_.back().depth >= depth)
         gone_.pop_back();
@@ -141,7 +141,7 @@ void QtDesktop::doEvents()
     for (const Shown& each : windows_)
         if (each.window->alive())
             each.window->inStep();
-    // A person's acts wait until the routine in hand has ended.
+    // No re-entrant acts: a person's input waits until the routine in hand has ended.
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 

@@ -9,7 +9,7 @@ class QMessageBox;
 
 namespace zv {
 
-/// The dialogs in real windows. Needs a QApplication around it.
+/// Desktop port in real windows. Needs a QApplication around it.
 class QtDesktop : public Desktop {
 public:
     QtDesktop() = default;
@@ -27,13 +27,13 @@ public:
     Long textWidth(StringView text) override;
     void changed(PropertyOwner& owner, const PropertyBase* property) override;
 
-    /// The window of a form that is open, or nullptr.
+    /// Lookup: the window of an open form, or nullptr.
     FormWindow* windowOf(const Form& form) const;
 
 protected:
-    /// Lets a person read the message and press its button.
+    /// Modal loop of a message box; stages override it.
     virtual void ask(QMessageBox& box);
-    /// Lets a person act until the window's form is no longer visible.
+    /// Modal loop of a window; stages override it.
     virtual void runWindow(FormWindow& window);
 
 private:
@@ -41,18 +41,18 @@ private:
     QWidget* front() const;
     void forget(const Form& form);
     void followPointer(const Form& form);
-    /// Deletes the windows that are gone and were opened at that depth or deeper.
+    /// Deferred delete: destroys the closed windows that were opened at that depth of nesting or deeper.
     void sweep(int depth);
 
-    /// A window and how many forms were running when it opened.
+    /// A window, and the depth of nested modal forms when it opened.
     struct Shown {
         std::unique_ptr<FormWindow> window;
         int depth;
     };
-    std::vector<Shown> windows_; ///< The one opened last at the end.
-    std::vector<Shown> gone_;    ///< Kept for the events of their widgets that are on their way still.
+    std::vector<Shown> windows_; ///< In order of opening.
+    std::vector<Shown> gone_;    ///< Closed, and kept until no event for their widgets can be pending.
     int depth_ = 0;
-    std::set<const Form*> waiting_; ///< Forms under the hourglass.
+    std::set<const Form*> waiting_; ///< Forms that show the hourglass.
 };
 
 } // namespace zv

@@ -16,7 +16,7 @@ constexpr std::pair<int, Key> alone[] = {
     {Qt::Key_Up, Key::Up},         {Qt::Key_Down, Key::Down}, {Qt::Key_Home, Key::Home},
     {Qt::Key_End, Key::End},
 };
-/// The Shift key changes nothing of these.
+/// Keys that mean the same with Shift.
 constexpr std::pair<int, Key> shifted[] = {
     {Qt::Key_Return, Key::Enter}, {Qt::Key_Enter, Key::Enter},     {Qt::Key_Escape, Key::Escape},
     {Qt::Key_Tab, Key::Tab},      {Qt::Key_Backtab, Key::BackTab}, {Qt::Key_Backspace, Key::Backspace},
@@ -48,7 +48,7 @@ std::optional<Keystroke> keystrokeOf(const QKeyEvent& event)
     if (held == Qt::NoModifier || shift)
         if (auto key = named(shifted, event.key()))
             return key;
-    // Control with Alt is how some keyboards tell their third level.
+    // AltGr: some keyboards report their third level as Control with Alt.
     const bool types = held == Qt::NoModifier || shift ||
                        (held & ~Qt::ShiftModifier) == (Qt::ControlModifier | Qt::AltModifier);
     const String text = fromQt(event.text());

@@ -47,7 +47,7 @@ std::size_t placeOfShown(StringView text, qsizetype place)
 TextChange changeBetween(const QString& before, const QString& after, qsizetype caret)
 {
     const qsizetype shorter = std::min(before.size(), after.size());
-    // What stands behind the caret was not edited, so the equal end is sought first, and no further.
+    // Common suffix first, and no further than the caret: what stands behind it was not edited.
     const qsizetype behind = std::min(shorter, after.size() - std::clamp<qsizetype>(caret, 0, after.size()));
     qsizetype tail = 0;
     while (tail < behind && before[before.size() - 1 - tail] == after[after.size() - 1 - tail])

@@ -14,7 +14,7 @@ namespace zv {
 
 namespace {
 
-/// What a menu or a key asks of either kind of edit.
+/// Dispatch of an edit command to either edit widget.
 template <class Edit>
 void doEditOn(Edit& edit, QKeySequence::StandardKey key)
 {
@@ -51,9 +51,9 @@ void TextView::followContent()
     if (before != wanted) {
         const TextChange change = changeBetween(before, wanted, caretWanted);
         select({change.start, change.removed});
-        insert(change.inserted); // Unlike a new text, this keeps what can be undone.
+        insert(change.inserted); // A replacement and not setText(), which would empty the undo stack.
     }
-    // A box without the focus shows no selection.
+    // Without the focus, no selection is shown.
     const Selection selected{caretWanted, shownPlace(model, start + length) - caretWanted};
     if (focused() && selection() != selected)
         select(selected);
@@ -107,7 +107,7 @@ bool TextView::press(const Keystroke& key)
 {
     takeOver();
     ControlView::press(key);
-    // The lines of a text are the widget's own: the model knows no key for them.
+    // Up and Down belong to the widget: the model knows no lines.
     const Key* named = std::get_if<Key>(&key);
     return !window().alive() || named == nullptr || !(*named == Key::Up || *named == Key::Down);
 }
@@ -118,7 +118,8 @@ bool TextView::commit(QEvent& event)
     const QString text = method.commitString();
     if (text.isEmpty() || method.replacementLength() != 0)
         return false;
-    // The composing ends in the widget; the characters come in as typed, through the box's own filters.
+    // Splits an input method's commit: the composing ends in the widget; the characters come in as typed
+    // keys, through the box's own filters.
     QInputMethodEvent rest(method.preeditString(), method.attributes());
     QApplication::sendEvent(&input(), &rest);
     takeOver();
@@ -266,7 +267,7 @@ void NotesView::doEdit(QKeySequence::StandardKey edit) { doEditOn(*edit_, edit);
 
 bool NotesView::handle(QObject& watched, QEvent& event)
 {
-    // The viewport passes its mouse on to the edit by itself.
+    // Duplicate event: the viewport passes its mouse presses on to the edit.
     if (&watched == edit_.get() && event.type() == QEvent::MouseButtonPress)
         return false;
     return TextView::handle(watched, event);

@@ -8,8 +8,8 @@
 
 namespace zv {
 
-/// A text box. Characters go through the acts one by one; what the widget edits by itself (input method,
-/// undo, drag and drop) is taken over as if it had been pasted.
+/// View of a text box. Typed characters go through the acts one by one; what the widget edits by itself
+/// (input method, undo, drag and drop) is taken over as one paste.
 class TextView : public ControlView {
 public:
     explicit TextView(ViewHost& window) : ControlView(window) {}
@@ -29,7 +29,7 @@ protected:
     virtual void insert(const QString& text) = 0;
     virtual bool canDo(QKeySequence::StandardKey edit) const = 0;
     virtual void doEdit(QKeySequence::StandardKey edit) = 0;
-    /// For the widget's signals: text, caret or selection changed.
+    /// Slot for the widget's signals: text, caret or selection changed.
     void widgetChanged();
 
     void followContent() override;
@@ -43,9 +43,9 @@ private:
     void paste();
     void offerEdits(const QPoint& where);
     bool commit(QEvent& event);
-    bool following_ = false; ///< The widget changes because the model did.
-    bool taking_ = false;    ///< The model changes because the widget did.
-    bool pending_ = false;   ///< What the widget did is not taken over yet.
+    bool following_ = false; ///< Re-entrancy flag: the widget is being changed from the model.
+    bool taking_ = false;    ///< Re-entrancy flag: the model is being changed from the widget.
+    bool pending_ = false;   ///< A change of the widget waits for takeOver().
 };
 
 class LineView final : public TextView {
@@ -92,7 +92,7 @@ private:
     std::unique_ptr<NotesEdit> edit_;
 };
 
-/// What a screen reader calls a field: the caption of the label that names it.
+/// Accessible name of a field: the caption of the label that names it.
 QString labelOf(const Control& field);
 
 } // namespace zv

@@ -100,7 +100,7 @@ bool TabsView::handle(QObject&, QEvent& event)
     return true;
 }
 
-/// The list's entries as the widget reads them: nothing is copied.
+/// Adapter: the entries as a list model without a copy.
 class ListView::Entries final : public QAbstractListModel {
 public:
     explicit Entries(const ComboBox& box) : box_(box) {}
@@ -155,7 +155,7 @@ void ListView::followContent()
 bool ListView::handle(QObject&, QEvent& event)
 {
     if (event.type() == QEvent::Wheel)
-        return true; // Scrolling over a list must not choose.
+        return true; // Swallowed: scrolling over a closed list must not choose.
     if (event.type() != QEvent::MouseButtonPress)
         return false;
     flush();

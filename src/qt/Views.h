@@ -16,7 +16,7 @@
 
 namespace zv {
 
-/// A label. The sign of a mandatory field is drawn behind the caption, and said to screen readers.
+/// View of a label. The sign of a mandatory field is drawn behind the caption, and said to screen readers.
 class LabelView final : public ViewOf<Label, QLabel> {
 public:
     LabelView(ViewHost& window, Label& label, QWidget& parent);
@@ -26,7 +26,7 @@ protected:
     bool handle(QObject& watched, QEvent& event) override;
 };
 
-/// A frame with a border and a caption.
+/// View of a frame with a border and a caption.
 class GroupView final : public ViewOf<Frame, QGroupBox> {
 public:
     GroupView(ViewHost& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
@@ -35,7 +35,7 @@ protected:
     void followContent() override { widget().setTitle(toQt(control().Caption())); }
 };
 
-/// A frame that only groups.
+/// View of a frame that only groups.
 class PaneView final : public ViewOf<Frame, QWidget> {
 public:
     PaneView(ViewHost& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
@@ -44,7 +44,7 @@ protected:
     void followContent() override {}
 };
 
-/// What is clicked and has a caption: a button, a tick box, an option.
+/// View of what is clicked and has a caption: a button, a tick box, an option.
 template <class C, class W>
 class ButtonView final : public ViewOf<C, W> {
 public:
@@ -58,7 +58,7 @@ public:
             button.setAutoExclusive(false);
         QObject::connect(&button, &W::clicked, this, [this] {
             this->act([this](Acts& acts) { return acts.click(this->control()); });
-            // The widget ticked itself; the model has the last word.
+            // Synchronised again: the widget ticked itself, and the model has the last word.
             if (this->window().alive())
                 followContent();
         });
@@ -81,7 +81,7 @@ protected:
     }
 };
 
-/// The tabs of a strip over a pane, on which the frames of its tabs stand.
+/// View of a tab strip: a bar over a pane, on which the frames of its tabs stand.
 class TabsView final : public ViewOf<TabStrip, QWidget> {
 public:
     TabsView(ViewHost& window, TabStrip& strip, QWidget& parent);
@@ -96,7 +96,7 @@ private:
     std::unique_ptr<QTabBar> bar_;
 };
 
-/// A drop-down list.
+/// View of a drop-down list.
 class ListView final : public ViewOf<ComboBox, QComboBox> {
 public:
     ListView(ViewHost& window, ComboBox& box, QWidget& parent);

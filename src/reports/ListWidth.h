@@ -4,10 +4,10 @@
 
 namespace zv {
 
-/// Makes the opened list as wide as its longest entry. It chooses each entry in turn, for real, and leaves
-/// none chosen.
+/// Sets the opened list's width to its longest entry. As a side effect it chooses each entry in turn, raising
+/// Click, and leaves none chosen.
 void AjustarAnchoLista(ComboBox& objCombo);
-/// Chooses the previous (-1) or next (+1) entry, with nothing happening at either end.
+/// Moves the choice by one, back (-1) or forward (+1); does nothing at either end.
 void stepChoice(ComboBox& list, Long step);
 
 } // namespace zv

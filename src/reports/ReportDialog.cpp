@@ -67,7 +67,8 @@ void ReportDialog::Form_Load()
         report.CodAlumno = CLng(rows->Fields(u"IDAlumno"));
         for (const ReportText& text : texts_)
             report.*text.text = String() + rows->Fields(text.column);
-        // The other tables of the report are taken to follow this one.
+        // Insert or update is decided by this one table; the report's others are assumed to have the same
+        // rows.
         const RecordsetPtr common =
             execute(statement(u"SELECT codAlumno FROM Alumno_InfInd WHERE codAlumno={}", {report.CodAlumno}));
         report.Estado = common->Eof() ? cConstCol::NUEVO : cConstCol::Modificado;

@@ -13,8 +13,8 @@
 
 namespace zv {
 
-/// What the two individual reports share: the pupils of a section, each with his texts, held in memory until
-/// all are accepted.
+/// Base class of the two individual reports: the pupils of a section, each with his texts, a unit of work
+/// that stays in memory until all are accepted.
 class ReportDialog : public Form {
 public:
     ComboBox cboAlumno{*this, u"cboAlumno"};
@@ -36,7 +36,7 @@ public:
     };
 
 protected:
-    /// A text of the report, and the box that shows it.
+    /// Binding of a text of the report to its box and its column.
     struct ReportText {
         TextBox* box;
         String cInformeInd::*text;
@@ -44,7 +44,7 @@ protected:
     };
 
     ReportDialog(StringView name, StringView caption);
-    /// Given once by the constructor: the dialog's own texts, the common ones, and its buttons.
+    /// To be called once, by the constructor: the dialog's own texts, the common ones, and its buttons.
     void assemble(std::vector<ReportText> own, CommonTexts& common, ControlArray<CommandButton, 2>& buttons);
     static void designText(TextBox& box);
     static void designText(Label& label, StringView caption, TextBox& box);
@@ -52,15 +52,15 @@ protected:
     void Form_Load() override;
     void Form_Unload() override { colAlumnos.reset(); }
 
-    /// The query of a section's pupils, a pattern of the section.
+    /// Query pattern of a section's pupils.
     virtual StringView pupils() const = 0;
-    /// Takes over what a pupil's row holds beside the texts.
+    /// Copies what a pupil's row holds beside the texts.
     virtual void readPupil(cInformeInd& report, Recordset& row) = 0;
     /// Writes all of a pupil's report.
     virtual void writePupil(const cInformeInd& report) = 0;
     virtual void TabInfInd_Click() = 0;
 
-    /// The common texts, updated or inserted.
+    /// Updates or inserts the common texts.
     void writeCommon(const cInformeInd& report) const;
     /// Shows the frame of the chosen tab alone, in front.
     template <std::size_t N>

@@ -21,7 +21,7 @@ ResponseDialog::ResponseDialog(StringView name, const ResponseCatalogue& words)
         .buttons(cmdProvincia(aceptar), cmdProvincia(cancelar), ButtonKeys::escape);
 }
 
-/// The caption has no number and does not change; the row's text does not join it.
+/// Constant caption: it has no number, and the row's text is not appended.
 void ResponseDialog::Form_Load()
 {
     Hourglass wait(*this);
@@ -44,8 +44,8 @@ void ResponseDialog::Form_Load()
     registerRow(next, api, cmdProvincia(aceptar));
 }
 
-/// Whether it inserts or updates hangs on the row alone, and the update runs in no mode: its failure is told
-/// with its own words. The text's apostrophes are doubled here, not in the box.
+/// Insert or update by the session's row and not by its action. The update runs outside the error mode: its
+/// failure propagates with its own description. The apostrophes are doubled in a copy, not in the box.
 void ResponseDialog::cmdProvincia_Click(int Index)
 {
     const cCentroApi api = cCentroApi::create();

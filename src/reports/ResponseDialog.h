@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// All that sets one catalogue of answers apart from the other in words.
+/// Descriptor of a catalogue of answers: its words and statements.
 struct ResponseCatalogue {
     StringView caption;
     StringView parents; ///< Query of the questions.
@@ -12,13 +12,13 @@ struct ResponseCatalogue {
     StringView table;
     StringView key;
     StringView parentColumn;
-    StringView load;   ///< Reads the row, {fila}.
+    StringView load;   ///< Pattern with {fila}: reads the row.
     StringView insert; ///< Pattern: key, question, text.
     StringView update; ///< Pattern: question, text, the row's key.
     std::span<const StringView> guards;
 };
 
-/// A catalogue of possible answers: a text under a question chosen in a list.
+/// Dialog of a catalogue of possible answers: a text under a question chosen in a list.
 class ResponseDialog : public MaintenanceDialog {
 public:
     ComboBox cboPregunta{*this, u"cboPregunta"};

@@ -52,7 +52,8 @@ void SelectionDialog::Form_Load()
         cboTipoEnsenanza.ListIndex = Long{0};
 }
 
-/// The sections keep what they showed until a course is chosen; only the way on is closed.
+/// Cascading lists, but the sections are not cleared: they keep what they showed until a course is chosen,
+/// and only the way on is closed.
 void SelectionDialog::cboTipoEnsenanza_Click()
 {
     if (cboTipoEnsenanza.ListIndex() < 0) {

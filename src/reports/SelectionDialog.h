@@ -7,8 +7,9 @@
 
 namespace zv {
 
-/// Step one of a pupil report: the user picks a kind of teaching, a course and a section, each list cut down
-/// to what his profile may see. It stays loaded under step two, which reads the section from its list.
+/// First page of a pupil report's wizard: the user picks a kind of teaching, a course and a section, each
+/// list filtered by what his profile may see. It stays loaded under the second page, which reads the section
+/// from its list.
 class SelectionDialog : public Form {
 public:
     ControlArray<Frame, 1> fraNotaManual1{*this, u"fraNotaManual1"};
@@ -27,7 +28,7 @@ protected:
     void Form_Load() override;
     void Form_Unload() override;
 
-    /// Patterns of the dialog's own statements: {p} is the staff row of the user, {t} the kind of teaching.
+    /// Query patterns (template methods): {p} is the staff row of the user, {t} the kind of teaching.
     virtual StringView kindsOfAll() const = 0;
     virtual StringView kindsOfUser() const = 0;
     virtual String coursesOfAll(Long kind) const = 0;

@@ -6,7 +6,7 @@ namespace zv {
 
 /// The answer of one pupil to one of the eight questions of the guidance council.
 struct cConsejoOrientador {
-    Long IDCORNota = 0; ///< The row's key; of a new one only a number to be told by until it is inserted.
+    Long IDCORNota = 0; ///< The row's key; of a new one a provisional number until it is inserted.
     Integer CodAlumno = 0;
     Integer codSeccion = 0;
     Integer codCOResp = 0;            ///< The chosen answer, 0 for none.

@@ -12,7 +12,7 @@ struct cInfPrimaria {
     Long codMateria = 0;
     Long codTipo = 0; ///< 1 to 5, the tab's number.
     Long codResp = 0; ///< The chosen answer, 0 for none.
-    String Nombre;    ///< Of the subject.
+    String Nombre;    ///< The subject's.
     String Respuesta; ///< The answer as the grid shows it.
     Byte Estado = 0;
 };
@@ -23,7 +23,7 @@ struct cInformeInd {
     String Dificultad;
     String Valoracion;
     String Apreciacion;
-    /// By subject, a blank, and type.
+    /// Keyed by subject, a blank, and type.
     std::unique_ptr<Collection<cInfPrimaria>> colMaterias = std::make_unique<Collection<cInfPrimaria>>();
     String PropAlumno1, PropAlumno2, PropAlumno3, PropAlumno4, PropAlumno5;
     String Procedimiento1, Procedimiento2, Procedimiento3, Procedimiento4, Procedimiento5;

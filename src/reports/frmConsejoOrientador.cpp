@@ -16,11 +16,11 @@ namespace {
 
 Long section() { return single<frmConsejoOrientador1>().section(); }
 
-/// Pupils as the statements list them. Whether one is among them is asked of the text as it stands: 12 is
-/// found in 112.
+/// Set of pupils as the text of an IN list. Membership is a substring search of that text: 12 is found in
+/// 112.
 class PupilList {
 public:
-    /// False if the text holds that pupil, or one whose number ends in his, already.
+    /// Adds a pupil; False if the text holds him, or one whose number ends in his, already.
     bool add(Long pupil)
     {
         if (!asked_.insert(pupil).second)
@@ -31,12 +31,12 @@ public:
         text_ += entry;
         return true;
     }
-    /// Without the comma at the end.
+    /// The list without its last comma.
     String text() const { return Left(text_, static_cast<long>(text_.size()) - 1); }
 
 private:
     String text_;
-    std::set<Long> asked_; ///< The text only grows: whose number it held once, it holds.
+    std::set<Long> asked_; ///< Cache of the search: the text only grows, so a pupil once found stays found.
 };
 
 } // namespace
@@ -68,7 +68,7 @@ frmConsejoOrientador::frmConsejoOrientador() : Form(u"frmConsejoOrientador")
 void frmConsejoOrientador::Form_Load()
 {
     lngAlumnoActual = 0;
-    // A load that failed leaves its notes behind.
+    // Reset: a load that failed leaves its notes behind.
     byPupil_.clear();
     colNotas.reset();
     Icon = LoadPicture(Configuracion().RutaIcono);
@@ -121,7 +121,7 @@ void frmConsejoOrientador::addNote(const cConsejoOrientador& note)
     colNotas->Add(note, decimalText(note.IDCORNota));
 }
 
-/// A pupil without notes gets one for each question, to be inserted; a note that exists is written back in
+/// Creates a note to be inserted for each question of a pupil without notes; an existing note is updated in
 /// any case.
 void frmConsejoOrientador::readNotes()
 {
@@ -175,7 +175,8 @@ void frmConsejoOrientador::keepAnswers()
     }
 }
 
-/// The lists of questions for which the pupil has no note keep what the pupil before showed.
+/// Stale entries stay: the lists of questions for which the pupil has no note keep what the pupil before
+/// showed.
 void frmConsejoOrientador::showAnswers(Long pupil)
 {
     for (const cConsejoOrientador* note : byPupil_[pupil]) {
@@ -183,7 +184,7 @@ void frmConsejoOrientador::showAnswers(Long pupil)
         list.ListIndex = Long{0};
         if (note->codCOResp <= 0)
             continue;
-        // A list of more entries than a byte counts is not searched.
+        // Overflow check: a list of more entries than a byte counts fails here and is not searched.
         static_cast<void>(CByte(list.ListCount() - 1));
         const Long answer = list.find(note->codCOResp);
         if (answer >= 0)
@@ -234,12 +235,13 @@ void frmConsejoOrientador::save()
         written.add(note.CodAlumno);
     }
     ResumeNext::leave();
-    // The notes of pupils who have left.
+    // Purges the notes of pupils who have left the section.
     execute(statement(u"DELETE FROM ConsejoOrientador_Nota WHERE codSeccion={} AND codAlumno NOT IN ({})",
                       {section(), written.text()}));
 }
 
-/// A key that another station took is drawn anew; any other failure is told, and tried again too.
+/// Retry loop without limit: a key that another station took is drawn anew; any other failure is reported,
+/// and tried again too.
 void frmConsejoOrientador::insertNote(ResumeNext& next, const cConsejoOrientador& note)
 {
     Long id = 0;

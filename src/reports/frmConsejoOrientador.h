@@ -8,8 +8,8 @@
 
 namespace zv {
 
-/// The guidance council's answers for a whole section, pupil by pupil, held in memory until they are
-/// accepted.
+/// The guidance council's answers for a whole section, pupil by pupil: a unit of work that stays in memory
+/// until it is accepted.
 class frmConsejoOrientador final : public Form {
 public:
     frmConsejoOrientador();
@@ -37,7 +37,7 @@ private:
     void readAnswers();
     void readNotes();
     void addNote(const cConsejoOrientador& note);
-    /// Keeps what the lists show for the pupil on the screen.
+    /// Stores what the lists show in the notes of the pupil on the screen.
     void keepAnswers();
     void showAnswers(Long pupil);
     void save();

@@ -66,7 +66,7 @@ void frmInfIndPrim::readPupil(cInformeInd& report, Recordset&)
             readRating(report, CLng(subjects->Fields(u"IDMateria")), CStr(subjects->Fields(u"Nombre")), type);
 }
 
-/// An answer that is no longer in the catalogue does not join, and reads as none.
+/// Inner join: an answer that is no longer in the catalogue reads as none.
 void frmInfIndPrim::readRating(cInformeInd& report, Long subject, const String& name, Long type)
 {
     const RecordsetPtr answer =
@@ -106,7 +106,7 @@ void frmInfIndPrim::fillGrid(Long type)
 {
     msgValores.Visible = true;
     msgValores.Clear();
-    msgValores.RowHeightMin = cboValor.Height; // So that the list fits into a row.
+    msgValores.RowHeightMin = cboValor.Height; // The floating list fits into a row.
     msgValores.Rows = Long{1};
     msgValores.Cols = Long{3};
     msgValores.setTextMatrix(0, 0, u"Materia");
@@ -145,8 +145,8 @@ cInfPrimaria& frmInfIndPrim::ratingOf(Long type)
     return shownReport().colMaterias->Item(keyOf(msgValores.TextMatrix(bytFila, 2), type));
 }
 
-/// A rating whose answer the list does not hold, since it was moved to another type, is looked for beyond the
-/// last entry, and that fails.
+/// Index out of range: a rating whose answer the list does not hold, since it was moved to another type,
+/// chooses the entry behind the last one, which fails with 381.
 void frmInfIndPrim::msgValores_Click()
 {
     if (msgValores.Row() < 1)
@@ -168,8 +168,8 @@ void frmInfIndPrim::msgValores_Click()
     cboValor.SetFocus();
 }
 
-/// The rating chosen goes to the cell that was clicked, whatever the grid's present one is. Shown as chosen
-/// it has the answer's number in front; as read from the database it has not.
+/// Writes the rating to the clicked cell, wherever the grid's present one is. A chosen rating shows the
+/// answer's number in front; one read from the database does not.
 void frmInfIndPrim::cboValor_LostFocus()
 {
     cInfPrimaria& rating = ratingOf(bytTipo);

@@ -5,9 +5,9 @@
 
 namespace zv {
 
-/// The individual reports of a section in primary education: five tabs of ratings by subject, each picked
-/// from a list that floats over the grid's cell, and one of texts. The grid lies over the frames of the first
-/// five tabs.
+/// The individual reports of a section in primary education: five tabs of ratings by subject, edited by a
+/// list that floats over the grid's cell, and one of texts. The grid lies over the frames of the first five
+/// tabs.
 class frmInfIndPrim final : public ReportDialog {
 public:
     frmInfIndPrim();
@@ -34,7 +34,7 @@ private:
     void fillValues(Long type);
     cInfPrimaria& ratingOf(Long type);
 
-    // The cell that is being edited, from the last click in the grid, and its tab's type.
+    // Cell under the floating list, from the last click in the grid, and its tab's type.
     Byte bytFila = 0;
     Byte bytColumna = 0;
     Byte bytTipo = 0;

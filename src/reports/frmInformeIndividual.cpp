@@ -10,7 +10,7 @@ namespace {
 
 constexpr Long primary = 2;
 
-/// How the database spells logical true.
+/// Literal of logical true in the database's spelling.
 StringView verdad() { return Configuracion().blnSQLServer ? u"1" : u"-1"; }
 
 } // namespace
@@ -35,7 +35,7 @@ StringView frmInformeIndividual::kindsOfUser() const
            u"WHERE CodPersonal={p} OR CodPersonalAsociado={p})))) ORDER BY Orden";
 }
 
-/// Of the primary stage only the courses that end a cycle.
+/// Filter: of the primary stage only the courses that end a cycle.
 String frmInformeIndividual::coursesOfAll(Long kind) const
 {
     if (kind > primary)

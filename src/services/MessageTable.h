@@ -4,14 +4,14 @@
 
 namespace zv {
 
-/// A numbered text of the system.
 struct Message {
     Integer id;
     StringView text;
 };
 
-/// Every numbered text, by number: captions and messages, one block of a thousand for each dialog.
-/// The same in every language of the machine. Oddities of spelling are what staff know, and stay.
+/// The table of numbered texts, sorted for binary search: captions and messages, one block of a thousand for
+/// each dialog. The same in every language of the machine. Oddities of spelling are what staff know, and
+/// stay.
 inline constexpr Message messageTable[] = {
     {100, u"ZORVEL GESTIÓN ESCOLAR"},
     {101, u"TEXTO PARA LABELS"},

@@ -7,7 +7,7 @@
 
 namespace zv {
 
-// Found by halving: in rising order, no number twice.
+// Precondition of the binary search: strictly ascending numbers.
 static_assert(std::ranges::adjacent_find(messageTable, std::ranges::greater_equal{}, &Message::id) ==
               std::end(messageTable));
 

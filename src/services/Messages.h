@@ -20,7 +20,7 @@ inline constexpr Integer fieldsMissing = 514;
 void showMessage(Integer id, Integer flags);
 /// Beep, then the message box.
 void warn(Integer id, Integer flags);
-/// Whether Err holds a failure. It is reported (beep, the numbered message) and Err is cleared.
+/// Tests Err: a failure is reported (beep, the numbered message) and cleared. True if there was one.
 bool reportedFailure(Integer id, Integer flags = sign::critical);
 
 } // namespace zv

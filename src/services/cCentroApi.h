@@ -5,18 +5,18 @@
 
 namespace zv {
 
-/// The suite's helper object, reached by name. A routine makes one when it needs it, and no object outlives
-/// its routine.
+/// Proxy of the suite's helper object, late-bound. A routine creates one when it needs it and releases it
+/// when it ends.
 class cCentroApi {
 public:
-    /// No object yet: every operation fails with 91.
+    /// Null object: every operation fails with 91.
     cCentroApi() = default;
     /// Fails with 429 where the suite has not registered the class.
     static cCentroApi create(StringView progId = u"ZVApi.cCentroApi");
 
     /// Shows the sign of a mandatory field on the labels that carry the marker.
     void Marcar_Obligatorios(Object& controls) const;
-    /// Makes the text of every text box safe for a literal between apostrophes, in place.
+    /// Escapes the text of every text box in place, for literals between apostrophes.
     void ComprobarComilla(Object& controls) const;
     /// A key not yet used in the table, live or deleted.
     Value IDMax(const ConnectionPtr& centro, const ConnectionPtr& borrado, StringView table,

@@ -4,20 +4,20 @@
 
 namespace zv {
 
-/// The suite's cipher, reached by name. It keeps a key of its own, which nobody here sees.
+/// Proxy of the suite's cipher, late-bound. The key is the cipher's own, which nobody here sees.
 class cZEncryptoAPI {
 public:
     /// Fails with 429 where the suite has not registered the class.
     static cZEncryptoAPI create();
 
-    /// Puts the enciphered form in the place of a text.
+    /// Enciphers in place.
     void Cifrar(String& text) const { replace(u"Cifrar", text); }
-    /// Puts the plain form in the place of an enciphered text.
+    /// Deciphers in place.
     void descifrar(String& text) const { replace(u"descifrar", text); }
 
 private:
     explicit cZEncryptoAPI(ObjectPtr object) : object_(std::move(object)) {}
-    /// The object changes its argument.
+    /// Passes the text by reference: the object changes it.
     void replace(StringView operation, String& text) const;
 
     ObjectPtr object_;

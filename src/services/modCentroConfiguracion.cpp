@@ -9,7 +9,7 @@ namespace {
 
 enum class First { zero = 0, one = 1 };
 
-/// Walks a collection that is reached by name. An element that cannot be reached is passed over.
+/// Loop over a late-bound collection; an element that cannot be reached is skipped.
 template <class Action>
 void forEach(ResumeNext& next, const ObjectPtr& owner, StringView collection, First first, Action&& action)
 {
@@ -30,7 +30,8 @@ String resourceOf(const ObjectPtr& object, StringView member)
     return LoadResString(CInt(get(object, member)));
 }
 
-/// The one number of the routine: a reading that fails leaves in it what the control before it had.
+/// Localiser with one variable for all controls: where a tag cannot be read, the control gets the number of
+/// the one before.
 class Localiser {
 public:
     explicit Localiser(ResumeNext& next) : next_(next) {}
@@ -76,7 +77,7 @@ private:
     Integer id_ = 0;
 };
 
-/// Makes the controls of a form read-only, one after the other.
+/// Read-only mode, control by control.
 class Locker {
 public:
     explicit Locker(ResumeNext& next) : next_(next) {}
@@ -87,7 +88,7 @@ public:
         if (kind == u"CommandButton")
             lockButton(control);
         else if (kind == u"OptionButton") {
-            // The chosen one stays enabled, so that it remains legible.
+            // Exception: the chosen option stays enabled, so that it remains legible.
             if (next_.condition([&] { return !CBool(get(control, u"Value")); }))
                 disable(control);
         } else if (kind == u"TextBox" || kind == u"ComboBox" || kind == u"ZDatePicker" || kind == u"ZMenu" ||
@@ -109,7 +110,8 @@ private:
         else if (tagIs(button, u"338"))
             giveUpPlace(button);
     }
-    /// Accept, the buttons that start a row or move entries between lists, and the small lookup buttons.
+    /// Heuristic by tag and caption: accept, the buttons that start a row or move entries between lists, and
+    /// the small lookup buttons.
     static bool changesData(const ObjectPtr& button)
     {
         const String tag = CStr(get(button, u"Tag"));
@@ -148,7 +150,8 @@ private:
         if (modify_)
             moveModify();
     }
-    /// Modify reads "Consultar" and stands where delete stood, whichever of the two comes first.
+    /// Runs once both buttons were met, whichever comes first: modify takes the place of delete and reads
+    /// "Consultar".
     void moveModify()
     {
         next_([&] { let(modify_, u"Left", deleteLeft_); });

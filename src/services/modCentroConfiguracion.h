@@ -4,10 +4,10 @@
 
 namespace zv {
 
-/// Replaces the numbers that a form's and its controls' tags hold by the texts of those numbers.
+/// Localises by tag: a form and its controls get the texts of the numbers that their tags hold.
 void CargarTextos(Object& form);
-/// With False, turns the form read-only: fields are disabled, "Cancelar" becomes "Salir", "Modificar" becomes
-/// "Consultar" in the place of the delete button. With True it does nothing.
+/// Read-only mode of a form (`blnActiva` False): fields are disabled, "Cancelar" becomes "Salir", "Modificar"
+/// becomes "Consultar" in the place of the delete button. With True it does nothing.
 void BloquearControles(Object& form, bool blnActiva);
 /// Enciphers (True) or deciphers a text. The length of the key text is cut off both ends of what was
 /// enciphered, and the key text itself is put there before it is deciphered: the cipher's key it is not, and

@@ -5,8 +5,8 @@
 
 namespace zv {
 
-/// What the module sets of its host's process: the help file, a path under the host's application folder.
-/// The one instance is single<App>().
+/// Single instance of what the module sets in its host's process: the help file, a path under the host's
+/// application folder.
 struct App {
     String HelpFile;
 };

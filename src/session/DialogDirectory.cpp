@@ -23,7 +23,8 @@ std::vector<String> DialogDirectory::names() const
     return result;
 }
 
-// Not among the instances that a reset ends: what the module consists of is no state of the process.
+// A plain static and no single<T>(): a reset of the process state must not forget what the module consists
+// of.
 DialogDirectory& dialogs()
 {
     static DialogDirectory directory;

@@ -7,13 +7,14 @@
 
 namespace zv {
 
-/// A dialog that the facade can open, or whose guard it can ask.
+/// Factory and guard of a dialog, late-bound for the facade.
 struct DialogEntry {
-    std::function<Form&()> instance;            ///< The single instance, made at first use, not loaded.
+    std::function<Form&()> instance;            ///< The single instance, created lazily, not loaded.
     std::function<bool()> ComprobarEliminacion; ///< The guard on that instance; empty if the dialog has none.
 };
 
-/// Which dialog stands behind a name. The facade knows names only; the composition root fills this in.
+/// Registry of dialogs by name: dependency inversion, since the facade stands below the dialogs that it
+/// opens. The composition root (`module`) fills it.
 class DialogDirectory {
 public:
     void add(StringView name, DialogEntry entry);
@@ -26,7 +27,7 @@ private:
     std::map<String, DialogEntry, NameLess> entries_;
 };
 
-/// The directory of the module.
+/// The process's one directory.
 DialogDirectory& dialogs();
 
 } // namespace zv

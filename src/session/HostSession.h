@@ -5,8 +5,8 @@
 
 namespace zv {
 
-/// A session object for hosts written in C++: it answers every member that ObtenerDatos reads, with the
-/// values of an ordinary session (active, user 1, profile 0) to start from. Hosts set members with let().
+/// Property bag with every member that ObtenerDatos reads, for hosts written in C++. It starts with the
+/// values of an ordinary session (active, user 1, profile 0); hosts set members with let().
 std::shared_ptr<PropertyBag> newHostSession(const School& school);
 
 } // namespace zv

@@ -11,7 +11,7 @@ namespace {
 
 using Name = cNombreNodo;
 
-/// Two nodes of the host that have a dialog but no name.
+/// Numbers without a name in cNombreNodo: two nodes of the host that have a dialog all the same.
 constexpr Byte nodoEstadoCivil = 65;
 constexpr Byte nodoRespuestas = 69;
 
@@ -21,7 +21,7 @@ constexpr ModuleNode node(Byte number, StringView dialog, StringView title, Stri
         .dialog = dialog, .title = title, .table = table, .number = number, .opens = true, .guards = true};
 }
 
-/// Its rows are no lookup table, so none is deleted.
+/// Node of a report: its rows are no lookup table, so none is deleted and no guard asked.
 constexpr ModuleNode report(Byte number, StringView dialog, StringView title)
 {
     return {.dialog = dialog, .title = title, .number = number, .opens = true, .guards = false};

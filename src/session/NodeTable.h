@@ -6,7 +6,7 @@
 
 namespace zv {
 
-/// A node of the host's tree that this module serves.
+/// Row of the table of nodes: a node of the host's tree that this module serves.
 struct ModuleNode {
     StringView dialog;     ///< Name of the form.
     StringView title;      ///< What a school calls the list.
@@ -19,7 +19,7 @@ struct ModuleNode {
     StringView key() const;
 };
 
-/// The one table of nodes, each number once: facade, hosts, random acts and documents read it.
+/// The table of nodes, each number once: facade, hosts, random acts and documents read it.
 std::span<const ModuleNode> moduleNodes();
 /// The node of that number, or nullptr where the module serves none.
 const ModuleNode* moduleNode(Byte number);

@@ -39,7 +39,7 @@ bool cAsignarDatos::Eliminar(Byte bytNodoSeleccionado)
     if (node == nullptr || !node->guards)
         return false;
     const DialogEntry& entry = dialogs().find(node->dialog);
-    // The bank is told the name of a field, not its value: this very text is what it has always been given.
+    // A constant, not the field's value: the bank has always been given this very text.
     if (bytNodoSeleccionado == cNombreNodo::OC_Bancos)
         let(entry.instance(), u"gstrNomNodo", u"strNodoSeleccionado");
     return entry.ComprobarEliminacion && entry.ComprobarEliminacion();

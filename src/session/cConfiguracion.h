@@ -44,7 +44,6 @@ private:
     const Member* memberNamed(StringView name) const override;
 };
 
-/// The one session record.
 inline cConfiguracion& Configuracion() { return single<cConfiguracion>(); }
 
 /// Runs a statement on the school's live database; no connection fails with 91.

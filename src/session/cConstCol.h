@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// States of a row held in memory; as the session's action, what a dialog is opened for.
+/// Dirty states of a row held in memory; as the session's action, what a dialog is opened for.
 struct cConstCol {
     static constexpr Byte NoModificado = 0;
     static constexpr Byte NUEVO = 1;

@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// Numbers of the nodes of the host's tree, as host and module agree on them. Many have no dialog here.
+/// Numbers of the nodes of the host's tree, a contract between host and module. Many have no dialog here.
 class cNombreNodo {
 public:
     static constexpr Byte InfIndiv = 130;
@@ -64,7 +64,7 @@ public:
     static constexpr Byte TiposNota = 49;
     static constexpr Byte TiposOcurrencia = 50;
     static constexpr Byte TiposParentesco = 51;
-    static constexpr Byte TiposTarea = 0; ///< Never given a number; the host asks for it all the same.
+    static constexpr Byte TiposTarea = 0; ///< Unset, so 0; the host asks for it all the same.
     static constexpr Byte Turnos = 53;
     static constexpr Byte Tareas = 54;
     static constexpr Byte Papelera = 55;
@@ -77,7 +77,7 @@ public:
     static constexpr Byte IncidenciaAlumno = 101;
 
 private:
-    static constexpr Byte sinNodo = 11; ///< Taken, so that no node is given it.
+    static constexpr Byte sinNodo = 11; ///< Reserved: no node is given it.
 };
 
 } // namespace zv

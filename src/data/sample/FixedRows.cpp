@@ -157,7 +157,7 @@ constexpr List school[] = {
      u"5;Debe mejorar|5;Sin datos suficientes"},
 };
 
-/// Rows without a number of their own.
+/// Rows of association tables, without a key of their own.
 constexpr List pairs[] = {
     {u"Centro_Idioma", u"1;1|6;1"},
     {u"Centro_TipoEnsenanza", u"2;1|3;1|4;1"},

@@ -2,7 +2,7 @@
 
 #include "data/sample/Writer.h"
 
-/// The pieces that the sample school is made of, in the order in which they are written.
+/// Stages of the sample school, in the order in which they are written.
 namespace zv::sample {
 
 /// A subject as it is taught in a section.
@@ -31,11 +31,11 @@ inline constexpr Illness illnesses[] = {
     {u"Migraña", u""},
 };
 
-/// Catalogues, banks, courses, questions: what stands in lists.
+/// Writes catalogues, banks, courses, questions: the tables of constants.
 void addFixedRows(Writer& centro);
-/// Staff, sections, pupils and their families. Gives the sections, of which section n stands at n - 1.
+/// Writes staff, sections, pupils and their families. Gives the sections, section n at index n - 1.
 std::vector<Section> addPeople(Writer& centro, Dice& dice);
-/// Notes of the guidance council and individual reports of some sections.
+/// Writes notes of the guidance council and individual reports of some sections.
 void addReports(Writer& centro, Dice& dice, const std::vector<Section>& sections);
 /// A few rows for each table that the others left empty, as that of a new dialog: numbered texts, and
 /// references to the first row.

@@ -4,7 +4,7 @@ namespace zv::sample {
 namespace {
 
 constexpr Long questions = 8;
-/// The first answer of each question of the guidance council, and one behind the last.
+/// Key of the first answer of each question of the guidance council, and one behind the last.
 constexpr Long firstAnswer[questions + 1] = {1, 5, 8, 11, 16, 19, 22, 26, 31};
 constexpr Long ratingTypes = 5;
 
@@ -26,7 +26,7 @@ void addGuidance(Writer& centro, Dice& dice, const Section& section)
     for (const Long pupil : section.pupils)
         for (Long question = 1; question <= questions; ++question) {
             const Long first = firstAnswer[question - 1];
-            // The last answer of each question is left for a person to delete.
+            // The last answer of each question stays unreferenced, for a person to delete.
             const Long answer = dice.once(10) ? 0 : first + dice.below(firstAnswer[question] - first - 1);
             centro.row(u"ConsejoOrientador_Nota", {++id, pupil, section.id, answer, question});
         }

@@ -6,7 +6,7 @@
 namespace zv {
 namespace {
 
-/// At once, since each row by itself would wait for the disk.
+/// One transaction: each row by itself would wait for the disk.
 void inOneStep(Connection& connection, const std::function<void()>& write)
 {
     Transaction transaction(connection);
@@ -27,7 +27,7 @@ void fillSampleSchool(School& school)
         sample::addReports(centro, dice, sample::addPeople(centro, dice));
         sample::addOtherRows(centro);
     });
-    // Keys above the largest live one stay taken while their rows wait in the recycle bin.
+    // Two rows in the recycle bin, with keys above the largest live one: IDMax must not give those again.
     inOneStep(*school.borrado, [&] {
         borrado.rows(u"EstadoCivil", u"9;Prometido/a");
         borrado.rows(u"Turno", u"5;Refuerzo de tarde;2");

@@ -6,12 +6,12 @@
 
 namespace zv::sample {
 
-/// Writes rows into one database, all columns in their order.
+/// Row writer of one database: all columns in their order.
 class Writer {
 public:
     explicit Writer(Connection& connection) : connection_(connection) {}
     void row(StringView table, const std::vector<Value>& values);
-    /// Rows parted by "|" and fields by ";". An empty field is Null.
+    /// Parses rows separated by "|" and fields by ";". An empty field is Null.
     void rows(StringView table, StringView text) { write(table, text, false); }
     /// The same, with keys counted from 1 in front.
     void numbered(StringView table, StringView text) { write(table, text, true); }
@@ -25,13 +25,14 @@ private:
     std::set<String> tables_;
 };
 
-/// The pieces of a text, of which there is at least one.
+/// Splits a text; gives one piece at least.
 std::vector<StringView> split(StringView text, char16_t sign);
 
-/// Gives the same numbers on every machine, which the library's distributions do not.
+/// Pseudo-random generator with the same numbers on every machine, which the library's distributions do not
+/// give.
 class Dice {
 public:
-    /// Each seed but 0 begins a row of numbers of its own.
+    /// Any seed but 0, each with a sequence of its own.
     explicit Dice(std::uint32_t seed = 20240912) : state_(seed) {}
     /// From 0 to one below the limit.
     int below(int limit);

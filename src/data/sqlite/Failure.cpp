@@ -11,14 +11,15 @@ namespace zv::sqlite {
 namespace {
 
 struct Rule {
-    int code;                   ///< Extended, or the primary code for all of its kind.
-    std::optional<Phase> phase; ///< Either, if empty.
-    StringView words;           ///< What the engine's text holds.
+    int code;                   ///< Extended result code, or the primary one for all of its kind.
+    std::optional<Phase> phase; ///< Empty: either.
+    StringView words;           ///< Substring of the engine's text.
     std::int32_t number;
 };
 
-/// The first rule that fits decides; what none fits is otherData. A key is taken only where the engine says
-/// so, and not where another column may have a value once: no other key would make way there.
+/// Rules, the first match decides; without one, otherData. keyExists leads to a retry with another key, so it
+/// is given only where the engine names the key, and not for another unique column, which no other key would
+/// help.
 constexpr std::array rules{
     Rule{SQLITE_CONSTRAINT_ROWID, {}, u"", failure::keyExists},
     Rule{SQLITE_CONSTRAINT, {}, u"", failure::brokenConstraint},

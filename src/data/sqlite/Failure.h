@@ -6,10 +6,10 @@ struct sqlite3;
 
 namespace zv::sqlite {
 
-/// When a statement failed: while it was read, or while it ran.
+/// Phase of the failure: while the statement was prepared, or while it ran.
 enum class Phase { preparing, running };
 
-/// What a handle tells of its last failure.
+/// Maps the last failure of a handle to a DataError.
 DataError failureOf(sqlite3* handle, Phase phase, StringView statement);
 
 } // namespace zv::sqlite

@@ -15,13 +15,13 @@ inline constexpr StringView noRightToRead =
 inline constexpr StringView diskFull =
     u"no se puede abrir ni crear: el disco está lleno; deje sitio y repita la orden.";
 
-/// Fails with words about a file that tell a person what to do.
+/// Fails with a message about a file that tells a person what to do.
 [[noreturn]] void failFor(const std::filesystem::path& file, StringView words);
-/// Fails for what the place tells without the engine: there is nothing, or something already.
+/// Precondition checks without the engine: fails where there is no file to open, or already one to create.
 void checkPlace(const std::filesystem::path& file, bool create);
-/// Whether the file and those that the engine keeps beside it can be read, as far as they are there.
+/// Whether the file and its side files (log, shared memory) can be read, as far as they exist.
 bool canBeRead(const std::filesystem::path& file);
-/// Takes away a database's file and what the engine keeps beside it, as far as they are there.
+/// Deletes a database's file and its side files, as far as they exist.
 void removeFile(const std::filesystem::path& file);
 
 } // namespace zv::sqlite

@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The live database comes last: without it the others are no school.
+// The live database last, as the commit: without it the others are no school.
 constexpr Database order[] = {Database::entrada, Database::borrado, Database::centro};
 
 constexpr StringView inTheWay =
@@ -55,7 +55,7 @@ FilesToBe::Folder::~Folder()
     fs::remove(path_, ignored);
 }
 #else
-/// False if whoever had it took it away meanwhile.
+/// Race: False if whoever held the lock removed the folder meanwhile.
 bool FilesToBe::Folder::lock()
 {
     const int handle = open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
@@ -116,7 +116,7 @@ fs::path FilesToBe::aside(Database which) const { return fileOf(folder_.path() /
 
 String FilesToBe::location() const { return aside(Database::centro).u16string(); }
 
-/// What is in place and not yet a school.
+/// Rollback: removes what is in place and not yet a school.
 void FilesToBe::takeBack() const
 {
     std::error_code ignored;
@@ -135,7 +135,7 @@ void FilesToBe::putInPlace()
         fs::create_hard_link(aside(which), place(which), error);
         if (error)
             checkPlace(place(which), true);
-        // Some disks know no second names.
+        // Fallback: some file systems have no hard links.
         if (error)
             fs::rename(aside(which), place(which));
     }

@@ -4,9 +4,9 @@
 
 namespace zv::sqlite {
 
-/// The files of a school in the making: they stand in a folder beside their place (colegio.db.creando), and
-/// get there by a second name. Who makes them locks the folder, so that what is in one that is free was left
-/// behind by the dead.
+/// Files of a school in the making: built in a folder beside their destination (colegio.db.creando), and
+/// moved by hard links. Whoever builds holds a lock on the folder, so that the content of an unlocked one was
+/// left behind by a killed process.
 class FilesToBe final : public SchoolToBe {
 public:
     explicit FilesToBe(std::filesystem::path live);
@@ -18,7 +18,7 @@ public:
     void putInPlace() override;
 
 private:
-    /// The folder, and the right to it.
+    /// RAII lock of the folder.
     class Folder {
     public:
         explicit Folder(const std::filesystem::path& live);

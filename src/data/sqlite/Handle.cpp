@@ -37,7 +37,7 @@ constexpr const char* writeAheadLog = "PRAGMA journal_mode=WAL;";
     }
 }
 
-/// Whether the file wants a log beside it and has none: then it is complete, and open nowhere.
+/// Whether the file is in write-ahead mode and has no log: then it is complete, and open nowhere.
 bool restsWithoutLog(const std::filesystem::path& file)
 {
     std::array<char, 20> head{};
@@ -47,8 +47,8 @@ bool restsWithoutLog(const std::filesystem::path& file)
     return head[19] == 2 && !std::filesystem::exists(log += "-wal", ignored);
 }
 
-/// The name as the engine takes it. Even one that only looks would leave a log beside a file that rests
-/// without one, and need the right to make it; so such a file is read as it stands.
+/// File name or URI for the engine. Even a read-only connection would create a log beside a complete file,
+/// and need the right to; so such a file is opened as immutable.
 std::string nameOf(const std::filesystem::path& file, Opening opening)
 {
     if (file.empty())
@@ -90,19 +90,19 @@ int flagsOf(Opening opening)
 
 std::string settingsOf(Opening opening, Durability durability)
 {
-    // Whether there is a database at all is found out by reading it.
+    // Probe: whether it is a database at all shows on the first read.
     std::string result = "SELECT 1 FROM sqlite_schema LIMIT 1;";
     if (opening == Opening::fresh)
         result += writeAheadLog;
     return result + (durability == Durability::full ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=OFF");
 }
 
-/// Waits for another station, in short steps: the engine's own steps grow so long that a station that writes
-/// without pause is hardly ever met between two of its statements.
+/// Busy handler: a retry loop with short, constant waits. The engine's own waits grow so long that a station
+/// that writes without pause is hardly ever met between two of its statements.
 int waitForOthers(void* /*none*/, int waited)
 {
     using Clock = std::chrono::steady_clock;
-    thread_local Clock::time_point begun; // A thread waits for one statement at a time.
+    thread_local Clock::time_point begun; // Per thread, which waits for one statement at a time.
     if (waited == 0)
         begun = Clock::now();
     if (Clock::now() - begun >= longestWait)
@@ -135,7 +135,7 @@ std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, Opening op
         failOpening(opened, file);
     sqlite3_extended_result_codes(opened, 1);
     sqlite3_busy_handler(opened, waitForOthers, nullptr);
-    // A name in double quotes that no column has is a missing column, not a text.
+    // Disables a fallback: an unknown name in double quotes is a missing column, not a text.
     sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     if (file.empty())

@@ -20,11 +20,10 @@ struct EndStatement {
 using DatabasePtr = std::unique_ptr<sqlite3, CloseHandle>;
 using StatementPtr = std::unique_ptr<sqlite3_stmt, EndStatement>;
 
-/// The cache of prepared statements: those that have run and may run again with other values, by their text;
-/// the latest first. A few dozen are kept.
+/// Cache (LRU) of prepared statements by their text, to run again with other values. A few dozen are kept.
 class ReadyStatements {
 public:
-    /// None if there is none of that text.
+    /// Takes a statement out of the cache; nullptr if there is none of that text.
     StatementPtr take(StringView text);
     void keep(String text, StatementPtr statement);
 
@@ -42,9 +41,10 @@ struct Handle {
 /// What a file is opened for.
 enum class Opening { existing, fresh, lookOnly };
 
-/// Fails with a RuntimeError that tells a person what to do. No file: in memory.
+/// Opens a connection of the driver. Fails with a RuntimeError that tells a person what to do. An empty path
+/// is a database in memory.
 std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, Opening opening, Durability durability);
-/// Who reads a file keeps nobody from writing it from then on: it has its log beside it.
+/// Switches the file to write-ahead logging: from then on readers do not block writers.
 void useWriteAheadLog(Handle& handle, const std::filesystem::path& file);
 bool isDiskFull(sqlite3* handle);
 

@@ -9,9 +9,9 @@
 namespace zv::sqlite {
 namespace {
 
-/// More would only be lists that never come twice.
+/// Statements with more values are lists that hardly ever repeat: not worth the cache.
 constexpr std::size_t mostValues = 64;
-/// A whole number of so many digits has one meaning, whatever stands around it.
+/// Safe width of a whole number: so many digits mean the same in every context.
 constexpr std::size_t mostDigits = 18;
 
 bool isOneOf(StringView word, std::initializer_list<StringView> words)
@@ -44,7 +44,7 @@ public:
 private:
     StringView text(const Token& token) const { return statement_.substr(token.start, token.length); }
 
-    /// Places of the statement's own would be counted with ours.
+    /// Parameters of the statement's own, which would be counted with ours.
     bool isForeign(const Token& token) const
     {
         return token.kind != Token::Kind::text &&
@@ -77,7 +77,7 @@ private:
         }
     }
 
-    /// Not so behind a sign, nor in x'00', nor as the pattern of LIKE.
+    /// Whether the value is a whole operand: not one behind a sign, not x'00', not a pattern of LIKE.
     bool standsAlone() const
     {
         return before_.size() == 1 && StringView(u"=<>,(").find(before_[0]) != StringView::npos;
@@ -105,9 +105,9 @@ private:
 
     StringView statement_;
     Parameters result_;
-    std::size_t done_ = 0;               ///< Up to here the text is written.
+    std::size_t done_ = 0;               ///< Copied up to here.
     StringView before_;                  ///< The token before.
-    std::vector<bool> places_ = {false}; ///< Whether values are taken, for each open parenthesis.
+    std::vector<bool> places_ = {false}; ///< Stack: whether values are extracted, for each open parenthesis.
 };
 
 } // namespace

@@ -3,7 +3,7 @@
 #include "data/Dialect.h"
 #include "data/sqlite/File.h"
 #include "data/sqlite/FilesToBe.h"
-#include "data/sqlite/Store.h"
+#include "data/sqlite/Pool.h"
 
 #include <sqlite3.h>
 
@@ -15,7 +15,7 @@ constexpr Dialect dialect{.joinTexts = u"||", .deleteWithStar = false};
 
 class SqliteConnection final : public Connection {
 public:
-    explicit SqliteConnection(std::shared_ptr<Store> store) : store_(std::move(store)) {}
+    explicit SqliteConnection(std::shared_ptr<Pool> pool) : pool_(std::move(pool)) {}
 
     RecordsetPtr Execute(StringView statement) override
     {
@@ -24,15 +24,15 @@ public:
     }
     RecordsetPtr executeNative(StringView statement) override
     {
-        return recordsetOf(String(statement), store_->run(statement),
-                           [store = store_](StringView again) { return store->run(again); });
+        return recordsetOf(String(statement), pool_->run(statement),
+                           [pool = pool_](StringView again) { return pool->run(again); });
     }
     EngineInfo engine() override { return {u"SQLite", fromUtf8(sqlite3_libversion())}; }
 
-    Store& store() { return *store_; }
+    Pool& pool() { return *pool_; }
 
 private:
-    std::shared_ptr<Store> store_;
+    std::shared_ptr<Pool> pool_;
 };
 
 std::filesystem::path pathOf(StringView location, Database which)
@@ -52,7 +52,7 @@ public:
     }
     void settle(Connection& connection) override
     {
-        dynamic_cast<SqliteConnection&>(connection).store().settle();
+        dynamic_cast<SqliteConnection&>(connection).pool().settle();
     }
     ConnectionPtr inspect(StringView location, Database which) override
     {
@@ -68,7 +68,7 @@ public:
         try {
             const RecordsetPtr rows = connection.executeNative(u"PRAGMA integrity_check(20)");
             for (; !rows->Eof(); rows->MoveNext())
-                // Above the first stands a line that names the database.
+                // Header line: above the first finding the engine names the database.
                 if (const String found = CStr(rows->row().front()); found != u"ok")
                     result.push_back(found.starts_with(u'*') ? found.substr(found.find(u'\n') + 1) : found);
         } catch (const DataError& error) {
@@ -85,7 +85,7 @@ public:
     void remove(StringView location, Database which) override { removeFile(pathOf(location, which)); }
     ConnectionPtr temporary(StringView /*location*/, Database /*which*/) override
     {
-        return std::make_shared<SqliteConnection>(std::make_shared<Store>(reuse_));
+        return std::make_shared<SqliteConnection>(std::make_shared<Pool>(reuse_));
     }
     std::vector<FoundTable> tables(Connection& connection) override
     {
@@ -106,7 +106,7 @@ private:
     ConnectionPtr opened(StringView location, Database which, Opening opening) const
     {
         return std::make_shared<SqliteConnection>(
-            std::make_shared<Store>(pathOf(location, which), opening, durability_, reuse_));
+            std::make_shared<Pool>(pathOf(location, which), opening, durability_, reuse_));
     }
 
     Durability durability_;

@@ -104,7 +104,8 @@ bool StatementRows::read(Row& row)
     return true;
 }
 
-/// Known once it runs: another station may have changed the table since the handle looked at it last.
+/// Read only once it runs, since a changed schema is noticed then: another station may have changed the table
+/// since the handle looked at it last.
 void StatementRows::readNames()
 {
     const int columns = sqlite3_column_count(prepared_.get());

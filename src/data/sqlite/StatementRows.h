@@ -5,15 +5,15 @@
 
 namespace zv::sqlite {
 
-/// A statement made ready to run. One that is empty, or more than one, fails as badStatement.
+/// Prepares a statement. One that is empty, or more than one, fails as badStatement.
 StatementPtr prepare(sqlite3* handle, StringView statement);
-/// Gives a prepared statement its values, which stay where they are until it has run.
+/// Binds the values, which must stay where they are until the statement has run.
 void bind(sqlite3_stmt* statement, const Parameters& parameters);
 
-/// The rows of a statement that runs on a handle.
+/// Cursor of a prepared statement that runs on a handle.
 class StatementRows final : public Cursor {
 public:
-    /// `parameters` belong to the statement where it may run again with others.
+    /// With `parameters` the prepared statement goes back to the cache.
     StatementRows(std::shared_ptr<Handle> handle, StatementPtr prepared, StringView statement,
                   std::optional<Parameters> parameters);
     ~StatementRows() override;

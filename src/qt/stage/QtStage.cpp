@@ -67,7 +67,7 @@ void sendMouse(QWidget& widget, QPoint where, std::initializer_list<QEvent::Type
     }
 }
 
-/// Whether the mouse would hit the widget at that point of it.
+/// Hit test: whether the mouse would hit the widget at that point of it.
 bool hit(QWidget& widget, QPoint where)
 {
     if (!widget.isVisible() || !widget.rect().contains(where))

@@ -6,8 +6,9 @@
 
 namespace zv {
 
-/// A stage of real windows: the person sends them key and mouse events, and takes so long over each act. What
-/// cannot be seen (a cell that is scrolled away, say) is acted upon directly. Needs a QApplication around it.
+/// Factory of stages in real windows: the person sends them synthetic key and mouse events, `pace` apart.
+/// What cannot be seen (a cell that is scrolled away, say) is acted upon through the model. Needs a
+/// QApplication around it.
 StageMaker qtStage(std::chrono::milliseconds pace);
 
 } // namespace zv

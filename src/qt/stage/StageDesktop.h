@@ -8,7 +8,8 @@
 
 namespace zv {
 
-/// Real windows that tell the play what they see. While one is open the play goes on reading.
+/// Desktop of a stage: real windows that report to the play what they show. The play reads on from within
+/// their modal loops.
 class StageDesktop final : public QtDesktop {
 public:
     StageDesktop(Play& play, std::chrono::milliseconds pace) : play_(play), pace_(pace) {}
@@ -19,10 +20,10 @@ public:
     void beep() override;
     void handlerFailed(const RuntimeError& error) override;
 
-    /// Sends events to the widgets. A mistake of the guion that comes up meanwhile waits until the toolkit's
-    /// own routines, which know no exceptions, have returned.
+    /// Runs a function that sends events to the widgets. A mistake of the guion met meanwhile is held back
+    /// (exception_ptr) until the toolkit's own routines, which know no exceptions, have returned.
     void acting(const std::function<void()>& events);
-    /// Lets what happened be seen.
+    /// Runs the event loop for one pace, so that a person can watch.
     void breathe();
 
 protected:

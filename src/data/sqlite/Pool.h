@@ -6,18 +6,20 @@
 
 namespace zv::sqlite {
 
-/// A database: one handle in memory; for a file as many as there are cursors open at a time. A statement runs
-/// on a handle without cursors, so that it sees the newest rows and its writing waits for no reader of ours.
-class Store {
+/// Pool of the handles of one database: one in memory; for a file as many as there are cursors open at a
+/// time. A statement runs on an idle handle, so that it sees the newest rows, and its write waits for no
+/// reader of ours.
+class Pool {
 public:
     /// A database in memory.
-    explicit Store(Reuse reuse);
+    explicit Pool(Reuse reuse);
     /// A file. Fails with a RuntimeError that tells a person what to do.
-    Store(std::filesystem::path file, Opening opening, Durability durability, Reuse reuse);
+    Pool(std::filesystem::path file, Opening opening, Durability durability, Reuse reuse);
 
-    /// From then on who reads keeps nobody from writing: the file itself remembers it. Fails as opening does.
+    /// Switches the file to write-ahead logging, for good: readers do not block writers. Fails as opening
+    /// does.
     void settle();
-    /// Runs a statement and reads its first rows. None if it has no columns.
+    /// Runs a statement and reads its first rows. nullptr if it has no columns.
     std::unique_ptr<Cursor> run(StringView statement);
 
 private:

@@ -1,4 +1,4 @@
-#include "data/sqlite/Store.h"
+#include "data/sqlite/Pool.h"
 
 #include "data/sqlite/Failure.h"
 #include "data/sqlite/File.h"
@@ -8,9 +8,9 @@
 
 namespace zv::sqlite {
 
-Store::Store(Reuse reuse) : reuse_(reuse) { handles_.add(openHandle({}, opening_, durability_)); }
+Pool::Pool(Reuse reuse) : reuse_(reuse) { handles_.add(openHandle({}, opening_, durability_)); }
 
-Store::Store(std::filesystem::path file, Opening opening, Durability durability, Reuse reuse)
+Pool::Pool(std::filesystem::path file, Opening opening, Durability durability, Reuse reuse)
     : file_(std::move(file)), opening_(opening), durability_(durability), reuse_(reuse)
 {
     checkPlace(file_, opening == Opening::fresh);
@@ -23,10 +23,10 @@ Store::Store(std::filesystem::path file, Opening opening, Durability durability,
     }
 }
 
-void Store::settle() { useWriteAheadLog(*handles_.front(), file_); }
+void Pool::settle() { useWriteAheadLog(*handles_.front(), file_); }
 
-/// Inside a transaction all statements run on the handle that began it; in memory there is no other.
-std::shared_ptr<Handle> Store::handle(StringView statement)
+/// Inside a transaction every statement runs on the handle that began it; in memory there is only one.
+std::shared_ptr<Handle> Pool::handle(StringView statement)
 {
     const auto inTransaction = [](const auto& each) {
         return sqlite3_get_autocommit(each->database.get()) == 0;
@@ -43,8 +43,8 @@ std::shared_ptr<Handle> Store::handle(StringView statement)
     return fresh;
 }
 
-/// A file that was taken away goes on existing for who has it open: what is written to it would be lost.
-void Store::refuseVanished(Handle& handle, StringView statement) const
+/// Check against lost writes: a deleted file goes on existing for whoever has it open.
+void Pool::refuseVanished(Handle& handle, StringView statement) const
 {
     int moved = 0;
     sqlite3_file_control(handle.database.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
@@ -53,7 +53,7 @@ void Store::refuseVanished(Handle& handle, StringView statement) const
                         statement);
 }
 
-std::unique_ptr<Cursor> Store::run(StringView statement)
+std::unique_ptr<Cursor> Pool::run(StringView statement)
 {
     refuseUnstorable(statement);
     std::shared_ptr<Handle> on = handle(statement);
@@ -61,7 +61,8 @@ std::unique_ptr<Cursor> Store::run(StringView statement)
     auto [prepared, parameters] = ready(*on, statement);
     const bool hasRows = sqlite3_column_count(prepared.get()) > 0;
     if (!hasRows || sqlite3_stmt_readonly(prepared.get()) == 0) {
-        // Rows that stand open on the same handle stay what they were when they were asked for.
+        // Snapshot: open cursors of the same handle buffer their rows, which stay what they were when they
+        // were asked for.
         while (!on->cursors.empty())
             on->cursors.back()->takeAll();
     }
@@ -70,9 +71,9 @@ std::unique_ptr<Cursor> Store::run(StringView statement)
     return hasRows ? std::move(cursor) : nullptr;
 }
 
-/// With values out of it where they can be; what fails so is read as it stands, and tells what is wrong with
-/// it.
-std::pair<StatementPtr, std::optional<Parameters>> Store::ready(Handle& handle, StringView statement) const
+/// Prepares the statement, from the cache where it can be parameterised; if that fails it is prepared as it
+/// stands, so that the failure is about its own text.
+std::pair<StatementPtr, std::optional<Parameters>> Pool::ready(Handle& handle, StringView statement) const
 {
     std::optional<Parameters> parameters;
     if (reuse_ == Reuse::yes)
