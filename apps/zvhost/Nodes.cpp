@@ -243,8 +243,8 @@ StringView nameOfTable(StringView table)
     for (const Node& each : nodes())
         if (sameName(each.table, table))
             return each.name;
-    for (const auto& [name, words] : otherTables)
-        if (sameName(name, table))
+    for (const auto& [other, words] : otherTables)
+        if (sameName(other, table))
             return words;
     return table;
 }
