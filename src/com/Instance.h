@@ -15,6 +15,7 @@ public:
     std::int32_t idOf(StringView member) override;
     std::int32_t parameterOf(std::int32_t member, StringView name) const override;
     Value invoke(Call& call) override;
+    const ZvGuid* described() const override { return &class_.interfaceId; }
 
     /// The field at a place, as its kind.
     virtual Value read(std::size_t field) = 0;

@@ -27,6 +27,8 @@ public:
     }
     /// A variant that refers to this one's value, for a callee to change; as it is where there is none.
     ZvVariant reference();
+    /// The same, to the variant itself, which the callee may make one of another kind.
+    ZvVariant variantReference();
 
 private:
     ZvVariant variant_{};

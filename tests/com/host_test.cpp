@@ -176,6 +176,60 @@ TEST(Variants, of_every_kind_and_by_reference_reach_a_member)
     EXPECT_EQ(*numbers, (std::vector<Long>{1, 9}));
 }
 
+/// An object of a script: it tells its names in its own way alone, and its routine changes the variant that
+/// it is handed into one of another kind.
+class Scripted {
+public:
+    ZvDispatch* face() { return reinterpret_cast<ZvDispatch*>(this); }
+
+private:
+    struct Table {
+        ZvDispatchVtbl plain;
+        ZvResult(ZV_CALL* GetDispID)(Scripted*, ZvBstr, std::uint32_t, std::int32_t*);
+    };
+    static ZvResult ZV_CALL query(ZvUnknown* self, const ZvGuid* id, void** place)
+    {
+        constexpr std::uint32_t own = 0xA6EF9860;
+        *place = id->data1 == own ? self : nullptr;
+        return *place == nullptr ? ZV_E_NOINTERFACE : ZV_OK;
+    }
+    static std::uint32_t ZV_CALL counted(ZvUnknown* /*self*/) { return 1; }
+    static ZvResult ZV_CALL names(ZvDispatch* /*self*/, const ZvGuid* /*reserved*/, std::uint16_t** /*names*/,
+                                  std::uint32_t /*count*/, std::uint32_t /*language*/, std::int32_t* /*ids*/)
+    {
+        return ZV_E_NOTIMPL;
+    }
+    static ZvResult ZV_CALL name(Scripted* /*self*/, ZvBstr name, std::uint32_t how, std::int32_t* id)
+    {
+        constexpr std::uint32_t anyCase = 8;
+        *id = 7;
+        return how == anyCase && sameName(textOf(name), u"execute") ? ZV_OK : ZV_DISP_UNKNOWNNAME;
+    }
+    static ZvResult ZV_CALL invoke(ZvDispatch* /*self*/, std::int32_t id, const ZvGuid* /*reserved*/,
+                                   std::uint32_t /*language*/, std::uint16_t /*modes*/, ZvParams* params,
+                                   ZvVariant* /*result*/, ZvException* /*exception*/,
+                                   std::uint32_t* /*argument*/)
+    {
+        if (id != 7 || params->count != 1 || params->arguments->vt != (ZV_VT_VARIANT | ZV_VT_BYREF))
+            return ZV_DISP_TYPEMISMATCH;
+        zv_variant_clear(params->arguments->value.variant);
+        *params->arguments->value.variant = zv_long(12);
+        return ZV_OK;
+    }
+    static inline const Table table{{{query, counted, counted}, nullptr, nullptr, names, invoke}, name};
+    const Table* vtbl_ = &table;
+};
+
+TEST(Scripts, are_asked_for_names_and_handed_variants_in_their_own_way)
+{
+    Scripted script;
+    const ObjectPtr object = objectOf(Held<ZvDispatch>(script.face()));
+    Arguments arguments{Value(u"text")};
+    callByReference(object, u"Execute", arguments);
+    EXPECT_EQ(CLng(arguments[0]), 12);
+    EXPECT_THROW(callByReference(object, u"Open", arguments), RuntimeError);
+}
+
 TEST(Library, is_found_by_name_once_registered_and_no_longer_after)
 {
     const Folder folder;

@@ -2,6 +2,7 @@
 
 #include "com/AsignarDatos.h"
 #include "com/Bridge.h"
+#include "com/MachineClasses.h"
 #include "com/Screen.h"
 #include "com/servidor/Rehearsal.h"
 #include "module/Module.h"
@@ -124,6 +125,7 @@ void compose()
     static const bool composed = [] {
         registerCipher();
         installModule();
+        preferMachineClasses();
         useSurroundings(around);
         return true;
     }();
