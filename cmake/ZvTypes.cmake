@@ -22,7 +22,7 @@ function(zv_resources library folder)
     set(ZV_ARCHITECTURE x86)
   endif()
   add_custom_command(OUTPUT ${ZV_TYPES} DEPENDS ${definition}
-                     COMMAND sh -c "(echo 'import \"oaidl.idl\"\;' && iconv -f UTF-8 -t CP1252 ${definition}) >${made}.idl"
+                     COMMAND sh -c "(echo 'import \"oaidl.idl\"$<SEMICOLON>' && iconv -f UTF-8 -t CP1252 ${definition}) >${made}.idl"
                      COMMAND ${ZV_WIDL} ${width} -I${ZV_WIDL_HEADERS} -L${ZV_WIDL_TYPES} -t -o ${ZV_TYPES} ${made}.idl
                      VERBATIM)
   target_sources(${library} PRIVATE ${made}.rc ${ZV_TYPES})

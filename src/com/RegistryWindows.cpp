@@ -16,6 +16,15 @@ constexpr const wchar_t* platform = sizeof(void*) == 8 ? L"win64" : L"win32";
 
 std::wstring wide(StringView text) { return {text.begin(), text.end()}; }
 
+/// A key below keys.
+std::wstring keyOf(std::initializer_list<std::wstring_view> names)
+{
+    std::wstring result;
+    for (const std::wstring_view name : names)
+        (result.empty() ? result : result.append(1, L'\\')).append(name);
+    return result;
+}
+
 std::wstring textOf(const GUID& id)
 {
     wchar_t text[40] = {};
@@ -82,13 +91,15 @@ struct Types {
         if (FAILED(types.GetLibAttr(&read)))
             throw Refusal{ZV_E_REGISTRATION};
         id = textOf(read->guid);
-        version = std::to_wstring(read->wMajorVerNum) + L"." + std::to_wstring(read->wMinorVerNum);
+        version.append(std::to_wstring(read->wMajorVerNum))
+            .append(1, L'.')
+            .append(std::to_wstring(read->wMinorVerNum));
         language = std::to_wstring(read->lcid);
         types.ReleaseTLibAttr(read);
         for (UINT i = 0; i < types.GetTypeInfoCount(); ++i)
             addInterface(types, i);
     }
-    std::wstring key() const { return L"TypeLib\\" + id + L"\\" + version; }
+    std::wstring key() const { return keyOf({L"TypeLib", id, version}); }
 
     std::wstring id, version, language;
     std::vector<std::pair<std::wstring, std::wstring>> interfaces; ///< Identifier and name.
@@ -129,34 +140,34 @@ void writeClass(const Branch& branch, const Creatable& each, const std::wstring&
     const std::wstring id = textOf(reinterpret_cast<const GUID&>(each.classId));
     for (const std::wstring& progId : {name, versioned}) {
         branch.write(progId, name);
-        branch.write(progId + L"\\CLSID", id);
+        branch.write(keyOf({progId, L"CLSID"}), id);
     }
-    branch.write(name + L"\\CurVer", versioned);
-    const std::wstring key = L"CLSID\\" + id;
+    branch.write(keyOf({name, L"CurVer"}), versioned);
+    const std::wstring key = keyOf({L"CLSID", id});
     branch.write(key, name);
-    branch.write(key + L"\\ProgID", versioned);
-    branch.write(key + L"\\VersionIndependentProgID", name);
-    branch.write(key + L"\\Programmable", L"");
-    branch.write(key + L"\\InprocServer32", file);
-    branch.write(key + L"\\InprocServer32", L"Apartment", L"ThreadingModel");
+    branch.write(keyOf({key, L"ProgID"}), versioned);
+    branch.write(keyOf({key, L"VersionIndependentProgID"}), name);
+    branch.write(keyOf({key, L"Programmable"}), {});
+    branch.write(keyOf({key, L"InprocServer32"}), file);
+    branch.write(keyOf({key, L"InprocServer32"}), L"Apartment", L"ThreadingModel");
     for (const Types& types : described()) {
-        branch.write(key + L"\\TypeLib", types.id);
-        branch.write(key + L"\\Version", types.version);
+        branch.write(keyOf({key, L"TypeLib"}), types.id);
+        branch.write(keyOf({key, L"Version"}), types.version);
     }
 }
 
 void writeTypes(const Branch& branch, const Types& types, const std::wstring& file)
 {
     branch.write(types.key(), L"Configuración del centro");
-    branch.write(types.key() + L"\\" + types.language + L"\\" + platform, file);
-    branch.write(types.key() + L"\\FLAGS", L"0");
-    branch.write(types.key() + L"\\HELPDIR", file.substr(0, file.rfind(L'\\')));
+    branch.write(keyOf({types.key(), types.language, platform}), file);
+    branch.write(keyOf({types.key(), L"FLAGS"}), L"0");
+    branch.write(keyOf({types.key(), L"HELPDIR"}), file.substr(0, file.rfind(L'\\')));
     for (const auto& [id, name] : types.interfaces) {
-        const std::wstring key = L"Interface\\" + id;
+        const std::wstring key = keyOf({L"Interface", id});
         branch.write(key, name);
-        branch.write(key + L"\\ProxyStubClsid32", proxies);
-        branch.write(key + L"\\TypeLib", types.id);
-        branch.write(key + L"\\TypeLib", types.version, L"Version");
+        branch.write(keyOf({key, L"ProxyStubClsid32"}), proxies);
+        branch.write(keyOf({key, L"TypeLib"}), types.id);
+        branch.write(keyOf({key, L"TypeLib"}), types.version, L"Version");
     }
 }
 
@@ -174,17 +185,17 @@ void removeAll(const Branch& branch, std::span<const Creatable> classes)
     for (const Creatable& each : classes) {
         branch.remove(wide(each.progId));
         branch.remove(wide(each.progId) + L".1");
-        branch.remove(L"CLSID\\" + textOf(reinterpret_cast<const GUID&>(each.classId)));
+        branch.remove(keyOf({L"CLSID", textOf(reinterpret_cast<const GUID&>(each.classId))}));
     }
     for (const Types& types : described()) {
         for (const auto& [id, name] : types.interfaces)
-            branch.remove(L"Interface\\" + id);
+            branch.remove(keyOf({L"Interface", id}));
         // The library of the other width has its line beside ours.
-        const std::wstring language = types.key() + L"\\" + types.language;
-        branch.remove(language + L"\\" + platform);
+        const std::wstring language = keyOf({types.key(), types.language});
+        branch.remove(keyOf({language, platform}));
         if (branch.removeIfEmpty(language)) {
             branch.remove(types.key());
-            branch.removeIfEmpty(L"TypeLib\\" + types.id);
+            branch.removeIfEmpty(keyOf({L"TypeLib", types.id}));
         }
     }
     // A person has these keys from the first class of his own on.
