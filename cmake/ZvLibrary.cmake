@@ -15,6 +15,8 @@ function(zv_library folder)
     target_link_options(${ARG_NAME} PRIVATE ${list} -Wl,--exclude-all-symbols -Wl,--enable-stdcall-fixup)
     target_link_libraries(${ARG_NAME} PRIVATE oleaut32 ole32)
     set_target_properties(${ARG_NAME} PROPERTIES PREFIX "")
+    # In the library itself, not in a floor: it stands before what the compiler adds.
+    target_sources(${ARG_NAME} PRIVATE com/windows/ThreadSlot.cpp)
     zv_resources(${ARG_NAME} ${folder})
   else()
     set(list ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/exports.map)

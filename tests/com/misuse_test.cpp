@@ -168,6 +168,7 @@ TEST(Variants, that_say_less_than_they_need_are_refused)
     element.vt = ZV_VT_ARRAY | ZV_VT_VARIANT;
     element.value.array = &array;
     EXPECT_THROW(valueOf(element), RuntimeError);
+#ifndef _WIN32
     // Freed by their own width, and only what is there.
     const auto kept = std::make_shared<Session>(ObjectPtr());
     constexpr std::uint32_t wide = 32;
@@ -185,6 +186,7 @@ TEST(Variants, that_say_less_than_they_need_are_refused)
     freed = zv_array_new(ZV_VT_BSTR, 1);
     std::free(std::exchange(freed->data, nullptr));
     zv_array_free(freed, ZV_VT_BSTR);
+#endif
     EXPECT_EQ(zv_array_new(ZV_VT_EMPTY, 1), nullptr) << "of nothing there is no list";
     // A number of 96 bits by reference is sixteen bytes.
     const auto decimal = std::make_unique<std::uint64_t[]>(2);
