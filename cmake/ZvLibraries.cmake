@@ -19,6 +19,7 @@ if(NOT WIN32)
 endif()
 
 enable_language(C)
+enable_language(RC)
 if(ZV_CCACHE)
   set(CMAKE_C_COMPILER_LAUNCHER ${ZV_CCACHE})
 endif()
