@@ -135,20 +135,16 @@ private:
         std::int32_t id = ZV_DISPID_UNKNOWN;
         ZvException none{};
         ZvResult found = host.vtbl->GetIDsOfNames(&host, &ZV_IID_NULL, &units, 1, spanish, &id);
-        if (found < 0 && findInScript(host, member, id))
-            found = ZV_OK;
+        // Some languages of scripts tell names in their own way alone, or only so without regard to case.
+        if (found < 0)
+            if (const Held<ScriptObject> script = scriptOf(host)) {
+                constexpr std::uint32_t anyCase = 8;
+                Variant text{Value(name)};
+                found = script.get()->vtbl->GetDispID(script.get(), text.raw().value.text, anyCase, &id);
+            }
         if (found < 0)
             failAs(found, none, member);
         return id;
-    }
-    /// Some languages of scripts tell names here alone, or only here without regard to case.
-    static bool findInScript(ZvDispatch& host, StringView member, std::int32_t& id)
-    {
-        constexpr std::uint32_t anyCase = 8;
-        const Held<ScriptObject> script = scriptOf(host);
-        Variant name{Value(String(member))};
-        return script &&
-               script.get()->vtbl->GetDispID(script.get(), name.raw().value.text, anyCase, &id) >= 0;
     }
     static std::uint16_t modesOf(Access access, const Arguments& arguments)
     {

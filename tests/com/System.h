@@ -13,6 +13,9 @@
 #ifdef _WIN32
 #include <vector>
 
+/// What the system says of "/nada.so".
+constexpr char notThere[] = "No se puede cargar la biblioteca (126).";
+
 inline void setenv(const char* name, const char* value, int /*over*/) { _putenv_s(name, value); }
 inline void unsetenv(const char* name) { _putenv_s(name, ""); }
 
@@ -50,6 +53,7 @@ inline long long memoryPieces()
 #include <malloc.h>
 #include <unistd.h>
 
+constexpr char notThere[] = "/nada.so: cannot open shared object file: No such file or directory";
 constexpr long long keptByLoad = 16;
 
 inline bool isLoaded(const std::string& file)
