@@ -95,7 +95,7 @@ Do Until plan.AtEndOfStream
             answer = facade.Eliminar(CInt(words(1)))
             WScript.Echo "> eliminar " & CStr(answer)
     End Select
-    If Err.Number <> 0 Then WScript.Echo Join(words, " ") & ": " & Err.Number & " " & Err.Description
+    If Err.Number <> 0 Then WScript.Echo words(0) & " " & words(1) & ": " & Err.Number & " " & Err.Description
     On Error GoTo 0
 Loop
 WScript.Echo "Fin"
