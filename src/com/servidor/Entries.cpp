@@ -2,7 +2,7 @@
 #include "com/Registry.h"
 #include "com/servidor/Composition.h"
 
-// What the library exports, under the names that hosts look for; exports.map lets nothing else out.
+// Exported symbols, under the names that hosts look up; exports.map (a version script) hides all others.
 extern "C" {
 
 extern const ZvIdBlock _IID_CASIGNARDATOS{sizeof(ZvGuid), ZV_IID__cAsignarDatos};
@@ -23,7 +23,7 @@ ZvResult DllCanUnloadNow()
         return ZV_FALSE;
     bool done = false;
     const ZvResult ended = zv::com::guarded([&] { done = zv::com::dismantle(); });
-    // Who was let go of may have made objects anew.
+    // Checked again: a host object's Release may be re-entrant and create new objects.
     return ended < 0 || (done && zv::com::inUse() == 0) ? ended : ZvResult{ZV_FALSE};
 }
 
