@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::int32_t largestNumber = 0xFFFF;
 
-/// What the surface says of itself, and the language's numbers for it.
+/// Mapping of the interface's own result codes to error numbers of the language.
 struct Known {
     ZvResult result;
     std::int32_t number;
@@ -70,7 +70,7 @@ void failAs(ZvResult result, ZvException& exception, StringView member)
         if (exception.fill != nullptr)
             exception.fill(&exception);
         number = exception.code != 0 ? exception.code : numberOf(exception.result);
-        // A failure without a number must not look like none.
+        // A failure with number 0 would read as success in Err.
         if (number == 0)
             number = failure::invalidCall;
     }
