@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint32_t spanish = 0x0C0A; ///< Locale identifier of the names.
 
-/// Marshals arguments to variants in reverse order, as late-bound calls take them; for a method by reference.
+/// Arguments as a host takes them: backwards.
 class Backwards {
 public:
     Backwards(Arguments& arguments, Access access) : arguments_(arguments)

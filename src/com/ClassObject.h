@@ -17,7 +17,7 @@ struct Creatable {
 ZvResult classObject(std::span<const Creatable> classes, const ZvGuid* classId, const ZvGuid* interface,
                      void** place);
 
-/// Class table of the module.
+/// The five classes of the module.
 std::span<const Creatable> moduleClasses();
 
 } // namespace zv::com

@@ -16,7 +16,7 @@ class ComObject;
 using AnyFunction = void (*)();
 using FunctionTable = std::vector<AnyFunction>;
 
-/// Interface pointer's target, which hosts hold: the vtable pointer first, as the binary interface demands.
+/// What a host holds of an object of ours: its table of functions comes first.
 struct Face {
     const AnyFunction* table;
     ComObject* object;

@@ -4,7 +4,7 @@
 
 namespace zv::com {
 
-/// Adapter of any late-bound object of ours to IDispatch.
+/// An object of ours, whatever its members, for hosts that call it by name.
 std::unique_ptr<ComObject> newNamedObject(ObjectPtr object);
 
 } // namespace zv::com

@@ -4,12 +4,11 @@
 
 namespace zv::com {
 
-/// Self-registration, by which hosts find the library: a file for each ProgID in "zvconfiguracion/servidores"
-/// of the user's data folder (XDG_DATA_HOME, or .local/share at home), with the class identifier and the
-/// library's path, a line each. ZV_E_REGISTRATION if it cannot be written, or the library cannot find its own
-/// path.
+/// Where hosts find servers: a file for each ProgID in "zvconfiguracion/servidores" of the person's data
+/// folder (XDG_DATA_HOME, or .local/share at home), with the class identifier and the library's path, a line
+/// each. Fails with ZV_E_REGISTRATION where it cannot be written or the library does not know its own place.
 ZvResult registerServer(std::span<const Creatable> classes);
-/// Removes the files; a missing one is no failure.
+/// Takes the files away; one that is not there is no failure.
 ZvResult unregisterServer(std::span<const Creatable> classes);
 
 } // namespace zv::com

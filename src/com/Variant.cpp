@@ -17,7 +17,7 @@ namespace {
 
 constexpr int typeBits = 0xFFF;
 
-// Binary contract: the layouts that hosts have, on 64 bits.
+// The layouts that every host has, on 64 bits.
 static_assert(sizeof(ZvVariant) == 24 && offsetof(ZvVariant, value) == 8);
 static_assert(sizeof(ZvArray) == 32 && offsetof(ZvArray, data) == 16 && offsetof(ZvArray, bounds) == 24);
 static_assert(sizeof(ZvParams) == 24 && sizeof(ZvException) == 64 && offsetof(ZvException, result) == 56);

@@ -39,7 +39,7 @@ public:
     void closed(Form& form);
     void messageBox(StringView prompt, Integer flags, StringView title);
     void beep() { observe(u"bip"); }
-    /// Records an unhandled failure where it ends.
+    /// A failure that no routine trapped, where it ends.
     void failed(const RuntimeError& error);
     /// Modal loop: runs commands until the form is no longer visible.
     void goOnWhileOpen(Form& form);

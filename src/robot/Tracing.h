@@ -8,8 +8,8 @@
 
 namespace zv {
 
-/// Settings of the tracing decorators below: which calls are traced, and which statements fail (fault
-/// injection).
+/// What is traced of the module's use of its live database and of the suite's helper object, and which
+/// statements are made to fail.
 struct Tracing {
     struct Failure {
         std::int32_t number = 0;
@@ -22,7 +22,7 @@ struct Tracing {
     std::function<void(StringView)> observe;
 };
 
-/// Decorator of a connection: traces each statement, and throws a pending failure instead of forwarding it.
+/// A connection that shows each statement and lets pending failures happen before it passes the statement on.
 class TracedConnection final : public Connection {
 public:
     TracedConnection(ConnectionPtr inner, Tracing& tracing) : inner_(std::move(inner)), tracing_(tracing) {}
@@ -37,8 +37,8 @@ private:
     Tracing& tracing_;
 };
 
-/// Factory of decorators that trace each call by name and forward it to an object of the given factory. A
-/// traced connection among the arguments is unwrapped, so that only the module's own statements are traced.
+/// A class whose objects show each call and pass it on to one of the given class, with connections that are
+/// not traced.
 ObjectFactory tracedApi(ObjectFactory inner, Tracing& tracing);
 
 } // namespace zv

@@ -9,9 +9,9 @@ class Transcript {
 public:
     explicit Transcript(const Guion& guion) : guion_(guion) {}
 
-    /// Starts the record of the next command.
+    /// The next command was read.
     void begin() { observed_.emplace_back(); }
-    /// Records a line, without "> ", under the current command.
+    /// Takes down a line, without "> ", under the command that was read last.
     void observe(StringView line);
     std::size_t commandsRead() const { return observed_.size(); }
     /// The lines recorded under the current command.

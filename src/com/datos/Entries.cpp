@@ -15,7 +15,7 @@ std::span<const Creatable> classes()
     return conexion;
 }
 
-/// Registers the engines of this library, once.
+/// The engines of this library, made known once.
 bool enginesKnown()
 {
     registerEngine(sqliteEngine());
@@ -27,7 +27,7 @@ bool enginesKnown()
 
 } // namespace zv::com
 
-// Exported symbols; exports.map (a version script) hides all others.
+// What the library exports; exports.map lets nothing else out.
 extern "C" {
 
 ZvResult DllGetClassObject(const ZvGuid* classId, const ZvGuid* interface, void** place)

@@ -2,7 +2,7 @@
 #include "com/Registry.h"
 #include "com/servidor/Composition.h"
 
-// Exported symbols, under the names that hosts look up; exports.map (a version script) hides all others.
+// What the library exports, under the names that hosts look for; exports.map lets nothing else out.
 extern "C" {
 
 extern const ZvIdBlock _IID_CASIGNARDATOS{sizeof(ZvGuid), ZV_IID__cAsignarDatos};
