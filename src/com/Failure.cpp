@@ -13,11 +13,11 @@ namespace {
 constexpr std::int32_t largestNumber = 0xFFFF;
 
 /// Mapping of the interface's own result codes to error numbers of the language.
-struct Known {
+struct KnownResult {
     ZvResult result;
     std::int32_t number;
 };
-constexpr Known knownResults[] = {
+constexpr KnownResult knownResults[] = {
     {ZV_DISP_UNKNOWNNAME, failure::memberMissing},
     {ZV_DISP_MEMBERNOTFOUND, failure::memberMissing},
     {ZV_DISP_TYPEMISMATCH, failure::typeMismatch},
@@ -32,7 +32,7 @@ constexpr Known knownResults[] = {
 
 std::int32_t numberOf(ZvResult result)
 {
-    const auto* known = std::ranges::find(knownResults, result, &Known::result);
+    const auto* known = std::ranges::find(knownResults, result, &KnownResult::result);
     if (known != std::end(knownResults))
         return known->number;
     const bool own = result > ZV_FAILURE_BASE && result <= ZV_FAILURE_BASE + largestNumber;

@@ -21,7 +21,7 @@ fs::path folder()
         return fs::path(value == nullptr ? "" : value);
     };
     fs::path data = variable("XDG_DATA_HOME");
-    // A relative path is ignored, as the variable's specification demands.
+    // A relative path counts as unset.
     if (!data.is_absolute() && variable("HOME").is_absolute())
         data = variable("HOME") / ".local" / "share";
     if (!data.is_absolute())
