@@ -9,7 +9,7 @@ namespace zv {
 class FreshSchool {
 public:
     /// `url` as for temporarySchool(). `sample`: filled with the sample school instead of empty. Fails with a
-    /// DataError.
+    /// RuntimeError.
     FreshSchool(StringView url, bool sample);
     ~FreshSchool();
     FreshSchool(const FreshSchool&) = delete;

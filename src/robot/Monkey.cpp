@@ -257,7 +257,8 @@ private:
         const String action = decimalText(dice_.once(3) ? 1 : dice_.once(20) ? dice_.below(256) : 2);
         if (dice_.once(3))
             return u"mostrar " + dice_.of(dialogs_) + u" " + action + u" " + row();
-        // Only a bank is opened locked: BloquearBanco() registers its row, which only that dialog releases.
+        // Locked only together with opening a bank: BloquearBanco() already loads that dialog, which
+        // registers its row.
         const String bank = decimalText(cNombreNodo::OC_Bancos);
         const String opened = dice_.once(25) ? bank : node();
         const bool locked = opened == bank && dice_.once(3);
@@ -315,7 +316,7 @@ private:
         }
     }
 
-    /// Cancel button or frame, at random at first and then in turn; fault when neither closes the dialog.
+    /// Cancel button or frame, at random; a fault when several tries left the dialog open.
     String leave(const Form& form)
     {
         constexpr int mostTries = 6;

@@ -72,7 +72,7 @@ void regionalMark(Play& play, const GuionArguments& a)
     useRegion(sameName(a[0].text, u"coma") ? spanishRegion : pointRegion);
 }
 
-/// Simulated other station, with the lifetime of ours, so that its registrations are never taken for stale.
+/// Simulated other station; its registrations stay until the guion ends.
 Station otherStation() { return {u"otro-puesto", thisStation().gone, thisStation().alive}; }
 
 void ocupar(Play& play, const GuionArguments& a)

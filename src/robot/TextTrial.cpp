@@ -71,7 +71,7 @@ constexpr StringView harmless[] = {u"Casado",    u"1234", u"12,5", u"12345", u"0
                                    u"B12345678", u"16%",  u"-1",   u""};
 constexpr StringView letters = u"abc";
 
-/// A text box, by its dialog and its index among the controls: a pointer would not survive the reset.
+/// A text box, by its dialog and its index among the controls.
 struct BoxPlace {
     String dialog;
     std::size_t place = 0;

@@ -8,8 +8,8 @@ namespace {
 
 constexpr StringView anyRun = u"{*}";
 
-/// Merges expected and observed lines: an expectation with "{*}" that matches is kept. Longest common
-/// subsequence, so that as many as possible are.
+/// Merges the observed lines with the expectations: a matching one with "{*}" is kept, as many as possible
+/// (longest common subsequence).
 std::vector<String> written(const std::vector<String>& expected, const std::vector<String>& observed)
 {
     if (std::ranges::none_of(expected, [](const String& line) { return line.find(anyRun) != String::npos; }))
@@ -56,7 +56,7 @@ bool fits(StringView expected, StringView seen)
 
 void Transcript::observe(StringView line)
 {
-    // Round trip through UTF-8, as in the file: a lone surrogate becomes its replacement character.
+    // Normalised by a round trip through UTF-8, as a line of the file is.
     observed_.back().push_back(fromUtf8(toUtf8(line)));
 }
 

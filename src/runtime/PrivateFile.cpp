@@ -40,7 +40,7 @@ int openNew(const fs::path& file)
 auto writeSome(int handle, std::string_view text) { return write(handle, text.data(), text.size()); }
 bool flushed(int handle) { return fsync(handle) == 0; }
 bool closed(int handle) { return close(handle) == 0; }
-/// Syncs the directory entry, which a crash would otherwise lose.
+/// So that a new name outlives the machine's sudden end.
 void flushFolder(const fs::path& folder)
 {
     const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -76,7 +76,7 @@ void makeFolder(const fs::path& folder)
         fs::permissions(folder, fs::perms::owner_all);
 }
 
-/// Random temporary name in the same folder, as a hard link needs the same file system.
+/// A name beside the file that no other program draws.
 fs::path nameBeside(const fs::path& file)
 {
     std::random_device chance;
@@ -98,7 +98,7 @@ bool createPrivateFile(const fs::path& file, std::string_view text)
         error = std::error_code(errno, std::generic_category());
     if (!closed(handle) && !error)
         error = std::error_code(errno, std::generic_category());
-    // Hard link instead of rename: it fails if the target exists, atomically, where a rename would overwrite.
+    // The second name is the only step that finds out whether the file is there already.
     if (!error)
         fs::create_hard_link(draft, file, error);
     std::error_code ignored;

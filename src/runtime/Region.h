@@ -14,8 +14,8 @@ struct Region {
 inline constexpr Region spanishRegion{u',', u'.'};
 inline constexpr Region pointRegion{u'.', u','};
 
-/// The current settings, process-wide. Initialised at first use from the environment (LC_ALL, LC_NUMERIC,
-/// LANG: the first that is set); Spanish if none is set, or it is "C" or "POSIX".
+/// The settings in force. At first use they come from the environment (LC_ALL, LC_NUMERIC, LANG: the first
+/// that is set); Spanish where none is set, or it is "C" or "POSIX".
 const Region& region();
 /// Overrides them, for tests and guiones.
 void useRegion(Region settings);

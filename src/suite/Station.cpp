@@ -24,9 +24,8 @@ std::string lineOf(const fs::path& file)
     return line;
 }
 
-/// Process number and start time (ticks since boot) parsed from a line of /proc/N/stat. The program's name
-/// between them is in parentheses and may contain blanks and parentheses itself. Both together identify a
-/// process, since numbers are reused.
+/// Number of the process and moment of its start (ticks since the machine's) from a line of /proc/N/stat. The
+/// program's name between them stands in parentheses and may hold blanks and parentheses itself.
 struct ProcessStart {
     std::string process;
     std::string ticks;
@@ -47,9 +46,8 @@ std::optional<ProcessStart> processStart(const std::string& stat)
     return ProcessStart{stat.substr(0, stat.find(' ')), stat.substr(from, stat.find(' ', from) - from)};
 }
 
-/// Parts of an identity: host / process / start / boot / machine. `machine` holds the machine's and the
-/// process namespace's identifiers: machines may share a name, and containers on one machine do not see each
-/// other's processes.
+/// Parts of an identity: host / process / start / boot / machine. The last one tells namesakes apart:
+/// machines with the same name, and programs on one machine that do not see each other's processes.
 enum Part : std::size_t { host, process, start, boot, machine, parts };
 using Parts = std::array<std::string, parts>;
 
@@ -95,7 +93,7 @@ std::string hostName()
     return name.empty() ? "equipo" : name.substr(0, longest);
 }
 
-/// Without /proc, random numbers: unique, but no other station can check liveness.
+/// Where the machine does not say who we are, chance does: then nobody can tell that we are gone.
 Parts ownIdentity()
 {
     if (const auto self = processStart(lineOf("/proc/self/stat")))
@@ -114,7 +112,7 @@ Seen seen(const Parts& own, const std::string& identity)
         return Seen::nothing;
     if ((*other)[boot] != own[boot])
         return Seen::ended;
-    // /proc mounted with hidepid hides other users' processes: a missing one proves nothing.
+    // A machine that hides the processes of other users tells nothing.
     if (lineOf("/proc/1/stat").empty())
         return Seen::nothing;
     const auto now = processStart(lineOf(fs::path("/proc") / (*other)[process] / "stat"));
