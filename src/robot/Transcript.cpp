@@ -58,6 +58,17 @@ void Transcript::observe(StringView line)
 {
     // What a file cannot hold is compared as the file would hold it.
     observed_.back().push_back(fromUtf8(toUtf8(line)));
+    inSteps_ = false;
+}
+
+void Transcript::observeStep(StringView step)
+{
+    if (inSteps_) {
+        observed_.back().back().append(u", ").append(step);
+        return;
+    }
+    observe(u"pasos " + String(step));
+    inSteps_ = true;
 }
 
 /// A command that was read, and the lines under it.
