@@ -8,7 +8,9 @@ namespace zv {
 
 Play::Play(const Guion& guion, const School& school, const StageMaker& stage)
     : guion_(guion), transcript_(guion), stage_(stage(*this)),
-      state_(school, [this](StringView line) { observe(line); })
+      state_(
+          school, [this](StringView line) { observe(line); },
+          [this](StringView step) { transcript_.observeStep(step); })
 {
     useDesktop(stage_.desktop.get());
 }
@@ -47,6 +49,17 @@ void Play::closed(Form& form)
 void Play::messageBox(StringView prompt, Integer flags, StringView title)
 {
     observe(u"mensaje " + decimalText(flags) + u" " + quoted(title) + u" " + quoted(prompt));
+}
+
+void Play::changed(const PropertyOwner& owner, const PropertyBase* property)
+{
+    const auto* form = dynamic_cast<const Form*>(&owner);
+    if (form == nullptr)
+        return;
+    if (property == &form->MousePointer)
+        state_.tracing.step(u"puntero " + decimalText(form->MousePointer()));
+    if (property == &form->Visible && !form->Visible())
+        state_.tracing.step(u"oculta " + form->Name());
 }
 
 void Play::failed(const RuntimeError& error) { observe(u"error " + decimalText(error.number())); }

@@ -39,6 +39,9 @@ public:
     void closed(Form& form);
     void messageBox(StringView prompt, Integer flags, StringView title);
     void beep() { observe(u"bip"); }
+    /// For `traza pasos`: a property of a form or a control changed; the screen was let repaint.
+    void changed(const PropertyOwner& owner, const PropertyBase* property);
+    void repainted() { state_.tracing.step(u"repinta"); }
     /// A failure that no routine trapped, where it ends.
     void failed(const RuntimeError& error);
     /// Modal loop: runs commands until the form is no longer visible.

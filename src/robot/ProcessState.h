@@ -13,7 +13,9 @@ namespace zv {
 /// the process around it.
 class ProcessState {
 public:
-    ProcessState(School databases, std::function<void(StringView)> observe);
+    /// The callbacks take down what is traced: a line, and a step.
+    ProcessState(School databases, std::function<void(StringView)> observe,
+                 std::function<void(StringView)> observeStep);
     ~ProcessState();
     ProcessState(const ProcessState&) = delete;
     ProcessState& operator=(const ProcessState&) = delete;

@@ -58,6 +58,17 @@ void Transcript::observe(StringView line)
 {
     // Normalised by a round trip through UTF-8, as a line of the file is.
     observed_.back().push_back(fromUtf8(toUtf8(line)));
+    inSteps_ = false;
+}
+
+void Transcript::observeStep(StringView step)
+{
+    if (inSteps_) {
+        observed_.back().back().append(u", ").append(step);
+        return;
+    }
+    observe(u"pasos " + String(step));
+    inSteps_ = true;
 }
 
 /// A command with the lines under it.

@@ -10,9 +10,15 @@ public:
     explicit Transcript(const Guion& guion) : guion_(guion) {}
 
     /// The next command was read.
-    void begin() { observed_.emplace_back(); }
+    void begin()
+    {
+        observed_.emplace_back();
+        inSteps_ = false;
+    }
     /// Takes down a line, without "> ", under the command that was read last.
     void observe(StringView line);
+    /// Takes down a step: steps in a row share a line.
+    void observeStep(StringView step);
     std::size_t commandsRead() const { return observed_.size(); }
     /// The lines recorded under the current command.
     std::vector<String> lastObserved() const
@@ -37,6 +43,7 @@ private:
     std::vector<Block> blocks() const;
     const Guion& guion_;
     std::vector<std::vector<String>> observed_;
+    bool inSteps_ = false; ///< The last line observed is one of steps.
 };
 
 /// Pattern match, where "{*}" in `expected` is the wildcard for any run of characters.

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <string>
 
 namespace zv {
@@ -55,6 +56,8 @@ public:
     String Description;
     void Clear();
     void set(const RuntimeError& error);
+    /// Observer callback, for a trace: a failure was left here (its number), or one was cleared (0).
+    std::function<void(std::int32_t)> changed;
 };
 ErrState& Err();
 
