@@ -1,5 +1,6 @@
 #include "data/Statement.h"
 #include "zvconf/Command.h"
+#include "zvconf/System.h"
 
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
@@ -48,12 +49,14 @@ public:
 private:
     static void handle(void (*handler)(int))
     {
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        for (const int signal : endingSignals())
             std::signal(signal, handler);
     }
     /// Signal handler. Debounced: some senders signal both the process and its group.
     static void note(int signal)
     {
+        // Some systems take the handler away when they call it.
+        std::signal(signal, note);
         const std::time_t now = std::time(nullptr);
         if (came == 0) {
             came = now;

@@ -17,10 +17,12 @@ namespace {
 
 constexpr int typeBits = 0xFFF;
 
-// The layouts that every host has, on 64 bits.
-static_assert(sizeof(ZvVariant) == 24 && offsetof(ZvVariant, value) == 8);
-static_assert(sizeof(ZvArray) == 32 && offsetof(ZvArray, data) == 16 && offsetof(ZvArray, bounds) == 24);
-static_assert(sizeof(ZvParams) == 24 && sizeof(ZvException) == 64 && offsetof(ZvException, result) == 56);
+// The layouts that every host has, on 64 and on 32 bits.
+constexpr bool wide = sizeof(void*) == 8;
+static_assert(sizeof(ZvVariant) == (wide ? 24 : 16) && offsetof(ZvVariant, value) == 8);
+static_assert(sizeof(ZvArray) == (wide ? 32 : 24) && offsetof(ZvArray, data) == (wide ? 16 : 12));
+static_assert(offsetof(ZvArray, bounds) == (wide ? 24 : 16) && sizeof(ZvParams) == (wide ? 24 : 16));
+static_assert(sizeof(ZvException) == (wide ? 64 : 32) && offsetof(ZvException, result) == (wide ? 56 : 28));
 
 std::size_t sizeOf(int type)
 {

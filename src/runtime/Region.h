@@ -15,7 +15,8 @@ inline constexpr Region spanishRegion{u',', u'.'};
 inline constexpr Region pointRegion{u'.', u','};
 
 /// The settings in force. At first use they come from the environment (LC_ALL, LC_NUMERIC, LANG: the first
-/// that is set); Spanish where none is set, or it is "C" or "POSIX".
+/// that is set), or else from the person's settings where the system keeps them apart; Spanish where neither
+/// says more, or it is "C" or "POSIX".
 const Region& region();
 /// Overrides them, for tests and guiones.
 void useRegion(Region settings);

@@ -4,6 +4,9 @@
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
+#ifdef _WIN32
+#include <windows.h> // Declares what the ODBC headers of that system are written in.
+#endif
 #include <sql.h>
 #include <sqlext.h>
 #include <sqlucode.h>
