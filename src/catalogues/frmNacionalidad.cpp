@@ -9,7 +9,6 @@ constexpr Step load[] = {step::mode,  step::icon,     step::object, step::lock, 
                          step::clear, step::existing, step::read,   step::fill, step::hold,    step::close};
 constexpr TextCatalogue words{
     .captionTexts = {.nuevo = u"Nueva Nacionalidad ", .modificado = u"Propiedades de Nacionalidad "},
-    .joint = u"", // No separator: the captions end in a blank.
     .table = u"Nacionalidad",
     .key = u"IDNacionalidad",
     .query = u"Select * from Nacionalidad  Where IDNacionalidad={fila}",
@@ -37,6 +36,7 @@ frmNacionalidad::frmNacionalidad() : TextCatalogueDialog(u"frmNacionalidad", wor
              cmdNacionalidad);
 }
 
+/// No separator: the captions end in a blank. An abbreviation that is Null is an empty one.
 void frmNacionalidad::fill(ResumeNext& next)
 {
     next([&] { Caption = Caption() + field(u"Descripcion"); });

@@ -3,6 +3,7 @@
 namespace zv {
 
 namespace {
+// A product of two tables: while one of them is empty no row is found, and every level may be deleted.
 constexpr StringView guards[] = {
     u"Select * From Personal,MiembroFamilia where MiembroFamilia.CodTipoNivelEstudios={fila} or "
     u"Personal.CodTipoNivelEstudios={fila}"};

@@ -11,7 +11,7 @@ namespace zv {
 
 namespace {
 
-/// Languages whose numbers have a decimal point, and the places of other languages that have one.
+/// Languages with a decimal point, and countries with one where the language has a comma.
 constexpr std::array<std::string_view, 8> pointLanguages{"en", "zh", "ja", "ko", "th", "he", "ga", "mt"};
 constexpr std::array<std::string_view, 12> pointPlaces{"es_MX", "es_US", "es_PR", "es_GT", "es_HN", "es_NI",
                                                        "es_PA", "es_PE", "es_SV", "es_DO", "de_CH", "it_CH"};

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view header = "ZVConfiguracion clave 1";
 
-/// A folder that the environment names with its full path.
+/// Folder named by an environment variable; empty unless absolute.
 fs::path folderIn(const char* variable)
 {
     fs::path folder = pathInEnvironment(variable);
