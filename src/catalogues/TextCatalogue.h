@@ -167,8 +167,8 @@ public:
     /// Names of the steps, for the tables.
     struct step {
         // Any routine.
-        /// Enters the resume-next mode: from here on a failing statement is abandoned and its failure left in
-        /// Err.
+        /// Clears Err and enters the resume-next mode: from here on a failing statement is abandoned and its
+        /// failure left in Err.
         static constexpr Step mode = &TextCatalogueDialog::enterMode;
         /// Creates the suite's helper object, which is released when the routine ends.
         static constexpr Step object = &TextCatalogueDialog::createObject;
@@ -209,11 +209,13 @@ public:
         static constexpr Step hourglass = &TextCatalogueDialog::showHourglass;
         /// Escapes the texts in place, for literals between apostrophes.
         static constexpr Step safe = &TextCatalogueDialog::makeTextsSafe;
-        /// Dirty check: a row whose first text is still the one that was read is not written. `safe` has
-        /// escaped the text by then, so that one with an apostrophe always counts as changed.
+        /// Dirty check: finishes, unsaved, for a row whose first text is still the one that was read; a new
+        /// row goes on. `safe` has escaped the text by then, so that one with an apostrophe always counts as
+        /// changed.
         static constexpr Step changed = &TextCatalogueDialog::onlyChanged;
-        /// Inserts (with the retry loop of `insert`) or updates; a failed update is reported and leaves the
-        /// dialog open.
+        /// Inserts (with the retry loop of `insert`) or updates. A failed insert is reported and goes on; a
+        /// failed update, or a failure of an earlier step that is still in Err, is reported and returns
+        /// early.
         static constexpr Step write = &TextCatalogueDialog::writeRow;
         static constexpr Step unload = &TextCatalogueDialog::unloadForm;
         /// Closes the dialog by pressing its own cancel button.

@@ -7,7 +7,8 @@ namespace zv {
 namespace {
 constexpr StringView guards[] = {u"Select CodTurno From Seccion where CodTurno={fila}"};
 using recipe::step;
-// The dirty check `changed` sees the text only: a change of the kind alone is not saved.
+// The dirty check `changed` sees the text only: after a change of the kind alone the dialog closes unsaved,
+// unless the text has an apostrophe, which `safe` has doubled by then.
 constexpr Step accept[] = {step::mode, step::object,  step::accepting, step::givenFocus, step::hourglass,
                            step::safe, step::changed, step::write,     step::unload};
 constexpr TextCatalogue words{

@@ -27,7 +27,7 @@ bool Play::playNext()
         more_();
     if (transcript_.commandsRead() == guion_.commands.size())
         return false;
-    // A copy: the guion may grow while the command is run.
+    // A copy: the vector may reallocate, as writeOn() appends while the command is run.
     const GuionCommand command = guion_.commands[transcript_.commandsRead()];
     transcript_.begin();
     findVerb(command.verb)->run(*this, command.arguments);
@@ -78,7 +78,7 @@ void Play::goOnWhileOpen(Form& form)
     while (form.Visible())
         if (!playNext())
             mistake(u"el guion acaba con la ventana " + form.Name() + u" abierta");
-    leave(form); // It may only be hidden.
+    leave(form); // A form that is only hidden is never reported closed.
 }
 
 Form& Play::formToLookAt() const

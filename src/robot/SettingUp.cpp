@@ -37,7 +37,7 @@ void entrada(Play& play, const GuionArguments& a)
     useDatabase(play, *play.state().school.entrada, a[0].text);
 }
 
-/// True, False or a number; nothing for what is neither.
+/// Parses True, False or a number; nullopt for anything else.
 std::optional<Value> bareValue(StringView text)
 {
     if (sameName(text, u"True") || sameName(text, u"False"))
@@ -73,7 +73,7 @@ void regionalMark(Play& play, const GuionArguments& a)
     useRegion(sameName(a[0].text, u"coma") ? spanishRegion : pointRegion);
 }
 
-/// Another station, which lives as long as the guion.
+/// Simulated other station; its registrations stay until the guion ends.
 Station otherStation() { return {u"otro-puesto", thisStation().gone, thisStation().alive}; }
 
 void ocupar(Play& play, const GuionArguments& a)
@@ -83,7 +83,7 @@ void ocupar(Play& play, const GuionArguments& a)
         play.mistake(u"el usuario es un número de 16 bits");
     if (!dialogs().has(a[0].text))
         play.mistake(u"el módulo no tiene la ventana " + a[0].text);
-    // Registrations bear the dialog's own name, however the guion writes it.
+    // Canonical name of the dialog, since registrations are found by it, and the guion may differ in case.
     const String form = dialogs().find(a[0].text).instance().Name();
     try {
         static_cast<void>(CentroApi(otherStation())

@@ -11,7 +11,7 @@ namespace {
 
 String onOneLine(StringView text) { return Replace(Replace(text, u"\r", u"\\r"), u"\n", u"\\n"); }
 
-/// An argument as it is shown; "" for one that is left out.
+/// Formats an argument; "" for one that is omitted from the trace.
 String shown(const Value& value)
 {
     if (const auto* text = value.as<String>())
@@ -94,7 +94,7 @@ public:
     }
 
 private:
-    /// The callee may write to the arguments; those that hold a traced connection keep it.
+    /// Copies by-reference arguments back, except those in which a traced connection was unwrapped.
     Value forward(StringView member, Access access, Arguments& arguments)
     {
         Arguments passed = arguments;
