@@ -17,6 +17,9 @@ struct Creatable {
 ZvResult classObject(std::span<const Creatable> classes, const ZvGuid* classId, const ZvGuid* interface,
                      void** place);
 
+/// Those of the library that this code is part of; each library says its own.
+std::span<const Creatable> ownClasses();
+
 /// The five classes of the module.
 std::span<const Creatable> moduleClasses();
 

@@ -16,6 +16,13 @@ class ComObject;
 using AnyFunction = void (*)();
 using FunctionTable = std::vector<AnyFunction>;
 
+/// A function as a table holds it. Only one that is called as hosts call them can be there.
+template <class Result, class... Arguments>
+AnyFunction slot(Result(ZV_CALL* function)(Arguments...))
+{
+    return reinterpret_cast<AnyFunction>(function);
+}
+
 /// What a host holds of an object of ours: its table of functions comes first.
 struct Face {
     const AnyFunction* table;

@@ -51,7 +51,7 @@ template <>
 struct Travels<Kind::collection> : Travels<Kind::object> {};
 
 template <Kind K, std::size_t Place>
-ZvResult getSlot(Face* face, typename Travels<K>::Type* place)
+ZvResult ZV_CALL getSlot(Face* face, typename Travels<K>::Type* place)
 {
     if (place == nullptr)
         return ZV_E_POINTER;
@@ -60,7 +60,7 @@ ZvResult getSlot(Face* face, typename Travels<K>::Type* place)
 }
 
 template <Kind K, std::size_t Place>
-ZvResult putSlot(Face* face, typename Travels<K>::Type value)
+ZvResult ZV_CALL putSlot(Face* face, typename Travels<K>::Type value)
 {
     return guarded([&] { Self<Instance>(face)->write(Place, Travels<K>::in(value)); });
 }
@@ -70,8 +70,8 @@ template <const auto& Fields, std::size_t... Place>
 FunctionTable fieldFunctions(std::index_sequence<Place...> /*places*/)
 {
     FunctionTable table = dispatchFunctions();
-    ((table.push_back(reinterpret_cast<AnyFunction>(getSlot<Fields[Place].kind, Place>)),
-      table.push_back(reinterpret_cast<AnyFunction>(putSlot<Fields[Place].kind, Place>))),
+    ((table.push_back(slot(getSlot<Fields[Place].kind, Place>)),
+      table.push_back(slot(putSlot<Fields[Place].kind, Place>))),
      ...);
     return table;
 }
