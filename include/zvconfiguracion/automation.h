@@ -1,15 +1,23 @@
-/* Tipos binarios de la automatización, con su disposición publicada en memoria, para programas de 64 bits.
- * Sólo hace falta la biblioteca estándar de C; vale también en C++.
+/* Tipos binarios de la automatización, con su disposición publicada en memoria. Sólo hace falta la biblioteca
+ * estándar de C y, en Windows, oleaut32; vale también en C++, y en el mismo fichero que <oleauto.h>, cuyos
+ * tipos son éstos con otro nombre.
  *
- * Memoria: los textos, las matrices y lo que cuelga de un ZvVariant se reservan con malloc y se liberan con
- * free. Quien recibe un valor de salida lo libera (zv_bstr_free, zv_variant_clear, zv_release); los
- * argumentos siguen siendo de quien llama. */
+ * Memoria: los textos, las matrices y lo que cuelga de un ZvVariant son, en Windows, de oleaut32; en los
+ * demás sistemas se reservan con malloc y se liberan con free. Quien recibe un valor de salida lo libera
+ * (zv_bstr_free, zv_variant_clear, zv_release); los argumentos siguen siendo de quien llama. */
 #ifndef ZVCONFIGURACION_AUTOMATION_H
 #define ZVCONFIGURACION_AUTOMATION_H
 
 #include <stdint.h>
 #include <stdlib.h>
 #include <string.h>
+
+/* Cómo se llama a una función de una tabla. Sólo en los 32 bits de Windows es otra que la del lenguaje. */
+#ifdef _WIN32
+#define ZV_CALL __stdcall
+#else
+#define ZV_CALL
+#endif
 
 #ifdef __cplusplus
 extern "C" {
@@ -164,7 +172,7 @@ typedef struct ZvException {
     ZvBstr helpFile;
     uint32_t helpContext;
     void* reserved2;
-    ZvResult (*fill)(struct ZvException*);
+    ZvResult(ZV_CALL* fill)(struct ZvException*);
     ZvResult result;
 } ZvException;
 
@@ -180,9 +188,9 @@ enum {
 };
 
 typedef struct ZvUnknownVtbl {
-    ZvResult (*QueryInterface)(ZvUnknown*, const ZvGuid*, void**);
-    uint32_t (*AddRef)(ZvUnknown*);
-    uint32_t (*Release)(ZvUnknown*);
+    ZvResult(ZV_CALL* QueryInterface)(ZvUnknown*, const ZvGuid*, void**);
+    uint32_t(ZV_CALL* AddRef)(ZvUnknown*);
+    uint32_t(ZV_CALL* Release)(ZvUnknown*);
 } ZvUnknownVtbl;
 struct ZvUnknown {
     const ZvUnknownVtbl* vtbl;
@@ -190,11 +198,11 @@ struct ZvUnknown {
 
 typedef struct ZvDispatchVtbl {
     ZvUnknownVtbl unknown;
-    ZvResult (*GetTypeInfoCount)(ZvDispatch*, uint32_t*);
-    ZvResult (*GetTypeInfo)(ZvDispatch*, uint32_t, uint32_t, void**);
-    ZvResult (*GetIDsOfNames)(ZvDispatch*, const ZvGuid*, uint16_t**, uint32_t, uint32_t, int32_t*);
-    ZvResult (*Invoke)(ZvDispatch*, int32_t, const ZvGuid*, uint32_t, uint16_t, ZvParams*, ZvVariant*,
-                       ZvException*, uint32_t*);
+    ZvResult(ZV_CALL* GetTypeInfoCount)(ZvDispatch*, uint32_t*);
+    ZvResult(ZV_CALL* GetTypeInfo)(ZvDispatch*, uint32_t, uint32_t, void**);
+    ZvResult(ZV_CALL* GetIDsOfNames)(ZvDispatch*, const ZvGuid*, uint16_t**, uint32_t, uint32_t, int32_t*);
+    ZvResult(ZV_CALL* Invoke)(ZvDispatch*, int32_t, const ZvGuid*, uint32_t, uint16_t, ZvParams*, ZvVariant*,
+                              ZvException*, uint32_t*);
 } ZvDispatchVtbl;
 struct ZvDispatch {
     const ZvDispatchVtbl* vtbl;
@@ -202,18 +210,132 @@ struct ZvDispatch {
 
 typedef struct ZvClassFactoryVtbl {
     ZvUnknownVtbl unknown;
-    ZvResult (*CreateInstance)(ZvClassFactory*, ZvUnknown*, const ZvGuid*, void**);
-    ZvResult (*LockServer)(ZvClassFactory*, int32_t);
+    ZvResult(ZV_CALL* CreateInstance)(ZvClassFactory*, ZvUnknown*, const ZvGuid*, void**);
+    ZvResult(ZV_CALL* LockServer)(ZvClassFactory*, int32_t);
 } ZvClassFactoryVtbl;
 struct ZvClassFactory {
     const ZvClassFactoryVtbl* vtbl;
 };
 
 /* Los cuatro puntos de entrada de un servidor. */
-typedef ZvResult (*ZvGetClassObject)(const ZvGuid*, const ZvGuid*, void**);
-typedef ZvResult (*ZvEntryPoint)(void); /* DllCanUnloadNow, DllRegisterServer, DllUnregisterServer */
+typedef ZvResult(ZV_CALL* ZvGetClassObject)(const ZvGuid*, const ZvGuid*, void**);
+typedef ZvResult(ZV_CALL* ZvEntryPoint)(void); /* DllCanUnloadNow, DllRegisterServer, DllUnregisterServer */
+
+/* Suelta una referencia a un objeto de cualquier interfaz; nulo vale. */
+static inline void zv_release(void* object)
+{
+    if (object != NULL)
+        ((ZvUnknown*)object)->vtbl->Release((ZvUnknown*)object);
+}
+
+static inline size_t zv_array_count(const ZvArray* array)
+{
+    size_t count = array->dimensions != 0 && array->data != NULL ? 1 : 0;
+    uint16_t i;
+    for (i = 0; i < array->dimensions; ++i)
+        count *= array->bounds[i].count;
+    return count;
+}
+
+/* Lo que ocupa un elemento de ese tipo, en octetos; 0 si una matriz no puede ser de él. */
+static inline uint32_t zv_element_size(int type)
+{
+    switch (type) {
+    case ZV_VT_I1:
+    case ZV_VT_UI1:
+        return 1;
+    case ZV_VT_I2:
+    case ZV_VT_UI2:
+    case ZV_VT_BOOL:
+        return 2;
+    case ZV_VT_I4:
+    case ZV_VT_UI4:
+    case ZV_VT_INT:
+    case ZV_VT_UINT:
+    case ZV_VT_R4:
+    case ZV_VT_ERROR:
+        return 4;
+    case ZV_VT_R8:
+    case ZV_VT_CY:
+    case ZV_VT_DATE:
+    case ZV_VT_I8:
+    case ZV_VT_UI8:
+        return 8;
+    case ZV_VT_BSTR:
+    case ZV_VT_DISPATCH:
+    case ZV_VT_UNKNOWN:
+        return (uint32_t)sizeof(void*);
+    case ZV_VT_VARIANT:
+        return (uint32_t)sizeof(ZvVariant);
+    default:
+        return 0;
+    }
+}
 
 /* Un texto con esas unidades, o con ceros si no se dan; nulo si no hay memoria. */
+static inline ZvBstr zv_bstr_new(const uint16_t* units, size_t count);
+static inline size_t zv_bstr_length(const uint16_t* text);
+static inline void zv_bstr_free(ZvBstr text);
+/* Una matriz de una dimensión, con ceros, cuyos elementos son de ese tipo; nulo si no hay memoria o si no los
+ * hay de ese tipo. */
+static inline ZvArray* zv_array_new(uint16_t elementType, uint32_t count);
+/* Libera una matriz cuyos elementos son de ese tipo, y lo que haya en ellos, si caben en su tamaño. */
+static inline void zv_array_free(ZvArray* array, uint16_t elementType);
+/* Libera lo que cuelga del valor y lo deja vacío. */
+static inline void zv_variant_clear(ZvVariant* variant);
+
+/* Cómo lo hacen, en cada sistema. */
+#ifdef _WIN32
+
+/* Las de oleaut32, con los tipos que les da <oleauto.h>. */
+struct tagSAFEARRAY;
+struct tagVARIANT;
+__declspec(dllimport) wchar_t* __stdcall SysAllocStringLen(const wchar_t*, unsigned int);
+__declspec(dllimport) unsigned int __stdcall SysStringLen(wchar_t*);
+__declspec(dllimport) void __stdcall SysFreeString(wchar_t*);
+__declspec(dllimport) struct tagSAFEARRAY* __stdcall SafeArrayCreateVector(unsigned short, long,
+                                                                           unsigned long);
+__declspec(dllimport) long __stdcall SafeArrayDestroy(struct tagSAFEARRAY*);
+__declspec(dllimport) long __stdcall VariantClear(struct tagVARIANT*);
+
+static inline ZvBstr zv_bstr_new(const uint16_t* units, size_t count)
+{
+    wchar_t* text;
+    if (count > (UINT32_MAX - 16) / 2)
+        return NULL;
+    text = SysAllocStringLen((const wchar_t*)units, (unsigned int)count);
+    if (text != NULL && units == NULL)
+        memset(text, 0, count * sizeof *text);
+    return (ZvBstr)text;
+}
+
+static inline size_t zv_bstr_length(const uint16_t* text) { return SysStringLen((wchar_t*)(uintptr_t)text); }
+
+static inline void zv_bstr_free(ZvBstr text) { SysFreeString((wchar_t*)text); }
+
+static inline ZvArray* zv_array_new(uint16_t elementType, uint32_t count)
+{
+    return zv_element_size(elementType) == 0 ? NULL
+                                             : (ZvArray*)(void*)SafeArrayCreateVector(elementType, 0, count);
+}
+
+static inline void zv_array_free(ZvArray* array, uint16_t elementType)
+{
+    (void)elementType; /* La matriz lo lleva escrito. */
+    if (array != NULL)
+        SafeArrayDestroy((struct tagSAFEARRAY*)(void*)array);
+}
+
+static inline void zv_variant_clear(ZvVariant* variant)
+{
+    ZvVariant old = *variant;
+    /* Vacío ya antes de soltar: un Release puede volver a mirarlo. */
+    memset(variant, 0, sizeof *variant);
+    VariantClear((struct tagVARIANT*)(void*)&old);
+}
+
+#else
+
 static inline ZvBstr zv_bstr_new(const uint16_t* units, size_t count)
 {
     uint32_t bytes;
@@ -244,28 +366,10 @@ static inline void zv_bstr_free(ZvBstr text)
         free((char*)text - 8);
 }
 
-/* Suelta una referencia a un objeto de cualquier interfaz; nulo vale. */
-static inline void zv_release(void* object)
+static inline ZvArray* zv_array_new(uint16_t elementType, uint32_t count)
 {
-    if (object != NULL)
-        ((ZvUnknown*)object)->vtbl->Release((ZvUnknown*)object);
-}
-
-static inline void zv_variant_clear(ZvVariant* variant);
-
-static inline size_t zv_array_count(const ZvArray* array)
-{
-    size_t count = array->dimensions != 0 && array->data != NULL ? 1 : 0;
-    uint16_t i;
-    for (i = 0; i < array->dimensions; ++i)
-        count *= array->bounds[i].count;
-    return count;
-}
-
-/* Una matriz de una dimensión, con ceros; nulo si no hay memoria. */
-static inline ZvArray* zv_array_new(uint32_t elementSize, uint32_t count)
-{
-    ZvArray* array = (ZvArray*)calloc(1, sizeof(ZvArray));
+    const uint32_t elementSize = zv_element_size(elementType);
+    ZvArray* array = elementSize == 0 ? NULL : (ZvArray*)calloc(1, sizeof(ZvArray));
     if (array == NULL)
         return NULL;
     array->dimensions = 1;
@@ -279,7 +383,6 @@ static inline ZvArray* zv_array_new(uint32_t elementSize, uint32_t count)
     return array;
 }
 
-/* Libera una matriz cuyos elementos son de ese tipo, y lo que haya en ellos, si caben en su tamaño. */
 static inline void zv_array_free(ZvArray* array, uint16_t elementType)
 {
     size_t i, count;
@@ -301,7 +404,6 @@ static inline void zv_array_free(ZvArray* array, uint16_t elementType)
     free(array);
 }
 
-/* Libera lo que cuelga del valor y lo deja vacío. */
 static inline void zv_variant_clear(ZvVariant* variant)
 {
     ZvVariant old = *variant;
@@ -316,6 +418,8 @@ static inline void zv_variant_clear(ZvVariant* variant)
     else if (old.vt == ZV_VT_DISPATCH || old.vt == ZV_VT_UNKNOWN)
         zv_release(old.value.unknown);
 }
+
+#endif
 
 #ifdef __cplusplus
 }

@@ -3,17 +3,11 @@
 #define ZVCONFIGURACION_LIBRARY_H
 
 #include <zvconfiguracion/calls.h>
+#include <zvconfiguracion/system.h>
 
 /* Lo único que cambia de un sistema a otro: cargar, buscar un nombre, descargar y decir por qué no se pudo.
  */
 #ifdef _WIN32
-#ifndef NOMINMAX
-#define NOMINMAX
-#endif
-#ifndef WIN32_LEAN_AND_MEAN
-#define WIN32_LEAN_AND_MEAN
-#endif
-#include <windows.h>
 static inline void* zv_system_load(const char* file)
 {
     ZvBstr path = zv_bstr_utf8(file, strlen(file));

@@ -45,7 +45,7 @@ static inline ZvSessionMember* zv_session_find(const ZvSession* session, const u
     return NULL;
 }
 
-static inline ZvResult zv_session_query(ZvUnknown* self, const ZvGuid* id, void** place)
+static inline ZvResult ZV_CALL zv_session_query(ZvUnknown* self, const ZvGuid* id, void** place)
 {
     if (place == NULL)
         return ZV_E_POINTER;
@@ -57,12 +57,12 @@ static inline ZvResult zv_session_query(ZvUnknown* self, const ZvGuid* id, void*
     return ZV_OK;
 }
 
-static inline uint32_t zv_session_add_ref(ZvUnknown* self)
+static inline uint32_t ZV_CALL zv_session_add_ref(ZvUnknown* self)
 {
     return __atomic_add_fetch(&((ZvSession*)(void*)self)->references, 1, __ATOMIC_RELAXED);
 }
 
-static inline uint32_t zv_session_release(ZvUnknown* self)
+static inline uint32_t ZV_CALL zv_session_release(ZvUnknown* self)
 {
     ZvSession* session = (ZvSession*)(void*)self;
     const uint32_t left = __atomic_sub_fetch(&session->references, 1, __ATOMIC_ACQ_REL);
@@ -78,7 +78,7 @@ static inline uint32_t zv_session_release(ZvUnknown* self)
     return 0;
 }
 
-static inline ZvResult zv_session_type_count(ZvDispatch* self, uint32_t* count)
+static inline ZvResult ZV_CALL zv_session_type_count(ZvDispatch* self, uint32_t* count)
 {
     (void)self;
     if (count == NULL)
@@ -87,7 +87,8 @@ static inline ZvResult zv_session_type_count(ZvDispatch* self, uint32_t* count)
     return ZV_OK;
 }
 
-static inline ZvResult zv_session_type(ZvDispatch* self, uint32_t index, uint32_t language, void** info)
+static inline ZvResult ZV_CALL zv_session_type(ZvDispatch* self, uint32_t index, uint32_t language,
+                                               void** info)
 {
     (void)self, (void)index, (void)language;
     if (info != NULL)
@@ -95,8 +96,8 @@ static inline ZvResult zv_session_type(ZvDispatch* self, uint32_t index, uint32_
     return info == NULL ? ZV_E_POINTER : ZV_DISP_BADINDEX;
 }
 
-static inline ZvResult zv_session_names(ZvDispatch* self, const ZvGuid* reserved, uint16_t** names,
-                                        uint32_t count, uint32_t language, int32_t* ids)
+static inline ZvResult ZV_CALL zv_session_names(ZvDispatch* self, const ZvGuid* reserved, uint16_t** names,
+                                                uint32_t count, uint32_t language, int32_t* ids)
 {
     const ZvSession* session = (const ZvSession*)(void*)self;
     const ZvSessionMember* member;
@@ -121,9 +122,10 @@ static inline void zv_session_store(ZvSessionMember* member, ZvVariant value)
     zv_variant_clear(&old);
 }
 
-static inline ZvResult zv_session_invoke(ZvDispatch* self, int32_t id, const ZvGuid* reserved,
-                                         uint32_t language, uint16_t modes, ZvParams* params,
-                                         ZvVariant* result, ZvException* exception, uint32_t* argument)
+static inline ZvResult ZV_CALL zv_session_invoke(ZvDispatch* self, int32_t id, const ZvGuid* reserved,
+                                                 uint32_t language, uint16_t modes, ZvParams* params,
+                                                 ZvVariant* result, ZvException* exception,
+                                                 uint32_t* argument)
 {
     ZvSession* session = (ZvSession*)(void*)self;
     const uint32_t given = params != NULL ? params->count : 0;

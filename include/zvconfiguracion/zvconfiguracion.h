@@ -43,30 +43,30 @@ static const ZvGuid ZV_IID__cInfPrimaria = {
 typedef struct Zv_cDatosSesion Zv_cDatosSesion;
 typedef struct Zv_cDatosSesionVtbl {
     ZvDispatchVtbl dispatch;
-    ZvResult (*get_IDPerfil)(Zv_cDatosSesion*, int16_t*);
-    ZvResult (*put_IDPerfil)(Zv_cDatosSesion*, int16_t);
-    ZvResult (*get_IDCentro)(Zv_cDatosSesion*, int16_t*);
-    ZvResult (*put_IDCentro)(Zv_cDatosSesion*, int16_t);
-    ZvResult (*get_NombreCentro)(Zv_cDatosSesion*, ZvBstr*);
-    ZvResult (*put_NombreCentro)(Zv_cDatosSesion*, ZvBstr);
-    ZvResult (*get_IDUsuario)(Zv_cDatosSesion*, int16_t*);
-    ZvResult (*put_IDUsuario)(Zv_cDatosSesion*, int16_t);
-    ZvResult (*get_NombreUsuario)(Zv_cDatosSesion*, ZvBstr*);
-    ZvResult (*put_NombreUsuario)(Zv_cDatosSesion*, ZvBstr);
-    ZvResult (*get_IDCursoEscolar)(Zv_cDatosSesion*, int16_t*);
-    ZvResult (*put_IDCursoEscolar)(Zv_cDatosSesion*, int16_t);
-    ZvResult (*get_ValorCursoEscolar)(Zv_cDatosSesion*, ZvBstr*);
-    ZvResult (*put_ValorCursoEscolar)(Zv_cDatosSesion*, ZvBstr);
-    ZvResult (*get_Activa)(Zv_cDatosSesion*, ZvBool*);
-    ZvResult (*put_Activa)(Zv_cDatosSesion*, ZvBool);
-    ZvResult (*get_Pesetas)(Zv_cDatosSesion*, ZvBool*);
-    ZvResult (*put_Pesetas)(Zv_cDatosSesion*, ZvBool);
-    ZvResult (*get_CadenaUdlActiva)(Zv_cDatosSesion*, ZvBstr*);
-    ZvResult (*put_CadenaUdlActiva)(Zv_cDatosSesion*, ZvBstr);
-    ZvResult (*get_MTP)(Zv_cDatosSesion*, ZvBool*);
-    ZvResult (*put_MTP)(Zv_cDatosSesion*, ZvBool);
-    ZvResult (*get_RutaAplicacion)(Zv_cDatosSesion*, ZvBstr*);
-    ZvResult (*put_RutaAplicacion)(Zv_cDatosSesion*, ZvBstr);
+    ZvResult(ZV_CALL* get_IDPerfil)(Zv_cDatosSesion*, int16_t*);
+    ZvResult(ZV_CALL* put_IDPerfil)(Zv_cDatosSesion*, int16_t);
+    ZvResult(ZV_CALL* get_IDCentro)(Zv_cDatosSesion*, int16_t*);
+    ZvResult(ZV_CALL* put_IDCentro)(Zv_cDatosSesion*, int16_t);
+    ZvResult(ZV_CALL* get_NombreCentro)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult(ZV_CALL* put_NombreCentro)(Zv_cDatosSesion*, ZvBstr);
+    ZvResult(ZV_CALL* get_IDUsuario)(Zv_cDatosSesion*, int16_t*);
+    ZvResult(ZV_CALL* put_IDUsuario)(Zv_cDatosSesion*, int16_t);
+    ZvResult(ZV_CALL* get_NombreUsuario)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult(ZV_CALL* put_NombreUsuario)(Zv_cDatosSesion*, ZvBstr);
+    ZvResult(ZV_CALL* get_IDCursoEscolar)(Zv_cDatosSesion*, int16_t*);
+    ZvResult(ZV_CALL* put_IDCursoEscolar)(Zv_cDatosSesion*, int16_t);
+    ZvResult(ZV_CALL* get_ValorCursoEscolar)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult(ZV_CALL* put_ValorCursoEscolar)(Zv_cDatosSesion*, ZvBstr);
+    ZvResult(ZV_CALL* get_Activa)(Zv_cDatosSesion*, ZvBool*);
+    ZvResult(ZV_CALL* put_Activa)(Zv_cDatosSesion*, ZvBool);
+    ZvResult(ZV_CALL* get_Pesetas)(Zv_cDatosSesion*, ZvBool*);
+    ZvResult(ZV_CALL* put_Pesetas)(Zv_cDatosSesion*, ZvBool);
+    ZvResult(ZV_CALL* get_CadenaUdlActiva)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult(ZV_CALL* put_CadenaUdlActiva)(Zv_cDatosSesion*, ZvBstr);
+    ZvResult(ZV_CALL* get_MTP)(Zv_cDatosSesion*, ZvBool*);
+    ZvResult(ZV_CALL* put_MTP)(Zv_cDatosSesion*, ZvBool);
+    ZvResult(ZV_CALL* get_RutaAplicacion)(Zv_cDatosSesion*, ZvBstr*);
+    ZvResult(ZV_CALL* put_RutaAplicacion)(Zv_cDatosSesion*, ZvBstr);
 } Zv_cDatosSesionVtbl;
 struct Zv_cDatosSesion {
     const Zv_cDatosSesionVtbl* vtbl;
@@ -75,18 +75,18 @@ struct Zv_cDatosSesion {
 typedef struct Zv_cConsejoOrientador Zv_cConsejoOrientador;
 typedef struct Zv_cConsejoOrientadorVtbl {
     ZvDispatchVtbl dispatch;
-    ZvResult (*get_IDCORNota)(Zv_cConsejoOrientador*, int32_t*);
-    ZvResult (*put_IDCORNota)(Zv_cConsejoOrientador*, int32_t);
-    ZvResult (*get_CodAlumno)(Zv_cConsejoOrientador*, int16_t*);
-    ZvResult (*put_CodAlumno)(Zv_cConsejoOrientador*, int16_t);
-    ZvResult (*get_codSeccion)(Zv_cConsejoOrientador*, int16_t*);
-    ZvResult (*put_codSeccion)(Zv_cConsejoOrientador*, int16_t);
-    ZvResult (*get_codCOResp)(Zv_cConsejoOrientador*, int16_t*);
-    ZvResult (*put_codCOResp)(Zv_cConsejoOrientador*, int16_t);
-    ZvResult (*get_codConsejoOrientador)(Zv_cConsejoOrientador*, int16_t*);
-    ZvResult (*put_codConsejoOrientador)(Zv_cConsejoOrientador*, int16_t);
-    ZvResult (*get_Estado)(Zv_cConsejoOrientador*, uint8_t*);
-    ZvResult (*put_Estado)(Zv_cConsejoOrientador*, uint8_t);
+    ZvResult(ZV_CALL* get_IDCORNota)(Zv_cConsejoOrientador*, int32_t*);
+    ZvResult(ZV_CALL* put_IDCORNota)(Zv_cConsejoOrientador*, int32_t);
+    ZvResult(ZV_CALL* get_CodAlumno)(Zv_cConsejoOrientador*, int16_t*);
+    ZvResult(ZV_CALL* put_CodAlumno)(Zv_cConsejoOrientador*, int16_t);
+    ZvResult(ZV_CALL* get_codSeccion)(Zv_cConsejoOrientador*, int16_t*);
+    ZvResult(ZV_CALL* put_codSeccion)(Zv_cConsejoOrientador*, int16_t);
+    ZvResult(ZV_CALL* get_codCOResp)(Zv_cConsejoOrientador*, int16_t*);
+    ZvResult(ZV_CALL* put_codCOResp)(Zv_cConsejoOrientador*, int16_t);
+    ZvResult(ZV_CALL* get_codConsejoOrientador)(Zv_cConsejoOrientador*, int16_t*);
+    ZvResult(ZV_CALL* put_codConsejoOrientador)(Zv_cConsejoOrientador*, int16_t);
+    ZvResult(ZV_CALL* get_Estado)(Zv_cConsejoOrientador*, uint8_t*);
+    ZvResult(ZV_CALL* put_Estado)(Zv_cConsejoOrientador*, uint8_t);
 } Zv_cConsejoOrientadorVtbl;
 struct Zv_cConsejoOrientador {
     const Zv_cConsejoOrientadorVtbl* vtbl;
@@ -114,27 +114,27 @@ typedef struct Zv_cAsignarDatosVtbl {
      * por sus sucursales. Llámela justo delante: lo bloqueado queda hasta que se abre y se cierra el nodo 30,
      * y la fila queda registrada. Un mensaje, si no se puede leer el banco, espera a que alguien lo cierre.
      */
-    ZvResult (*BloquearBanco)(Zv_cAsignarDatos*);
+    ZvResult(ZV_CALL* BloquearBanco)(Zv_cAsignarDatos*);
 
     /* Copia en el módulo los dieciocho miembros de la sesión, que se piden por su nombre y en un orden fijo.
      * El objeto sigue siendo de quien llama; el módulo retiene sus conexiones, y a él, hasta la llamada
      * siguiente o hasta que DllCanUnloadNow responde 0. No abre ventanas y no habla con la base de datos.
      * ZV_E_POINTER si el puntero es nulo, 91 si lo es el objeto, 438 si falta un miembro, 13 o 6 si su valor
      * es de otro tipo o no cabe: los anteriores quedan ya copiados. */
-    ZvResult (*ObtenerDatos)(Zv_cAsignarDatos*, ZvDispatch** ObjDatosSesion);
+    ZvResult(ZV_CALL* ObtenerDatos)(Zv_cAsignarDatos*, ZvDispatch** ObjDatosSesion);
 
     /* Muestra el diálogo del nodo (0 a 255; los que hay están en la guía) y no vuelve hasta que se cierra. No
      * dice qué hizo la persona: refresque después su lista. Un nodo sin diálogo no hace nada y da ZV_OK. 5 si
      * no hay pantalla, 400 si ese diálogo está abierto ya. Lo que falla con la ventana abierta se lo dice el
      * diálogo a la persona. */
-    ZvResult (*ActivarFormulario)(Zv_cAsignarDatos*, uint8_t bytNodoSeleccionado);
+    ZvResult(ZV_CALL* ActivarFormulario)(Zv_cAsignarDatos*, uint8_t bytNodoSeleccionado);
 
     /* Pone en `resultado` -1 si el módulo ve que la fila lngRowData del nodo (0 a 255) se puede borrar, y 0
      * si algo la nombra o si el nodo no tiene guarda. No borra y no pregunta: borrar es del anfitrión, y hay
      * nodos que dicen que sí sin haber mirado («Antes de borrar», en la guía). ZV_E_POINTER si `resultado` es
      * nulo. Si falla la consulta se muestra un mensaje y, leído, la llamada da ZV_OK y 0 (el nodo 65, -1 y
      * sin mensaje); sin pantalla da el número de la base de datos. */
-    ZvResult (*Eliminar)(Zv_cAsignarDatos*, uint8_t bytNodoSeleccionado, ZvBool* resultado);
+    ZvResult(ZV_CALL* Eliminar)(Zv_cAsignarDatos*, uint8_t bytNodoSeleccionado, ZvBool* resultado);
 } Zv_cAsignarDatosVtbl;
 struct Zv_cAsignarDatos {
     const Zv_cAsignarDatosVtbl* vtbl;
@@ -143,42 +143,42 @@ struct Zv_cAsignarDatos {
 typedef struct Zv_cInformeInd Zv_cInformeInd;
 typedef struct Zv_cInformeIndVtbl {
     ZvDispatchVtbl dispatch;
-    ZvResult (*get_CodAlumno)(Zv_cInformeInd*, int32_t*);
-    ZvResult (*put_CodAlumno)(Zv_cInformeInd*, int32_t);
-    ZvResult (*get_Dificultad)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Dificultad)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Valoracion)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Valoracion)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Apreciacion)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Apreciacion)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_colMaterias)(Zv_cInformeInd*, ZvDispatch**);
-    ZvResult (*putref_colMaterias)(Zv_cInformeInd*, ZvDispatch*);
-    ZvResult (*get_PropAlumno1)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_PropAlumno1)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_PropAlumno2)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_PropAlumno2)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_PropAlumno3)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_PropAlumno3)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_PropAlumno4)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_PropAlumno4)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_PropAlumno5)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_PropAlumno5)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Procedimiento1)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Procedimiento1)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Procedimiento2)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Procedimiento2)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Procedimiento3)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Procedimiento3)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Procedimiento4)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Procedimiento4)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Procedimiento5)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Procedimiento5)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Actitud1)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Actitud1)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Actitud2)(Zv_cInformeInd*, ZvBstr*);
-    ZvResult (*put_Actitud2)(Zv_cInformeInd*, ZvBstr);
-    ZvResult (*get_Estado)(Zv_cInformeInd*, uint8_t*);
-    ZvResult (*put_Estado)(Zv_cInformeInd*, uint8_t);
+    ZvResult(ZV_CALL* get_CodAlumno)(Zv_cInformeInd*, int32_t*);
+    ZvResult(ZV_CALL* put_CodAlumno)(Zv_cInformeInd*, int32_t);
+    ZvResult(ZV_CALL* get_Dificultad)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Dificultad)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Valoracion)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Valoracion)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Apreciacion)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Apreciacion)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_colMaterias)(Zv_cInformeInd*, ZvDispatch**);
+    ZvResult(ZV_CALL* putref_colMaterias)(Zv_cInformeInd*, ZvDispatch*);
+    ZvResult(ZV_CALL* get_PropAlumno1)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_PropAlumno1)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_PropAlumno2)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_PropAlumno2)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_PropAlumno3)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_PropAlumno3)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_PropAlumno4)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_PropAlumno4)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_PropAlumno5)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_PropAlumno5)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Procedimiento1)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Procedimiento1)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Procedimiento2)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Procedimiento2)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Procedimiento3)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Procedimiento3)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Procedimiento4)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Procedimiento4)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Procedimiento5)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Procedimiento5)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Actitud1)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Actitud1)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Actitud2)(Zv_cInformeInd*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Actitud2)(Zv_cInformeInd*, ZvBstr);
+    ZvResult(ZV_CALL* get_Estado)(Zv_cInformeInd*, uint8_t*);
+    ZvResult(ZV_CALL* put_Estado)(Zv_cInformeInd*, uint8_t);
 } Zv_cInformeIndVtbl;
 struct Zv_cInformeInd {
     const Zv_cInformeIndVtbl* vtbl;
@@ -187,18 +187,18 @@ struct Zv_cInformeInd {
 typedef struct Zv_cInfPrimaria Zv_cInfPrimaria;
 typedef struct Zv_cInfPrimariaVtbl {
     ZvDispatchVtbl dispatch;
-    ZvResult (*get_codMateria)(Zv_cInfPrimaria*, int32_t*);
-    ZvResult (*put_codMateria)(Zv_cInfPrimaria*, int32_t);
-    ZvResult (*get_codTipo)(Zv_cInfPrimaria*, int32_t*);
-    ZvResult (*put_codTipo)(Zv_cInfPrimaria*, int32_t);
-    ZvResult (*get_codResp)(Zv_cInfPrimaria*, int32_t*);
-    ZvResult (*put_codResp)(Zv_cInfPrimaria*, int32_t);
-    ZvResult (*get_Nombre)(Zv_cInfPrimaria*, ZvBstr*);
-    ZvResult (*put_Nombre)(Zv_cInfPrimaria*, ZvBstr);
-    ZvResult (*get_Respuesta)(Zv_cInfPrimaria*, ZvBstr*);
-    ZvResult (*put_Respuesta)(Zv_cInfPrimaria*, ZvBstr);
-    ZvResult (*get_Estado)(Zv_cInfPrimaria*, uint8_t*);
-    ZvResult (*put_Estado)(Zv_cInfPrimaria*, uint8_t);
+    ZvResult(ZV_CALL* get_codMateria)(Zv_cInfPrimaria*, int32_t*);
+    ZvResult(ZV_CALL* put_codMateria)(Zv_cInfPrimaria*, int32_t);
+    ZvResult(ZV_CALL* get_codTipo)(Zv_cInfPrimaria*, int32_t*);
+    ZvResult(ZV_CALL* put_codTipo)(Zv_cInfPrimaria*, int32_t);
+    ZvResult(ZV_CALL* get_codResp)(Zv_cInfPrimaria*, int32_t*);
+    ZvResult(ZV_CALL* put_codResp)(Zv_cInfPrimaria*, int32_t);
+    ZvResult(ZV_CALL* get_Nombre)(Zv_cInfPrimaria*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Nombre)(Zv_cInfPrimaria*, ZvBstr);
+    ZvResult(ZV_CALL* get_Respuesta)(Zv_cInfPrimaria*, ZvBstr*);
+    ZvResult(ZV_CALL* put_Respuesta)(Zv_cInfPrimaria*, ZvBstr);
+    ZvResult(ZV_CALL* get_Estado)(Zv_cInfPrimaria*, uint8_t*);
+    ZvResult(ZV_CALL* put_Estado)(Zv_cInfPrimaria*, uint8_t);
 } Zv_cInfPrimariaVtbl;
 struct Zv_cInfPrimaria {
     const Zv_cInfPrimariaVtbl* vtbl;

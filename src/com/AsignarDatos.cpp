@@ -52,24 +52,24 @@ private:
     cAsignarDatos facade_;
 };
 
-ZvResult bloquearBancoSlot(Face* face)
+ZvResult ZV_CALL bloquearBancoSlot(Face* face)
 {
     return guarded([&] { Self<Instance>(face)->run(bloquearBanco, {}); });
 }
 
-ZvResult obtenerDatosSlot(Face* face, ZvDispatch** session)
+ZvResult ZV_CALL obtenerDatosSlot(Face* face, ZvDispatch** session)
 {
     if (session == nullptr)
         return ZV_E_POINTER;
     return guarded([&] { Self<Instance>(face)->run(obtenerDatos, Travels<Kind::object>::in(*session)); });
 }
 
-ZvResult activarFormularioSlot(Face* face, std::uint8_t node)
+ZvResult ZV_CALL activarFormularioSlot(Face* face, std::uint8_t node)
 {
     return guarded([&] { Self<Instance>(face)->run(activarFormulario, Byte{node}); });
 }
 
-ZvResult eliminarSlot(Face* face, std::uint8_t node, ZvBool* answer)
+ZvResult ZV_CALL eliminarSlot(Face* face, std::uint8_t node, ZvBool* answer)
 {
     if (answer == nullptr)
         return ZV_E_POINTER;
@@ -82,10 +82,8 @@ const FunctionTable& functions()
 {
     static const FunctionTable table = [] {
         FunctionTable made = dispatchFunctions();
-        for (const AnyFunction function : {reinterpret_cast<AnyFunction>(bloquearBancoSlot),
-                                           reinterpret_cast<AnyFunction>(obtenerDatosSlot),
-                                           reinterpret_cast<AnyFunction>(activarFormularioSlot),
-                                           reinterpret_cast<AnyFunction>(eliminarSlot)})
+        for (const AnyFunction function : {slot(bloquearBancoSlot), slot(obtenerDatosSlot),
+                                           slot(activarFormularioSlot), slot(eliminarSlot)})
             made.push_back(function);
         return made;
     }();

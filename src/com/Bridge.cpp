@@ -4,6 +4,7 @@
 #include "com/Variant.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace zv::com {
 
@@ -11,10 +12,32 @@ namespace {
 
 constexpr std::uint32_t spanish = 0x0C0A; ///< Locale identifier of the names.
 
-/// Arguments as a host takes them: backwards.
+/// What objects of scripts have behind the seven functions of all: of this table only the first is called.
+struct ScriptObject;
+struct ScriptTable {
+    ZvDispatchVtbl dispatch;
+    ZvResult(ZV_CALL* GetDispID)(ScriptObject*, ZvBstr name, std::uint32_t how, std::int32_t* id);
+};
+struct ScriptObject {
+    const ScriptTable* vtbl;
+};
+constexpr ZvGuid scriptInterface = {
+    0xA6EF9860, 0xC720, 0x11D0, {0x93, 0x37, 0x00, 0xA0, 0xC9, 0x0D, 0xCA, 0xA9}};
+
+/// The object as one of a script; none if it is no such object.
+Held<ScriptObject> scriptOf(ZvDispatch& host)
+{
+    void* place = nullptr;
+    const ZvResult found =
+        host.vtbl->unknown.QueryInterface(reinterpret_cast<ZvUnknown*>(&host), &scriptInterface, &place);
+    return Held(found < 0 ? nullptr : static_cast<ScriptObject*>(place));
+}
+
+/// Arguments as a host takes them: backwards. A script's routines take references to variants, and not all of
+/// them references to what is in one.
 class Backwards {
 public:
-    Backwards(Arguments& arguments, Access access) : arguments_(arguments)
+    Backwards(Arguments& arguments, Access access, bool script) : arguments_(arguments)
     {
         values_.reserve(arguments.size());
         for (const Value& argument : arguments) {
@@ -24,7 +47,9 @@ public:
                 value.vt = ZV_VT_ERROR;
                 value.value.error = ZV_DISP_PARAMNOTFOUND;
             }
-            handed_.push_back(access == Access::call ? values_.back().reference() : value);
+            handed_.push_back(access != Access::call ? value
+                              : script               ? values_.back().variantReference()
+                                                     : values_.back().reference());
         }
         std::ranges::reverse(handed_);
     }
@@ -82,7 +107,7 @@ public:
         ZvDispatch* host = held.get();
         const std::int32_t id = idOf(*host, member);
         std::int32_t assigned = ZV_DISPID_PROPERTYPUT;
-        Backwards handed(arguments, access);
+        Backwards handed(arguments, access, access == Access::call && !arguments.empty() && isScripts());
         ZvParams params = handed.params(access == Access::let ? &assigned : nullptr);
         Variant result;
         ZvException exception{};
@@ -97,13 +122,26 @@ public:
     }
 
 private:
+    bool isScripts()
+    {
+        if (!scripts_)
+            scripts_ = static_cast<bool>(scriptOf(*dispatch_.get()));
+        return *scripts_;
+    }
     static std::int32_t idOf(ZvDispatch& host, StringView member)
     {
         String name(member);
         auto* units = reinterpret_cast<std::uint16_t*>(name.data());
         std::int32_t id = ZV_DISPID_UNKNOWN;
         ZvException none{};
-        const ZvResult found = host.vtbl->GetIDsOfNames(&host, &ZV_IID_NULL, &units, 1, spanish, &id);
+        ZvResult found = host.vtbl->GetIDsOfNames(&host, &ZV_IID_NULL, &units, 1, spanish, &id);
+        // Some languages of scripts tell names in their own way alone, or only so without regard to case.
+        if (found < 0)
+            if (const Held<ScriptObject> script = scriptOf(host)) {
+                constexpr std::uint32_t anyCase = 8;
+                Variant text{Value(name)};
+                found = script.get()->vtbl->GetDispID(script.get(), text.raw().value.text, anyCase, &id);
+            }
         if (found < 0)
             failAs(found, none, member);
         return id;
@@ -117,6 +155,7 @@ private:
     }
 
     Held<ZvDispatch> dispatch_;
+    std::optional<bool> scripts_;
 };
 
 } // namespace

@@ -23,7 +23,7 @@ ZvResult handOver(std::unique_ptr<ComObject> made, const ZvGuid* interface, void
     return own.get()->vtbl->QueryInterface(own.get(), interface, place);
 }
 
-ZvResult createInstance(Face* face, ZvUnknown* outer, const ZvGuid* interface, void** place)
+ZvResult ZV_CALL createInstance(Face* face, ZvUnknown* outer, const ZvGuid* interface, void** place)
 {
     if (place == nullptr)
         return ZV_E_POINTER;
@@ -37,7 +37,7 @@ ZvResult createInstance(Face* face, ZvUnknown* outer, const ZvGuid* interface, v
     });
 }
 
-ZvResult lockServer(Face* /*face*/, std::int32_t lock)
+ZvResult ZV_CALL lockServer(Face* /*face*/, std::int32_t lock)
 {
     static std::atomic<int> locks{0};
     if (lock != 0) {
@@ -59,8 +59,8 @@ const FunctionTable& functions()
 {
     static const FunctionTable table = [] {
         FunctionTable made = unknownFunctions();
-        made.push_back(reinterpret_cast<AnyFunction>(createInstance));
-        made.push_back(reinterpret_cast<AnyFunction>(lockServer));
+        made.push_back(slot(createInstance));
+        made.push_back(slot(lockServer));
         return made;
     }();
     return table;

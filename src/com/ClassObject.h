@@ -17,7 +17,10 @@ struct Creatable {
 ZvResult classObject(std::span<const Creatable> classes, const ZvGuid* classId, const ZvGuid* interface,
                      void** place);
 
-/// The five classes of the module.
+/// Those of the library that this code is part of; each library says its own.
+std::span<const Creatable> ownClasses();
+
+/// Class table of the module.
 std::span<const Creatable> moduleClasses();
 
 } // namespace zv::com

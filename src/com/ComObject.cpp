@@ -4,7 +4,7 @@ namespace zv::com {
 
 namespace {
 
-ZvResult queryInterface(Face* face, const ZvGuid* interface, void** place)
+ZvResult ZV_CALL queryInterface(Face* face, const ZvGuid* interface, void** place)
 {
     if (place == nullptr)
         return ZV_E_POINTER;
@@ -18,9 +18,9 @@ ZvResult queryInterface(Face* face, const ZvGuid* interface, void** place)
     return ZV_OK;
 }
 
-std::uint32_t addRef(Face* face) { return face->object->addRef(); }
+std::uint32_t ZV_CALL addRef(Face* face) { return face->object->addRef(); }
 
-std::uint32_t release(Face* face) { return face->object->release(); }
+std::uint32_t ZV_CALL release(Face* face) { return face->object->release(); }
 
 } // namespace
 
@@ -42,10 +42,6 @@ std::uint32_t ComObject::release()
     return left;
 }
 
-FunctionTable unknownFunctions()
-{
-    return {reinterpret_cast<AnyFunction>(queryInterface), reinterpret_cast<AnyFunction>(addRef),
-            reinterpret_cast<AnyFunction>(release)};
-}
+FunctionTable unknownFunctions() { return {slot(queryInterface), slot(addRef), slot(release)}; }
 
 } // namespace zv::com

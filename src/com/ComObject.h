@@ -16,7 +16,14 @@ class ComObject;
 using AnyFunction = void (*)();
 using FunctionTable = std::vector<AnyFunction>;
 
-/// What a host holds of an object of ours: its table of functions comes first.
+/// A function as a table holds it. Only one that is called as hosts call them can be there.
+template <class Result, class... Arguments>
+AnyFunction slot(Result(ZV_CALL* function)(Arguments...))
+{
+    return reinterpret_cast<AnyFunction>(function);
+}
+
+/// Interface pointer's target, which hosts hold: the vtable pointer first, as the binary interface demands.
 struct Face {
     const AnyFunction* table;
     ComObject* object;

@@ -1,5 +1,6 @@
 #include "com/DispatchObject.h"
 
+#include "com/TypeInfo.h"
 #include "com/Variant.h"
 
 #include <algorithm>
@@ -10,20 +11,22 @@ namespace {
 
 using DispatchSelf = Self<DispatchObject>;
 
-ZvResult getTypeInfoCount(Face* /*face*/, std::uint32_t* count)
+ZvResult ZV_CALL getTypeInfoCount(Face* face, std::uint32_t* count)
 {
     if (count == nullptr)
         return ZV_E_POINTER;
-    *count = 0;
+    const ZvGuid* described = DispatchSelf(face)->described();
+    *count = described != nullptr && hasTypeInfo(*described) ? 1 : 0;
     return ZV_OK;
 }
 
-ZvResult getTypeInfo(Face* /*face*/, std::uint32_t /*index*/, std::uint32_t /*language*/, void** info)
+ZvResult ZV_CALL getTypeInfo(Face* face, std::uint32_t index, std::uint32_t /*language*/, void** info)
 {
     if (info == nullptr)
         return ZV_E_POINTER;
     *info = nullptr;
-    return ZV_DISP_BADINDEX;
+    const ZvGuid* described = DispatchSelf(face)->described();
+    return index == 0 && described != nullptr ? typeInfo(*described, info) : ZvResult{ZV_DISP_BADINDEX};
 }
 
 /// Zero-terminated name.
@@ -32,8 +35,8 @@ StringView nameAt(const std::uint16_t* name) { return reinterpret_cast<const cha
 /// Check of the reserved parameter that both calls by name have.
 bool isReserved(const ZvGuid* reserved) { return reserved == nullptr || *reserved == ZV_IID_NULL; }
 
-ZvResult getIDsOfNames(Face* face, const ZvGuid* reserved, std::uint16_t** names, std::uint32_t count,
-                       std::uint32_t /*language*/, std::int32_t* ids)
+ZvResult ZV_CALL getIDsOfNames(Face* face, const ZvGuid* reserved, std::uint16_t** names, std::uint32_t count,
+                               std::uint32_t /*language*/, std::int32_t* ids)
 {
     if (names == nullptr || ids == nullptr || count == 0 ||
         std::find(names, names + count, nullptr) != names + count)
@@ -120,9 +123,9 @@ void answer(DispatchObject& object, DispatchObject::Call& call, const Places& pl
         *result = answered.detach();
 }
 
-ZvResult invoke(Face* face, std::int32_t id, const ZvGuid* reserved, std::uint32_t /*language*/,
-                std::uint16_t modes, const ZvParams* params, ZvVariant* result, ZvException* exception,
-                std::uint32_t* argument)
+ZvResult ZV_CALL invoke(Face* face, std::int32_t id, const ZvGuid* reserved, std::uint32_t /*language*/,
+                        std::uint16_t modes, const ZvParams* params, ZvVariant* result,
+                        ZvException* exception, std::uint32_t* argument)
 {
     if (!isReserved(reserved))
         return ZV_DISP_UNKNOWNINTERFACE;
@@ -155,8 +158,7 @@ FunctionTable dispatchFunctions()
 {
     FunctionTable table = unknownFunctions();
     for (const AnyFunction function :
-         {reinterpret_cast<AnyFunction>(getTypeInfoCount), reinterpret_cast<AnyFunction>(getTypeInfo),
-          reinterpret_cast<AnyFunction>(getIDsOfNames), reinterpret_cast<AnyFunction>(invoke)})
+         {slot(getTypeInfoCount), slot(getTypeInfo), slot(getIDsOfNames), slot(invoke)})
         table.push_back(function);
     return table;
 }

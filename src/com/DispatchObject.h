@@ -22,6 +22,8 @@ public:
     virtual std::int32_t parameterOf(std::int32_t member, StringView name) const = 0;
     /// Fails with a Refusal or a RuntimeError.
     virtual Value invoke(Call& call) = 0;
+    /// The interface that a library of types describes; nullptr if none does.
+    virtual const ZvGuid* described() const { return nullptr; }
 
 protected:
     using ComObject::ComObject;

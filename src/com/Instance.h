@@ -16,6 +16,7 @@ public:
     std::int32_t idOf(StringView member) override;
     std::int32_t parameterOf(std::int32_t member, StringView name) const override;
     Value invoke(Call& call) override;
+    const ZvGuid* described() const override { return &class_.interfaceId; }
 
     /// Reads the field at that index, converted to its kind.
     virtual Value read(std::size_t field) = 0;

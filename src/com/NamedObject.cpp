@@ -12,7 +12,16 @@ namespace {
 /// up by name and cannot list them.
 class NamedObject final : public DispatchObject {
 public:
-    explicit NamedObject(ObjectPtr object) : DispatchObject(functions()), object_(std::move(object)) {}
+    NamedObject(ObjectPtr object, std::vector<String> names, const ZvGuid* described)
+        : DispatchObject(functions()), object_(std::move(object)), names_(std::move(names)),
+          described_(described)
+    {}
+
+    bool answers(const ZvGuid& interface) const override
+    {
+        return DispatchObject::answers(interface) || (described_ != nullptr && interface == *described_);
+    }
+    const ZvGuid* described() const override { return described_; }
 
     std::int32_t idOf(StringView member) override
     {
@@ -53,13 +62,15 @@ private:
 
     ObjectPtr object_;
     std::vector<String> names_;
+    const ZvGuid* described_;
 };
 
 } // namespace
 
-std::unique_ptr<ComObject> newNamedObject(ObjectPtr object)
+std::unique_ptr<ComObject> newNamedObject(ObjectPtr object, std::vector<String> names,
+                                          const ZvGuid* described)
 {
-    return std::make_unique<NamedObject>(std::move(object));
+    return std::make_unique<NamedObject>(std::move(object), std::move(names), described);
 }
 
 } // namespace zv::com

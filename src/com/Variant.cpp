@@ -17,45 +17,23 @@ namespace {
 
 constexpr int typeBits = 0xFFF;
 
-// The layouts that every host has, on 64 and on 32 bits.
+// Binary contract: the layouts that hosts have, on 64 bits and on 32.
 constexpr bool wide = sizeof(void*) == 8;
+static_assert(sizeof(ZvGuid) == 16 && sizeof(ZvBool) == 2 && sizeof(ZvResult) == 4);
 static_assert(sizeof(ZvVariant) == (wide ? 24 : 16) && offsetof(ZvVariant, value) == 8);
-static_assert(sizeof(ZvArray) == (wide ? 32 : 24) && offsetof(ZvArray, data) == (wide ? 16 : 12));
-static_assert(offsetof(ZvArray, bounds) == (wide ? 24 : 16) && sizeof(ZvParams) == (wide ? 24 : 16));
-static_assert(sizeof(ZvException) == (wide ? 64 : 32) && offsetof(ZvException, result) == (wide ? 56 : 28));
+static_assert(sizeof(ZvArray) == (wide ? 32 : 24) && offsetof(ZvArray, data) == (wide ? 16 : 12) &&
+              offsetof(ZvArray, bounds) == (wide ? 24 : 16));
+static_assert(sizeof(ZvParams) == (wide ? 24 : 16) && offsetof(ZvParams, count) == (wide ? 16 : 8));
+static_assert(sizeof(ZvException) == (wide ? 64 : 32) && offsetof(ZvException, source) == (wide ? 8 : 4) &&
+              offsetof(ZvException, result) == (wide ? 56 : 28));
+static_assert(sizeof(ZvDispatchVtbl) == 7 * sizeof(void*) && sizeof(ZvClassFactoryVtbl) == 5 * sizeof(void*));
 
 std::size_t sizeOf(int type)
 {
-    switch (type) {
-    case ZV_VT_I1:
-    case ZV_VT_UI1:
-        return sizeof(std::uint8_t);
-    case ZV_VT_I2:
-    case ZV_VT_UI2:
-    case ZV_VT_BOOL:
-        return sizeof(std::int16_t);
-    case ZV_VT_I4:
-    case ZV_VT_UI4:
-    case ZV_VT_INT:
-    case ZV_VT_UINT:
-    case ZV_VT_R4:
-    case ZV_VT_ERROR:
-        return sizeof(std::int32_t);
-    case ZV_VT_R8:
-    case ZV_VT_CY:
-    case ZV_VT_DATE:
-    case ZV_VT_I8:
-    case ZV_VT_UI8:
-        return sizeof(std::int64_t);
-    case ZV_VT_BSTR:
-    case ZV_VT_DISPATCH:
-    case ZV_VT_UNKNOWN:
-        return sizeof(void*);
-    case ZV_VT_VARIANT:
-        return sizeof(ZvVariant);
-    default:
+    const std::size_t size = zv_element_size(type);
+    if (size == 0)
         fail(failure::typeMismatch);
-    }
+    return size;
 }
 
 /// Bounds check of a foreign array: one dimension, and elements large enough for the type.
@@ -225,7 +203,7 @@ struct Filler {
     void operator()(const LongArray& numbers) const
     {
         const std::size_t count = numbers ? numbers->size() : 0;
-        ZvArray* array = zv_array_new(sizeof(Long), static_cast<std::uint32_t>(count));
+        ZvArray* array = zv_array_new(ZV_VT_I4, static_cast<std::uint32_t>(count));
         if (array == nullptr)
             throw std::bad_alloc();
         if (count != 0)
@@ -284,17 +262,32 @@ void copyNumbers(ZvArray& array, int type, const Value& value)
     }
 }
 
+bool holdsNothing(const ZvVariant& variant)
+{
+    return variant.vt == ZV_VT_EMPTY || variant.vt == ZV_VT_NULL || variant.vt == ZV_VT_ERROR;
+}
+
 } // namespace
 
 Variant::Variant(const Value& value) { std::visit(Filler{variant_}, value.data()); }
 
 ZvVariant Variant::reference()
 {
-    if (variant_.vt == ZV_VT_EMPTY || variant_.vt == ZV_VT_NULL || variant_.vt == ZV_VT_ERROR)
+    if (holdsNothing(variant_))
         return variant_;
     ZvVariant result{};
     result.vt = static_cast<std::uint16_t>(variant_.vt | ZV_VT_BYREF);
     result.value.reference = &variant_.value;
+    return result;
+}
+
+ZvVariant Variant::variantReference()
+{
+    if (holdsNothing(variant_))
+        return variant_;
+    ZvVariant result{};
+    result.vt = ZV_VT_VARIANT | ZV_VT_BYREF;
+    result.value.variant = &variant_;
     return result;
 }
 

@@ -27,6 +27,8 @@ public:
     }
     /// By-reference variant to this one's value, for a callee to change; a plain copy if it has no value.
     ZvVariant reference();
+    /// The same, to the variant itself, which the callee may make one of another kind.
+    ZvVariant variantReference();
 
 private:
     ZvVariant variant_{};

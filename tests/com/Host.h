@@ -1,6 +1,7 @@
 #pragma once
 
 #include "com/Bridge.h"
+#include "com/System.h"
 #include "com/Text.h"
 #include "com/Variant.h"
 #include "data/Schools.h"
@@ -20,7 +21,12 @@ class Library : public client::Library {
 public:
     using client::Library::Library;
     ~Library() { EXPECT_TRUE(unload()) << "objects are left"; }
-    void* symbol(const char* name) const { return dlsym(raw().handle, name); }
+    void* symbol(const char* name) const
+    {
+        void* found = nullptr;
+        zv_system_symbol(raw().handle, name, &found);
+        return found;
+    }
     Held<ZvClassFactory> factory(const ZvGuid& classId) const
     {
         Held<ZvClassFactory> result;
@@ -105,7 +111,7 @@ struct Folder {
     Folder()
     {
         fs::create_directories(path);
-        setenv("XDG_DATA_HOME", path.c_str(), 1);
+        setenv("XDG_DATA_HOME", path.string().c_str(), 1);
     }
     ~Folder() { fs::remove_all(path); }
     std::string url() const { return "sqlite:" + (path / "colegio.db").string(); }

@@ -4,6 +4,8 @@
 #include "data/Engine.h"
 #include "runtime/Members.h"
 
+#include <zvconfiguracion/zvdatos.h>
+
 namespace zv::com {
 
 namespace {
@@ -108,6 +110,11 @@ private:
 
 } // namespace
 
-std::unique_ptr<ComObject> newConexion() { return newNamedObject(std::make_shared<Conexion>()); }
+std::unique_ptr<ComObject> newConexion()
+{
+    // Numbered as in the interface definition.
+    return newNamedObject(std::make_shared<Conexion>(), {u"Open", u"Execute", u"State", u"Close"},
+                          &ZV_IID__Conexion);
+}
 
 } // namespace zv::com

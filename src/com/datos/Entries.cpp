@@ -9,13 +9,7 @@ namespace zv::com {
 
 namespace {
 
-std::span<const Creatable> classes()
-{
-    static const Creatable conexion[] = {{ZV_CLSID_Conexion, u"ZVDatos.Conexion", newConexion}};
-    return conexion;
-}
-
-/// The engines of this library, made known once.
+/// Registers the engines of this library, once.
 bool enginesKnown()
 {
     registerEngine(sqliteEngine());
@@ -25,23 +19,29 @@ bool enginesKnown()
 
 } // namespace
 
+std::span<const Creatable> ownClasses()
+{
+    static const Creatable conexion[] = {{ZV_CLSID_Conexion, u"ZVDatos.Conexion", newConexion}};
+    return conexion;
+}
+
 } // namespace zv::com
 
-// What the library exports; exports.map lets nothing else out.
+// Exported symbols; the list of exports hides all others.
 extern "C" {
 
-ZvResult DllGetClassObject(const ZvGuid* classId, const ZvGuid* interface, void** place)
+ZvResult ZV_CALL DllGetClassObject(const ZvGuid* classId, const ZvGuid* interface, void** place)
 {
     const ZvResult ready = zv::com::guarded([] {
         static const bool known = zv::com::enginesKnown();
         static_cast<void>(known);
     });
-    return ready < 0 ? ready : zv::com::classObject(zv::com::classes(), classId, interface, place);
+    return ready < 0 ? ready : zv::com::classObject(zv::com::ownClasses(), classId, interface, place);
 }
 
-ZvResult DllCanUnloadNow() { return zv::com::inUse() == 0 ? ZV_OK : ZV_FALSE; }
+ZvResult ZV_CALL DllCanUnloadNow() { return zv::com::inUse() == 0 ? ZV_OK : ZV_FALSE; }
 
-ZvResult DllRegisterServer() { return zv::com::registerServer(zv::com::classes()); }
+ZvResult ZV_CALL DllRegisterServer() { return zv::com::registerServer(zv::com::ownClasses()); }
 
-ZvResult DllUnregisterServer() { return zv::com::unregisterServer(zv::com::classes()); }
+ZvResult ZV_CALL DllUnregisterServer() { return zv::com::unregisterServer(zv::com::ownClasses()); }
 }

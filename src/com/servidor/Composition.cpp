@@ -2,15 +2,17 @@
 
 #include "com/AsignarDatos.h"
 #include "com/Bridge.h"
+#include "com/MachineClasses.h"
 #include "com/Screen.h"
 #include "com/servidor/Rehearsal.h"
 #include "module/Module.h"
 #include "runtime/Single.h"
+#include "runtime/System.h"
 #include "session/cConfiguracion.h"
 #include "suite/sodium/EncryptoApi.h"
 
-#include <cstdlib>
 #include <mutex>
+#include <string>
 #include <string_view>
 
 namespace zv::com {
@@ -85,8 +87,8 @@ void open()
 {
     constexpr std::string_view byGuion = "guion:";
     auto made = std::make_unique<Theatre>();
-    const char* variable = std::getenv("ZV_ESCRITORIO");
-    const std::string_view choice = variable == nullptr ? "" : variable;
+    const std::string variable = environment("ZV_ESCRITORIO").value_or("");
+    const std::string_view choice = variable;
     if (choice.starts_with(byGuion)) {
         made->rehearsal = std::make_unique<Rehearsal>(std::string(choice.substr(byGuion.size())));
     } else if (choice == "ninguno") {
@@ -126,6 +128,7 @@ void compose()
     static const bool composed = [] {
         registerCipher();
         installModule();
+        preferMachineClasses();
         useSurroundings(around);
         return true;
     }();

@@ -2,7 +2,9 @@
 #include "com/Registry.h"
 #include "com/servidor/Composition.h"
 
-// What the library exports, under the names that hosts look for; exports.map lets nothing else out.
+std::span<const zv::com::Creatable> zv::com::ownClasses() { return moduleClasses(); }
+
+// Exported symbols, under the names that hosts look up; the list of exports hides all others.
 extern "C" {
 
 extern const ZvIdBlock _IID_CASIGNARDATOS{sizeof(ZvGuid), ZV_IID__cAsignarDatos};
@@ -11,13 +13,13 @@ extern const ZvIdBlock _IID_CDATOSSESION{sizeof(ZvGuid), ZV_IID__cDatosSesion};
 extern const ZvIdBlock _IID_CINFORMEIND{sizeof(ZvGuid), ZV_IID__cInformeInd};
 extern const ZvIdBlock _IID_CINFPRIMARIA{sizeof(ZvGuid), ZV_IID__cInfPrimaria};
 
-ZvResult DllGetClassObject(const ZvGuid* classId, const ZvGuid* interface, void** place)
+ZvResult ZV_CALL DllGetClassObject(const ZvGuid* classId, const ZvGuid* interface, void** place)
 {
     const ZvResult ready = zv::com::guarded([] { zv::com::compose(); });
-    return ready < 0 ? ready : zv::com::classObject(zv::com::moduleClasses(), classId, interface, place);
+    return ready < 0 ? ready : zv::com::classObject(zv::com::ownClasses(), classId, interface, place);
 }
 
-ZvResult DllCanUnloadNow()
+ZvResult ZV_CALL DllCanUnloadNow()
 {
     if (zv::com::inUse() != 0)
         return ZV_FALSE;
@@ -27,7 +29,7 @@ ZvResult DllCanUnloadNow()
     return ended < 0 || (done && zv::com::inUse() == 0) ? ended : ZvResult{ZV_FALSE};
 }
 
-ZvResult DllRegisterServer() { return zv::com::registerServer(zv::com::moduleClasses()); }
+ZvResult ZV_CALL DllRegisterServer() { return zv::com::registerServer(zv::com::ownClasses()); }
 
-ZvResult DllUnregisterServer() { return zv::com::unregisterServer(zv::com::moduleClasses()); }
+ZvResult ZV_CALL DllUnregisterServer() { return zv::com::unregisterServer(zv::com::ownClasses()); }
 }

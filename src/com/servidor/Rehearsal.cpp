@@ -4,6 +4,7 @@
 #include "robot/Verbs.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -17,7 +18,8 @@ constexpr std::string_view hostsTurn = "anfitrion\n";
 
 std::string contents(const std::string& file)
 {
-    std::ifstream stream(file, std::ios::binary);
+    const std::filesystem::path path(std::u8string(file.begin(), file.end()));
+    std::ifstream stream(path, std::ios::binary);
     stream.peek(); // Opening a folder succeeds; reading it fails.
     if (!stream.is_open() || stream.bad())
         throw RuntimeError(failure::fileMissing,

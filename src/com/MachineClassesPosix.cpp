@@ -1,0 +1,7 @@
+#include "com/MachineClasses.h"
+
+namespace zv::com {
+
+void preferMachineClasses() {}
+
+} // namespace zv::com
