@@ -3,6 +3,7 @@
 #include "zvconf/Command.h"
 
 #include <csignal>
+#include <iostream>
 
 namespace zv::zvconf {
 
@@ -27,6 +28,6 @@ std::span<const int> endingSignals()
 
 // Streams take bytes as they are.
 Utf8Output::Utf8Output() = default;
-Utf8Output::~Utf8Output() = default;
+Utf8Output::~Utf8Output() { std::cout.flush(); }
 
 } // namespace zv::zvconf

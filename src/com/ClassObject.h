@@ -20,7 +20,7 @@ ZvResult classObject(std::span<const Creatable> classes, const ZvGuid* classId, 
 /// Those of the library that this code is part of; each library says its own.
 std::span<const Creatable> ownClasses();
 
-/// The five classes of the module.
+/// Class table of the module.
 std::span<const Creatable> moduleClasses();
 
 } // namespace zv::com

@@ -23,7 +23,7 @@ AnyFunction slot(Result(ZV_CALL* function)(Arguments...))
     return reinterpret_cast<AnyFunction>(function);
 }
 
-/// What a host holds of an object of ours: its table of functions comes first.
+/// Interface pointer's target, which hosts hold: the vtable pointer first, as the binary interface demands.
 struct Face {
     const AnyFunction* table;
     ComObject* object;

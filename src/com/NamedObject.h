@@ -4,7 +4,7 @@
 
 namespace zv::com {
 
-/// An object of ours, whatever its members, for hosts that call it by name. Those members whose names are
+/// Adapter of any late-bound object of ours to IDispatch. Those members whose names are
 /// given have the numbers 1, 2, ..., as an interface definition has them; `described` is that interface, and
 /// lives on.
 std::unique_ptr<ComObject> newNamedObject(ObjectPtr object, std::vector<String> names = {},

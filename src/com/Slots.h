@@ -50,28 +50,28 @@ struct Travels<Kind::object> {
 template <>
 struct Travels<Kind::collection> : Travels<Kind::object> {};
 
-template <Kind K, std::size_t Place>
+template <Kind K, std::size_t Index>
 ZvResult ZV_CALL getSlot(Face* face, typename Travels<K>::Type* place)
 {
     if (place == nullptr)
         return ZV_E_POINTER;
     *place = {};
-    return guarded([&] { Travels<K>::out(Self<Instance>(face)->read(Place), place); });
+    return guarded([&] { Travels<K>::out(Self<Instance>(face)->read(Index), place); });
 }
 
-template <Kind K, std::size_t Place>
+template <Kind K, std::size_t Index>
 ZvResult ZV_CALL putSlot(Face* face, typename Travels<K>::Type value)
 {
-    return guarded([&] { Self<Instance>(face)->write(Place, Travels<K>::in(value)); });
+    return guarded([&] { Self<Instance>(face)->write(Index, Travels<K>::in(value)); });
 }
 
 /// Generates a class's vtable from its field descriptors: a getter and a setter for each.
-template <const auto& Fields, std::size_t... Place>
-FunctionTable fieldFunctions(std::index_sequence<Place...> /*places*/)
+template <const auto& Fields, std::size_t... Index>
+FunctionTable fieldFunctions(std::index_sequence<Index...> /*places*/)
 {
     FunctionTable table = dispatchFunctions();
-    ((table.push_back(slot(getSlot<Fields[Place].kind, Place>)),
-      table.push_back(slot(putSlot<Fields[Place].kind, Place>))),
+    ((table.push_back(slot(getSlot<Fields[Index].kind, Index>)),
+      table.push_back(slot(putSlot<Fields[Index].kind, Index>))),
      ...);
     return table;
 }

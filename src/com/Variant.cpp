@@ -17,7 +17,7 @@ namespace {
 
 constexpr int typeBits = 0xFFF;
 
-// The layouts that every host has, on 64 bits and on 32.
+// Binary contract: the layouts that hosts have, on 64 bits and on 32.
 constexpr bool wide = sizeof(void*) == 8;
 static_assert(sizeof(ZvGuid) == 16 && sizeof(ZvBool) == 2 && sizeof(ZvResult) == 4);
 static_assert(sizeof(ZvVariant) == (wide ? 24 : 16) && offsetof(ZvVariant, value) == 8);

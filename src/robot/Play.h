@@ -42,7 +42,7 @@ public:
     /// For `traza pasos`: a property of a form or a control changed; the screen was let repaint.
     void changed(const PropertyOwner& owner, const PropertyBase* property);
     void repainted() { state_.tracing.step(u"repinta"); }
-    /// A failure that no routine trapped, where it ends.
+    /// Records an unhandled failure where it ends.
     void failed(const RuntimeError& error);
     /// Modal loop: runs commands until the form is no longer visible.
     void goOnWhileOpen(Form& form);

@@ -8,8 +8,8 @@
 
 namespace zv {
 
-/// What is traced of the module's use of its live database and of the suite's helper object, and which
-/// statements and calls are made to fail.
+/// Settings of the tracing decorators below: which calls are traced, and which statements and calls fail
+/// (fault injection).
 struct Tracing {
     /// Fault injection: the next calls that match fail.
     struct Failure {
@@ -35,8 +35,8 @@ struct Tracing {
     }
 };
 
-/// A connection that shows each statement and lets pending failures happen before it passes the statement on;
-/// its recordsets show that they are closed.
+/// Decorator of a connection: traces each statement, and throws a pending failure instead of forwarding it;
+/// its recordsets trace that they are closed.
 class TracedConnection final : public Connection {
 public:
     TracedConnection(ConnectionPtr inner, Tracing& tracing) : inner_(std::move(inner)), tracing_(tracing) {}
@@ -51,8 +51,9 @@ private:
     Tracing& tracing_;
 };
 
-/// A class whose objects show each call and pass it on to one of the given class, with connections that are
-/// not traced. Pending failures happen instead, also of the creation.
+/// Factory of decorators that trace each call by name and forward it to an object of the given factory, or
+/// throw a pending failure (also on creation). A traced connection among the arguments is unwrapped, so that
+/// only the module's own statements are traced.
 ObjectFactory tracedApi(ObjectFactory inner, Tracing& tracing);
 
 } // namespace zv

@@ -9,13 +9,13 @@ class Transcript {
 public:
     explicit Transcript(const Guion& guion) : guion_(guion) {}
 
-    /// The next command was read.
+    /// Starts the record of the next command.
     void begin()
     {
         observed_.emplace_back();
         inSteps_ = false;
     }
-    /// Takes down a line, without "> ", under the command that was read last.
+    /// Records a line, without "> ", under the current command.
     void observe(StringView line);
     /// Takes down a step: steps in a row share a line.
     void observeStep(StringView step);

@@ -22,7 +22,7 @@ bool written(int handle, std::string_view text)
     return fsync(handle) == 0;
 }
 
-/// So that a new name outlives the machine's sudden end.
+/// Syncs the directory entry, which a crash would otherwise lose.
 void flushFolder(const fs::path& folder)
 {
     const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -49,7 +49,7 @@ std::error_code write(const fs::path& file, std::string_view text)
 
 std::error_code place(const fs::path& draft, const fs::path& file)
 {
-    // The second name is the only step that finds out whether the file is there already.
+    // Hard link instead of rename: it fails if the target exists, atomically, where a rename would overwrite.
     std::error_code error;
     fs::create_hard_link(draft, file, error);
     std::error_code ignored;

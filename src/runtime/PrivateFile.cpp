@@ -20,7 +20,7 @@ void makeFolders(const fs::path& folder)
     owneronly::makeFolder(folder);
 }
 
-/// A name beside the file that no other program draws.
+/// Random temporary name in the same folder, as a hard link needs the same file system.
 fs::path nameBeside(const fs::path& file)
 {
     std::random_device chance;

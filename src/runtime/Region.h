@@ -14,9 +14,9 @@ struct Region {
 inline constexpr Region spanishRegion{u',', u'.'};
 inline constexpr Region pointRegion{u'.', u','};
 
-/// The settings in force. At first use they come from the environment (LC_ALL, LC_NUMERIC, LANG: the first
-/// that is set), or else from the person's settings where the system keeps them apart; Spanish where neither
-/// says more, or it is "C" or "POSIX".
+/// The current settings, process-wide. Initialised at first use from the environment (LC_ALL, LC_NUMERIC,
+/// LANG: the first that is set), or else from the person's settings where the system keeps them apart;
+/// Spanish where neither says more, or it is "C" or "POSIX".
 const Region& region();
 /// Overrides them, for tests and guiones.
 void useRegion(Region settings);

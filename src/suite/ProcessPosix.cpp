@@ -42,7 +42,7 @@ std::optional<Identity> self() { return identityIn(lineOf("/proc/self/stat")); }
 
 State stateOf(const Identity& program)
 {
-    // A machine that hides the processes of other users tells nothing.
+    // /proc mounted with hidepid hides other users' processes: a missing one proves nothing.
     if (lineOf("/proc/1/stat").empty())
         return State::unknown;
     const auto now = identityIn(lineOf(fs::path("/proc") / program.process / "stat"));

@@ -12,8 +12,9 @@ namespace zv {
 
 namespace {
 
-/// Parts of an identity: host / process / start / boot / machine. The last one tells namesakes apart:
-/// machines with the same name, and programs on one machine that do not see each other's processes.
+/// Parts of an identity: host / process / start / boot / machine. `machine` holds the machine's and the
+/// process namespace's identifiers: machines may share a name, and containers on one machine do not see each
+/// other's processes.
 enum Part : std::size_t { host, number, start, boot, machine, parts };
 using Parts = std::array<std::string, parts>;
 
@@ -49,7 +50,7 @@ std::string writtenHostName()
     return name.empty() ? "equipo" : name.substr(0, longest);
 }
 
-/// Where the machine does not say who we are, chance does: then nobody can tell that we are gone.
+/// Without process information, random numbers: unique, but no other station can check liveness.
 Parts ownIdentity()
 {
     if (const auto self = process::self())

@@ -154,6 +154,11 @@ TEST(Variants, of_every_kind_and_by_reference_reach_a_member)
                   ZV_OK);
         EXPECT_EQ(CLng(invoke(record.get(), u"codTipo", ZV_PROPERTYGET).value), 12) << twelve.vt;
     }
+    ZvVariant huge{};
+    huge.vt = ZV_VT_UI8;
+    huge.value.ui8 = std::numeric_limits<std::uint64_t>::max();
+    EXPECT_LT(invoke(record.get(), idOf(record.get(), u"codTipo"), ZV_PROPERTYPUT, {huge}).result, 0);
+    EXPECT_EQ(Variant(Value(true)).raw().value.boolean, -1) << "every bit, as hosts test it";
     // What a routine is handed it may change: texts, numbers and lists.
     struct Changing final : Object {
         StringView TypeName() const override { return u"Changing"; }

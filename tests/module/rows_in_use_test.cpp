@@ -74,6 +74,18 @@ TEST_P(RowInUse, in_a_read_only_session_is_registered_and_cannot_be_changed)
     EXPECT_EQ(holder(), GetParam() == u"frmTipoIva" ? 1 : 0);
 }
 
+TEST_P(RowInUse, is_kept_by_signs_of_life_while_a_person_takes_time)
+{
+    open(true, u"335", [this](const Control& control) {
+        if (control.Tag() != u"335")
+            return;
+        school.centro->Execute(u"UPDATE RegistroActivo SET Momento='2020-01-01 00:00:00'");
+        waiting();
+        const auto rows = school.centro->Execute(u"SELECT Momento FROM RegistroActivo");
+        EXPECT_NE(CStr(rows->Fields(u"Momento")).find(u'+'), String::npos);
+    });
+}
+
 /// Options register no row; an issuer enables its fields after its kind.
 std::vector<StringView> onRows()
 {

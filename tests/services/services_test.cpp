@@ -1,5 +1,5 @@
 #include "Fakes.h"
-#include "data/NumberOf.h"
+#include "forms/Ficha.h"
 #include "services/MessageTable.h"
 #include "services/Messages.h"
 #include "services/modCentroConfiguracion.h"
@@ -29,6 +29,16 @@ TEST(Messages, hold_every_text_as_staff_know_it)
     EXPECT_EQ(LoadResString(520).size(), 230U);
     for (const Long missing : {0, 99, 102, 25003, 29004, -1, 65636})
         EXPECT_EQ(numberOf([&] { LoadResString(missing); }), failure::resourceMissing) << missing;
+}
+
+TEST(Messages, report_a_failure_once)
+{
+    FakeDesktop desktop;
+    ResumeNext next;
+    next([] { fail(failure::overflow); });
+    EXPECT_TRUE(reportedFailure(message::readFailed));
+    EXPECT_FALSE(reportedFailure(message::readFailed));
+    EXPECT_EQ(desktop.seen(), "bip ZORVEL GESTIÓN ESCOLAR:16:ERROR al consultar la base de datos");
 }
 
 TEST(CargarTextos, finds_the_number_where_each_kind_keeps_it)
@@ -144,6 +154,25 @@ TEST(BloquearControles, disables_what_changes_data_and_turns_the_buttons)
     // A button that cannot say what it is counts as one that changes data: here there is nothing to disable,
     // and no rule goes on.
     EXPECT_EQ(text(controls[1], u"Tag"), u"335");
+}
+
+TEST(BloquearControles, puts_the_modify_button_in_the_place_of_the_delete_button)
+{
+    struct Case {
+        Long left, top;
+        bool deleteFirst;
+        StringView place;
+    };
+    // One at the very top has no place to give, unless it comes last.
+    for (const Case& one : {Case{30, 40, true, u"30,40"}, {30, 40, false, u"30,40"}, {30, 0, true, u"1,2"}}) {
+        const ObjectPtr modify = button(u"337", u"Modificar", 1, 2);
+        std::vector<ObjectPtr> both{modify, button(u"338", u"Eliminar", one.left, one.top)};
+        if (one.deleteFirst)
+            std::swap(both[0], both[1]);
+        BloquearControles(*fakeForm(u"", both), false);
+        EXPECT_EQ(text(modify, u"Tag"), u"339");
+        EXPECT_EQ(text(modify, u"Left") + u"," + text(modify, u"Top"), one.place);
+    }
 }
 
 } // namespace

@@ -9,7 +9,7 @@ namespace zv::com {
 
 namespace {
 
-/// The engines of this library, made known once.
+/// Registers the engines of this library, once.
 bool enginesKnown()
 {
     registerEngine(sqliteEngine());
@@ -27,7 +27,7 @@ std::span<const Creatable> ownClasses()
 
 } // namespace zv::com
 
-// What the library exports; the list of exports lets nothing else out.
+// Exported symbols; the list of exports hides all others.
 extern "C" {
 
 ZvResult ZV_CALL DllGetClassObject(const ZvGuid* classId, const ZvGuid* interface, void** place)

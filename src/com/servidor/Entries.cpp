@@ -4,7 +4,7 @@
 
 std::span<const zv::com::Creatable> zv::com::ownClasses() { return moduleClasses(); }
 
-// What the library exports, under the names that hosts look for; the list of exports lets nothing else out.
+// Exported symbols, under the names that hosts look up; the list of exports hides all others.
 extern "C" {
 
 extern const ZvIdBlock _IID_CASIGNARDATOS{sizeof(ZvGuid), ZV_IID__cAsignarDatos};
