@@ -1,10 +1,11 @@
 // Every member of the five classes by its name, let and got with values of all kinds. Members of one kind do the same:
 // the kind's first shows it, and one that differs is told.
-var values = [12, "7", "8,5", 2.5, 300, 70000, 3000000000, "tres", true, undefined, null];
+var values = [12, "7", " 8 ", 2.5, 300, 70000, 3000000000, "tres", true, undefined, null];
 var shown = {};
 
+// A fraction in a text has the region's mark.
 function nameOf(value) {
-    return value === null ? "null" : typeof value + " " + value;
+    return value === null ? "null" : (typeof value + " " + value).replace(",", ".");
 }
 
 // Not every engine has turned what the surface refuses into its own numbers.
