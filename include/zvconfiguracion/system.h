@@ -3,6 +3,8 @@
 #ifndef ZVCONFIGURACION_SYSTEM_H
 #define ZVCONFIGURACION_SYSTEM_H
 
+#include <stddef.h> /* Algo tiene que haber en todos. */
+
 #ifdef _WIN32
 #ifndef NOMINMAX
 #define NOMINMAX
