@@ -37,7 +37,7 @@ install(TARGETS ZVConfiguracion ZVDatos LIBRARY DESTINATION ${ZV_INSTALL_MODULED
 set(dev COMPONENT zvconfiguracion-dev)
 install(DIRECTORY include/zvconfiguracion DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${dev} FILES_MATCHING
         PATTERN *.h PATTERN *.hpp)
-install(FILES idl/ZVConfiguracion.idl DESTINATION ${CMAKE_INSTALL_DATADIR}/zvconfiguracion ${dev})
+install(FILES idl/ZVConfiguracion.idl idl/ZVDatos.idl DESTINATION ${CMAKE_INSTALL_DATADIR}/zvconfiguracion ${dev})
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/ZVConfiguracion)
 configure_package_config_file(cmake/ZVConfiguracionConfig.cmake.in ${made}/ZVConfiguracionConfig.cmake
                               INSTALL_DESTINATION ${package}

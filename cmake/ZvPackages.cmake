@@ -79,7 +79,7 @@ zv_package(zvconfiguracion-dev SECTION libdevel DOCS docs/anfitriones.md docs/in
            RECOMMENDS "zvconf (= ${exactly})"
            SAYS "módulo de configuración de un centro, para quien escribe un anfitrión
 Las cabeceras para C y C++, la definición de interfaces, los ficheros de
-CMake y de pkg-config y tres anfitriones de ejemplo, en C, C++ y Python.")
+CMake y de pkg-config y anfitriones de ejemplo en C, C++, Python y VBScript.")
 install(DIRECTORY examples/ DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zvconfiguracion-dev/examples
         COMPONENT zvconfiguracion-dev EXCLUDE_FROM_ALL)
 install(DIRECTORY docs/manual DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zvhost COMPONENT zvhost EXCLUDE_FROM_ALL)

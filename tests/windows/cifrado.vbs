@@ -1,4 +1,5 @@
-' The name of the suite's cipher leads to a class that is none: the dialog of illnesses asks that one, and not ours.
+' Opens the first illness of a school, whose name is stored enciphered, and says how the call ended.
+'   cscript //nologo cifrado.vbs URL
 Option Explicit
 
 Class Sesion
@@ -36,5 +37,5 @@ Set facade = CreateObject("ZVConfiguracion.cAsignarDatos")
 facade.ObtenerDatos data
 On Error Resume Next
 facade.ActivarFormulario 57
-WScript.Echo Err.Number & " " & Err.Description
+WScript.Echo Trim(Err.Number & " " & Err.Description)
 WScript.Echo "Fin"

@@ -114,7 +114,7 @@ std::unique_ptr<ComObject> newConexion()
 {
     // Numbered as in the interface definition.
     return newNamedObject(std::make_shared<Conexion>(), {u"Open", u"Execute", u"State", u"Close"},
-                          &ZV_IID__Conexion);
+                          &ZV_IID_Conexion);
 }
 
 } // namespace zv::com
