@@ -61,8 +61,8 @@ por ODBC: odbc:DSN=NOMBRE u odbc:Driver=...;Server=...;Database=...;UID=...;PWD=
 bases son los esquemas ESQUEMA, ESQUEMA_borrado y ESQUEMA_entrada: añada ESQUEMA=NOMBRE, o será «centro».
 Una instrucción que pasa de 60 segundos falla; ESPERA=N pone otro plazo, y ESPERA=0 ninguno.
 Una contraseña en el URL la ve cualquiera en la lista de procesos: quite PWD=, y póngala en odbc.ini, en
-la variable ZV_CONTRASENA, o en la primera línea del fichero, suyo y de nadie más (chmod 600), que nombre
-la variable ZV_CONTRASENA_FICHERO.
+la variable ZV_CONTRASENA, o en la primera línea del fichero, suyo y de nadie más (chmod 600; en Windows,
+icacls), que nombre la variable ZV_CONTRASENA_FICHERO.
 
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
 algo, la fila que se libera no estaba registrada, un guion ve otra cosa); con 2 si la orden no se ha podido hacer.

@@ -17,5 +17,7 @@ std::error_code place(const std::filesystem::path& draft, const std::filesystem:
 void makeFolder(const std::filesystem::path& folder);
 /// Whether anyone but the owner, and those who run the machine, may read or change the file.
 bool openToOthers(const std::filesystem::path& file);
+/// The system's command that takes their right away.
+StringView closingCommand();
 
 } // namespace zv::owneronly

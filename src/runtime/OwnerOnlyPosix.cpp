@@ -71,4 +71,6 @@ bool openToOthers(const fs::path& file)
            fs::perms::none;
 }
 
+StringView closingCommand() { return u"chmod 600"; }
+
 } // namespace zv::owneronly

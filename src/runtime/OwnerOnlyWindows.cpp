@@ -139,4 +139,6 @@ bool openToOthers(const fs::path& file)
     return false;
 }
 
+StringView closingCommand() { return u"icacls FICHERO /inheritance:r /grant:r %USERNAME%:F"; }
+
 } // namespace zv::owneronly

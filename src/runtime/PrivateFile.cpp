@@ -49,4 +49,6 @@ bool createPrivateFile(const fs::path& file, std::string_view text)
 
 bool openToOthers(const fs::path& file) { return owneronly::openToOthers(file); }
 
+StringView closingCommand() { return owneronly::closingCommand(); }
+
 } // namespace zv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "runtime/String.h"
+
 #include <filesystem>
 #include <string_view>
 
@@ -12,5 +14,7 @@ bool createPrivateFile(const std::filesystem::path& file, std::string_view text)
 /// Permission check: whether anyone but the owner may read or change the file, or its administrators where
 /// they could take that right in any case.
 bool openToOthers(const std::filesystem::path& file);
+/// The command by which a person closes a file to others on this system.
+StringView closingCommand();
 
 } // namespace zv

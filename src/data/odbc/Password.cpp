@@ -31,7 +31,7 @@ std::optional<String> passwordFromOutside()
     if (!stream || std::filesystem::is_directory(file))
         failFile(file, u"no se puede leer: corrija su nombre, o dé permiso de lectura a este usuario.");
     if (openToOthers(file))
-        failFile(file, u"lo pueden leer otros: quíteles el permiso (chmod 600).");
+        failFile(file, u"lo pueden leer otros: quíteles el permiso (" + String(closingCommand()) + u").");
     std::getline(stream, line);
     while (line.ends_with('\r'))
         line.pop_back();

@@ -61,8 +61,8 @@ CipherKey readKey(const fs::path& file)
     if (fs::file_size(file, error) == 0)
         failFile(file, u"está vacía: ponga en su lugar la copia que guardó.");
     if (openToOthers(file))
-        failFile(file, u"la pueden leer otros: quíteles el permiso (chmod 600) y, si alguien la pudo ver, "
-                       u"cámbiela con «zvconf clave cambiar».");
+        failFile(file, u"la pueden leer otros: quíteles el permiso (" + String(closingCommand()) +
+                           u") y, si alguien la pudo ver, cámbiela con «zvconf clave cambiar».");
     std::ifstream stream(file);
     if (!stream)
         failFile(file, u"no se puede leer: falta el permiso.");
