@@ -1,5 +1,6 @@
 #include "qt/ControlView.h"
 
+#include "qt/Names.h"
 #include "qt/QtKeys.h"
 #include "qt/QtText.h"
 
@@ -57,6 +58,12 @@ void ControlView::followPlace()
     widget().setVisible(c.Visible());
     const QString tip = toQt(c.ToolTipText());
     widget().setToolTip(Qt::mightBeRichText(tip) ? tip.toHtmlEscaped() : tip);
+}
+
+void ControlView::name()
+{
+    if (const QString name = accessibleNameOf(control()); !name.isEmpty())
+        input().setAccessibleName(name);
 }
 
 bool ControlView::act(const std::function<bool(Acts&)>& what) { return window_.act(what); }

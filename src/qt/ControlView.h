@@ -47,7 +47,7 @@ public:
     /// Runs a coalesced update now.
     void flush();
     /// Second pass, once every widget of the form is there: sets the name that a screen reader reads out.
-    virtual void name() {}
+    void name();
 
 protected:
     explicit ControlView(ViewHost& window) : window_(window) {}

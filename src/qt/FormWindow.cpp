@@ -3,12 +3,15 @@
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
 #include "qt/Help.h"
+#include "qt/Legible.h"
 #include "qt/QtKeys.h"
 #include "qt/QtText.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
 
 #include <algorithm>
@@ -34,6 +37,7 @@ FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(for
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowCloseButtonHint);
     setWindowModality(Qt::ApplicationModal);
+    setPalette(legible(QApplication::palette(this)));
     if (!form.Icon.file.empty())
         setWindowIcon(QIcon(toQt(form.Icon.file)));
     build();
@@ -101,8 +105,12 @@ void FormWindow::follow()
     setFixedSize(pixels(form_.Width()), pixels(form_.Height()));
     for (const auto& view : views_)
         view->followAll();
-    for (const auto& view : views_)
+    for (const auto& view : views_) {
         view->name();
+        // The relation that screen readers follow from a field to its label.
+        if (const Control* label = view->control().label())
+            dynamic_cast<QLabel&>(viewOf(*label).widget()).setBuddy(&view->input());
+    }
     stack();
 }
 
@@ -237,6 +245,12 @@ bool FormWindow::event(QEvent* event)
     const bool handled = QDialog::event(event);
     if (alive_ && event->type() == QEvent::ScreenChangeInternal)
         follow();
+    // Styles draw the focus only once the keyboard has moved it, and forget that when a window opens. Here
+    // the acts move it, and it always shows.
+    if (event->type() == QEvent::Show || event->type() == QEvent::WindowActivate)
+        setAttribute(Qt::WA_KeyboardFocusChange);
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        setPalette(legible(QApplication::palette(this)));
     return handled;
 }
 

@@ -1,6 +1,6 @@
 #include "qt/GridView.h"
 
-#include "qt/TextView.h"
+#include "qt/QtText.h"
 
 #include <QAbstractTableModel>
 #include <QHeaderView>
@@ -26,6 +26,9 @@ Qt::Alignment alignmentOf(Integer number)
         return Qt::AlignLeft | Qt::AlignVCenter;
     }
 }
+
+/// Whether the grid's lines stand for rows: a click chooses the whole line, not the cell.
+bool hasLines(const MSFlexGrid& grid) { return grid.Rows() > 1 && grid.RowData(1) != 0; }
 
 } // namespace
 
@@ -108,12 +111,11 @@ void GridView::scrolled(int top)
         act([&](Acts& acts) { return acts.scroll(control(), std::min(top + 1, control().Rows() - 1)); });
 }
 
-void GridView::name() { widget().setAccessibleName(labelOf(control())); }
-
 void GridView::followContent()
 {
     const QScopedValueRollback following(following_, true);
     cells_->refresh();
+    name(); // A grid on the pages of a strip has the name of the page.
     followSizes();
     followSelection();
     widget().verticalScrollBar()->setValue(control().TopRow() - 1);
@@ -139,10 +141,33 @@ void GridView::followSelection()
     QItemSelectionModel& selection = *widget().selectionModel();
     if (grid.Row() < 1 || grid.Row() >= grid.Rows())
         return selection.clear();
-    const QModelIndex from = cells_->index(grid.Row() - 1, grid.Col());
-    const QModelIndex to = cells_->index(std::max<Long>(grid.RowSel(), 1) - 1, grid.ColSel());
-    selection.select(QItemSelection(from, to), QItemSelectionModel::ClearAndSelect);
-    selection.setCurrentIndex(from, QItemSelectionModel::NoUpdate);
+    const QModelIndex current = cells_->index(grid.Row() - 1, grid.Col());
+    QItemSelection selected(current, cells_->index(std::max<Long>(grid.RowSel(), 1) - 1, grid.ColSel()));
+    if (hasLines(grid)) {
+        selected = {};
+        for (Long row = 1; row < grid.Rows(); ++row)
+            if (chosen_ == grid.RowData(row))
+                selected.select(cells_->index(row - 1, 0), cells_->index(row - 1, grid.Cols() - 1));
+    }
+    selection.select(selected, QItemSelectionModel::ClearAndSelect);
+    selection.setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+}
+
+void GridView::noteChosen()
+{
+    const MSFlexGrid& grid = control();
+    // A click on the heading chooses what no line has.
+    chosen_ = grid.RowData(grid.Row());
+    followSelection();
+}
+
+bool GridView::press(const Keystroke& key)
+{
+    ControlView::press(key);
+    // In a grid the space bar clicks.
+    if (window().alive() && key == Keystroke(String(u" ")))
+        noteChosen();
+    return true;
 }
 
 bool GridView::clicked(const QObject& watched, const QPoint& where)
@@ -153,7 +178,10 @@ bool GridView::clicked(const QObject& watched, const QPoint& where)
     const Long row = heading ? 0 : table.rowAt(where.y()) + 1;
     if (column < 0 || (!heading && row == 0))
         return act([this](Acts& acts) { return acts.focus(control()); });
-    return act([&](Acts& acts) { return acts.clickCell(control(), row, column); });
+    const bool done = act([&](Acts& acts) { return acts.clickCell(control(), row, column); });
+    if (done && window().alive())
+        noteChosen();
+    return done;
 }
 
 bool GridView::page(int key)

@@ -14,7 +14,6 @@ class TextView : public ControlView {
 public:
     explicit TextView(ViewHost& window) : ControlView(window) {}
     virtual TextBox& box() const = 0;
-    void name() override;
 
 protected:
     struct Selection {
@@ -91,8 +90,5 @@ private:
     TextBox& box_;
     std::unique_ptr<NotesEdit> edit_;
 };
-
-/// Accessible name of a field: the caption of the label that names it.
-QString labelOf(const Control& field);
 
 } // namespace zv

@@ -44,6 +44,16 @@ protected:
     void followContent() override {}
 };
 
+/// A button that shows the focus inside its edge: many styles draw the edge of the one that Enter presses and
+/// of the one that has the focus alike.
+class FocusedButton final : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
 /// View of what is clicked and has a caption: a button, a tick box, an option.
 template <class C, class W>
 class ButtonView final : public ViewOf<C, W> {
@@ -52,7 +62,7 @@ public:
     {
         this->watch();
         W& button = this->widget();
-        if constexpr (std::is_same_v<W, QPushButton>)
+        if constexpr (std::is_base_of_v<QPushButton, W>)
             button.setAutoDefault(false);
         else
             button.setAutoExclusive(false);
@@ -63,18 +73,13 @@ public:
                 followContent();
         });
     }
-    void name() override
-    {
-        if (this->control().Caption().empty())
-            this->widget().setAccessibleName(labelOf(this->control()));
-    }
 
 protected:
     void followContent() override
     {
         C& control = this->control();
         this->widget().setText(toQt(control.Caption()));
-        if constexpr (std::is_same_v<W, QPushButton>)
+        if constexpr (std::is_base_of_v<QPushButton, W>)
             this->widget().setDefault(control.Default());
         else
             this->widget().setChecked(control.Value() != 0);
@@ -101,7 +106,6 @@ class ListView final : public ViewOf<ComboBox, QComboBox> {
 public:
     ListView(ViewHost& window, ComboBox& box, QWidget& parent);
     ~ListView() override;
-    void name() override { widget().setAccessibleName(labelOf(control())); }
 
 protected:
     void followContent() override;
@@ -110,6 +114,7 @@ protected:
 
 private:
     class Entries;
+    void followColors();
     std::unique_ptr<Entries> entries_;
 };
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "forms/Control.h"
+
+#include <QString>
+
+namespace zv {
+
+/// Accessible name of a control, which a screen reader reads out: the caption of the label that names it;
+/// what a button does whose caption is a sign; the page of a grid that stands on a tab strip. Empty where the
+/// toolkit finds the name itself, in the widget's own text.
+QString accessibleNameOf(const Control& control);
+
+} // namespace zv
