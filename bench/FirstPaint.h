@@ -20,9 +20,8 @@ inline long long nowMicroseconds()
         .count();
 }
 
-/// Waits until a window has been painted, says how long that took since `start` (microseconds of the steady
-/// clock), how much of the processor (microseconds) and the peak memory of the process (kB), and ends the
-/// program.
+/// Event filter that waits for a window's first paint, prints the time since `start` (microseconds of the
+/// steady clock), the processor time (microseconds) and the peak memory of the process (kB), and quits.
 class FirstPaint final : public QObject {
 public:
     FirstPaint(QWidget& window, long long start) : start_(start)

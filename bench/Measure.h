@@ -11,8 +11,8 @@
 
 namespace zv::bench {
 
-/// Reads the library's options; other words stay in `argv`. The repetitions of all benchmarks take turns, so
-/// that what else the machine does falls on all of them alike.
+/// Parses the library's options; other arguments stay in `argv`. The repetitions of all benchmarks are
+/// interleaved, so that other load of the machine hits all of them alike.
 inline void initialize(int& argc, char** argv)
 {
     std::string turns = "--benchmark_enable_random_interleaving=true";
@@ -23,14 +23,13 @@ inline void initialize(int& argc, char** argv)
     std::copy_n(words.begin(), argc, argv);
 }
 
-/// Nine repetitions. The file that --benchmark_out names keeps each of them, the screen shows what they have
-/// in common.
+/// Nine repetitions: each goes to the file of --benchmark_out, the aggregates to the screen.
 inline benchmark::internal::Benchmark* steady(benchmark::internal::Benchmark* run)
 {
     return run->Repetitions(9)->DisplayAggregatesOnly()->MinTime(0.2)->Unit(benchmark::kMicrosecond);
 }
 
-/// A run that is a measure by itself and tells its own time, so often.
+/// For a run that measures its own time (manual timing): one iteration each, so many repetitions.
 inline benchmark::internal::Benchmark* timed(benchmark::internal::Benchmark* run, int repetitions)
 {
     return run->Iterations(1)
@@ -40,7 +39,7 @@ inline benchmark::internal::Benchmark* timed(benchmark::internal::Benchmark* run
         ->Unit(benchmark::kMillisecond);
 }
 
-/// Keeps the medians, so that ratios can be told at the end.
+/// Reporter that keeps the medians, for ratios at the end.
 class Medians final : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override
@@ -50,8 +49,8 @@ public:
             if (run.aggregate_name == "median")
                 runs_.insert_or_assign(run.run_name.function_name + run.run_name.args, run);
     }
-    /// The processor's time: where nothing waits, what else the machine does must not count. Like the others
-    /// no number where a filter left it out.
+    /// Median of the processor time, which other load does not distort, for benchmarks that never wait. NaN,
+    /// as with the others, if a filter left the benchmark out.
     double of(const std::string& name) const { return number(name, &Run::GetAdjustedCPUTime); }
     double elapsed(const std::string& name) const { return number(name, &Run::GetAdjustedRealTime); }
     double counter(const std::string& name, const std::string& which) const

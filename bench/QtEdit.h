@@ -20,8 +20,8 @@
 
 namespace zv::bench {
 
-/// The peer of a dialog that changes a row: a box on QSqlTableModel by QDataWidgetMapper, as Qt's own
-/// examples have it, on a connection of its own to the same file.
+/// Baseline for a dialog that changes a row: a QLineEdit on QSqlTableModel by QDataWidgetMapper, as in Qt's
+/// own examples, on a connection of its own to the same file.
 class QtEdit {
 public:
     QtEdit(const std::string& file, const std::string& settings)
@@ -44,7 +44,7 @@ public:
         QSqlDatabase::removeDatabase(name);
     }
 
-    /// Box, model and mapper, with the row in them.
+    /// Creates box, model and mapper, and loads the row.
     void open()
     {
         parts_ = std::make_unique<Parts>(database_);
@@ -57,7 +57,7 @@ public:
         parts_->mapper.setModel(&parts_->model);
         parts_->mapper.addMapping(&parts_->box, parts_->model.fieldIndex(QStringLiteral("Descripcion")));
     }
-    /// Types the text in the place of the row's own, and accepts.
+    /// Types a new text, and submits.
     void change(const QString& text)
     {
         parts_->mapper.toFirst();
@@ -68,11 +68,11 @@ public:
         }
         if (!parts_->mapper.submit() || !parts_->model.submitAll())
             fail(parts_->model.lastError());
-        // The model has read the row again.
+        // Proof of the change: the model has re-read the row.
         if (parts_->model.record(0).value(QStringLiteral("Descripcion")) != text)
             throw std::runtime_error("the text did not reach the row");
     }
-    /// What the database is told in that call.
+    /// Traces the statements that the database gets in that call.
     template <class Call>
     std::vector<std::string> recorded(Call&& call)
     {

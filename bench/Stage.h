@@ -17,7 +17,7 @@
 
 namespace zv::bench {
 
-/// Passes every statement on and, while `recording`, keeps its text.
+/// Decorator of a connection that keeps the statements while `recording`.
 class RecordingConnection final : public Connection {
 public:
     explicit RecordingConnection(ConnectionPtr inner) : inner_(std::move(inner)) {}
@@ -45,7 +45,7 @@ private:
     ConnectionPtr inner_;
 };
 
-/// A person who acts at once.
+/// Headless desktop with a person who needs no time to think.
 class BusyPerson : public Desktop {
 public:
     void opened(Form&) override {}
@@ -56,12 +56,12 @@ public:
     void handlerFailed(const RuntimeError& error) override { throw error; }
 };
 
-/// A school in a folder of its own and the person at its dialogs. Statements are recorded on the way. Unless
-/// it is wanted, no statement waits for the disk, which would hide what we add.
+/// Fixture: a school in a temporary folder, and the person at its dialogs. Statements are recorded. By
+/// default with synchronous OFF: waiting for the disk would hide our overhead.
 struct Stage {
     std::filesystem::path folder;
     std::string file;
-    /// What every connection to the file has to set, so that all keep their promise to the same degree.
+    /// Pragmas for every connection to the file, so that all give the same durability.
     std::string settings;
     std::shared_ptr<RecordingConnection> centro;
     std::shared_ptr<PropertyBag> session;
@@ -99,7 +99,7 @@ struct Stage {
         facade.ObtenerDatos(session);
         return facade;
     }
-    /// What the module runs in that call.
+    /// Records the statements that the module runs in that call.
     template <class Call>
     const std::vector<String>& recorded(Call&& call) const
     {
@@ -111,7 +111,7 @@ struct Stage {
     }
 };
 
-/// The same statements, again and again, on the bare SQLite interface.
+/// Baseline: runs the recorded statements repeatedly on the bare SQLite interface.
 inline void runBare(benchmark::State& state, const Stage& stage, const std::vector<String>& statements)
 {
     sqlite3* database = nullptr;

@@ -49,7 +49,7 @@ int startHost(int argc, char** argv, const QString& file, long long start)
     return result;
 }
 
-/// One start of a program: what it tells.
+/// Runs a program once, and takes the measures that it prints.
 void start(benchmark::State& state, const QString& program, const QStringList& words)
 {
     for (auto _ : state) {
@@ -69,7 +69,7 @@ int compare(const QString& self)
 {
     const QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("colegio.db"));
-    // The key of the cipher and the school that was open last are the person's own.
+    // Isolated from the user's configuration: cipher key, school opened last.
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
     registerCipher();
     createSchool(u"sqlite:" + file.toStdU16String(), fillSample);

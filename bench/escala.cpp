@@ -27,7 +27,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr Byte maritalStates = 65;
 
-/// What the stations of a round count together.
+/// Counters shared by the processes of a round, in shared memory.
 struct Counts {
     std::atomic<bool> started;
     std::atomic<int> ready;
@@ -36,7 +36,7 @@ struct Counts {
     std::atomic<int> messages;
 };
 
-/// A connection as far away as a network makes it.
+/// Decorator of a connection that simulates network latency.
 class FarConnection final : public Connection {
 public:
     FarConnection(ConnectionPtr inner, std::chrono::milliseconds away, int* inserts)
@@ -104,7 +104,7 @@ void station(const Round& round, Counts& counts)
     counts.inserts += inserts;
 }
 
-/// How long, in seconds, the stations take for their rows together.
+/// Runs a round; returns its seconds until the last station has its rows.
 double play(const Round& round, int stations, Counts& counts)
 {
     new (&counts) Counts{};
@@ -123,7 +123,7 @@ double play(const Round& round, int stations, Counts& counts)
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-/// The time is that of one row as one station waits for it.
+/// Time for one row, as a station sees it.
 void stations(benchmark::State& state, const Round& round, Counts& counts)
 {
     const auto count = static_cast<int>(state.range(0));
@@ -138,7 +138,7 @@ void stations(benchmark::State& state, const Round& round, Counts& counts)
     }
 }
 
-/// A school's three connections.
+/// Cost of opening a school's three connections.
 void connections(benchmark::State& state, const Round& round)
 {
     for (auto _ : state)

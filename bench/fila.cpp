@@ -19,7 +19,7 @@ using namespace zv::bench;
 
 constexpr Byte maritalStates = 65;
 
-/// A person who types a new text and presses "Aceptar".
+/// Person who types a new text and presses "Aceptar".
 class Typist final : public BusyPerson {
 public:
     void runModal(Form& form) override
@@ -35,7 +35,7 @@ private:
     unsigned changes_ = 0;
 };
 
-/// The office of a school with that row.
+/// Fixture of a school with that row.
 struct Office : Stage {
     using Stage::Stage;
     void change() const { facade(1).ActivarFormulario(maritalStates); }
@@ -52,7 +52,7 @@ void bareInterface(benchmark::State& state, const Office& office)
     runBare(state, office, office.recorded([&] { office.change(); }));
 }
 
-/// The dialog's parts made anew for each change, as ours is, or kept.
+/// Whether Qt's objects are created for each change, as our dialog is loaded, or reused.
 enum class Parts { anew, kept };
 
 void throughQt(benchmark::State& state, const Office& office, Parts parts)
@@ -79,7 +79,7 @@ void guard(benchmark::State& state, const Stage& stage)
         benchmark::DoNotOptimize(stage.facade(1).Eliminar(maritalStates));
 }
 
-/// Into the report's head: the versions, and what one change tells the database, by the module and by Qt.
+/// Writes the context of the report: versions, and the statements of one change by the module and by Qt.
 void tellHead(const Office& office)
 {
     std::string ours;

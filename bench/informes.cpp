@@ -17,7 +17,7 @@ namespace {
 using namespace zv;
 using namespace zv::bench;
 
-/// Lets a dialog open and presses its button.
+/// Person who presses a button as soon as a dialog opens.
 class Tutor final : public BusyPerson {
 public:
     int button = 1;
@@ -80,7 +80,7 @@ struct Classroom {
             dialog->cboSecciones.ListIndex = Long{0};
         }
     }
-    /// The dialog from its opening to its end, by one of its buttons.
+    /// Shows a dialog and leaves it by one of its buttons.
     void play(Form& dialog, int button)
     {
         tutor.button = button;
@@ -88,7 +88,8 @@ struct Classroom {
     }
 };
 
-/// Set while main has one: it must end before the single instances do.
+/// Non-owning global for the benchmark functions. main owns it, so that it is destroyed before the single
+/// instances are.
 Classroom* current = nullptr;
 
 Form& report(benchmark::State& state)

@@ -16,7 +16,7 @@ namespace {
 using namespace zv;
 using namespace zv::bench;
 
-/// A person who leaves the bank as it was, or changes all its branches and accepts.
+/// Person who leaves the bank unchanged, or changes all its branches and accepts.
 class Clerk final : public BusyPerson {
 public:
     void runModal(Form& form) override
@@ -29,11 +29,12 @@ public:
     bool accepts = false;
 };
 
-/// Set while main has them: they must end before the single instances do.
+/// Non-owning globals for the benchmark functions. main owns them, so that they are destroyed before the
+/// single instances are.
 Stage* current = nullptr;
 Clerk* clerk = nullptr;
 
-/// The bank's key is the number of its branches.
+/// The bank's key equals the number of its branches.
 void openBank(Long branches, bool accepts)
 {
     clerk->accepts = accepts;

@@ -1,4 +1,4 @@
-// The peer of the host's start: a bare window with a tree and a table. bench_arranque runs it.
+// Baseline for the host's start: a bare window with a tree and a table. bench_arranque runs it.
 #include "FirstPaint.h"
 
 #include <QMainWindow>

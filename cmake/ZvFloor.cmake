@@ -1,3 +1,16 @@
+# zv_of_this_system(<variable>)
+#
+# Takes out of a list of sources those that are another system's: what differs between systems stands in two sources of
+# one header, <Name>Posix.cpp and <Name>Windows.cpp.
+function(zv_of_this_system variable)
+  if(WIN32)
+    list(FILTER ${variable} EXCLUDE REGEX "Posix\\.(cpp|rc)$")
+  else()
+    list(FILTER ${variable} EXCLUDE REGEX "Windows\\.(cpp|rc)$")
+  endif()
+  set(${variable} ${${variable}} PARENT_SCOPE)
+endfunction()
+
 # zv_floor(<folder> [APART] [DEPENDS <floor>...] [LINKS <library>...] [EXCEPT <subfolder>...])
 #
 # A floor of the house: every source below its folder in one static library, zv_<folder> (a slash becomes an
@@ -10,6 +23,7 @@ function(zv_floor folder)
   foreach(subfolder IN LISTS ARG_EXCEPT)
     list(FILTER sources EXCLUDE REGEX "^${folder}/${subfolder}/")
   endforeach()
+  zv_of_this_system(sources)
   if(NOT sources)
     return()
   endif()

@@ -13,7 +13,7 @@ namespace {
 
 constexpr Option database{u"--bd", 1};
 
-/// A whole number from 1 behind an option.
+/// Parses an option's value: a whole number from 1.
 Long numberOf(const Options& options, StringView name, Long otherwise)
 {
     if (!options.has(name))

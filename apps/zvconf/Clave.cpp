@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The file with another ending to its name.
+/// Path with a suffix appended.
 fs::path beside(const fs::path& file, const char* ending)
 {
     fs::path other = file;
@@ -20,7 +20,7 @@ fs::path beside(const fs::path& file, const char* ending)
 
 constexpr StringView columns[] = {u"Nombre", u"Descripcion"};
 
-/// A text of an illness as it stands in a database.
+/// Reference to a ciphertext in a database, with its value when it was read.
 struct Enciphered {
     Connection* database;
     Long row;
@@ -35,15 +35,15 @@ std::vector<Enciphered> encipheredTexts(const School& school)
         const RecordsetPtr rows = database->Execute(u"Select * From Enfermedad Order By IDEnfermedad");
         for (; !rows->Eof(); rows->MoveNext())
             for (const StringView column : columns)
-                // A row of deleted records may be its key alone.
+                // Skip NULL: a row of deleted records may have only its key.
                 if (const String text = String() + rows->Fields(column); !text.empty())
                     all.push_back({database, CLng(rows->Fields(u"IDEnfermedad")), column, text});
     }
     return all;
 }
 
-/// Changes the key of a school. The new key waits in a file of its own until every text has it, so that a
-/// change that ends half-way is finished by the next one.
+/// Re-encrypts a school with a new key, resumably: the new key is kept in a file of its own until every text
+/// has it, so that the next run finishes one that was interrupted.
 class KeyChange {
 public:
     explicit KeyChange(const School& school)
@@ -57,7 +57,7 @@ public:
             return found;
         if (!begun_ && !createKey(waiting_, new_))
             failCipher(u"Otro programa está cambiando la clave: espere a que termine y repita la orden.");
-        // What another station wrote meanwhile has the old key still.
+        // Repeat until a pass finds none: other stations still write with the old key meanwhile.
         constexpr int mostPasses = 20;
         for (int passes = 0; const Long changed = pass(); changed_ += changed)
             if (++passes == mostPasses)
@@ -75,7 +75,7 @@ public:
     }
 
 private:
-    /// Nothing is touched while there is a text that nobody would be able to read afterwards.
+    /// Precondition, checked before any write: one of the two keys decrypts every text.
     bool allReadable() const
     {
         Long unreadable = 0;
@@ -95,7 +95,7 @@ private:
                           {unreadable}));
         return unreadable == 0;
     }
-    /// Gives how many texts got the new key.
+    /// One pass over all texts; returns how many it re-encrypted.
     Long pass()
     {
         Long changed = 0;
@@ -114,7 +114,7 @@ private:
                     statement(u"La enfermedad {} ha cambiado mientras tanto y ya no se puede descifrar. "
                               u"El cambio queda a medias: bórrela y repita la orden.",
                               {each.row}));
-            // Not over what another station has written since: that comes with the next pass.
+            // Compare-and-swap on the old text: what another station wrote since is left to the next pass.
             each.database->Execute(
                 statement(u"Update Enfermedad Set {}='{}' Where IDEnfermedad={} And {}='{}'",
                           {each.column, new_.seal(*plain), each.row, each.column, doubled(each.text)}));
@@ -139,8 +139,8 @@ private:
     CipherKey old_;
     bool begun_;
     CipherKey new_;
-    Long changed_ = 0; ///< Texts, in this run.
-    Long already_ = 0; ///< Texts that an earlier run had changed.
+    Long changed_ = 0; ///< Texts re-encrypted in this run.
+    Long already_ = 0; ///< Texts re-encrypted by an earlier, interrupted run.
 };
 
 int makeKey(Arguments arguments)
@@ -148,7 +148,7 @@ int makeKey(Arguments arguments)
     const Options options(arguments, {});
     const fs::path place = keyPlace();
     if (!createKey(place, CipherKey::random())) {
-        readKey(place); // What is there may be something else.
+        readKey(place); // Fails with the better message if the file is no key.
         failCipher(u"Ya hay una clave en " + place.u16string() +
                    u": no se ha tocado. Con «zvconf clave cambiar» se hace una nueva.");
     }

@@ -10,14 +10,14 @@
 
 namespace zv::zvconf {
 
-/// What the program ends with.
+/// Exit codes.
 enum Exit : int {
     done = 0,
-    found = 1, ///< It ran, and what it looked at is not as it should be.
-    failed = 2 ///< It could not run.
+    found = 1, ///< Ran, and found defects or differences.
+    failed = 2 ///< Could not run.
 };
 
-/// What stands behind the name of a command.
+/// Command-line arguments behind the command's name.
 using Arguments = std::span<const String>;
 
 struct Command {
@@ -34,32 +34,32 @@ int azar(Arguments arguments);
 int textos(Arguments arguments);
 int nodos(Arguments arguments);
 
-/// A command line that cannot be understood; the text is Spanish.
+/// Invalid command line; the text is Spanish.
 class UsageError : public std::runtime_error {
 public:
     explicit UsageError(StringView text) : runtime_error(toUtf8(text)) {}
 };
 
-/// An option and how many values follow it.
+/// Declaration of an option: its name and number of values.
 struct Option {
     StringView name;
     std::size_t values = 0;
 };
 
-/// The options of a command line. One that is not known, comes twice or lacks its values fails with a
+/// Parser of a command line's options. An unknown or repeated one, or one without its values, fails with a
 /// UsageError.
 class Options {
 public:
     Options(Arguments arguments, std::initializer_list<Option> known);
     bool has(StringView name) const { return given_.contains(name); }
-    /// Fails with a UsageError if the option is not there.
+    /// Values of a mandatory option; fails with a UsageError if it is missing.
     const std::vector<String>& values(StringView name) const;
 
 private:
     std::map<String, std::vector<String>, std::less<>> given_;
 };
 
-/// A line on standard output.
+/// Writes a line to standard output.
 void printLine(StringView line);
 
 } // namespace zv::zvconf

@@ -1,5 +1,6 @@
 #include "data/Statement.h"
 #include "zvconf/Command.h"
+#include "zvconf/System.h"
 
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
@@ -31,7 +32,8 @@ Long rowNumber(const String& text)
     return row;
 }
 
-/// Ctrl-C and the like wait until what was begun can be taken back; a later one waits for nothing.
+/// RAII guard that defers signals (Ctrl-C and the like), so that destructors remove what was begun; a second
+/// one, a second later at least, ends the process at once.
 class Interruptions {
 public:
     Interruptions() { handle(note); }
@@ -47,12 +49,14 @@ public:
 private:
     static void handle(void (*handler)(int))
     {
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        for (const int signal : endingSignals())
             std::signal(signal, handler);
     }
-    /// Some send it twice at once, to the program and to its group.
+    /// Signal handler. Debounced: some senders signal both the process and its group.
     static void note(int signal)
     {
+        // Some systems take the handler away when they call it.
+        std::signal(signal, note);
         const std::time_t now = std::time(nullptr);
         if (came == 0) {
             came = now;
@@ -114,7 +118,7 @@ int comprobar(Arguments arguments)
     Engine& engine = engineOf(urlOf(options));
     const std::vector<String> damage = checkDamage(school, engine);
     std::vector<String> findings = damage;
-    // What is broken cannot be asked for its tables.
+    // Only on an undamaged database: queries for its tables would fail.
     if (damage.empty()) {
         findings = checkSchool(school, engine);
         std::ranges::move(checkAccess(school, engine), std::back_inserter(findings));

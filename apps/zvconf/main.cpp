@@ -6,6 +6,7 @@
 #include "runtime/Errors.h"
 #include "suite/sodium/EncryptoApi.h"
 #include "zv/Version.h"
+#include "zvconf/System.h"
 
 #include <algorithm>
 #include <iostream>
@@ -89,23 +90,10 @@ int run(const std::vector<String>& words)
     return command->run(Arguments(words).subspan(1));
 }
 
-String decoded(const char* argument)
-{
-    try {
-        return fromUtf8(argument);
-    } catch (const std::invalid_argument&) {
-        throw UsageError(u"La línea de órdenes no está en UTF-8: ponga en UTF-8 el terminal, o cambie el "
-                         u"nombre del fichero.");
-    }
-}
-
 int runGuarded(std::span<char*> arguments)
 {
     try {
-        std::vector<String> words;
-        for (const char* argument : arguments)
-            words.push_back(decoded(argument));
-        const int result = run(words);
+        const int result = run(commandLine(arguments));
         if (!std::cout.flush())
             throw std::runtime_error(
                 "No se puede escribir el resultado: la salida está cerrada o el disco lleno.");
@@ -126,5 +114,6 @@ void printLine(StringView line) { std::cout << toUtf8(line) << '\n'; }
 
 int main(int argc, char** argv)
 {
+    const zv::zvconf::Utf8Output output;
     return zv::zvconf::runGuarded(std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
 }

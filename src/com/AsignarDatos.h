@@ -7,12 +7,13 @@
 
 namespace zv::com {
 
-/// What stands around each call of the module: it readies the desktop, runs the call, and may fail itself.
+/// Wrapper (around advice) of every call of the module: readies the desktop, runs the call, and may fail
+/// itself.
 using Surroundings = std::function<void(const std::function<void()>& call)>;
-/// The library's composition sets them; an empty one takes them away.
+/// Set by the library's composition root; an empty one removes it.
 void useSurroundings(Surroundings surroundings);
 
-/// The facade as hosts call it.
+/// Adapter of the facade to the binary interface.
 std::unique_ptr<ComObject> newAsignarDatos();
 
 } // namespace zv::com

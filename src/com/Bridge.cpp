@@ -9,7 +9,7 @@ namespace zv::com {
 
 namespace {
 
-constexpr std::uint32_t spanish = 0x0C0A; ///< Language of the names.
+constexpr std::uint32_t spanish = 0x0C0A; ///< Locale identifier of the names.
 
 /// Arguments as a host takes them: backwards.
 class Backwards {
@@ -32,7 +32,7 @@ public:
     {
         return {handed_.data(), name, static_cast<std::uint32_t>(handed_.size()), name == nullptr ? 0U : 1U};
     }
-    /// Takes over what the host changed.
+    /// Copies by-reference arguments back.
     void takeBack()
     {
         for (std::size_t i = 0; i < arguments_.size(); ++i)
@@ -53,7 +53,7 @@ private:
 
     Arguments& arguments_;
     std::vector<Variant> values_;
-    std::vector<ZvVariant> handed_; ///< Owns nothing.
+    std::vector<ZvVariant> handed_; ///< Non-owning: they refer to or copy `values_`.
 };
 
 bool& hostsAreLeft()
@@ -77,7 +77,7 @@ public:
     StringView TypeName() const override { return u"Object"; }
     Value invoke(StringView member, Access access, Arguments& arguments) override
     {
-        // The call itself may end the last other reference.
+        // Keeps the host's object alive: a re-entrant call may destroy this adapter.
         const Held<ZvDispatch> held = dispatch_;
         ZvDispatch* host = held.get();
         const std::int32_t id = idOf(*host, member);

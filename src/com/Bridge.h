@@ -4,7 +4,8 @@
 
 namespace zv::com {
 
-/// The process ends: its hosts may be gone already, and no object of theirs is let go of any more.
+/// For the end of the process: from now on host objects are leaked instead of released, as the code of their
+/// Release may be unloaded already.
 void leaveHostObjects();
 
 } // namespace zv::com

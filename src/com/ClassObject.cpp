@@ -16,7 +16,7 @@ private:
     const Creatable& what_;
 };
 
-/// Gives the host the interface it asked for, and our own reference back.
+/// Queries the interface for the host, and releases the initial reference.
 ZvResult handOver(std::unique_ptr<ComObject> made, const ZvGuid* interface, void** place)
 {
     const Held<ZvUnknown> own(made.release()->face<ZvUnknown>());
@@ -45,7 +45,7 @@ ZvResult lockServer(Face* /*face*/, std::int32_t lock)
         ++inUse();
         return ZV_OK;
     }
-    // One that nobody took would free the library of an object that lives.
+    // Unbalanced unlock is an error: it would take away the count of a live object.
     int held = locks;
     while (held > 0 && !locks.compare_exchange_weak(held, held - 1)) {
     }

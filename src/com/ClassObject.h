@@ -6,14 +6,14 @@
 
 namespace zv::com {
 
-/// A class that a library's hosts can make.
+/// Class that hosts can instantiate: an entry of the class table of a library.
 struct Creatable {
     ZvGuid classId;
     StringView progId;
     std::unique_ptr<ComObject> (*make)();
 };
 
-/// What a library's entry point gives: the object that makes objects of a class.
+/// Class factory (class object) for a library's entry point: looks the class up and queries the interface.
 ZvResult classObject(std::span<const Creatable> classes, const ZvGuid* classId, const ZvGuid* interface,
                      void** place);
 

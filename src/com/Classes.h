@@ -6,7 +6,8 @@
 
 namespace zv::com {
 
-// The classes that hosts make. The order of the members is that of their slots and identifiers: none moves.
+// Descriptors of the classes that hosts instantiate. Binary contract: the order of the members is that of
+// their vtable slots and dispatch identifiers, so that none may move.
 
 inline constexpr Field cDatosSesionFields[] = {
     {u"IDPerfil", Kind::integer},       {u"IDCentro", Kind::integer},   {u"NombreCentro", Kind::text},

@@ -12,7 +12,7 @@ namespace zv::com {
 
 class ComObject;
 
-/// A function of a table, whatever its arguments.
+/// Type-erased entry of a vtable.
 using AnyFunction = void (*)();
 using FunctionTable = std::vector<AnyFunction>;
 
@@ -22,10 +22,11 @@ struct Face {
     ComObject* object;
 };
 
-/// Objects and locks that keep this library in memory.
+/// Library-wide count of live objects and server locks; the library may be unloaded at 0.
 std::atomic<int>& inUse();
 
-/// An object of ours that a host counts. It is made with one reference and ends with the last.
+/// Reference-counted base class of our objects in the binary interface. Created with one reference; the last
+/// release destroys it.
 class ComObject {
 public:
     ComObject(const ComObject&) = delete;
@@ -39,7 +40,7 @@ public:
     }
     std::uint32_t addRef() { return ++references_; }
     std::uint32_t release();
-    /// Whether this object has the interface, beside the unknown one.
+    /// For QueryInterface: whether it implements the interface (IUnknown aside).
     virtual bool answers(const ZvGuid& interface) const = 0;
 
 protected:
@@ -51,7 +52,8 @@ private:
     std::atomic<std::uint32_t> references_{1};
 };
 
-/// The object behind a face, kept alive while one of its functions runs.
+/// RAII guard in every vtable function: the object behind the interface pointer, referenced for the duration
+/// of the call, since a re-entrant one may release the host's last reference.
 template <class Object>
 class Self {
 public:
@@ -65,12 +67,12 @@ private:
     Object* object_;
 };
 
-/// The first three functions of every table.
+/// Vtable of IUnknown: the first three entries of every table.
 FunctionTable unknownFunctions();
 
-/// Runs what may fail; nothing that was thrown goes on to the host. `told` gets number and text, and gives
-/// the result. What nobody foresaw is not ZV_E_FAIL: for a connection that means a key that is taken, and the
-/// insert is tried again.
+/// Exception barrier: no exception crosses the binary interface. `told` maps number and text to the result.
+/// An unforeseen one is not ZV_E_FAIL: from a connection that means a taken key, and the insert would be
+/// retried.
 template <class Action, class Told>
 ZvResult guarded(Action&& action, Told&& told)
 try {

@@ -26,10 +26,10 @@ ZvResult getTypeInfo(Face* /*face*/, std::uint32_t /*index*/, std::uint32_t /*la
     return ZV_DISP_BADINDEX;
 }
 
-/// A name ends with its zero.
+/// Zero-terminated name.
 StringView nameAt(const std::uint16_t* name) { return reinterpret_cast<const char16_t*>(name); }
 
-/// Both calls by name keep an identifier for later.
+/// Check of the reserved parameter that both calls by name have.
 bool isReserved(const ZvGuid* reserved) { return reserved == nullptr || *reserved == ZV_IID_NULL; }
 
 ZvResult getIDsOfNames(Face* face, const ZvGuid* reserved, std::uint16_t** names, std::uint32_t count,
@@ -51,7 +51,7 @@ ZvResult getIDsOfNames(Face* face, const ZvGuid* reserved, std::uint16_t** names
     });
 }
 
-/// A host's arguments stand backwards, those with a name before the others; this finds the one of a place.
+/// Maps parameter positions to a host's arguments, which come in reverse order and with the named ones first.
 class Places {
 public:
     Places(const ZvParams* params, bool assigns)
@@ -111,7 +111,7 @@ void answer(DispatchObject& object, DispatchObject::Call& call, const Places& pl
     Variant answered(object.invoke(call));
     for (std::size_t place = 0; place < std::min(given.size(), call.arguments.size()); ++place) {
         const ZvVariant* variant = places.variant(place);
-        // A list of numbers is changed where it stands.
+        // Always for an array, which a callee changes in place, so that comparing cannot tell.
         if (variant != nullptr &&
             (given[place].data() != call.arguments[place].data() || given[place].as<LongArray>() != nullptr))
             writeBack(*variant, call.arguments[place]);

@@ -4,21 +4,21 @@
 
 namespace zv::com {
 
-/// An object whose members are called by name: the part of it that its class tells.
+/// Late-bound object (IDispatch); the virtual functions are what its class adds to the protocol.
 class DispatchObject : public ComObject {
 public:
-    /// What a host asks for in one call.
+    /// Unmarshalled call of a host.
     struct Call {
         std::int32_t id = 0;
-        int modes = 0;       ///< ZV_METHOD, ZV_PROPERTYGET, ...; more than one where the host does not care.
-        Arguments arguments; ///< In order; the new value of a property is the last. May be changed.
-        std::size_t leftOut = SIZE_MAX; ///< The first argument that the host left out; it reads Empty.
+        int modes = 0; ///< Bits ZV_METHOD, ZV_PROPERTYGET, ...; several if the host does not distinguish.
+        Arguments arguments;            ///< In order; the new value of a property is last. By reference.
+        std::size_t leftOut = SIZE_MAX; ///< Index of the first omitted argument; its value is Empty.
     };
 
     bool answers(const ZvGuid& interface) const override { return interface == ZV_IID_IDispatch; }
-    /// The member's identifier; ZV_DISPID_UNKNOWN if there is none. Without regard to case.
+    /// Dispatch identifier of a member, without regard to case; ZV_DISPID_UNKNOWN if there is none.
     virtual std::int32_t idOf(StringView member) = 0;
-    /// The place of a method's parameter, from 0; ZV_DISPID_UNKNOWN if there is none.
+    /// Position of a named parameter, from 0; ZV_DISPID_UNKNOWN if there is none.
     virtual std::int32_t parameterOf(std::int32_t member, StringView name) const = 0;
     /// Fails with a Refusal or a RuntimeError.
     virtual Value invoke(Call& call) = 0;
@@ -27,7 +27,7 @@ protected:
     using ComObject::ComObject;
 };
 
-/// The first seven functions of every table of such an object.
+/// Vtable of IDispatch: the first seven entries of every table of such an object.
 FunctionTable dispatchFunctions();
 
 } // namespace zv::com

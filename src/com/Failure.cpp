@@ -12,12 +12,12 @@ namespace {
 
 constexpr std::int32_t largestNumber = 0xFFFF;
 
-/// What the surface says of itself, and the language's numbers for it.
-struct Known {
+/// Mapping of the interface's own result codes to error numbers of the language.
+struct KnownResult {
     ZvResult result;
     std::int32_t number;
 };
-constexpr Known knownResults[] = {
+constexpr KnownResult knownResults[] = {
     {ZV_DISP_UNKNOWNNAME, failure::memberMissing},
     {ZV_DISP_MEMBERNOTFOUND, failure::memberMissing},
     {ZV_DISP_TYPEMISMATCH, failure::typeMismatch},
@@ -32,7 +32,7 @@ constexpr Known knownResults[] = {
 
 std::int32_t numberOf(ZvResult result)
 {
-    const auto* known = std::ranges::find(knownResults, result, &Known::result);
+    const auto* known = std::ranges::find(knownResults, result, &KnownResult::result);
     if (known != std::end(knownResults))
         return known->number;
     const bool own = result > ZV_FAILURE_BASE && result <= ZV_FAILURE_BASE + largestNumber;
@@ -70,7 +70,7 @@ void failAs(ZvResult result, ZvException& exception, StringView member)
         if (exception.fill != nullptr)
             exception.fill(&exception);
         number = exception.code != 0 ? exception.code : numberOf(exception.result);
-        // A failure without a number must not look like none.
+        // A failure with number 0 would read as success in Err.
         if (number == 0)
             number = failure::invalidCall;
     }

@@ -6,18 +6,18 @@
 
 namespace zv::com {
 
-/// A call that is refused by the surface itself, before our code runs.
+/// Exception for a call that the binary interface itself refuses, before our code runs.
 struct Refusal {
     ZvResult result = ZV_E_UNEXPECTED;
-    std::size_t argument = 0; ///< Which one is to blame, in order.
+    std::size_t argument = 0; ///< Position of the offending one.
 };
 
-/// How a failure of ours is told to a host.
+/// Maps an error number of ours to a result code.
 ZvResult resultOf(std::int32_t number);
-/// Fills in what a host is told beyond the result: number, text, source.
+/// Fills the exception record of a host: number, text, source.
 void describe(ZvException& exception, std::int32_t number, StringView text);
 
-/// Fails as a host's call did. `exception` may be empty; its texts are freed.
+/// Throws a host's failure as RuntimeError. `exception` may be empty; takes ownership of its texts.
 [[noreturn]] void failAs(ZvResult result, ZvException& exception, StringView member);
 
 } // namespace zv::com

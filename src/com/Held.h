@@ -7,12 +7,13 @@
 
 namespace zv::com {
 
-/// A counted reference to an object behind the surface, ours or a host's.
+/// Smart pointer to a reference-counted object of the binary interface, ours or a host's: copies add a
+/// reference, the destructor releases it, so that none leaks.
 template <class Interface>
 class Held {
 public:
     Held() = default;
-    /// Takes over a reference that the caller has.
+    /// Adopts a reference of the caller's.
     explicit Held(Interface* object) : object_(object) {}
     Held(const Held& other) : Held(counted(other.object_)) {}
     Held(Held&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
@@ -23,13 +24,13 @@ public:
     }
     ~Held() { zv_release(object_); }
 
-    /// Shares an object that someone else holds.
+    /// Adds a reference to an object that someone else owns.
     static Held sharing(Interface* object) { return Held(counted(object)); }
 
     Interface* get() const { return object_; }
-    /// Where a function puts a reference for us.
+    /// Out parameter through which a function gives us a reference.
     Interface** place() { return &object_; }
-    /// Hands the reference to the caller.
+    /// Transfers ownership to the caller.
     Interface* detach() { return std::exchange(object_, nullptr); }
     explicit operator bool() const { return object_ != nullptr; }
 

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int assigns = ZV_PROPERTYPUT | ZV_PROPERTYPUTREF;
 
-/// An argument as its kind; what does not fit is the surface's own refusal.
+/// Converts an argument to its kind; what does not convert is a Refusal, and not an error of ours.
 Value fitted(Kind kind, const Value& argument, std::size_t place)
 {
     try {
@@ -19,7 +19,7 @@ Value fitted(Kind kind, const Value& argument, std::size_t place)
     }
 }
 
-/// Each argument of these classes has to be there.
+/// Arity check: no parameter of these classes is optional.
 void expect(std::size_t count, const DispatchObject::Call& call)
 {
     if (call.arguments.size() != count)
@@ -37,7 +37,7 @@ std::int32_t idIn(const Members& members, StringView name, std::int32_t first)
                                   : first + static_cast<std::int32_t>(found - members.begin());
 }
 
-/// The place of an identifier; beyond the end if it is none of these.
+/// Index of a dispatch identifier; SIZE_MAX, or past the end, if it is none of these.
 std::size_t placeOf(std::int32_t id, std::int32_t first)
 {
     return id < first ? SIZE_MAX : static_cast<std::size_t>(id - first);

@@ -5,7 +5,8 @@
 
 namespace zv::com {
 
-/// An object of one of the classes that hosts make. By name its members are found in the class's tables.
+/// Object of one of the classes that hosts instantiate. Late-bound calls are resolved in the class's
+/// descriptor.
 class Instance : public DispatchObject {
 public:
     bool answers(const ZvGuid& interface) const override
@@ -16,10 +17,10 @@ public:
     std::int32_t parameterOf(std::int32_t member, StringView name) const override;
     Value invoke(Call& call) override;
 
-    /// The field at a place, as its kind.
+    /// Reads the field at that index, converted to its kind.
     virtual Value read(std::size_t field) = 0;
     virtual void write(std::size_t field, Value value) = 0;
-    /// The method at a place, with an argument of its kind.
+    /// Calls the method at that index; the argument is converted already.
     virtual Value run(std::size_t method, const Value& argument) = 0;
 
 protected:

@@ -7,8 +7,8 @@
 
 namespace zv::com {
 
-/// A collection that hosts fill: Add(Item, Key), Item and Remove by key or by position from 1, Count. Fails
-/// as Collection does.
+/// Late-bound adapter of Collection for hosts: Add(Item, Key), Item and Remove by key or by position from 1,
+/// Count. Fails as Collection does.
 class ItemCollection final : public Object {
 public:
     StringView TypeName() const override { return u"Collection"; }

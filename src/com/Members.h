@@ -5,21 +5,22 @@
 
 namespace zv::com {
 
-/// What a member holds, takes or gives. A collection is an object that is there from its first use.
+/// Types of fields, parameters and results. A collection is an object that is created lazily.
 enum class Kind { nothing, byte, integer, whole, truth, text, object, collection };
 
-/// The value as the kind holds it. Fails with 6, 13 or 94.
+/// Converts to the kind. Fails with 6, 13 or 94.
 Value converted(Kind kind, const Value& value);
-/// What it holds before anything was put there: 0, False, "", no object.
+/// Default value: 0, False, "", no object.
 Value emptyOf(Kind kind);
 
-/// A property with a Get and a Let under one identifier (an object has a Set).
+/// Descriptor of a property: two vtable slots, Get and Let (Set for an object), under one dispatch
+/// identifier.
 struct Field {
     StringView name;
     Kind kind;
 };
 
-/// A method with at most one parameter.
+/// Descriptor of a method with at most one parameter.
 struct Method {
     StringView name;
     StringView parameter; ///< Empty if it takes none.
@@ -27,7 +28,7 @@ struct Method {
     Kind given;
 };
 
-/// A class that hosts make: its default interface has either fields or methods.
+/// Descriptor of a class that hosts instantiate: its default interface has either fields or methods.
 struct ClassInfo {
     StringView name;
     ZvGuid classId;
@@ -36,7 +37,7 @@ struct ClassInfo {
     std::span<const Method> methods;
 };
 
-/// Identifiers of the members run on from these.
+/// First dispatch identifiers; the others follow consecutively.
 inline constexpr std::int32_t firstFieldId = 0x40030000;
 inline constexpr std::int32_t firstMethodId = 0x60030000;
 

@@ -8,8 +8,8 @@ namespace zv::com {
 
 namespace {
 
-/// An object of ours that knows its members only when they are called: a name gets its number when it is
-/// first asked for.
+/// Assigns dispatch identifiers lazily, in the order in which hosts ask for names: our objects look members
+/// up by name and cannot list them.
 class NamedObject final : public DispatchObject {
 public:
     explicit NamedObject(ObjectPtr object) : DispatchObject(functions()), object_(std::move(object)) {}
@@ -29,7 +29,7 @@ public:
     }
     Value invoke(Call& call) override
     {
-        // What stands for the object itself where a host names no member.
+        // Default member, for the reserved identifier 0.
         const String usual = sameName(object_->TypeName(), u"Collection") ? u"Item" : u"Value";
         if (call.id < 0 || static_cast<std::size_t>(call.id) > names_.size())
             throw Refusal{ZV_DISP_MEMBERNOTFOUND};

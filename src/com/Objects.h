@@ -5,14 +5,14 @@
 
 namespace zv::com {
 
-/// How objects cross the surface. Values need it for the objects among them, and the calls behind it need
-/// values: so it is an interface of its own, and com/Bridge implements it.
+/// Marshalling of objects. Variants need it for the objects in them, and its calls need variants: an
+/// interface of its own breaks that cycle, and com/Bridge implements it.
 
-/// A host's object, reached by name. What goes to its routines may be changed by them; a member that is read
-/// or written takes plain values. Its failures come as RuntimeError, with its number and its words.
+/// Adapter of a host's object: late-bound through IDispatch. Arguments of methods go by reference, those of
+/// properties by value. Its failures come as RuntimeError, with its number and text.
 ObjectPtr objectOf(Held<ZvDispatch> dispatch);
 
-/// An object of ours as hosts see it. A host's own comes back as it came; no object gives none.
+/// Inverse: an object of ours for a host. A host's own one is unwrapped; nullptr gives nullptr.
 Held<ZvDispatch> dispatchOf(const ObjectPtr& object);
 
 } // namespace zv::com

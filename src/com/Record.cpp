@@ -18,7 +18,7 @@ public:
     Value read(std::size_t field) override
     {
         Value& value = values_[field];
-        // The host sees one and the same collection each time.
+        // Lazy creation; wrapped once, so that the host gets the same object each time.
         if (fields_[field].kind == Kind::collection && !*value.as<ObjectPtr>())
             value = objectOf(dispatchOf(std::make_shared<ItemCollection>()));
         return value;

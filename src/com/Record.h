@@ -7,7 +7,7 @@
 
 namespace zv::com {
 
-/// A record that hosts fill and read; no logic of ours stands behind it.
+/// Plain records that hosts fill and read: fields only, no logic.
 std::unique_ptr<ComObject> newDatosSesion();
 std::unique_ptr<ComObject> newConsejoOrientador();
 std::unique_ptr<ComObject> newInformeInd();

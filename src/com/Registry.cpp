@@ -21,7 +21,7 @@ fs::path folder()
         return fs::path(value == nullptr ? "" : value);
     };
     fs::path data = variable("XDG_DATA_HOME");
-    // A relative folder counts as none.
+    // A relative path counts as unset.
     if (!data.is_absolute() && variable("HOME").is_absolute())
         data = variable("HOME") / ".local" / "share";
     if (!data.is_absolute())
@@ -29,7 +29,7 @@ fs::path folder()
     return data / "zvconfiguracion" / "servidores";
 }
 
-/// The file of this library: the one whose piece of memory holds this very code.
+/// Path of this library: the file whose memory mapping contains the address of one of its functions.
 std::string ownFile()
 {
     const auto self = reinterpret_cast<std::uintptr_t>(&registerServer);

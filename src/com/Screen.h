@@ -7,10 +7,10 @@
 
 namespace zv::com {
 
-/// Where windows can be used, seen from the calling thread.
+/// Thread affinity of the windows: whether the calling thread may use them, another one, or none any more.
 enum class Reach { here, elsewhere, gone };
 
-/// Where a library's dialogs are shown, and what it needs around it.
+/// Port to a screen for a library: a desktop, with the toolkit's application around it.
 class Screen {
 public:
     Screen() = default;
@@ -21,8 +21,9 @@ public:
     virtual Reach reach() const = 0;
 };
 
-/// The screen of this process; nullptr where there is none. A library has one of the two implementations.
-/// Where it belongs to the calling thread, `ended` is called there when that thread ends, and lets go of it.
+/// Factory; nullptr if there is no screen. Link-time choice: a library has one of the two implementations. If
+/// the screen is bound to the calling thread, the callback `ended` runs when that thread ends, and must
+/// destroy it.
 std::unique_ptr<Screen> openScreen(const std::function<void()>& ended);
 
 } // namespace zv::com

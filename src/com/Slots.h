@@ -8,7 +8,7 @@
 
 namespace zv::com {
 
-/// How a kind travels through a slot.
+/// Marshalling trait: native type of a kind in a vtable slot, and the conversions to and from a Value.
 template <Kind K>
 struct Travels;
 template <class Native, class Stored>
@@ -65,7 +65,7 @@ ZvResult putSlot(Face* face, typename Travels<K>::Type value)
     return guarded([&] { Self<Instance>(face)->write(Place, Travels<K>::in(value)); });
 }
 
-/// The whole table of a class with these fields: for each one a slot that gets and one that lets.
+/// Generates a class's vtable from its field descriptors: a getter and a setter for each.
 template <const auto& Fields, std::size_t... Place>
 FunctionTable fieldFunctions(std::index_sequence<Place...> /*places*/)
 {

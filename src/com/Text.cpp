@@ -4,7 +4,7 @@
 
 namespace zv::com {
 
-// Both sides hold units of UTF-16.
+// UTF-16 on both sides: only the unit's type differs.
 
 String textOf(const std::uint16_t* text)
 {

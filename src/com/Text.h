@@ -6,9 +6,9 @@
 
 namespace zv::com {
 
-/// A text of the surface, whole: what stands behind a zero in it belongs to it. No text is "".
+/// Converts a length-prefixed text (BSTR); it may contain zeros. nullptr is "".
 String textOf(const std::uint16_t* text);
-/// A new text, which the receiver frees. Fails with std::bad_alloc.
+/// Allocates one, owned by the receiver. Fails with std::bad_alloc.
 ZvBstr newText(StringView text);
 
 } // namespace zv::com

@@ -17,10 +17,12 @@ namespace {
 
 constexpr int typeBits = 0xFFF;
 
-// The layouts that every host has, on 64 bits.
-static_assert(sizeof(ZvVariant) == 24 && offsetof(ZvVariant, value) == 8);
-static_assert(sizeof(ZvArray) == 32 && offsetof(ZvArray, data) == 16 && offsetof(ZvArray, bounds) == 24);
-static_assert(sizeof(ZvParams) == 24 && sizeof(ZvException) == 64 && offsetof(ZvException, result) == 56);
+// The layouts that every host has, on 64 and on 32 bits.
+constexpr bool wide = sizeof(void*) == 8;
+static_assert(sizeof(ZvVariant) == (wide ? 24 : 16) && offsetof(ZvVariant, value) == 8);
+static_assert(sizeof(ZvArray) == (wide ? 32 : 24) && offsetof(ZvArray, data) == (wide ? 16 : 12));
+static_assert(offsetof(ZvArray, bounds) == (wide ? 24 : 16) && sizeof(ZvParams) == (wide ? 24 : 16));
+static_assert(sizeof(ZvException) == (wide ? 64 : 32) && offsetof(ZvException, result) == (wide ? 56 : 28));
 
 std::size_t sizeOf(int type)
 {
@@ -56,14 +58,14 @@ std::size_t sizeOf(int type)
     }
 }
 
-/// Whether a list is of one dimension, and its elements have room for that type.
+/// Bounds check of a foreign array: one dimension, and elements large enough for the type.
 bool isListOf(int type, const ZvArray& array)
 {
     return array.dimensions == 1 && array.elementSize >= sizeOf(type) &&
            (array.data != nullptr || array.bounds[0].count == 0);
 }
 
-/// The value of a reference, without what hangs on it: for looking only.
+/// Dereferences: a shallow, non-owning copy.
 ZvVariant pointedAt(const ZvVariant& reference)
 {
     const int type = reference.vt & ~ZV_VT_BYREF;
@@ -73,11 +75,11 @@ ZvVariant pointedAt(const ZvVariant& reference)
     if (type == ZV_VT_VARIANT) {
         result = *reference.value.variant;
         if (result.vt == (ZV_VT_BYREF | ZV_VT_VARIANT))
-            fail(failure::typeMismatch); // It could go on without end.
+            fail(failure::typeMismatch); // One level only: a cycle would recurse for ever.
         return result.vt & ZV_VT_BYREF ? pointedAt(result) : result;
     }
     if (type == ZV_VT_DECIMAL) {
-        constexpr std::size_t size = 16; // Less than a variant.
+        constexpr std::size_t size = 16; // A decimal is smaller than a variant.
         std::memcpy(&result, reference.value.reference, size);
         result.vt = ZV_VT_DECIMAL;
         return result;
@@ -95,7 +97,7 @@ Value wholeNumber(std::int64_t number)
     return static_cast<Double>(number);
 }
 
-/// 96 bits over a power of ten; what is whole and fits stays whole.
+/// Converts a decimal (96 bits over a power of ten): to a Long if it is whole and fits, else to a Double.
 Value decimalNumber(const ZvVariant& decimal)
 {
     constexpr double wordRange = 18446744073709551616.0; // 2^64
@@ -109,7 +111,7 @@ Value decimalNumber(const ZvVariant& decimal)
     return negative ? -size : size;
 }
 
-/// One dimension of whole numbers, whatever their width.
+/// Converts a one-dimensional array of whole numbers of any width.
 Value numbersOf(const ZvArray* array, int type)
 {
     auto result = std::make_shared<std::vector<Long>>();
@@ -125,7 +127,7 @@ Value numbersOf(const ZvArray* array, int type)
             if (element.vt & ZV_VT_BYREF)
                 element = pointedAt(element);
             if (element.vt & ZV_VT_ARRAY)
-                fail(failure::typeMismatch); // It could hold itself.
+                fail(failure::typeMismatch); // Not nested: an array may contain itself.
         } else {
             element.vt = static_cast<std::uint16_t>(type);
             std::memcpy(&element.value, place, sizeOf(type));
@@ -178,7 +180,7 @@ Value plainValue(const ZvVariant& variant)
     case ZV_VT_R4:
         return value.r4;
     case ZV_VT_R8:
-    case ZV_VT_DATE: // The days since the end of 1899: no value here is a date.
+    case ZV_VT_DATE: // Days since the end of 1899; there is no date type in Value.
         return value.r8;
     case ZV_VT_CY:
         return Currency{value.cy};
@@ -198,7 +200,7 @@ Value plainValue(const ZvVariant& variant)
     }
 }
 
-/// Makes the variant of a value.
+/// Visitor that converts a Value to a variant.
 struct Filler {
     ZvVariant& variant;
 
@@ -238,7 +240,7 @@ struct Filler {
     }
 };
 
-/// The value as a given kind holds it.
+/// Converts to the type of a by-reference variant.
 Value asKind(int type, const Value& value)
 {
     switch (type) {
@@ -323,13 +325,13 @@ void writeBack(const ZvVariant& reference, const Value& value)
         if (target.vt & ZV_VT_BYREF)
             return writeBack(target, value);
         Variant made(value);
-        // What is let go of may come back: by then the new value stands.
+        // Swap before releasing the old value: its destructor may be re-entrant, and must find the new one.
         ZvVariant old = target;
         target = made.detach();
         return zv_variant_clear(&old);
     }
     Variant made(asKind(type, value));
-    // What is written over is freed, as the kind has it.
+    // The overwritten value is released, by its type, only after the swap.
     ZvVariant old{};
     old.vt = static_cast<std::uint16_t>(type);
     std::memcpy(&old.value, reference.value.reference, sizeOf(type));

@@ -6,7 +6,7 @@
 
 namespace zv::com {
 
-/// A variant and what hangs on it.
+/// RAII owner of a variant.
 class Variant {
 public:
     Variant() = default;
@@ -18,27 +18,27 @@ public:
     ~Variant() { zv_variant_clear(&variant_); }
 
     ZvVariant& raw() { return variant_; }
-    /// Hands what hangs on it to the caller.
+    /// Transfers ownership to the caller.
     ZvVariant detach()
     {
         const ZvVariant result = variant_;
         variant_ = {};
         return result;
     }
-    /// A variant that refers to this one's value, for a callee to change; as it is where there is none.
+    /// By-reference variant to this one's value, for a callee to change; a plain copy if it has no value.
     ZvVariant reference();
 
 private:
     ZvVariant variant_{};
 };
 
-/// What a variant holds or refers to; an argument that was left out is Empty. Fails with 13 if it is of a
-/// kind that nothing here can take.
+/// Converts a variant, dereferenced if by reference; an omitted argument is Empty. Fails with 13 for a type
+/// that has no counterpart.
 Value valueOf(const ZvVariant& variant);
-/// Whether it stands for an argument that was left out. Fails with 13 like valueOf.
+/// Whether it is the placeholder of an omitted argument. Fails with 13 like valueOf.
 bool isLeftOut(const ZvVariant& variant);
 
-/// Puts a value where a by-reference variant refers to, as its kind; any other variant is left alone.
+/// Stores through a by-reference variant, converted to its type; no-op for any other variant.
 void writeBack(const ZvVariant& reference, const Value& value);
 
 } // namespace zv::com

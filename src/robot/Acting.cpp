@@ -13,7 +13,7 @@ namespace {
 
 constexpr StringView textBox = u"un cuadro de texto";
 
-/// Does an act if the control can be acted upon, and says so if it cannot.
+/// Does an act on a control, or records that it is inaccessible.
 template <class C, class Act>
 void actOn(Play& play, const GuionArgument& name, StringView kind, Act act)
 {
@@ -26,8 +26,8 @@ void actOn(Play& play, const GuionArgument& name, StringView kind, Act act)
         play.observe(u"inaccesible " + control.fullName());
 }
 
-/// The same where an argument names something in the control: the handlers that the move of the focus runs
-/// may bring it, or take the control away.
+/// The same for an act with an argument that names an item of the control. Focus first, and only then look
+/// the item up: the handlers that the focus runs may fill the control, or disable it.
 template <class C, class Act>
 void actInside(Play& play, const GuionArgument& name, StringView kind, Act act)
 {

@@ -16,7 +16,7 @@ Byte nodeIn(const Play& play, const GuionArgument& argument)
     return static_cast<Byte>(node);
 }
 
-/// What the host does before each operation.
+/// Copies action and row into the facade through the session object, as a host does before each operation.
 void handOver(Play& play, cAsignarDatos& facade, const GuionArgument* action, const GuionArgument& row)
 {
     const auto& session = play.state().session;

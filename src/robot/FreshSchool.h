@@ -4,11 +4,12 @@
 
 namespace zv {
 
-/// Databases and a key that are made for one guion and gone with it: what is played on them never touches the
-/// key of the person who plays.
+/// RAII owner of temporary databases and of a temporary cipher key, for one guion: nothing that is played on
+/// them touches the key of the person who plays.
 class FreshSchool {
 public:
-    /// `url` as temporarySchool has it. Empty, or the sample school. Fails as the databases do.
+    /// `url` as for temporarySchool(). `sample`: filled with the sample school instead of empty. Fails with a
+    /// RuntimeError.
     FreshSchool(StringView url, bool sample);
     ~FreshSchool();
     FreshSchool(const FreshSchool&) = delete;

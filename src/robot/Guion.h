@@ -9,7 +9,7 @@
 
 namespace zv {
 
-/// A mistake in a guion: the line, counted from 1, and a Spanish reason.
+/// Syntax error or misuse in a guion: the line, counted from 1, and a Spanish reason.
 class GuionError : public std::runtime_error {
 public:
     GuionError(std::size_t line, StringView reason) : runtime_error(toUtf8(reason)), line_(line) {}
@@ -19,11 +19,11 @@ private:
     std::size_t line_;
 };
 
-/// One argument of a command as it is written: a bare word, a text in quotes, or either behind "NAME=".
+/// Parsed argument of a command: a bare word, a text in quotes, or either behind "NAME=".
 struct GuionArgument {
-    String name; ///< What stands before "=", or "".
-    String text; ///< Escapes are resolved.
-    bool quoted = false;
+    String name;         ///< What stands before "=", or "".
+    String text;         ///< Without quotes, escapes resolved.
+    bool quoted = false; ///< Whether it stood in quotes.
 };
 
 struct GuionCommand {
@@ -32,12 +32,12 @@ struct GuionCommand {
     std::vector<GuionArgument> arguments;
 };
 
-/// A line of the file, with what it means.
+/// A line of the file, and what the parser made of it.
 struct GuionLine {
     String text;                        ///< Without its ending.
     String ending;                      ///< "\n", "\r\n", or "" for a last line that has none.
     std::optional<String> expectation;  ///< What stands behind "> ".
-    std::optional<std::size_t> command; ///< Place among the commands.
+    std::optional<std::size_t> command; ///< Index into `commands`.
 };
 
 struct Guion {
@@ -45,10 +45,10 @@ struct Guion {
     std::vector<GuionCommand> commands;
 };
 
-/// Fails with a GuionError where the bytes are no UTF-8 or a line is none of the language.
+/// Parses a file. Fails with a GuionError on invalid UTF-8 and on a syntax error.
 Guion readGuion(std::string_view bytes);
 
-/// A text in quotes, with escapes.
+/// Inverse of the parser for a text: in quotes, with escapes.
 String quoted(StringView text);
 
 } // namespace zv

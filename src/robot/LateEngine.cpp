@@ -6,7 +6,7 @@
 namespace zv {
 namespace {
 
-/// A field of the present row, made afresh each time it is asked for.
+/// Field of the current row; a new object for each request, holding a copy of the value.
 class PlainField final : public Object {
 public:
     explicit PlainField(Value value) : value_(std::move(value)) {}
@@ -53,7 +53,7 @@ private:
     Value Execute(StringView statement)
     {
         const RecordsetPtr rows = inner_->Execute(statement);
-        // One host gives closed rows where there are none, another nothing.
+        // Nothing for a statement without rows, where our own connections give a closed recordset.
         return rows->State() != 0 ? Value(std::make_shared<PlainRows>(rows)) : Value();
     }
     const Member* memberNamed(StringView name) const override
@@ -79,7 +79,7 @@ private:
     ConnectionPtr late_;
 };
 
-/// Where it is made is a URL behind the scheme.
+/// Forwards to the inner engine, whose location gets that engine's scheme in front.
 class LateSchoolToBe final : public SchoolToBe {
 public:
     explicit LateSchoolToBe(StringView url)
@@ -135,7 +135,7 @@ private:
         return std::make_shared<LateSchoolConnection>((inner_->*way)(locationOf(url), which));
     }
 
-    Engine* inner_ = nullptr; ///< Behind the URL opened last: a program has one.
+    Engine* inner_ = nullptr; ///< Engine of the URL opened last; one is enough for a program.
 };
 
 } // namespace

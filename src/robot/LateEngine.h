@@ -4,10 +4,10 @@
 
 namespace zv {
 
-/// Scheme "tardia", in front of another URL ("tardia:sqlite:colegio.db"): that engine's databases, reached as
-/// a host's objects would be that know `Execute`, `EOF`, `MoveNext`, `Fields` and `Close` by name and nothing
-/// else. So a guion shows that the module asks for no more. executeNative() and what else is not the module's
-/// goes to the engine itself.
+/// Decorator of another engine, scheme "tardia" in front of that one's URL ("tardia:sqlite:colegio.db"): its
+/// databases are late-bound, as objects that know `Execute`, `EOF`, `MoveNext`, `Fields` and `Close` by name
+/// and nothing else. Guiones played on it prove that the module asks a host for no more. What the module does
+/// not call (executeNative(), the engine's own operations) is forwarded directly.
 std::unique_ptr<Engine> lateEngine();
 
 } // namespace zv

@@ -8,8 +8,7 @@ namespace zv {
 
 namespace {
 
-/// Members of controls that are no properties and may be read all the same, with the number of their
-/// arguments.
+/// Allow list: readable members of controls that are no properties, with their arity.
 struct Readable {
     StringView name;
     std::size_t indices;
@@ -35,7 +34,7 @@ Value controlMember(const Play& play, const GuionArgument& owner, const MemberNa
     if (!canBeRead(control, member))
         fail(failure::memberMissing);
     Value value = get(control, member.name, Arguments(member.indices.begin(), member.indices.end()));
-    // Of a tab its caption is looked at.
+    // A tab is an object; its caption stands for it.
     return sameName(member.name, u"Tabs") ? get(CObj(value), u"Caption") : value;
 }
 

@@ -27,15 +27,16 @@ namespace zv {
 
 namespace {
 
-/// The dialogs that pupils' reports are written in do not know a read-only session.
+/// Exempt from the check for read-only sessions: the dialogs of pupils' reports do not know those.
 constexpr StringView neverLocked[] = {u"frmConsejoOrientador1", u"frmInformeIndividual",
                                       u"frmConsejoOrientador", u"frmInfIndESO", u"frmInfIndPrim"};
 
-/// No host should see these: they say that the module asked for what it does not have itself.
+/// Errors that point to a bug of the module, whatever a host does: it asked for a member or class of its own
+/// that does not exist.
 constexpr std::int32_t ownFaults[] = {failure::classMissing, failure::memberMissing, failure::argumentCount,
                                       failure::noArrayElement};
 
-/// What a person types who means well.
+/// Plausible input, among the odd texts.
 constexpr StringView plainTexts[] = {u"Casado", u"1234", u"0049",  u"12,34", u"16",        u"100,5",
                                      u"28001",  u"001",  u"9,99%", u"a",     u"B12345678", u""};
 
@@ -49,10 +50,10 @@ constexpr std::int32_t failureNumbers[] = {
     failure::keyExists, failure::badStatement, failure::tableMissing,  failure::brokenConstraint,
     failure::locked,    failure::otherData,    failure::connectionLost};
 
-/// A line as it can be expected again: what is enciphered is another text each time.
+/// Masks ciphertext with `{*}`: it differs each time, and the line is to be expected again.
 String expectable(StringView line)
 {
-    constexpr std::size_t shortest = 56; ///< Of what the cipher makes.
+    constexpr std::size_t shortest = 56; ///< Least length of a ciphertext, in Base64.
     constexpr StringView letters = u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/=";
     String result;
     while (!line.empty()) {
@@ -64,8 +65,8 @@ String expectable(StringView line)
     return result;
 }
 
-/// The numbers of the nodes that open a dialog: those of lists, from the first to the last, and those of
-/// reports.
+/// Node numbers to draw from: the range of lists that open a dialog, and the nodes of reports, which lie
+/// outside it.
 struct Nodes {
     Long first = 255;
     Long span = 0;
@@ -118,7 +119,7 @@ public:
     }
 
 private:
-    /// A guion is UTF-8: what it cannot hold is left to other hands.
+    /// Drops texts that no guion can hold, as its UTF-8 has no lone surrogates; tryTexts() tries those.
     static std::vector<String> typeable(std::vector<String> texts)
     {
         std::erase_if(texts, [](const String& text) { return !isWellFormed(text); });
@@ -147,9 +148,9 @@ private:
         guion_.commands.push_back(std::move(read));
     }
 
-    // What is seen.
+    // Observation.
 
-    /// Writes down what the last command showed.
+    /// Writes and checks what the last command showed.
     void takeDown()
     {
         if (play_.transcript().commandsRead() == takenDown_)
@@ -194,8 +195,8 @@ private:
             fault(u"escribe en una sesión de consulta: " + String(statement));
     }
 
-    /// A row that is held after its dialog has closed is kept from every other station. A rate that was found
-    /// twice, or looked at only, is released by none but the program's end.
+    /// Leak check: a registration that outlives its dialog locks the row for every other station. Known leak,
+    /// exempt: a rate that was found twice, or only looked at, stays registered until the program ends.
     void lookAtRows()
     {
         for (const Registration& each : registrations(*fresh_.school().centro))
@@ -230,7 +231,7 @@ private:
                                          {faults_}));
     }
 
-    // What is done while no dialog is open.
+    // Choice of a command while no dialog is open.
 
     String betweenDialogs()
     {
@@ -256,7 +257,8 @@ private:
         const String action = decimalText(dice_.once(3) ? 1 : dice_.once(20) ? dice_.below(256) : 2);
         if (dice_.once(3))
             return u"mostrar " + dice_.of(dialogs_) + u" " + action + u" " + row();
-        // A bank that is locked is to be opened: it holds its row from then on.
+        // Locked only together with opening a bank: BloquearBanco() already loads that dialog, which
+        // registers its row.
         const String bank = decimalText(cNombreNodo::OC_Bancos);
         const String opened = dice_.once(25) ? bank : node();
         const bool locked = opened == bank && dice_.once(3);
@@ -274,14 +276,13 @@ private:
                u" RutaIcono=" + (dice_.once(8) ? u"\"no-hay.ico\"" : u"\"\"");
     }
 
-    /// Most that open something stand close together; the ways to the reports stand apart.
     String node()
     {
         const Long any = dice_.once(10) ? dice_.below(256) : nodes_.first + dice_.below(nodes_.span);
         return decimalText(dice_.once(8) ? dice_.of(nodes_.reports) : any);
     }
 
-    /// Most are there, some are not.
+    /// Mostly keys of existing rows; sometimes boundary values of 16 and 32 bits.
     String row()
     {
         constexpr Long odd[] = {0, -1, 32767, 32768, 65536, 2147483647, -2147483647};
@@ -295,7 +296,7 @@ private:
                decimalText(1 + dice_.below(3));
     }
 
-    // What is done at a dialog.
+    // Choice of a command at an open dialog.
 
     String atDialog(const Form& form)
     {
@@ -315,7 +316,7 @@ private:
         }
     }
 
-    /// Its cancel button or its frame, as it comes, then the other; one of them has to close it.
+    /// Cancel button or frame, at random; a fault when several tries left the dialog open.
     String leave(const Form& form)
     {
         constexpr int mostTries = 6;
@@ -341,7 +342,7 @@ private:
 
     Control& someControl(const Form& form)
     {
-        // One that the focus was moved to for an act.
+        // Second half of an act that needed the focus first.
         if (Control* aimed = std::exchange(aimed_, nullptr);
             aimed != nullptr && form.ActiveControl() == aimed)
             return *aimed;
@@ -355,7 +356,8 @@ private:
     String onControl(Control& control)
     {
         const String name = u" " + control.fullName();
-        // What a list or a grid holds may change as the focus comes, and an act names what is there then.
+        // Focus first: its handlers may refill a list or a grid, and the act names an entry by what is there
+        // then.
         const bool named = dynamic_cast<ComboBox*>(&control) || dynamic_cast<MSFlexGrid*>(&control);
         if (named && control.form().ActiveControl() != &control) {
             aimed_ = &control;
@@ -435,26 +437,26 @@ private:
     std::vector<String> odd_;
     std::vector<String> dialogs_;
     const Nodes nodes_ = openingNodes();
-    Guion guion_; ///< Its commands alone.
+    Guion guion_; ///< Commands only, without lines.
 
-    std::size_t lines_ = 0;     ///< Written so far.
-    std::size_t takenDown_ = 0; ///< Commands of which the observations are written.
+    std::size_t lines_ = 0;     ///< Number of lines written.
+    std::size_t takenDown_ = 0; ///< Number of commands whose observations are written.
     bool readOnly_ = false;
-    Control* aimed_ = nullptr;      ///< Where the focus was moved for the next act.
-    int patience_ = 0;              ///< Acts left before the dialog is to close.
-    std::map<String, int> leaving_; ///< How often it was tried to close a dialog.
+    Control* aimed_ = nullptr;      ///< Target of the next act, focused by the last one.
+    int patience_ = 0;              ///< Remaining acts before the dialog is closed.
+    std::map<String, int> leaving_; ///< Attempts to close each dialog.
 
     Long acts_ = 0;
     Long opened_ = 0;
     Long statements_ = 0;
     Long faults_ = 0;
     std::set<String> seen_;
-    std::set<String> kinds_; ///< Statements without their literals and numbers.
+    std::set<String> kinds_; ///< Skeletons of the statements.
     std::map<Long, Long> failures_;
 
     FreshSchool fresh_;
     School school_;
-    Play play_; ///< Last: it ends before what it watches.
+    Play play_; ///< Last member: destroyed first, since its callbacks use the others.
 };
 
 } // namespace

@@ -10,9 +10,9 @@ constexpr char16_t nul = 0;
 constexpr char16_t high = 0xD83D;
 constexpr char16_t low = 0xDE00;
 
-/// What a text may hold; each comes by itself and inside others.
+/// Building blocks; each is tried alone and inside other texts.
 constexpr StringView pieces[] = {
-    // Quotes, and signs that a code page may turn into one.
+    // Quotes, and look-alikes that a conversion to a code page may turn into one.
     u"'",
     u"''",
     u"'''",
@@ -23,7 +23,7 @@ constexpr StringView pieces[] = {
     u"\u02BC",
     u"\uFF07",
     u"\u2018\u201C\u201D",
-    // SQL, and what drivers put something else for.
+    // SQL injection, and parameter marks and escapes of drivers.
     u"'; DROP TABLE Alumno; --",
     u"' OR '1'='1",
     u"'); DELETE FROM Banco; --",
@@ -59,7 +59,7 @@ constexpr StringView pieces[] = {
     u"\\\\",
     u"\\'",
     u"\\n\\0\\u0027",
-    // Controls; a text box ends its text at code 0.
+    // Control characters; a text box truncates at code 0.
     {&nul, 1},
     u"\u0001\u001F",
     u"\t",
@@ -70,17 +70,17 @@ constexpr StringView pieces[] = {
     u"\u2028\u2029",
     u"\uFEFF\uFFFE\uFFFF",
     u"\u00A0\u3000\u200B\u00AD",
-    // From right to left, also by force.
+    // Right-to-left scripts and override marks.
     u"\u05E9\u05DC\u05D5\u05DD",
     u"\u0645\u0631\u062D\u0628\u0627",
     u"\u202Etxet\u202C",
     u"\u2066a\u2069\u200F",
-    // Emoji, alone and joined.
+    // Emoji, single and joined (ZWJ sequences).
     u"\U0001F600",
     u"\U0001F468\u200D\U0001F469\u200D\U0001F467",
     u"\U0001F1EA\U0001F1F8",
     u"\U0001F44D\U0001F3FF",
-    // Marks that combine, and letters of which case or width are not simple.
+    // Combining marks, and letters whose case mapping or width is not simple.
     u"e\u0301",
     u"\u0308",
     u"Z\u0321\u0327\u0316\u0317\u0300\u0301\u0302\u0303\u030A",
@@ -88,7 +88,7 @@ constexpr StringView pieces[] = {
     u"\u00DF\u0130\u0131\u01C4\uFB03",
     u"\u00D1\u00C7\u20AC\u00BA",
     u"\u4E2D\u6587\U00020000",
-    // Surrogates that stand alone, or the wrong way round.
+    // Lone surrogates, or in the wrong order.
     {&high, 1},
     {&low, 1}};
 

@@ -21,7 +21,7 @@ std::size_t behind(StringView text, StringView end, std::size_t from)
     return found == StringView::npos ? text.size() : found + end.size();
 }
 
-/// Behind a piece that ends with the sign; a doubled sign does not end it.
+/// End of a quoted piece; a doubled `sign` is an escape and does not end it.
 std::size_t behindQuoted(StringView text, char16_t sign)
 {
     std::size_t at = 1;
@@ -30,7 +30,7 @@ std::size_t behindQuoted(StringView text, char16_t sign)
     return at;
 }
 
-/// The length of the comment or the quoted piece with which the text begins, 0 if it does with neither.
+/// Token length of the comment or the quoted piece at the beginning of the text, else 0.
 std::size_t pieceLength(StringView text)
 {
     if (text.starts_with(u"--"))
@@ -43,7 +43,7 @@ std::size_t pieceLength(StringView text)
     return opens ? behindQuoted(text, text.front()) : 0;
 }
 
-/// The length of the run of digits and names with which the text begins, 0 if it does with neither.
+/// Token length of the number or identifier at the beginning of the text, else 0.
 std::size_t wordLength(StringView text)
 {
     const auto* const end = std::ranges::find_if_not(text, isNameUnit);

@@ -6,16 +6,17 @@
 
 namespace zv {
 
-/// What a statement consists of, read in the plainest way there is, without a thought for any one engine.
+/// Structure of a statement, by a tokenizer of its own: the oracle for the tests must not share the product's
+/// (data/Tokens.h).
 struct Outline {
     explicit Outline(StringView statement);
 
     String skeleton;              ///< "?" for each literal, "#" for each number; comments are kept.
-    std::vector<String> literals; ///< With their quotes; a doubled quote stands as it is written.
-    std::vector<String> kept;     ///< Quoted names and comments.
-    bool second = false;          ///< Something follows the ";" that ends the statement.
+    std::vector<String> literals; ///< Raw: with their quotes, doubled ones not undone.
+    std::vector<String> kept;     ///< Quoted identifiers and comments.
+    bool second = false;          ///< Injection: another statement behind the ";".
 
-    /// Whether a name stands in it, outside what is quoted.
+    /// Whether an identifier occurs, quoted ones and literals aside.
     bool names(StringView name) const;
 };
 

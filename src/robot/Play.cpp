@@ -8,7 +8,9 @@ namespace zv {
 
 Play::Play(const Guion& guion, const School& school, const StageMaker& stage)
     : guion_(guion), transcript_(guion), stage_(stage(*this)),
-      state_(school, [this](StringView line) { observe(line); })
+      state_(
+          school, [this](StringView line) { observe(line); },
+          [this](StringView step) { transcript_.observeStep(step); })
 {
     useDesktop(stage_.desktop.get());
 }
@@ -25,7 +27,7 @@ bool Play::playNext()
         more_();
     if (transcript_.commandsRead() == guion_.commands.size())
         return false;
-    // A copy: the guion may grow while the command is run.
+    // A copy: the vector may reallocate, as writeOn() appends while the command is run.
     const GuionCommand command = guion_.commands[transcript_.commandsRead()];
     transcript_.begin();
     findVerb(command.verb)->run(*this, command.arguments);
@@ -49,6 +51,17 @@ void Play::messageBox(StringView prompt, Integer flags, StringView title)
     observe(u"mensaje " + decimalText(flags) + u" " + quoted(title) + u" " + quoted(prompt));
 }
 
+void Play::changed(const PropertyOwner& owner, const PropertyBase* property)
+{
+    const auto* form = dynamic_cast<const Form*>(&owner);
+    if (form == nullptr)
+        return;
+    if (property == &form->MousePointer)
+        state_.tracing.step(u"puntero " + decimalText(form->MousePointer()));
+    if (property == &form->Visible && !form->Visible())
+        state_.tracing.step(u"oculta " + form->Name());
+}
+
 void Play::failed(const RuntimeError& error) { observe(u"error " + decimalText(error.number())); }
 
 void Play::leave(Form& form)
@@ -65,7 +78,7 @@ void Play::goOnWhileOpen(Form& form)
     while (form.Visible())
         if (!playNext())
             mistake(u"el guion acaba con la ventana " + form.Name() + u" abierta");
-    leave(form); // It may only be hidden.
+    leave(form); // A form that is only hidden is never reported closed.
 }
 
 Form& Play::formToLookAt() const

@@ -9,16 +9,16 @@ namespace zv {
 
 class Play;
 
-/// Where a guion is played: the desktop that shows the dialogs and tells the play what it sees, and the
-/// person at it.
+/// Where a guion is played: a desktop that shows the dialogs and reports to the play what is seen, and the
+/// person who acts at it.
 struct Stage {
     std::unique_ptr<Desktop> desktop;
     std::unique_ptr<Person> person;
 };
 using StageMaker = std::function<Stage(Play&)>;
 
-/// One guion that is being played: reads command after command, also while a dialog is open, and takes down
-/// what is observed.
+/// Interpreter of one guion: runs command after command and records what is observed. Re-entrant: a modal
+/// dialog runs within the command that opened it, and the next commands within the dialog's event loop.
 class Play {
 public:
     Play(const Guion& guion, const School& school, const StageMaker& stage);
@@ -26,37 +26,40 @@ public:
     /// Plays the whole guion. Fails with a GuionError; so does one that ends with a dialog open.
     void run();
     const Transcript& transcript() const { return transcript_; }
-    /// For a guion that is written while it is played: called when every command has been read, also while a
-    /// dialog is open; where it adds none, the guion ends.
+    /// For a guion that is generated while it is played: sets a callback for when every command has been
+    /// read, also while a dialog is open. If it appends none, the guion ends.
     void writeOn(std::function<void()> more) { more_ = std::move(more); }
 
-    /// For a host that opens the dialogs itself: the first command counts as read and is not run.
+    /// For a host that opens the dialogs itself: skips the first command, which stands for that.
     void begin() { transcript_.begin(); }
 
-    // For the desktop: what a person would notice, written down.
+    // Callbacks of the desktop: record what a person would notice.
     void observe(StringView line) { transcript_.observe(line); }
     void opened(Form& form);
     void closed(Form& form);
     void messageBox(StringView prompt, Integer flags, StringView title);
     void beep() { observe(u"bip"); }
+    /// For `traza pasos`: a property of a form or a control changed; the screen was let repaint.
+    void changed(const PropertyOwner& owner, const PropertyBase* property);
+    void repainted() { state_.tracing.step(u"repinta"); }
     /// A failure that no routine trapped, where it ends.
     void failed(const RuntimeError& error);
-    /// Goes on reading commands until the form is no longer visible.
+    /// Modal loop: runs commands until the form is no longer visible.
     void goOnWhileOpen(Form& form);
 
     // For the commands.
-    /// The dialog shown last of those still open, or nullptr.
+    /// Top of the stack of open dialogs, or nullptr.
     Form* openForm() const { return open_.empty() ? nullptr : open_.back(); }
-    /// The same; where none is open, the one that was open last.
+    /// The same; without one, the dialog closed last.
     Form& formToLookAt() const;
-    /// The same, but it has to be open.
+    /// The same; fails with a GuionError without one.
     Form& formToActOn() const;
     Control& control(const GuionArgument& name) const;
-    /// Calls the module as the host does; a failure ends here and is observed.
+    /// Calls the module as a host does: catches a failure and records it.
     void callModule(const std::function<void()>& call);
     Person& person() { return *stage_.person; }
     ProcessState& state() { return state_; }
-    /// A mistake in the present command.
+    /// Fails with a GuionError at the current command.
     [[noreturn]] void mistake(StringView reason) const;
 
 private:
@@ -65,9 +68,9 @@ private:
     const Guion& guion_;
     Transcript transcript_;
     std::function<void()> more_;
-    std::vector<Form*> open_; ///< The one shown last at the end.
+    std::vector<Form*> open_; ///< Stack, the one shown last on top.
     Form* last_ = nullptr;
-    Stage stage_; ///< Outlives the dialogs, which end with the state.
+    Stage stage_; ///< Before state_, whose destructor ends the dialogs that are shown here.
     ProcessState state_;
 };
 

@@ -20,8 +20,8 @@ struct Options {
     Purpose purpose = Purpose::print;
     bool engine = false;
     bool sample = false;
-    std::optional<String> fresh;    ///< URL under which databases are made.
-    std::optional<String> existing; ///< URL of databases that are there.
+    std::optional<String> fresh;    ///< URL of temporary databases.
+    std::optional<String> existing; ///< URL of existing databases.
     std::vector<String> files;
 };
 
@@ -120,7 +120,7 @@ private:
         try {
             play.run();
         } catch (...) {
-            // How far it came is seen all the same.
+            // The transcript up to the mistake.
             if (options_.purpose == Purpose::print)
                 out_ << toUtf8(play.transcript().text());
             throw;

@@ -17,8 +17,12 @@ public:
         play_.messageBox(prompt, flags, title);
     }
     void beep() override { play_.beep(); }
-    void doEvents() override {}
+    void doEvents() override { play_.repainted(); }
     void handlerFailed(const RuntimeError& error) override { play_.failed(error); }
+    void changed(PropertyOwner& owner, const PropertyBase* property) override
+    {
+        play_.changed(owner, property);
+    }
 
 private:
     Play& play_;

@@ -4,8 +4,8 @@
 
 namespace zv {
 
-/// A stage without a screen: dialogs are shown to the play alone, message boxes are answered at once, and the
-/// person acts on the forms themselves.
+/// Headless stage: the desktop forwards to the play, message boxes return at once, and the person acts on the
+/// forms directly (Acts).
 Stage scriptedStage(Play& play);
 
 } // namespace zv

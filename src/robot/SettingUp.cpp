@@ -5,6 +5,7 @@
 #include "session/DialogDirectory.h"
 #include "suite/CentroApi.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace zv {
@@ -36,7 +37,7 @@ void entrada(Play& play, const GuionArguments& a)
     useDatabase(play, *play.state().school.entrada, a[0].text);
 }
 
-/// True, False or a number; nothing for what is neither.
+/// Parses True, False or a number; nullopt for anything else.
 std::optional<Value> bareValue(StringView text)
 {
     if (sameName(text, u"True") || sameName(text, u"False"))
@@ -72,7 +73,7 @@ void regionalMark(Play& play, const GuionArguments& a)
     useRegion(sameName(a[0].text, u"coma") ? spanishRegion : pointRegion);
 }
 
-/// Another station, which lives as long as the guion.
+/// Simulated other station; its registrations stay until the guion ends.
 Station otherStation() { return {u"otro-puesto", thisStation().gone, thisStation().alive}; }
 
 void ocupar(Play& play, const GuionArguments& a)
@@ -82,7 +83,7 @@ void ocupar(Play& play, const GuionArguments& a)
         play.mistake(u"el usuario es un número de 16 bits");
     if (!dialogs().has(a[0].text))
         play.mistake(u"el módulo no tiene la ventana " + a[0].text);
-    // Registrations bear the dialog's own name, however the guion writes it.
+    // Canonical name of the dialog, since registrations are found by it, and the guion may differ in case.
     const String form = dialogs().find(a[0].text).instance().Name();
     try {
         static_cast<void>(CentroApi(otherStation())
@@ -93,14 +94,32 @@ void ocupar(Play& play, const GuionArguments& a)
     }
 }
 
-void fallar(Play& play, const GuionArguments& a)
+void addFailure(Play& play, const GuionArguments& a, Tracing::Failures& failures)
 {
     const Tracing::Failure failure{numberIn(a[0]), a[1].text, a.size() > 2 ? numberIn(a[2]) : 1};
     if (failure.number == 0)
         play.mistake(u"el número de un fallo no es 0");
     if (failure.times < 1)
         play.mistake(u"se falla una vez al menos");
-    play.state().tracing.failures.push_back(failure);
+    failures.push_back(failure);
+}
+
+void fallar(Play& play, const GuionArguments& a) { addFailure(play, a, play.state().tracing.failures); }
+
+void estropear(Play& play, const GuionArguments& a)
+{
+    constexpr StringView operations[] = {Tracing::creation,
+                                         u"Marcar_Obligatorios",
+                                         u"ComprobarComilla",
+                                         u"IDMax",
+                                         u"registroactivo",
+                                         u"EliminarRegistroActivo",
+                                         u"Comprobar_BotonesAccesoRapido",
+                                         u"agregarelementovacio",
+                                         u"incluirpersonalenactividad"};
+    if (std::ranges::none_of(operations, [&](StringView each) { return sameName(each, a[1].text); }))
+        play.mistake(u"el objeto auxiliar no tiene la operación " + a[1].text);
+    addFailure(play, a, play.state().tracing.apiFailures);
 }
 
 void traza(Play& play, const GuionArguments& a)
@@ -109,21 +128,24 @@ void traza(Play& play, const GuionArguments& a)
         StringView name;
         bool sql;
         bool api;
+        bool steps;
     };
-    for (const Choice& choice : {Choice{u"sql", true, false}, Choice{u"api", false, true},
-                                 Choice{u"todo", true, true}, Choice{u"no", false, false}})
+    for (const Choice& choice : {Choice{u"sql", true, false, false}, Choice{u"api", false, true, false},
+                                 Choice{u"todo", true, true, false}, Choice{u"pasos", true, true, true},
+                                 Choice{u"no", false, false, false}})
         if (sameName(choice.name, a[0].text)) {
             play.state().tracing.sql = choice.sql;
             play.state().tracing.api = choice.api;
+            play.state().tracing.steps = choice.steps;
             return;
         }
-    play.mistake(u"traza es sql, api, todo o no");
+    play.mistake(u"traza es sql, api, todo, pasos o no");
 }
 
 constexpr Verb verbs[] = {
-    {u"sesion", u"a+", sesion},   {u"region", u"w", regionalMark}, {u"sql", u"t", sql},
-    {u"borrado", u"t", borrado},  {u"entrada", u"t", entrada},     {u"ocupar", u"wnn", ocupar},
-    {u"fallar", u"nt?n", fallar}, {u"traza", u"w", traza},
+    {u"sesion", u"a+", sesion},   {u"region", u"w", regionalMark},    {u"sql", u"t", sql},
+    {u"borrado", u"t", borrado},  {u"entrada", u"t", entrada},        {u"ocupar", u"wnn", ocupar},
+    {u"fallar", u"nt?n", fallar}, {u"estropear", u"nw?n", estropear}, {u"traza", u"w", traza},
 };
 
 } // namespace

@@ -29,7 +29,7 @@ namespace zv {
 
 namespace {
 
-/// Dialogs that others open.
+/// How to reach a dialog that only another one opens.
 struct Road {
     StringView dialog;
     StringView from;
@@ -49,7 +49,7 @@ void openFirstBranch(Form& bank)
     acts.clickTab(part<TabStrip>(bank, u"mstBanco"), 2);
     acts.clickCell(part<MSFlexGrid>(bank, u"msgBanco"), 1, 0);
     acts.click(bank.reach(u"cmdBotonera", change));
-    // The branches are written with the bank.
+    // Accept the bank as well, since it is what writes the branches.
     acts.click(bank.reach(u"cmdBotonera", 0));
 }
 
@@ -71,7 +71,7 @@ constexpr StringView harmless[] = {u"Casado",    u"1234", u"12,5", u"12345", u"0
                                    u"B12345678", u"16%",  u"-1",   u""};
 constexpr StringView letters = u"abc";
 
-/// A text box, by the dialog and the place among its controls.
+/// A text box, by its dialog and its index among the controls.
 struct BoxPlace {
     String dialog;
     std::size_t place = 0;
@@ -84,8 +84,8 @@ public:
         : wishes_(wishes), out_(out), before_(hasDesktop() ? &desktop() : nullptr), fresh_(wishes.url, true)
     {
         useDesktop(this);
-        useRegion(spanishRegion); // What a box is to show is written with its comma.
-        // A section is written pupil by pupil: one of each is enough.
+        useRegion(spanishRegion); // The harmless texts have a decimal comma.
+        // One pupil for each section, for speed: a section is written pupil by pupil.
         fresh_.school().centro->executeNative(
             u"DELETE FROM Seccion_Alumno WHERE codAlumno NOT IN "
             u"(SELECT MIN(codAlumno) FROM Seccion_Alumno GROUP BY codSeccion)");
@@ -116,7 +116,7 @@ public:
     void messageBox(StringView, Integer, StringView) override { ++messages_; }
     void beep() override {}
     void doEvents() override {}
-    /// What the database refuses is told with its text; nothing else should fail.
+    /// A DataError counts as a refusal with a message; any other failure is a fault.
     void handlerFailed(const RuntimeError& error) override
     {
         ++messages_;
@@ -179,7 +179,7 @@ private:
         dialogs().find(road != nullptr ? road->from : StringView(box_.dialog)).instance().Show();
     }
 
-    /// The box, with the tab in front on which it lies; nullptr where nobody can write into it.
+    /// Finds the box, and brings the tab on which it lies to the front; nullptr if it stays inaccessible.
     TextBox* boxOn(Form& form) const
     {
         auto* box = dynamic_cast<TextBox*>(
@@ -211,7 +211,7 @@ private:
             }
     }
 
-    /// What the box holds in the row that was written last.
+    /// Reads the box back from the row inserted last.
     std::optional<String> storedNew()
     {
         let(*session_, u"lngRowData", fresh_.school().centro->Execute(keyQuery_)->Fields(u"Mayor"));
@@ -223,7 +223,7 @@ private:
         return text;
     }
 
-    /// Fills in what a new row may lack: the last entry of each list, then a number that no other row has.
+    /// Fills the mandatory fields of a new row: the last entry of each list, then a number that is unique.
     void fillIn(Form& form)
     {
         for (Control* control : form.Controls)
@@ -245,7 +245,7 @@ private:
             acts.type(box, text);
     }
 
-    /// What the box showed when it was accepted; nothing where the dialog refused it.
+    /// Writes the text and accepts. Gives what the box showed then, or nullopt if the dialog refused it.
     std::optional<String> put(StringView text, bool pasted)
     {
         messages_ = 1;
@@ -266,8 +266,8 @@ private:
         return messages_ == 0 ? std::optional(given_) : std::nullopt;
     }
 
-    /// Whether the box shows what it was given. A text ends at code 0, which no key gives; of a long one
-    /// typing leaves out each character that does not fit, pasting what stands behind the limit.
+    /// Whether the box shows what it was given: pasting truncates at code 0 and at the limit, typing skips
+    /// code 0 and each character that does not fit (one of two units may leave the last place free).
     bool keeps(String text, bool pasted) const
     {
         if (pasted)
@@ -279,7 +279,7 @@ private:
         return pasted ? given_ == cut(text, limit_) : given_.size() + 1 >= limit_ && given_.size() <= limit_;
     }
 
-    /// What the box holds in the first row where it can be written in.
+    /// Seeks a session and a row in which the box accepts input, and reads the box there.
     std::optional<String> firstToWriteIn()
     {
         constexpr Long mostRows = 9;
@@ -313,7 +313,7 @@ private:
             tryNewRows(filters);
     }
 
-    /// The same for new rows, with a share of the texts.
+    /// The same for new rows, with a sample of the texts.
     void tryNewRows(bool filters)
     {
         newRow_ = true;
@@ -332,7 +332,7 @@ private:
         newRow_ = false;
     }
 
-    /// Whether the stored text is what was shown, as the dialog's own rules have it.
+    /// Whether the stored text equals the shown one, up to the normalisation that some dialogs do.
     bool isKept(const String& shown, const String& stored) const
     {
         if (stored == shown)
@@ -346,8 +346,8 @@ private:
                CDbl(shown) == CDbl(stored);
     }
 
-    /// Whether the dialog runs the statement for harmless texts too. A word may stand where a number belongs,
-    /// if the database refuses it.
+    /// Injection check: whether this skeleton also ran for harmless texts. A bare word in the place of a
+    /// number passes if the database refused the statement.
     bool isOwn(const String& statement, bool refused) const
     {
         const bool isWord = !given_.empty() && std::ranges::all_of(given_, [](char16_t unit) {
@@ -359,7 +359,7 @@ private:
         return known_.contains(Replace(updated, u"," + given_ + u")", u",#)"));
     }
 
-    /// Whether the dialog took the text.
+    /// Whether the dialog accepted the text.
     bool tryText(StringView text, bool pasted, bool filters)
     {
         const auto shown = put(text, pasted);
@@ -400,16 +400,16 @@ private:
     FreshSchool fresh_;
     std::shared_ptr<PropertyBag> session_;
     BoxPlace box_;
-    String doing_;                     ///< With which text, in words.
-    std::function<void(Form&)> visit_; ///< What is done at the dialog of the box.
-    String given_;                     ///< What the box showed last, before it was accepted.
-    std::size_t limit_ = 0;            ///< Of the box, then; 0 is none.
+    String doing_;                     ///< The present text, described for faults.
+    std::function<void(Form&)> visit_; ///< Callback for the dialog of the box.
+    String given_;                     ///< What the box showed last, when it was accepted.
+    std::size_t limit_ = 0;            ///< MaxLength of the box then; 0: unlimited.
     bool newRow_ = false;
-    Long newRows_ = 5000; ///< With four digits, as some boxes want.
-    String keyQuery_;     ///< Gives the key of the row that was written last.
+    Long newRows_ = 5000; ///< Counter for unique numbers; four digits, as some boxes demand.
+    String keyQuery_;     ///< Query for the key of the row inserted last.
     int messages_ = 0;
-    std::set<String> statements_; ///< Without literals and numbers.
-    std::set<String> known_;      ///< The same, for harmless texts.
+    std::set<String> statements_; ///< Skeletons of those run since the last check.
+    std::set<String> known_;      ///< Skeletons of those run for harmless texts.
     std::size_t boxes_ = 0;
     Long faults_ = 0;
 };

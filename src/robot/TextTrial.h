@@ -6,18 +6,18 @@
 
 namespace zv {
 
-/// Which odd texts are tried where.
+/// Parameters of tryTexts().
 struct TextTrial {
-    String url = u"sqlite:"; ///< Where the databases are made, as temporarySchool has it.
-    Long every = 1;          ///< Each box gets one text of so many, another share than the box before it.
-    String dialog;           ///< This one alone; "" for all of them.
+    String url = u"sqlite:"; ///< Of the databases, as for temporarySchool().
+    Long every = 1;          ///< Sampling: each box gets every n-th text, from a start of its own.
+    String dialog;           ///< Only this one; "" for all.
 };
 
-/// Types and pastes odd texts into every text box of the dialogs, on a sample school of its own, and accepts.
-/// What the box showed has to be there when the dialog is opened again, unless the dialog refused it with a
-/// message; what was given has to be what the box showed, as far as it fits, unless the box lets only some
-/// characters through; and no statement may run but those that run for harmless texts, literals and numbers
-/// aside. Writes a line for each box, and one for each thing that is not so. Returns whether all is so.
+/// Fuzz test of every text box: types and pastes the odd texts, on a temporary sample school, and accepts. It
+/// checks three properties. Round trip: what the box showed is there when the dialog is opened again, unless
+/// the dialog refused it with a message. Input: the box shows what it was given, as far as it fits, unless it
+/// filters characters. Injection: only statements run whose skeleton also runs for harmless texts. Writes a
+/// line for each box, and one for each violation. Returns whether there was none.
 bool tryTexts(const TextTrial& trial, std::ostream& out);
 
 } // namespace zv

@@ -11,7 +11,7 @@ namespace {
 
 String onOneLine(StringView text) { return Replace(Replace(text, u"\r", u"\\r"), u"\n", u"\\n"); }
 
-/// An argument as it is shown; "" for one that is left out.
+/// Formats an argument; "" for one that is omitted from the trace.
 String shown(const Value& value)
 {
     if (const auto* text = value.as<String>())
@@ -28,6 +28,46 @@ String shown(const Value& value)
     return leftOut ? String() : valueText(value);
 }
 
+/// Spends one of the pending failures: the oldest that matches, if any.
+template <class Match>
+void failIfPending(Tracing::Failures& failures, StringView statement, Match&& matches)
+{
+    const auto pending = std::ranges::find_if(failures, matches, &Tracing::Failure::pattern);
+    if (pending == failures.end())
+        return;
+    const std::int32_t number = pending->number;
+    if (--pending->times == 0)
+        failures.erase(pending);
+    throw DataError(number, {}, u"provocado por el guion", statement);
+}
+
+void failIfBroken(Tracing& tracing, StringView operation)
+{
+    failIfPending(tracing.apiFailures, operation,
+                  [&](const String& pattern) { return sameName(pattern, operation); });
+}
+
+class TracedRecordset final : public Recordset {
+public:
+    TracedRecordset(RecordsetPtr inner, const Tracing& tracing) : inner_(std::move(inner)), tracing_(tracing)
+    {}
+    bool Eof() override { return inner_->Eof(); }
+    void MoveNext() override { inner_->MoveNext(); }
+    void MoveFirst() override { inner_->MoveFirst(); }
+    Value Fields(StringView name) override { return inner_->Fields(name); }
+    std::vector<Value> row() override { return inner_->row(); }
+    Long State() const override { return inner_->State(); }
+    void Close() override
+    {
+        inner_->Close();
+        tracing_.step(u"cierre");
+    }
+
+private:
+    RecordsetPtr inner_;
+    const Tracing& tracing_;
+};
+
 class TracedApi final : public Object {
 public:
     TracedApi(ObjectPtr inner, Tracing& tracing) : inner_(std::move(inner)), tracing_(tracing) {}
@@ -41,6 +81,7 @@ public:
                 line += u" " + text;
         Value result;
         try {
+            failIfBroken(tracing_, member);
             result = forward(member, access, arguments);
         } catch (const RuntimeError&) {
             observe(line);
@@ -53,7 +94,7 @@ public:
     }
 
 private:
-    /// The callee may write to the arguments; those that hold a traced connection keep it.
+    /// Copies by-reference arguments back, except those in which a traced connection was unwrapped.
     Value forward(StringView member, Access access, Arguments& arguments)
     {
         Arguments passed = arguments;
@@ -88,21 +129,16 @@ RecordsetPtr TracedConnection::Execute(StringView statement)
     if (tracing_.sql)
         tracing_.observe(u"sql " + onOneLine(statement));
     const String lower = lowerName(statement);
-    const auto pending = std::ranges::find_if(tracing_.failures, [&](const Tracing::Failure& each) {
-        return lower.find(lowerName(each.pattern)) != String::npos;
-    });
-    if (pending != tracing_.failures.end()) {
-        const std::int32_t number = pending->number;
-        if (--pending->times == 0)
-            tracing_.failures.erase(pending);
-        throw DataError(number, {}, u"provocado por el guion", statement);
-    }
-    return inner_->Execute(statement);
+    failIfPending(tracing_.failures, statement,
+                  [&](const String& pattern) { return lower.find(lowerName(pattern)) != String::npos; });
+    return std::make_shared<TracedRecordset>(inner_->Execute(statement), tracing_);
 }
 
 ObjectFactory tracedApi(ObjectFactory inner, Tracing& tracing)
 {
     return [inner = std::move(inner), &tracing]() -> ObjectPtr {
+        tracing.step(u"objeto");
+        failIfBroken(tracing, Tracing::creation);
         ObjectPtr object = inner();
         return object ? std::make_shared<TracedApi>(std::move(object), tracing) : nullptr;
     };

@@ -8,13 +8,13 @@ namespace {
 
 constexpr StringView anyRun = u"{*}";
 
-/// The observed lines as they are written back: an expectation with "{*}" that still fits one is kept, in
-/// such an order that as many lines as possible are.
+/// Merges the observed lines with the expectations: a matching one with "{*}" is kept, as many as possible
+/// (longest common subsequence).
 std::vector<String> written(const std::vector<String>& expected, const std::vector<String>& observed)
 {
     if (std::ranges::none_of(expected, [](const String& line) { return line.find(anyRun) != String::npos; }))
         return observed;
-    // How many lines fit at best from a place in each of both on.
+    // Dynamic programming: best[e][o] is the most matches between the lines from e and from o on.
     std::vector<std::vector<std::size_t>> best(expected.size() + 1,
                                                std::vector<std::size_t>(observed.size() + 1));
     for (std::size_t e = expected.size(); e-- > 0;)
@@ -43,7 +43,7 @@ bool fits(StringView expected, StringView seen)
         return false;
     seen.remove_prefix(run);
     expected.remove_prefix(run + anyRun.size());
-    // Each further piece is taken where it comes first; the last one has to stand at the end.
+    // Greedy: each piece between wildcards matches at its first occurrence; the last is anchored at the end.
     while ((run = expected.find(anyRun)) != StringView::npos) {
         const std::size_t found = seen.find(expected.substr(0, run));
         if (found == StringView::npos)
@@ -56,15 +56,26 @@ bool fits(StringView expected, StringView seen)
 
 void Transcript::observe(StringView line)
 {
-    // What a file cannot hold is compared as the file would hold it.
+    // Normalised by a round trip through UTF-8, as a line of the file is.
     observed_.back().push_back(fromUtf8(toUtf8(line)));
+    inSteps_ = false;
 }
 
-/// A command that was read, and the lines under it.
+void Transcript::observeStep(StringView step)
+{
+    if (inSteps_) {
+        observed_.back().back().append(u", ").append(step);
+        return;
+    }
+    observe(u"pasos " + String(step));
+    inSteps_ = true;
+}
+
+/// A command with the lines under it.
 struct Transcript::Block {
-    std::size_t first;               ///< Place of the command's line.
-    std::size_t end;                 ///< Place behind the last line.
-    std::vector<std::size_t> places; ///< Of the lines with an expectation.
+    std::size_t first;               ///< Index of the command's line.
+    std::size_t end;                 ///< Index behind the last line.
+    std::vector<std::size_t> places; ///< Indexes of the lines with an expectation.
     std::vector<String> expected;
 };
 
@@ -108,7 +119,7 @@ String Transcript::text() const
         const std::vector<String> lines = written(block.expected, observed_[command]);
         const String& ending = guion_.lines[block.first].ending;
         auto next = lines.begin();
-        // Lines take the places of those that were expected; the rest follow the last of these.
+        // Observed lines go where the expected ones stood; surplus ones follow the last of these.
         const std::size_t last = block.places.empty() ? block.first : block.places.back();
         for (std::size_t place = block.first; place < block.end; ++place) {
             const GuionLine& line = guion_.lines[place];

@@ -10,7 +10,7 @@ namespace zv {
 
 namespace {
 
-/// All digits, never an exponent.
+/// Formats without an exponent.
 template <class Number>
 String digits(Number number)
 {

@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// A value as guiones show it, whatever the regional settings: texts in quotes, True and False, whole
+/// Formats a value for guiones, independent of the regional settings: texts in quotes, True and False, whole
 /// numbers, other numbers with a point, NULL, Nothing for no object, Object for one.
 String valueText(const Value& value);
 

@@ -48,7 +48,7 @@ StringView describe(char16_t kind)
     }
 }
 
-/// The kinds of as many arguments as there are, and whether that many are right.
+/// A signature expanded to the given number of arguments, and whether that number is allowed.
 struct Signature {
     explicit Signature(StringView pattern)
         : least(pattern.find_first_of(u"?+")), repeats(pattern.ends_with(u'+'))

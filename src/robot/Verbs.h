@@ -12,9 +12,9 @@ class Play;
 
 using GuionArguments = std::vector<GuionArgument>;
 
-/// A command of the language. `arguments` has a letter for each argument: n whole number, t text in quotes, w
-/// bare word, c name of a control, e number or text, p something to look at ("txtX.Text"), a assignment
-/// ("Accion=2"). What follows "?" may be left out; "+" lets the last one come again.
+/// A command of the language. `arguments` is its signature, a letter for each argument: n whole number, t
+/// text in quotes, w bare word, c name of a control, e number or text, p path of a property ("txtX.Text"), a
+/// assignment ("Accion=2"). Behind "?" they are optional; "+" repeats the last one.
 struct Verb {
     StringView name;
     StringView arguments;
@@ -26,20 +26,20 @@ std::span<const Verb> callingVerbs();
 std::span<const Verb> actingVerbs();
 std::span<const Verb> lookingVerbs();
 
-/// nullptr if there is none.
+/// Lookup without regard to case; nullptr if there is none.
 const Verb* findVerb(StringView name);
-/// Fails with a GuionError if the verb is unknown or its arguments are not as they should be.
+/// Static check: fails with a GuionError for an unknown verb or arguments that do not match its signature.
 void checkCommand(const GuionCommand& command);
 
-/// "List(3)": a name, with whole numbers in parentheses.
+/// Parsed "List(3)": a name, with whole numbers in parentheses.
 struct MemberName {
     String name;
     std::vector<Long> indices;
 };
 std::optional<MemberName> parseMember(StringView text);
-/// A whole number of 32 bits.
+/// Parses a whole number of 32 bits.
 std::optional<Long> parseNumber(StringView text);
-/// The number in an argument that was checked.
+/// The number in an argument; precondition: checkCommand() passed.
 Long numberIn(const GuionArgument& argument);
 
 } // namespace zv

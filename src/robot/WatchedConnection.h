@@ -6,7 +6,7 @@
 
 namespace zv {
 
-/// A connection that tells of each statement before it passes it on.
+/// Decorator of a connection: a callback gets each statement before it is forwarded.
 class WatchedConnection final : public Connection {
 public:
     WatchedConnection(ConnectionPtr inner, std::function<void(StringView)> tell)
@@ -25,7 +25,7 @@ private:
     std::function<void(StringView)> tell_;
 };
 
-/// The school with all three of its databases watched.
+/// Decorates all three databases of a school.
 inline School watched(const School& school, const std::function<void(StringView)>& tell)
 {
     return {std::make_shared<WatchedConnection>(school.centro, tell),

@@ -19,7 +19,7 @@ class Collection {
 
 public:
     Collection() = default;
-    Collection(const Collection&) = delete; // the keys point into the list
+    Collection(const Collection&) = delete; // byKey_ holds iterators into the list
     Collection& operator=(const Collection&) = delete;
 
     void Add(T item, StringView key = {})
@@ -34,7 +34,7 @@ public:
     T& Item(std::size_t position) { return entryAt(position)->item; }
     void Remove(StringView key)
     {
-        // The key goes first: what is let go of may come back and look for it.
+        // Key first: the item's destructor may be re-entrant and must not find it any more.
         const auto found = lookup(key);
         const auto entry = found->second;
         byKey_.erase(found);
@@ -48,7 +48,7 @@ public:
     }
     std::size_t Count() const { return entries_.size(); }
 
-    /// Walks the items in the order in which they were added.
+    /// In insertion order.
     class Iterator {
     public:
         explicit Iterator(typename Entries::iterator at) : at_(at) {}

@@ -14,12 +14,12 @@ namespace {
 bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 bool isSign(char16_t unit) { return unit == u'+' || unit == u'-'; }
 
-/// Reads a number from the start of a text into the plain form that the library parses.
+/// Parser: normalises a number at the start of a text into the form that std::from_chars reads.
 class NumberReader {
 public:
     NumberReader(StringView text, Region marks) : text_(text), marks_(marks) {}
 
-    /// Sign, digits, mark, digits, exponent; false if there is no digit.
+    /// Grammar: sign, digits, mark, digits, exponent. False if there is no digit.
     bool read()
     {
         blanks();
@@ -32,7 +32,7 @@ public:
         readExponent();
         return true;
     }
-    /// What may follow in a text that is a number as a whole: blanks and, if there was none in front, a sign.
+    /// Accepts the rest of a text that is a number as a whole: blanks and, without a leading one, a sign.
     bool finishes()
     {
         blanks();
@@ -41,7 +41,7 @@ public:
         blanks();
         return at_ == text_.size();
     }
-    /// Infinite if the number is too large.
+    /// Infinity on overflow.
     Double value() const
     {
         Double number = 0;
@@ -105,7 +105,7 @@ private:
         plain_ += (down ? "e-" : "e+") + power;
     }
 
-    /// Whether a number beyond what the type holds is so near to zero, and not so far from it.
+    /// Tells underflow from overflow, for which the library has one error.
     bool tiny() const
     {
         const std::string_view whole = std::string_view(plain_).substr(0, plain_.find_first_of(".e"));
@@ -121,7 +121,7 @@ private:
     bool down_ = false;
 };
 
-/// The number that the whole text is, by the regional settings; infinite if it is too large.
+/// Parses the whole text under the regional settings; infinity on overflow.
 std::optional<Double> parsed(StringView text)
 {
     NumberReader reader(text, region());
@@ -146,7 +146,7 @@ std::optional<bool> truthWord(StringView text)
     return std::nullopt;
 }
 
-/// The number in a value, for every conversion to a number.
+/// Visitor behind every conversion to a number.
 struct ToNumber {
     Double operator()(Empty) const { return 0; }
     Double operator()(Null) const { fail(failure::invalidNull); }
@@ -177,8 +177,8 @@ Whole toWhole(const Value& value)
     return static_cast<Whole>(rounded);
 }
 
-/// A number in as many significant digits as its type holds, with a point, without trailing zeros; by its
-/// power of ten where it would need more places than that.
+/// Formats with as many significant digits as the type holds, decimal point, no trailing zeros; in scientific
+/// notation if it would need more digits than that.
 std::string generalText(Double number, int significant)
 {
     char buffer[40];
@@ -291,7 +291,7 @@ Currency CCur(const Value& value)
 {
     if (const auto* amount = value.as<Currency>())
         return *amount;
-    // In two pieces: ten-thousandths of a large amount have more digits than a Double holds.
+    // Whole and fraction apart: scaled by 10,000, a large amount would exceed the precision of a Double.
     constexpr Double mostUnits = 922337203685477;
     constexpr Double mostPart = 5807;
     const Double number = CDbl(value);

@@ -18,10 +18,10 @@ Currency CCur(const Value& value);
 /// Text of a value: numbers with the regional decimal mark and no leading blank, truth values
 /// "Verdadero"/"Falso".
 String CStr(const Value& value);
-/// The object in a value: 91 if it holds none, 13 if it holds something else.
+/// The object in a value. Fails with 91 for no object, with 13 for anything else.
 ObjectPtr CObj(const Value& value);
 
-/// The conversion to a type, where a type is what is known.
+/// The conversions above by result type, for templates.
 template <class T>
 T valueTo(const Value& value);
 template <>
@@ -64,21 +64,22 @@ inline ObjectPtr valueTo(const Value& value)
 {
     return CObj(value);
 }
-/// 13 if it holds no array.
+/// Fails with 13 if it holds no array.
 template <>
 LongArray valueTo(const Value& value);
 
-/// Text of a number with a point as the decimal mark and a blank before one that is not negative.
+/// Text of a number, independent of the regional settings: decimal point, and a blank in the place of a sign
+/// that is not negative.
 String Str(const Value& number);
-/// The number at the start of a text (point as decimal mark, blanks skipped, also between digits), 0 if there
-/// is none. Fails with 6 if it is too large.
+/// Parses the number at the start of a text (decimal point; blanks are skipped, also between digits), 0 if
+/// there is none. Fails with 6 if it is too large.
 Double Val(StringView text);
-/// Whether the regional settings read the value as a number. Texts may have blanks around them, a sign in
-/// front or behind, grouping, one decimal mark and an exponent. "" and Null are none; Empty is one.
+/// Whether the value parses as a number under the regional settings. Texts may have blanks around them, a
+/// sign in front or behind, grouping, one decimal mark and an exponent. "" and Null are none; Empty is one.
 bool IsNumeric(const Value& value);
 /// A stored flag read as a truth value: Null counts as false.
 bool isTrue(const Value& value);
-/// Joins texts; Null counts as "".
+/// Concatenation; Null counts as "".
 String operator+(String left, const Value& right);
 
 /// First and last characters of a text; a negative length fails with 5.
@@ -87,9 +88,9 @@ String Right(StringView text, long length);
 
 /// Decimal text of a whole number, as statements take it: no blank, no grouping.
 String decimalText(std::int64_t number);
-/// All digits of an amount of money, with a point.
+/// All digits of an amount of money, decimal point.
 String decimalText(Currency amount);
-/// Half to even.
+/// Banker's rounding: half to even.
 Double roundHalfEven(Double number);
 
 } // namespace zv

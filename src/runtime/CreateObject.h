@@ -8,15 +8,15 @@ namespace zv {
 
 using ObjectFactory = std::function<ObjectPtr()>;
 
-/// A new object of the class of that ProgID (without regard to case). Fails with 429 if no class is
-/// registered.
+/// Creates an object of the class registered under a ProgID (without regard to case); fails with 429 without
+/// one.
 ObjectPtr CreateObject(StringView progId);
 
-/// The host's own class under a ProgID: it wins over the built-in one. An empty factory takes it away again.
+/// Registers a host's own class, which takes precedence over a built-in one. An empty factory unregisters it.
 void registerClass(StringView progId, ObjectFactory factory);
-/// The class that the system itself brings.
+/// Registers a default class of this system.
 void registerBuiltInClass(StringView progId, ObjectFactory factory);
-/// The factory that CreateObject would use now; empty if there is none.
+/// Lookup: the factory that CreateObject would use; empty if there is none.
 ObjectFactory registeredClass(StringView progId);
 
 } // namespace zv

@@ -51,14 +51,18 @@ void fail(std::int32_t number, StringView detail)
 
 void ErrState::Clear()
 {
-    Number = 0;
+    const bool held = std::exchange(Number, 0) != 0;
     Description.clear();
+    if (held && changed)
+        changed(0);
 }
 
 void ErrState::set(const RuntimeError& error)
 {
     Number = error.number();
     Description = error.description();
+    if (changed)
+        changed(Number);
 }
 
 ErrState& Err()

@@ -4,11 +4,12 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <string>
 
 namespace zv {
 
-/// Numbers of the failures that the language itself knows.
+/// Error numbers of the language itself.
 namespace failure {
 inline constexpr std::int32_t invalidCall = 5;
 inline constexpr std::int32_t overflow = 6;
@@ -30,7 +31,7 @@ inline constexpr std::int32_t keyTaken = 457;
 inline constexpr std::int32_t noPicture = 481;
 } // namespace failure
 
-/// A failing statement. The description is Spanish, for a person; `what()` is the same in UTF-8.
+/// Exception of a failing statement. The description is Spanish, for a person; `what()` is the same in UTF-8.
 class RuntimeError : public std::exception {
 public:
     RuntimeError(std::int32_t number, String description);
@@ -44,23 +45,25 @@ private:
     std::string what_;
 };
 
-/// Fails with one of the numbers above and its ordinary description; `detail` (a member's name, say) is put
-/// behind it.
+/// Throws a RuntimeError with one of the numbers above and its standard description; `detail` (a member's
+/// name, say) is appended.
 [[noreturn]] void fail(std::int32_t number, StringView detail = {});
 
-/// The one global error state.
+/// Global error state: number and description of the last abandoned failure.
 class ErrState {
 public:
     std::int32_t Number = 0;
     String Description;
     void Clear();
     void set(const RuntimeError& error);
+    /// Observer callback, for a trace: a failure was left here (its number), or one was cleared (0).
+    std::function<void(std::int32_t)> changed;
 };
 ErrState& Err();
 
-/// The resume-next mode of a routine: each statement runs guarded, and a failure is abandoned and left in
-/// Err. Entering the mode (constructing) clears Err, and so does leave(); a statement that succeeds does not,
-/// and neither does the return from the routine (destruction).
+/// Resume-next mode of a routine: each statement runs in a try block of its own, and a failure is abandoned
+/// and left in Err. Entering the mode (constructing) clears Err, and so does leave(); a statement that
+/// succeeds does not, and neither does the return from the routine (destruction).
 class ResumeNext {
 public:
     ResumeNext();
@@ -76,7 +79,8 @@ public:
             return false;
         }
     }
-    /// The condition of an `If`: one that fails runs the branch behind it, so it counts as true.
+    /// Condition of an `If`. A failing one counts as true: execution resumes at the next statement, which is
+    /// the first of the branch.
     template <class Condition>
     bool condition(Condition&& test)
     {

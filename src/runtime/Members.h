@@ -9,8 +9,8 @@
 
 namespace zv {
 
-/// What an argument is converted to (valueTo) and kept as while its parameter is used. Where that only points
-/// to what the parameter takes, none fails with 91.
+/// Trait: the type to which an argument is converted (valueTo) and in which it is kept for the duration of
+/// the call. A pointer type is dereferenced for the parameter; nullptr fails with 91.
 template <class P>
 struct Kept {
     using Type = std::remove_cvref_t<P>;
@@ -20,17 +20,17 @@ template <>
 struct Kept<StringView> : Kept<String> {};
 template <>
 struct Kept<const std::vector<Long>&> : Kept<LongArray> {};
-/// An argument that callers may leave away, behind those that they may not.
+/// Optional parameter; only behind the mandatory ones.
 template <class T>
 struct Kept<const std::optional<T>&> {
     using Type = std::optional<T>;
     static constexpr bool optional = true;
 };
 
-/// What member pointers tell of late-bound calls.
+/// Late-bound calls deduced from member pointers (type erasure): arity, conversions, by-reference arguments.
 namespace binding {
 
-/// An object that is given by reference is not counted.
+/// Converts a result to a Value; an object returned by reference becomes an uncounted() one.
 template <class R>
 Value wrapped(R&& given)
 {
@@ -58,7 +58,7 @@ public:
             return *kept_;
         }
     }
-    /// What the callee left in a parameter by reference goes back to the caller.
+    /// Copies a by-reference argument back to the caller.
     void writeBack(Value& argument)
     {
         if constexpr (std::same_as<P, String&>)
@@ -102,7 +102,7 @@ constexpr Member::Call call()
                 return run<F, T, P...>(self, arguments, std::index_sequence_for<P...>());
             }};
 }
-/// A member function, or a function beside the class that takes the object first.
+/// A member function, or a free function that takes the object first.
 template <auto F, class R, class T, class... P>
 constexpr Member::Call callOf(R (T::* /*function*/)(P...))
 {
@@ -118,7 +118,7 @@ constexpr Member::Call callOf(R (* /*function*/)(T&, P...))
 {
     return call<F, T, P...>();
 }
-/// A data member is read, or written with a value that is converted to its type.
+/// Getter and setter of a data member; the setter converts to its type.
 template <auto M, class D, class T>
 constexpr Member::Call callOf(D T::* /*member*/) requires(!std::is_function_v<D>)
 {
@@ -132,14 +132,14 @@ constexpr Member::Call letOf(D T::* /*member*/)
 
 } // namespace binding
 
-/// A member that is called: `method<&Connection::Execute>(u"Execute")`.
+/// A method: `method<&Connection::Execute>(u"Execute")`.
 template <auto F>
 constexpr Member method(StringView name)
 {
     return {name, binding::callOf<F>(F), {}, true};
 }
-/// A member that is read, and written where there is something to write it with. A getter may take indices;
-/// the setter takes them too, and the new value last.
+/// A property; read only without a setter. A getter may take indices; the setter takes the same ones, and the
+/// new value last.
 template <auto Get>
 constexpr Member property(StringView name)
 {
@@ -150,7 +150,7 @@ constexpr Member property(StringView name)
 {
     return {name, binding::callOf<Get>(Get), binding::callOf<Let>(Let), false};
 }
-/// A data member, which is read and written as it stands.
+/// A data member as a property.
 template <auto M>
 constexpr Member field(StringView name)
 {

@@ -20,7 +20,7 @@ Value PropertyBag::invoke(StringView member, Access access, Arguments& arguments
         fail(failure::argumentCount, member);
     if (access != Access::let)
         return found->second;
-    // What is let go of may come back here: by then the new value stands.
+    // Swap first: releasing the old value may be re-entrant (a host's destructor), and must find the new one.
     const Value before = std::exchange(found->second, arguments.front());
     return arguments.front();
 }

@@ -6,8 +6,8 @@
 
 namespace zv {
 
-/// An object whose members are whatever was put into it: a host's session object, say.
-/// Reading or writing a member that was never added fails with 438.
+/// Late-bound object with a dynamic set of members: a host's session object, say. Reading or writing a member
+/// that was never added fails with 438.
 class PropertyBag : public Object {
 public:
     explicit PropertyBag(String typeName) : typeName_(std::move(typeName)) {}

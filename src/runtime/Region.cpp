@@ -1,8 +1,9 @@
 #include "runtime/Region.h"
 
+#include "runtime/System.h"
+
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <optional>
 #include <string_view>
 
@@ -10,7 +11,7 @@ namespace zv {
 
 namespace {
 
-/// Languages whose numbers have a decimal point, and the places of other languages that have one.
+/// Languages with a decimal point, and countries with one where the language has a comma.
 constexpr std::array<std::string_view, 8> pointLanguages{"en", "zh", "ja", "ko", "th", "he", "ga", "mt"};
 constexpr std::array<std::string_view, 12> pointPlaces{"es_MX", "es_US", "es_PR", "es_GT", "es_HN", "es_NI",
                                                        "es_PA", "es_PE", "es_SV", "es_DO", "de_CH", "it_CH"};
@@ -18,11 +19,11 @@ constexpr std::array<std::string_view, 12> pointPlaces{"es_MX", "es_US", "es_PR"
 Region regionOfEnvironment()
 {
     for (const char* name : {"LC_ALL", "LC_NUMERIC", "LANG"}) {
-        const char* value = std::getenv(name);
-        if (value != nullptr && *value != '\0')
-            return regionOfLocale(value);
+        const std::optional<std::string> value = environment(name);
+        if (value && !value->empty())
+            return regionOfLocale(*value);
     }
-    return spanishRegion;
+    return chosenDecimalMark() == u'.' ? pointRegion : spanishRegion;
 }
 
 std::optional<Region>& current()

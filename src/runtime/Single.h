@@ -5,12 +5,14 @@
 
 namespace zv {
 
-/// Keeps what undoes each single instance, so that a test or a guion can start from a new process state.
+/// Registers a cleanup callback for resetSingles().
 void onReset(std::function<void()> undo);
-/// Ends every single instance, the youngest first. The next use of a name creates it anew.
+/// Destroys every single instance, in reverse order of creation, so that a test or a guion starts from the
+/// state of a new process. The next use creates one anew.
 void resetSingles();
 
-/// The one global instance of a class, created at its first use and kept until the process ends.
+/// The single instance of a class (singleton with a reset): created at its first use, lives until
+/// resetSingles() or the end of the process. `singleSlot` is its storage.
 template <class T>
 std::unique_ptr<T>& singleSlot()
 {
@@ -27,7 +29,7 @@ T& single()
     }
     return *slot;
 }
-/// Whether the instance exists already; asking does not create it.
+/// Whether the instance exists; does not create it.
 template <class T>
 bool hasSingle()
 {

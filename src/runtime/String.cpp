@@ -18,7 +18,7 @@ char16_t lowerUnit(char16_t unit)
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
 }
 
-/// The character at a place, and how many units it takes.
+/// Decodes the code point at an index: its value and its number of units.
 std::pair<char32_t, std::size_t> decode(StringView text, std::size_t at)
 {
     const char16_t unit = text[at];
@@ -62,7 +62,7 @@ void appendUtf16(String& out, char32_t c)
 
 [[noreturn]] void noUtf8() { throw std::invalid_argument("the bytes are not valid UTF-8"); }
 
-/// Length of the sequence that a first byte starts, and the bits of the character in it.
+/// Decodes a lead byte: length of its sequence, and its payload bits.
 std::pair<std::size_t, char32_t> leadOf(unsigned char byte)
 {
     if (byte < 0x80)

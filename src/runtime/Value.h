@@ -17,16 +17,16 @@ using Long = std::int32_t;
 using Single = float;
 using Double = double;
 
-/// A number with four decimals, kept in ten-thousandths.
+/// Fixed-point number with four decimals.
 struct Currency {
     std::int64_t tenThousandths = 0;
     auto operator<=>(const Currency&) const = default;
 };
 
 class Object;
-/// A counted reference to a late-bound object; empty is "no object".
+/// Reference-counted, late-bound object; nullptr is "no object".
 using ObjectPtr = std::shared_ptr<Object>;
-/// An array of 32-bit numbers that is passed by reference.
+/// Array of 32-bit numbers, passed by reference: shared, not copied.
 using LongArray = std::shared_ptr<std::vector<Long>>;
 
 struct Empty {
@@ -40,7 +40,7 @@ class Value;
 using ValueData = std::variant<Empty, Null, bool, Byte, Integer, Long, Single, Double, Currency, String,
                                ObjectPtr, LongArray>;
 
-/// What a value is made of directly. A pointer is not: it would become a truth value.
+/// Types that convert to a Value implicitly. Pointers are excluded: they would convert to a truth value.
 template <class T>
 concept Storable =
     !std::same_as<std::remove_cvref_t<T>, Value> && !std::is_pointer_v<std::remove_cvref_t<T>> &&
@@ -48,7 +48,7 @@ concept Storable =
 template <class T>
 concept ObjectClass = std::derived_from<T, Object>;
 
-/// What a late-bound member takes and gives, and what a field of a row holds.
+/// Variant type: arguments and results of late-bound calls, and the fields of rows.
 class Value {
 public:
     using Data = ValueData;

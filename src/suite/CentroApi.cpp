@@ -17,7 +17,7 @@ struct Kept<Connection&> : Kept<ConnectionPtr> {};
 
 namespace {
 
-/// The elements of a form's Controls that are of one kind.
+/// Filters a form's Controls by class name.
 std::vector<ObjectPtr> controlsOf(const ObjectPtr& controls, StringView kind)
 {
     std::vector<ObjectPtr> result;
@@ -44,7 +44,7 @@ void doubleApostrophes(const ObjectPtr& box)
     let(box, u"TextoDoblado", safe);
 }
 
-/// None for an empty table.
+/// nullopt for an empty table.
 std::optional<Long> largestKey(Connection& connection, StringView table, StringView key)
 {
     const RecordsetPtr rows = connection.Execute(statement(u"SELECT MAX({}) AS Mayor FROM {}", {key, table}));
@@ -52,7 +52,7 @@ std::optional<Long> largestKey(Connection& connection, StringView table, StringV
     return largest.isNull() ? std::nullopt : std::optional(CLng(largest));
 }
 
-/// "cmdNuevoBanco(0)" in a control array; the name alone outside one, where there is no index.
+/// "cmdNuevoBanco(0)" for an element of a control array. Others have no Index, and reading it fails.
 String fullName(const ObjectPtr& control)
 {
     String name = CStr(get(control, u"Name"));

@@ -10,7 +10,7 @@ namespace zv {
 
 namespace {
 
-/// The number whose digits are the whole text; nothing if there is anything else in it.
+/// Parses a text of digits only, else nullopt.
 std::optional<int> numberIn(StringView digits)
 {
     if (digits.empty() || !std::ranges::all_of(digits, [](char16_t c) { return c >= u'0' && c <= u'9'; }))
@@ -43,15 +43,15 @@ String momentText(Seconds time)
 
 std::optional<Seconds> momentIn(StringView text)
 {
-    struct Place {
+    struct Digits {
         std::size_t from, count;
     };
-    constexpr std::array<Place, 6> places{{{0, 4}, {5, 2}, {8, 2}, {11, 2}, {14, 2}, {17, 2}}};
-    std::array<int, places.size()> part{};
-    if (text.size() < places.back().from + places.back().count)
+    constexpr std::array<Digits, 6> layout{{{0, 4}, {5, 2}, {8, 2}, {11, 2}, {14, 2}, {17, 2}}};
+    std::array<int, layout.size()> part{};
+    if (text.size() < layout.back().from + layout.back().count)
         return std::nullopt;
     for (std::size_t i = 0; i < part.size(); ++i) {
-        const auto number = numberIn(text.substr(places[i].from, places[i].count));
+        const auto number = numberIn(text.substr(layout[i].from, layout[i].count));
         if (!number)
             return std::nullopt;
         part[i] = *number;

@@ -9,24 +9,24 @@ namespace zv {
 
 using Seconds = std::chrono::sys_seconds;
 
-/// The time by this machine's clock, universal.
+/// This machine's clock, in UTC.
 Seconds timeHere();
-/// "2024-09-12 08:30:00"
+/// Formats: "2024-09-12 08:30:00".
 String momentText(Seconds time);
-/// A text of that form, as databases tell the time; what parts day and hour, and what stands behind the
-/// seconds, is theirs. Nothing if it has another form.
+/// Parses a timestamp of a database in that format; any separator of day and hour, and anything behind the
+/// seconds, is accepted. nullopt for another format.
 std::optional<Seconds> momentIn(StringView text);
 
-/// What a registration stores of time: when it was made and, behind a "+", after how many minutes its station
-/// gave the last sign of life: "2024-09-12 08:30:00+17". One text, since the table has one column for it.
+/// Times of a registration, serialised in its one column: creation and, behind a "+", the minutes from there
+/// to the station's last heartbeat: "2024-09-12 08:30:00+17".
 class Moment {
 public:
     explicit Moment(StringView stored);
-    /// How long there was no sign; none where the text tells no time.
+    /// Age of the last heartbeat; zero if the text is no time.
     std::chrono::seconds silence(Seconds now) const;
-    /// The text with a sign given now; unchanged where it tells no time.
+    /// The text with a heartbeat of now; unchanged if it is no time.
     String signedAt(Seconds now) const;
-    /// When the registration was made, in the reader's own local time.
+    /// Creation time in this machine's local time; corrected by the difference of its clock to `now`.
     String shown(Seconds now) const;
 
 private:

@@ -16,7 +16,7 @@ String keyCondition(StringView form, Long row)
     return statement(u" WHERE LOWER(Formulario)={} AND Fila={}", {textLiteral(lowerName(form)), row});
 }
 
-/// The time on which all stations of a database agree.
+/// Common clock of all stations: the server's, else this machine's.
 Seconds now(Connection& centro)
 {
     try {
@@ -36,10 +36,11 @@ bool isGone(const Station& station, StringView other, const Moment& moment, Seco
            (moment.silence(now) > longestSilence && !(station.alive && station.alive(other)));
 }
 
-/// This program registered a row: it has signs of life to give.
+/// Flag (as a single instance, so that a reset clears it): this process registered a row and sends
+/// heartbeats.
 struct HasRegistered {};
 
-/// A school whose stations never registered a row has no table yet.
+/// Default for a missing table, which the first registration creates.
 template <class Use, class Result>
 Result whereTableExists(Use&& use, Result otherwise)
 {
@@ -60,7 +61,7 @@ void createTable(Connection& centro)
         u"PRIMARY KEY (Formulario, Fila))");
 }
 
-/// False if the row is registered already.
+/// Insert as test-and-set: the unique key decides between stations. False if the row is registered already.
 bool insertRegistration(Connection& centro, const String& insert)
 {
     try {
@@ -84,7 +85,7 @@ bool insertMakingTable(Connection& centro, const String& insert)
     try {
         createTable(centro);
     } catch (const RuntimeError&) {
-        // Another station may have made it meanwhile; if none did, the next statement says what is wrong.
+        // Race: another station may have created it meanwhile. If not, the insert fails and says why.
         return insertRegistration(centro, insert);
     }
     return insertRegistration(centro, insert);
@@ -93,7 +94,7 @@ bool insertMakingTable(Connection& centro, const String& insert)
 struct Holder {
     Integer user;
     String station;
-    String moment; ///< As it is stored.
+    String moment; ///< Raw text of the column.
 };
 
 std::optional<Holder> holderOf(Connection& centro, StringView form, Long row)
@@ -106,7 +107,8 @@ std::optional<Holder> holderOf(Connection& centro, StringView form, Long row)
                   String() + rows->Fields(u"Momento")};
 }
 
-/// The row as it was seen: a sign of life in between saves it from who takes it over.
+/// Compare-and-swap condition: the row unchanged since it was read, so that a heartbeat in between keeps it
+/// from being taken over.
 String unchanged(StringView form, Long row, const Holder& holder)
 {
     return keyCondition(form, row) + u" AND Estacion=" + textLiteral(holder.station) +
@@ -159,7 +161,8 @@ int releaseAll(Connection& centro)
 
 bool registerRow(Connection& centro, const Station& station, StringView form, Long row, Integer user)
 {
-    // A round that decides nothing means that another station changed the row between two of our statements.
+    // Optimistic retry loop: a round is inconclusive if another station changed the row between two
+    // statements.
     constexpr int rounds = 100;
     const String mine = textLiteral(station.identity);
     single<HasRegistered>();

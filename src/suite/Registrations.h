@@ -7,37 +7,37 @@
 
 namespace zv {
 
-/// A station that cannot be seen from here is taken for gone when it gave no sign of life for so long,
-/// counted in whole minutes. One that has rows open gives a sign every minute while a dialog waits for a
-/// person. The time is the server's. Where there is none (SQLite), or it does not tell the time, it is each
-/// station's own in universal time: then clocks must agree to within ten minutes. A station that slept longer
-/// (a closed laptop) may have lost its rows, and is not told.
+/// Timeout of a registration, in whole minutes: a station on another machine that sent no heartbeat for so
+/// long counts as gone. One that has rows open sends one every minute while a dialog waits for a person.
+/// Clock: the server's; where there is none (SQLite), or it gives no time, each station's own in UTC, and
+/// then clocks must agree to within ten minutes. A station that slept longer (a closed laptop) may have lost
+/// its rows, and is not told.
 inline constexpr std::chrono::minutes longestSilence{15};
 
-/// A row that a station has open for editing.
+/// Advisory lock: a row that a station has open for editing.
 struct Registration {
     String form;
     Long row = 0;
     Integer user = 0;
     String station;
-    String moment;     ///< When it was registered, local time: "2024-09-12 08:30:00".
-    bool gone = false; ///< The station has ended without releasing it.
+    String moment;     ///< Creation, local time: "2024-09-12 08:30:00".
+    bool gone = false; ///< Stale: the station ended without releasing it.
 };
 
-/// All registrations of a school, by form and row.
+/// All registrations of a school, sorted by form and row.
 std::vector<Registration> registrations(Connection& centro);
-/// Frees a row, whoever holds it. False if it was not registered.
+/// Forced release of a row, whoever holds it. False if it was not registered.
 bool release(Connection& centro, StringView form, Long row);
-/// Frees all rows, and returns how many there were.
+/// Forced release of all rows; returns their number.
 int releaseAll(Connection& centro);
 
-/// Registers a row for a user of a station, atomically between stations. False: it was free, or this user's
-/// own, or its station is gone or silent. True: another user holds it. A database that fails makes it fail
-/// with a DataError: it is never granted unasked.
+/// Tries to acquire the lock of a row for a user of a station, atomically between stations. False: acquired
+/// (it was free, this user's own, or stale). True: another user holds it. A database error fails with a
+/// DataError: the lock is never taken for granted.
 bool registerRow(Connection& centro, const Station& station, StringView form, Long row, Integer user);
-/// A sign of life for all rows of this station, if this program registered any.
+/// Heartbeat for all rows of this station, if this process registered any.
 void giveSign(Connection& centro, const Station& station);
-/// Ends what registerRow made for this station; the registration of another one stays.
+/// Releases the lock if this station holds it; another's stays.
 void unregisterRow(Connection& centro, const Station& station, StringView form, Long row);
 
 } // namespace zv

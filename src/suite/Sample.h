@@ -4,8 +4,8 @@
 
 namespace zv {
 
-/// Fills a new school with the sample, its illnesses enciphered by the suite's cipher. The school must have
-/// all tables, empty. Fails as the database and the cipher do.
+/// Fills a new school with the sample, its illnesses enciphered by the suite's cipher. Precondition: all
+/// tables exist and are empty. Fails with a RuntimeError of the database or the cipher.
 void fillSample(School& school);
 
 } // namespace zv

@@ -1,9 +1,8 @@
 #include "suite/Station.h"
 
+#include "suite/Process.h"
+
 #include <array>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <random>
 #include <string>
@@ -13,48 +12,15 @@ namespace zv {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-/// The first line of a file; "" if it cannot be read.
-std::string lineOf(const fs::path& file)
-{
-    std::ifstream stream(file);
-    std::string line;
-    std::getline(stream, line);
-    return line;
-}
-
-/// Number of the process and moment of its start (ticks since the machine's) from a line of /proc/N/stat. The
-/// program's name between them stands in parentheses and may hold blanks and parentheses itself.
-struct ProcessStart {
-    std::string process;
-    std::string ticks;
-};
-std::optional<ProcessStart> processStart(const std::string& stat)
-{
-    constexpr int fieldsToStart = 20;
-    const std::size_t nameEnd = stat.rfind(')');
-    if (nameEnd == std::string::npos)
-        return std::nullopt;
-    std::size_t from = nameEnd;
-    for (int field = 0; field < fieldsToStart; ++field) {
-        from = stat.find(' ', from);
-        if (from == std::string::npos)
-            return std::nullopt;
-        ++from;
-    }
-    return ProcessStart{stat.substr(0, stat.find(' ')), stat.substr(from, stat.find(' ', from) - from)};
-}
-
 /// Parts of an identity: host / process / start / boot / machine. The last one tells namesakes apart:
 /// machines with the same name, and programs on one machine that do not see each other's processes.
-enum Part : std::size_t { host, process, start, boot, machine, parts };
+enum Part : std::size_t { host, number, start, boot, machine, parts };
 using Parts = std::array<std::string, parts>;
 
 std::string joined(const Parts& identity)
 {
     std::string text = identity[host];
-    for (std::size_t part = process; part < parts; ++part)
+    for (std::size_t part = number; part < parts; ++part)
         text += '/' + identity[part];
     return text;
 }
@@ -73,20 +39,10 @@ std::optional<Parts> parted(const std::string& text)
     return identity;
 }
 
-std::string machineKey()
-{
-    std::error_code ignored;
-    const std::string processes = fs::read_symlink("/proc/self/ns/pid", ignored).string();
-    return lineOf("/etc/machine-id").substr(0, 8) + processes;
-}
-
-std::string hostName()
+std::string writtenHostName()
 {
     constexpr std::size_t longest = 64;
-    std::string name = lineOf("/proc/sys/kernel/hostname");
-    if (name.empty())
-        if (const char* computer = std::getenv("COMPUTERNAME"))
-            name = computer;
+    std::string name = process::hostName();
     for (char& c : name)
         if (c <= ' ' || c > '~' || c == '/')
             c = '-';
@@ -96,27 +52,22 @@ std::string hostName()
 /// Where the machine does not say who we are, chance does: then nobody can tell that we are gone.
 Parts ownIdentity()
 {
-    if (const auto self = processStart(lineOf("/proc/self/stat")))
-        return {hostName(), self->process, self->ticks,
-                lineOf("/proc/sys/kernel/random/boot_id").substr(0, 8), machineKey()};
+    if (const auto self = process::self())
+        return {writtenHostName(), self->process, self->start, process::boot(), process::machine()};
     std::random_device chance;
-    return {hostName(), std::to_string(chance()), std::to_string(chance()), "", ""};
+    return {writtenHostName(), std::to_string(chance()), std::to_string(chance()), "", ""};
 }
 
-enum class Seen { nothing, running, ended };
+using process::State;
 
-Seen seen(const Parts& own, const std::string& identity)
+State seen(const Parts& own, const std::string& identity)
 {
     const auto other = parted(identity);
     if (!other || own[boot].empty() || (*other)[host] != own[host] || (*other)[machine] != own[machine])
-        return Seen::nothing;
+        return State::unknown;
     if ((*other)[boot] != own[boot])
-        return Seen::ended;
-    // A machine that hides the processes of other users tells nothing.
-    if (lineOf("/proc/1/stat").empty())
-        return Seen::nothing;
-    const auto now = processStart(lineOf(fs::path("/proc") / (*other)[process] / "stat"));
-    return now && now->ticks == (*other)[start] ? Seen::running : Seen::ended;
+        return State::ended;
+    return process::stateOf({(*other)[number], (*other)[start]});
 }
 
 } // namespace
@@ -125,10 +76,10 @@ const Station& thisStation()
 {
     static const Station station = [] {
         const Parts own = ownIdentity();
-        const auto is = [own](Seen what) {
+        const auto is = [own](State what) {
             return [own, what](StringView identity) { return seen(own, toUtf8(identity)) == what; };
         };
-        return Station{fromUtf8(joined(own)), is(Seen::ended), is(Seen::running)};
+        return Station{fromUtf8(joined(own)), is(State::ended), is(State::running)};
     }();
     return station;
 }

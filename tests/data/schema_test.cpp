@@ -98,36 +98,22 @@ TEST_F(Schema, a_key_is_given_once_and_never_missing)
         }
 }
 
-TEST_F(Schema, rows_written_by_position_find_their_columns)
+TEST_F(Schema, a_table_whose_rows_are_written_by_position_is_known_as_such)
 {
-    const std::pair<StringView, StringView> expected[] = {
-        {u"Turno", u"IDTurno,Descripcion,TipoTurno"},
-        {u"TipoMiembroCentro", u"IDTMC,Nombre,Tipo"},
-        {u"Presentador", u"IDPresentador,Nombre,NIF,Sufijo,CodBanco,CodSucursal"},
-        {u"Emisor", u"IDEmisor,Nombre,CIF,Sufijo,CodPresentador,Direccion,Poblacion,CodProvincia,CP,"
-                    u"CodPresentadorMTP,CodigoOrdenante,MTP"},
-        {u"ConsejoOrientador_Respuesta", u"IDCOResp,CodConsejoOrientador,Descripcion"},
-        {u"ConsejoOrientador_Nota", u"IDCORNota,codAlumno,codSeccion,codCOResp,codConsejoOrientador"},
-        {u"TipoRespInfInd", u"IDResp,CodTipo,Descripcion"},
-        {u"Alumno_InfInd", u"CodAlumno,Dificultad,Valoracion,Apreciacion"},
-        {u"Alumno_InfIndESO",
-         u"CodAlumno,Alumno1,Alumno2,Alumno3,Alumno4,Alumno5,Procedimiento1,Procedimiento2,"
-         u"Procedimiento3,Procedimiento4,Procedimiento5,Actitud1,Actitud2"},
-        {u"Alumno_InfIndPrim", u"CodAlumno,codMateria,codTipo,codResp"},
-    };
-    const std::vector<FoundTable> tables = engineOf(u"sqlite:").tables(*school.centro);
-    for (const auto& [name, columns] : expected) {
-        String found;
-        for (const String& column : std::ranges::find(tables, name, &FoundTable::name)->columns)
-            found += (found.empty() ? u"" : u",") + column;
-        EXPECT_EQ(toUtf8(found), toUtf8(columns));
+    for (const StringView name :
+         {u"Turno", u"TipoMiembroCentro", u"Presentador", u"Emisor", u"ConsejoOrientador_Respuesta",
+          u"ConsejoOrientador_Nota", u"TipoRespInfInd", u"Alumno_InfInd", u"Alumno_InfIndESO",
+          u"Alumno_InfIndPrim"})
         EXPECT_EQ(schema::table(name)->use, schema::Use::positional) << toUtf8(name);
-    }
-    run(u"Insert into TipoIva (IDTipoIva,Descripcion,Valor) values (1,'16%','0,16')");
-    EXPECT_EQ(read(u"Select valor From tipoiva"), u"0,16|") << "kept as written";
 }
 
-TEST_F(Schema, guards_and_searches_read_no_table_from_end_to_end)
+TEST_F(Schema, a_number_kept_as_a_text_stays_as_it_is_written)
+{
+    run(u"Insert into TipoIva (IDTipoIva,Descripcion,Valor) values (1,'16%','0,16')");
+    EXPECT_EQ(read(u"Select valor From tipoiva"), u"0,16|");
+}
+
+TEST_F(Schema, searches_read_no_table_from_end_to_end)
 {
     std::vector<String> selects = {
         u"SELECT codResp FROM Alumno_InfIndPrim INNER JOIN TipoRespInfInd ON Alumno_InfIndPrim.codResp="
@@ -139,20 +125,9 @@ TEST_F(Schema, guards_and_searches_read_no_table_from_end_to_end)
         u"Alumno_InfInd ON Seccion_Alumno.codAlumno=Alumno_InfInd.codAlumno) ON Seccion_Alumno.codSeccion="
         u"Alumno.codSeccion WHERE alumno.codseccion=3 and alumno.idAlumno=Seccion_Alumno.codalumno"};
     for (const StringView table : sample::split(
-             u"Alumno.CodPaisNacimiento,CodTipoAlumno,CodTipoMotivoBaja,CodNacionalidad|"
-             u"Personal.CodEstadoCivil,CodPaisNacimiento,CodTipoContrato,CodTipoNivelEstudios,"
-             u"CodTipoMiembroCentro,CodUsuario|"
-             u"MiembroFamilia.codprofesion,codTipoParentesco,CodTipoNivelEstudios|"
-             u"IncidenciaAlumno.CodTipoIncidencia,codTipoJustificacion|"
-             u"IncidenciaPersonal.CodTipoIncidencia,codTipoJustificacion|Centro.CodIdioma,codTipoCentro|"
-             u"Centro_Idioma.CodIdioma|Direccion.CodPais|CEspecializacion_Personal.CodCEspecializacion|"
-             u"MateriaDetalles_Observacion.codObservacion|Tarea.codTipoTarea|"
-             u"MaterialDidactico.CodTipoMaterialDidactico|OcurrenciaCalendario.CodTipoOcurrencia|"
-             u"prematriculacion_ponderacion.codPonderacion|Ponderacion_Centro.codPonderacion|"
-             u"Seccion.CodTurno,codCurso,CodTutor|MateriaDetalles.CodSeccion,CodPersonal|Banco.Numero|"
-             u"Sucursal.CodBanco|Cuenta.codSucursal|BancoMTP.codBanco|Emisor.CodPresentador|"
-             u"Centro_Cuenta_Emisor.CodEmisor|Actividad.CodTipoIva,codCCECobro,codCCEPago|"
-             u"ConsejoOrientador_Nota.codCOResp,codSeccion|Alumno_InfIndPrim.codResp,Codalumno",
+             u"Personal.CodUsuario|Seccion.codCurso,CodTutor|MateriaDetalles.CodSeccion,CodPersonal|"
+             u"Banco.Numero|Sucursal.CodBanco|Cuenta.codSucursal|Actividad.codCCECobro,codCCEPago|"
+             u"ConsejoOrientador_Nota.codSeccion|Alumno_InfIndPrim.Codalumno",
              u'|'))
         for (const StringView column : sample::split(table.substr(table.find(u'.') + 1), u','))
             selects.push_back(

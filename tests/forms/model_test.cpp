@@ -23,7 +23,8 @@ TEST_F(Model, assigning_text_cuts_moves_the_caret_and_tells_a_change)
     EXPECT_EQ(box.SelLength(), 3);
     box.TextoDoblado = String(u"abcde");
     box.Text = String(u"abcdeX");
-    EXPECT_EQ(box.SelStart() + box.SelLength(), 0);
+    EXPECT_EQ(box.SelStart(), 0);
+    EXPECT_EQ(box.SelLength(), 0);
     EXPECT_EQ(seen(), "") << "the same text after the cut";
     EXPECT_EQ(box.TextoDoblado(), u"abcde");
     box.Text = String(u"abcd\U0001F600");
@@ -79,7 +80,9 @@ TEST_F(Model, options_ticks_and_lists_raise_click_on_a_change)
     EXPECT_EQ(list.ListIndex(), -1);
     list.ListIndex.store(0);
     list.Clear();
-    EXPECT_EQ(list.ListIndex() + list.ListCount() + list.NewIndex(), -2);
+    EXPECT_EQ(list.ListIndex(), -1);
+    EXPECT_EQ(list.ListCount(), 0);
+    EXPECT_EQ(list.NewIndex(), -1);
     EXPECT_EQ(seen(), "") << "no event";
 }
 
@@ -90,13 +93,16 @@ TEST_F(Model, a_grid_keeps_cells_widths_and_its_cell_inside)
     grid.AddItem(u"x\ty\tz\tw");
     grid.AddItem(u"solo");
     grid.setRowData(3, 70000);
-    EXPECT_EQ(grid.TextMatrix(2, 2) + grid.TextMatrix(3, 0) + grid.TextMatrix(3, 1), u"zsolo");
+    EXPECT_EQ(grid.TextMatrix(2, 2), u"z");
+    EXPECT_EQ(grid.TextMatrix(3, 0), u"solo");
+    EXPECT_EQ(grid.TextMatrix(3, 1), u"");
     grid.setColWidth(0, 2000);
     grid.setColWidth(1, 0);
     grid.RowHeightMin = 300;
     grid.Row = 3;
     grid.Col = 2;
-    EXPECT_EQ(grid.RowSel() * 10 + grid.ColSel(), 32);
+    EXPECT_EQ(grid.RowSel(), 3);
+    EXPECT_EQ(grid.ColSel(), 2);
     EXPECT_EQ(grid.CellLeft(), 2000);
     EXPECT_EQ(grid.CellTop(), 900);
     EXPECT_EQ(grid.CellHeight(), 300);

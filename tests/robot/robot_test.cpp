@@ -143,6 +143,8 @@ TEST_F(Robot, a_mistake_is_told_with_line_and_reason)
         {"traza nada", 1, "traza"},
         {"fallar 0 \"x\"", 1, "0"},
         {"fallar 5 \"x\" 0", 1, "una vez"},
+        {"estropear 0 IDMax", 1, "0"},
+        {"estropear 5 Cifrar", 1, "Cifrar"},
         {"ocupar frmPais 1 40000", 1, "16 bits"},
         {"ocupar frmNada 1 2", 1, "frmNada"},
         {"sql \"SELECT * FROM Nada\"", 1, "Nada"},

@@ -13,7 +13,7 @@ using namespace test;
 
 TEST(Messages, hold_every_text_as_staff_know_it)
 {
-    EXPECT_EQ(std::size(messageTable), 255U);
+    EXPECT_GE(std::size(messageTable), 255U) << "a dialog may add its own, none goes";
     const std::pair<Long, StringView> texts[] = {{100, u"ZORVEL GESTIÓN ESCOLAR"},
                                                  {300, u"TEXT PARA BOTONES Y GRIDS"},
                                                  {332, u"<<"},

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t alreadyOpen = 3705;
 
-/// A field of the present row, by the name that hosts give it.
+/// Field of the current row, with a copy of its value.
 class Campo final : public Object {
 public:
     Campo(String name, Value value) : name_(std::move(name)), value_(std::move(value)) {}
@@ -27,7 +27,7 @@ private:
     Value value_;
 };
 
-/// The engine's rows, whose fields are objects.
+/// Adapter of a recordset whose fields are objects, as hosts expect them.
 class Filas final : public Object {
 public:
     explicit Filas(RecordsetPtr rows) : rows_(std::move(rows)) {}
@@ -87,7 +87,7 @@ private:
     }
     const Member* memberNamed(StringView name) const override
     {
-        // Behind the statement hosts may give where to count rows, and options: neither changes it.
+        // Optional arguments behind the statement, a counter of rows and options, are ignored.
         static constexpr Member members[] = {
             method<&Conexion::Open>(u"Open"),
             method<&Conexion::Execute>(u"Execute").taking(3),

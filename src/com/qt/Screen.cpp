@@ -15,8 +15,8 @@ namespace zv::com {
 
 namespace {
 
-/// What the toolkit tries in turn. The last shows nothing: without it, a screen that is named but not there
-/// would end the host's process.
+/// Platform plug-ins in order of preference. The last one, which draws nothing, is a fallback: without it the
+/// toolkit aborts the host's process if the display cannot be opened.
 QByteArray platforms()
 {
 #ifdef Q_OS_LINUX
@@ -29,15 +29,15 @@ QByteArray platforms()
 #endif
 }
 
-/// The toolkit's application around a host that knows nothing of it.
+/// RAII owner of a QApplication for a host without one.
 class OwnApplication {
 public:
     explicit OwnApplication(const std::function<void()>& ended)
     {
-        // Behind this the thread's own part of the toolkit is gone.
+        // Last moment: after that signal the toolkit's thread-local data is destroyed.
         QObject::connect(QThread::currentThread(), &QThread::finished, &application_, ended,
                          Qt::DirectConnection);
-        // The toolkit sets the process's locale: the host goes on reading its numbers as before.
+        // Restores the host's numeric locale, which QApplication changed.
         std::setlocale(LC_NUMERIC, numbers_.c_str());
         if (spanish_.load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
             QApplication::installTranslator(&spanish_);
@@ -58,7 +58,7 @@ private:
 
 class QtScreen final : public Screen {
 public:
-    /// Without an application of its own it uses the host's.
+    /// `application` nullptr: uses the host's.
     explicit QtScreen(std::unique_ptr<OwnApplication> application) : application_(std::move(application)) {}
     Desktop& desktop() override { return desktop_; }
     Reach reach() const override
@@ -71,7 +71,7 @@ public:
 
 private:
     std::unique_ptr<OwnApplication> application_;
-    QtDesktop desktop_; ///< Goes before the application.
+    QtDesktop desktop_; ///< Behind the application, so that it is destroyed first.
 };
 
 } // namespace
@@ -79,7 +79,7 @@ private:
 std::unique_ptr<Screen> openScreen(const std::function<void()>& ended)
 {
     if (const QCoreApplication* hosts = QCoreApplication::instance()) {
-        // One that is made for no windows ends the process at the first.
+        // A QCoreApplication without GUI aborts the process at the first widget.
         const bool shows = qobject_cast<const QApplication*>(hosts) != nullptr;
         return shows ? std::make_unique<QtScreen>(nullptr) : nullptr;
     }

@@ -17,13 +17,13 @@ namespace zv::com {
 
 namespace {
 
-/// What shows the dialogs: a guion, a screen, or nothing.
+/// Where dialogs are shown: a guion, a screen, or nowhere (both empty).
 struct Theatre {
     std::unique_ptr<Rehearsal> rehearsal;
     std::unique_ptr<Screen> screen;
 };
 
-/// Held by the thread that is inside, as often as it has come in.
+/// Lock of the library, held by the thread inside a call; recursive, since hosts make re-entrant calls.
 std::recursive_mutex& gate()
 {
     static std::recursive_mutex mutex;
@@ -36,8 +36,9 @@ std::unique_ptr<Theatre>& theatre()
     return current;
 }
 
-/// A process may end without having asked whether it may: then nobody is left to be let go of. It stands
-/// behind all instances, so that it goes before them.
+/// Static whose destructor handles a process that ends without DllCanUnloadNow: host objects and windows are
+/// leaked on purpose, as what they need may be gone. Constructed after the other statics, hence destroyed
+/// before them.
 class Farewell {
 public:
     Farewell()
@@ -54,7 +55,7 @@ public:
     }
 };
 
-/// The thread that the windows belong to ends, and must not keep the others out.
+/// Callback for the end of the thread that owns the windows: another thread may open new ones afterwards.
 void closeScreen()
 {
     const std::scoped_lock inside(gate());
@@ -62,7 +63,7 @@ void closeScreen()
     theatre().reset();
 }
 
-/// Fails unless the calling thread can use the windows, if there are any.
+/// Thread check: fails unless the calling thread may use the windows, if there are any.
 void enter(const Theatre& place)
 {
     switch (place.screen ? place.screen->reach() : Reach::here) {
@@ -103,7 +104,8 @@ void open()
 
 void around(const std::function<void()>& call)
 {
-    // The dialogs are one set for all: a second thread would find them in the middle of something.
+    // Not thread-safe: the dialogs are single instances. A second thread is refused instead of made to wait,
+    // since a modal dialog may hold the lock for hours.
     const std::unique_lock inside(gate(), std::try_to_lock);
     if (!inside)
         throw RuntimeError(ZV_E_WRONG_THREAD, u"Otro hilo está dentro del módulo: llame cuando haya vuelto.");

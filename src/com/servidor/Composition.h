@@ -2,11 +2,11 @@
 
 namespace zv::com {
 
-/// Puts the library together at its first use: cipher, module, and what shows its dialogs.
+/// Composition root of the library, run at its first use: cipher, module, desktop.
 void compose();
 
-/// Ends every dialog and lets go of what the host handed in. The next use starts as in a new process. False
-/// where another thread is inside, or the windows belong to one.
+/// Resets the library to the state of a new process: destroys every dialog and releases the host's objects.
+/// False if another thread is inside a call or owns the windows.
 bool dismantle();
 
 } // namespace zv::com

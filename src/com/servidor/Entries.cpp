@@ -23,7 +23,7 @@ ZvResult DllCanUnloadNow()
         return ZV_FALSE;
     bool done = false;
     const ZvResult ended = zv::com::guarded([&] { done = zv::com::dismantle(); });
-    // Who was let go of may have made objects anew.
+    // Checked again: a host object's Release may be re-entrant and create new objects.
     return ended < 0 || (done && zv::com::inUse() == 0) ? ended : ZvResult{ZV_FALSE};
 }
 

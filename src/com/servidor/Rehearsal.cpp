@@ -11,13 +11,14 @@ namespace zv::com {
 
 namespace {
 
-/// Stands above the file's own lines, so that what the host makes appear first has a command to stand under.
+/// Pseudo-command put in front of the file, under which the first dialog's observations are recorded; line
+/// numbers are corrected for it.
 constexpr std::string_view hostsTurn = "anfitrion\n";
 
 std::string contents(const std::string& file)
 {
     std::ifstream stream(file, std::ios::binary);
-    stream.peek(); // A folder can be opened, but not read.
+    stream.peek(); // Opening a folder succeeds; reading it fails.
     if (!stream.is_open() || stream.bad())
         throw RuntimeError(failure::fileMissing,
                            u"No se puede leer el guion que nombra ZV_ESCRITORIO: " + fromUtf8(file));
@@ -74,7 +75,7 @@ void Rehearsal::around(const std::function<void()>& call)
 {
     if (failure_.empty())
         run(call);
-    // The dialogs of the calls around this one stand on the play: it ends with the outermost.
+    // The play is destroyed only with the outermost call: dialogs of re-entrant ones still use it.
     if (!failure_.empty() && !inCall_)
         play_.reset();
     failIfGivenUp();
@@ -89,11 +90,11 @@ void Rehearsal::run(const std::function<void()>& call)
     } catch (const GuionError& error) {
         giveUp(error.line(), fromUtf8(error.what()));
     } catch (const RuntimeError&) {
-        // Behind a guion that was given up, its reason is the one to tell.
+        // Swallowed after a failure of the guion, which caused it and is reported instead.
         if (failure_.empty())
             throw;
     }
-    // What is seen within a call belongs to the outer one.
+    // Re-entrant calls are not compared: what they show is recorded under the outer one's command.
     if (outermost && failure_.empty())
         compare();
 }
@@ -105,7 +106,8 @@ void Rehearsal::compare()
         return;
     const std::size_t read = play_->transcript().commandsRead();
     const Transcript::Difference& first = all.front();
-    // Under the command in hand more may be seen yet, as long as there is another one to read.
+    // No difference yet if only observations are missing under the current command, and more commands follow:
+    // a later call may still show them.
     const bool later =
         first.seen.empty() && read < guion_.commands.size() && first.line >= guion_.commands[read - 1].line;
     const auto whole = [](const String& line) { return line.empty() ? String(u"(nada más)") : line; };

@@ -6,9 +6,10 @@
 
 namespace zv::com {
 
-/// A guion that answers the dialogs which a host opens: it holds acts and looks only, and what is expected
-/// above its first command is what the first dialog shows. A mistake in it, or another sight than it expects,
-/// fails the host's call with 5 and says where, and so does every call after it, and around it.
+/// Test double of the desktop for a host: a guion that acts in the dialogs which the host opens. It has
+/// acting and looking commands only; expectations above its first command are what the first dialog shows. A
+/// mistake in it, or a difference, fails the host's call with 5 and the line, and so do all later calls and
+/// those around it.
 class Rehearsal {
 public:
     /// Fails with a RuntimeError if the file cannot be read or is no such guion.
@@ -19,7 +20,7 @@ private:
     void check(const GuionCommand& command) const;
     void run(const std::function<void()>& call);
     void compare();
-    /// From here on every call fails.
+    /// Latches the failure: every later call fails with it.
     void giveUp(std::size_t line, StringView reason);
     void failIfGivenUp() const;
 

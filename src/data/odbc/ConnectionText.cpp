@@ -17,7 +17,7 @@ String trimmed(StringView text)
     return String(text);
 }
 
-/// The value at the beginning of the text, which it leaves behind.
+/// Parses and consumes the value at the beginning of the text.
 String takeValue(StringView& text)
 {
     if (!text.starts_with(u'{')) {

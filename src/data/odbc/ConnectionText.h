@@ -7,8 +7,9 @@
 
 namespace zv::odbc {
 
-/// What stands behind "odbc:": attributes "NAME=value" parted by ";", a value with signs of its own in braces
-/// ("{a;b}", a closing brace doubled). Names match without regard to case; the first of a name counts.
+/// Parsed ODBC connection string, the part of a URL behind "odbc:": attributes "NAME=value" separated by ";",
+/// a value with special characters in braces ("{a;b}", a closing brace doubled). Names match without regard
+/// to case; of duplicates the first counts.
 class ConnectionText {
 public:
     explicit ConnectionText(StringView text);
@@ -16,11 +17,11 @@ public:
     std::optional<String> find(StringView name) const;
     /// Replaces the attribute's value, or adds it at the end.
     void set(StringView name, String value);
-    /// Takes the attribute out and returns what it held.
+    /// Removes the attribute and returns its value.
     std::optional<String> take(StringView name);
-    /// As the driver manager takes it.
+    /// Serialised for the driver manager.
     String text() const;
-    /// For a person to read: without passwords.
+    /// Redacted for display: without passwords.
     String shown() const;
 
 private:

@@ -8,39 +8,39 @@ namespace zv::odbc {
 namespace {
 
 struct Rule {
-    std::string_view state; ///< SQLSTATE, or how it begins.
+    std::string_view state; ///< SQLSTATE, or a prefix of it.
     std::int32_t native;    ///< The engine's own number; 0: any.
-    StringView words;       ///< What the engine's text holds.
+    StringView words;       ///< Substring of the engine's text.
     std::int32_t number;
 };
 
-/// The first rule that fits decides; what none fits is otherData. Behind each state stand the engines that
-/// send it: where an engine has one state for several failures, its own number or words tell them apart.
+/// Lookup table: the first match counts, and the default is otherData. Comments name the engines that send
+/// the state; where one sends it for several failures, its own number or words tell them apart.
 constexpr std::array rules{
-    // A value that may be there once: the key, unless the indexes of the table say that it is another.
+    // Unique violation; Pool::isTakenKey finds out whether it was the key's index.
     Rule{"23505", 0, u"", failure::keyExists},                     // PostgreSQL
     Rule{"23000", 1062, u"", failure::keyExists},                  // MariaDB
     Rule{"23000", 2627, u"", failure::keyExists},                  // SQL Server, a key
     Rule{"23000", 2601, u"", failure::keyExists},                  // SQL Server, a unique index
     Rule{"23000", -1605, u"", failure::keyExists},                 // Access
     Rule{"HY000", 19, u"PRIMARY KEY must be", failure::keyExists}, // SQLite of old
-    // A value that is not admitted, or not of the column's kind.
+    // Constraint violation, data type mismatch.
     Rule{"23", 0, u"", failure::brokenConstraint}, Rule{"22", 0, u"", failure::brokenConstraint},
     Rule{"HY000", 19, u"", failure::brokenConstraint}, // SQLite
     Rule{"HY000", 20, u"", failure::brokenConstraint}, // SQLite, a mismatch
-    // A table, a column that is missing; a statement that is not understood.
+    // Missing table, missing column, syntax error.
     Rule{"42P01", 0, u"", failure::tableMissing}, // PostgreSQL
     Rule{"42S02", 0, u"", failure::tableMissing},
     Rule{"HY000", 1, u"no such table", failure::tableMissing}, // SQLite
     Rule{"42703", 0, u"", failure::columnMissing},             // PostgreSQL
     Rule{"42S22", 0, u"", failure::columnMissing},
-    Rule{"07002", -3010, u"", failure::columnMissing},                // Access takes it for a parameter
+    Rule{"07002", -3010, u"", failure::columnMissing},                // Access parses it as a parameter
     Rule{"HY000", 1, u"no such column", failure::columnMissing},      // SQLite
     Rule{"HY000", 1, u"has no column named", failure::columnMissing}, // SQLite
-    Rule{"42501", 0, u"", failure::otherData},                        // PostgreSQL: no right to it
+    Rule{"42501", 0, u"", failure::otherData},                        // PostgreSQL, permission denied
     Rule{"42", 0, u"", failure::badStatement}, Rule{"37000", 0, u"", failure::badStatement},
     Rule{"21", 0, u"", failure::badStatement}, Rule{"HY000", 1, u"", failure::badStatement}, // SQLite
-    // Another station is in the way.
+    // Lock conflicts and timeouts.
     Rule{"55P03", 0, u"", failure::locked}, // PostgreSQL, lock_timeout
     Rule{"57014", 0, u"", failure::locked}, // PostgreSQL, statement_timeout
     Rule{"40", 0, u"", failure::locked},    // Deadlocks, serialization
@@ -49,9 +49,9 @@ constexpr std::array rules{
     Rule{"HY000", -1102, u"", failure::locked}, // Access
     Rule{"HY000", 5, u"", failure::locked},     // SQLite, busy
     Rule{"HY000", 6, u"", failure::locked},     // SQLite, locked
-    // Nobody answers any more.
+    // Lost connection.
     Rule{"08", 0, u"", failure::connectionLost},
-    Rule{"57P", 0, u"", failure::connectionLost}, // PostgreSQL goes down, or comes up
+    Rule{"57P", 0, u"", failure::connectionLost}, // PostgreSQL, shutdown or startup
     Rule{"HYT01", 0, u"", failure::connectionLost},
     Rule{"HY000", 2006, u"", failure::connectionLost}, // MariaDB
     Rule{"HY000", 2013, u"", failure::connectionLost}, // MariaDB
@@ -65,7 +65,7 @@ bool fits(const Rule& rule, const Diagnosis& diagnosis)
 
 std::int32_t numberOf(const Diagnosis& diagnosis, StringView statement)
 {
-    // SQLite names the columns.
+    // SQLite's message names the columns, which tells the key from another index.
     if (diagnosis.native == 19 && tellsTakenKey(diagnosis.words, statement))
         return failure::keyExists;
     for (const Rule& rule : rules)

@@ -4,15 +4,15 @@
 
 namespace zv::odbc {
 
-/// What a driver tells of a failure: the first of its records.
+/// First diagnostic record of a driver.
 struct Diagnosis {
     std::string state; ///< SQLSTATE, five characters.
     std::int32_t native = 0;
     String words;
 };
 
-/// The failure of a statement. `lost`: the driver says that its connection is dead, whatever it calls the
-/// failure.
+/// Maps a diagnostic record to our error numbers. `lost`: the driver reports its connection dead, which
+/// overrides the record.
 DataError failureOf(const Diagnosis& diagnosis, bool lost, StringView statement);
 
 } // namespace zv::odbc

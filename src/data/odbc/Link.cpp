@@ -4,6 +4,9 @@
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
+#ifdef _WIN32
+#include <windows.h> // Declares what the ODBC headers of that system are written in.
+#endif
 #include <sql.h>
 #include <sqlext.h>
 #include <sqlucode.h>
@@ -15,14 +18,13 @@
 namespace zv::odbc {
 namespace {
 
-// Texts go to the driver manager as they are.
+// UTF-16 on both sides: texts need no conversion.
 static_assert(sizeof(SQLWCHAR) == sizeof(char16_t));
 
 constexpr std::uintptr_t loginSeconds = 5;
 
-// The driver manager has a type of its own for UTF-16, takes texts that it only reads without saying so, and
-// numbers in the place of pointers.
-// NOLINTBEGIN(*-reinterpret-cast,*-const-cast,*-int-to-ptr)
+// The C interface has a type of its own for UTF-16, lacks const for texts that it only reads, and passes
+// numbers as pointers. NOLINTBEGIN(*-reinterpret-cast,*-const-cast,*-int-to-ptr)
 SQLWCHAR* wide(char16_t* text) { return reinterpret_cast<SQLWCHAR*>(text); }
 SQLWCHAR* wide(const char16_t* text) { return wide(const_cast<char16_t*>(text)); }
 SQLPOINTER attribute(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
@@ -46,7 +48,7 @@ String information(SQLHDBC connection, SQLUSMALLINT what)
     return room.data();
 }
 
-/// A column of characters of a catalogue's row.
+/// Text column of a catalogue query's current row.
 String characters(const DriverHandle& statement, SQLUSMALLINT column)
 {
     std::array<char16_t, 200> room{};
@@ -88,7 +90,7 @@ Link::Link(StringView connectionText, std::chrono::seconds patience)
 
 void Link::connect(StringView connectionText)
 {
-    // One after another: else neither could tell its socket from the other's.
+    // Serialised: Socket finds its socket as the only new one of the process.
     static std::mutex one;
     const std::lock_guard lock(one);
     SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT, attribute(loginSeconds), 0);
@@ -117,7 +119,7 @@ std::vector<FoundTable> Link::tables(StringView schema)
     constexpr SQLUSMALLINT nameColumn = 4;
     const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
     std::vector<FoundTable> result;
-    // Here an underscore and a percent sign would stand for any characters.
+    // Escaped, since the argument is a LIKE pattern: _ and % are wildcards.
     String name(schema);
     for (const StringView sign : {u"\\", u"_", u"%"})
         name = Replace(name, sign, u"\\" + String(sign));
@@ -133,7 +135,7 @@ std::vector<FoundTable> Link::tables(StringView schema)
             result.push_back({table, {}});
         result.back().columns.push_back(characters(statement, nameColumn));
     }
-    if (!went(got)) // Half a list would be tables that are missing.
+    if (!went(got)) // Never a partial list: it would read as missing tables.
         throw odbc::failureOf(statement.diagnosis(), false, u"");
     return result;
 }
@@ -152,7 +154,7 @@ std::vector<UniqueIndex> Link::uniqueIndexes(StringView schema, StringView table
         return result;
     while (SQL_SUCCEEDED(waiting([&] { return SQLFetch(statement.get()); }))) {
         const String name = characters(statement, nameColumn);
-        if (name.empty()) // Statistics of the table itself.
+        if (name.empty()) // A row of table statistics, and no index.
             continue;
         if (result.empty() || result.back().name != name)
             result.push_back({name, {}});
@@ -190,7 +192,7 @@ void Link::end(bool commit)
             return SQLEndTran(SQL_HANDLE_DBC, connection_.get(), commit ? SQL_COMMIT : SQL_ROLLBACK);
         })))
         failed = failure(connection_, u"COMMIT");
-    // Whatever became of it, what comes next is committed by itself again.
+    // Back to autocommit, whatever the outcome.
     check(SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT, attribute(SQL_AUTOCOMMIT_ON), 0),
           u"COMMIT");
     if (failed)
@@ -223,7 +225,7 @@ StatementRows::StatementRows(std::shared_ptr<Link> link, StringView statement)
     : link_(std::move(link)), handle_(std::make_unique<DriverHandle>(SQL_HANDLE_STMT, link_->get())),
       statement_(statement), onlyReads_(isQuery(statement))
 {
-    // Braces in a text are no escapes for the driver to look for.
+    // No escape processing: braces in a text are not ODBC escapes.
     SQLSetStmtAttrW(handle_->get(), SQL_ATTR_NOSCAN, attribute(SQL_NOSCAN_ON), 0);
     check(link_->waiting([&] {
         return SQLExecDirectW(handle_->get(), wide(statement_.data()),
@@ -335,7 +337,7 @@ Cursor::Field StatementRows::field(std::uint16_t column, Kind kind)
     return wholeNumber(number);
 }
 
-/// It comes in pieces, since nothing tells beforehand how long it is.
+/// Reads in chunks, as the length is not known in advance.
 Value StatementRows::text(std::uint16_t column)
 {
     String result;
@@ -351,7 +353,8 @@ Value StatementRows::text(std::uint16_t column)
             return Null();
         const bool whole = bytes != SQL_NO_TOTAL && static_cast<std::size_t>(bytes) < sizeof piece;
         std::size_t units = whole ? static_cast<std::size_t>(bytes) / sizeof(char16_t) : piece.size() - 1;
-        // MariaDB's driver counts a text that begins with certain letters (Ú) short of what it gives.
+        // Workaround: MariaDB's driver reports too short a length for a text that begins with certain letters
+        // (Ú).
         while (got == SQL_SUCCESS && units < piece.size() && piece[units] != 0)
             ++units;
         result.append(piece.data(), units);

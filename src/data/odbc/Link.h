@@ -11,7 +11,7 @@
 
 namespace zv::odbc {
 
-/// A handle of the driver manager, of any kind; it is freed by its kind.
+/// RAII owner of a handle of the driver manager, of any kind.
 class DriverHandle {
 public:
     DriverHandle(std::int16_t kind, void* parent);
@@ -20,7 +20,7 @@ public:
     ~DriverHandle();
 
     void* get() const { return handle_; }
-    /// What the driver told last about this handle.
+    /// Diagnostic record of the last call on this handle.
     Diagnosis diagnosis() const;
 
 private:
@@ -30,38 +30,38 @@ private:
 
 class StatementRows;
 
-/// One connection of a driver. A statement that returned is committed, but between begin() and end().
+/// Connection of a driver, in autocommit mode except between begin() and end().
 class Link {
 public:
-    /// Fails with connectionLost if nobody answers. Where a call of the driver hears nothing for `patience`,
-    /// the link is cut and lost; zero: it waits without end.
+    /// Connects; fails with connectionLost if the server does not answer. `patience` is the timeout of each
+    /// call of the driver, after which the link is cut and lost; zero: none.
     Link(StringView connectionText, std::chrono::seconds patience);
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
     ~Link();
 
-    /// Name and version of the engine behind it, as the driver gives them.
+    /// Name and version of the engine, as reported by the driver.
     EngineInfo engine() const;
     /// The tables of a schema (any, if empty), with their columns.
     std::vector<FoundTable> tables(StringView schema);
-    /// The unique indexes of a table, and the columns of its primary key. Names are those of the server's
-    /// lists, in their letters; where the driver has no such list there are none.
+    /// Catalogue queries: unique indexes of a table, columns of its primary key. Names match the server's
+    /// catalogue with regard to case; the result is empty if the driver does not support them.
     std::vector<UniqueIndex> uniqueIndexes(StringView schema, StringView table);
     std::vector<String> primaryKey(StringView schema, StringView table);
     void begin();
     void end(bool commit);
 
-    /// What a statement failed with. A connection that is lost stays so.
+    /// The error of the last call. Latches isLost().
     DataError failure(const DriverHandle& handle, StringView text);
     bool isLost() const { return lost_; }
-    /// The server went on saying nothing.
+    /// Whether a timeout cut the link.
     bool wasCut() const { return patience_.ranOut(); }
-    /// Whether it was ended from outside while it stood idle; nothing where only a statement tells.
+    /// Whether the peer closed the connection while it was idle; nullopt if only a statement can tell.
     std::optional<bool> wasEnded() const { return socket_.ended(); }
-    /// Since its last statement.
+    /// Time since its last statement.
     Patience::Clock::duration idle() const { return Patience::Clock::now() - used_; }
     void* get() const { return connection_.get(); }
-    /// A call of the driver that may wait for the server.
+    /// Runs a blocking call of the driver under the timeout.
     template <class Call>
     std::int16_t waiting(Call&& call)
     {
@@ -72,7 +72,7 @@ public:
         return result;
     }
 
-    std::vector<StatementRows*> cursors; ///< Those whose rows it still holds.
+    std::vector<StatementRows*> cursors; ///< Open cursors; the link is busy with them.
 
 private:
     void connect(StringView connectionText);
@@ -86,7 +86,7 @@ private:
     bool lost_ = false;
 };
 
-/// The rows of a statement that runs on a link.
+/// Cursor of a statement that runs on a link.
 class StatementRows final : public Cursor {
 public:
     StatementRows(std::shared_ptr<Link> link, StringView statement);
@@ -95,7 +95,7 @@ public:
     bool hasColumns() const { return !kinds_.empty(); }
 
 private:
-    /// What a column is read as.
+    /// Target type of a column.
     enum class Kind { whole, decimal, text, bytes };
 
     bool read(Row& row) override;

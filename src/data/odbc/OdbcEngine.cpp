@@ -20,7 +20,7 @@ public:
     RecordsetPtr Execute(StringView statement) override
     {
         String room;
-        return executeNative(inDialect(statement, pool_->place().server->dialect, room));
+        return executeNative(inDialect(statement, pool_->target().server->dialect, room));
     }
     RecordsetPtr executeNative(StringView statement) override
     {
@@ -40,8 +40,8 @@ private:
     throw RuntimeError(number, u"«" + text.shown() + u"» " + String(words));
 }
 
-/// What to do about a connection that was refused. The driver manager has states of its own for what this
-/// machine lacks.
+/// Advice for a refused connection, by SQLSTATE: the driver manager's own ones are for what this machine
+/// lacks.
 String whyClosed(const DataError& failure)
 {
     const std::string& code = failure.engineCode();
@@ -52,7 +52,7 @@ String whyClosed(const DataError& failure)
     return u"no responde: compruebe el servidor, la base, el usuario y la contraseña";
 }
 
-/// A driver of old knows one code page: what it does not hold would be stored as something else.
+/// Probe by a round trip: an old driver converts to one code page, and would corrupt all letters outside it.
 bool takesAllTexts(const std::shared_ptr<Link>& link)
 {
     const String text = u"ñЩ";
@@ -68,7 +68,7 @@ bool takesAllTexts(const std::shared_ptr<Link>& link)
     }
 }
 
-/// The attribute that names a database, for servers without schemas.
+/// Attribute that selects the database, on servers without schemas.
 StringView nameAttribute(const ConnectionText& text)
 {
     for (const StringView name : {u"DATABASE", u"DBQ", u"DB", u"DSN"})
@@ -99,7 +99,7 @@ void addOptions(ConnectionText& text, StringView options)
     }
 }
 
-/// As the driver takes it: without our own attributes, and with a password that stands elsewhere.
+/// Connection string for the driver: without our own attributes, and with a password from outside.
 ConnectionText forDriver(ConnectionText text)
 {
     text.take(u"ESQUEMA");
@@ -110,7 +110,7 @@ ConnectionText forDriver(ConnectionText text)
     return text;
 }
 
-/// How long a statement may take.
+/// Timeout of a statement, enforced by servers that can (Server::patience); zero: none.
 std::chrono::seconds longestStatement(const ConnectionText& text)
 {
     const std::optional<String> wish = text.find(u"ESPERA");
@@ -126,14 +126,15 @@ std::chrono::seconds longestStatement(const ConnectionText& text)
     return std::chrono::seconds(number);
 }
 
-/// The server ends what takes too long by itself: who says nothing for longer still is not going to.
+/// Timeout of the connection, longer than that of a statement: a live server would have ended the statement
+/// by then.
 std::chrono::seconds longestSilence(const ConnectionText& text)
 {
     const std::chrono::seconds longest = longestStatement(text);
     return longest.count() == 0 ? longest : longest + std::chrono::seconds(5);
 }
 
-/// Without the schema, which may have a name that only we know.
+/// Without the schema, whose temporary name would tell a person nothing.
 ConnectionText nameless(ConnectionText text)
 {
     text.take(u"ESQUEMA");
@@ -148,15 +149,16 @@ ConnectionText nameless(ConnectionText text)
 
 bool isTaken(const DataError& failure)
 {
-    // Who makes it at the same moment is told so by the key of the list of schemas.
+    // Race: of two that create it at the same moment, one violates the unique key of the catalogue.
     return failure.engineCode().starts_with("42P06") || failure.number() == failure::keyExists;
 }
 
-/// Schemas of a passing name, until they get the one that they were asked for.
+/// RAII guard of schemas with a temporary name: renamed when they are complete, dropped otherwise.
 class SchemasToBe final : public SchoolToBe {
 public:
-    SchemasToBe(ConnectionText wanted, String name, const Place& place, const String& passing)
-        : wanted_(std::move(wanted)), name_(std::move(name)), passing_(passing), aside_(wanted_), pool_(place)
+    SchemasToBe(ConnectionText wanted, String name, const Target& target, const String& passing)
+        : wanted_(std::move(wanted)), name_(std::move(name)), passing_(passing), aside_(wanted_),
+          pool_(target)
     {
         aside_.set(u"ESQUEMA", passing);
         if (const auto taken = existingSchemas(pool_, name_); !taken.empty())
@@ -172,7 +174,7 @@ public:
                 if (!placed_)
                     dropSchema(pool_, passing_ + String(suffixOf(which)));
         } catch (const RuntimeError&) {
-            // The server is gone; the next that makes one takes away what is left.
+            // Server gone: leftovers are dropped by the next process that creates schemas (dropOrphans).
         }
     }
     String location() const override { return aside_.text(); }
@@ -217,22 +219,22 @@ public:
         for (const Database which : everyDatabase)
             schemaOf(text, which);
         const String passing = passingName(Purpose::nuevo);
-        Place place = placeToMake(text, {});
-        place.settings.push_back(ownership(passing));
-        return std::make_unique<SchemasToBe>(text, schemaOf(text, Database::centro), place, passing);
+        Target target = targetToMake(text, {});
+        target.settings.push_back(ownership(passing));
+        return std::make_unique<SchemasToBe>(text, schemaOf(text, Database::centro), target, passing);
     }
     ConnectionPtr create(StringView location, Database which) override
     {
         const ConnectionText text(location);
-        Place place = placeToMake(text, schemaOf(text, which));
-        if (isPassing(place.schema))
-            place.settings.push_back(ownership(schemaOf(text, Database::centro)));
-        auto pool = std::make_shared<Pool>(place);
+        Target target = targetToMake(text, schemaOf(text, which));
+        if (isPassing(target.schema))
+            target.settings.push_back(ownership(schemaOf(text, Database::centro)));
+        auto pool = std::make_shared<Pool>(target);
         try {
-            createSchema(*pool, place.schema);
+            createSchema(*pool, target.schema);
         } catch (const DataError& failure) {
             if (isTaken(failure))
-                failTaken(text, place.schema);
+                failTaken(text, target.schema);
             if (failure.engineCode().starts_with("42501"))
                 failFor(nameless(text),
                         u"no deja a este usuario crear esquemas: pida a quien administra el servidor "
@@ -244,16 +246,16 @@ public:
     void remove(StringView location, Database which) override
     {
         const ConnectionText text(location);
-        Pool pool(placeToMake(text, schemaOf(text, which)));
-        dropSchema(pool, pool.place().schema);
+        Pool pool(targetToMake(text, schemaOf(text, which)));
+        dropSchema(pool, pool.target().schema);
     }
     ConnectionPtr temporary(StringView location, Database which) override
     {
         const ConnectionText text(location);
         const String name = passingName(Purpose::guion);
-        Place place = placeToMake(text, name + String(suffixOf(which)));
-        place.settings.push_back(ownership(name));
-        auto schema = std::make_shared<TemporarySchema>(place);
+        Target target = targetToMake(text, name + String(suffixOf(which)));
+        target.settings.push_back(ownership(name));
+        auto schema = std::make_shared<TemporarySchema>(target);
         if (which == Database::centro)
             dropOrphans(schema->pool, name);
         return std::make_shared<OdbcConnection>(std::shared_ptr<Pool>(schema, &schema->pool));
@@ -267,7 +269,7 @@ public:
     }
 
 private:
-    struct Known {
+    struct KnownServer {
         const Server* server = nullptr;
         std::shared_ptr<Outage> outage;
     };
@@ -276,7 +278,7 @@ private:
     {
         const String name = text.find(u"ESQUEMA").value_or(u"");
         String result = (name.empty() ? u"centro" : name) + String(suffixOf(which));
-        // The server would cut it, and take the three schemas for one.
+        // The server truncates names, and the three would collide.
         constexpr std::size_t longest = 63;
         if (toUtf8(result).size() > longest)
             failFor(text, u"nombra un esquema demasiado largo: con «_borrado» y «_entrada» detrás, el nombre "
@@ -284,8 +286,8 @@ private:
         return result;
     }
 
-    /// Asked for once: what stands behind a connection text does not change.
-    const Known& serverOf(const ConnectionText& text)
+    /// Cache by connection string: which server is behind one does not change.
+    const KnownServer& serverOf(const ConnectionText& text)
     {
         const ConnectionText plain = forDriver(text);
         const std::chrono::seconds patience = longestSilence(text);
@@ -304,35 +306,35 @@ private:
         }
     }
 
-    Place placeIn(const ConnectionText& text, String schema)
+    Target targetIn(const ConnectionText& text, String schema)
     {
-        const Known& known = serverOf(text);
-        Place place{.server = known.server,
-                    .connectionText = {},
-                    .schema = std::move(schema),
-                    .patience = longestSilence(text),
-                    .settings = {},
-                    .outage = known.outage};
+        const KnownServer& known = serverOf(text);
+        Target target{.server = known.server,
+                      .connectionText = {},
+                      .schema = std::move(schema),
+                      .patience = longestSilence(text),
+                      .settings = {},
+                      .outage = known.outage};
         ConnectionText plain = forDriver(text);
-        addOptions(plain, place.server->driverOptions);
-        place.connectionText = plain.text();
-        if (!place.server->settings.empty())
-            place.settings.emplace_back(place.server->settings);
-        if (!place.server->patience.empty())
-            place.settings.push_back(
-                statement(place.server->patience, {static_cast<Long>(longestStatement(text).count())}));
-        if (!place.schema.empty())
-            place.settings.push_back(searchPath(place.schema));
-        return place;
+        addOptions(plain, target.server->driverOptions);
+        target.connectionText = plain.text();
+        if (!target.server->settings.empty())
+            target.settings.emplace_back(target.server->settings);
+        if (!target.server->patience.empty())
+            target.settings.push_back(
+                statement(target.server->patience, {static_cast<Long>(longestStatement(text).count())}));
+        if (!target.schema.empty())
+            target.settings.push_back(searchPath(target.schema));
+        return target;
     }
 
-    Place placeToMake(const ConnectionText& text, String schema)
+    Target targetToMake(const ConnectionText& text, String schema)
     {
         const Server& server = *serverOf(text).server;
         if (!server.makesSchools)
             failFor(text,
                     u"es un motor en el que las bases las crea su administrador; ábrala cuando exista.");
-        return placeIn(text, std::move(schema));
+        return targetIn(text, std::move(schema));
     }
 
     ConnectionPtr existing(ConnectionText text, Database which, StringView more)
@@ -343,10 +345,10 @@ private:
             schema = schemaOf(text, which);
         else
             nameDatabase(text, server.placing, which);
-        Place place = placeIn(text, schema);
+        Target target = targetIn(text, schema);
         if (!more.empty())
-            place.settings.emplace_back(more);
-        auto pool = std::make_shared<Pool>(place);
+            target.settings.emplace_back(more);
+        auto pool = std::make_shared<Pool>(target);
         if (!schema.empty() &&
             !pool->run(u"SELECT nspname FROM pg_namespace WHERE nspname=" + textLiteral(schema))->row())
             failFor(text, u"no tiene el esquema «" + schema +
@@ -354,7 +356,7 @@ private:
         return std::make_shared<OdbcConnection>(std::move(pool));
     }
 
-    std::map<String, Known> servers_;
+    std::map<String, KnownServer> servers_;
 };
 
 } // namespace

@@ -4,11 +4,12 @@
 
 namespace zv {
 
-/// Database servers through ODBC, scheme "odbc". A location is a connection text for the driver manager
-/// ("DSN=colegio;UID=secretaria"), with one attribute of our own, where the server parts a database in
-/// schemas (PostgreSQL): ESQUEMA=NAME, "centro" if it is not given; the other two databases are the schemas
-/// NAME_borrado and NAME_entrada. On other servers they are databases, data sources or files called so.
-/// create() and temporary() work on PostgreSQL only: elsewhere a school is made by its administrator.
+/// Database servers through ODBC, scheme "odbc". A location is a connection string for the driver manager
+/// ("DSN=colegio;UID=secretaria"), with two attributes of our own: ESPERA=N, timeout of a statement in
+/// seconds (60; 0: none), and, on servers with schemas (PostgreSQL), ESQUEMA=NAME, default "centro"; the
+/// other two databases are the schemas NAME_borrado and NAME_entrada. On other servers they are databases,
+/// data sources or files with these suffixes. create() and temporary() work on PostgreSQL only: elsewhere a
+/// school is made by its administrator.
 std::unique_ptr<Engine> odbcEngine();
 
 } // namespace zv

@@ -2,8 +2,8 @@
 
 #include "data/DataError.h"
 #include "runtime/PrivateFile.h"
+#include "runtime/System.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <stdexcept>
 
@@ -21,12 +21,11 @@ namespace {
 
 std::optional<String> passwordFromOutside()
 {
-    if (const char* word = std::getenv("ZV_CONTRASENA"); word && *word)
-        return fromUtf8(word);
-    const char* name = std::getenv("ZV_CONTRASENA_FICHERO");
-    if (!name || !*name)
+    if (const auto word = environment("ZV_CONTRASENA"); word && !word->empty())
+        return fromUtf8(*word);
+    const std::filesystem::path file = pathInEnvironment("ZV_CONTRASENA_FICHERO");
+    if (file.empty())
         return std::nullopt;
-    const std::filesystem::path file = name;
     std::ifstream stream(file);
     std::string line;
     if (!stream || std::filesystem::is_directory(file))

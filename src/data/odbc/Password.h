@@ -6,9 +6,9 @@
 
 namespace zv::odbc {
 
-/// The password for connection texts that bring none, so that it stands in no list of processes: what
-/// ZV_CONTRASENA holds, or the first line of the file that ZV_CONTRASENA_FICHERO names. Without both, the
-/// driver finds one in odbc.ini, or none. Fails if the file cannot be read, is empty or open to others.
+/// Password for connection strings without one, so that it shows in no process list: from the variable
+/// ZV_CONTRASENA, or the first line of the file named by ZV_CONTRASENA_FICHERO. nullopt without both; the
+/// driver may have one in odbc.ini. Fails if the file is unreadable, empty or accessible to others.
 std::optional<String> passwordFromOutside();
 
 } // namespace zv::odbc

@@ -27,7 +27,7 @@ namespace fs = std::filesystem;
 
 const fs::path ownFiles = "/proc/self/fd";
 
-/// Whether a database may be at the other end. A desktop's own services have local sockets too.
+/// Filters out local sockets that are no database's, such as those of a desktop's services.
 bool leadsToServer(int file)
 {
     sockaddr_un peer{};
@@ -86,7 +86,7 @@ void Socket::cut() { shutdown(copy_, SHUT_RDWR); }
 
 namespace {
 
-/// A thread that gets none of the signals that are meant for the host's.
+/// Starts a thread with all signals blocked, so that they stay the host's.
 std::thread quietThread(const std::function<void()>& life)
 {
     sigset_t all;
@@ -100,7 +100,7 @@ std::thread quietThread(const std::function<void()>& life)
 
 } // namespace
 #else
-// Such a system does not say which sockets a process has.
+// Not supported: such a system does not list a process's sockets.
 std::set<std::string> Socket::open() { return {}; }
 void Socket::find(const std::set<std::string>& /*before*/) {}
 Socket::~Socket() = default;
@@ -109,7 +109,7 @@ void Socket::cut() {}
 static std::thread quietThread(const std::function<void()>& life) { return std::thread(life); }
 #endif
 
-/// One thread for all connections of the process, as long as there is one.
+/// Timer thread shared by all connections of the process (reference-counted): it ends with the last one.
 class Watchdog {
 public:
     static std::shared_ptr<Watchdog> shared()
@@ -144,7 +144,8 @@ public:
         const std::lock_guard lock(mutex_);
         std::erase(all_, &one);
     }
-    /// It is woken where it sleeps longer than that, so that hardly any statement costs a change of threads.
+    /// Wakes the thread only if it sleeps beyond that deadline, so that most statements cost no context
+    /// switch.
     void set(Patience& one, Patience::Clock::time_point deadline)
     {
         const std::lock_guard lock(mutex_);
@@ -180,9 +181,9 @@ private:
     std::mutex mutex_;
     std::condition_variable change_;
     std::vector<Patience*> all_;
-    Patience::Clock::time_point awake_ = Patience::Clock::time_point::max(); ///< When it looks next.
+    Patience::Clock::time_point awake_ = Patience::Clock::time_point::max(); ///< Time of the next check.
     bool over_ = false;
-    std::thread thread_; ///< Begins when all else is there.
+    std::thread thread_; ///< Last member: it starts when the others are initialised.
 };
 
 Patience::Patience(Socket& socket, std::chrono::seconds longest) : socket_(socket), longest_(longest)

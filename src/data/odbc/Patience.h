@@ -8,12 +8,12 @@
 
 namespace zv::odbc {
 
-/// The socket below a driver's connection, which no driver shows: the only one that this process has more
-/// after the driver connected. Where that is not told (another thread connected meanwhile, or the system does
-/// not list what a process has open) it is not known.
+/// Duplicate of the socket below a driver's connection, which ODBC does not expose: found as the one
+/// descriptor that is new after connecting. Unknown if there is not exactly one (another thread connected
+/// meanwhile), or the system does not list a process's descriptors.
 class Socket {
 public:
-    /// Connects by `connect`, and finds the socket.
+    /// Calls `connect`, and finds the socket.
     template <class Connect>
     explicit Socket(Connect&& connect)
     {
@@ -25,27 +25,27 @@ public:
     Socket& operator=(const Socket&) = delete;
     ~Socket();
 
-    /// Whether the server has ended the connection, or the network has; nothing where it is not known.
+    /// Whether the peer or the network closed the connection; nullopt if the socket is unknown.
     std::optional<bool> ended() const;
-    /// Whoever waits for the server on it is told that the connection is gone.
+    /// Shuts the socket down, so that a thread blocked in a driver's call on it returns with an error.
     void cut();
 
 private:
     static std::set<std::string> open();
     void find(const std::set<std::string>& before);
 
-    int copy_ = -1; ///< So that the number stays this socket's, whatever the driver closes.
+    int copy_ = -1; ///< Duplicated descriptor: its number cannot be reused when the driver closes its own.
 };
 
 class Watchdog;
 
-/// How long a connection waits for a server that says nothing, at each call of its driver: then the
-/// connection is cut. Drivers wait without end as long as the server's machine answers for it.
+/// Timeout of a connection's blocking calls: a watchdog cuts the socket. Needed because drivers block for
+/// ever while the server's kernel still acknowledges, though its process hangs.
 class Patience {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// Zero: without end.
+    /// `longest` zero, or a socket that is unknown: no timeout.
     Patience(Socket& socket, std::chrono::seconds longest);
     Patience(const Patience&) = delete;
     Patience& operator=(const Patience&) = delete;
@@ -61,7 +61,7 @@ private:
     Socket& socket_;
     std::chrono::seconds longest_;
     std::shared_ptr<Watchdog> watchdog_;
-    Clock::time_point deadline_ = Clock::time_point::max(); ///< Of the call that waits now.
+    Clock::time_point deadline_ = Clock::time_point::max(); ///< Of the current call; max(): none.
     bool ranOut_ = false;
 };
 

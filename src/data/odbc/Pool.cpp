@@ -6,12 +6,13 @@
 namespace zv::odbc {
 namespace {
 
-// A server that refuses says so at once. One that is cut off says nothing, and a dialog that saves a section
-// runs hundreds of statements: they are not to wait for it one by one.
+// Circuit breaker: a connection attempt that took `longWait` (an unreachable server does not even refuse)
+// opens it for `pause`. A dialog that saves a section runs hundreds of statements, and each would wait for
+// the timeout.
 constexpr std::chrono::seconds longWait{1};
 constexpr std::chrono::seconds pause{2};
 
-/// Whether a server's words have that name between quotes, of whatever kind its language has.
+/// Whether a server's message contains the name in quotes, of any language's kind.
 bool isNamed(StringView index, StringView words)
 {
     constexpr StringView quotes = u"\"'`«»„“”‘’.\u00A0";
@@ -25,8 +26,8 @@ bool isNamed(StringView index, StringView words)
     return false;
 }
 
-/// Whether a link has ended while it stood idle: found out before a statement is sent on it, for one that was
-/// sent may have run and is not sent again. Where the socket does not tell, any answer does.
+/// Liveness check of an idle link before a statement is sent: a statement that failed after sending may have
+/// run, and must not be retried. Without the socket, by a ping.
 bool hasEnded(const std::shared_ptr<Link>& link)
 {
     constexpr std::chrono::seconds longIdle{1};
@@ -44,33 +45,33 @@ bool hasEnded(const std::shared_ptr<Link>& link)
 
 } // namespace
 
-Pool::Pool(Place place) : place_(std::move(place)), lossesSeen_(place_.outage->losses) { link(); }
+Pool::Pool(Target target) : target_(std::move(target)), lossesSeen_(target_.outage->losses) { link(); }
 
-/// Where one is lost, the others have not noticed yet, here and in the school's other databases. Nobody is
-/// told a second time but who reads on from rows that stand open: these keep their link for themselves.
+/// Drops all links after one was lost, here and in the school's other databases (through the shared counter),
+/// so that one outage is reported once. Open recordsets still own their link, and fail when they are read on.
 void Pool::noticeLosses()
 {
     if (links_.find([](const auto& each) { return each->isLost(); }))
-        ++place_.outage->losses;
-    if (std::exchange(lossesSeen_, place_.outage->losses) != place_.outage->losses)
+        ++target_.outage->losses;
+    if (std::exchange(lossesSeen_, target_.outage->losses) != target_.outage->losses)
         links_.clear();
 }
 
 void Pool::pauseAfter(const DataError& failure)
 {
-    place_.outage->failure = failure;
-    place_.outage->until = Outage::Clock::now() + pause;
+    target_.outage->failure = failure;
+    target_.outage->until = Outage::Clock::now() + pause;
 }
 
 std::shared_ptr<Link> Pool::freshLink()
 {
-    Outage& outage = *place_.outage;
+    Outage& outage = *target_.outage;
     const auto begun = Outage::Clock::now();
     if (outage.failure && begun < outage.until)
         throw DataError(*outage.failure);
     try {
-        auto fresh = std::make_shared<Link>(place_.connectionText, place_.patience);
-        for (const String& setting : place_.settings)
+        auto fresh = std::make_shared<Link>(target_.connectionText, target_.patience);
+        for (const String& setting : target_.settings)
             StatementRows(fresh, setting);
         return fresh;
     } catch (const DataError& failure) {
@@ -80,7 +81,7 @@ std::shared_ptr<Link> Pool::freshLink()
     }
 }
 
-/// Inside a transaction all statements run on the link that began it.
+/// Checks out an idle link or opens one; within a transaction, always its link.
 std::shared_ptr<Link> Pool::link()
 {
     if (transaction_)
@@ -98,7 +99,7 @@ std::shared_ptr<Link> Pool::link()
     return fresh;
 }
 
-/// Each driver begins and ends one in its own way, and none wants to be told by a statement.
+/// Intercepts transaction statements: ODBC has calls for them, and drivers object to the statements.
 bool Pool::controlsTransaction(StringView statement)
 {
     if (sameName(statement, u"BEGIN") && !transaction_) {
@@ -116,21 +117,22 @@ bool Pool::controlsTransaction(StringView statement)
 
 Pool::TableIndexes Pool::indexesOf(StringView table, const std::shared_ptr<Link>& on)
 {
-    // A transaction in which a statement failed may answer nothing any more.
+    // A link of its own within a transaction, since a failed one rejects all further statements (PostgreSQL).
     const std::shared_ptr<Link> asked = transaction_ ? freshLink() : on;
     for (const String& name : {String(table), lowerName(table)}) {
-        TableIndexes found{asked->uniqueIndexes(place_.schema, name), {}};
+        TableIndexes found{asked->uniqueIndexes(target_.schema, name), {}};
         if (found.unique.empty())
             continue;
-        found.primaryKey = asked->primaryKey(place_.schema, name);
+        found.primaryKey = asked->primaryKey(target_.schema, name);
         return found;
     }
     return {};
 }
 
-/// Servers have one failure for every index that is unique. Which it was stands in their words, in their
-/// language; where the words name none, any may have been it. They are asked for a table's indexes once, and
-/// again when they name another: stations that draw the same key fail often.
+/// Whether a unique violation is the key's: servers have one error for all unique indexes, and name the index
+/// only in their message, in their language. Without a name, every index of the table is suspect. Indexes are
+/// cached by table and read again when an unknown one is named, as stations that draw the same key fail
+/// often.
 bool Pool::isTakenKey(const DataError& failure, const std::shared_ptr<Link>& on)
 {
     const std::optional<String> table = writtenTable(failure.statement());
@@ -145,7 +147,7 @@ bool Pool::isTakenKey(const DataError& failure, const std::shared_ptr<Link>& on)
         return true;
     }
     const bool anyNamed = std::ranges::any_of(known.unique, named);
-    // PostgreSQL names one always: of no index here, it is one of another table, which a trigger writes.
+    // PostgreSQL always names the index: an unknown one belongs to another table, written by a trigger.
     if (!anyNamed && failure.engineCode().starts_with("23505"))
         return false;
     return std::ranges::all_of(known.unique, [&](const UniqueIndex& each) {
@@ -170,7 +172,7 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
         if (on->wasCut())
             pauseAfter(failure);
         noticeLosses();
-        // SQLite has told the columns itself.
+        // Not for SQLite (no state 23): its message has already decided, see Failure.cpp.
         if (failure.number() == failure::keyExists && failure.engineCode().starts_with("23") &&
             !isTakenKey(failure, on))
             throw DataError(failure::brokenConstraint, failure.engineCode(), failure.engineText(), statement);
@@ -179,6 +181,6 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
 }
 
 EngineInfo Pool::engine() { return link()->engine(); }
-std::vector<FoundTable> Pool::tables() { return link()->tables(place_.schema); }
+std::vector<FoundTable> Pool::tables() { return link()->tables(target_.schema); }
 
 } // namespace zv::odbc

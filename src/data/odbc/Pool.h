@@ -11,34 +11,34 @@
 
 namespace zv::odbc {
 
-/// What is known of the losses of a server, the same for the databases of a school.
+/// Circuit breaker of a server, shared by the databases of a school.
 struct Outage {
     using Clock = std::chrono::steady_clock;
-    int losses = 0;                   ///< How many links were lost so far.
-    Clock::time_point until;          ///< So long nobody asks it again, since it let the last one wait.
-    std::optional<DataError> failure; ///< What that one was told.
+    int losses = 0;                   ///< Number of links lost so far.
+    Clock::time_point until;          ///< Open until then: new links fail at once.
+    std::optional<DataError> failure; ///< The failure that opened it, repeated meanwhile.
 };
 
-/// How a database of a server is reached.
-struct Place {
+/// A database on a server, and how a pool opens links to it.
+struct Target {
     const Server* server = nullptr;
     String connectionText;
-    String schema;                   ///< Where the server has them; else empty.
-    std::chrono::seconds patience{}; ///< With a server that says nothing, as a link has it.
-    std::vector<String> settings;    ///< Run on each new link.
+    String schema;                   ///< Empty on servers without schemas.
+    std::chrono::seconds patience{}; ///< Timeout of a driver's call, see Link.
+    std::vector<String> settings;    ///< Statements run on each new link.
     std::shared_ptr<Outage> outage;
 };
 
-/// A database: as many links as there are cursors open at a time. A statement runs on a link without cursors,
-/// so that what it writes is committed when it returns.
+/// Connection pool of a database. A statement runs on an idle link (without cursors), so that what it writes
+/// is committed when it returns.
 class Pool {
 public:
-    explicit Pool(Place place);
+    explicit Pool(Target target);
 
-    const Place& place() const { return place_; }
-    /// Runs a statement and reads its first rows. None if it has no columns. A link that is lost under a
-    /// statement fails with connectionLost, once: the next statement opens a new one. One that ended before
-    /// is opened anew, and nobody is told.
+    const Target& target() const { return target_; }
+    /// Runs a statement and reads its first rows; nullptr if it has no columns. A link lost during a
+    /// statement fails with connectionLost, once: the next statement reconnects. One lost while idle is
+    /// replaced silently.
     std::unique_ptr<Cursor> run(StringView statement);
     EngineInfo engine();
     std::vector<FoundTable> tables();
@@ -46,7 +46,7 @@ public:
 private:
     struct TableIndexes {
         std::vector<UniqueIndex> unique;
-        std::vector<String> primaryKey; ///< Its columns.
+        std::vector<String> primaryKey; ///< Columns.
     };
 
     std::shared_ptr<Link> link();
@@ -57,11 +57,11 @@ private:
     TableIndexes indexesOf(StringView table, const std::shared_ptr<Link>& on);
     bool isTakenKey(const DataError& failure, const std::shared_ptr<Link>& on);
 
-    Place place_;
+    Target target_;
     Handles<Link> links_;
-    std::map<String, TableIndexes> indexes_; ///< By the table's name in small letters.
+    std::map<String, TableIndexes> indexes_; ///< Cache by the table's name in lower case.
     int lossesSeen_ = 0;
-    std::shared_ptr<Link> transaction_; ///< The link on which one was begun.
+    std::shared_ptr<Link> transaction_; ///< Link of the running transaction, or nullptr.
 };
 
 } // namespace zv::odbc

@@ -9,7 +9,7 @@
 namespace zv::odbc {
 namespace {
 
-// The locks of this system's schemas, among those that others may have on the same server.
+// Namespace (first number) of our advisory locks on a server, apart from those of other programs.
 constexpr StringView lockKind = u"23126";
 
 constexpr StringView ofGuion = u"zv_guion_";
@@ -86,7 +86,8 @@ bool isPassing(StringView name) { return name.starts_with(ofGuion) || name.start
 
 String ownership(StringView name) { return u"SELECT pg_advisory_lock_shared" + lockOf(name); }
 
-/// Nobody but the dead leaves a lock free: it goes with the connection that had it, however that ends.
+/// The server frees an advisory lock with the session that held it, however that ends: an exclusive lock that
+/// can be acquired proves that no owner lives.
 void dropOrphans(Pool& pool, StringView ownName)
 {
     const auto orphans =
@@ -106,17 +107,17 @@ void dropOrphans(Pool& pool, StringView ownName)
     }
 }
 
-TemporarySchema::TemporarySchema(const Place& place) : pool(place), owner(place)
+TemporarySchema::TemporarySchema(const Target& target) : pool(target), owner(target)
 {
-    createSchema(pool, place.schema);
+    createSchema(pool, target.schema);
 }
 
 TemporarySchema::~TemporarySchema()
 {
     try {
-        dropSchema(pool, pool.place().schema);
+        dropSchema(pool, pool.target().schema);
     } catch (const RuntimeError&) {
-        // The server is gone; the next that makes one takes away what is left.
+        // Server gone: leftovers are dropped by the next process that creates schemas (dropOrphans).
     }
 }
 

@@ -7,39 +7,40 @@
 
 namespace zv::odbc {
 
-/// The schemas of a school on a server that has them: NAME, NAME_borrado, NAME_entrada.
+/// Suffix of a database's schema: NAME, NAME_borrado, NAME_entrada.
 StringView suffixOf(Database which);
-/// In the order in which they are made and renamed.
+/// In the order of creation and renaming.
 constexpr std::array everyDatabase{Database::centro, Database::borrado, Database::entrada};
 
-/// The setting by which a link finds its tables there.
+/// Setting of a link that selects the schema (search_path).
 String searchPath(StringView schema);
 void createSchema(Pool& pool, StringView name);
 void dropSchema(Pool& pool, StringView name);
-/// Those of the three that are there.
+/// Which of the three exist.
 std::vector<String> existingSchemas(Pool& pool, StringView name);
-/// The three get another name, all or none.
+/// Renames the three, in one transaction.
 void renameSchemas(Pool& pool, StringView from, StringView to);
 
-/// For what schemas are named that are not to last.
+/// Kinds of temporary schemas.
 enum class Purpose {
-    guion, ///< Gone with what is played on them.
-    nuevo  ///< Of a school that is being made; they get its name when it is complete.
+    guion, ///< Dropped when the guion ends.
+    nuevo  ///< Of a school in the making; renamed when it is complete.
 };
-/// A name that nobody else has.
+/// Unique random name for temporary schemas.
 String passingName(Purpose purpose);
 bool isPassing(StringView name);
-/// A setting for the links of who made schemas of a passing name: as long as one stands, they have an owner.
+/// Setting for the links of the creator of temporary schemas: a shared advisory lock, held as long as one of
+/// the links lives, marks them as owned.
 String ownership(StringView name);
-/// Takes away the schemas of passing names whose owner has died. What this user may not drop stays.
+/// Garbage collection: drops temporary schemas without an owner. Those that this user may not drop stay.
 void dropOrphans(Pool& pool, StringView ownName);
 
-/// A schema that goes with its last user.
+/// RAII owner of a temporary schema.
 struct TemporarySchema {
     Pool pool;
-    Pool owner; ///< Its link has the ownership while one of the other's is lost and not yet opened anew.
+    Pool owner; ///< Second link, so that the lock is held while a lost one of `pool` is not yet replaced.
 
-    explicit TemporarySchema(const Place& place);
+    explicit TemporarySchema(const Target& target);
     TemporarySchema(const TemporarySchema&) = delete;
     TemporarySchema& operator=(const TemporarySchema&) = delete;
     ~TemporarySchema();

@@ -9,9 +9,8 @@ namespace {
 constexpr Dialect standardSql{.joinTexts = u"||", .deleteWithStar = false};
 
 constexpr std::array servers{
-    // Rows come in portions instead of all at once; a truth value as a number. Waiting for a lock ends after
-    // 5 s, for a server that is cut off after 10. All stations count the same hours, also in the night when
-    // clocks are put forward.
+    // Rows are fetched in batches, truth values as numbers. Timeouts: 5 s for a lock, 10 s for an unreachable
+    // server (keepalive). UTC, so that timestamps of all stations compare, also across a change of clocks.
     Server{.name = u"PostgreSQL",
            .dialect = standardSql,
            .makesSchools = true,
@@ -25,7 +24,7 @@ constexpr std::array servers{
     Server{.name = u"Microsoft SQL Server",
            .dialect = {.deleteWithStar = false},
            .settings = u"SET LOCK_TIMEOUT 5000; SET QUOTED_IDENTIFIER ON"},
-    // Its SQL is the one that the dialogs are written in.
+    // No translation: the dialogs are written in its dialect.
     Server{.name = u"ACCESS", .placing = Placing::files},
     Server{.name = u"SQLite", .dialect = standardSql, .keepsAllTexts = true, .placing = Placing::files},
     Server{.name = u"MariaDB",

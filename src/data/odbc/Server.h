@@ -4,27 +4,27 @@
 
 namespace zv::odbc {
 
-/// How the three databases of a school stand on a server.
+/// How the three databases of a school are told apart on a kind of server.
 enum class Placing {
     schemas,   ///< Schemas of one database: NAME, NAME_borrado, NAME_entrada.
     databases, ///< Databases, or data sources: NAME, NAME_borrado, NAME_entrada.
     files      ///< Files side by side: colegio.db, colegio.borrado.db, colegio.entrada.db.
 };
 
-/// What is known of a kind of server. All but the name has a value that changes nothing.
+/// Properties of a kind of server. The defaults change nothing.
 struct Server {
-    StringView name; ///< How the name begins that the driver gives its engine.
+    StringView name; ///< Prefix of the engine's name as the driver reports it.
     Dialect dialect = {};
-    bool makesSchools = false;  ///< Else an administrator does.
-    bool keepsAllTexts = false; ///< It stores any text, if the driver takes it.
+    bool makesSchools = false;  ///< Whether we can create schools there; else an administrator does.
+    bool keepsAllTexts = false; ///< It stores all of Unicode, if the driver does.
     Placing placing = Placing::databases;
-    StringView settings = {};         ///< Run on each connection before anything else.
-    StringView patience = {};         ///< How long a statement may take there: "{}" seconds.
-    StringView readOnlySettings = {}; ///< Run besides where nothing may be changed.
-    StringView driverOptions = {}; ///< Attributes for the connection text, for those that it does not give.
+    StringView settings = {};         ///< Statements run first on each link.
+    StringView patience = {};         ///< Pattern of the statement that sets the timeout, in seconds.
+    StringView readOnlySettings = {}; ///< Statements run in addition for a read-only link.
+    StringView driverOptions = {};    ///< Defaults for attributes missing in the connection string.
 };
 
-/// The server of a name that a driver gives; one that is not known takes the statements as they are written.
+/// Lookup by the name that a driver reports; the default for an unknown one leaves statements untranslated.
 const Server& serverNamed(StringView name);
 
 } // namespace zv::odbc

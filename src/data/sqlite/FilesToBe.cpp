@@ -2,13 +2,6 @@
 
 #include "data/sqlite/File.h"
 
-#ifndef _WIN32
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
-
 namespace zv::sqlite {
 namespace {
 
@@ -47,45 +40,25 @@ FilesToBe::Folder::Folder(const fs::path& live) : path_(fs::path(live) += ".crea
     failFor(live, noRight);
 }
 
-#ifdef _WIN32
-bool FilesToBe::Folder::lock() { return true; }
-FilesToBe::Folder::~Folder()
-{
-    std::error_code ignored;
-    fs::remove(path_, ignored);
-}
-#else
 /// Race: False if whoever held the lock removed the folder meanwhile.
 bool FilesToBe::Folder::lock()
 {
-    const int handle = open(path_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (handle < 0 && errno == ENOENT)
-        return false;
-    if (handle < 0 && (errno == ELOOP || errno == ENOTDIR))
-        failFor(path_, inTheWay);
-    if (handle < 0)
-        failFor(path_, noRight);
-    struct stat locked {};
-    struct stat there {};
-    const bool free = flock(handle, LOCK_EX | LOCK_NB) == 0;
-    if (free && fstat(handle, &locked) == 0 && stat(path_.c_str(), &there) == 0 &&
-        locked.st_dev == there.st_dev && locked.st_ino == there.st_ino) {
-        handle_ = handle;
+    switch (lock_.take(path_)) {
+    case FolderLock::Result::taken:
         return true;
-    }
-    close(handle);
-    if (!free)
+    case FolderLock::Result::gone:
+        return false;
+    case FolderLock::Result::noFolder:
+        failFor(path_, inTheWay);
+    case FolderLock::Result::busy:
         failFor(path_, u"es de otro programa, que está creando ahí el mismo colegio: espere a que termine.");
-    return false;
+    case FolderLock::Result::denied:
+        break;
+    }
+    failFor(path_, noRight);
 }
 
-FilesToBe::Folder::~Folder()
-{
-    std::error_code ignored;
-    fs::remove(path_, ignored);
-    close(handle_);
-}
-#endif
+FilesToBe::Folder::~Folder() { lock_.remove(path_); }
 
 FilesToBe::FilesToBe(fs::path live) : live_(std::move(live)), folder_(live_)
 {
@@ -140,6 +113,9 @@ void FilesToBe::putInPlace()
             fs::rename(aside(which), place(which));
     }
     placed_ = true;
+    // Now, and not at the end: where a file is open under one name, some systems remove no other of its
+    // names.
+    clear();
 }
 
 } // namespace zv::sqlite

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/Engine.h"
+#include "data/sqlite/FolderLock.h"
 
 namespace zv::sqlite {
 
@@ -30,7 +31,7 @@ private:
     private:
         bool lock();
         std::filesystem::path path_;
-        int handle_ = -1;
+        FolderLock lock_;
     };
 
     std::filesystem::path aside(Database which) const;

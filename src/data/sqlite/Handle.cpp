@@ -116,7 +116,7 @@ int waitForOthers(void* /*none*/, int waited)
 bool isDiskFull(sqlite3* handle)
 {
     const int code = sqlite3_errcode(handle) & 0xFF;
-    const std::error_code cause(sqlite3_system_errno(handle), std::generic_category());
+    const std::error_code cause(sqlite3_system_errno(handle), std::system_category());
     return code == SQLITE_FULL ||
            ((code == SQLITE_IOERR || code == SQLITE_CANTOPEN) &&
             (cause == std::errc::no_space_on_device || cause == std::errc::file_too_large));
@@ -127,8 +127,12 @@ void EndStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(
 
 std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, Opening opening, Durability durability)
 {
+    // Windows has two ways to its files, and only this one takes paths of any length; elsewhere there is none
+    // of the name.
+    constexpr const char* longPaths = "win32-longpath";
     sqlite3* opened = nullptr;
-    const int result = sqlite3_open_v2(nameOf(file, opening).c_str(), &opened, flagsOf(opening), nullptr);
+    const int result = sqlite3_open_v2(nameOf(file, opening).c_str(), &opened, flagsOf(opening),
+                                       sqlite3_vfs_find(longPaths) ? longPaths : nullptr);
     auto handle = std::make_shared<Handle>();
     handle->database.reset(opened);
     if (result != SQLITE_OK)

@@ -29,6 +29,18 @@ void StageDesktop::messageBox(StringView prompt, Integer flags, StringView title
 
 void StageDesktop::beep() { play_.beep(); }
 
+void StageDesktop::doEvents()
+{
+    play_.repainted();
+    QtDesktop::doEvents();
+}
+
+void StageDesktop::changed(PropertyOwner& owner, const PropertyBase* property)
+{
+    play_.changed(owner, property);
+    QtDesktop::changed(owner, property);
+}
+
 void StageDesktop::handlerFailed(const RuntimeError& error)
 {
     play_.failed(error);

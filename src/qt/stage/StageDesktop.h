@@ -18,7 +18,9 @@ public:
     void closed(Form& form) override;
     void messageBox(StringView prompt, Integer flags, StringView title) override;
     void beep() override;
+    void doEvents() override;
     void handlerFailed(const RuntimeError& error) override;
+    void changed(PropertyOwner& owner, const PropertyBase* property) override;
 
     /// Runs a function that sends events to the widgets. A mistake of the guion met meanwhile is held back
     /// (exception_ptr) until the toolkit's own routines, which know no exceptions, have returned.

@@ -18,7 +18,7 @@ constexpr int base64 = sodium_base64_VARIANT_ORIGINAL;
 
 using Bytes = std::vector<unsigned char>;
 
-/// Before anything else is asked of the library.
+/// Initialises the library, once; required before any other call.
 void begin()
 {
     static const bool ready = sodium_init() >= 0;
@@ -30,13 +30,13 @@ std::string toBase64(const Bytes& bytes)
 {
     std::string text(sodium_base64_encoded_len(bytes.size(), base64), '\0');
     sodium_bin2base64(text.data(), text.size(), bytes.data(), bytes.size(), base64);
-    text.pop_back(); // The library ends it with a zero.
+    text.pop_back(); // Terminating zero.
     return text;
 }
 
 std::optional<Bytes> fromBase64(std::string_view text)
 {
-    // The library wants a place for the bytes, also where there are none.
+    // One more byte, so that the buffer is never empty: the library wants a valid pointer.
     Bytes bytes(text.size() + 1);
     std::size_t length = 0;
     if (sodium_base642bin(bytes.data(), bytes.size(), text.data(), text.size(), nullptr, &length, nullptr,

@@ -7,19 +7,19 @@
 
 namespace zv {
 
-/// A secret key, and what is done with it: XChaCha20-Poly1305, a fresh nonce for each text, base64. The text
-/// inside is UTF-8.
+/// Secret key for authenticated encryption: XChaCha20-Poly1305 of the text in UTF-8, with a random nonce for
+/// each text, all in Base64.
 class CipherKey {
 public:
     static CipherKey random();
-    /// From what text() gives; nothing for any other text.
+    /// Inverse of text(); nullopt for any other text.
     static std::optional<CipherKey> parse(std::string_view text);
-    /// For the key file: one word of hexadecimal digits.
+    /// Serialised for the key file: hexadecimal digits.
     std::string text() const;
 
-    /// Fails with 5 where a surrogate stands alone: it would not come back.
+    /// Encrypts. Fails with 5 on a lone surrogate, which UTF-8 would not preserve.
     String seal(StringView plain) const;
-    /// Nothing if the text was made with another key, or changed since.
+    /// Decrypts; nullopt if authentication fails: another key, or a modified text.
     std::optional<String> open(StringView sealed) const;
 
 private:

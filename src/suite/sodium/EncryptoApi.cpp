@@ -9,7 +9,7 @@ namespace zv {
 CipherKey keyFromFile(bool make)
 {
     const std::filesystem::path file = keyPlace();
-    // Another program may make it at the same moment: what counts is what is there afterwards.
+    // Race: another process may create it at the same moment. Result ignored, the file read anew.
     if (make && !exists(file))
         createKey(file, CipherKey::random());
     return readKey(file);

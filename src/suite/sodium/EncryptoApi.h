@@ -7,13 +7,13 @@
 
 namespace zv {
 
-/// Gives the key in use. With `make`, makes one where there is none.
+/// Callback that gives the current key. With `make`, it generates one if there is none.
 using KeySource = std::function<CipherKey(bool make)>;
 /// The key of the key file.
 CipherKey keyFromFile(bool make);
 
-/// The stand-in for the suite's cipher, reached by name like it. A first text to encipher makes the key; one
-/// to decipher does not, for no new key would open it.
+/// Stand-in for the suite's cipher, late-bound like it. Encrypting generates a missing key; decrypting does
+/// not, as a new key would not open the text.
 class EncryptoApi final : public Object {
 public:
     explicit EncryptoApi(KeySource key) : key_(std::move(key)) {}
@@ -29,8 +29,8 @@ private:
     KeySource key_;
 };
 
-/// Makes the stand-in known under "ZEncryptoAPI.cZEncryptoAPI", behind a class that the host registers
-/// itself.
+/// Registers the stand-in as the default class "ZEncryptoAPI.cZEncryptoAPI"; one that the host registers
+/// takes precedence.
 void registerCipher(KeySource key = keyFromFile);
 
 } // namespace zv

@@ -1,8 +1,8 @@
 #include "suite/sodium/KeyFile.h"
 
 #include "runtime/PrivateFile.h"
+#include "runtime/System.h"
 
-#include <cstdlib>
 #include <fstream>
 
 namespace zv {
@@ -13,11 +13,10 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view header = "ZVConfiguracion clave 1";
 
-/// A folder that the environment names with its full path.
+/// Folder named by an environment variable; empty unless absolute.
 fs::path folderIn(const char* variable)
 {
-    const char* value = std::getenv(variable);
-    const fs::path folder(value ? value : "");
+    fs::path folder = pathInEnvironment(variable);
     return folder.is_absolute() ? folder : fs::path();
 }
 
@@ -43,8 +42,7 @@ void failCipher(StringView text) { throw RuntimeError(cipherFailed, String(text)
 
 fs::path keyPlace()
 {
-    const char* place = std::getenv("ZV_CLAVE");
-    if (place && *place)
+    if (fs::path place = pathInEnvironment("ZV_CLAVE"); !place.empty())
         return place;
     return configuration() / "ZVConfiguracion" / "clave";
 }
@@ -86,7 +84,7 @@ bool createKey(const fs::path& file, const CipherKey& key)
         return createPrivateFile(file, std::string(header) + '\n' + key.text() + '\n');
     } catch (const std::system_error& error) {
         failFile(file, u"no se puede escribir: mire si su carpeta se deja escribir y si queda sitio (" +
-                           fromUtf8(error.code().message()) + u").");
+                           wordsFor(error.code()) + u").");
     }
 }
 

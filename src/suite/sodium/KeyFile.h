@@ -7,17 +7,17 @@
 
 namespace zv {
 
-/// Number of all failures of the cipher: of its key file, or of a text that its key does not open.
+/// Error number of the cipher: for a bad key file, or a text that the key does not open.
 inline constexpr std::int32_t cipherFailed = -2147220991;
-/// Fails so; the text is Spanish and says what to do.
+/// Throws a RuntimeError of that number; the text is Spanish and says what to do.
 [[noreturn]] void failCipher(StringView text);
 
-/// Where the key is: ZV_CLAVE, or "ZVConfiguracion/clave" in the person's configuration folder. Fails where
+/// Path of the key file: ZV_CLAVE, or "ZVConfiguracion/clave" in the user's configuration folder. Fails if
 /// neither is known.
 std::filesystem::path keyPlace();
-/// Fails if the file is missing, cannot be read, holds no key or is open to others.
+/// Fails if the file is missing, unreadable, malformed, or accessible to others.
 CipherKey readKey(const std::filesystem::path& file);
-/// Makes a key file, to be read by its owner alone. False if there is a file already.
+/// Creates a key file, readable only by its owner. False if a file exists already.
 bool createKey(const std::filesystem::path& file, const CipherKey& key);
 
 } // namespace zv

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "runtime/String.h"
+
+#include <span>
+#include <vector>
+
+namespace zv::zvconf {
+
+/// What the command line was started with, without the program's own name. Fails with a UsageError if it
+/// cannot be read as text.
+std::vector<String> commandLine(std::span<char*> arguments);
+
+/// The signals by which the system or a person asks a program to end.
+std::span<const int> endingSignals();
+
+/// RAII guard: as long as it lives, standard output and error take UTF-8 with lines that end in LF, and a
+/// console shows them so.
+class Utf8Output {
+public:
+    Utf8Output();
+    Utf8Output(const Utf8Output&) = delete;
+    Utf8Output& operator=(const Utf8Output&) = delete;
+    ~Utf8Output();
+
+private:
+    unsigned before_ = 0; ///< The console's code page; 0 where there is none to put back.
+};
+
+} // namespace zv::zvconf

@@ -1,0 +1,32 @@
+#include "zvconf/System.h"
+
+#include "zvconf/Command.h"
+
+#include <csignal>
+
+namespace zv::zvconf {
+
+std::vector<String> commandLine(std::span<char*> arguments)
+{
+    std::vector<String> words;
+    for (const char* argument : arguments)
+        try {
+            words.push_back(fromUtf8(argument));
+        } catch (const std::invalid_argument&) {
+            throw UsageError(u"La línea de órdenes no está en UTF-8: ponga en UTF-8 el terminal, o cambie el "
+                             u"nombre del fichero.");
+        }
+    return words;
+}
+
+std::span<const int> endingSignals()
+{
+    static constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
+    return signals;
+}
+
+// Streams take bytes as they are.
+Utf8Output::Utf8Output() = default;
+Utf8Output::~Utf8Output() = default;
+
+} // namespace zv::zvconf

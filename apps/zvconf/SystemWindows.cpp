@@ -1,0 +1,55 @@
+#include "zvconf/System.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <io.h>
+#include <iostream>
+#include <memory>
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace zv::zvconf {
+
+// The arguments that main gets are in the code page of the system, which lacks letters.
+std::vector<String> commandLine(std::span<char*> /*arguments*/)
+{
+    int count = 0;
+    const std::unique_ptr<wchar_t*, decltype(&LocalFree)> all(CommandLineToArgvW(GetCommandLineW(), &count),
+                                                              LocalFree);
+    std::vector<String> words;
+    for (int at = 1; all && at < count; ++at) {
+        const std::wstring_view word = all.get()[at];
+        words.emplace_back(word.begin(), word.end());
+    }
+    return words;
+}
+
+// Ctrl-C; the end of the session or of a service; Ctrl-Break and the closing of the console's window.
+std::span<const int> endingSignals()
+{
+    static constexpr int signals[] = {SIGINT, SIGTERM, SIGBREAK};
+    return signals;
+}
+
+Utf8Output::Utf8Output()
+{
+    for (const int stream : {1, 2})
+        _setmode(stream, _O_BINARY);
+    for (const DWORD stream : {STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+        DWORD mode = 0;
+        if (before_ == 0 && GetConsoleMode(GetStdHandle(stream), &mode) != 0)
+            before_ = GetConsoleOutputCP();
+    }
+    if (before_ != 0)
+        SetConsoleOutputCP(CP_UTF8);
+}
+
+Utf8Output::~Utf8Output()
+{
+    std::cout.flush();
+    if (before_ != 0)
+        SetConsoleOutputCP(before_);
+}
+
+} // namespace zv::zvconf

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "runtime/String.h"
+
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+/// Files and folders for their owner alone, as each system keeps others out.
+namespace zv::owneronly {
+
+/// Makes a file with that content, closed to others from its first moment; it is on disk when this returns.
+std::error_code write(const std::filesystem::path& file, std::string_view text);
+/// Gives a finished file its name, on disk; std::errc::file_exists if the name is taken. The first name goes.
+std::error_code place(const std::filesystem::path& draft, const std::filesystem::path& file);
+/// Makes a folder closed to others; one that is there stays as it is.
+void makeFolder(const std::filesystem::path& folder);
+/// Whether anyone but the owner, and those who run the machine, may read or change the file.
+bool openToOthers(const std::filesystem::path& file);
+
+} // namespace zv::owneronly
