@@ -68,6 +68,12 @@ void ControlView::name()
 
 bool ControlView::act(const std::function<bool(Acts&)>& what) { return window_.act(what); }
 
+void ControlView::click()
+{
+    if (window_.mayClick(control()))
+        act([this](Acts& acts) { return acts.click(control()); });
+}
+
 void ControlView::later(const std::function<void()>& what)
 {
     const auto ifThere = [this, what] {
@@ -79,6 +85,9 @@ void ControlView::later(const std::function<void()>& what)
 
 bool ControlView::press(const Keystroke& key)
 {
+    const bool clicks = key == Keystroke(Key::Enter) || key == Keystroke(String(u" "));
+    if (clicks && !window_.mayClick(control()))
+        return true;
     if (const Key* named = std::get_if<Key>(&key))
         act([&](Acts& acts) { return acts.key(control(), *named); });
     else
@@ -96,6 +105,8 @@ bool ControlView::filtered(QObject& watched, QEvent& event)
     if (event.type() == QEvent::KeyPress && &watched == &input()) {
         flush();
         const auto& pressed = dynamic_cast<QKeyEvent&>(event);
+        if (window_.pressOwn(pressed))
+            return true;
         if (const auto key = keystrokeOf(pressed))
             return press(*key);
         if (asksForHelp(pressed)) {

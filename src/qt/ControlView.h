@@ -25,6 +25,10 @@ public:
     virtual void takeFocusOver(ControlView& view) = 0;
     /// Opens the manual at this dialog's page.
     virtual void help() = 0;
+    /// Keys that belong to the window, before a control gets them. True: it was one.
+    virtual bool pressOwn(const QKeyEvent& event) = 0;
+    /// Whether a person's click may go on to the form; the window may ask him first.
+    virtual bool mayClick(const Control& control) = 0;
 
 protected:
     ~ViewHost() = default;
@@ -64,6 +68,8 @@ protected:
     virtual bool handle(QObject&, QEvent&) { return false; }
     /// Runs a person's act, if the window is still there, and synchronises the screen.
     bool act(const std::function<bool(Acts&)>& what);
+    /// A click on the control, if the window lets it go on.
+    void click();
     /// Callback from the event loop, dropped if the view has been destroyed by then.
     void later(const std::function<void()>& what);
     ViewHost& window() const { return window_; }

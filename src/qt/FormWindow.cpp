@@ -13,6 +13,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
+#include <QScreen>
+#include <QScrollBar>
 
 #include <algorithm>
 #include <cmath>
@@ -26,13 +28,20 @@ constexpr int twipsPerInch = 1440;
 const QString ordinaryLetters = QStringLiteral("abcdeghknopqsuvxyz");
 constexpr Long letterWidth = 105;
 constexpr Long lineHeight = 255;
+constexpr Long margin = 240;
 constexpr Long largestFont = 180;
 constexpr Long smallestFont = 140;
 
 } // namespace
 
-FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(form)
+FormWindow::FormWindow(Form& form, QWidget* parent, Zoom* zoom)
+    : QDialog(parent), form_(form), zoom_(zoom), sheet_(std::make_unique<QWidget>().release())
 {
+    room_.setWidget(sheet_);
+    room_.setFrameStyle(QFrame::NoFrame);
+    room_.setFocusPolicy(Qt::NoFocus);
+    if (zoom_ != nullptr)
+        guide_.emplace(form, *this);
     setObjectName(toQt(form.Name()));
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowCloseButtonHint);
@@ -54,12 +63,13 @@ FormWindow::~FormWindow()
 
 int FormWindow::pixels(Long twips) const
 {
-    return static_cast<int>(std::lround(static_cast<double>(twips) * logicalDpiX() / twipsPerInch));
+    return static_cast<int>(std::lround(static_cast<double>(twips) * logicalDpiX() * scale_ / twipsPerInch));
 }
 
 Long FormWindow::twips(int pixels) const
 {
-    return static_cast<Long>(std::lround(static_cast<double>(pixels) * twipsPerInch / logicalDpiX()));
+    return static_cast<Long>(
+        std::lround(static_cast<double>(pixels) * twipsPerInch / logicalDpiX() / scale_));
 }
 
 QFont FormWindow::fittingFont() const
@@ -75,23 +85,15 @@ QFont FormWindow::fittingFont() const
 
 bool FormWindow::fits(const QFontMetrics& font) const
 {
-    if (font.height() > pixels(lineHeight) ||
-        font.horizontalAdvance(ordinaryLetters) >
-            pixels(letterWidth * static_cast<Long>(ordinaryLetters.size())))
-        return false;
-    return std::ranges::none_of(form_.Controls, [&](const Control* control) {
-        const auto* label = dynamic_cast<const Label*>(control);
-        const int width =
-            label == nullptr ? 0 : font.horizontalAdvance(toQt(label->Caption()) + QStringLiteral(" *"));
-        return width > 0 && label->Visible() && width > pixels(label->Width()) &&
-               label->Height() < 2 * lineHeight;
-    });
+    return font.height() <= pixels(lineHeight) &&
+           font.horizontalAdvance(ordinaryLetters) <=
+               pixels(letterWidth * static_cast<Long>(ordinaryLetters.size()));
 }
 
 void FormWindow::build()
 {
     for (Control* control : form_.Controls) {
-        QWidget& parent = control->frame() != nullptr ? viewOf(*control->frame()).inside() : *this;
+        QWidget& parent = control->frame() != nullptr ? viewOf(*control->frame()).inside() : *sheet_;
         byControl_[control] = views_.size();
         views_.push_back(makeView(*this, *control, parent));
     }
@@ -99,10 +101,11 @@ void FormWindow::build()
 
 void FormWindow::follow()
 {
+    scale_ = zoom_ == nullptr ? 1 : scaleWanted();
     setFont(fittingFont());
     setWindowTitle(toQt(form_.Caption()));
     setEnabled(form_.Enabled());
-    setFixedSize(pixels(form_.Width()), pixels(form_.Height()));
+    fit();
     for (const auto& view : views_)
         view->followAll();
     for (const auto& view : views_) {
@@ -112,6 +115,70 @@ void FormWindow::follow()
             dynamic_cast<QLabel&>(viewOf(*label).widget()).setBuddy(&view->input());
     }
     stack();
+}
+
+QSize FormWindow::room() const
+{
+    // The frame and the title, which only the desktop knows.
+    constexpr int title = 40;
+    constexpr int edge = 8;
+    return screen()->availableGeometry().size() - QSize(edge, title);
+}
+
+double FormWindow::scaleWanted() const
+{
+    const double natural = static_cast<double>(largestFont) * logicalDpiX() / twipsPerInch;
+    const double letters = QFontInfo(QApplication::font()).pixelSize() / natural;
+    const double perTwip = static_cast<double>(logicalDpiX()) / twipsPerInch;
+    const Long line = guide_->isSection() ? lineHeight : 0;
+    const double fits = std::min(room().width() / (form_.Width() * perTwip),
+                                 room().height() / ((form_.Height() + line) * perTwip));
+    return std::max(1.0, std::min(letters, fits)) * zoom_->percent() / 100;
+}
+
+void FormWindow::fit()
+{
+    const QSize whole(pixels(form_.Width()), pixels(form_.Height()));
+    sheet_->setFixedSize(whole);
+    const int line = guide_ && guide_->isSection() ? pixels(lineHeight) : 0;
+    const QSize most = zoom_ == nullptr || zoom_->whole() ? whole : room() - QSize(0, line);
+    const int bar = room_.verticalScrollBar()->sizeHint().width();
+    const bool wide = whole.width() > most.width();
+    const bool high = whole.height() > most.height();
+    const auto shown = [](bool bars) { return bars ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff; };
+    room_.setHorizontalScrollBarPolicy(shown(wide || (high && whole.width() + bar > most.width())));
+    room_.setVerticalScrollBarPolicy(shown(high || (wide && whole.height() + bar > most.height())));
+    const QSize bars(high ? bar : 0, wide ? bar : 0);
+    const QSize inner = (whole + bars).boundedTo(most);
+    room_.setGeometry({QPoint(), inner});
+    setFixedSize(inner + QSize(0, line));
+    if (line > 0) {
+        const int edge = pixels(margin);
+        guide_->line().setGeometry(edge, inner.height(), inner.width() - 2 * edge, line);
+    }
+}
+
+void FormWindow::look()
+{
+    if (guide_ && alive_)
+        guide_->look();
+}
+
+bool FormWindow::pressOwn(const QKeyEvent& event)
+{
+    if (zoom_ == nullptr || busy())
+        return false;
+    if (zoom_->press(event)) {
+        follow();
+        followFocus();
+        return true;
+    }
+    return guide_->press(event, [this](const auto& macro) { return act(macro); });
+}
+
+bool FormWindow::mayClick(const Control& control)
+{
+    return busy() || !guide_ || !guide_->leaves(control) || guide_->mayLeave();
 }
 
 void FormWindow::stack()
@@ -149,6 +216,7 @@ void FormWindow::inStep()
     for (const auto& view : views_)
         view->flush();
     followFocus();
+    look();
 }
 
 void FormWindow::followFocus()
@@ -160,8 +228,10 @@ void FormWindow::followFocus()
     ++busy_;
     wanted.setFocus(Qt::OtherFocusReason);
     --busy_;
-    if (active != nullptr)
-        viewOf(*active).followAll();
+    if (active == nullptr)
+        return;
+    viewOf(*active).followAll();
+    room_.ensureWidgetVisible(&wanted);
 }
 
 void FormWindow::takeFocusOver(ControlView& view)
@@ -184,13 +254,15 @@ void FormWindow::changed(const PropertyBase& property)
     else if (&property == &form_.Enabled)
         setEnabled(form_.Enabled());
     else if (&property == &form_.Width || &property == &form_.Height)
-        setFixedSize(pixels(form_.Width()), pixels(form_.Height()));
+        fit();
     else if (&property == &form_.Visible && !form_.Visible())
         end();
 }
 
 void FormWindow::controlChanged(Control& control, const PropertyBase* property)
 {
+    if (guide_)
+        guide_->changed(control, property);
     viewOf(control).changed(property);
     if (property == nullptr && stacked_ != form_.frontToBack())
         stack();
@@ -219,7 +291,7 @@ void FormWindow::reject() { close(); }
 void FormWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore(); // Vetoed: the form hides the window, if it closes at all.
-    if (!busy())
+    if (!busy() && (!guide_ || guide_->mayLeave()))
         act([this](Acts& acts) { return acts.close(form_); });
 }
 
@@ -228,6 +300,8 @@ void FormWindow::keyPressEvent(QKeyEvent* event)
     // Fallback where no control has the focus: Escape is then a person's way out.
     if (asksForHelp(*event))
         return help();
+    if (pressOwn(*event))
+        return;
     const auto key = keystrokeOf(*event);
     const Key* named = key ? std::get_if<Key>(&*key) : nullptr;
     if (alive_ && !busy() && named != nullptr && *named == Key::Escape && form_.ActiveControl() == nullptr)

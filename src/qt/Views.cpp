@@ -18,6 +18,8 @@ namespace {
 
 constexpr Long tabHeight = 360;
 constexpr int darkest = 128;
+constexpr int normal = 100; ///< Width of letters, in hundredths.
+constexpr int closest = 70;
 
 template <class C, class V>
 std::unique_ptr<ControlView> viewFor(ViewHost& window, Control& control, QWidget& parent)
@@ -39,7 +41,15 @@ void LabelView::followContent()
 {
     const QString caption = toQt(control().Caption());
     QLabel& label = widget();
+    // All dialogs have letters of one size: where a caption is wider than its place, they stand closer.
+    QFont font = label.parentWidget()->font();
+    label.setFont(font);
     label.setWordWrap(label.height() > 2 * label.fontMetrics().height());
+    const int needed = label.fontMetrics().horizontalAdvance(caption + QStringLiteral(" *"));
+    if (!label.wordWrap() && needed > label.width() && label.width() > 0) {
+        font.setStretch(std::max(closest, normal * label.width() / needed));
+        label.setFont(font);
+    }
     label.setTextFormat(control().Obligatorio() ? Qt::RichText : Qt::PlainText);
     if (!control().Obligatorio()) {
         label.setText(caption);

@@ -67,7 +67,7 @@ public:
         else
             button.setAutoExclusive(false);
         QObject::connect(&button, &W::clicked, this, [this] {
-            this->act([this](Acts& acts) { return acts.click(this->control()); });
+            this->click();
             // Synchronised again: the widget ticked itself, and the model has the last word.
             if (this->window().alive())
                 followContent();
