@@ -64,6 +64,13 @@ void ControlView::name()
 {
     if (const QString name = accessibleNameOf(control()); !name.isEmpty())
         input().setAccessibleName(name);
+    describe(accessibleDescriptionOf(control()));
+}
+
+void ControlView::describe(const QString& text)
+{
+    if (input().accessibleDescription() != text)
+        input().setAccessibleDescription(text);
 }
 
 bool ControlView::act(const std::function<bool(Acts&)>& what) { return window_.act(what); }

@@ -68,6 +68,8 @@ protected:
     virtual bool handle(QObject&, QEvent&) { return false; }
     /// Runs a person's act, if the window is still there, and synchronises the screen.
     bool act(const std::function<bool(Acts&)>& what);
+    /// Sets what a screen reader adds to the name.
+    virtual void describe(const QString& text);
     /// A click on the control, if the window lets it go on.
     void click();
     /// Callback from the event loop, dropped if the view has been destroyed by then.

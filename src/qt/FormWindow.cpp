@@ -110,8 +110,10 @@ void FormWindow::follow()
         view->followAll();
     for (const auto& view : views_) {
         view->name();
-        // The relation that screen readers follow from a field to its label.
-        if (const Control* label = view->control().label())
+        // The relation that screen readers follow from a field to its label. A label has one: not the small
+        // buttons behind the field.
+        const bool button = dynamic_cast<CommandButton*>(&view->control()) != nullptr;
+        if (const Control* label = button ? nullptr : view->control().label())
             dynamic_cast<QLabel&>(viewOf(*label).widget()).setBuddy(&view->input());
     }
     stack();
@@ -323,6 +325,8 @@ bool FormWindow::event(QEvent* event)
     // the acts move it, and it always shows.
     if (event->type() == QEvent::Show || event->type() == QEvent::WindowActivate)
         setAttribute(Qt::WA_KeyboardFocusChange);
+    if (alive_ && zoom_ != nullptr && event->type() == QEvent::ApplicationFontChange)
+        follow();
     if (event->type() == QEvent::ApplicationPaletteChange)
         setPalette(legible(QApplication::palette(this)));
     return handled;

@@ -18,7 +18,7 @@ QString labelOf(const Control& field)
     QString name = toQt(label->Caption()).trimmed();
     if (name.endsWith(u':'))
         name.chop(1);
-    return label->Obligatorio() ? name + QStringLiteral(" (obligatorio)") : name;
+    return name;
 }
 
 /// Of a caption that is a sign, what it stands for; of words, nothing.
@@ -39,15 +39,42 @@ bool hasWords(const Control& control)
     return button != nullptr && !button->Caption().empty();
 }
 
+TabStrip* stripOf(const Form& form)
+{
+    for (Control* each : form.Controls)
+        if (auto* strip = dynamic_cast<TabStrip*>(each); strip != nullptr && strip->tabCount() > 0)
+            return strip;
+    return nullptr;
+}
+
+/// Caption of the page that a grid stands on, or of the one that holds the field, with the field's number.
 QString pageOf(const Control& control)
 {
-    for (Control* each : control.form().Controls)
-        if (auto* strip = dynamic_cast<TabStrip*>(each); strip != nullptr && strip->tabCount() > 0)
-            return toQt(strip->SelectedItem().Caption);
-    return {};
+    TabStrip* strip = stripOf(control.form());
+    if (strip == nullptr)
+        return {};
+    if (control.frame() == nullptr)
+        return dynamic_cast<const MSFlexGrid*>(&control) == nullptr ? QString()
+                                                                    : toQt(strip->SelectedItem().Caption);
+    const Long page = control.frame()->Index() + 1;
+    if (page < 1 || page > strip->tabCount())
+        return {};
+    const QString caption = toQt(strip->Tabs(page).Caption);
+    return control.Index() < 0 ? caption : QStringLiteral("%1, %2").arg(caption).arg(control.Index() + 1);
 }
 
 } // namespace
+
+QString accessibleDescriptionOf(const Control& control)
+{
+    const auto* label = dynamic_cast<const Label*>(control.label());
+    QString tip = toQt(control.ToolTipText());
+    if (tip == accessibleNameOf(control))
+        tip.clear();
+    if (label == nullptr || !label->Obligatorio())
+        return tip;
+    return tip.isEmpty() ? QStringLiteral("Obligatorio") : QStringLiteral("Obligatorio. ") + tip;
+}
 
 QString accessibleNameOf(const Control& control)
 {
@@ -57,8 +84,7 @@ QString accessibleNameOf(const Control& control)
     if (hasWords<CommandButton>(control) || hasWords<CheckBox>(control) || hasWords<OptionButton>(control))
         return {};
     const QString label = labelOf(control);
-    const bool grid = dynamic_cast<const MSFlexGrid*>(&control) != nullptr;
-    return label.isEmpty() && grid ? pageOf(control) : label;
+    return label.isEmpty() ? pageOf(control) : label;
 }
 
 } // namespace zv

@@ -84,6 +84,7 @@ protected:
     bool canDo(QKeySequence::StandardKey edit) const override;
     void doEdit(QKeySequence::StandardKey edit) override;
     void followContent() override;
+    void describe(const QString& text) override { edit_->describe(text); }
     bool handle(QObject& watched, QEvent& event) override;
 
 private:

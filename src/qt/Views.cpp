@@ -210,7 +210,7 @@ std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, QWidge
         viewFor<Label, LabelView>,
         viewFor<CommandButton, ButtonView<CommandButton, FocusedButton>>,
         viewFor<CheckBox, ButtonView<CheckBox, QCheckBox>>,
-        viewFor<OptionButton, ButtonView<OptionButton, QRadioButton>>,
+        viewFor<OptionButton, ButtonView<OptionButton, OptionCircle>>,
         viewFor<ComboBox, ListView>,
         viewFor<TabStrip, TabsView>,
         viewFor<MSFlexGrid, GridView>,

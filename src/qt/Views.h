@@ -54,6 +54,28 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 };
 
+/// An option that only the model chooses. It says that it is one of several, which makes it an option and not
+/// a tick box to screen readers.
+class OptionCircle final : public QRadioButton {
+public:
+    using QRadioButton::QRadioButton;
+    void choose(bool on)
+    {
+        setAutoExclusive(false); // Which would not let go of the last one.
+        setChecked(on);
+        setAutoExclusive(true);
+    }
+
+protected:
+    void nextCheckState() override {}
+    void focusInEvent(QFocusEvent* event) override
+    {
+        setAutoExclusive(false); // Which would take the others out of the round of Tab.
+        QRadioButton::focusInEvent(event);
+        setAutoExclusive(true);
+    }
+};
+
 /// View of what is clicked and has a caption: a button, a tick box, an option.
 template <class C, class W>
 class ButtonView final : public ViewOf<C, W> {
@@ -64,8 +86,6 @@ public:
         W& button = this->widget();
         if constexpr (std::is_base_of_v<QPushButton, W>)
             button.setAutoDefault(false);
-        else
-            button.setAutoExclusive(false);
         QObject::connect(&button, &W::clicked, this, [this] {
             this->click();
             // Synchronised again: the widget ticked itself, and the model has the last word.
@@ -81,6 +101,8 @@ protected:
         this->widget().setText(toQt(control.Caption()));
         if constexpr (std::is_base_of_v<QPushButton, W>)
             this->widget().setDefault(control.Default());
+        else if constexpr (std::is_same_v<OptionCircle, W>)
+            this->widget().choose(control.Value());
         else
             this->widget().setChecked(control.Value() != 0);
     }

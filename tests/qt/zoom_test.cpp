@@ -85,7 +85,14 @@ TEST_F(Size, is_that_of_the_desktops_letters_where_the_screen_has_room)
             EXPECT_LE(window().width(), std::min<double>(natural * larger + 2, room.width()));
         });
     }
-    QApplication::setFont(before);
+    // Also while the window is open.
+    whileOpen([&] {
+        const int large = window().width();
+        QApplication::setFont(before);
+        pause();
+        EXPECT_LT(window().width(), large);
+        EXPECT_EQ(window().width(), natural);
+    });
 }
 
 } // namespace zv::test
