@@ -29,6 +29,7 @@ const QString ordinaryLetters = QStringLiteral("abcdeghknopqsuvxyz");
 constexpr Long letterWidth = 105;
 constexpr Long lineHeight = 255;
 constexpr Long margin = 240;
+constexpr int edge = 8; ///< Of a window, in pixels; around what is scrolled to.
 constexpr Long largestFont = 180;
 constexpr Long smallestFont = 140;
 
@@ -123,8 +124,7 @@ QSize FormWindow::room() const
 {
     // The frame and the title, which only the desktop knows.
     constexpr int title = 40;
-    constexpr int edge = 8;
-    return screen()->availableGeometry().size() - QSize(edge, title);
+    return zoom_->bound().value_or(screen()->availableGeometry().size()) - QSize(edge, title);
 }
 
 double FormWindow::scaleWanted() const
@@ -143,7 +143,7 @@ void FormWindow::fit()
     const QSize whole(pixels(form_.Width()), pixels(form_.Height()));
     sheet_->setFixedSize(whole);
     const int line = guide_ && guide_->isSection() ? pixels(lineHeight) : 0;
-    const QSize most = zoom_ == nullptr || zoom_->whole() ? whole : room() - QSize(0, line);
+    const QSize most = zoom_ == nullptr ? whole : room() - QSize(0, line);
     const int bar = room_.verticalScrollBar()->sizeHint().width();
     const bool wide = whole.width() > most.width();
     const bool high = whole.height() > most.height();
@@ -233,7 +233,10 @@ void FormWindow::followFocus()
     if (active == nullptr)
         return;
     viewOf(*active).followAll();
-    room_.ensureWidgetVisible(&wanted);
+    // The whole of it, which for a text the area's own routine does not mean.
+    const QRect place(wanted.mapTo(sheet_, QPoint()), wanted.size());
+    const QSize half = (place.size() / 2 + QSize(edge, edge)).boundedTo(room_.viewport()->size() / 2);
+    room_.ensureVisible(place.center().x(), place.center().y(), half.width(), half.height());
 }
 
 void FormWindow::takeFocusOver(ControlView& view)

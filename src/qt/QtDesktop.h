@@ -29,8 +29,10 @@ public:
 
     /// Makes the zoom that a person sets last beyond this program's end.
     void rememberZoom() { zoom_.remember(); }
+    /// Reckons with a screen of that size instead of the real one.
+    void boundTo(const QSize& screen) { zoom_.boundTo(screen); }
     /// Draws windows whole, also those that are larger than the screen.
-    void showWhole() { zoom_.showWhole(); }
+    void showWhole() { boundTo({QWIDGETSIZE_MAX, QWIDGETSIZE_MAX}); }
     /// Lookup: the window of an open form, or nullptr.
     FormWindow* windowOf(const Form& form) const;
 

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QKeyEvent>
+#include <QSize>
+
+#include <optional>
 
 namespace zv {
 
@@ -14,12 +17,12 @@ public:
     /// Whether it was a zoom key; the size has changed then.
     bool press(const QKeyEvent& event);
 
-    /// Whether windows are whole even where the screen is smaller: pictures of them are.
-    bool whole() const { return whole_; }
-    void showWhole() { whole_ = true; }
+    /// Size of screen to reckon with, if it is not the real one.
+    std::optional<QSize> bound() const { return bound_; }
+    void boundTo(const QSize& screen) { bound_ = screen; }
 
 private:
-    bool whole_ = false;
+    std::optional<QSize> bound_;
     int percent_ = 100;
     bool remembered_ = false;
 };

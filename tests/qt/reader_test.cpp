@@ -6,6 +6,7 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QApplication>
+#include <QDir>
 #include <QMessageBox>
 #include <QTabBar>
 #include <QTableView>
@@ -25,6 +26,12 @@ struct ReadingDesktop final : QtDesktop {
         QApplication::processEvents();
         front = &window;
         seen.insert(window.objectName().toStdString());
+        EXPECT_LE(front->width(), room.width());
+        EXPECT_LE(front->height(), room.height());
+        if (const QString folder = qEnvironmentVariable("ZV_PICTURES"); !folder.isEmpty()) {
+            EXPECT_TRUE(front->grab().save(QDir(folder).filePath(
+                front->objectName() + QStringLiteral("-%1x%2.png").arg(room.width()).arg(room.height()))));
+        }
         readPage();
         for (Control* each : window.form().Controls)
             if (auto* strip = dynamic_cast<TabStrip*>(each); strip != nullptr && strip->accessible())
@@ -70,6 +77,7 @@ struct ReadingDesktop final : QtDesktop {
             Control* const start = front->form().ActiveControl();
             do {
                 reached.insert(front->form().ActiveControl());
+                expectInSight(*front->focusWidget());
                 QTest::keyClick(front->focusWidget(), back ? Qt::Key_Backtab : Qt::Key_Tab,
                                 back ? Qt::ShiftModifier : Qt::NoModifier);
                 ASSERT_LE(++keys, 100000);
@@ -77,6 +85,16 @@ struct ReadingDesktop final : QtDesktop {
             EXPECT_EQ(front->form().ActiveControl(), start) << "a trap";
             EXPECT_EQ(reached, std::set<Control*>(stops.begin(), stops.end())) << nameOf(*start);
         }
+    }
+    /// A control larger than the window shows a part.
+    void expectInSight(QWidget& widget)
+    {
+        const QRect place(widget.mapTo(front, QPoint()), widget.size());
+        const QRect seenOfIt = place & front->rect();
+        EXPECT_GE(seenOfIt.width(), std::min(place.width(), front->width() / 2))
+            << widget.objectName().toStdString();
+        EXPECT_GE(seenOfIt.height(), std::min(place.height(), front->height() / 2))
+            << widget.objectName().toStdString();
     }
     std::string nameOf(const Control& control) const
     {
@@ -131,15 +149,20 @@ struct ReadingDesktop final : QtDesktop {
     }
     std::set<std::string> seen;
     FormWindow* front = nullptr;
+    QSize room;
     static inline bool secondary = false;
     int keys = 0;
     int mandatoryFields = 0;
 };
 
-TEST(Reader, every_control_of_every_dialog_can_be_reached_read_and_left)
+TEST(Reader, every_control_of_every_dialog_is_reached_read_and_left_on_small_screens)
 {
-    for (const bool secondary : {false, true}) {
+    // The second screen is one of 1366×768 at 200 %.
+    for (const auto& [secondary, room] :
+         {std::pair{false, QSize(1024, 600)}, std::pair{true, QSize(683, 384)}}) {
         ReadingDesktop desktop;
+        desktop.room = room;
+        desktop.boundTo(room);
         ReadingDesktop::secondary = secondary;
         showEveryDialog(desktop, [](const char*) {});
         EXPECT_EQ(desktop.seen.size(), 35U); // All but the report of the other stage.
