@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace zv {
 
@@ -29,11 +30,12 @@ SectionControls::SectionControls(Form& owner) : form(owner)
     for (Control* control : form.Controls) {
         keep(strip, control);
         keep(grid, control);
-        keep(cancel, control);
         filled.insert(control->frame());
         if (pupils == nullptr)
             keep(list, control);
-        const auto* button = dynamic_cast<CommandButton*>(control);
+        auto* button = dynamic_cast<CommandButton*>(control);
+        if (button != nullptr)
+            accept = std::exchange(cancel, button);
         if (button != nullptr && button->Caption() == u"<")
             keep(previous, control);
         if (button == nullptr || button->Caption() != u">" || previous == nullptr)
@@ -42,7 +44,7 @@ SectionControls::SectionControls(Form& owner) : form(owner)
         pupils = list;
     }
     if (!isSection()) {
-        cancel = nullptr;
+        accept = cancel = nullptr;
         return;
     }
     for (Control* control : form.Controls) {

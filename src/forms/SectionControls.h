@@ -14,7 +14,7 @@ class TabStrip;
 /// What views need to know of a form to help a person in it, found by the controls' places and captions and
 /// not by their names. A form holds a section of pupils if a list stands before the buttons "<" and ">".
 struct SectionControls {
-    explicit SectionControls(Form& form);
+    explicit SectionControls(Form& owner);
 
     bool isSection() const { return pupils != nullptr; }
     /// Number (`ItemData`) of the pupil that is shown; -1 for none.
@@ -26,7 +26,9 @@ struct SectionControls {
     ComboBox* pupils = nullptr;
     CommandButton* previous = nullptr;
     CommandButton* next = nullptr;
-    /// Button at the end that leaves a section unsaved; nullptr if the form holds no section.
+    /// The last two buttons: one saves the section, the other leaves it unsaved. nullptr if the form holds
+    /// none.
+    CommandButton* accept = nullptr;
     CommandButton* cancel = nullptr;
     TabStrip* strip = nullptr;
     MSFlexGrid* grid = nullptr;

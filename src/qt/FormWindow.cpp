@@ -178,10 +178,7 @@ bool FormWindow::pressOwn(const QKeyEvent& event)
     return guide_->press(event, [this](const auto& macro) { return act(macro); });
 }
 
-bool FormWindow::mayClick(const Control& control)
-{
-    return busy() || !guide_ || !guide_->leaves(control) || guide_->mayLeave();
-}
+bool FormWindow::mayClick(const Control& control) { return busy() || !guide_ || guide_->mayClick(control); }
 
 void FormWindow::stack()
 {
@@ -296,7 +293,7 @@ void FormWindow::reject() { close(); }
 void FormWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore(); // Vetoed: the form hides the window, if it closes at all.
-    if (!busy() && (!guide_ || guide_->mayLeave()))
+    if (!busy() && (!guide_ || !form_.Enabled() || guide_->mayLeave()))
         act([this](Acts& acts) { return acts.close(form_); });
 }
 

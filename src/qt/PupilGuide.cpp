@@ -77,14 +77,21 @@ bool PupilGuide::press(const QKeyEvent& event, const Run& run)
     return typed != nullptr && with([&](SectionKeys& keys, Acts& acts) { return keys.rate(acts, *typed); });
 }
 
+bool PupilGuide::mayClick(const Control& control)
+{
+    cut_ = cut_ || &control == controls_.accept;
+    return &control != controls_.cancel || mayLeave();
+}
+
 bool PupilGuide::mayLeave()
 {
     unsaved_.look();
     const std::size_t pupils = unsaved_.pupils().size();
     if (pupils == 0)
         return true;
-    QMessageBox box(QMessageBox::Warning, line_.window()->windowTitle(),
-                    QStringLiteral("Cambios sin guardar de %1").arg(counted(pupils)), QMessageBox::NoButton,
+    const QString lost = cut_ ? QStringLiteral("Puede haber cambios sin guardar")
+                              : QStringLiteral("Cambios sin guardar de %1").arg(counted(pupils));
+    QMessageBox box(QMessageBox::Warning, line_.window()->windowTitle(), lost, QMessageBox::NoButton,
                     line_.window());
     box.setInformativeText(QStringLiteral("Si sale ahora, se pierden. «Aceptar» los guarda."));
     const QPushButton* leave =
@@ -115,7 +122,7 @@ void PupilGuide::look()
         text += QStringLiteral(" · %1 de %2 valoraciones").arg(all.given).arg(all.all);
     else if (page.all > 0)
         text += QStringLiteral(" · %1 de %2 valoraciones en esta pestaña").arg(page.given).arg(page.all);
-    if (const std::size_t changed = unsaved_.pupils().size(); changed > 0)
+    if (const std::size_t changed = unsaved_.pupils().size(); changed > 0 && !cut_)
         text += QStringLiteral(" · sin guardar: %1").arg(counted(changed));
     if (text == line_.text())
         return;

@@ -24,8 +24,8 @@ public:
     QLabel& line() { return line_; }
     /// Runs the macro of a key, through the window; false: the key has its plain meaning.
     bool press(const QKeyEvent& event, const Run& run);
-    /// Whether a click on that control leaves the section unsaved.
-    bool leaves(const Control& control) const { return &control == controls_.cancel; }
+    /// Whether a person's click on that control may go on: asks, if it leaves something unsaved.
+    bool mayClick(const Control& control);
     /// Asks, if there is anything to lose. True: the form may be left.
     bool mayLeave();
     void changed(const Control& control, const PropertyBase* property);
@@ -36,6 +36,8 @@ private:
     SectionControls controls_;
     UnsavedPupils unsaved_{controls_};
     SectionKeys keys_{controls_};
+    /// Whether a save began. If the form is still there it was cut, and only the dialog knows for whom.
+    bool cut_ = false;
     QLabel line_;
 };
 
