@@ -59,7 +59,11 @@ private:
 /// RAII guard: the dialogs open in windows as long as it lives.
 class OnScreen {
 public:
-    OnScreen() { useDesktop(&desktop_); }
+    OnScreen()
+    {
+        desktop_.rememberZoom();
+        useDesktop(&desktop_);
+    }
     OnScreen(const OnScreen&) = delete;
     OnScreen& operator=(const OnScreen&) = delete;
     ~OnScreen() { useDesktop(nullptr); }

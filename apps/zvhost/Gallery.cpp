@@ -20,7 +20,10 @@ namespace {
 /// Desktop that draws each window instead of running it, and closes it.
 class DrawingDesktop final : public QtDesktop {
 public:
-    DrawingDesktop(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {}
+    DrawingDesktop(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix))
+    {
+        showWhole();
+    }
 
     int drawn() const { return drawn_; }
     void draw(QWidget& widget, const QString& name) { save(widget.grab(), name); }

@@ -1,5 +1,6 @@
 #include "qt/ControlView.h"
 
+#include "qt/Names.h"
 #include "qt/QtKeys.h"
 #include "qt/QtText.h"
 
@@ -59,7 +60,26 @@ void ControlView::followPlace()
     widget().setToolTip(Qt::mightBeRichText(tip) ? tip.toHtmlEscaped() : tip);
 }
 
+void ControlView::name()
+{
+    if (const QString name = accessibleNameOf(control()); !name.isEmpty())
+        input().setAccessibleName(name);
+    describe(accessibleDescriptionOf(control()));
+}
+
+void ControlView::describe(const QString& text)
+{
+    if (input().accessibleDescription() != text)
+        input().setAccessibleDescription(text);
+}
+
 bool ControlView::act(const std::function<bool(Acts&)>& what) { return window_.act(what); }
+
+void ControlView::click()
+{
+    if (window_.mayClick(control()))
+        act([this](Acts& acts) { return acts.click(control()); });
+}
 
 void ControlView::later(const std::function<void()>& what)
 {
@@ -72,6 +92,9 @@ void ControlView::later(const std::function<void()>& what)
 
 bool ControlView::press(const Keystroke& key)
 {
+    const bool clicks = key == Keystroke(Key::Enter) || key == Keystroke(String(u" "));
+    if (clicks && !window_.mayClick(control()))
+        return true;
     if (const Key* named = std::get_if<Key>(&key))
         act([&](Acts& acts) { return acts.key(control(), *named); });
     else
@@ -89,6 +112,8 @@ bool ControlView::filtered(QObject& watched, QEvent& event)
     if (event.type() == QEvent::KeyPress && &watched == &input()) {
         flush();
         const auto& pressed = dynamic_cast<QKeyEvent&>(event);
+        if (window_.pressOwn(pressed))
+            return true;
         if (const auto key = keystrokeOf(pressed))
             return press(*key);
         if (asksForHelp(pressed)) {

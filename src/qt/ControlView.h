@@ -25,6 +25,10 @@ public:
     virtual void takeFocusOver(ControlView& view) = 0;
     /// Opens the manual at this dialog's page.
     virtual void help() = 0;
+    /// Keys that belong to the window, before a control gets them. True: it was one.
+    virtual bool pressOwn(const QKeyEvent& event) = 0;
+    /// Whether a person's click may go on to the form; the window may ask him first.
+    virtual bool mayClick(const Control& control) = 0;
 
 protected:
     ~ViewHost() = default;
@@ -47,7 +51,7 @@ public:
     /// Runs a coalesced update now.
     void flush();
     /// Second pass, once every widget of the form is there: sets the name that a screen reader reads out.
-    virtual void name() {}
+    void name();
 
 protected:
     explicit ControlView(ViewHost& window) : window_(window) {}
@@ -64,6 +68,10 @@ protected:
     virtual bool handle(QObject&, QEvent&) { return false; }
     /// Runs a person's act, if the window is still there, and synchronises the screen.
     bool act(const std::function<bool(Acts&)>& what);
+    /// Sets what a screen reader adds to the name.
+    virtual void describe(const QString& text);
+    /// A click on the control, if the window lets it go on.
+    void click();
     /// Callback from the event loop, dropped if the view has been destroyed by then.
     void later(const std::function<void()>& what);
     ViewHost& window() const { return window_; }

@@ -3,13 +3,18 @@
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
 #include "qt/Help.h"
+#include "qt/Legible.h"
 #include "qt/QtKeys.h"
 #include "qt/QtText.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QIcon>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
+#include <QScreen>
+#include <QScrollBar>
 
 #include <algorithm>
 #include <cmath>
@@ -23,17 +28,26 @@ constexpr int twipsPerInch = 1440;
 const QString ordinaryLetters = QStringLiteral("abcdeghknopqsuvxyz");
 constexpr Long letterWidth = 105;
 constexpr Long lineHeight = 255;
+constexpr Long margin = 240;
+constexpr int edge = 8; ///< Of a window, in pixels; around what is scrolled to.
 constexpr Long largestFont = 180;
 constexpr Long smallestFont = 140;
 
 } // namespace
 
-FormWindow::FormWindow(Form& form, QWidget* parent) : QDialog(parent), form_(form)
+FormWindow::FormWindow(Form& form, QWidget* parent, Zoom* zoom)
+    : QDialog(parent), form_(form), zoom_(zoom), sheet_(std::make_unique<QWidget>().release())
 {
+    room_.setWidget(sheet_);
+    room_.setFrameStyle(QFrame::NoFrame);
+    room_.setFocusPolicy(Qt::NoFocus);
+    if (zoom_ != nullptr)
+        guide_.emplace(form, *this);
     setObjectName(toQt(form.Name()));
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowCloseButtonHint);
     setWindowModality(Qt::ApplicationModal);
+    setPalette(legible(QApplication::palette(this)));
     if (!form.Icon.file.empty())
         setWindowIcon(QIcon(toQt(form.Icon.file)));
     build();
@@ -50,12 +64,13 @@ FormWindow::~FormWindow()
 
 int FormWindow::pixels(Long twips) const
 {
-    return static_cast<int>(std::lround(static_cast<double>(twips) * logicalDpiX() / twipsPerInch));
+    return static_cast<int>(std::lround(static_cast<double>(twips) * logicalDpiX() * scale_ / twipsPerInch));
 }
 
 Long FormWindow::twips(int pixels) const
 {
-    return static_cast<Long>(std::lround(static_cast<double>(pixels) * twipsPerInch / logicalDpiX()));
+    return static_cast<Long>(
+        std::lround(static_cast<double>(pixels) * twipsPerInch / logicalDpiX() / scale_));
 }
 
 QFont FormWindow::fittingFont() const
@@ -71,23 +86,15 @@ QFont FormWindow::fittingFont() const
 
 bool FormWindow::fits(const QFontMetrics& font) const
 {
-    if (font.height() > pixels(lineHeight) ||
-        font.horizontalAdvance(ordinaryLetters) >
-            pixels(letterWidth * static_cast<Long>(ordinaryLetters.size())))
-        return false;
-    return std::ranges::none_of(form_.Controls, [&](const Control* control) {
-        const auto* label = dynamic_cast<const Label*>(control);
-        const int width =
-            label == nullptr ? 0 : font.horizontalAdvance(toQt(label->Caption()) + QStringLiteral(" *"));
-        return width > 0 && label->Visible() && width > pixels(label->Width()) &&
-               label->Height() < 2 * lineHeight;
-    });
+    return font.height() <= pixels(lineHeight) &&
+           font.horizontalAdvance(ordinaryLetters) <=
+               pixels(letterWidth * static_cast<Long>(ordinaryLetters.size()));
 }
 
 void FormWindow::build()
 {
     for (Control* control : form_.Controls) {
-        QWidget& parent = control->frame() != nullptr ? viewOf(*control->frame()).inside() : *this;
+        QWidget& parent = control->frame() != nullptr ? viewOf(*control->frame()).inside() : *sheet_;
         byControl_[control] = views_.size();
         views_.push_back(makeView(*this, *control, parent));
     }
@@ -95,16 +102,83 @@ void FormWindow::build()
 
 void FormWindow::follow()
 {
+    scale_ = zoom_ == nullptr ? 1 : scaleWanted();
     setFont(fittingFont());
     setWindowTitle(toQt(form_.Caption()));
     setEnabled(form_.Enabled());
-    setFixedSize(pixels(form_.Width()), pixels(form_.Height()));
+    fit();
     for (const auto& view : views_)
         view->followAll();
-    for (const auto& view : views_)
+    for (const auto& view : views_) {
         view->name();
+        // The relation that screen readers follow from a field to its label. A label has one: not the small
+        // buttons behind the field.
+        const bool button = dynamic_cast<CommandButton*>(&view->control()) != nullptr;
+        if (const Control* label = button ? nullptr : view->control().label())
+            dynamic_cast<QLabel&>(viewOf(*label).widget()).setBuddy(&view->input());
+    }
     stack();
 }
+
+QSize FormWindow::room() const
+{
+    // The frame and the title, which only the desktop knows.
+    constexpr int title = 40;
+    return zoom_->bound().value_or(screen()->availableGeometry().size()) - QSize(edge, title);
+}
+
+double FormWindow::scaleWanted() const
+{
+    const double natural = static_cast<double>(largestFont) * logicalDpiX() / twipsPerInch;
+    const double letters = QFontInfo(QApplication::font()).pixelSize() / natural;
+    const double perTwip = static_cast<double>(logicalDpiX()) / twipsPerInch;
+    const Long line = guide_->isSection() ? lineHeight : 0;
+    const double fits = std::min(room().width() / (form_.Width() * perTwip),
+                                 room().height() / ((form_.Height() + line) * perTwip));
+    return std::max(1.0, std::min(letters, fits)) * zoom_->percent() / 100;
+}
+
+void FormWindow::fit()
+{
+    const QSize whole(pixels(form_.Width()), pixels(form_.Height()));
+    sheet_->setFixedSize(whole);
+    const int line = guide_ && guide_->isSection() ? pixels(lineHeight) : 0;
+    const QSize most = zoom_ == nullptr ? whole : room() - QSize(0, line);
+    const int bar = room_.verticalScrollBar()->sizeHint().width();
+    const bool wide = whole.width() > most.width();
+    const bool high = whole.height() > most.height();
+    const auto shown = [](bool bars) { return bars ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff; };
+    room_.setHorizontalScrollBarPolicy(shown(wide || (high && whole.width() + bar > most.width())));
+    room_.setVerticalScrollBarPolicy(shown(high || (wide && whole.height() + bar > most.height())));
+    const QSize bars(high ? bar : 0, wide ? bar : 0);
+    const QSize inner = (whole + bars).boundedTo(most);
+    room_.setGeometry({QPoint(), inner});
+    setFixedSize(inner + QSize(0, line));
+    if (line > 0) {
+        const int edge = pixels(margin);
+        guide_->line().setGeometry(edge, inner.height(), inner.width() - 2 * edge, line);
+    }
+}
+
+void FormWindow::look()
+{
+    if (guide_ && alive_)
+        guide_->look();
+}
+
+bool FormWindow::pressOwn(const QKeyEvent& event)
+{
+    if (zoom_ == nullptr || busy())
+        return false;
+    if (zoom_->press(event)) {
+        follow();
+        followFocus();
+        return true;
+    }
+    return guide_->press(event, [this](const auto& macro) { return act(macro); });
+}
+
+bool FormWindow::mayClick(const Control& control) { return busy() || !guide_ || guide_->mayClick(control); }
 
 void FormWindow::stack()
 {
@@ -141,6 +215,7 @@ void FormWindow::inStep()
     for (const auto& view : views_)
         view->flush();
     followFocus();
+    look();
 }
 
 void FormWindow::followFocus()
@@ -152,8 +227,13 @@ void FormWindow::followFocus()
     ++busy_;
     wanted.setFocus(Qt::OtherFocusReason);
     --busy_;
-    if (active != nullptr)
-        viewOf(*active).followAll();
+    if (active == nullptr)
+        return;
+    viewOf(*active).followAll();
+    // The whole of it, which for a text the area's own routine does not mean.
+    const QRect place(wanted.mapTo(sheet_, QPoint()), wanted.size());
+    const QSize half = (place.size() / 2 + QSize(edge, edge)).boundedTo(room_.viewport()->size() / 2);
+    room_.ensureVisible(place.center().x(), place.center().y(), half.width(), half.height());
 }
 
 void FormWindow::takeFocusOver(ControlView& view)
@@ -176,13 +256,15 @@ void FormWindow::changed(const PropertyBase& property)
     else if (&property == &form_.Enabled)
         setEnabled(form_.Enabled());
     else if (&property == &form_.Width || &property == &form_.Height)
-        setFixedSize(pixels(form_.Width()), pixels(form_.Height()));
+        fit();
     else if (&property == &form_.Visible && !form_.Visible())
         end();
 }
 
 void FormWindow::controlChanged(Control& control, const PropertyBase* property)
 {
+    if (guide_)
+        guide_->changed(control, property);
     viewOf(control).changed(property);
     if (property == nullptr && stacked_ != form_.frontToBack())
         stack();
@@ -211,7 +293,7 @@ void FormWindow::reject() { close(); }
 void FormWindow::closeEvent(QCloseEvent* event)
 {
     event->ignore(); // Vetoed: the form hides the window, if it closes at all.
-    if (!busy())
+    if (!busy() && (!guide_ || !form_.Enabled() || guide_->mayLeave()))
         act([this](Acts& acts) { return acts.close(form_); });
 }
 
@@ -220,6 +302,8 @@ void FormWindow::keyPressEvent(QKeyEvent* event)
     // Fallback where no control has the focus: Escape is then a person's way out.
     if (asksForHelp(*event))
         return help();
+    if (pressOwn(*event))
+        return;
     const auto key = keystrokeOf(*event);
     const Key* named = key ? std::get_if<Key>(&*key) : nullptr;
     if (alive_ && !busy() && named != nullptr && *named == Key::Escape && form_.ActiveControl() == nullptr)
@@ -237,6 +321,14 @@ bool FormWindow::event(QEvent* event)
     const bool handled = QDialog::event(event);
     if (alive_ && event->type() == QEvent::ScreenChangeInternal)
         follow();
+    // Styles draw the focus only once the keyboard has moved it, and forget that when a window opens. Here
+    // the acts move it, and it always shows.
+    if (event->type() == QEvent::Show || event->type() == QEvent::WindowActivate)
+        setAttribute(Qt::WA_KeyboardFocusChange);
+    if (alive_ && zoom_ != nullptr && event->type() == QEvent::ApplicationFontChange)
+        follow();
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        setPalette(legible(QApplication::palette(this)));
     return handled;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "qt/ControlView.h"
+#include "qt/PupilGuide.h"
+#include "qt/Zoom.h"
 
 #include <QDialog>
 #include <QEventLoop>
+#include <QScrollArea>
 
 #include <map>
 #include <optional>
@@ -12,10 +15,13 @@
 
 namespace zv {
 
-/// Window (view) of a form, from the form's opening until the form is hidden or unloaded.
+/// Window (view) of a form, from the form's opening until the form is hidden or unloaded. The form lies on a
+/// sheet, which scrolls where it is larger than the screen.
 class FormWindow final : public QDialog, private ViewHost {
 public:
-    FormWindow(Form& form, QWidget* parent);
+    /// Without a zoom the window is bare: keys and buttons do what the model does and no more, and the sheet
+    /// has its natural size.
+    FormWindow(Form& form, QWidget* parent, Zoom* zoom);
     ~FormWindow() override;
 
     Form& form() const { return form_; }
@@ -43,6 +49,8 @@ public:
     void ready();
 
     void help() override;
+    bool pressOwn(const QKeyEvent& event) override;
+    bool mayClick(const Control& control) override;
 
     void reject() override;
 
@@ -55,6 +63,12 @@ protected:
 private:
     void build();
     void follow();
+    /// Sizes of sheet and window: whole, or as large as the screen allows.
+    void fit();
+    /// Factor to the natural size: that of the desktop's letters as far as the screen allows, and the zoom.
+    double scaleWanted() const;
+    QSize room() const;
+    void look();
     /// Font whose metrics fit the sizes that the forms give their controls.
     QFont fittingFont() const;
     bool fits(const QFontMetrics& font) const;
@@ -62,6 +76,11 @@ private:
     void followFocus();
 
     Form& form_;
+    Zoom* zoom_;
+    double scale_ = 1;
+    QScrollArea room_{this};
+    QWidget* sheet_;
+    std::optional<PupilGuide> guide_;
     std::vector<std::unique_ptr<ControlView>> views_; ///< Parents first: a frame before what is in it.
     std::map<const Control*, std::size_t> byControl_;
     std::vector<Control*> stacked_; ///< Cache of the stacking order (`Form::frontToBack`) last applied.

@@ -1,6 +1,6 @@
 #include "qt/GridView.h"
 
-#include "qt/TextView.h"
+#include "qt/QtText.h"
 
 #include <QAbstractTableModel>
 #include <QHeaderView>
@@ -27,40 +27,64 @@ Qt::Alignment alignmentOf(Integer number)
     }
 }
 
+/// Whether the grid's lines stand for rows: a click chooses the whole line, not the cell.
+bool hasLines(const MSFlexGrid& grid) { return grid.Rows() > 1 && grid.RowData(1) != 0; }
+
 } // namespace
 
-/// Adapter: the grid as a table model without a copy; row 0 of the grid is the heading.
+/// Adapter: the grid as a table model without a copy; row 0 of the grid is the heading. Hidden columns are
+/// left out: screen readers would read them out.
 class GridView::Cells final : public QAbstractTableModel {
 public:
     explicit Cells(const MSFlexGrid& grid) : grid_(grid) {}
     int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : rows_; }
-    int columnCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : columns_; }
+    int columnCount(const QModelIndex& parent) const override
+    {
+        return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+    }
     QVariant data(const QModelIndex& index, int role) const override
     {
         return cell(index.row() + 1, index.column(), role);
     }
+    /// Rows are headed, unseen, by their first cell.
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override
     {
-        return orientation == Qt::Horizontal ? cell(0, section, role) : QVariant();
+        return orientation == Qt::Horizontal ? cell(0, section, role) : cell(section + 1, 0, role);
     }
+    /// The grid's column that is shown at that place; there is one at each.
+    Long columnAt(int place) const { return columns_.at(static_cast<std::size_t>(place)); }
+    /// Invalid for a hidden column.
+    QModelIndex indexOf(Long row, Long column) const
+    {
+        const auto found = std::ranges::find(columns_, column);
+        return found == columns_.end() ? QModelIndex()
+                                       : index(row - 1, static_cast<int>(found - columns_.begin()));
+    }
+    QModelIndex lastIndexOf(Long row) const { return index(row - 1, columnCount({}) - 1); }
     void refresh()
     {
-        if (rows_ != grid_.Rows() - 1 || columns_ != grid_.Cols()) {
+        std::vector<Long> columns;
+        for (Long column = 0; column < grid_.Cols(); ++column)
+            if (grid_.ColWidth(column) != 0)
+                columns.push_back(column);
+        if (rows_ != grid_.Rows() - 1 || columns_ != columns) {
             beginResetModel();
             rows_ = grid_.Rows() - 1;
-            columns_ = grid_.Cols();
+            columns_ = std::move(columns);
             endResetModel();
-        } else if (rows_ > 0 && columns_ > 0) {
-            Q_EMIT dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+        } else if (rows_ > 0 && !columns_.empty()) {
+            Q_EMIT dataChanged(index(0, 0), lastIndexOf(rows_));
         }
-        if (columns_ > 0)
-            Q_EMIT headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
+        if (!columns_.empty())
+            Q_EMIT headerDataChanged(Qt::Horizontal, 0, columnCount({}) - 1);
     }
 
 private:
-    QVariant cell(Long row, Long column, int role) const
+    QVariant cell(Long row, int place, int role) const
     {
         // Bounds check: the grid may have shrunk since the table last looked.
+        const Long column =
+            static_cast<std::size_t>(place) < columns_.size() ? columnAt(place) : grid_.Cols();
         if (row >= grid_.Rows() || column >= grid_.Cols())
             return {};
         if (role == Qt::DisplayRole)
@@ -71,7 +95,7 @@ private:
     }
     const MSFlexGrid& grid_;
     int rows_ = 0;
-    int columns_ = 0;
+    std::vector<Long> columns_; ///< Those that are not hidden.
 };
 
 GridView::GridView(ViewHost& window, MSFlexGrid& grid, QWidget& parent)
@@ -108,12 +132,11 @@ void GridView::scrolled(int top)
         act([&](Acts& acts) { return acts.scroll(control(), std::min(top + 1, control().Rows() - 1)); });
 }
 
-void GridView::name() { widget().setAccessibleName(labelOf(control())); }
-
 void GridView::followContent()
 {
     const QScopedValueRollback following(following_, true);
     cells_->refresh();
+    name(); // A grid on the pages of a strip has the name of the page.
     followSizes();
     followSelection();
     widget().verticalScrollBar()->setValue(control().TopRow() - 1);
@@ -125,12 +148,8 @@ void GridView::followSizes()
     const int height = window().pixels(control().rowHeight());
     table.verticalHeader()->setDefaultSectionSize(height);
     table.horizontalHeader()->setFixedHeight(height);
-    for (Long column = 0; column < control().Cols(); ++column) {
-        const Long width = control().ColWidth(column);
-        table.setColumnHidden(column, width == 0);
-        if (width != 0)
-            table.setColumnWidth(column, window().pixels(width));
-    }
+    for (int place = 0; place < cells_->columnCount({}); ++place)
+        table.setColumnWidth(place, window().pixels(control().ColWidth(cells_->columnAt(place))));
 }
 
 void GridView::followSelection()
@@ -139,21 +158,48 @@ void GridView::followSelection()
     QItemSelectionModel& selection = *widget().selectionModel();
     if (grid.Row() < 1 || grid.Row() >= grid.Rows())
         return selection.clear();
-    const QModelIndex from = cells_->index(grid.Row() - 1, grid.Col());
-    const QModelIndex to = cells_->index(std::max<Long>(grid.RowSel(), 1) - 1, grid.ColSel());
-    selection.select(QItemSelection(from, to), QItemSelectionModel::ClearAndSelect);
-    selection.setCurrentIndex(from, QItemSelectionModel::NoUpdate);
+    const QModelIndex current = cells_->indexOf(grid.Row(), grid.Col());
+    QItemSelection selected(current, cells_->indexOf(std::max<Long>(grid.RowSel(), 1), grid.ColSel()));
+    if (hasLines(grid)) {
+        selected = {};
+        for (Long row = 1; row < grid.Rows(); ++row)
+            if (chosen_ == grid.RowData(row))
+                selected.select(cells_->index(row - 1, 0), cells_->lastIndexOf(row));
+    }
+    selection.select(selected, QItemSelectionModel::ClearAndSelect);
+    selection.setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+}
+
+void GridView::noteChosen()
+{
+    const MSFlexGrid& grid = control();
+    // A click on the heading chooses what no line has.
+    chosen_ = grid.RowData(grid.Row());
+    followSelection();
+}
+
+bool GridView::press(const Keystroke& key)
+{
+    ControlView::press(key);
+    // In a grid the space bar clicks.
+    if (window().alive() && key == Keystroke(String(u" ")))
+        noteChosen();
+    return true;
 }
 
 bool GridView::clicked(const QObject& watched, const QPoint& where)
 {
     const QTableView& table = widget();
     const bool heading = &watched != table.viewport();
-    const int column = table.columnAt(where.x());
+    const int column = table.columnAt(where.x()); // Of those shown.
     const Long row = heading ? 0 : table.rowAt(where.y()) + 1;
     if (column < 0 || (!heading && row == 0))
         return act([this](Acts& acts) { return acts.focus(control()); });
-    return act([&](Acts& acts) { return acts.clickCell(control(), row, column); });
+    const bool done =
+        act([&](Acts& acts) { return acts.clickCell(control(), row, cells_->columnAt(column)); });
+    if (done && window().alive())
+        noteChosen();
+    return done;
 }
 
 bool GridView::page(int key)

@@ -2,6 +2,21 @@
 
 namespace zv {
 
+namespace {
+
+/// Roughly, while there is much; to the letter at the end.
+QString leftInWords(int left)
+{
+    for (const int mark : {50, 20, 10})
+        if (left > mark)
+            return QStringLiteral("Quedan más de %1 caracteres").arg(mark);
+    return left == 0   ? QStringLiteral("No caben más caracteres")
+           : left == 1 ? QStringLiteral("Queda 1 carácter")
+                       : QStringLiteral("Quedan %1 caracteres").arg(left);
+}
+
+} // namespace
+
 NotesEdit::NotesEdit(QWidget* parent) : QPlainTextEdit(parent)
 {
     left_.setBackgroundRole(QPalette::Base);
@@ -20,8 +35,19 @@ void NotesEdit::tellLeft(int left, int most)
     if (viewportMargins().right() != room)
         setViewportMargins(0, 0, room, 0);
     told_ = most == 0 ? QString() : QString::number(left);
+    said_ = most == 0 ? QString() : leftInWords(left);
+    describe(description_);
     tell(window()->focusWidget() == this);
     place();
+}
+
+void NotesEdit::describe(const QString& text)
+{
+    description_ = text;
+    const QString both =
+        text.isEmpty() || said_.isEmpty() ? text + said_ : text + QStringLiteral(". ") + said_;
+    if (accessibleDescription() != both)
+        setAccessibleDescription(both); // Which tells the screen reader.
 }
 
 void NotesEdit::tell(bool writing) { left_.setText(writing ? told_ : QString()); }

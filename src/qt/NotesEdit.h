@@ -12,6 +12,9 @@ public:
     explicit NotesEdit(QWidget* parent);
     /// Sets the countdown: `left` of `most` characters; a `most` of 0 means no limit, and shows nothing.
     void tellLeft(int left, int most);
+    /// Sets what a screen reader adds to the name, before how much is left. That changes, and is said, near
+    /// the end only: not at each letter.
+    void describe(const QString& text);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -23,6 +26,8 @@ private:
     void place();
     QLabel left_{this};
     QString told_;
+    QString description_;
+    QString said_; ///< How much is left, in words.
 };
 
 } // namespace zv

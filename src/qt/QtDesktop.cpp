@@ -66,7 +66,7 @@ QWidget* QtDesktop::front() const
 void QtDesktop::opened(Form& form)
 {
     forget(form);
-    windows_.push_back({std::make_unique<FormWindow>(form, front()), depth_});
+    windows_.push_back({std::make_unique<FormWindow>(form, front(), helps() ? &zoom_ : nullptr), depth_});
     windows_.back().window->show();
 }
 

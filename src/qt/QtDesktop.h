@@ -27,10 +27,18 @@ public:
     Long textWidth(StringView text) override;
     void changed(PropertyOwner& owner, const PropertyBase* property) override;
 
+    /// Makes the zoom that a person sets last beyond this program's end.
+    void rememberZoom() { zoom_.remember(); }
+    /// Reckons with a screen of that size instead of the real one.
+    void boundTo(const QSize& screen) { zoom_.boundTo(screen); }
+    /// Draws windows whole, also those that are larger than the screen.
+    void showWhole() { boundTo({QWIDGETSIZE_MAX, QWIDGETSIZE_MAX}); }
     /// Lookup: the window of an open form, or nullptr.
     FormWindow* windowOf(const Form& form) const;
 
 protected:
+    /// Whether windows help a person beyond what the model does; stages, whose keys are to be plain, say no.
+    virtual bool helps() const { return true; }
     /// Modal loop of a message box; stages override it.
     virtual void ask(QMessageBox& box);
     /// Modal loop of a window; stages override it.
@@ -52,6 +60,7 @@ private:
     std::vector<Shown> windows_; ///< In order of opening.
     std::vector<Shown> gone_;    ///< Closed, and kept until no event for their widgets can be pending.
     int depth_ = 0;
+    Zoom zoom_;
     std::set<const Form*> waiting_; ///< Forms that show the hourglass.
 };
 

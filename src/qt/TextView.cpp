@@ -34,8 +34,6 @@ void doEditOn(Edit& edit, QKeySequence::StandardKey key)
 
 } // namespace
 
-void TextView::name() { input().setAccessibleName(labelOf(box())); }
-
 void TextView::followContent()
 {
     if (taking_)
@@ -271,17 +269,6 @@ bool NotesView::handle(QObject& watched, QEvent& event)
     if (&watched == edit_.get() && event.type() == QEvent::MouseButtonPress)
         return false;
     return TextView::handle(watched, event);
-}
-
-QString labelOf(const Control& field)
-{
-    const auto* label = dynamic_cast<const Label*>(field.label());
-    if (label == nullptr)
-        return {};
-    QString name = toQt(label->Caption()).trimmed();
-    if (name.endsWith(u':'))
-        name.chop(1);
-    return label->Obligatorio() ? name + QStringLiteral(" (obligatorio)") : name;
 }
 
 } // namespace zv

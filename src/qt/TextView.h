@@ -14,7 +14,6 @@ class TextView : public ControlView {
 public:
     explicit TextView(ViewHost& window) : ControlView(window) {}
     virtual TextBox& box() const = 0;
-    void name() override;
 
 protected:
     struct Selection {
@@ -85,14 +84,12 @@ protected:
     bool canDo(QKeySequence::StandardKey edit) const override;
     void doEdit(QKeySequence::StandardKey edit) override;
     void followContent() override;
+    void describe(const QString& text) override { edit_->describe(text); }
     bool handle(QObject& watched, QEvent& event) override;
 
 private:
     TextBox& box_;
     std::unique_ptr<NotesEdit> edit_;
 };
-
-/// Accessible name of a field: the caption of the label that names it.
-QString labelOf(const Control& field);
 
 } // namespace zv

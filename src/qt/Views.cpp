@@ -1,11 +1,14 @@
 #include "qt/Views.h"
 
 #include "qt/GridView.h"
+#include "qt/Legible.h"
 
 #include <QAbstractItemView>
 #include <QAbstractListModel>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
 
 #include <algorithm>
 
@@ -15,6 +18,8 @@ namespace {
 
 constexpr Long tabHeight = 360;
 constexpr int darkest = 128;
+constexpr int normal = 100; ///< Width of letters, in hundredths.
+constexpr int closest = 70;
 
 template <class C, class V>
 std::unique_ptr<ControlView> viewFor(ViewHost& window, Control& control, QWidget& parent)
@@ -36,7 +41,15 @@ void LabelView::followContent()
 {
     const QString caption = toQt(control().Caption());
     QLabel& label = widget();
+    // All dialogs have letters of one size: where a caption is wider than its place, they stand closer.
+    QFont font = label.parentWidget()->font();
+    label.setFont(font);
     label.setWordWrap(label.height() > 2 * label.fontMetrics().height());
+    const int needed = label.fontMetrics().horizontalAdvance(caption + QStringLiteral(" *"));
+    if (!label.wordWrap() && needed > label.width() && label.width() > 0) {
+        font.setStretch(std::max(closest, normal * label.width() / needed));
+        label.setFont(font);
+    }
     label.setTextFormat(control().Obligatorio() ? Qt::RichText : Qt::PlainText);
     if (!control().Obligatorio()) {
         label.setText(caption);
@@ -55,6 +68,19 @@ bool LabelView::handle(QObject&, QEvent& event)
     if (event.type() == QEvent::PaletteChange)
         later([this] { followContent(); });
     return false;
+}
+
+void FocusedButton::paintEvent(QPaintEvent* event)
+{
+    QPushButton::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QStylePainter painter(this);
+    QStyleOptionFocusRect frame;
+    frame.initFrom(this);
+    const int inside = frame.rect.height() / 8;
+    frame.rect.adjust(inside, inside, -inside, -inside);
+    painter.drawPrimitive(QStyle::PE_FrameFocusRect, frame);
 }
 
 TabsView::TabsView(ViewHost& window, TabStrip& strip, QWidget& parent)
@@ -127,6 +153,7 @@ ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
     : ViewOf(window, box, parent), entries_(std::make_unique<Entries>(box))
 {
     widget().setModel(entries_.get());
+    followColors();
     watch();
     connect(&widget(), &QComboBox::activated, this, [this](int index) {
         if (index < control().ListCount())
@@ -137,6 +164,8 @@ ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
 }
 
 ListView::~ListView() = default;
+
+void ListView::followColors() { widget().setPalette(legibleOnButton(widget().palette())); }
 
 void ListView::followContent()
 {
@@ -156,6 +185,8 @@ bool ListView::handle(QObject&, QEvent& event)
 {
     if (event.type() == QEvent::Wheel)
         return true; // Swallowed: scrolling over a closed list must not choose.
+    if (event.type() == QEvent::PaletteChange)
+        later([this] { followColors(); });
     if (event.type() != QEvent::MouseButtonPress)
         return false;
     flush();
@@ -177,9 +208,9 @@ std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, QWidge
     using Maker = std::unique_ptr<ControlView> (*)(ViewHost&, Control&, QWidget&);
     constexpr Maker makers[] = {
         viewFor<Label, LabelView>,
-        viewFor<CommandButton, ButtonView<CommandButton, QPushButton>>,
+        viewFor<CommandButton, ButtonView<CommandButton, FocusedButton>>,
         viewFor<CheckBox, ButtonView<CheckBox, QCheckBox>>,
-        viewFor<OptionButton, ButtonView<OptionButton, QRadioButton>>,
+        viewFor<OptionButton, ButtonView<OptionButton, OptionCircle>>,
         viewFor<ComboBox, ListView>,
         viewFor<TabStrip, TabsView>,
         viewFor<MSFlexGrid, GridView>,

@@ -44,6 +44,38 @@ protected:
     void followContent() override {}
 };
 
+/// A button that shows the focus inside its edge: many styles draw the edge of the one that Enter presses and
+/// of the one that has the focus alike.
+class FocusedButton final : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+/// An option that only the model chooses. It says that it is one of several, which makes it an option and not
+/// a tick box to screen readers.
+class OptionCircle final : public QRadioButton {
+public:
+    using QRadioButton::QRadioButton;
+    void choose(bool on)
+    {
+        setAutoExclusive(false); // Which would not let go of the last one.
+        setChecked(on);
+        setAutoExclusive(true);
+    }
+
+protected:
+    void nextCheckState() override {}
+    void focusInEvent(QFocusEvent* event) override
+    {
+        setAutoExclusive(false); // Which would take the others out of the round of Tab.
+        QRadioButton::focusInEvent(event);
+        setAutoExclusive(true);
+    }
+};
+
 /// View of what is clicked and has a caption: a button, a tick box, an option.
 template <class C, class W>
 class ButtonView final : public ViewOf<C, W> {
@@ -52,21 +84,14 @@ public:
     {
         this->watch();
         W& button = this->widget();
-        if constexpr (std::is_same_v<W, QPushButton>)
+        if constexpr (std::is_base_of_v<QPushButton, W>)
             button.setAutoDefault(false);
-        else
-            button.setAutoExclusive(false);
         QObject::connect(&button, &W::clicked, this, [this] {
-            this->act([this](Acts& acts) { return acts.click(this->control()); });
+            this->click();
             // Synchronised again: the widget ticked itself, and the model has the last word.
             if (this->window().alive())
                 followContent();
         });
-    }
-    void name() override
-    {
-        if (this->control().Caption().empty())
-            this->widget().setAccessibleName(labelOf(this->control()));
     }
 
 protected:
@@ -74,8 +99,10 @@ protected:
     {
         C& control = this->control();
         this->widget().setText(toQt(control.Caption()));
-        if constexpr (std::is_same_v<W, QPushButton>)
+        if constexpr (std::is_base_of_v<QPushButton, W>)
             this->widget().setDefault(control.Default());
+        else if constexpr (std::is_same_v<OptionCircle, W>)
+            this->widget().choose(control.Value());
         else
             this->widget().setChecked(control.Value() != 0);
     }
@@ -101,7 +128,6 @@ class ListView final : public ViewOf<ComboBox, QComboBox> {
 public:
     ListView(ViewHost& window, ComboBox& box, QWidget& parent);
     ~ListView() override;
-    void name() override { widget().setAccessibleName(labelOf(control())); }
 
 protected:
     void followContent() override;
@@ -110,6 +136,7 @@ protected:
 
 private:
     class Entries;
+    void followColors();
     std::unique_ptr<Entries> entries_;
 };
 

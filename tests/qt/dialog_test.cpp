@@ -114,7 +114,8 @@ TEST_F(Dialog, screen_readers_hear_labels_and_mandatory_signs)
 {
     ficha.lblNombre.Obligatorio = true;
     whileOpen([&] {
-        EXPECT_EQ(widget(ficha.txtNombre).accessibleName(), "Nombre (obligatorio)");
+        EXPECT_EQ(widget(ficha.txtNombre).accessibleName(), "Nombre");
+        EXPECT_EQ(widget(ficha.txtNombre).accessibleDescription(), "Obligatorio");
         EXPECT_THAT(widget<QLabel>(ficha.lblNombre).text().toStdString(), testing::HasSubstr("*"));
         ficha.lblNombre.Obligatorio = false;
         EXPECT_EQ(widget<QLabel>(ficha.lblNombre).text(), "Nombre:");

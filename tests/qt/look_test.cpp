@@ -1,16 +1,4 @@
-#include "data/Schools.h"
-#include "data/sample/SampleSchool.h"
-#include "data/sqlite/SqliteEngine.h"
-#include "forms/Ficha.h"
-#include "module/Module.h"
-#include "qt/QtDesktop.h"
-#include "qt/QtText.h"
-#include "qt/Screen.h"
-#include "runtime/Single.h"
-#include "session/HostSession.h"
-#include "session/cAsignarDatos.h"
-#include "session/cNombreNodo.h"
-#include "suite/sodium/EncryptoApi.h"
+#include "qt/EveryDialog.h"
 
 #include <QAbstractButton>
 #include <QDir>
@@ -74,36 +62,10 @@ struct LookingDesktop final : QtDesktop {
 
 TEST(Look, nothing_is_cut_in_any_dialog)
 {
-    registerEngine(sqliteEngine());
-    installModule();
     LookingDesktop desktop;
-    useDesktop(&desktop);
-    School school = temporarySchool();
-    fillSampleSchool(school);
-    const CipherKey key = CipherKey::random();
-    registerCipher([&](bool) { return key; });
-    fillSampleIllnesses(school, [&](StringView text) { return key.seal(text); });
-    const auto session = newHostSession(school);
-    const auto show = [&](Long action, Long row, int node, const char* picture) {
-        let(*session, u"Accion", action);
-        let(*session, u"lngRowData", row);
-        desktop.picture = QString::fromLatin1(picture);
-        cAsignarDatos facade;
-        facade.ObtenerDatos(session);
-        facade.ActivarFormulario(static_cast<Byte>(node));
-    };
-    for (int node = 0; node < 256; ++node) {
-        const std::int32_t number = numberOf([&] {
-            show(1, 0, node, "-nuevo.png");
-            show(2, 1, node, "-cambio.png");
-        });
-        EXPECT_EQ(number, 0) << node;
-    }
-    show(1, -2, cNombreNodo::Emisor, "-ordenante.png");
+    showEveryDialog(desktop,
+                    [&](const char* state) { desktop.picture = QString::fromLatin1(state) + ".png"; });
     EXPECT_GE(desktop.seen.size(), 20U);
-    resetSingles();
-    registerCipher();
-    useDesktop(nullptr);
 }
 
 } // namespace zv::test

@@ -1,17 +1,8 @@
-#include "data/Schools.h"
 #include "data/Statement.h"
-#include "data/sample/SampleSchool.h"
-#include "data/sqlite/SqliteEngine.h"
-#include "module/Module.h"
-#include "qt/QtDesktop.h"
-#include "qt/QtText.h"
-#include "qt/Screen.h"
+#include "qt/Tutor.h"
 #include "reports/frmConsejoOrientador.h"
 #include "reports/frmInfIndPrim.h"
 #include "reports/frmInformeIndividual.h"
-#include "runtime/Single.h"
-#include "session/HostSession.h"
-#include "session/cAsignarDatos.h"
 #include "session/cNombreNodo.h"
 
 #include <QAbstractItemView>
@@ -21,78 +12,8 @@
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTableView>
-#include <QTest>
 
 namespace zv::test {
-
-/// A tutor before the real windows of a believable school.
-struct Report : testing::Test {
-    struct Tutor final : QtDesktop {
-        std::map<String, std::function<void()>> does;
-        void runWindow(FormWindow& window) override
-        {
-            window.ready();
-            QApplication::processEvents();
-            front = &window;
-            does.at(window.form().Name())();
-            if (window.form().Visible())
-                window.form().Unload();
-        }
-        FormWindow* front = nullptr;
-    } tutor;
-    School school;
-
-    Report()
-    {
-        registerEngine(sqliteEngine());
-        installModule();
-        useDesktop(&tutor);
-        school = temporarySchool();
-        fillSampleSchool(school);
-    }
-    ~Report() override
-    {
-        resetSingles();
-        useDesktop(nullptr);
-    }
-    void open(Byte node)
-    {
-        const auto session = newHostSession(school);
-        cAsignarDatos facade;
-        facade.ObtenerDatos(session);
-        facade.ActivarFormulario(node);
-    }
-    template <class W = QWidget>
-    W& widget(const Control& control)
-    {
-        return dynamic_cast<W&>(tutor.windowOf(control.form())->viewOf(control).input());
-    }
-    void press(int key) { QTest::keyClick(tutor.front->focusWidget(), static_cast<Qt::Key>(key)); }
-    void tabTo(const char* name, int key = Qt::Key_Tab)
-    {
-        for (int steps = 0; tutor.front->focusWidget()->objectName() != QLatin1String(name); ++steps) {
-            ASSERT_LT(steps, 20) << name;
-            press(key);
-        }
-    }
-    std::string row(const String& sql)
-    {
-        std::string text;
-        for (const Value& value : school.centro->executeNative(sql)->row())
-            text += toUtf8(CStr(value)) + " ";
-        return text;
-    }
-    /// Section 1 of the first course, by keyboard alone.
-    void chooseSection()
-    {
-        tabTo("cboCursos");
-        press(Qt::Key_Down);
-        press(Qt::Key_Tab);
-        press(Qt::Key_Down);
-        press(Qt::Key_Tab);
-        press(Qt::Key_Return);
-    }
-};
 
 TEST_F(Report, a_tutor_does_a_whole_section_by_keyboard_alone)
 {

@@ -59,7 +59,10 @@ private:
 class QtScreen final : public Screen {
 public:
     /// `application` nullptr: uses the host's.
-    explicit QtScreen(std::unique_ptr<OwnApplication> application) : application_(std::move(application)) {}
+    explicit QtScreen(std::unique_ptr<OwnApplication> application) : application_(std::move(application))
+    {
+        desktop_.rememberZoom();
+    }
     Desktop& desktop() override { return desktop_; }
     Reach reach() const override
     {

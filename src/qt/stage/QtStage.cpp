@@ -76,6 +76,15 @@ bool hit(QWidget& widget, QPoint where)
     return window.childAt(widget.mapTo(&window, where)) == &widget;
 }
 
+/// Place of a column among those shown; -1 for a hidden one. Fails with 381 if there is none.
+int placeOf(const MSFlexGrid& grid, Long column)
+{
+    int place = grid.ColWidth(column) == 0 ? -1 : 0;
+    for (Long before = 0; before < column && place >= 0; ++before)
+        place += grid.ColWidth(before) != 0;
+    return place;
+}
+
 constexpr std::initializer_list<QEvent::Type> oneClick = {QEvent::MouseButtonPress,
                                                           QEvent::MouseButtonRelease};
 constexpr std::initializer_list<QEvent::Type> secondClick = {QEvent::MouseButtonDblClick,
@@ -141,10 +150,11 @@ public:
     bool clickCell(MSFlexGrid& grid, Long row, Long column) override
     {
         auto& table = dynamic_cast<QTableView&>(widgetOf(grid));
-        const QRect cell = table.visualRect(table.model()->index(std::max<Long>(row, 1) - 1, column));
+        const int place = placeOf(grid, column);
+        const QRect cell = table.visualRect(table.model()->index(std::max<Long>(row, 1) - 1, place));
         QWidget& target = row == 0 ? *table.horizontalHeader()->viewport() : *table.viewport();
         const QPoint where(cell.center().x(), row == 0 ? target.height() / 2 : cell.center().y());
-        if (table.isColumnHidden(column) || !hit(target, where))
+        if (place < 0 || !hit(target, where))
             return directly(grid.form(), [&](Acts& acts) { return acts.clickCell(grid, row, column); });
         return really(grid.form(), [&] { sendMouse(target, where, oneClick); });
     }

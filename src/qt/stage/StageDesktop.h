@@ -29,6 +29,7 @@ public:
     void breathe();
 
 protected:
+    bool helps() const override { return false; }
     void ask(QMessageBox& box) override;
     void runWindow(FormWindow& window) override;
 
