@@ -125,7 +125,7 @@ int mainWindow(const QStringList& words)
                                     "» no es una orden.");
     const OnScreen screen;
     std::optional<MainWindow> window;
-    const auto build = [&] { window.emplace(); };
+    const auto build = [&] { window.emplace(Remembered::Where::settings); };
     std::unique_ptr<Host> host = given.has(QStringLiteral("bd"))
                                      ? openHostShown(nullptr, fromQt(given.text(QStringLiteral("bd"))), build)
                                      : startSchool(build);

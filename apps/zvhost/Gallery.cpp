@@ -150,6 +150,8 @@ int drawGallery(const QString& folder, const QString& suffix)
     School school = temporarySchool();
     fillSample(school);
     MainWindow window(std::make_unique<Host>(u"sqlite:colegio.db", school));
+    // The screen in memory is smaller than any desktop's.
+    window.resize(window.fontMetrics().averageCharWidth() * 170, window.fontMetrics().height() * 42);
     window.show();
     QApplication::processEvents();
     desktop.draw(window, QStringLiteral("principal"));

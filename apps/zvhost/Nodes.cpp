@@ -238,11 +238,18 @@ const Node* nodeOf(StringView form)
     return found == all.end() ? nullptr : &*found;
 }
 
+const Node* nodeOfTable(StringView table)
+{
+    const auto all = nodes();
+    const auto found = std::ranges::find_if(
+        all, [&](const Node& each) { return each.hasList() && sameName(each.table, table); });
+    return found == all.end() ? nullptr : &*found;
+}
+
 StringView nameOfTable(StringView table)
 {
-    for (const Node& each : nodes())
-        if (sameName(each.table, table))
-            return each.name;
+    if (const Node* node = nodeOfTable(table))
+        return node->name;
     for (const auto& [other, words] : otherTables)
         if (sameName(other, table))
             return words;

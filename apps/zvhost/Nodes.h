@@ -36,6 +36,8 @@ std::span<const Node> nodes();
 /// Lookup by number, or by a dialog's name; nullptr if there is none.
 const Node* nodeOf(Byte number);
 const Node* nodeOf(StringView form);
+/// Node of a table's list; nullptr if there is none.
+const Node* nodeOfTable(StringView table);
 /// Display name of a table; the table's own name where it has no other.
 StringView nameOfTable(StringView table);
 
