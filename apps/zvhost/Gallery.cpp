@@ -158,6 +158,9 @@ int drawGallery(const QString& folder, const QString& suffix)
     window.go(*nodeOf(cNombreNodo::Emisor));
     QApplication::processEvents();
     desktop.draw(window, QStringLiteral("principal-emisores"));
+    window.go(*nodeOf(cNombreNodo::InfIndiv));
+    QApplication::processEvents();
+    desktop.draw(window, QStringLiteral("principal-informes"));
     for (const Node& node : nodes())
         drawNode(window.host(), desktop, node);
     useDesktop(nullptr);

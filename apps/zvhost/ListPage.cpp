@@ -61,13 +61,13 @@ void ListPage::arrange()
     rows->addStretch();
 }
 
-void ListPage::showParts(bool list, bool direct, const QString& explanation)
+void ListPage::showParts(bool list, const QString& direct, const QString& explanation)
 {
     for (QWidget* each :
          {static_cast<QWidget*>(&search_), static_cast<QWidget*>(&table_), static_cast<QWidget*>(&count_)})
         each->setVisible(list);
-    direct_.setVisible(direct);
-    direct_.setText(QStringLiteral("A&brir…"));
+    direct_.setVisible(!direct.isEmpty());
+    direct_.setText(direct);
     explanation_.setVisible(!explanation.isEmpty());
     explanation_.setText(explanation);
 }
@@ -75,10 +75,15 @@ void ListPage::showParts(bool list, bool direct, const QString& explanation)
 void ListPage::show(const Node& node, std::vector<Row> rows, const ListLook& look)
 {
     title_.setText(toQt(node.name));
-    showParts(node.hasList(), !node.hasList(),
-              node.hasList()
-                  ? QString()
-                  : QStringLiteral("Elija la enseñanza, el curso y la sección en la ventana que se abre."));
+    if (node.hasList())
+        showParts(true, {}, {});
+    else if (rows.empty())
+        showParts(false, QStringLiteral("A&brir…"),
+                  QStringLiteral("Elija la enseñanza, el curso y la sección en la ventana que se abre."));
+    else
+        showParts(true, QStringLiteral("Elegir la sección en la &ventana…"),
+                  QStringLiteral("Secciones, y de cuántos alumnos hay algo escrito. Intro abre la elegida."));
+    showProgress(node);
     search_.setText(look.search);
     model_.mark({});
     model_.show(node.columns, std::move(rows));
@@ -94,10 +99,18 @@ void ListPage::show(const Node& node, std::vector<Row> rows, const ListLook& loo
     calls_.selected();
 }
 
+void ListPage::showProgress(const Node& node)
+{
+    for (std::size_t column = 0; column < node.columns.size(); ++column)
+        table_.setItemDelegateForColumn(static_cast<int>(column),
+                                        node.columns[column].kind == ListColumn::Kind::progress ? &progress_
+                                                                                                : nullptr);
+}
+
 void ListPage::showGroup(const QString& name)
 {
     title_.setText(name);
-    showParts(false, false, QStringLiteral("Elija una de sus listas."));
+    showParts(false, {}, QStringLiteral("Elija una de sus listas."));
     model_.show({}, {});
     calls_.selected();
 }

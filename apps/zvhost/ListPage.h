@@ -1,6 +1,7 @@
 #pragma once
 
 #include "zvhost/ListTable.h"
+#include "zvhost/ProgressDelegate.h"
 #include "zvhost/Remembered.h"
 #include "zvhost/RowsModel.h"
 
@@ -65,7 +66,8 @@ protected:
 
 private:
     void arrange();
-    void showParts(bool list, bool direct, const QString& explanation);
+    void showParts(bool list, const QString& direct, const QString& explanation);
+    void showProgress(const Node& node);
     QString nameAt(int row) const;
     void tellCount();
 
@@ -78,6 +80,7 @@ private:
     ListTable table_;
     QLabel count_;
     QPushButton direct_;
+    ProgressDelegate progress_;
 };
 
 } // namespace zv::host

@@ -10,6 +10,8 @@
 #include <QScreen>
 #include <QStatusBar>
 
+#include <algorithm>
+
 namespace zv::host {
 namespace {
 
@@ -34,8 +36,8 @@ MainWindow::MainWindow(Remembered::Where memory)
     connect(&tree_, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem* item) {
         if (item->parent() == nullptr)
             return;
-        if (node_ != nullptr && !node_->hasList())
-            openChosen();
+        if (node_ != nullptr && !node_->hasList() && !page_.selected())
+            openDirect();
         else
             page_.enter();
     });
@@ -91,15 +93,24 @@ void MainWindow::chosen()
     }
     memory_.set(lastList, int{node_->number});
     std::vector<Row> rows;
-    if (node_->hasList())
-        tried(this, QStringLiteral("La lista no se ha podido leer."), [&] { rows = host_->rows(*node_); });
+    tried(this, QStringLiteral("La lista no se ha podido leer."), [&] { rows = readRows(); });
     page_.show(*node_, std::move(rows), lookOf(memory_, node_->number));
     markHeld();
 }
 
+std::vector<Row> MainWindow::readRows()
+{
+    if (node_->hasList())
+        return host_->rows(*node_);
+    sections_.clear();
+    if (node_->hasSections())
+        sections_ = sections(*host_, *node_);
+    return rowsOf(sections_);
+}
+
 void MainWindow::keepLook()
 {
-    if (node_ != nullptr && node_->hasList())
+    if (listed())
         host::keepLook(memory_, node_->number, page_.look());
 }
 
@@ -112,10 +123,10 @@ void MainWindow::closeEvent(QCloseEvent* event)
 
 void MainWindow::readAgain(ListPage::Added added)
 {
-    if (node_ == nullptr || !node_->hasList())
+    if (!listed())
         return;
     tried(this, QStringLiteral("La lista no se ha podido leer."),
-          [&] { page_.refresh(*node_, host_->rows(*node_), added); });
+          [&] { page_.refresh(*node_, readRows(), added); });
     markHeld();
 }
 
@@ -132,20 +143,37 @@ void MainWindow::openChosen()
 {
     if (node_->hasList())
         changeRow();
+    else if (const std::optional<Long> section = page_.selected())
+        openSection(*section);
     else
         openDirect();
 }
 
 /// The windows of the reports know no session of consultation, and write what is accepted in them.
+bool MainWindow::mayWrite(const QString& title)
+{
+    return !host_->choices().readOnly ||
+           confirm(this, title,
+                   QStringLiteral(
+                       "La sesión es de sólo consulta, pero esta ventana no lo tiene en cuenta: lo que "
+                       "se acepte en ella se guarda. Si sólo quiere mirar, ciérrela sin aceptar."),
+                   QStringLiteral("&Abrir"));
+}
+
 void MainWindow::openDirect()
 {
-    if (!host_->choices().readOnly ||
-        confirm(
-            this, toQt(node_->name),
-            QStringLiteral("La sesión es de sólo consulta, pero esta ventana no lo tiene en cuenta: lo que "
-                           "se acepte en ella se guarda. Si sólo quiere mirar, ciérrela sin aceptar."),
-            QStringLiteral("&Abrir")))
+    if (mayWrite(toQt(node_->name)))
         openDialog(cConstCol::NUEVO, 0);
+}
+
+void MainWindow::openSection(Long id)
+{
+    const auto section = std::ranges::find(sections_, id, &Section::id);
+    if (section == sections_.end() || !mayWrite(toQt(node_->name)))
+        return;
+    // Runs in the window's own loop, which begins once it is shown.
+    QTimer::singleShot(0, this, [chosen = *section] { chooseSection(chosen); });
+    openDialog(cConstCol::NUEVO, 0);
 }
 
 void MainWindow::newRow(Long kind) { openDialog(cConstCol::NUEVO, kind); }
@@ -263,6 +291,9 @@ void MainWindow::chooseSession()
             undo_.forget();
     }
     tellStatus();
+    // Another person has other sections.
+    if (node_ != nullptr && node_->hasSections())
+        chosen();
     follow();
 }
 

@@ -5,6 +5,7 @@
 #include "zvhost/ListPage.h"
 #include "zvhost/NodeTree.h"
 #include "zvhost/Remembered.h"
+#include "zvhost/Sections.h"
 #include "zvhost/Undo.h"
 
 #include <QAction>
@@ -63,6 +64,11 @@ private:
     void chosen();
     void openChosen();
     void openDirect();
+    void openSection(Long id);
+    /// Reads the rows of the node that is shown: its own, or the sections.
+    std::vector<Row> readRows();
+    bool listed() const { return node_ != nullptr && !node_->columns.empty(); }
+    bool mayWrite(const QString& title);
     void openDialog(Byte action, Long row, bool branches = false);
     void readAgain(ListPage::Added added);
     void keepLook();
@@ -93,6 +99,7 @@ private:
     QLabel database_, user_, mode_;
     Undo undo_;
     std::optional<Wanted> wanted_;
+    std::vector<Section> sections_; ///< Those that are listed on the page of a report.
     QTimer watch_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,

@@ -132,7 +132,7 @@ void MainWindow::follow()
     const bool list = node_ != nullptr && node_->hasList();
     const bool writes = !host_->choices().readOnly;
     const bool row = list && page_.selected().has_value();
-    const bool rows = list && !page_.selection().empty();
+    const bool rows = listed() && !page_.selection().empty();
     const bool issuers = list && node_->number == cNombreNodo::Emisor;
     const bool banks = list && node_->number == cNombreNodo::OC_Bancos;
     new_->setText(issuers ? QStringLiteral("&Nuevo emisor") : QStringLiteral("&Nuevo"));
@@ -145,12 +145,12 @@ void MainWindow::follow()
     change_->setEnabled(row || (node_ != nullptr && !list));
     branches_->setVisible(banks);
     branches_->setEnabled(banks && row);
-    delete_->setEnabled(rows && writes);
+    delete_->setEnabled(rows && list && writes);
     undoIt_->setEnabled(undo_.possible() && writes);
     for (QAction* each : {copy_, copyCell_})
         each->setEnabled(rows);
     for (QAction* each : {refresh_, csv_, find_})
-        each->setEnabled(list);
+        each->setEnabled(listed());
 }
 
 void MainWindow::showMenu(const QPoint& at)

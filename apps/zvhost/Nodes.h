@@ -8,7 +8,14 @@ namespace zv::host {
 
 /// Descriptor of a column of a node's list.
 struct ListColumn {
-    enum class Kind { text, number, flag, word, enciphered };
+    enum class Kind {
+        text,
+        number,
+        flag,
+        word,
+        enciphered,
+        progress ///< A text like "18 de 23".
+    };
     StringView title;
     Kind kind = Kind::text;
     std::span<const StringView> words = {}; ///< For Kind::word: what 1, 2, … stand for.
@@ -29,6 +36,8 @@ struct Node {
     std::span<const ListColumn> columns = {};
 
     bool hasList() const { return !query.empty(); }
+    /// A node of the reports: no list of its own, but one of the sections.
+    bool hasSections() const { return query.empty() && !columns.empty(); }
 };
 
 /// All nodes, sorted by group.

@@ -187,9 +187,41 @@ TEST_F(ListTest, a_session_of_consultation_asks_before_what_it_does_not_lock)
     window->host().choose(choices);
     window->go(*nodeOf(cNombreNodo::InfIndiv));
     tree().setFocus();
+    key(Qt::Key_Return);
     thenAnswer();
     key(Qt::Key_Return);
     EXPECT_THAT(asked, HasSubstr("se guarda"));
+}
+
+TEST_F(ListTest, a_tutor_opens_her_section_and_sees_how_far_it_is)
+{
+    Choices choices = window->host().choices();
+    choices.user = 3; // In the sample she tutors 2º A of the primary stage, and teaches elsewhere.
+    choices.profile = 1;
+    window->host().choose(choices);
+    school.centro->Execute(u"DELETE FROM Alumno_InfInd");
+    school.centro->Execute(
+        u"DELETE FROM Alumno_InfIndPrim WHERE CodAlumno NOT IN (SELECT MIN(CodAlumno) FROM "
+        u"Alumno_InfIndPrim)");
+    window->go(*nodeOf(cNombreNodo::InfIndiv));
+    search("2º de primaria 2º A");
+    ASSERT_EQ(list().model()->rowCount(), 1);
+    EXPECT_EQ(list().model()->index(0, 3).data().toString().toStdString(),
+              "1 de " + one(u"SELECT COUNT(*) FROM Alumno WHERE codseccion=3"));
+    // A person closes what has opened, the last window first.
+    QStringList opened;
+    QTimer person;
+    QObject::connect(&person, &QTimer::timeout, window.get(), [&] {
+        auto* modal = QApplication::activeModalWidget();
+        if (modal == nullptr || (opened.isEmpty() && modal->objectName() == u"frmInformeIndividual"))
+            return;
+        opened += modal->objectName();
+        modal->close();
+    });
+    QTimer::singleShot(5000, window.get(), [&] { opened += QStringLiteral("too late"); });
+    person.start(50);
+    key(Qt::Key_Return);
+    EXPECT_EQ(opened.join(u' '), QStringLiteral("frmInfIndPrim frmInformeIndividual"));
 }
 
 TEST_F(ListTest, buttons_keep_their_places)
