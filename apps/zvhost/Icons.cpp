@@ -43,6 +43,7 @@ constexpr Drawing drawings[] = {
     {"sesion", "user-identity", "O 12 8 4 B 12 22 8 180 -180"},
     {"otro", "document-open", "M 3 6 L 9 6 L 11 8 L 21 8 L 21 19 L 3 19 Z"},
     {"ayuda", "help-contents", "O 12 12 9 B 12 10 3 170 -230 L 12 14 M 12 17 L 12 18"},
+    {"buscarAyuda", "edit-find", "O 10 10 6 M 15 15 L 21 21"},
     {"salir", "application-exit", "M 10 4 L 4 4 L 4 20 L 10 20 M 9 12 L 21 12 M 17 8 L 21 12 L 17 16"},
 };
 

@@ -34,6 +34,11 @@ ListDialog::ListDialog(QWidget* parent, const QString& title, std::span<const Li
     layout_.insertWidget(2, &empty_);
     resize(fontMetrics().averageCharWidth() * 110, fontMetrics().height() * 24);
     connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { follow(); });
+    connect(&table_, &QTableView::doubleClicked, this, [this] {
+        for (QPushButton* each : commands_)
+            if (each->isDefault())
+                each->click();
+    });
     connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) {
         view_.search(words);
         if (view_.rowCount() != 0)
@@ -42,8 +47,8 @@ ListDialog::ListDialog(QWidget* parent, const QString& title, std::span<const Li
     });
 }
 
-void ListDialog::command(const QString& text, const QString& failed,
-                         const std::function<void(const Rows&)>& does, Selects selects)
+QPushButton& ListDialog::command(const QString& text, const QString& failed,
+                                 const std::function<void(const Rows&)>& does, Selects selects)
 {
     if (selects == Selects::several)
         table_.setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -55,15 +60,19 @@ void ListDialog::command(const QString& text, const QString& failed,
         tried(this, failed, [&] { does(rows); });
         tried(this, cannotRead, [&] { reload(place); });
     }));
+    return *commands_.back();
 }
 
-void ListDialog::run(const QString& whenEmpty)
+void ListDialog::run(const QString& whenEmpty, Begins begins)
 {
     empty_.setText(whenEmpty);
     buttons_.addClose(QStringLiteral("&Cerrar"));
     if (!tried(parentWidget(), cannotRead, [&] { reload(0); }))
         return;
-    table_.setFocus();
+    if (begins == Begins::searching)
+        search_.setFocus();
+    else
+        table_.setFocus();
     exec();
 }
 

@@ -20,11 +20,13 @@ public:
 
     using Rows = std::vector<std::size_t>; ///< Places of rows, as `read` gave them.
     enum class Selects { one, several };
-    /// Adds a command on the selected rows.
-    void command(const QString& text, const QString& failed, const std::function<void(const Rows&)>& does,
-                 Selects selects = Selects::one);
+    /// Adds a command on the selected rows. Its button as the default one is pressed by Enter and a double
+    /// click.
+    QPushButton& command(const QString& text, const QString& failed,
+                         const std::function<void(const Rows&)>& does, Selects selects = Selects::one);
+    enum class Begins { choosing, searching };
     /// Shows it until it is closed; `whenEmpty` stands in the place of rows.
-    void run(const QString& whenEmpty);
+    void run(const QString& whenEmpty, Begins begins = Begins::choosing);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -104,7 +104,7 @@ private:
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,
             *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *bin_ = nullptr, *rowsInUse_ = nullptr,
-            *session_ = nullptr, *open_ = nullptr, *help_ = nullptr, *quit_ = nullptr;
+            *session_ = nullptr, *open_ = nullptr, *help_ = nullptr, *findHelp_ = nullptr, *quit_ = nullptr;
 };
 
 } // namespace zv::host

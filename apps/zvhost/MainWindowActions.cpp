@@ -4,6 +4,7 @@
 #include "session/cNombreNodo.h"
 #include "zvhost/Icons.h"
 #include "zvhost/MainWindow.h"
+#include "zvhost/ManualSearch.h"
 #include "zvhost/Start.h"
 #include "zvhost/Widgets.h"
 
@@ -64,6 +65,8 @@ void MainWindow::buildActions()
                     QKeySequence(Qt::CTRL | Qt::Key_O), [this] { openOther(); });
     help_ = &action(QStringLiteral("ayuda"), QStringLiteral("A&yuda"), QKeySequence(Qt::Key_F1),
                     [this] { showHelp(*this, QStringLiteral("zvhost")); });
+    findHelp_ = &action(QStringLiteral("buscarAyuda"), QStringLiteral("&Buscar en la ayuda…"),
+                        QKeySequence(Qt::CTRL | Qt::Key_F1), [this] { searchManual(this); });
     quit_ = &action(QStringLiteral("salir"), QStringLiteral("Sa&lir"), QKeySequence(Qt::CTRL | Qt::Key_Q),
                     [this] { close(); });
 }
@@ -86,7 +89,7 @@ void MainWindow::buildMenus()
     list->addActions({find_, refresh_, csv_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
     tools->addActions({bin_, rowsInUse_});
-    menuBar()->addMenu(QStringLiteral("A&yuda"))->addAction(help_);
+    menuBar()->addMenu(QStringLiteral("A&yuda"))->addActions({help_, findHelp_});
 }
 
 /// Every button keeps its place: those of single lists stand at the end, and none changes its width.

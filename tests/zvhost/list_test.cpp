@@ -12,6 +12,7 @@
 #include <QSplitter>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTextBrowser>
 #include <QToolBar>
 #include <QTreeWidget>
 
@@ -302,6 +303,23 @@ TEST_F(ListTest, the_window_comes_back_as_it_was_left)
     open();
     EXPECT_EQ(window->host().choices().user, 1);
     window->close();
+}
+
+TEST_F(ListTest, the_manual_is_searched)
+{
+    QString shown;
+    then([&] {
+        type("clave de las enfermedades aparte");
+        key(Qt::Key_Return);
+        EXPECT_EQ(qobject_cast<QTableView*>(place())->model()->rowCount(), 1);
+        QWidget* search = QApplication::activeModalWidget();
+        key(Qt::Key_Return);
+        const auto* page = search->findChild<QTextBrowser*>();
+        shown = page == nullptr ? QString() : page->textCursor().selectedText();
+        search->close();
+    });
+    key(Qt::Key_F1, Qt::ControlModifier);
+    EXPECT_EQ(shown.toStdString(), "El programa no las hace. Si");
 }
 
 TEST_F(ListTest, times_are_said_as_people_say_them)
