@@ -38,10 +38,12 @@ void decipherNames(std::vector<DeletedRow>& rows)
 
 String shownRow(Connection& centro, const Node* node, Long key)
 {
-    String name = node == nullptr ? String() : nameOfRow(centro, node->table, key);
-    if (!name.empty() && node->columns.front().kind == ListColumn::Kind::enciphered)
-        name = deciphered(name);
-    return name.empty() ? u"número " + decimalText(key) : name;
+    if (node == nullptr || !node->hasList())
+        return u"número " + decimalText(key);
+    const String name = nameOfRow(centro, node->table, key);
+    if (name.empty())
+        return u"número " + decimalText(key);
+    return node->columns.front().kind == ListColumn::Kind::enciphered ? deciphered(name) : name;
 }
 
 } // namespace
@@ -55,6 +57,7 @@ std::vector<DeletedRow> showRecycleBin(QWidget* parent, Host& host)
         decipherNames(rows);
         People people(host.school());
         std::vector<Row> shown;
+        shown.reserve(rows.size());
         for (const DeletedRow& each : rows)
             shown.push_back(
                 {static_cast<Long>(shown.size()),
@@ -85,6 +88,7 @@ void showRowsInUse(QWidget* parent, Host& host)
         rows = registrations(centro);
         People people(host.school());
         std::vector<Row> shown;
+        shown.reserve(rows.size());
         for (const Registration& each : rows) {
             const Node* node = nodeOf(each.form);
             const QString station =

@@ -54,7 +54,7 @@ QPainterPath pathOf(const char* drawing)
     qsizetype at = 0;
     const auto next = [&] { return words[at++].toDouble(); };
     while (at < words.size()) {
-        const QString verb = words[at++];
+        const QString& verb = words[at++];
         if (verb == u"Z") {
             path.closeSubpath();
             continue;

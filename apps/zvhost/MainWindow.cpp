@@ -7,6 +7,7 @@
 #include "zvhost/Start.h"
 #include "zvhost/Widgets.h"
 
+#include <QApplication>
 #include <QScreen>
 #include <QStatusBar>
 

@@ -88,6 +88,7 @@ void searchManual(QWidget* parent)
     const std::vector<Paragraph> all = paragraphs();
     ListDialog dialog(parent, QStringLiteral("Buscar en la ayuda"), columns, [&] {
         std::vector<Row> rows;
+        rows.reserve(all.size());
         for (const Paragraph& each : all)
             rows.push_back({static_cast<Long>(rows.size()),
                             {Value(fromQt(each.title)),

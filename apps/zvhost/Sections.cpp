@@ -120,6 +120,7 @@ std::vector<Section> sections(Host& host, const Node& node)
 std::vector<Row> rowsOf(const std::vector<Section>& sections)
 {
     std::vector<Row> rows;
+    rows.reserve(sections.size());
     for (const Section& each : sections)
         rows.push_back({each.id,
                         {Value(each.kindName), Value(each.courseName), Value(each.name),

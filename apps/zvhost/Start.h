@@ -2,6 +2,8 @@
 
 #include "zvhost/Host.h"
 
+#include <QStringList>
+
 #include <functional>
 #include <memory>
 

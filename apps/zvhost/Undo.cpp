@@ -32,7 +32,9 @@ void Undo::tell(const QString& text, const QString& link, std::function<void()> 
     follows_ = std::move(follows);
     QString line = text.toHtmlEscaped();
     if (!link.isEmpty())
-        line += QStringLiteral(" · <a href=\"#\">%1</a>").arg(link.toHtmlEscaped());
+        // In the colour of the text: links are too dark in some dark palettes.
+        line += QStringLiteral(" · <a href=\"#\" style=\"color: %2\">%1</a>")
+                    .arg(link.toHtmlEscaped(), palette().color(QPalette::WindowText).name());
     setText(line);
     setToolTip(text);
     setFocusPolicy(link.isEmpty() ? Qt::NoFocus : Qt::StrongFocus);
