@@ -75,6 +75,7 @@ void ListPage::showParts(bool list, const QString& direct, const QString& explan
 void ListPage::show(const Node& node, std::vector<Row> rows, const ListLook& look)
 {
     title_.setText(toQt(node.name));
+    table_.setAccessibleName(toQt(node.name));
     if (node.hasList())
         showParts(true, {}, {});
     else if (rows.empty())

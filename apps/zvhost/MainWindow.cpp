@@ -305,7 +305,9 @@ void MainWindow::tellStatus()
     const QString known = People(host_->school()).known(choices.user);
     const QString person = known.isEmpty() ? toQt(choices.userName) : known;
     setWindowTitle(QStringLiteral("Configuración del centro — %1 — %2").arg(url, person));
-    database_.setText(fontMetrics().elidedText(url, Qt::ElideMiddle, fontMetrics().averageCharWidth() * 50));
+    // Its file alone: the line needs its room for what was done. The title has the whole.
+    database_.setText(fontMetrics().elidedText(url.section(u'/', -1), Qt::ElideMiddle,
+                                               fontMetrics().averageCharWidth() * 30));
     database_.setToolTip(url);
     user_.setText(person);
     user_.setToolTip(QStringLiteral("Usuario %1 («%2»), perfil %3")

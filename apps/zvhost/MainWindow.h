@@ -103,8 +103,9 @@ private:
     QTimer watch_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,
-            *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *bin_ = nullptr, *rowsInUse_ = nullptr,
-            *session_ = nullptr, *open_ = nullptr, *help_ = nullptr, *findHelp_ = nullptr, *quit_ = nullptr;
+            *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *columns_ = nullptr, *bin_ = nullptr,
+            *rowsInUse_ = nullptr, *session_ = nullptr, *open_ = nullptr, *help_ = nullptr,
+            *findHelp_ = nullptr, *quit_ = nullptr;
 };
 
 } // namespace zv::host

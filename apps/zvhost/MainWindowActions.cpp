@@ -53,6 +53,8 @@ void MainWindow::buildActions()
                        [this] { refresh(); });
     find_ = &action(QStringLiteral("encontrar"), QStringLiteral("&Buscar"),
                     QKeySequence(Qt::CTRL | Qt::Key_F), [this] { page_.findRow(); });
+    columns_ = &action(QStringLiteral("columnas"), QStringLiteral("A&justar las columnas"),
+                       QKeySequence(Qt::CTRL | Qt::Key_J), [this] { page_.shareColumns(); });
     csv_ = &action(QStringLiteral("exportar"), QStringLiteral("E&xportar la lista…"),
                    QKeySequence(Qt::CTRL | Qt::Key_E), [this] { exportCsv(); });
     bin_ = &action(QStringLiteral("papelera"), QStringLiteral("&Papelera…"),
@@ -86,7 +88,7 @@ void MainWindow::buildMenus()
     row->addSeparator();
     row->addActions({undoIt_, copy_, copyCell_});
     QMenu* list = menuBar()->addMenu(QStringLiteral("&Lista"));
-    list->addActions({find_, refresh_, csv_});
+    list->addActions({find_, refresh_, columns_, csv_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
     tools->addActions({bin_, rowsInUse_});
     menuBar()->addMenu(QStringLiteral("A&yuda"))->addActions({help_, findHelp_});
@@ -152,7 +154,7 @@ void MainWindow::follow()
     undoIt_->setEnabled(undo_.possible() && writes);
     for (QAction* each : {copy_, copyCell_})
         each->setEnabled(rows);
-    for (QAction* each : {refresh_, csv_, find_})
+    for (QAction* each : {refresh_, columns_, csv_, find_})
         each->setEnabled(listed());
 }
 

@@ -261,6 +261,8 @@ TEST_F(ListTest, columns_use_the_width_there_is_until_one_is_dragged)
     window->resize(window->width() - 100, window->height());
     QApplication::processEvents();
     EXPECT_EQ(list().columnWidth(0), std::max(33, list().horizontalHeader()->minimumSectionSize()));
+    key(Qt::Key_J, Qt::ControlModifier);
+    EXPECT_EQ(whole(), list().viewport()->width());
 }
 
 TEST_F(ListTest, the_window_comes_back_as_it_was_left)
