@@ -57,6 +57,7 @@ void MainWindow::putBack(const Node& node, const std::vector<NamedRow>& rows)
     if (node_ != &node)
         go(node);
     readAgain(ListPage::Added::shows);
+    page_.enter();
     if (back.empty())
         return;
     page_.select(back.front().key);
@@ -88,6 +89,7 @@ void MainWindow::tellRestored(const std::vector<DeletedRow>& rows)
                     removeRows(this, *host_, *node, {{each.key, toQt(each.name)}}, Asks::no, removed);
         });
         refresh();
+        page_.enter();
         if (!removed.empty())
             undo_.tell(removed.size() == 1
                            ? QStringLiteral("«%1» vuelve a la papelera").arg(removed.front().name)

@@ -54,8 +54,8 @@ QString saidTime(const QString& moment)
     const QDateTime time = QDateTime::fromString(moment, QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     if (!time.isValid())
         return moment;
-    const QString hour = (time.time().hour() == 1 ? QStringLiteral("la ") : QStringLiteral("las ")) +
-                         time.toString(QStringLiteral("H:mm"));
+    QString hour = (time.time().hour() == 1 ? QStringLiteral("la ") : QStringLiteral("las ")) +
+                   time.toString(QStringLiteral("H:mm"));
     const qint64 days = time.date().daysTo(QDate::currentDate());
     if (days == 0)
         return hour;

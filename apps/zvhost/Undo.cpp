@@ -1,6 +1,8 @@
 #include "zvhost/Undo.h"
 
 #include <QAccessible>
+#include <QKeyEvent>
+#include <QPainter>
 
 namespace zv::host {
 
@@ -8,15 +10,36 @@ Undo::Undo(std::function<void()> changed) : changed_(std::move(changed))
 {
     setObjectName(QStringLiteral("hecho"));
     setTextFormat(Qt::RichText);
-    setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    setTextInteractionFlags(Qt::LinksAccessibleByMouse);
     // Long names do not widen the window.
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    connect(this, &QLabel::linkActivated, this, [this] {
-        // A copy: what it does may tell something else.
-        if (const std::function<void()> follows = follows_)
-            follows();
-    });
+    connect(this, &QLabel::linkActivated, this, [this] { followLink(); });
     setFocusPolicy(Qt::NoFocus);
+}
+
+void Undo::followLink()
+{
+    // A copy: what it does may tell something else.
+    if (const std::function<void()> follows = follows_)
+        follows();
+}
+
+void Undo::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space)
+        followLink();
+    else
+        QLabel::keyPressEvent(event);
+}
+
+void Undo::paintEvent(QPaintEvent* event)
+{
+    QLabel::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
 }
 
 void Undo::did(const QString& text, std::function<void()> back)
@@ -48,6 +71,7 @@ void Undo::undo()
         return;
     const std::function<void()> back = std::move(steps_.back());
     steps_.pop_back();
+    follows_ = nullptr;
     clear();
     setFocusPolicy(Qt::NoFocus);
     back();

@@ -24,7 +24,14 @@ public:
     /// Forgets all steps, and what was told.
     void forget();
 
+protected:
+    // The whole line is the link, for the keyboard: Enter and the space bar follow it, and the focus shows.
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
 private:
+    void followLink();
+
     std::function<void()> changed_;
     std::function<void()> follows_;
     std::vector<std::function<void()>> steps_;

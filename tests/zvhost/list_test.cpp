@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QSplitter>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -122,6 +123,35 @@ TEST_F(ListTest, several_rows_go_and_come_at_once_but_for_those_in_use)
     EXPECT_THAT(told(), HasSubstr("Se han eliminado 2 filas"));
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(zonas(), "3");
+}
+
+TEST_F(ListTest, the_line_of_what_was_done_is_reached_and_followed_by_keyboard)
+{
+    search("zona beta");
+    confirmDeletion();
+    auto& line = *window->findChild<QLabel*>(QStringLiteral("hecho"));
+    const QImage before = line.grab().toImage();
+    for (int i = 0; i < 20 && place()->objectName() != "hecho"; ++i)
+        key(Qt::Key_Tab);
+    ASSERT_EQ(place()->objectName(), "hecho");
+    EXPECT_NE(line.grab().toImage(), before);
+    key(Qt::Key_Space);
+    EXPECT_EQ(zonas(), "3");
+    EXPECT_EQ(place()->objectName(), "lista");
+}
+
+TEST_F(ListTest, no_two_commands_of_a_menu_have_the_same_letter)
+{
+    window->go(*nodeOf(u"frmEmisor"));
+    for (const QAction* menu : window->menuBar()->actions()) {
+        QString letters;
+        for (const QAction* each : menu->menu()->actions())
+            if (const qsizetype at = each->text().indexOf(u'&'); each->isVisible() && at >= 0) {
+                const QChar letter = each->text()[at + 1].toLower();
+                EXPECT_FALSE(letters.contains(letter)) << each->text().toStdString();
+                letters += letter;
+            }
+    }
 }
 
 TEST_F(ListTest, a_new_row_that_the_search_hides_is_shown)
