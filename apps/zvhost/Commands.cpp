@@ -159,6 +159,10 @@ int dialogo(const QStringList& words)
     choices.profile = given.number<Integer>(QStringLiteral("perfil"), choices.profile);
     choices.readOnly = given.has(QStringLiteral("consulta"));
     choices.mtp = given.has(QStringLiteral("mtp"));
+    // Not a session of consultation in name alone.
+    if (choices.readOnly && !node.hasList())
+        throw std::invalid_argument("la ventana «" + toUtf8(node.name) +
+                                    "» no distingue la consulta: guarda lo que se acepte en ella.");
     const OnScreen screen;
     const std::unique_ptr<Host> host = openHost(fromQt(given.text(QStringLiteral("bd"))), choices);
     host->open(node, action, row, branches);
