@@ -129,7 +129,7 @@ int mainWindow(const QStringList& words)
                                     "» no es una orden.");
     const OnScreen screen;
     std::optional<MainWindow> window;
-    const auto build = [&] { window.emplace(); };
+    const auto build = [&] { window.emplace(Remembered::Where::settings); };
     std::unique_ptr<Host> host = given.has(QStringLiteral("bd"))
                                      ? openHostShown(nullptr, fromQt(given.text(QStringLiteral("bd"))), build)
                                      : startSchool(build);
@@ -163,6 +163,10 @@ int dialogo(const QStringList& words)
     choices.profile = given.number<Integer>(QStringLiteral("perfil"), choices.profile);
     choices.readOnly = given.has(QStringLiteral("consulta"));
     choices.mtp = given.has(QStringLiteral("mtp"));
+    // Not a session of consultation in name alone.
+    if (choices.readOnly && !node.hasList())
+        throw std::invalid_argument("la ventana «" + toUtf8(node.name) +
+                                    "» no distingue la consulta: guarda lo que se acepte en ella.");
     const OnScreen screen;
     const std::unique_ptr<Host> host = openHost(fromQt(given.text(QStringLiteral("bd"))), choices);
     host->open(node, action, row, branches);

@@ -2,6 +2,7 @@
 
 #include "data/Statement.h"
 #include "runtime/Convert.h"
+#include "zvhost/DeletionNotes.h"
 #include "zvhost/Nodes.h"
 
 #include <algorithm>
@@ -245,6 +246,14 @@ std::vector<Referrer> referrers(Connection& centro, StringView table, Long key)
     return all;
 }
 
+String nameOfRow(Connection& centro, StringView table, Long key)
+{
+    const schema::Table& whole = definitionOf(table);
+    const RecordsetPtr row = centro.Execute(
+        statement(u"SELECT * FROM {} WHERE {}={}", {Value(whole.name), Value(keyOf(whole)), key}));
+    return row->Eof() ? String() : Namer(centro).name(whole, *row);
+}
+
 std::vector<DeletedRow> deletedRows(Connection& borrado)
 {
     std::vector<DeletedRow> found;
@@ -261,9 +270,12 @@ std::vector<DeletedRow> deletedRows(Connection& borrado)
             const bool whole = std::any_of(values.begin() + 1, values.end(),
                                            [](const Value& each) { return !each.isNull(); });
             if (whole)
-                found.push_back({table.name, CLng(rows->Fields(keyOf(table))), namer.name(table, *rows)});
+                found.push_back(
+                    {table.name, CLng(rows->Fields(keyOf(table))), namer.name(table, *rows), {}, 0});
         }
     }
+    addNotes(borrado, found);
+    std::ranges::stable_sort(found, std::ranges::greater(), &DeletedRow::moment);
     return found;
 }
 
@@ -280,6 +292,7 @@ void restore(School& school, StringView table, Long key)
         if (sameName(part.whole, table))
             requireFree(*school.centro, *school.borrado, definitionOf(part.table), part.column, key);
     move(*school.borrado, *school.centro, whole, key);
+    forgetNote(*school.borrado, whole.name, key);
 }
 
 } // namespace zv::host

@@ -1,170 +1,118 @@
 #include "zvhost/Dialogs.h"
 
 #include "qt/QtText.h"
+#include "runtime/Convert.h"
 #include "suite/Registrations.h"
-#include "zvhost/RowsModel.h"
+#include "zvhost/ListDialog.h"
+#include "zvhost/People.h"
 #include "zvhost/Widgets.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialog>
+#include <QDateTime>
 #include <QFormLayout>
-#include <QHeaderView>
-#include <QLabel>
 #include <QPushButton>
-#include <QTableView>
-#include <QVBoxLayout>
 
 namespace zv::host {
 namespace {
 
-const QString cannotRead = QStringLiteral("No se ha podido leer.");
+constexpr ListColumn deletedColumns[] = {{u"Lista"}, {u"Nombre"}, {u"Eliminada"}, {u"Por"}};
+constexpr ListColumn usedColumns[] = {{u"Lista"}, {u"Fila"}, {u"Persona"}, {u"Desde"}, {u"Puesto"}};
 
-/// Dialog with a list and commands on its selected row.
-class ListDialog final : public QDialog {
-public:
-    ListDialog(QWidget* parent, const QString& title, std::span<const ListColumn> columns,
-               std::function<std::vector<Row>()> read)
-        : QDialog(parent), columns_(columns), read_(std::move(read)), layout_(this), buttons_(layout_, *this)
-    {
-        setWindowTitle(title);
-        table_.setModel(&model_);
-        table_.setObjectName(QStringLiteral("filas"));
-        designTable(table_);
-        layout_.insertWidget(0, &table_);
-        layout_.insertWidget(1, &empty_);
-        resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 22);
-        connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { follow(); });
-    }
-
-    /// Adds a command: a callback on the selected row's index.
-    void command(const QString& text, const QString& failed, const std::function<void(std::size_t)>& does)
-    {
-        commands_.push_back(&buttons_.add(text, [this, failed, does] {
-            const QModelIndex index = table_.currentIndex();
-            if (!index.isValid())
-                return;
-            tried(this, failed, [&] { does(static_cast<std::size_t>(index.row())); });
-            tried(this, cannotRead, [&] { reload(index.row()); });
-        }));
-    }
-
-    void run(const QString& whenEmpty)
-    {
-        empty_.setText(whenEmpty);
-        buttons_.addClose(QStringLiteral("Cerrar"));
-        if (!tried(parentWidget(), cannotRead, [&] { reload(0); }))
-            return;
-        table_.setFocus();
-        exec();
-    }
-
-private:
-    void reload(int row)
-    {
-        model_.show(columns_, read_());
-        table_.resizeColumnsToContents();
-        if (model_.rowCount() != 0)
-            table_.selectRow(std::min(row, model_.rowCount() - 1));
-        empty_.setVisible(model_.rowCount() == 0);
-        follow();
-    }
-    void follow()
-    {
-        for (QPushButton* each : commands_)
-            each->setEnabled(table_.selectionModel()->hasSelection());
-    }
-
-    std::span<const ListColumn> columns_;
-    std::function<std::vector<Row>()> read_;
-    RowsModel model_;
-    QVBoxLayout layout_;
-    QTableView table_;
-    QLabel empty_;
-    ButtonRow buttons_;
-    std::vector<QPushButton*> commands_;
-};
-
-constexpr ListColumn deletedColumns[] = {{u"Lista"}, {u"Nombre"}, {u"Número", ListColumn::Kind::number}};
-constexpr ListColumn usedColumns[] = {{u"Ventana"}, {u"Fila"}, {u"Usuario"}, {u"Desde"}, {u"Estación"}};
-
-String windowName(StringView form)
+/// When a row was deleted, for a column.
+QString shownMoment(const String& moment)
 {
-    const Node* node = nodeOf(form);
-    return String(node == nullptr ? form : node->name);
+    QDateTime time = QDateTime::fromString(toQt(moment), QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
+    time.setTimeSpec(Qt::UTC);
+    return time.isValid() ? time.toLocalTime().toString(QStringLiteral("dd/MM/yyyy H:mm")) : QString();
+}
+
+/// Names as a person reads them: those of a list that is stored enciphered are deciphered.
+void decipherNames(std::vector<DeletedRow>& rows)
+{
+    for (DeletedRow& each : rows)
+        if (const Node* node = nodeOfTable(each.table);
+            node != nullptr && node->columns.front().kind == ListColumn::Kind::enciphered)
+            each.name = deciphered(each.name);
+}
+
+String shownRow(Connection& centro, const Node* node, Long key)
+{
+    if (node == nullptr || !node->hasList())
+        return u"número " + decimalText(key);
+    const String name = nameOfRow(centro, node->table, key);
+    if (name.empty())
+        return u"número " + decimalText(key);
+    return node->columns.front().kind == ListColumn::Kind::enciphered ? deciphered(name) : name;
 }
 
 } // namespace
 
-QString reasons(const std::vector<Referrer>& who)
-{
-    QStringList lines;
-    for (const Referrer& each : who) {
-        QStringList names;
-        for (const String& example : each.examples)
-            names += toQt(example);
-        lines += QStringLiteral("• %1: %2 (%3%4)")
-                     .arg(toQt(nameOfTable(each.table)))
-                     .arg(each.count)
-                     .arg(names.join(QStringLiteral(", ")),
-                          each.count > std::ssize(each.examples) ? QStringLiteral("…") : QString());
-    }
-    return lines.join(u'\n');
-}
-
-void showRecycleBin(QWidget* parent, School& school, bool readOnly)
+std::vector<DeletedRow> showRecycleBin(QWidget* parent, Host& host)
 {
     std::vector<DeletedRow> rows;
+    std::vector<DeletedRow> restored;
     ListDialog dialog(parent, QStringLiteral("Papelera"), deletedColumns, [&] {
-        rows = deletedRows(*school.borrado);
+        rows = deletedRows(*host.school().borrado);
+        decipherNames(rows);
+        People people(host.school());
         std::vector<Row> shown;
         shown.reserve(rows.size());
-        for (const DeletedRow& each : rows) {
-            const Node* node = nullptr;
-            for (const Node& one : nodes())
-                if (sameName(one.table, each.table))
-                    node = &one;
-            const bool enciphered =
-                node != nullptr && node->columns.front().kind == ListColumn::Kind::enciphered;
-            shown.push_back({each.key,
-                             {Value(nameOfTable(each.table)),
-                              Value(enciphered ? deciphered(each.name) : each.name), Value(each.key)}});
-        }
+        for (const DeletedRow& each : rows)
+            shown.push_back(
+                {static_cast<Long>(shown.size()),
+                 {Value(nameOfTable(each.table)), Value(each.name), Value(fromQt(shownMoment(each.moment))),
+                  Value(each.moment.empty() ? String() : fromQt(people.name(each.user)))}});
         return shown;
     });
     dialog.setObjectName(QStringLiteral("papelera"));
-    if (!readOnly)
-        dialog.command(QStringLiteral("&Restaurar"), QStringLiteral("La fila no se ha podido restaurar."),
-                       [&](std::size_t row) { restore(school, rows[row].table, rows[row].key); });
+    if (!host.choices().readOnly)
+        dialog.command(
+            QStringLiteral("&Restaurar"), QStringLiteral("La fila no se ha podido restaurar."),
+            [&](const ListDialog::Rows& places) {
+                for (const std::size_t each : places) {
+                    restore(host.school(), rows[each].table, rows[each].key);
+                    restored.push_back(rows[each]);
+                }
+            },
+            ListDialog::Selects::several);
     dialog.run(QStringLiteral("La papelera está vacía."));
+    return restored;
 }
 
-void showRowsInUse(QWidget* parent, Connection& centro, bool readOnly)
+void showRowsInUse(QWidget* parent, Host& host)
 {
+    Connection& centro = *host.school().centro;
     std::vector<Registration> rows;
     ListDialog dialog(parent, QStringLiteral("Filas en uso"), usedColumns, [&] {
         rows = registrations(centro);
+        People people(host.school());
         std::vector<Row> shown;
         shown.reserve(rows.size());
-        for (const Registration& each : rows)
-            shown.push_back(
-                {each.row,
-                 {Value(windowName(each.form)), Value(each.row), Value(each.user), Value(each.moment),
-                  Value(each.station + (each.gone ? u" (ya ha terminado)" : u""))}});
+        for (const Registration& each : rows) {
+            const Node* node = nodeOf(each.form);
+            const QString station =
+                stationName(each.station) + (each.gone ? QStringLiteral(" (ya ha terminado)") : QString());
+            shown.push_back({static_cast<Long>(shown.size()),
+                             {Value(node == nullptr ? each.form : String(node->name)),
+                              Value(shownRow(centro, node, each.row)), Value(fromQt(people.name(each.user))),
+                              Value(fromQt(saidTime(toQt(each.moment)))), Value(fromQt(station))}});
+        }
         return shown;
     });
     dialog.setObjectName(QStringLiteral("filasEnUso"));
-    const auto free = [&](std::size_t row) {
-        const Registration& each = rows[row];
+    const auto free = [&](const ListDialog::Rows& places) {
+        const Registration& each = rows[places.front()];
+        People people(host.school());
         const QString warning =
             each.gone ? QStringLiteral("La estación ya ha terminado: nadie la tiene abierta.")
-                      : QStringLiteral("La tiene abierta el usuario %1. Si la libera, dos personas podrán "
-                                       "cambiarla a la vez, y valdrá lo que escriba la última.")
-                            .arg(each.user);
-        if (confirm(&dialog, QStringLiteral("Liberar"), warning, QStringLiteral("Liberar")))
+                      : heldBy(people, each) +
+                            QStringLiteral(". Si la libera, dos personas podrán cambiarla a la vez, y valdrá "
+                                           "lo que escriba la última.");
+        if (confirm(&dialog, QStringLiteral("Liberar"), warning, QStringLiteral("&Liberar")))
             release(centro, each.form, each.row);
     };
-    if (!readOnly)
+    if (!host.choices().readOnly)
         dialog.command(QStringLiteral("&Liberar"), QStringLiteral("La fila no se ha podido liberar."), free);
     dialog.run(QStringLiteral("Nadie tiene filas abiertas."));
 }
@@ -215,8 +163,8 @@ std::optional<Choices> askChoices(QWidget* parent, Host& host)
     layout.addWidget(&readOnly);
     layout.addWidget(&mtp);
     ButtonRow buttons(layout, dialog);
-    buttons.add(QStringLiteral("Aceptar"), [&] { dialog.accept(); }).setDefault(true);
-    buttons.addClose(QStringLiteral("Cancelar"));
+    buttons.add(QStringLiteral("&Aceptar"), [&] { dialog.accept(); }).setDefault(true);
+    buttons.addClose(QStringLiteral("Ca&ncelar"));
     const bool accepted = dialog.exec() == QDialog::Accepted;
     layout.removeItem(&form);
     if (!accepted)

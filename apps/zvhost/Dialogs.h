@@ -11,12 +11,10 @@ class QWidget;
 
 namespace zv::host {
 
-/// Formats references for a person, a line for each table.
-QString reasons(const std::vector<Referrer>& who);
-/// Lists what was deleted and restores it.
-void showRecycleBin(QWidget* parent, School& school, bool readOnly);
+/// Lists what was deleted, with who deleted it and when, and restores it. Returns what was restored.
+std::vector<DeletedRow> showRecycleBin(QWidget* parent, Host& host);
 /// Lists the registrations, and releases them after a warning.
-void showRowsInUse(QWidget* parent, Connection& centro, bool readOnly);
+void showRowsInUse(QWidget* parent, Host& host);
 /// Asks for user, profile and mode; empty if it was cancelled.
 std::optional<Choices> askChoices(QWidget* parent, Host& host);
 

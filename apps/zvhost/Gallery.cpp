@@ -153,12 +153,17 @@ int drawGallery(const QString& folder, const QString& suffix)
     School school = temporarySchool();
     fillSample(school);
     MainWindow window(std::make_unique<Host>(u"sqlite:colegio.db", school));
+    // The screen in memory is smaller than any desktop's.
+    window.resize(window.fontMetrics().averageCharWidth() * 170, window.fontMetrics().height() * 42);
     window.show();
     QApplication::processEvents();
     desktop.draw(window, QStringLiteral("principal"));
     window.go(*nodeOf(cNombreNodo::Emisor));
     QApplication::processEvents();
     desktop.draw(window, QStringLiteral("principal-emisores"));
+    window.go(*nodeOf(cNombreNodo::InfIndiv));
+    QApplication::processEvents();
+    desktop.draw(window, QStringLiteral("principal-informes"));
     for (const Node& node : nodes())
         drawNode(window.host(), desktop, node);
     useDesktop(nullptr);

@@ -1,7 +1,6 @@
 #include "zvhost/ListPage.h"
 
 #include "qt/QtText.h"
-#include "zvhost/Widgets.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -17,6 +16,7 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     large.setPointSizeF(large.pointSizeF() * 1.4);
     large.setBold(true);
     title_.setFont(large);
+    title_.setWordWrap(true);
 
     search_.setObjectName(QStringLiteral("buscar"));
     search_.setPlaceholderText(QStringLiteral("Buscar en la lista (Ctrl+F)"));
@@ -26,119 +26,189 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     table_.setObjectName(QStringLiteral("lista"));
     table_.setModel(&view_);
     table_.setSortingEnabled(true);
+    table_.setSelectionMode(QAbstractItemView::ExtendedSelection);
     table_.setContextMenuPolicy(Qt::CustomContextMenu);
     table_.installEventFilter(this);
-    designTable(table_);
-    direct_.setText(QStringLiteral("Abrir…"));
     direct_.setObjectName(QStringLiteral("abrir"));
     direct_.setAutoDefault(true);
     explanation_.setWordWrap(true);
-
-    QWidget* list = std::make_unique<QWidget>().release();
-    auto* rows = std::make_unique<QVBoxLayout>(list).release();
-    rows->setContentsMargins(0, 0, 0, 0);
-    rows->addWidget(&search_);
-    rows->addWidget(&table_);
-    rows->addWidget(&count_);
-    QWidget* way = std::make_unique<QWidget>().release();
-    auto* lines = std::make_unique<QVBoxLayout>(way).release();
-    lines->setContentsMargins(0, 0, 0, 0);
-    lines->addWidget(&explanation_);
-    lines->addWidget(&direct_, 0, Qt::AlignLeft);
-    lines->addStretch();
-    pages_.addWidget(list);
-    pages_.addWidget(way);
-    auto* whole = std::make_unique<QVBoxLayout>(this).release();
-    whole->addWidget(&title_);
-    whole->addWidget(&pages_);
+    arrange();
 
     connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) {
         // Lazy: the clear button's pictures take long to load, and most starts end without a search.
         search_.setClearButtonEnabled(true);
         view_.search(words);
         tellCount();
+        calls_.selected();
     });
     connect(&table_, &QTableView::doubleClicked, this, [this] { calls_.opened(); });
     connect(&table_, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& at) { calls_.menu(table_.viewport()->mapToGlobal(at)); });
     connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { calls_.selected(); });
-    connect(&direct_, &QPushButton::clicked, this, [this] { calls_.opened(); });
+    connect(&direct_, &QPushButton::clicked, this, [this] { calls_.direct(); });
 }
 
-void ListPage::show(const Node& node, std::vector<Row> rows)
+void ListPage::arrange()
+{
+    auto* rows = std::make_unique<QVBoxLayout>(this).release();
+    rows->addWidget(&title_);
+    rows->addWidget(&explanation_);
+    rows->addWidget(&search_);
+    rows->addWidget(&table_, 1);
+    rows->addWidget(&count_);
+    rows->addWidget(&direct_, 0, Qt::AlignLeft);
+    rows->addStretch();
+}
+
+void ListPage::showParts(bool list, const QString& direct, const QString& explanation)
+{
+    for (QWidget* each :
+         {static_cast<QWidget*>(&search_), static_cast<QWidget*>(&table_), static_cast<QWidget*>(&count_)})
+        each->setVisible(list);
+    direct_.setVisible(!direct.isEmpty());
+    direct_.setText(direct);
+    explanation_.setVisible(!explanation.isEmpty());
+    explanation_.setText(explanation);
+}
+
+void ListPage::show(const Node& node, std::vector<Row> rows, const ListLook& look)
 {
     title_.setText(toQt(node.name));
-    pages_.setCurrentIndex(node.hasList() ? 0 : 1);
-    if (!node.hasList())
-        explanation_.setText(
-            QStringLiteral("Elija la enseñanza, el curso y la sección en la ventana que se abre."));
-    search_.clear();
+    table_.setAccessibleName(toQt(node.name));
+    if (node.hasList())
+        showParts(true, {}, {});
+    else if (rows.empty())
+        showParts(false, QStringLiteral("A&brir…"),
+                  QStringLiteral("Elija la enseñanza, el curso y la sección en la ventana que se abre."));
+    else
+        showParts(true, QStringLiteral("Elegir la sección en la &ventana…"),
+                  QStringLiteral("Secciones, y de cuántos alumnos hay algo escrito. Intro abre la elegida."));
+    showProgress(node);
+    search_.setText(look.search);
+    model_.mark({});
     model_.show(node.columns, std::move(rows));
-    table_.sortByColumn(0, Qt::AscendingOrder);
-    table_.resizeColumnsToContents();
-    for (int column = 0; column < model_.columnCount(); ++column)
-        table_.setColumnWidth(column, std::clamp(table_.columnWidth(column) + 16, 90, 340));
+    table_.sortByColumn(std::clamp(look.column, 0, std::max(0, model_.columnCount() - 1)),
+                        look.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+    if (look.widths.size() == model_.columnCount())
+        table_.setWidths(look.widths);
+    else
+        table_.share();
     if (view_.rowCount() != 0)
-        table_.selectRow(0);
+        table_.choose(0);
     tellCount();
     calls_.selected();
 }
 
-void ListPage::refresh(const Node& node, std::vector<Row> rows)
+void ListPage::showProgress(const Node& node)
+{
+    for (std::size_t column = 0; column < node.columns.size(); ++column)
+        table_.setItemDelegateForColumn(static_cast<int>(column),
+                                        node.columns[column].kind == ListColumn::Kind::progress ? &progress_
+                                                                                                : nullptr);
+}
+
+void ListPage::showGroup(const QString& name)
+{
+    title_.setText(name);
+    showParts(false, {}, QStringLiteral("Elija una de sus listas."));
+    model_.show({}, {});
+    calls_.selected();
+}
+
+ListLook ListPage::look() const
+{
+    return {table_.horizontalHeader()->sortIndicatorSection(),
+            table_.horizontalHeader()->sortIndicatorOrder() == Qt::DescendingOrder, search_.text(),
+            table_.shares() ? QList<int>() : table_.widths()};
+}
+
+void ListPage::refresh(const Node& node, std::vector<Row> rows, Added added)
 {
     std::vector<Long> before = model_.keys();
     std::ranges::sort(before);
-    const std::optional<Long> kept = selected();
+    const std::vector<NamedRow> kept = selection();
     const int place = table_.currentIndex().row();
     model_.show(node.columns, std::move(rows));
     const std::vector<Long> now = model_.keys();
-    const auto added =
+    const auto found =
         std::ranges::find_if(now, [&](Long key) { return !std::ranges::binary_search(before, key); });
-    if (added != now.end())
-        select(*added);
-    else if (kept && model_.rowOf(*kept) >= 0)
-        select(*kept);
+    if (found != now.end()) {
+        if (added == Added::shows && !view_.mapFromSource(model_.index(model_.rowOf(*found), 0)).isValid())
+            search_.clear();
+        select(*found);
+    } else if (!kept.empty() && model_.rowOf(kept.front().key) >= 0)
+        select(kept.front().key);
     else if (view_.rowCount() != 0)
-        table_.selectRow(std::clamp(place, 0, view_.rowCount() - 1));
+        table_.choose(std::clamp(place, 0, view_.rowCount() - 1));
+    if (table_.shares())
+        table_.share();
     tellCount();
     calls_.selected();
 }
 
 void ListPage::select(Long key)
 {
-    const QModelIndex index = view_.mapFromSource(model_.index(model_.rowOf(key), 0));
+    const int row = model_.rowOf(key);
+    const QModelIndex index = view_.mapFromSource(row < 0 ? QModelIndex() : model_.index(row, 0));
     if (!index.isValid())
         return;
-    table_.selectRow(index.row());
+    table_.choose(index.row());
     table_.scrollTo(index);
 }
 
 void ListPage::enter()
 {
+    if (table_.isHidden()) {
+        direct_.setFocus(Qt::OtherFocusReason);
+        return;
+    }
     // Fallback selection: a search may have hidden the selected row.
-    if (!selected() && view_.rowCount() != 0)
-        table_.selectRow(0);
-    QWidget& place = pages_.currentIndex() == 0 ? static_cast<QWidget&>(table_) : direct_;
-    place.setFocus(Qt::OtherFocusReason);
+    if (!table_.selectionModel()->hasSelection() && view_.rowCount() != 0)
+        table_.choose(0);
+    table_.setFocus(Qt::OtherFocusReason);
+}
+
+std::vector<NamedRow> ListPage::selection() const
+{
+    QModelIndexList rows = table_.selectionModel()->selectedRows();
+    std::ranges::sort(rows, {}, &QModelIndex::row);
+    std::vector<NamedRow> found;
+    for (const QModelIndex& each : rows)
+        found.push_back({model_.keyAt(view_.mapToSource(each).row()), nameAt(each.row())});
+    return found;
 }
 
 std::optional<Long> ListPage::selected() const
 {
     const QModelIndexList rows = table_.selectionModel()->selectedRows();
-    if (rows.isEmpty())
+    if (rows.size() != 1)
         return std::nullopt;
     return model_.keyAt(view_.mapToSource(rows.front()).row());
 }
 
-QString ListPage::selectedName() const
+QString ListPage::nameAt(int row) const
 {
     QStringList words;
-    const int row = table_.currentIndex().row();
-    for (int column = 0; row >= 0 && column < std::min(2, view_.columnCount()); ++column)
+    for (int column = 0; column < std::min(2, view_.columnCount()); ++column)
         words += view_.index(row, column).data().toString();
     words.removeAll(QString());
     return words.join(QStringLiteral(" · "));
+}
+
+QString ListPage::rowsAsText() const
+{
+    QModelIndexList rows = table_.selectionModel()->selectedRows();
+    std::ranges::sort(rows, {}, &QModelIndex::row);
+    QStringList lines;
+    for (const QModelIndex& each : rows) {
+        QStringList cells;
+        for (int column = 0; column < view_.columnCount(); ++column)
+            // A tab or a line of the text itself would begin another cell.
+            cells += each.siblingAtColumn(column).data().toString().simplified();
+        lines += cells.join(u'\t');
+    }
+    return lines.join(u'\n');
 }
 
 void ListPage::tellCount()

@@ -1,183 +1,141 @@
 #include "zvhost/MainWindow.h"
 
-#include "qt/Help.h"
 #include "qt/QtText.h"
 #include "session/cConstCol.h"
-#include "session/cNombreNodo.h"
-#include "suite/Registrations.h"
-#include "zvhost/Deletion.h"
 #include "zvhost/Dialogs.h"
+#include "zvhost/People.h"
 #include "zvhost/Start.h"
 #include "zvhost/Widgets.h"
 
-#include <QMenuBar>
-#include <QSaveFile>
+#include <QApplication>
+#include <QScreen>
 #include <QStatusBar>
-#include <QToolBar>
+
+#include <algorithm>
 
 namespace zv::host {
+namespace {
 
-MainWindow::MainWindow()
-    : page_({[this] { openChosen(); }, [this] { follow(); }, [this](const QPoint& at) { showMenu(at); }})
+using namespace std::chrono_literals;
+
+const QString lastList = QStringLiteral("ventana/lista");
+/// How often rows that others have open are looked at again.
+constexpr std::chrono::seconds betweenLooks = 10s;
+
+} // namespace
+
+MainWindow::MainWindow(Remembered::Where memory)
+    : memory_(memory), page_({[this] { openChosen(); }, [this] { openDirect(); }, [this] { follow(); },
+                              [this](const QPoint& at) { showMenu(at); }}),
+      undo_([this] { follow(); })
 {
     setObjectName(QStringLiteral("zvhost"));
     buildActions();
     buildMenus();
-    buildTree();
+    buildToolBar();
+    connect(&tree_, &QTreeWidget::currentItemChanged, this, [this] { chosen(); });
+    connect(&tree_, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem* item) {
+        if (item->parent() == nullptr)
+            return;
+        if (node_ != nullptr && !node_->hasList() && !page_.selected())
+            openDirect();
+        else
+            page_.enter();
+    });
+    placeParts();
+    watch_.setInterval(betweenLooks);
+    connect(&watch_, &QTimer::timeout, this, [this] { followHeld(); });
+    tree_.setFocus();
+}
+
+void MainWindow::placeParts()
+{
     parts_.addWidget(&tree_);
     parts_.addWidget(&page_);
     parts_.setStretchFactor(1, 1);
     parts_.setChildrenCollapsible(false);
     setCentralWidget(&parts_);
+    statusBar()->addWidget(&undo_, 1);
     for (QLabel* each : {&database_, &user_, &mode_})
-        statusBar()->addWidget(each, each == &database_ ? 1 : 0);
-    resize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44);
-    int tree = 0;
-    for (const Node& node : nodes())
-        tree = std::max(tree, fontMetrics().horizontalAdvance(toQt(node.name)));
-    tree += fontMetrics().height() * 6;
-    parts_.setSizes({tree, width() - tree});
-    tree_.setFocus();
-}
-
-QAction& MainWindow::action(const QString& name, const QString& text, const QKeySequence& keys,
-                            const std::function<void()>& does)
-{
-    QAction* made = addAction(text);
-    made->setObjectName(name);
-    made->setShortcut(keys);
-    made->setToolTip(QString(text).remove(u'&') + QStringLiteral(" (") +
-                     keys.toString(QKeySequence::NativeText) + u')');
-    connect(made, &QAction::triggered, this, does);
-    return *made;
-}
-
-void MainWindow::buildActions()
-{
-    new_ = &action(QStringLiteral("nuevo"), QStringLiteral("&Nuevo"), QKeySequence(Qt::CTRL | Qt::Key_N),
-                   [this] { newRow(current()->number == cNombreNodo::Emisor ? -1 : 0); });
-    ordering_ = &action(QStringLiteral("ordenante"), QStringLiteral("Nuevo &ordenante"),
-                        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N), [this] { newRow(-2); });
-    change_ = &action(QStringLiteral("modificar"), QStringLiteral("&Modificar"),
-                      QKeySequence(Qt::CTRL | Qt::Key_M), [this] { openChosen(); });
-    branches_ = &action(QStringLiteral("sucursales"), QStringLiteral("&Sucursales"),
-                        QKeySequence(Qt::CTRL | Qt::Key_B), [this] { changeRow(true); });
-    delete_ = &action(QStringLiteral("eliminar"), QStringLiteral("&Eliminar"), QKeySequence(Qt::Key_Delete),
-                      [this] { deleteRow(); });
-    refresh_ = &action(QStringLiteral("actualizar"), QStringLiteral("&Actualizar"), QKeySequence(Qt::Key_F5),
-                       [this] { refresh(); });
-    find_ = &action(QStringLiteral("encontrar"), QStringLiteral("&Buscar"),
-                    QKeySequence(Qt::CTRL | Qt::Key_F), [this] { page_.findRow(); });
-    csv_ = &action(QStringLiteral("exportar"), QStringLiteral("E&xportar la lista…"),
-                   QKeySequence(Qt::CTRL | Qt::Key_E), [this] { exportCsv(); });
-    bin_ = &action(QStringLiteral("papelera"), QStringLiteral("&Papelera…"),
-                   QKeySequence(Qt::CTRL | Qt::Key_R), [this] { recycleBin(); });
-    rowsInUse_ = &action(QStringLiteral("enuso"), QStringLiteral("&Filas en uso…"),
-                         QKeySequence(Qt::CTRL | Qt::Key_L), [this] { rowsInUse(); });
-    session_ = &action(QStringLiteral("sesion"), QStringLiteral("&Sesión…"),
-                       QKeySequence(Qt::CTRL | Qt::Key_U), [this] { chooseSession(); });
-    open_ = &action(QStringLiteral("otro"), QStringLiteral("A&brir otro colegio…"),
-                    QKeySequence(Qt::CTRL | Qt::Key_O), [this] { openOther(); });
-    help_ = &action(QStringLiteral("ayuda"), QStringLiteral("A&yuda"), QKeySequence(Qt::Key_F1),
-                    [this] { showHelp(*this, QStringLiteral("zvhost")); });
-    quit_ = &action(QStringLiteral("salir"), QStringLiteral("&Salir"), QKeySequence(Qt::CTRL | Qt::Key_Q),
-                    [this] { close(); });
-}
-
-void MainWindow::buildMenus()
-{
-    QMenu* school = menuBar()->addMenu(QStringLiteral("&Colegio"));
-    school->addActions({open_, session_});
-    school->addSeparator();
-    school->addAction(quit_);
-    QMenu* row = menuBar()->addMenu(QStringLiteral("&Fila"));
-    row->addActions({new_, ordering_, change_, branches_, delete_});
-    QMenu* list = menuBar()->addMenu(QStringLiteral("&Lista"));
-    list->addActions({find_, refresh_, csv_});
-    QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
-    tools->addActions({bin_, rowsInUse_});
-    menuBar()->addMenu(QStringLiteral("A&yuda"))->addAction(help_);
-    QToolBar* bar = addToolBar(QStringLiteral("Órdenes"));
-    bar->setMovable(false);
-    bar->addActions({new_, ordering_, change_, branches_, delete_});
-    bar->addSeparator();
-    bar->addActions({refresh_, csv_});
-    bar->addSeparator();
-    bar->addActions({bin_, rowsInUse_, session_});
-}
-
-void MainWindow::buildTree()
-{
-    tree_.setObjectName(QStringLiteral("arbol"));
-    tree_.setAccessibleName(QStringLiteral("Tablas del centro"));
-    tree_.setHeaderHidden(true);
-    QTreeWidgetItem* group = nullptr;
-    for (const Node& node : nodes()) {
-        if (group == nullptr || group->text(0) != toQt(node.group)) {
-            group = std::make_unique<QTreeWidgetItem>(&tree_, QStringList(toQt(node.group))).release();
-            group->setFlags(Qt::ItemIsEnabled);
-            QFont bold = tree_.font();
-            bold.setBold(true);
-            group->setFont(0, bold);
-        }
-        auto* item = std::make_unique<QTreeWidgetItem>(group, QStringList(toQt(node.name))).release();
-        item->setData(0, Qt::UserRole, node.number);
-        item->setSizeHint(0, {0, fontMetrics().height() * 4 / 3});
-    }
-    tree_.expandAll();
-    connect(&tree_, &QTreeWidget::currentItemChanged, this, [this] { chosen(); });
-    connect(&tree_, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem* item) {
-        if (item->parent() == nullptr)
-            return;
-        if (node_ != nullptr && !node_->hasList())
-            openChosen();
-        else
-            page_.enter();
-    });
-}
-
-void MainWindow::go(const Node& node)
-{
-    for (QTreeWidgetItemIterator item(&tree_); *item != nullptr; ++item)
-        if ((*item)->parent() != nullptr && (*item)->data(0, Qt::UserRole).toInt() == node.number)
-            tree_.setCurrentItem(*item);
+        statusBar()->addPermanentWidget(each);
+    if (memory_.restoreWindow(*this, parts_))
+        return;
+    resize(QSize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44)
+               .boundedTo(screen()->availableSize()));
+    parts_.setSizes({tree_.wholeWidth(), width() - tree_.wholeWidth()});
 }
 
 void MainWindow::use(std::unique_ptr<Host> host)
 {
+    keepLook();
     host_ = std::move(host);
+    if (const std::optional<Choices> kept = choicesOf(memory_, *host_))
+        host_->choose(*kept);
+    wanted_.reset();
+    undo_.forget();
     tellStatus();
-    if (node_ == nullptr)
-        go(nodes().front());
-    else
+    if (tree_.chosen() != nullptr) {
         chosen();
+        return;
+    }
+    const Node* last = nodeOf(static_cast<Byte>(memory_.value(lastList).toInt()));
+    // 0 is a node of its own: only a kept one means it.
+    go(last != nullptr && memory_.value(lastList).isValid() ? *last : nodes().front());
 }
 
 void MainWindow::chosen()
 {
-    const QTreeWidgetItem* item = tree_.currentItem();
-    if (item == nullptr || item->parent() == nullptr)
+    keepLook();
+    node_ = tree_.chosen();
+    if (node_ == nullptr) {
+        const QTreeWidgetItem* group = tree_.currentItem();
+        page_.showGroup(group == nullptr ? QString() : group->text(0));
         return;
-    node_ = nodeOf(static_cast<Byte>(item->data(0, Qt::UserRole).toInt()));
+    }
+    memory_.set(lastList, int{node_->number});
     std::vector<Row> rows;
-    if (node_->hasList())
-        tried(this, QStringLiteral("La lista no se ha podido leer."), [&] { rows = host_->rows(*node_); });
-    page_.show(*node_, std::move(rows));
+    tried(this, QStringLiteral("La lista no se ha podido leer."), [&] { rows = readRows(); });
+    page_.show(*node_, std::move(rows), lookOf(memory_, node_->number));
+    markHeld();
 }
 
-void MainWindow::refresh()
+std::vector<Row> MainWindow::readRows()
 {
-    if (node_ == nullptr || !node_->hasList())
+    if (node_->hasList())
+        return host_->rows(*node_);
+    sections_.clear();
+    if (node_->hasSections())
+        sections_ = sections(*host_, *node_);
+    return rowsOf(sections_);
+}
+
+void MainWindow::keepLook()
+{
+    if (listed())
+        host::keepLook(memory_, node_->number, page_.look());
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    keepLook();
+    memory_.keepWindow(*this, parts_);
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::readAgain(ListPage::Added added)
+{
+    if (!listed())
         return;
     tried(this, QStringLiteral("La lista no se ha podido leer."),
-          [&] { page_.refresh(*node_, host_->rows(*node_)); });
+          [&] { page_.refresh(*node_, readRows(), added); });
+    markHeld();
 }
 
 void MainWindow::openDialog(Byte action, Long row, bool branches)
 {
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
           [&] { host_->open(*node_, action, row, branches); });
-    refresh();
+    readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
     activateWindow();
     page_.enter();
 }
@@ -186,106 +144,130 @@ void MainWindow::openChosen()
 {
     if (node_->hasList())
         changeRow();
+    else if (const std::optional<Long> section = page_.selected())
+        openSection(*section);
     else
+        openDirect();
+}
+
+/// The windows of the reports know no session of consultation, and write what is accepted in them.
+bool MainWindow::mayWrite(const QString& title)
+{
+    return !host_->choices().readOnly ||
+           confirm(this, title,
+                   QStringLiteral(
+                       "La sesión es de sólo consulta, pero esta ventana no lo tiene en cuenta: lo que "
+                       "se acepte en ella se guarda. Si sólo quiere mirar, ciérrela sin aceptar."),
+                   QStringLiteral("&Abrir"));
+}
+
+void MainWindow::openDirect()
+{
+    if (mayWrite(toQt(node_->name)))
         openDialog(cConstCol::NUEVO, 0);
+}
+
+void MainWindow::openSection(Long id)
+{
+    const auto section = std::ranges::find(sections_, id, &Section::id);
+    if (section == sections_.end() || !mayWrite(toQt(node_->name)))
+        return;
+    // Runs in the window's own loop, which begins once it is shown.
+    QTimer::singleShot(0, this, [chosen = *section] { chooseSection(chosen); });
+    openDialog(cConstCol::NUEVO, 0);
 }
 
 void MainWindow::newRow(Long kind) { openDialog(cConstCol::NUEVO, kind); }
 
 void MainWindow::changeRow(bool branches)
 {
-    if (const std::optional<Long> row = page_.selected(); row && stillThere(*row))
-        openDialog(cConstCol::Modificado, *row, branches);
+    const std::vector<NamedRow> rows = page_.selection();
+    if (rows.size() == 1 && stillThere(rows.front()) && seesHeld(rows.front()))
+        openDialog(cConstCol::Modificado, rows.front().key, branches);
 }
 
-bool MainWindow::stillThere(Long key)
+bool MainWindow::stillThere(const NamedRow& row)
 {
     bool there = false;
     if (tried(this, QStringLiteral("La fila no se ha podido leer."),
-              [&] { there = host_->has(*node_, key); }) &&
+              [&] { there = host_->has(*node_, row.key); }) &&
         !there) {
         say(this, QStringLiteral("Ya no está"),
             QStringLiteral("«%1» ya no está: se ha eliminado desde otra estación. La lista se lee de nuevo.")
-                .arg(page_.selectedName()));
+                .arg(row.name));
         refresh();
     }
     return there;
 }
 
-bool MainWindow::heldElsewhere(Long key)
+bool MainWindow::seesHeld(const NamedRow& row)
 {
-    for (const Registration& each : registrations(*host_->school().centro)) {
-        if (!sameName(each.form, node_->form) || each.row != key || each.gone)
-            continue;
-        say(this, QStringLiteral("No se puede eliminar"),
-            QStringLiteral(
-                "La tiene abierta el usuario %1 desde %2. Espere a que la cierre, o vea Herramientas, "
-                "Filas en uso.")
-                .arg(each.user)
-                .arg(toQt(each.moment)));
+    if (host_->choices().readOnly)
         return true;
-    }
-    return false;
-}
-
-bool MainWindow::deletable(Long key)
-{
-    if (heldElsewhere(key))
-        return false;
-    const bool may = host_->guardAgrees(*node_, key);
-    if (!may)
-        refuse(key);
-    return may;
-}
-
-void MainWindow::refuse(Long key)
-{
-    QString text = QStringLiteral("«%1» no se puede eliminar.").arg(page_.selectedName());
-    const std::vector<Referrer> who = referrers(*host_->school().centro, node_->table, key);
-    text += who.empty() ? QStringLiteral("\n\nEl módulo no lo permite para esta lista.")
-                        : QStringLiteral("\n\nLa usan:\n") + reasons(who);
-    say(this, QStringLiteral("No se puede eliminar"), text);
-}
-
-void MainWindow::deleteRow()
-{
-    const std::optional<Long> key = page_.selected();
-    if (!key || host_->choices().readOnly || !stillThere(*key))
-        return;
-    tried(this, QStringLiteral("La fila no se ha podido eliminar."), [&] {
-        if (!deletable(*key))
-            return;
-        QString question =
-            QStringLiteral("¿Eliminar «%1»? Se podrá restaurar desde la papelera.").arg(page_.selectedName());
-        // Second check: the guards do not look at every table.
-        if (const auto who = referrers(*host_->school().centro, node_->table, *key); !who.empty())
-            question += QStringLiteral("\n\nLa nombran todavía:\n") + reasons(who);
-        // Re-check, against a race: the answer may have taken its time.
-        if (confirm(this, QStringLiteral("Eliminar"), question, QStringLiteral("Eliminar")) &&
-            deletable(*key))
-            moveToDeleted(host_->school(), node_->table, *key);
+    QString who;
+    const bool read = tried(this, QStringLiteral("La fila no se ha podido leer."), [&] {
+        const std::map<Long, Registration> held = heldRows(*host_->school().centro, *node_);
+        People people(host_->school());
+        if (const auto found = held.find(row.key);
+            found != held.end() && found->second.user != host_->choices().user)
+            who = heldBy(people, found->second);
     });
-    refresh();
-    page_.enter();
+    if (!read || who.isEmpty())
+        return read;
+    wanted_ = Wanted{node_, row};
+    markHeld();
+    return confirm(this, QStringLiteral("Fila en uso"),
+                   who + QStringLiteral(". Puede verla, pero no cambiarla. Cuando quede libre se dirá en la "
+                                        "última línea de la ventana."),
+                   QStringLiteral("&Ver"));
 }
 
-void MainWindow::exportCsv()
+/// An extra over the list: where the registrations cannot be read, there are no marks.
+void MainWindow::markHeld()
 {
-    const QString file =
-        askFile(this, QStringLiteral("Exportar la lista"), toQt(node_->name),
-                QStringLiteral("Hojas de cálculo (*.csv)"), QStringLiteral("csv"), IfThere::asks);
-    if (file.isEmpty())
+    std::map<Long, QString> said;
+    try {
+        if (node_ != nullptr && node_->hasList()) {
+            People people(host_->school());
+            for (const auto& [key, registration] : heldRows(*host_->school().centro, *node_))
+                said[key] = heldBy(people, registration) + u'.';
+        }
+    } catch (const RuntimeError&) {
+        said.clear();
+    }
+    page_.mark(std::move(said));
+    if (page_.marked().empty() && !wanted_)
+        watch_.stop();
+    else if (!watch_.isActive())
+        watch_.start();
+}
+
+void MainWindow::followHeld()
+{
+    // Not below a dialog: its own statements come first.
+    if (QApplication::activeModalWidget() != nullptr)
         return;
-    QSaveFile target(file);
-    const QByteArray bytes = page_.csv();
-    if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size() || !target.commit())
-        say(this, QStringLiteral("No se ha podido"),
-            QStringLiteral("No se puede escribir %1: %2").arg(file, target.errorString()));
+    try {
+        if (wanted_ && !heldRows(*host_->school().centro, *wanted_->node).contains(wanted_->row.key)) {
+            const Wanted free = *wanted_;
+            wanted_.reset();
+            undo_.tell(QStringLiteral("«%1» ya está libre").arg(free.row.name), QStringLiteral("Abrir"),
+                       [this, free] {
+                           go(*free.node);
+                           page_.select(free.row.key);
+                           changeRow();
+                       });
+        }
+    } catch (const RuntimeError&) {
+        wanted_.reset();
+    }
+    markHeld();
 }
 
-void MainWindow::openOther()
+void MainWindow::openOther() { switchTo(chooseSchool(this)); }
+
+void MainWindow::switchTo(std::unique_ptr<Host> other)
 {
-    std::unique_ptr<Host> other = chooseSchool(this);
     if (other == nullptr)
         return;
     // Read-only mode carries over to the other school.
@@ -295,64 +277,45 @@ void MainWindow::openOther()
     use(std::move(other));
 }
 
-void MainWindow::recycleBin()
+void MainWindow::rowsInUse()
 {
-    showRecycleBin(this, host_->school(), host_->choices().readOnly);
-    refresh();
+    showRowsInUse(this, *host_);
+    markHeld();
 }
-
-void MainWindow::rowsInUse() { showRowsInUse(this, *host_->school().centro, host_->choices().readOnly); }
 
 void MainWindow::chooseSession()
 {
-    if (const std::optional<Choices> choices = askChoices(this, *host_))
+    if (const std::optional<Choices> choices = askChoices(this, *host_)) {
         host_->choose(*choices);
+        keepChoices(memory_, *host_);
+        if (choices->readOnly)
+            undo_.forget();
+    }
     tellStatus();
+    // Another person has other sections.
+    if (node_ != nullptr && node_->hasSections())
+        chosen();
     follow();
-}
-
-void MainWindow::follow()
-{
-    const bool list = node_ != nullptr && node_->hasList();
-    const bool writes = !host_->choices().readOnly;
-    const bool row = list && page_.selected().has_value();
-    const bool issuers = list && node_->number == cNombreNodo::Emisor;
-    const bool banks = list && node_->number == cNombreNodo::OC_Bancos;
-    new_->setText(issuers ? QStringLiteral("&Nuevo emisor") : QStringLiteral("&Nuevo"));
-    new_->setEnabled(list && writes);
-    ordering_->setVisible(issuers);
-    ordering_->setEnabled(issuers && writes);
-    change_->setText(!list    ? QStringLiteral("&Abrir")
-                     : writes ? QStringLiteral("&Modificar")
-                              : QStringLiteral("&Ver"));
-    change_->setEnabled(row || (node_ != nullptr && !list));
-    branches_->setVisible(banks);
-    branches_->setEnabled(banks && row);
-    delete_->setEnabled(row && writes);
-    for (QAction* each : {refresh_, csv_, find_})
-        each->setEnabled(list);
 }
 
 void MainWindow::tellStatus()
 {
     const Choices& choices = host_->choices();
-    setWindowTitle(QStringLiteral("Configuración del centro — %1").arg(shownUrl(host_->url())));
-    database_.setText(shownUrl(host_->url()));
-    user_.setText(QStringLiteral("Usuario: %1 (%2), perfil %3")
-                      .arg(toQt(choices.userName))
-                      .arg(choices.user)
-                      .arg(choices.profile));
+    const QString url = shownUrl(host_->url());
+    const QString known = People(host_->school()).known(choices.user);
+    const QString person = known.isEmpty() ? toQt(choices.userName) : known;
+    setWindowTitle(QStringLiteral("Configuración del centro — %1 — %2").arg(url, person));
+    // Its file alone: the line needs its room for what was done. The title has the whole.
+    database_.setText(fontMetrics().elidedText(url.section(u'/', -1), Qt::ElideMiddle,
+                                               fontMetrics().averageCharWidth() * 30));
+    database_.setToolTip(url);
+    user_.setText(person);
+    user_.setToolTip(QStringLiteral("Usuario %1 («%2»), perfil %3")
+                         .arg(choices.user)
+                         .arg(toQt(choices.userName))
+                         .arg(choices.profile));
     mode_.setText((choices.readOnly ? QStringLiteral("Sólo consulta") : QStringLiteral("Edición")) +
                   (choices.mtp ? QStringLiteral(" · MTP") : QString()));
-}
-
-void MainWindow::showMenu(const QPoint& at)
-{
-    QMenu menu(this);
-    menu.addActions({new_, ordering_, change_, branches_, delete_});
-    menu.addSeparator();
-    menu.addActions({refresh_, csv_});
-    menu.exec(at);
 }
 
 } // namespace zv::host

@@ -1,12 +1,19 @@
 #pragma once
 
+#include "zvhost/Deletion.h"
 #include "zvhost/Host.h"
 #include "zvhost/ListPage.h"
+#include "zvhost/NodeTree.h"
+#include "zvhost/Remembered.h"
+#include "zvhost/Sections.h"
+#include "zvhost/Undo.h"
 
 #include <QAction>
 #include <QMainWindow>
 #include <QSplitter>
-#include <QTreeWidget>
+#include <QTimer>
+
+class QMenu;
 
 namespace zv::host {
 
@@ -15,54 +22,90 @@ class MainWindow final : public QMainWindow {
 public:
     /// Two-phase construction: without a school, to be built while one is being opened; call use() before
     /// show().
-    MainWindow();
+    explicit MainWindow(Remembered::Where memory = Remembered::Where::nowhere);
     explicit MainWindow(std::unique_ptr<Host> host) : MainWindow() { use(std::move(host)); }
 
     Host& host() { return *host_; }
     /// Chooses a node in the tree.
-    void go(const Node& node);
+    void go(const Node& node) { tree_.go(node); }
     /// Sets the school to work on, in the place of the one that is open.
     void use(std::unique_ptr<Host> host);
 
     // Slots of the menus.
     void newRow(Long kind = 0);
     void changeRow(bool branches = false);
-    void deleteRow();
-    void refresh();
+    void deleteRows();
+    void undo() { undo_.undo(); }
+    void copyRows();
+    void copyCell();
+    void refresh() { readAgain(ListPage::Added::may); }
     void exportCsv();
     void openOther();
     void recycleBin();
     void rowsInUse();
     void chooseSession();
 
+    /// Follows the rows that others have open: those that became free lose their mark, and one that was asked
+    /// for is told. A timer calls it as long as there are any.
+    void followHeld();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
 private:
     QAction& action(const QString& name, const QString& text, const QKeySequence& keys,
                     const std::function<void()>& does);
-    void buildTree();
+    void buildRowActions();
     void buildActions();
     void buildMenus();
-    const Node* current() const { return node_; }
+    void buildToolBar();
+    void listRecent(QMenu& menu);
+    void placeParts();
     void chosen();
     void openChosen();
+    void openDirect();
+    void openSection(Long id);
+    /// Reads the rows of the node that is shown: its own, or the sections.
+    std::vector<Row> readRows();
+    bool listed() const { return node_ != nullptr && !node_->columns.empty(); }
+    bool mayWrite(const QString& title);
     void openDialog(Byte action, Long row, bool branches = false);
-    /// Enables the commands that the node, the row and the session have.
+    void readAgain(ListPage::Added added);
+    void keepLook();
+    void switchTo(std::unique_ptr<Host> other);
+    /// Enables the commands that the node, the rows and the session have.
     void follow();
     void tellStatus();
     void showMenu(const QPoint& at);
-    bool stillThere(Long key);
-    bool heldElsewhere(Long key);
-    bool deletable(Long key);
-    void refuse(Long key);
+    bool stillThere(const NamedRow& row);
+    bool seesHeld(const NamedRow& row);
+    void markHeld();
+    void tellRemoved(const Node& node, const std::vector<NamedRow>& rows);
+    void tellRestored(const std::vector<DeletedRow>& rows);
+    void putBack(const Node& node, const std::vector<NamedRow>& rows);
+
+    /// Row that somebody else has open, and that this person asked for.
+    struct Wanted {
+        const Node* node = nullptr;
+        NamedRow row;
+    };
 
     std::unique_ptr<Host> host_;
-    const Node* node_ = nullptr;
+    const Node* node_ = nullptr; ///< The list that is shown; nullptr on a group.
+    Remembered memory_;
     QSplitter parts_;
-    QTreeWidget tree_;
+    NodeTree tree_;
     ListPage page_;
     QLabel database_, user_, mode_;
+    Undo undo_;
+    std::optional<Wanted> wanted_;
+    std::vector<Section> sections_; ///< Those that are listed on the page of a report.
+    QTimer watch_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
-            *branches_ = nullptr, *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *bin_ = nullptr,
-            *rowsInUse_ = nullptr, *session_ = nullptr, *open_ = nullptr, *help_ = nullptr, *quit_ = nullptr;
+            *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,
+            *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *columns_ = nullptr, *bin_ = nullptr,
+            *rowsInUse_ = nullptr, *session_ = nullptr, *open_ = nullptr, *help_ = nullptr,
+            *findHelp_ = nullptr, *quit_ = nullptr;
 };
 
 } // namespace zv::host

@@ -40,6 +40,8 @@ constexpr ListColumn issuer[] = {
     {u"Nombre"}, {u"CIF"}, {u"Sufijo"}, {u"Código de ordenante"}, {u"Población"}, {u"MTP", Kind::flag}};
 constexpr ListColumn answer[] = {{u"Descripción"}, {u"Apartado"}};
 
+constexpr ListColumn section[] = {{u"Enseñanza"}, {u"Curso"}, {u"Sección"}, {u"Hecho", Kind::progress}};
+
 constexpr StringView people = u"Datos de las personas";
 constexpr StringView towns = u"Lugares";
 constexpr StringView pupils = u"Alumnado";
@@ -120,8 +122,8 @@ constexpr TreeEntry treeEntries[] = {
      u"SELECT IDEmisor, Nombre, CIF, Sufijo, CodigoOrdenante, Poblacion, MTP FROM Emisor", issuer},
     {Name::TiposIva, money, u"tipo de IVA", u"SELECT IDTipoIva, Descripcion, Valor FROM TipoIva", rate},
 
-    {Name::NotaConsejoOrientador, reports, u"consejo orientador"},
-    {Name::InfIndiv, reports, u"informe individual"},
+    {Name::NotaConsejoOrientador, reports, u"consejo orientador", {}, section},
+    {Name::InfIndiv, reports, u"informe individual", {}, section},
     {Name::ConsejoOrientador, reports, u"respuesta del consejo orientador",
      u"SELECT r.IDCOResp, r.Descripcion, c.Descripcion AS Apartado FROM ConsejoOrientador_Respuesta r LEFT "
      u"JOIN ConsejoOrientador c ON r.CodConsejoOrientador = c.IDConsejoOrientador",
@@ -238,11 +240,18 @@ const Node* nodeOf(StringView form)
     return found == all.end() ? nullptr : &*found;
 }
 
+const Node* nodeOfTable(StringView table)
+{
+    const auto all = nodes();
+    const auto found = std::ranges::find_if(
+        all, [&](const Node& each) { return each.hasList() && sameName(each.table, table); });
+    return found == all.end() ? nullptr : &*found;
+}
+
 StringView nameOfTable(StringView table)
 {
-    for (const Node& each : nodes())
-        if (sameName(each.table, table))
-            return each.name;
+    if (const Node* node = nodeOfTable(table))
+        return node->name;
     for (const auto& [other, words] : otherTables)
         if (sameName(other, table))
             return words;

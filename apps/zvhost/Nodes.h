@@ -8,7 +8,14 @@ namespace zv::host {
 
 /// Descriptor of a column of a node's list.
 struct ListColumn {
-    enum class Kind { text, number, flag, word, enciphered };
+    enum class Kind {
+        text,
+        number,
+        flag,
+        word,
+        enciphered,
+        progress ///< A text like "18 de 23".
+    };
     StringView title;
     Kind kind = Kind::text;
     std::span<const StringView> words = {}; ///< For Kind::word: what 1, 2, … stand for.
@@ -29,6 +36,8 @@ struct Node {
     std::span<const ListColumn> columns = {};
 
     bool hasList() const { return !query.empty(); }
+    /// A node of the reports: no list of its own, but one of the sections.
+    bool hasSections() const { return query.empty() && !columns.empty(); }
 };
 
 /// All nodes, sorted by group.
@@ -36,6 +45,8 @@ std::span<const Node> nodes();
 /// Lookup by number, or by a dialog's name; nullptr if there is none.
 const Node* nodeOf(Byte number);
 const Node* nodeOf(StringView form);
+/// Node of a table's list; nullptr if there is none.
+const Node* nodeOfTable(StringView table);
 /// Display name of a table; the table's own name where it has no other.
 StringView nameOfTable(StringView table);
 

@@ -1,20 +1,12 @@
 #include "zvhost/RowsModel.h"
 
 #include "qt/QtText.h"
+#include "zvhost/Icons.h"
 
 #include <algorithm>
 
 namespace zv::host {
 namespace {
-
-QString plain(const QString& text)
-{
-    QString letters;
-    for (const QChar each : text.normalized(QString::NormalizationForm_D))
-        if (each.category() != QChar::Mark_NonSpacing)
-            letters += each.toCaseFolded();
-    return letters;
-}
 
 /// Escapes a field, and guards against formula injection: quotes where a spreadsheet would split it, a mark
 /// where it would take it for a formula.
@@ -31,6 +23,15 @@ QString csvField(QString text)
 
 } // namespace
 
+QString plainLetters(const QString& text)
+{
+    QString letters;
+    for (const QChar each : text.normalized(QString::NormalizationForm_D))
+        if (each.category() != QChar::Mark_NonSpacing)
+            letters += each.toCaseFolded();
+    return letters;
+}
+
 void RowsModel::show(std::span<const ListColumn> columns, std::vector<Row> rows)
 {
     beginResetModel();
@@ -43,6 +44,15 @@ void RowsModel::show(std::span<const ListColumn> columns, std::vector<Row> rows)
             texts.push_back(toQt(shown(row.values[i], columns_[i])));
     }
     endResetModel();
+}
+
+void RowsModel::mark(std::map<Long, QString> held)
+{
+    if (held == held_)
+        return;
+    held_ = std::move(held);
+    if (!rows_.empty())
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }
 
 int RowsModel::rowOf(Long key) const
@@ -71,9 +81,22 @@ int RowsModel::columnCount(const QModelIndex& parent) const
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const
 {
-    if (role != Qt::DisplayRole || !index.isValid())
+    if (!index.isValid())
         return {};
-    return texts_[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())];
+    const QString& text =
+        texts_[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())];
+    if (role == Qt::DisplayRole)
+        return text;
+    const auto held = held_.find(keyAt(index.row()));
+    if (held == held_.end())
+        return {};
+    if (role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole)
+        return held->second;
+    if (index.column() != 0)
+        return {};
+    return role == Qt::DecorationRole       ? QVariant(heldIcon())
+           : role == Qt::AccessibleTextRole ? QVariant(text + QStringLiteral(", en uso"))
+                                            : QVariant();
 }
 
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const
@@ -91,7 +114,7 @@ RowsView::RowsView() : collator_(QLocale(QLocale::Spanish))
 
 void RowsView::search(const QString& words)
 {
-    words_ = plain(words).split(u' ', Qt::SkipEmptyParts);
+    words_ = plainLetters(words).split(u' ', Qt::SkipEmptyParts);
     invalidateFilter();
 }
 
@@ -99,7 +122,7 @@ bool RowsView::filterAcceptsRow(int row, const QModelIndex& parent) const
 {
     QString text;
     for (int column = 0; column < sourceModel()->columnCount(parent); ++column)
-        text += plain(sourceModel()->index(row, column, parent).data().toString()) + u'\n';
+        text += plainLetters(sourceModel()->index(row, column, parent).data().toString()) + u'\n';
     return std::ranges::all_of(words_, [&](const QString& word) { return text.contains(word); });
 }
 

@@ -6,12 +6,20 @@
 #include <QCollator>
 #include <QSortFilterProxyModel>
 
+#include <map>
+
 namespace zv::host {
+
+/// A text without case and accents, for comparing.
+QString plainLetters(const QString& text);
 
 /// Table model of a node's rows.
 class RowsModel final : public QAbstractTableModel {
 public:
     void show(std::span<const ListColumn> columns, std::vector<Row> rows);
+    /// Marks rows that somebody has open: key, and who has it.
+    void mark(std::map<Long, QString> held);
+    const std::map<Long, QString>& marked() const { return held_; }
     Long keyAt(int row) const { return rows_[static_cast<std::size_t>(row)].key; }
     /// Index of the row with that key, -1 if there is none.
     int rowOf(Long key) const;
@@ -26,6 +34,7 @@ private:
     std::span<const ListColumn> columns_;
     std::vector<Row> rows_;
     std::vector<std::vector<QString>> texts_;
+    std::map<Long, QString> held_;
 };
 
 /// Proxy model that sorts and filters: without regard to case and accents, numbers by size.

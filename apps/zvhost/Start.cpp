@@ -15,12 +15,15 @@
 #include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QStringList>
 #include <QVBoxLayout>
 
 namespace zv::host {
 namespace {
 
 const QString lastSchool = QStringLiteral("ultimoColegio");
+const QString recent = QStringLiteral("recientes");
+constexpr qsizetype mostRecent = 6;
 
 /// Makes the URL of a file absolute, to hold wherever the program starts next; others hold anyway.
 QString lasting(const String& url)
@@ -36,8 +39,15 @@ void remember(const Host& host)
     if (shownUrl(host.url()) != toQt(host.url()))
         return;
     QSettings settings;
-    if (const QString url = lasting(host.url()); settings.value(lastSchool) != url)
+    const QString url = lasting(host.url());
+    QStringList schools = recentSchools();
+    schools.removeAll(url);
+    schools.prepend(url);
+    schools = schools.mid(0, mostRecent);
+    if (settings.value(lastSchool) != url)
         settings.setValue(lastSchool, url);
+    if (recentSchools() != schools)
+        settings.setValue(recent, schools);
 }
 
 /// Schema check: refuses a school in which the dialogs do not find what they need.
@@ -97,7 +107,7 @@ Choice askChoice(QWidget* parent)
            QStringLiteral("Todas las listas están por llenar."), empty);
     choice(layout, dialog, QStringLiteral("&Abrir un colegio que existe…"),
            QStringLiteral("El fichero principal del colegio; los otros dos están a su lado."), existing);
-    ButtonRow(layout, dialog).addClose(QStringLiteral("Cancelar"));
+    ButtonRow(layout, dialog).addClose(QStringLiteral("&Cancelar"));
     return static_cast<Choice>(dialog.exec());
 }
 
@@ -156,6 +166,8 @@ std::unique_ptr<Host> chooseSchool(QWidget* parent)
             return host;
     }
 }
+
+QStringList recentSchools() { return QSettings().value(recent).toStringList(); }
 
 std::unique_ptr<Host> startSchool(const std::function<void()>& meanwhile)
 {

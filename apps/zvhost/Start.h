@@ -2,6 +2,8 @@
 
 #include "zvhost/Host.h"
 
+#include <QStringList>
+
 #include <functional>
 #include <memory>
 
@@ -21,6 +23,8 @@ std::unique_ptr<Host> createHostShown(QWidget* parent, const String& url, bool s
 /// Interactive loop: a person makes a school or opens one that exists, and is asked until it is done; nullptr
 /// if it was cancelled.
 std::unique_ptr<Host> chooseSchool(QWidget* parent);
+/// URLs of the schools that were opened last, the last one first; those with a password are not among them.
+QStringList recentSchools();
 /// School to start with when none was named: the one that was open last, or else a person's choice.
 std::unique_ptr<Host> startSchool(const std::function<void()>& meanwhile);
 

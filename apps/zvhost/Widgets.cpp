@@ -7,11 +7,9 @@
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
-#include <QTableView>
 #include <QTimer>
 
 #include <atomic>
@@ -47,7 +45,7 @@ void say(QWidget* parent, const QString& title, const QString& text)
 {
     QMessageBox box(QMessageBox::Information, title, text, QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
-    box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
+    box.addButton(QStringLiteral("&Aceptar"), QMessageBox::AcceptRole);
     box.exec();
 }
 
@@ -57,7 +55,7 @@ void sayFailure(QWidget* parent, const QString& text, const std::exception& erro
                     parent);
     box.setTextFormat(Qt::PlainText);
     box.setInformativeText(QString::fromUtf8(error.what()));
-    box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
+    box.addButton(QStringLiteral("&Aceptar"), QMessageBox::AcceptRole);
     box.exec();
 }
 
@@ -66,7 +64,7 @@ bool confirm(QWidget* parent, const QString& title, const QString& text, const Q
     QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
     const QPushButton* yes = box.addButton(button, QMessageBox::AcceptRole);
-    QPushButton* no = box.addButton(QStringLiteral("Cancelar"), QMessageBox::RejectRole);
+    QPushButton* no = box.addButton(QStringLiteral("&Cancelar"), QMessageBox::RejectRole);
     box.setDefaultButton(no);
     box.setEscapeButton(no);
     box.exec();
@@ -122,22 +120,6 @@ QString askFile(QWidget* parent, const QString& title, const QString& place, con
     dialog.setOption(QFileDialog::DontConfirmOverwrite, ifThere == IfThere::leaves);
     dialog.selectFile(place);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
-}
-
-void designTable(QTableView& table)
-{
-    table.setSelectionBehavior(QAbstractItemView::SelectRows);
-    table.setSelectionMode(QAbstractItemView::SingleSelection);
-    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table.setAlternatingRowColors(true);
-    table.setShowGrid(false);
-    table.setTabKeyNavigation(false);
-    table.setWordWrap(false);
-    table.verticalHeader()->hide();
-    table.verticalHeader()->setDefaultSectionSize(table.fontMetrics().height() * 3 / 2);
-    table.horizontalHeader()->setStretchLastSection(true);
-    table.horizontalHeader()->setHighlightSections(false);
-    table.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 
 ButtonRow::ButtonRow(QVBoxLayout& layout, QDialog& dialog)

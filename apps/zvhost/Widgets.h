@@ -9,7 +9,6 @@
 class QDialog;
 class QHBoxLayout;
 class QPushButton;
-class QTableView;
 class QVBoxLayout;
 class QWidget;
 
@@ -36,8 +35,6 @@ enum class IfThere { asks, leaves };
 QString askFile(QWidget* parent, const QString& title, const QString& place, const QString& kind,
                 const QString& suffix, IfThere ifThere);
 
-/// Designs a table whose rows are selected whole and not edited.
-void designTable(QTableView& table);
 /// Builder of a row of buttons at the right, under what the layout holds so far.
 class ButtonRow {
 public:

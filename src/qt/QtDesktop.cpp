@@ -1,6 +1,7 @@
 #include "qt/QtDesktop.h"
 
 #include "qt/Help.h"
+#include "qt/MessageAid.h"
 #include "qt/QtText.h"
 
 #include <QApplication>
@@ -129,7 +130,12 @@ void QtDesktop::tell(int flags, StringView title, StringView text)
     box.setTextFormat(Qt::PlainText);
     box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
     const QShortcut help(Qt::Key_F1, &box, [&] { showHelp(box, QStringLiteral("mensajes"), toQt(text)); });
+    QWidget* window = front();
+    if (window != nullptr)
+        placeBeside(box, *window);
     ask(box);
+    if (auto* form = dynamic_cast<FormWindow*>(window))
+        tintEmpty(*form);
 }
 
 void QtDesktop::ask(QMessageBox& box) { box.exec(); }

@@ -1,0 +1,91 @@
+#include "zvhost/Undo.h"
+
+#include <QAccessible>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace zv::host {
+
+Undo::Undo(std::function<void()> changed) : changed_(std::move(changed))
+{
+    setObjectName(QStringLiteral("hecho"));
+    setTextFormat(Qt::RichText);
+    setTextInteractionFlags(Qt::LinksAccessibleByMouse);
+    // Long names do not widen the window.
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    connect(this, &QLabel::linkActivated, this, [this] { followLink(); });
+    setFocusPolicy(Qt::NoFocus);
+}
+
+void Undo::followLink()
+{
+    // A copy: what it does may tell something else.
+    if (const std::function<void()> follows = follows_)
+        follows();
+}
+
+void Undo::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space)
+        followLink();
+    else
+        QLabel::keyPressEvent(event);
+}
+
+void Undo::paintEvent(QPaintEvent* event)
+{
+    QLabel::paintEvent(event);
+    if (!hasFocus())
+        return;
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
+}
+
+void Undo::did(const QString& text, std::function<void()> back)
+{
+    steps_.push_back(std::move(back));
+    tell(text, QStringLiteral("Deshacer"), [this] { undo(); });
+    setText(this->text() + QStringLiteral(" (Ctrl+Z)"));
+    changed_();
+}
+
+void Undo::tell(const QString& text, const QString& link, std::function<void()> follows)
+{
+    follows_ = std::move(follows);
+    QString line = text.toHtmlEscaped();
+    if (!link.isEmpty())
+        // In the colour of the text: links are too dark in some dark palettes.
+        line += QStringLiteral(" · <a href=\"#\" style=\"color: %2\">%1</a>")
+                    .arg(link.toHtmlEscaped(), palette().color(QPalette::WindowText).name());
+    setText(line);
+    setToolTip(text);
+    setFocusPolicy(link.isEmpty() ? Qt::NoFocus : Qt::StrongFocus);
+    QAccessibleEvent told(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&told);
+}
+
+void Undo::undo()
+{
+    if (steps_.empty())
+        return;
+    const std::function<void()> back = std::move(steps_.back());
+    steps_.pop_back();
+    follows_ = nullptr;
+    clear();
+    setFocusPolicy(Qt::NoFocus);
+    back();
+    changed_();
+}
+
+void Undo::forget()
+{
+    steps_.clear();
+    follows_ = nullptr;
+    clear();
+    setToolTip({});
+    setFocusPolicy(Qt::NoFocus);
+    changed_();
+}
+
+} // namespace zv::host
