@@ -155,8 +155,8 @@ void FormWindow::fit()
     room_.setGeometry({QPoint(), inner});
     setFixedSize(inner + QSize(0, line));
     if (line > 0) {
-        const int edge = pixels(margin);
-        guide_->line().setGeometry(edge, inner.height(), inner.width() - 2 * edge, line);
+        const int beside = pixels(margin);
+        guide_->line().setGeometry(beside, inner.height(), inner.width() - 2 * beside, line);
     }
 }
 

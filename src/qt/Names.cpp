@@ -79,7 +79,7 @@ QString accessibleDescriptionOf(const Control& control)
 QString accessibleNameOf(const Control& control)
 {
     const auto* button = dynamic_cast<const CommandButton*>(&control);
-    if (const QString sign = button == nullptr ? QString() : signOf(*button); !sign.isEmpty())
+    if (QString sign = button == nullptr ? QString() : signOf(*button); !sign.isEmpty())
         return sign;
     if (hasWords<CommandButton>(control) || hasWords<CheckBox>(control) || hasWords<OptionButton>(control))
         return {};

@@ -18,13 +18,13 @@ namespace {
 using Macro = bool (*)(SectionKeys&, Acts&);
 
 struct Chord {
-    int key;
+    int key = 0;
     Qt::KeyboardModifiers held;
-    Macro macro;
+    Macro macro = nullptr;
 };
 
-constexpr Qt::KeyboardModifiers control = Qt::ControlModifier;
-constexpr Qt::KeyboardModifiers controlShift = Qt::ControlModifier | Qt::ShiftModifier;
+constexpr Qt::KeyboardModifiers withControl = Qt::ControlModifier;
+constexpr Qt::KeyboardModifiers withBoth = Qt::ControlModifier | Qt::ShiftModifier;
 constexpr Macro nextPage = [](SectionKeys& keys, Acts& acts) { return keys.goToPage(acts, 1); };
 constexpr Macro pageBefore = [](SectionKeys& keys, Acts& acts) { return keys.goToPage(acts, -1); };
 constexpr Macro nextPupil = [](SectionKeys& keys, Acts& acts) { return keys.goToPupil(acts, 1); };
@@ -36,14 +36,14 @@ constexpr Macro goBack = [](SectionKeys& keys, Acts& acts) { return keys.leaveLi
 
 /// None of them means anything else in a dialog or on the desktops that were looked at.
 constexpr Chord chords[] = {
-    {Qt::Key_Tab, control, nextPage},
-    {Qt::Key_Backtab, controlShift, pageBefore},
-    {Qt::Key_Tab, controlShift, pageBefore},
-    {Qt::Key_PageDown, control, nextPage},
-    {Qt::Key_PageUp, control, pageBefore},
+    {Qt::Key_Tab, withControl, nextPage},
+    {Qt::Key_Backtab, withBoth, pageBefore},
+    {Qt::Key_Tab, withBoth, pageBefore},
+    {Qt::Key_PageDown, withControl, nextPage},
+    {Qt::Key_PageUp, withControl, pageBefore},
     {Qt::Key_PageDown, Qt::AltModifier, nextPupil},
     {Qt::Key_PageUp, Qt::AltModifier, pupilBefore},
-    {Qt::Key_D, control, repeatAbove},
+    {Qt::Key_D, withControl, repeatAbove},
     {Qt::Key_Delete, Qt::NoModifier, clear},
     {Qt::Key_Return, Qt::NoModifier, goDown},
     {Qt::Key_Enter, Qt::NoModifier, goDown},
