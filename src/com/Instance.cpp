@@ -75,6 +75,9 @@ Value Instance::invokeField(std::size_t place, Call& call)
     const bool writes = (call.modes & assigns) != 0;
     if ((call.modes & (writes ? letMode : ZV_PROPERTYGET)) == 0)
         throw Refusal{ZV_DISP_MEMBERNOTFOUND};
+    // Arguments of a collection index it, as its default member would: colMaterias(1).
+    if (!writes && kind == Kind::collection && !call.arguments.empty())
+        return get(CObj(read(place)), u"Item", call.arguments);
     expect(writes ? 1 : 0, call);
     if (!writes)
         return read(place);

@@ -96,12 +96,17 @@ struct Types {
             .append(std::to_wstring(read->wMinorVerNum));
         language = std::to_wstring(read->lcid);
         types.ReleaseTLibAttr(read);
+        BSTR words = nullptr;
+        if (FAILED(types.GetDocumentation(MEMBERID_NIL, nullptr, &words, nullptr, nullptr)))
+            throw Refusal{ZV_E_REGISTRATION};
+        title.assign(words, SysStringLen(words));
+        SysFreeString(words);
         for (UINT i = 0; i < types.GetTypeInfoCount(); ++i)
             addInterface(types, i);
     }
     std::wstring key() const { return keyOf({L"TypeLib", id, version}); }
 
-    std::wstring id, version, language;
+    std::wstring id, version, language, title;
     std::vector<std::pair<std::wstring, std::wstring>> interfaces; ///< Identifier and name.
 
 private:
@@ -158,7 +163,7 @@ void writeClass(const Branch& branch, const Creatable& each, const std::wstring&
 
 void writeTypes(const Branch& branch, const Types& types, const std::wstring& file)
 {
-    branch.write(types.key(), L"Configuración del centro");
+    branch.write(types.key(), types.title);
     branch.write(keyOf({types.key(), types.language, platform}), file);
     branch.write(keyOf({types.key(), L"FLAGS"}), L"0");
     branch.write(keyOf({types.key(), L"HELPDIR"}), file.substr(0, file.rfind(L'\\')));
@@ -238,6 +243,9 @@ extern "C" ZvResult ZV_CALL DllInstall(std::int32_t install, const wchar_t* word
 {
     using namespace zv::com;
     const bool person = words != nullptr && zv::sameName(reinterpret_cast<const char16_t*>(words), u"user");
+    // A word that is not understood registers for nobody, rather than for everybody.
+    if (words != nullptr && *words != L'\0' && !person)
+        return E_INVALIDARG;
     const HKEY hive = person ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
     return install != 0 ? enrolled(hive, ownClasses()) : withdrawn(hive, ownClasses());
 }

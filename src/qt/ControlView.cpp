@@ -109,7 +109,8 @@ bool ControlView::eventFilter(QObject* watched, QEvent* event)
 
 bool ControlView::filtered(QObject& watched, QEvent& event)
 {
-    if (event.type() == QEvent::KeyPress && &watched == &input()) {
+    // A frame gets the keys that a field in it did not want; they are no act on the frame.
+    if (event.type() == QEvent::KeyPress && &watched == &input() && control().takesFocus()) {
         flush();
         const auto& pressed = dynamic_cast<QKeyEvent&>(event);
         if (window_.pressOwn(pressed))

@@ -69,10 +69,11 @@ Options understood(std::span<const String> words)
 std::string contents(const String& file)
 {
     std::ifstream stream(std::filesystem::path(file), std::ios::binary);
+    stream.peek(); // Opening a folder succeeds; reading it fails.
+    if (!stream.is_open() || stream.bad())
+        throw std::runtime_error("no se puede leer el fichero");
     std::ostringstream bytes;
     bytes << stream.rdbuf();
-    if (!stream || !stream.is_open())
-        throw std::runtime_error("no se puede leer el fichero");
     return bytes.str();
 }
 

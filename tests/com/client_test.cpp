@@ -60,6 +60,7 @@ TEST(Client, calls_by_name_and_is_told_number_text_and_source)
     const client::Object items = report.get("colMaterias").object();
     items.call("Add", "uno", "7 1");
     EXPECT_EQ(report.get("COLMATERIAS").object().call("Item", "7 1").text(), "uno");
+    EXPECT_EQ(report.get("colMaterias", "7 1").text(), "uno");
     const client::Object mine = shared(std::make_shared<PropertyBag>(u"Mine"));
     report.set("colMaterias", mine);
     EXPECT_EQ(report.get("colMaterias").object().dispatch(), mine.dispatch());

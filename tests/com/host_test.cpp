@@ -20,7 +20,7 @@ TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
     });
     const std::string guion = (folder.path / "acto.guion").string();
     std::ofstream(guion)
-        << "> muestra frmEstadoCivil \"Nuevo Estado Civil\"\nescribir txtIdioma \"Soltero\"\n"
+        << "\xEF\xBB\xBF> muestra frmEstadoCivil \"Nuevo Estado Civil\"\nescribir txtIdioma \"Soltero\"\n"
            "pulsar cmdIdioma(0)\n> cierra frmEstadoCivil\n> muestra frmEstadoCivil \"Otro\"\ncerrar\n";
     setenv("ZV_ESCRITORIO", ("guion:" + guion).c_str(), 1);
     std::weak_ptr<Object> ended;

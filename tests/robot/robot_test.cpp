@@ -102,6 +102,13 @@ protected:
     }
 };
 
+TEST_F(Robot, a_folder_is_no_guion)
+{
+    const Result result = run({u"--comprobar", fromUtf8(std::filesystem::temp_directory_path().string())});
+    EXPECT_EQ(result.code, 2);
+    EXPECT_NE(result.err.find("no se puede leer"), std::string::npos) << result.err;
+}
+
 TEST_F(Robot, a_mistake_is_told_with_line_and_reason)
 {
     struct Mistake {

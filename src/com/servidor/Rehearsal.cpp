@@ -25,8 +25,11 @@ std::string contents(const std::string& file)
         throw RuntimeError(failure::fileMissing,
                            u"No se puede leer el guion que nombra ZV_ESCRITORIO: " + fromUtf8(file));
     std::ostringstream bytes;
-    bytes << hostsTurn << stream.rdbuf();
-    return bytes.str();
+    bytes << stream.rdbuf();
+    // The host's turn comes before the first line, but behind the mark that editors put in front of UTF-8.
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    std::string text = bytes.str();
+    return text.insert(text.starts_with(mark) ? mark.size() : 0, hostsTurn);
 }
 
 bool isOneOf(std::span<const Verb> verbs, StringView name)
