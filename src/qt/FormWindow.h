@@ -76,6 +76,9 @@ private:
     void followFocus();
 
     Form& form_;
+    // Before the widgets: those send events here while they are made.
+    int busy_ = 1;
+    bool alive_ = true;
     Zoom* zoom_;
     double scale_ = 1;
     QScrollArea room_{this};
@@ -86,8 +89,6 @@ private:
     std::vector<Control*> stacked_; ///< Cache of the stacking order (`Form::frontToBack`) last applied.
     QEventLoop loop_;
     std::optional<bool> outcome_;
-    int busy_ = 1;
-    bool alive_ = true;
 };
 
 } // namespace zv
