@@ -15,7 +15,7 @@ constexpr std::array ordinaryWords{
     Words{failure::tableMissing, u"En la base de datos falta una tabla."},
     Words{failure::columnMissing, u"En la base de datos falta una columna."},
     Words{failure::brokenConstraint, u"La base de datos no admite un valor."},
-    Words{failure::locked, u"La base de datos está ocupada; inténtelo de nuevo dentro de un momento."},
+    Words{failure::locked, u"Otro puesto ocupa la base de datos; inténtelo de nuevo dentro de un momento."},
     Words{failure::closedRecordset, u"El conjunto de filas está cerrado."},
     Words{failure::connectionLost, u"Se ha perdido la conexión con la base de datos."},
     Words{failure::noRow, u"No hay ninguna fila actual."},
