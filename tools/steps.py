@@ -39,8 +39,11 @@ def dialogs():
 
 
 def differing(routines):
-    """The routines of a dialog that are not the plain recipe, which bears the routine's own name."""
-    return [routine for routine in ROUTINES if routines[routine][0] != routine]
+    """The routines of a dialog that are not the plain recipe, which bears the routine's own name. A caption without a
+    number, in the place of the number, is plain too."""
+    plain = recipes()
+    same = [["title" if step == "caption" else step for step in routines[routine][1]] == plain[routine] for routine in ROUTINES]
+    return [routine for routine, is_plain in zip(ROUTINES, same) if not is_plain]
 
 
 def has_own_words(name):
