@@ -1,5 +1,6 @@
 #include "zvconf/Command.h"
 
+#include "data/history/HistoryEngine.h"
 #include "data/odbc/OdbcEngine.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "robot/LateEngine.h"
@@ -17,6 +18,7 @@ namespace {
 constexpr Command commands[] = {
     {u"crear", crear}, {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
     {u"guion", guion}, {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
+    {u"historial", historial},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -35,6 +37,9 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
       puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
       la persona, o donde diga la variable ZV_CLAVE.
+  zvconf historial activar | desactivar --bd URL
+      El historial guarda, en la misma base de datos, lo que había y lo que hay en cada fila que se cambia, quién
+      la cambió, cuándo y en qué ventana. Los centros que hace «crear» lo tienen activado.
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
@@ -59,6 +64,7 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
 URL es sqlite:FICHERO (junto a colegio.db están colegio.borrado.db y colegio.entrada.db), o un servidor
 por ODBC: odbc:DSN=NOMBRE u odbc:Driver=...;Server=...;Database=...;UID=...;PWD=... En PostgreSQL las tres
 bases son los esquemas ESQUEMA, ESQUEMA_borrado y ESQUEMA_entrada: añada ESQUEMA=NOMBRE, o será «centro».
+Con historial: delante de uno de estos URL se activa el historial de ese centro.
 Una instrucción que pasa de 60 segundos falla; ESPERA=N pone otro plazo, y ESPERA=0 ninguno.
 Una contraseña en el URL la ve cualquiera en la lista de procesos: quite PWD=, y póngala en odbc.ini, en
 la variable ZV_CONTRASENA, o en la primera línea del fichero, suyo y de nadie más (chmod 600; en Windows,
@@ -85,6 +91,7 @@ int run(const std::vector<String>& words)
         throw UsageError(u"«" + withoutPassword(words.front()) + u"» no es una orden.");
     registerEngine(sqliteEngine());
     registerEngine(odbcEngine());
+    registerEngine(historyEngine());
     registerEngine(lateEngine());
     registerCipher();
     return command->run(Arguments(words).subspan(1));

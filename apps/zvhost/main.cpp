@@ -1,5 +1,6 @@
 #include "zvhost/Command.h"
 
+#include "data/history/HistoryEngine.h"
 #include "data/odbc/OdbcEngine.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "module/Module.h"
@@ -107,6 +108,7 @@ int run(int argc, char** argv)
         QApplication::installTranslator(&spanish);
     registerEngine(sqliteEngine());
     registerEngine(odbcEngine());
+    registerEngine(historyEngine());
     registerCipher();
     const Dialogs dialogs;
     const QStringList words = QApplication::arguments();

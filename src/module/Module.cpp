@@ -1,6 +1,7 @@
 #include "module/Module.h"
 
 #include "forms/Desktop.h"
+#include "module/Openings.h"
 #include "session/App.h"
 #include "session/DialogDirectory.h"
 #include "session/cConfiguracion.h"
@@ -50,6 +51,7 @@ void installModule()
 {
     registerSuite();
     onWaiting(signOfLife);
+    observeForms([]() -> FormObserver& { return single<Openings>(); });
     onHelp([] { return single<App>().HelpFile; });
     addDialogs(AllDialogs());
 }
