@@ -33,6 +33,7 @@ int guion(Arguments arguments);
 int azar(Arguments arguments);
 int textos(Arguments arguments);
 int nodos(Arguments arguments);
+int mudar(Arguments arguments);
 int historial(Arguments arguments);
 
 /// Invalid command line; the text is Spanish.

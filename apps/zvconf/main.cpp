@@ -16,9 +16,9 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command commands[] = {
-    {u"crear", crear},   {u"comprobar", comprobar}, {u"registros", registros},
-    {u"clave", clave},   {u"guion", guion},         {u"azar", azar},
-    {u"textos", textos}, {u"nodos", nodos},         {u"historial", historial},
+    {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
+    {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
+    {u"historial", historial}, {u"mudar", mudar},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -37,6 +37,10 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
       puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
       la persona, o donde diga la variable ZV_CLAVE.
+  zvconf mudar --de URL --a URL
+      Copia un centro a donde no hay ninguno, de un fichero a un servidor o al revés, y compara los dos antes
+      de darlo por hecho: al final está entero o no está. El de partida queda como estaba. Nadie debe seguir
+      cambiando el de partida: lo que cambie después no va.
   zvconf historial activar | desactivar --bd URL
       El historial guarda, en la misma base de datos, lo que había y lo que hay en cada fila que se cambia, quién
       la cambió, cuándo y en qué ventana. Los centros que hace «crear» lo tienen activado.

@@ -1,5 +1,7 @@
 #include "data/Engine.h"
 
+#include "data/DataError.h"
+
 #include <algorithm>
 
 namespace zv {
@@ -38,6 +40,13 @@ std::size_t endOfValue(StringView text, std::size_t from)
 }
 
 } // namespace
+
+School Engine::snapshot(StringView /*location*/)
+{
+    throw RuntimeError(failure::otherData,
+                       u"De esta clase de base de datos no se pueden leer las tres de un colegio "
+                       u"tal como están en un mismo instante.");
+}
 
 std::filesystem::path fileOf(const std::filesystem::path& live, Database which)
 {

@@ -49,6 +49,9 @@ public:
     virtual void settle(Connection& /*connection*/) {}
     /// Read-only open(): nothing is changed, and no right to write is needed.
     virtual ConnectionPtr inspect(StringView location, Database which) = 0;
+    /// The three databases, read only, as they all were at one instant, however many stations write
+    /// meanwhile: for as long as the connections live. Fails where the engine cannot.
+    virtual School snapshot(StringView location);
     /// Begins a school at a location. Fails if one of its databases is there already.
     virtual std::unique_ptr<SchoolToBe> make(StringView location) = 0;
     /// Makes a new, empty database (no tables yet). Fails if there is one already.

@@ -79,6 +79,7 @@ public:
     {
         return inner(url).inspect(locationOf(url), which);
     }
+    School snapshot(StringView url) override { return inner(url).snapshot(locationOf(url)); }
     std::unique_ptr<SchoolToBe> make(StringView url) override
     {
         inner(url);

@@ -213,6 +213,28 @@ public:
         const ConnectionText text(location);
         return existing(text, which, serverOf(text).server->readOnlySettings);
     }
+    /// One transaction that sees one instant, and two that see the same.
+    School snapshot(StringView location) override
+    {
+        ConnectionText text(location);
+        if (serverOf(text).server->placing != Placing::schemas)
+            return Engine::snapshot(location);
+        // Without the savepoint that the driver sets around each statement: inside one no instant is shared.
+        text.set(u"Protocol", u"7.4-0");
+        const School read{existing(text, Database::centro, {}), existing(text, Database::borrado, {}),
+                          existing(text, Database::entrada, {})};
+        String instant;
+        for (const ConnectionPtr& each : {read.centro, read.borrado, read.entrada}) {
+            each->executeNative(u"BEGIN");
+            each->executeNative(u"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY");
+            if (instant.empty())
+                instant = CStr(
+                    each->executeNative(u"SELECT pg_export_snapshot() AS Instante")->Fields(u"Instante"));
+            else
+                each->executeNative(u"SET TRANSACTION SNAPSHOT " + textLiteral(instant));
+        }
+        return read;
+    }
     std::unique_ptr<SchoolToBe> make(StringView location) override
     {
         const ConnectionText text(location);
