@@ -18,7 +18,7 @@ namespace {
 constexpr Command commands[] = {
     {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
-    {u"historial", historial}, {u"mudar", mudar},
+    {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -37,6 +37,13 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
       puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
       la persona, o donde diga la variable ZV_CLAVE.
+  zvconf copia FICHERO | --diaria CARPETA | --comprobar --bd URL [--frase FICHERO]
+      Copia en un fichero las tres bases de datos de un centro tal como están en un instante, aunque se esté
+      trabajando, y comprueba lo que daría al restaurarla. Con --frase, cuya primera línea es una frase,
+      lleva también la clave de las enfermedades, cerrada con ella. Con --diaria hace la de hoy en la carpeta y
+      deja las de 7 días, 4 semanas y 12 meses; con --comprobar sólo comprueba una copia que hay.
+  zvconf restaurar FICHERO --bd URL [--frase FICHERO]
+      Pone el centro de una copia en lugar del que haya, que queda al lado con otro nombre: o todo o nada.
   zvconf mudar --de URL --a URL
       Copia un centro a donde no hay ninguno, de un fichero a un servidor o al revés, y compara los dos antes
       de darlo por hecho: al final está entero o no está. El de partida queda como estaba. Nadie debe seguir

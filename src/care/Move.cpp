@@ -16,13 +16,12 @@ namespace {
 
 } // namespace
 
-Moved moveSchool(StringView from, StringView to, const std::function<void(StringView table, Long rows)>& tell)
+Moved copySchool(const School& school, Engine& source, StringView to,
+                 const std::function<void(StringView table, Long rows)>& tell)
 {
-    Engine& source = engineOf(from);
-    const School school = source.snapshot(locationOf(from));
     if (const std::vector<String> foreign = foreignParts(school, source); !foreign.empty())
         failFor(foreign,
-                u"No se ha mudado nada: se perderían. Quítelas de ahí, o múdelas con las herramientas del "
+                u"No se ha copiado nada: se perderían. Quítelas de ahí, o cópielas con las herramientas del "
                 u"servidor.");
     Moved moved;
     createSchool(to, [&](School& made) {
@@ -36,9 +35,15 @@ Moved moveSchool(StringView from, StringView to, const std::function<void(String
             differences(contentsOf(school, source), contentsOf(made, target));
         if (!different.empty())
             failFor(different,
-                    u"No se ha mudado nada: lo copiado no es igual. El centro de partida está como estaba.");
+                    u"No se ha copiado nada: lo copiado no es igual. El centro de partida está como estaba.");
     });
     return moved;
+}
+
+Moved moveSchool(StringView from, StringView to, const std::function<void(StringView table, Long rows)>& tell)
+{
+    Engine& source = engineOf(from);
+    return copySchool(source.snapshot(locationOf(from)), source, to, tell);
 }
 
 } // namespace zv::care

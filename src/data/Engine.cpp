@@ -48,6 +48,21 @@ School Engine::snapshot(StringView /*location*/)
                        u"tal como están en un mismo instante.");
 }
 
+namespace {
+
+[[noreturn]] void failMaking()
+{
+    throw RuntimeError(failure::otherData,
+                       u"En esta clase de base de datos los colegios los hace y los cambia quien la "
+                       u"administra.");
+}
+
+} // namespace
+
+bool Engine::exists(StringView /*location*/) { failMaking(); }
+String Engine::beside(StringView /*location*/, StringView /*word*/) { failMaking(); }
+void Engine::replace(StringView /*location*/, StringView /*with*/, StringView /*kept*/) { failMaking(); }
+
 std::filesystem::path fileOf(const std::filesystem::path& live, Database which)
 {
     if (which == Database::centro || live.empty())

@@ -4,6 +4,7 @@
 #include "data/sqlite/File.h"
 #include "data/sqlite/FilesToBe.h"
 #include "data/sqlite/Pool.h"
+#include "data/sqlite/Replacing.h"
 
 #include <sqlite3.h>
 
@@ -79,6 +80,38 @@ public:
         }
         return read;
     }
+    bool exists(StringView location) override
+    {
+        std::error_code ignored;
+        finishReplacing(pathOf(location, Database::centro));
+        return std::filesystem::exists(pathOf(location, Database::centro), ignored);
+    }
+    String beside(StringView location, StringView word) override
+    {
+        const std::filesystem::path live = pathOf(location, Database::centro);
+        std::filesystem::path name = live.stem();
+        name += u"." + String(word);
+        name += live.extension();
+        return (live.parent_path() / name).u16string();
+    }
+    void replace(StringView location, StringView with, StringView kept) override
+    {
+        replaceFiles(pathOf(location, Database::centro), pathOf(with, Database::centro),
+                     pathOf(kept, Database::centro));
+    }
+    bool backup(Connection& connection, const std::filesystem::path& file) override
+    {
+        dynamic_cast<SqliteConnection&>(connection).pool().backup(file);
+        return true;
+    }
+    bool install(StringView location, const std::filesystem::path& live) override
+    {
+        const std::unique_ptr<SchoolToBe> making = make(location);
+        for (const Database which : {Database::centro, Database::borrado, Database::entrada})
+            std::filesystem::copy_file(fileOf(live, which), pathOf(making->location(), which));
+        making->putInPlace();
+        return true;
+    }
     std::unique_ptr<SchoolToBe> make(StringView location) override
     {
         return std::make_unique<FilesToBe>(pathOf(location, Database::centro));
@@ -126,6 +159,8 @@ public:
 private:
     ConnectionPtr opened(StringView location, Database which, Opening opening) const
     {
+        if (opening == Opening::existing)
+            finishReplacing(pathOf(location, Database::centro));
         return std::make_shared<SqliteConnection>(
             std::make_shared<Pool>(pathOf(location, which), opening, durability_, reuse_));
     }
