@@ -182,7 +182,10 @@ TEST_F(Tutor, changes_are_not_thrown_away_unasked_and_are_counted_by_pupil)
         EXPECT_EQ(leaving([&] { tutor.front->close(); }, leave), "Puede haber cambios sin guardar");
         EXPECT_FALSE(primary.Visible());
     };
+    Long third = 0;
+    const char* asks = "Cambios sin guardar de 2 alumnos";
     tutor.does[u"frmConsejoOrientador"] = [&] {
+        third = guidance.cboAlumno.ItemData(2);
         EXPECT_EQ(line(), "Alumno 1 de " + std::to_string(guidance.cboAlumno.ListCount()));
         for (int pupil = 0; pupil < 3; ++pupil) {
             tabTo("cboRespuesta(2)");
@@ -192,10 +195,15 @@ TEST_F(Tutor, changes_are_not_thrown_away_unasked_and_are_counted_by_pupil)
             EXPECT_EQ(guidance.ActiveControl(), &guidance.cboRespuesta(2));
         }
         tabTo("cmdNotaManual1(1)");
-        EXPECT_EQ(leaving([&] { press(Qt::Key_Return); }, leave), "Cambios sin guardar de 2 alumnos");
+        EXPECT_EQ(leaving([&] { press(Qt::Key_Return); }, leave), asks);
         EXPECT_FALSE(guidance.Visible());
     };
     open(cNombreNodo::InfIndiv);
+    open(cNombreNodo::NotaConsejoOrientador);
+    // What the dialog has no note for is not saved, and so it is not lost.
+    school.centro->executeNative(statement(
+        u"DELETE FROM ConsejoOrientador_Nota WHERE codConsejoOrientador=3 AND codAlumno={}", {third}));
+    asks = "Cambios sin guardar de 1 alumno";
     open(cNombreNodo::NotaConsejoOrientador);
 }
 
