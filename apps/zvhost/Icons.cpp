@@ -1,5 +1,7 @@
 #include "zvhost/Icons.h"
 
+#include "qt/Legible.h"
+
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
@@ -88,7 +90,7 @@ public:
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override
     {
-        const QPalette palette = QGuiApplication::palette();
+        const QPalette palette = legible(QGuiApplication::palette());
         const QColor colour = mode == QIcon::Disabled
                                   ? palette.color(QPalette::Disabled, QPalette::WindowText)
                               : mode == QIcon::Selected ? palette.color(QPalette::HighlightedText)
