@@ -1,5 +1,6 @@
 #include "zvhost/MainWindow.h"
 
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "session/cConstCol.h"
 #include "zvhost/Dialogs.h"
@@ -30,6 +31,7 @@ MainWindow::MainWindow(Remembered::Where memory)
       undo_([this] { follow(); })
 {
     setObjectName(QStringLiteral("zvhost"));
+    keepLegible(*this);
     buildActions();
     buildMenus();
     buildToolBar();

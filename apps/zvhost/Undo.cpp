@@ -42,23 +42,37 @@ void Undo::paintEvent(QPaintEvent* event)
     painter.drawRect(rect().adjusted(1, 1, -1, -1));
 }
 
+/// In the colour of the text: links are too dark in some dark palettes.
+void Undo::colorLink()
+{
+    const QString color = palette().color(QPalette::WindowText).name();
+    setText(
+        QString(said_).replace(QStringLiteral("<a "), QStringLiteral("<a style=\"color: %1\" ").arg(color)));
+}
+
+void Undo::changeEvent(QEvent* event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !text().isEmpty())
+        colorLink();
+}
+
 void Undo::did(const QString& text, std::function<void()> back)
 {
     steps_.push_back(std::move(back));
     tell(text, QStringLiteral("Deshacer"), [this] { undo(); });
-    setText(this->text() + QStringLiteral(" (Ctrl+Z)"));
+    said_ += QStringLiteral(" (Ctrl+Z)");
+    colorLink();
     changed_();
 }
 
 void Undo::tell(const QString& text, const QString& link, std::function<void()> follows)
 {
     follows_ = std::move(follows);
-    QString line = text.toHtmlEscaped();
+    said_ = text.toHtmlEscaped();
     if (!link.isEmpty())
-        // In the colour of the text: links are too dark in some dark palettes.
-        line += QStringLiteral(" · <a href=\"#\" style=\"color: %2\">%1</a>")
-                    .arg(link.toHtmlEscaped(), palette().color(QPalette::WindowText).name());
-    setText(line);
+        said_ += QStringLiteral(" · <a href=\"#\">%1</a>").arg(link.toHtmlEscaped());
+    colorLink();
     setToolTip(text);
     setFocusPolicy(link.isEmpty() ? Qt::NoFocus : Qt::StrongFocus);
     QAccessibleEvent told(this, QAccessible::Alert);

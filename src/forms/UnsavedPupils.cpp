@@ -6,7 +6,6 @@
 #include "forms/TabStrip.h"
 
 #include <algorithm>
-#include <set>
 
 namespace zv {
 
@@ -16,13 +15,6 @@ String shownBy(const Control& field)
 {
     const auto* box = dynamic_cast<const TextBox*>(&field);
     return box != nullptr ? box->Text() : decimalText(dynamic_cast<const ComboBox&>(field).ListIndex());
-}
-
-/// A list without a choice: the dialog holds no answer of this pupil for it.
-bool isNothing(const Control& field)
-{
-    const auto* list = dynamic_cast<const ComboBox*>(&field);
-    return list != nullptr && list->ListIndex() < 0;
 }
 
 int pageOf(const SectionControls& controls)
@@ -38,9 +30,13 @@ void UnsavedPupils::changed(const Control& control, const PropertyBase* property
     if (&control == floating && (property == &floating->Visible || property == &floating->ListIndex))
         noteRating();
     // The choice changes before the dialog hears of it: the fields are still those of the pupil being left.
-    else if (&control == controls_.pupils && property == &controls_.pupils->ListIndex && !moving_) {
-        noteFields(false);
+    else if (&control == controls_.pupils && property == &controls_.pupils->ListIndex) {
+        if (!moving_)
+            noteFields(false);
         moving_ = true;
+        for (const Control* field : controls_.fields)
+            if (const auto* list = dynamic_cast<const ComboBox*>(field))
+                timesSet_[list] = list->timesSet();
     }
 }
 
@@ -49,8 +45,10 @@ void UnsavedPupils::look()
     if (!controls_.isSection())
         return;
     const bool arrived = moving_;
-    if (arrived)
+    if (arrived) {
         pupil_ = controls_.pupil();
+        noteHeld();
+    }
     moving_ = false;
     noteFields(arrived);
     if (const Ratings page = onPage(); page.all > 0)
@@ -67,18 +65,29 @@ void UnsavedPupils::noteRating()
     shown_.try_emplace(place, Shown{answer, answer}).first->second.last = answer;
 }
 
+void UnsavedPupils::noteHeld()
+{
+    stale_.clear();
+    for (const Control* field : controls_.fields)
+        if (const auto* list = dynamic_cast<const ComboBox*>(field);
+            list != nullptr && list->timesSet() == timesSet_[list])
+            stale_.insert(list);
+}
+
 void UnsavedPupils::noteFields(bool arrived)
 {
     if (pupil_ < 0)
         return;
     for (const Control* field : controls_.fields) {
+        if (stale_.contains(field))
+            continue;
         const Place place{pupil_, field, 0, 0};
         const String now = shownBy(*field);
         const auto known = shown_.find(place);
         if (known != shown_.end() && (!arrived || known->second.last == now))
             known->second.last = now;
         // What a pupil shows when he comes back is what the dialog kept: another text is no person's doing.
-        else if (arrived && (known != shown_.end() || !isNothing(*field)))
+        else if (arrived)
             shown_[place] = {now, now};
     }
 }

@@ -153,7 +153,6 @@ ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
     : ViewOf(window, box, parent), entries_(std::make_unique<Entries>(box))
 {
     widget().setModel(entries_.get());
-    followColors();
     watch();
     connect(&widget(), &QComboBox::activated, this, [this](int index) {
         if (index < control().ListCount())
@@ -164,8 +163,6 @@ ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
 }
 
 ListView::~ListView() = default;
-
-void ListView::followColors() { widget().setPalette(legibleOnButton(widget().palette())); }
 
 void ListView::followContent()
 {
@@ -178,6 +175,8 @@ void ListView::followContent()
     for (int row = 0; row < std::min<int>(control().ListCount(), looked); ++row)
         width = std::max(width, metrics.horizontalAdvance(toQt(control().List(row))) + metrics.height() * 2);
     widget().view()->setMinimumWidth(width);
+    // The opened list is a window of its own, to which no palette comes down.
+    widget().view()->setPalette(legible(widget().palette()));
     widget().update();
 }
 
@@ -186,7 +185,7 @@ bool ListView::handle(QObject&, QEvent& event)
     if (event.type() == QEvent::Wheel)
         return true; // Swallowed: scrolling over a closed list must not choose.
     if (event.type() == QEvent::PaletteChange)
-        later([this] { followColors(); });
+        later([this] { followContent(); });
     if (event.type() != QEvent::MouseButtonPress)
         return false;
     flush();

@@ -136,7 +136,6 @@ protected:
 
 private:
     class Entries;
-    void followColors();
     std::unique_ptr<Entries> entries_;
 };
 
