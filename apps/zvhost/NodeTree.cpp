@@ -13,6 +13,7 @@ NodeTree::NodeTree()
 {
     setObjectName(QStringLiteral("arbol"));
     setAccessibleName(QStringLiteral("Tablas del centro"));
+    setHeaderLabel(accessibleName()); // Not seen, but heard.
     setHeaderHidden(true);
     QTreeWidgetItem* group = nullptr;
     for (const Node& node : nodes()) {

@@ -23,6 +23,8 @@ public:
     void undo();
     /// Forgets all steps, and what was told.
     void forget();
+    /// Does what the line leads to, if to anything.
+    void followLink();
 
 protected:
     // The whole line is the link, for the keyboard: Enter and the space bar follow it, and the focus shows.
@@ -30,8 +32,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void followLink();
-
     std::function<void()> changed_;
     std::function<void()> follows_;
     std::vector<std::function<void()>> steps_;

@@ -27,11 +27,13 @@ private:
     void followSizes();
     void followSelection();
     void noteChosen();
-    bool clicked(const QObject& watched, const QPoint& where);
+    void choose(Long row, int place);
+    void clicked(const QObject& watched, const QPoint& where);
     bool page(int key);
     void scrolled(int top);
     std::unique_ptr<Cells> cells_;
     bool following_ = false;
+    bool selecting_ = false;
     std::optional<Long> chosen_; ///< RowData of the line clicked last.
 };
 
