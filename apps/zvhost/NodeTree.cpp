@@ -13,6 +13,7 @@ NodeTree::NodeTree()
 {
     setObjectName(QStringLiteral("arbol"));
     setAccessibleName(QStringLiteral("Tablas del centro"));
+    setHeaderLabel(accessibleName()); // Not seen, but heard.
     setHeaderHidden(true);
     setUniformRowHeights(true); // Measured once: the first paint waits for it.
     const QSize height(0, fontMetrics().height() * 4 / 3);

@@ -1,13 +1,59 @@
 #include "zvhost/Undo.h"
 
-#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QTextDocumentFragment>
 
 namespace zv::host {
+namespace {
+
+/// Accessible of the line: a link as long as there is something to follow, and a text otherwise.
+class Heard final : public QAccessibleWidget {
+public:
+    explicit Heard(Undo& line) : QAccessibleWidget(&line), line_(line) {}
+    QAccessible::Role role() const override
+    {
+        return follows() ? QAccessible::Link : QAccessible::StaticText;
+    }
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Name ? QTextDocumentFragment::fromHtml(line_.text()).toPlainText()
+                                         : QAccessibleWidget::text(kind);
+    }
+    QStringList actionNames() const override
+    {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (follows())
+            names.prepend(pressAction());
+        return names;
+    }
+    void doAction(const QString& name) override
+    {
+        // Later: what is followed may open a window, and a screen reader waits for its answer.
+        if (name == pressAction())
+            QMetaObject::invokeMethod(
+                &line_, [&line = line_] { line.followLink(); }, Qt::QueuedConnection);
+        else
+            QAccessibleWidget::doAction(name);
+    }
+
+private:
+    bool follows() const { return line_.focusPolicy() != Qt::NoFocus; }
+    Undo& line_;
+};
+
+QAccessibleInterface* heard(const QString&, QObject* object)
+{
+    auto* line = dynamic_cast<Undo*>(object);
+    return line == nullptr ? nullptr : std::make_unique<Heard>(*line).release();
+}
+
+} // namespace
 
 Undo::Undo(std::function<void()> changed) : changed_(std::move(changed))
 {
+    QAccessible::installFactory(heard); // Once, however many lines there are.
     setObjectName(QStringLiteral("hecho"));
     setTextFormat(Qt::RichText);
     setTextInteractionFlags(Qt::LinksAccessibleByMouse);

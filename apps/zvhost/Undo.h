@@ -23,6 +23,8 @@ public:
     void undo();
     /// Forgets all steps, and what was told.
     void forget();
+    /// Does what the line leads to, if to anything.
+    void followLink();
 
 protected:
     // The whole line is the link, for the keyboard: Enter and the space bar follow it, and the focus shows.

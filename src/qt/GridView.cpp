@@ -128,6 +128,14 @@ GridView::GridView(ViewHost& window, MSFlexGrid& grid, QWidget& parent)
         if (dragging_ && !following_)
             dragged();
     });
+    // By a screen reader: presses and keys are acts before the table sees them.
+    connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection& now) {
+                if (!selecting_ && !now.isEmpty())
+                    later([this, row = now.front().top() + 1, place = now.front().left()] {
+                        choose(row, place);
+                    });
+            });
     connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int top) { scrolled(top); });
 }
 
@@ -217,6 +225,7 @@ std::optional<std::pair<int, int>> GridView::currentColumn() const
 
 void GridView::followSelection()
 {
+    const QScopedValueRollback selecting(selecting_, true);
     const MSFlexGrid& grid = control();
     QItemSelectionModel& selection = *widget().selectionModel();
     if (grid.Row() < 1 || grid.Row() >= grid.Rows())
@@ -250,19 +259,25 @@ bool GridView::press(const Keystroke& key)
     return true;
 }
 
-bool GridView::clicked(const QObject& watched, const QPoint& where)
+void GridView::clicked(const QObject& watched, const QPoint& where)
 {
     const QTableView& table = widget();
     const bool heading = &watched != table.viewport();
     const int column = table.columnAt(where.x()); // Of those shown.
     const Long row = heading ? 0 : table.rowAt(where.y()) + 1;
     if (column < 0 || (!heading && row == 0))
-        return act([this](Acts& acts) { return acts.focus(control()); });
-    const bool done =
-        act([&](Acts& acts) { return acts.clickCell(control(), row, cells_->columnAt(column)); });
-    if (done && window().alive())
+        act([this](Acts& acts) { return acts.focus(control()); });
+    else
+        choose(row, column);
+}
+
+void GridView::choose(Long row, int place)
+{
+    // Bounds check: the grid may have shrunk since it was asked for.
+    if (row < control().Rows() && place < cells_->columnCount({}) &&
+        act([&](Acts& acts) { return acts.clickCell(control(), row, cells_->columnAt(place)); }) &&
+        window().alive())
         noteChosen();
-    return done;
 }
 
 bool GridView::page(int key)

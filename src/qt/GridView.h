@@ -39,13 +39,15 @@ private:
     bool drags(QEvent& event);
     void followSelection();
     void noteChosen();
-    bool clicked(const QObject& watched, const QPoint& where);
+    void choose(Long row, int place);
+    void clicked(const QObject& watched, const QPoint& where);
     bool page(int key);
     void scrolled(int top);
     std::unique_ptr<Cells> cells_;
     bool following_ = false;
     bool dragging_ = false;
     std::vector<double> shares_; ///< Of the room, for each column shown; empty until a person drags one.
+    bool selecting_ = false;
     std::optional<Long> chosen_; ///< RowData of the line clicked last.
 };
 

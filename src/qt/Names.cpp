@@ -71,7 +71,9 @@ QString accessibleDescriptionOf(const Control& control)
     QString tip = toQt(control.ToolTipText());
     if (tip == accessibleNameOf(control))
         tip.clear();
-    if (label == nullptr || !label->Obligatorio())
+    // The small buttons behind a field are nothing to be filled in.
+    const bool button = dynamic_cast<const CommandButton*>(&control) != nullptr;
+    if (button || label == nullptr || !label->Obligatorio())
         return tip;
     return tip.isEmpty() ? QStringLiteral("Obligatorio") : QStringLiteral("Obligatorio. ") + tip;
 }

@@ -92,6 +92,14 @@ TabsView::TabsView(ViewHost& window, TabStrip& strip, QWidget& parent)
     bar_->setExpanding(false);
     bar_->setDrawBase(false);
     bar_->setObjectName(widget().objectName() + QStringLiteral(".pestañas"));
+    // By a screen reader: presses and keys are acts before the bar sees them.
+    connect(bar_.get(), &QTabBar::currentChanged, this, [this](int tab) {
+        later([this, tab] {
+            act([&](Acts& acts) { return acts.clickTab(control(), tab + 1); });
+            if (this->window().alive())
+                followContent();
+        });
+    });
 }
 
 void TabsView::followContent()

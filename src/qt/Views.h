@@ -86,12 +86,14 @@ public:
         W& button = this->widget();
         if constexpr (std::is_base_of_v<QPushButton, W>)
             button.setAutoDefault(false);
-        QObject::connect(&button, &W::clicked, this, [this] {
-            this->click();
-            // Synchronised again: the widget ticked itself, and the model has the last word.
-            if (this->window().alive())
-                followContent();
-        });
+        if constexpr (!std::is_same_v<W, QCheckBox>)
+            QObject::connect(&button, &W::clicked, this, [this] { clicked(); });
+        // A screen reader toggles without a click. Of options the others are let go of, which is no act.
+        if constexpr (!std::is_base_of_v<QPushButton, W>)
+            QObject::connect(&button, &W::toggled, this, [this](bool on) {
+                if (on != isOn() && (on || std::is_same_v<W, QCheckBox>))
+                    clicked();
+            });
     }
 
 protected:
@@ -102,9 +104,19 @@ protected:
         if constexpr (std::is_base_of_v<QPushButton, W>)
             this->widget().setDefault(control.Default());
         else if constexpr (std::is_same_v<OptionCircle, W>)
-            this->widget().choose(control.Value());
+            this->widget().choose(isOn());
         else
-            this->widget().setChecked(control.Value() != 0);
+            this->widget().setChecked(isOn());
+    }
+
+private:
+    bool isOn() { return this->control().Value() != 0; }
+    void clicked()
+    {
+        this->click();
+        // Synchronised again: the widget ticked itself, and the model has the last word.
+        if (this->window().alive())
+            followContent();
     }
 };
 
