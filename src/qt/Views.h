@@ -3,6 +3,7 @@
 #include "forms/ComboBox.h"
 #include "forms/TabStrip.h"
 #include "qt/ControlView.h"
+#include "qt/EdgeStyle.h"
 #include "qt/QtText.h"
 #include "qt/TextView.h"
 
@@ -86,6 +87,8 @@ public:
         W& button = this->widget();
         if constexpr (std::is_base_of_v<QPushButton, W>)
             button.setAutoDefault(false);
+        else
+            drawEdge(button);
         QObject::connect(&button, &W::clicked, this, [this] {
             this->click();
             // Synchronised again: the widget ticked itself, and the model has the last word.
