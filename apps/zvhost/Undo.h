@@ -33,7 +33,6 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void followLink();
     void colorLink();
 
     QString said_; ///< As markup, the link without a colour.

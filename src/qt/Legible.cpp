@@ -15,6 +15,8 @@ namespace {
 /// WCAG 2.1 and EN 301 549 ask for 4.5 of texts of ordinary size. Smoothed edges and shaded backgrounds take
 /// some.
 constexpr double leastContrast = 5.8;
+/// And 3 of what is no text, which has no smoothed edges to speak of.
+constexpr double leastOfSigns = 3.3;
 
 double luminance(const QColor& color)
 {
@@ -38,13 +40,13 @@ QColor between(const QColor& one, const QColor& other, double share)
 }
 
 /// The text colour, moved away from the background no further than it takes.
-QColor legibleOn(const QColor& back, const QColor& text)
+QColor legibleOn(const QColor& back, const QColor& text, double least = leastContrast)
 {
     const QColor furthest = isDark(back) ? Qt::white : Qt::black;
     constexpr int steps = 20;
     for (int step = 0; step < steps; ++step) {
         const QColor candidate = between(text, furthest, static_cast<double>(step) / steps);
-        if (contrastOf(candidate, back) >= leastContrast)
+        if (contrastOf(candidate, back) >= least)
             return candidate;
     }
     return furthest;
@@ -112,6 +114,12 @@ void keepLegible(QWidget& window)
 QColor focusColor(const QPalette& palette)
 {
     return legibleOn(palette.color(QPalette::Window), palette.color(QPalette::Highlight));
+}
+
+QColor edgeColor(const QPalette& palette)
+{
+    const QColor window = palette.color(QPalette::Window);
+    return legibleOn(window, window, leastOfSigns);
 }
 
 } // namespace zv

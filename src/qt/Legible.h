@@ -19,4 +19,7 @@ void keepLegible(QWidget& window);
 /// Colour of a frame on a window's background that shows where the focus is.
 QColor focusColor(const QPalette& palette);
 
+/// Colour of the edge of a field on a window's background.
+QColor edgeColor(const QPalette& palette);
+
 } // namespace zv

@@ -161,6 +161,7 @@ ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
     : ViewOf(window, box, parent), entries_(std::make_unique<Entries>(box))
 {
     widget().setModel(entries_.get());
+    drawEdge(widget());
     watch();
     connect(&widget(), &QComboBox::activated, this, [this](int index) {
         if (index < control().ListCount())

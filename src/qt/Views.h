@@ -3,6 +3,7 @@
 #include "forms/ComboBox.h"
 #include "forms/TabStrip.h"
 #include "qt/ControlView.h"
+#include "qt/EdgeStyle.h"
 #include "qt/QtText.h"
 #include "qt/TextView.h"
 
@@ -86,6 +87,8 @@ public:
         W& button = this->widget();
         if constexpr (std::is_base_of_v<QPushButton, W>)
             button.setAutoDefault(false);
+        else
+            drawEdge(button);
         if constexpr (!std::is_same_v<W, QCheckBox>)
             QObject::connect(&button, &W::clicked, this, [this] { clicked(); });
         // A screen reader toggles without a click. Of options the others are let go of, which is no act.

@@ -5,7 +5,10 @@
 #include <QApplication>
 #include <QWidget>
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
+#include <functional>
 #include <map>
 
 namespace zv::test {

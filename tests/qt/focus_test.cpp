@@ -58,6 +58,24 @@ TEST_F(Focus, the_line_that_was_clicked_shows_until_another_is)
     });
 }
 
+TEST_F(Focus, edges_of_fields_and_marks_stand_out)
+{
+    whileOpen([&] {
+        QWidget& window = *screen.windowOf(ficha);
+        ficha.cmd(1).SetFocus();
+        underEachPalette([&] {
+            for (const Control* each : std::initializer_list<Control*>{
+                     &ficha.txtNombre, &ficha.txtNotas, &ficha.cboLista, &ficha.chkUno, &ficha.optB}) {
+                QWidget& field = widget(*each);
+                // Three points outside, and three of its edge.
+                const QRect left(field.mapTo(&window, QPoint(-3, field.height() / 2)), QSize(6, 1));
+                EXPECT_GE(contrastIn(window.grab(left).toImage()), leastOfSigns)
+                    << field.objectName().toStdString();
+            }
+        });
+    });
+}
+
 /// Everything in which the window of a form shows a text.
 struct Texts : WindowTest {
     std::vector<Drawn> all()

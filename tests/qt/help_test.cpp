@@ -71,19 +71,19 @@ TEST_F(Help, f1_in_a_message_brings_its_explanation_to_the_top)
         {u"La operación no ha terminado: Desbordamiento", "Desbordamiento"},
         {u"La operación no ha terminado: lo que sea", "La operación no ha terminado:"},
     };
-    for (const auto& [text, sought] : messages) {
+    for (const auto& each : messages) {
         QTimer::singleShot(0, [&] {
             QWidget& box = *QApplication::activeModalWidget();
             EXPECT_TRUE(QTest::qWaitForWindowActive(&box));
             QTest::keyClick(&box, Qt::Key_F1);
             QTextBrowser* read = pages(box);
-            EXPECT_EQ(read == nullptr ? "" : read->textCursor().selectedText(), sought);
+            EXPECT_EQ(read == nullptr ? "" : read->textCursor().selectedText(), each.sought);
             // Below its heading, if anything.
-            EXPECT_LT(read->cursorRect().top(), 6 * read->fontMetrics().height()) << sought;
-            EXPECT_GE(read->cursorRect().top(), 0) << sought;
+            EXPECT_LT(read->cursorRect().top(), 6 * read->fontMetrics().height()) << each.sought;
+            EXPECT_GE(read->cursorRect().top(), 0) << each.sought;
             box.close();
         });
-        MsgBox(text, 112, u"Tipo de IVA:");
+        MsgBox(each.message, 112, u"Tipo de IVA:");
     }
 }
 

@@ -270,7 +270,7 @@ struct SlowConnection final : Connection {
     EngineInfo engine() override { return quick_->engine(); }
     ConnectionPtr quick_;
     bool saving = false;
-    int statements = 0;
+    std::size_t statements = 0;
 };
 
 /// Takes down what a line says each time that it is painted.
@@ -300,7 +300,7 @@ TEST_F(Tutor, a_save_that_takes_long_tells_how_far_it_is_and_handles_no_event)
         EXPECT_FALSE(guidance.Visible());
         EXPECT_FALSE(handled);
         ASSERT_GT(painted.said.size(), 3U);
-        EXPECT_LT(painted.said.size(), 0U + slow->statements / 2);
+        EXPECT_LT(painted.said.size(), slow->statements / 2);
         EXPECT_THAT(painted.said, testing::Each(testing::HasSubstr("Guardando la sección… ")));
     };
     open(cNombreNodo::NotaConsejoOrientador);
