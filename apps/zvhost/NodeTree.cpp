@@ -32,6 +32,13 @@ NodeTree::NodeTree()
         item->setSizeHint(0, height);
     }
     expandAll();
+    // By a screen reader, which selects alone; of rows the toolkit would select the one of that number in its
+    // group.
+    setSelectionBehavior(SelectItems);
+    connect(this, &QTreeWidget::itemSelectionChanged, this, [this] {
+        if (const QList<QTreeWidgetItem*> now = selectedItems(); now.size() == 1)
+            setCurrentItem(now.front());
+    });
 }
 
 const Node* NodeTree::nodeAt(const QTreeWidgetItem* item)

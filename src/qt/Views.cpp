@@ -160,6 +160,11 @@ private:
 ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
     : ViewOf(window, box, parent), entries_(std::make_unique<Entries>(box))
 {
+    if (box.label() == nullptr) {
+        heard_ = std::make_unique<QLabel>(&parent);
+        heard_->setBuddy(&widget());
+        heard_->hide();
+    }
     widget().setModel(entries_.get());
     drawEdge(widget());
     watch();
@@ -175,6 +180,10 @@ ListView::~ListView() = default;
 
 void ListView::followContent()
 {
+    if (heard_) {
+        name(); // Of the row that it floats over.
+        heard_->setText(widget().accessibleName());
+    }
     const QSignalBlocker quiet(widget());
     entries_->refresh();
     widget().setCurrentIndex(control().ListIndex());

@@ -152,6 +152,8 @@ protected:
 private:
     class Entries;
     std::unique_ptr<Entries> entries_;
+    /// Unseen label of a list without one: on Linux a list's name comes by that relation alone.
+    std::unique_ptr<QLabel> heard_;
 };
 
 } // namespace zv

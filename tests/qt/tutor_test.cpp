@@ -1,5 +1,6 @@
 #include "data/Statement.h"
 #include "qt/Tutor.h"
+#include "qt/Walker.h"
 #include "reports/frmConsejoOrientador.h"
 #include "reports/frmInfIndESO.h"
 #include "reports/frmInfIndPrim.h"
@@ -114,6 +115,12 @@ TEST_F(Tutor, who_leaves_the_list_stays_in_the_grid_and_nothing_is_a_trap)
             const Long before = std::max<Long>(grid.Row(), 1);
             press(Qt::Key_Space);
             EXPECT_EQ(primary.ActiveControl(), &primary.cboValor);
+            // What is rated, and not only the rating.
+            EXPECT_EQ(hear(widget(primary.cboValor), "list")
+                          .relations(QAccessible::Label)
+                          .front()
+                          .first->text(QAccessible::Name),
+                      toQt(grid.TextMatrix(grid.Row(), 0)));
             press(key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
             EXPECT_EQ(primary.ActiveControl(), &grid);
             EXPECT_EQ(grid.Row(), key == Qt::Key_Backtab ? before : before + 1);

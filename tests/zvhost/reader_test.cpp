@@ -119,6 +119,14 @@ TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
 
 TEST_F(HostReader, buttons_say_their_keys_and_what_was_done_is_taken_back_by_its_action)
 {
+    // The list of the node that is chosen, and its rows.
+    QWidget& tree = *window->findChild<QWidget*>(QStringLiteral("arbol"));
+    QAccessibleTableInterface& nodes = *QAccessible::queryAccessibleInterface(&tree)->tableInterface();
+    for (const int row : {3, 1}) {
+        QAccessibleInterface& node = *nodes.cellAt(row, 0);
+        node.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+        EXPECT_EQ(list().accessibleName(), node.text(QAccessible::Name));
+    }
     const auto* bar = window->findChild<QToolBar*>();
     for (QAction* each : bar->actions()) {
         if (each->isSeparator())
