@@ -9,8 +9,8 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command subcommands[] = {
-    {u"activar", activarHistorial},
-    {u"desactivar", desactivarHistorial},
+    {u"activar", activarHistorial}, {u"desactivar", desactivarHistorial}, {u"comprobar", comprobarHistorial},
+    {u"olvidar", olvidarHistorial}, {u"plazo", plazoHistorial},           {u"exportar", exportarHistorial},
 };
 
 String subcommandNames()
@@ -37,7 +37,8 @@ int activarHistorial(Arguments arguments)
 {
     const Options options(arguments, {{u"--bd", 1}});
     history::activate(*openSchool(options.values(u"--bd").front()).centro);
-    printLine(u"El historial está activado: se guarda lo que cambian los programas que se abran desde ahora.");
+    printLine(
+        u"El historial está activado: se guarda lo que cambian los programas que se abran desde ahora.");
     return done;
 }
 

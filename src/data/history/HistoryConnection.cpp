@@ -258,6 +258,18 @@ RecordsetPtr HistoryConnection::runRelease(StringView statement, const Run& run)
     return result;
 }
 
+/// What is inserted without columns belongs to the table's, in their order; to "?" where they are not known
+/// yet.
+Fields HistoryConnection::named(const Write& write) const
+{
+    Fields result = write.values;
+    const auto known = columns_.find(lowerName(write.table));
+    for (std::size_t i = 0; i < result.size(); ++i)
+        if (result[i].column.empty())
+            result[i].column = known != columns_.end() && i < known->second.size() ? known->second[i] : u"?";
+    return result;
+}
+
 HistoryConnection::Rows HistoryConnection::rowsOf(const Write& write, StringView condition)
 {
     const schema::Table& table = *keyed(write.table);
@@ -294,12 +306,7 @@ String HistoryConnection::keyCondition(const Write& write, const Rows& before)
             result += (result.empty() ? u"(" : u" OR (") + each.key + u")";
         return result;
     }
-    Fields given = write.values;
-    const std::vector<String>& all = columns(write.table);
-    for (std::size_t i = 0; i < given.size(); ++i)
-        if (given[i].column.empty() && i < all.size())
-            given[i].column = all[i];
-    return keyOf(*keyed(write.table), given);
+    return keyOf(*keyed(write.table), named(write));
 }
 
 void HistoryConnection::addDifferences(Appending& log, const Write& write, Rows before, Rows after)
@@ -407,7 +414,7 @@ void HistoryConnection::noteFailure(const DataError& error, const std::optional<
                         .table = write && keyed(write->table) ? String(keyed(write->table)->name) : String(),
                         .row = write ? write->where.substr(0, 250) : String(),
                         .before = textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}}),
-                        .after = write ? textOf(write->values) : error.statement()});
+                        .after = write ? textOf(named(*write)) : error.statement()});
 }
 
 void HistoryConnection::dialogOpened(const Opening& opening)

@@ -67,6 +67,7 @@ private:
     bool controlsTransaction(StringView statement);
     void inTransaction(StringView statement, const std::function<void()>& work);
 
+    Fields named(const Write& write) const;
     Rows rowsOf(const Write& write, StringView condition);
     String keyCondition(const Write& write, const Rows& before);
     void addDifferences(Appending& log, const Write& write, Rows before, Rows after);

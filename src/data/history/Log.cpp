@@ -6,6 +6,9 @@
 #include "runtime/Convert.h"
 #include "runtime/Time.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace zv::history {
 namespace {
 
@@ -45,6 +48,15 @@ Entry entryOf(const std::vector<Value>& row)
 
 /// NULL for an empty text: that is how an entry stands that never had one, or was erased.
 String given(const String& text) { return text.empty() ? u"NULL" : textLiteral(text); }
+
+/// Entries of a page when all are read.
+constexpr Long page = 10000;
+
+/// The first number that meets the condition; Null if none does.
+Value firstBehind(Connection& centro, StringView where)
+{
+    return centro.executeNative(u"SELECT MIN(Numero) FROM HistorialAsiento" + String(where))->row().front();
+}
 
 void switchTo(Connection& centro, bool on)
 {
@@ -134,13 +146,27 @@ void Appending::finish()
 void forEach(Connection& centro, StringView condition, const std::function<bool(const Entry&)>& use,
              bool newestFirst)
 {
-    String query = u"SELECT " + String(columns) + u" FROM HistorialAsiento";
-    if (!condition.empty())
-        query += u" WHERE " + String(condition);
-    query += newestFirst ? u" ORDER BY Numero DESC" : u" ORDER BY Numero";
-    for (const RecordsetPtr rows = centro.executeNative(query); !rows->Eof(); rows->MoveNext())
-        if (!use(entryOf(rows->row())))
+    const auto read = [&](StringView where) {
+        String query = u"SELECT " + String(columns) + u" FROM HistorialAsiento";
+        if (!where.empty())
+            query += u" WHERE " + String(where);
+        query += newestFirst ? u" ORDER BY Numero DESC" : u" ORDER BY Numero";
+        for (const RecordsetPtr rows = centro.executeNative(query); !rows->Eof(); rows->MoveNext())
+            if (!use(entryOf(rows->row())))
+                return false;
+        return true;
+    };
+    if (!condition.empty() || newestFirst) {
+        read(condition);
+        return;
+    }
+    // A driver may fetch all rows of a statement at once: a whole history comes in pages.
+    for (Value first = firstBehind(centro, u""); !first.isNull();) {
+        const Long last = std::min(CLng(first), std::numeric_limits<Long>::max() - page) + page;
+        if (!read(statement(u"Numero>={} AND Numero<={}", {first, last})))
             return;
+        first = firstBehind(centro, statement(u" WHERE Numero>{}", {last}));
+    }
 }
 
 std::vector<Entry> entries(Connection& centro, StringView condition, bool newestFirst)
