@@ -69,7 +69,8 @@ private:
 
     Fields named(const Write& write) const;
     Rows rowsOf(const Write& write, StringView condition);
-    String keyCondition(const Write& write, const Rows& before);
+    static String keysOf(const Rows& rows);
+    void addInserted(Appending& log, const Write& write, StringView statement);
     void addDifferences(Appending& log, const Write& write, Rows before, Rows after);
     void add(Appending& log, Entry entry);
     void addPending(Appending& log);

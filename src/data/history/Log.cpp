@@ -49,6 +49,9 @@ Entry entryOf(const std::vector<Value>& row)
 /// NULL for an empty text: that is how an entry stands that never had one, or was erased.
 String given(const String& text) { return text.empty() ? u"NULL" : textLiteral(text); }
 
+/// Bound for what a statement is given at once.
+constexpr int rowsOfAStatement = 50;
+
 /// Entries of a page when all are read.
 constexpr Long page = 10000;
 
@@ -124,20 +127,30 @@ Long Appending::add(Entry entry)
         entry.salt = freshSalt();
     entry.digest = digestOf(entry);
     entry.link = linkOf(head_.link, entry);
-    centro_.executeNative(statement(u"INSERT INTO HistorialAsiento (Numero, Momento, Clase, Apertura, "
-                                    u"Guardado, Tabla, Fila, Antes, Despues, Sal, "
-                                    u"Huella, Enlace) VALUES ({},{},{},{},{},{},{},{},{},{},{},{})",
-                                    {entry.number, textLiteral(entry.moment), static_cast<Long>(entry.kind),
-                                     entry.opening, entry.save, textLiteral(entry.table),
-                                     textLiteral(entry.row), given(entry.before), given(entry.after),
-                                     given(entry.salt), textLiteral(entry.digest), textLiteral(entry.link)}));
+    rows_ += statement(
+        rows_.empty() ? u"({},{},{},{},{},{},{},{},{},{},{},{})" : u",({},{},{},{},{},{},{},{},{},{},{},{})",
+        {entry.number, textLiteral(entry.moment), static_cast<Long>(entry.kind), entry.opening, entry.save,
+         textLiteral(entry.table), textLiteral(entry.row), given(entry.before), given(entry.after),
+         given(entry.salt), textLiteral(entry.digest), textLiteral(entry.link)});
+    if (++waiting_ == rowsOfAStatement)
+        write();
     head_ = {entry.number, entry.link};
     changed_ = true;
     return entry.number;
 }
 
+void Appending::write()
+{
+    if (waiting_ == 0)
+        return;
+    centro_.executeNative(u"INSERT INTO HistorialAsiento (" + String(columns) + u") VALUES " + rows_);
+    rows_.clear();
+    waiting_ = 0;
+}
+
 void Appending::finish()
 {
+    write();
     if (changed_)
         centro_.executeNative(statement(u"UPDATE HistorialCabeza SET Numero={}, Enlace={}",
                                         {head_.number, textLiteral(head_.link)}));
