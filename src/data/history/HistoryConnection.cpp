@@ -128,9 +128,9 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
     }
     if (controlsTransaction(verb) || isOneOf(verb, {u"pragma", u"set", u"vacuum", u"analyze", u"with"}))
         return run(statement);
-    const std::optional<Write> write = writeOf(statement);
-    if (write && isOwn(write->table))
+    if (isOwn(writtenTable(statement)))
         return run(statement);
+    const std::optional<Write> write = writeOf(statement);
     if (names(statement, registrations))
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
     if (closing_)
