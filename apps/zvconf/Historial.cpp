@@ -9,8 +9,8 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command subcommands[] = {
-    {u"activar", activarHistorial},
-    {u"desactivar", desactivarHistorial},
+    {u"activar", activarHistorial}, {u"desactivar", desactivarHistorial}, {u"comprobar", comprobarHistorial},
+    {u"olvidar", olvidarHistorial}, {u"plazo", plazoHistorial},           {u"exportar", exportarHistorial},
 };
 
 String subcommandNames()

@@ -8,5 +8,9 @@ namespace zv::zvconf {
 
 int activarHistorial(Arguments arguments);
 int desactivarHistorial(Arguments arguments);
+int comprobarHistorial(Arguments arguments);
+int olvidarHistorial(Arguments arguments);
+int plazoHistorial(Arguments arguments);
+int exportarHistorial(Arguments arguments);
 
 } // namespace zv::zvconf

@@ -51,6 +51,17 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
   zvconf historial activar | desactivar --bd URL
       El historial guarda, en la misma base de datos, lo que había y lo que hay en cada fila que se cambia, quién
       la cambió, cuándo y en qué ventana. Los centros que hace «crear» lo tienen activado.
+  zvconf historial comprobar [--cabeza NÚMERO:ENLACE] --bd URL
+      Comprueba que nadie ha cambiado, quitado ni añadido asientos, y dice la cabeza, que es el último. Con
+      --cabeza mira que uno que se anotó antes siga ahí: así se nota si faltan los últimos.
+  zvconf historial olvidar --alumno N | --fila TABLA N [--si] --bd URL
+      Cuenta los asientos con textos de un alumno o de una fila; con --si los borra, para siempre.
+  zvconf historial plazo [MESES] [--si] --bd URL
+      Dice a los cuántos meses se borran los textos, y cuántos tocan ya; con --si los borra, y queda ese plazo
+      si se dan MESES (0: nunca). Los borra la orden, no el programa: repítala cada mes.
+  zvconf historial exportar [--sin-nombres] FICHERO --bd URL
+      Escribe todos los asientos en un fichero suyo y de nadie más, uno en cada línea, en JSON, y dice la
+      cabeza. Con --sin-nombres van sin textos, y con números en lugar de usuarios, puestos y alumnos.
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.

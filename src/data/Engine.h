@@ -79,6 +79,9 @@ public:
     /// Integrity check by the engine, one line for each finding in its own words; empty where it does not
     /// look.
     virtual std::vector<String> damage(Connection& /*connection*/) { return {}; }
+    /// Rewrites a database that this engine opened, so that its files hold nothing any more of what was
+    /// erased. False where others keep it from that. A server does so by itself, in its own time.
+    virtual bool scrub(Connection& /*connection*/) { return true; }
 };
 
 /// Where a school's databases are files: the path of `which`, derived from the live one's (colegio.db,

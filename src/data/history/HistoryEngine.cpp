@@ -123,6 +123,7 @@ public:
         return inner_->tables(opened(connection));
     }
     std::vector<String> damage(Connection& connection) override { return inner_->damage(opened(connection)); }
+    bool scrub(Connection& connection) override { return inner_->scrub(opened(connection)); }
 
 private:
     Engine& inner(StringView url) { return *(inner_ = &engineOf(url)); }

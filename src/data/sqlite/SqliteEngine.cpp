@@ -5,6 +5,7 @@
 #include "data/sqlite/FilesToBe.h"
 #include "data/sqlite/Pool.h"
 #include "data/sqlite/Replacing.h"
+#include "runtime/Convert.h"
 
 #include <sqlite3.h>
 
@@ -131,6 +132,19 @@ public:
             result.push_back(error.engineText());
         }
         return result;
+    }
+    bool scrub(Connection& connection) override
+    {
+        try {
+            // Free room in pages keeps what once stood there; the log keeps pages as they were.
+            connection.executeNative(u"VACUUM");
+            const RecordsetPtr rows = connection.executeNative(u"PRAGMA wal_checkpoint(TRUNCATE)");
+            return CLng(rows->Fields(u"busy")) == 0;
+        } catch (const DataError& error) {
+            if (error.number() != failure::locked)
+                throw;
+            return false;
+        }
     }
     ConnectionPtr create(StringView location, Database which) override
     {
