@@ -15,7 +15,8 @@ public:
     enum class Which { all, written /** Those that dialogs write. */ };
     Tables(Connection& centro, Engine& engine, Which which = Which::all)
     {
-        for (const FoundTable& each : engine.tables(centro))
+        auto* const ours = dynamic_cast<history::HistoryConnection*>(&centro);
+        for (const FoundTable& each : engine.tables(ours != nullptr ? *ours->inner() : centro))
             if (const schema::Table* table = schema::table(each.name);
                 table != nullptr && !sameName(each.name, u"RegistroActivo") &&
                 (which == Which::all || table->use != schema::Use::read))

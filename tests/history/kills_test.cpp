@@ -223,7 +223,7 @@ TEST_P(Killed, a_cut_save_is_found_and_taken_back_and_no_other)
     std::vector<Kind> kinds;
     for (const Save& each : saves())
         kinds.push_back(whole(each));
-    const int kills = times(42, 1000);
+    const int kills = times(28, 1000);
     for (int kill = 0; kill < kills && !HasFatalFailure(); ++kill) {
         const std::size_t which = static_cast<std::size_t>(kill) % saves().size();
         const Kind& kind = kinds[which];
