@@ -18,6 +18,7 @@ struct Absence {
 struct ServerAway {
     std::chrono::steady_clock::time_point since; ///< When the first attempt began.
     Absence why;                                 ///< What came of it.
+    bool givenUp = false; ///< The port has said no in this outage: no link has been opened since.
     /// Tries once more, which can take as long as the driver waits for an answer; nothing if the server is
     /// back. May run in another thread, one call at a time.
     std::function<std::optional<Absence>()> tryAgain;

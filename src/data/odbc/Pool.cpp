@@ -113,8 +113,7 @@ std::shared_ptr<Link> Pool::freshLink()
     }
 }
 
-/// freshLink() for a statement that has not been sent, and can wait. Once a person has given a server up, the
-/// hundreds of statements of a save do not ask him each.
+/// freshLink() for a statement that has not been sent, and can wait.
 std::shared_ptr<Link> Pool::awaitedLink()
 {
     const auto since = Outage::Clock::now();
@@ -122,7 +121,7 @@ std::shared_ptr<Link> Pool::awaitedLink()
         return freshLink();
     } catch (const DataError& failure) {
         Outage& outage = *target_.outage;
-        if (outage.givenUp || !waitsForServers() || !mayPass(failure))
+        if (!waitsForServers() || !mayPass(failure))
             throw;
         std::shared_ptr<Link> late;
         const auto tryAgain = [&]() -> std::optional<Absence> {
@@ -133,7 +132,7 @@ std::shared_ptr<Link> Pool::awaitedLink()
                 return absence(still);
             }
         };
-        outage.givenUp = !waitForServer({since, absence(failure), tryAgain});
+        outage.givenUp = !waitForServer({since, absence(failure), outage.givenUp, tryAgain});
         if (outage.givenUp || !late)
             throw;
         return late;

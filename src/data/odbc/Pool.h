@@ -17,7 +17,7 @@ struct Outage {
     int losses = 0;                   ///< Number of links lost so far.
     Clock::time_point until;          ///< Open until then: new links fail at once.
     std::optional<DataError> failure; ///< The failure that opened it, repeated meanwhile.
-    bool givenUp = false;             ///< A person goes on without the server, until a link opens again.
+    bool givenUp = false;             ///< A statement was not waited for, and no link has opened since.
 };
 
 /// A database on a server, and how a pool opens links to it.
