@@ -153,10 +153,10 @@ void endProcess()
 ServerWait::ServerWait(const QtDesktop& desktop, std::function<void()> end)
     : desktop_(desktop), end_(std::move(end))
 {
-    onServerAway([this](const ServerAway& away) { return waited(away); });
+    onServerAway(&wait_);
 }
 
-ServerWait::~ServerWait() { onServerAway({}); }
+ServerWait::~ServerWait() { onServerAway(nullptr); }
 
 bool ServerWait::waited(const ServerAway& away)
 {

@@ -31,6 +31,7 @@ private:
 
     const QtDesktop& desktop_;
     std::function<void()> end_;
+    WaitForServer wait_ = [this](const ServerAway& away) { return waited(away); };
     int toldThen_ = 0; ///< How many messages the desktop had shown when the server was given up last.
 };
 

@@ -3,30 +3,23 @@
 namespace zv {
 namespace {
 
-struct Waiter {
-    WaitForServer wait;
-    int unattended = 0; ///< How many guards live.
-};
-
-Waiter& waiter()
-{
-    static thread_local Waiter one;
-    return one;
-}
+// Without destructors: one for a thread's end would keep a host from unloading the library.
+thread_local const WaitForServer* port = nullptr;
+thread_local int unattended = 0; ///< How many guards live.
 
 } // namespace
 
-void onServerAway(WaitForServer wait) { waiter().wait = std::move(wait); }
+void onServerAway(const WaitForServer* wait) { port = wait; }
 
-bool waitsForServers() { return waiter().wait && waiter().unattended == 0; }
+bool waitsForServers() { return port != nullptr && unattended == 0; }
 
 bool waitForServer(const ServerAway& away)
 {
     const Unattended meanwhile;
-    return waiter().wait(away);
+    return (*port)(away);
 }
 
-Unattended::Unattended() { ++waiter().unattended; }
-Unattended::~Unattended() { --waiter().unattended; }
+Unattended::Unattended() { ++unattended; }
+Unattended::~Unattended() { --unattended; }
 
 } // namespace zv

@@ -28,9 +28,9 @@ struct ServerAway {
 /// once the server is back, and the statement is sent; false if it is to fail.
 using WaitForServer = std::function<bool(const ServerAway&)>;
 
-/// Registers the port for the calling thread, which a window belongs to; an empty function removes it.
-/// Without one a statement fails at once.
-void onServerAway(WaitForServer wait);
+/// Sets the calling thread's port, as windows belong to a thread; the caller keeps it alive, and nullptr
+/// removes it. Without one a statement fails at once.
+void onServerAway(const WaitForServer* wait);
 /// Whether a statement of this thread may wait.
 bool waitsForServers();
 /// Calls the port. A statement run meanwhile on this thread, by a timer say, does not wait.

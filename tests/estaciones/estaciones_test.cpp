@@ -383,18 +383,19 @@ protected:
     LostServer() { url = u"odbc:" + own.location(); }
     ~LostServer() override
     {
-        onServerAway({});
+        onServerAway(nullptr);
         url = u"sqlite:" + (folder / "nada.db").u16string();
     }
     OwnServer own{folder};
+    WaitForServer wait;
 };
 
 TEST_P(LostServer, costs_a_message_and_is_found_again)
 {
     int asked = 0;
     for (const bool somebody : {false, true}) {
-        if (somebody)
-            onServerAway([&](const ServerAway& away) { return (asked += !away.givenUp) < 0; });
+        wait = [&](const ServerAway& away) { return (asked += !away.givenUp) < 0; };
+        onServerAway(somebody ? &wait : nullptr);
         meet([this] { own.to("cortar"); }, [this] { own.to("seguir"); });
         own.to("parar");
         own.to("arrancar");
@@ -433,12 +434,13 @@ TEST_P(LostServer, that_says_nothing_is_waited_for_once_and_not_by_each_statemen
 TEST_P(LostServer, that_ends_an_idle_link_or_is_waited_for_between_two_answers_of_a_guidance_loses_none)
 {
     create();
-    onServerAway([this](const ServerAway& away) {
+    wait = [this](const ServerAway& away) {
         own.to("seguir");
         while (away.tryAgain())
             usleep(50'000);
         return true;
-    });
+    };
+    onServerAway(&wait);
     const std::string save = "abrir 122 1 0\nelegir cboCursos 0\nelegir cboSecciones 0\npulsar "
                              "cmdNotaManual1(0)\nelegir cboRespuesta(0) 2\nelegir cboRespuesta(1) 1\npulsar "
                              "cmdNotaManual1(0)\ncerrar\n";

@@ -19,14 +19,9 @@ protected:
     Away() : OneDatabase(odbcEngine(), server.location())
     {
         base->Execute(u"CREATE TABLE t (a INTEGER)");
-        onServerAway([this](const ServerAway& away) {
-            if (away.givenUp)
-                return false;
-            ++asked;
-            return answer(away);
-        });
+        onServerAway(&port);
     }
-    ~Away() override { onServerAway({}); }
+    ~Away() override { onServerAway(nullptr); }
     bool back(const ServerAway& away)
     {
         const auto still = away.tryAgain();
@@ -43,6 +38,12 @@ protected:
     using Own::server;
     std::function<bool(const ServerAway&)> answer = [this](const ServerAway& away) { return back(away); };
     int asked = 0;
+
+private:
+    const WaitForServer port = [this](const ServerAway& away) {
+        asked += !away.givenUp;
+        return !away.givenUp && answer(away);
+    };
 };
 
 TEST_F(Away, is_waited_for_before_a_statement_is_sent_and_never_after)
