@@ -129,9 +129,9 @@ private:
     QVBoxLayout layout_{this};
     QLabel time_, words_;
     QLabel choices_{QStringLiteral(
-        "Se vuelve a intentar cada 2 s, y cuando vuelva sigue solo lo que se estaba haciendo. Con «Seguir "
-        "sin él» "
-        "eso falla. Con «Cerrar el programa» queda en un fichero lo que muestran las ventanas abiertas.")};
+        "Se vuelve a intentar cada 2 s, y cuando vuelva sigue solo lo que se estaba haciendo. "
+        "Con «Seguir sin él» eso falla. "
+        "Con «Cerrar el programa» queda en un fichero lo que muestran las ventanas abiertas.")};
     QShortcut help_{Qt::Key_F1, this};
     std::array<QPushButton*, 3> buttons_{};
     QTimer tick_;
