@@ -104,6 +104,7 @@ TEST_F(Away, that_was_given_up_is_told_so_until_a_link_opens_and_nobody_waits_wh
     }
     EXPECT_FALSE(alone.empty());
     EXPECT_EQ(asked, 0);
+    EXPECT_EQ(numberOf([&] { base->Execute(u"ROLLBACK"); }), 0) << "nothing had begun";
     for (int outage = 1; outage <= 2; ++outage) {
         answer = [&](const ServerAway&) {
             EXPECT_EQ(words(), alone) << "a timer's, while somebody waits";

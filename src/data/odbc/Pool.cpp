@@ -167,7 +167,10 @@ bool Pool::controlsTransaction(StringView statement)
         transaction_ = std::move(on);
         return true;
     }
-    if (!transaction_ || !(sameName(statement, u"COMMIT") || sameName(statement, u"ROLLBACK")))
+    // Nothing to take back where nothing could begin, and no server to look for.
+    if (!transaction_)
+        return sameName(statement, u"ROLLBACK");
+    if (!sameName(statement, u"COMMIT") && !sameName(statement, u"ROLLBACK"))
         return false;
     const std::shared_ptr<Link> ended = std::exchange(transaction_, nullptr);
     const bool commits = sameName(statement, u"COMMIT");
