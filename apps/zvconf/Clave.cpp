@@ -3,6 +3,7 @@
 #include "zvconf/Command.h"
 
 #include "data/Schools.h"
+#include "data/history/HistoryEngine.h"
 #include "runtime/Convert.h"
 #include "suite/sodium/KeyFile.h"
 
@@ -174,7 +175,8 @@ int tellPlace(Arguments arguments)
 int changeKey(Arguments arguments)
 {
     const Options options(arguments, {{u"--bd", 1}});
-    const School school = openSchool(options.values(u"--bd").front());
+    const String& url = options.values(u"--bd").front();
+    const School school = history::withHistory(openSchool(url), url);
     return KeyChange(school).run();
 }
 

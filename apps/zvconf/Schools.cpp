@@ -4,6 +4,7 @@
 
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
+#include "data/history/Log.h"
 #include "runtime/Convert.h"
 #include "suite/Registrations.h"
 #include "suite/Sample.h"
@@ -104,6 +105,7 @@ int crear(Arguments arguments)
         Interruptions::check();
         if (sample)
             fillSample(school);
+        history::activate(*school.centro);
         Interruptions::check();
     });
     printLine(u"Creado " + String(sample ? u"el centro de ejemplo" : u"un centro vacío") + u" en " +

@@ -1,5 +1,6 @@
 #include "zvconf/Command.h"
 
+#include "data/history/HistoryEngine.h"
 #include "data/odbc/OdbcEngine.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "robot/LateEngine.h"
@@ -15,8 +16,9 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command commands[] = {
-    {u"crear", crear}, {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
-    {u"guion", guion}, {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
+    {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
+    {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
+    {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -35,6 +37,20 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
       puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
       la persona, o donde diga la variable ZV_CLAVE.
+  zvconf copia FICHERO | --diaria CARPETA | --comprobar --bd URL [--frase FICHERO]
+      Copia en un fichero las tres bases de datos de un centro tal como están en un instante, aunque se esté
+      trabajando, y comprueba lo que daría al restaurarla. Con --frase, cuya primera línea es una frase,
+      lleva también la clave de las enfermedades, cerrada con ella. Con --diaria hace la de hoy en la carpeta y
+      deja las de 7 días, 4 semanas y 12 meses; con --comprobar sólo comprueba una copia que hay.
+  zvconf restaurar FICHERO --bd URL [--frase FICHERO]
+      Pone el centro de una copia en lugar del que haya, que queda al lado con otro nombre: o todo o nada.
+  zvconf mudar --de URL --a URL
+      Copia un centro a donde no hay ninguno, de un fichero a un servidor o al revés, y compara los dos antes
+      de darlo por hecho: al final está entero o no está. El de partida queda como estaba. Nadie debe seguir
+      cambiando el de partida: lo que cambie después no va.
+  zvconf historial activar | desactivar --bd URL
+      El historial guarda, en la misma base de datos, lo que había y lo que hay en cada fila que se cambia, quién
+      la cambió, cuándo y en qué ventana. Los centros que hace «crear» lo tienen activado.
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
@@ -59,6 +75,7 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
 URL es sqlite:FICHERO (junto a colegio.db están colegio.borrado.db y colegio.entrada.db), o un servidor
 por ODBC: odbc:DSN=NOMBRE u odbc:Driver=...;Server=...;Database=...;UID=...;PWD=... En PostgreSQL las tres
 bases son los esquemas ESQUEMA, ESQUEMA_borrado y ESQUEMA_entrada: añada ESQUEMA=NOMBRE, o será «centro».
+Con historial: delante de uno de estos URL se activa el historial de ese centro.
 Una instrucción que pasa de 60 segundos falla; ESPERA=N pone otro plazo, y ESPERA=0 ninguno.
 Una contraseña en el URL la ve cualquiera en la lista de procesos: quite PWD=, y póngala en odbc.ini, en
 la variable ZV_CONTRASENA, o en la primera línea del fichero, suyo y de nadie más (chmod 600; en Windows,
@@ -85,6 +102,7 @@ int run(const std::vector<String>& words)
         throw UsageError(u"«" + withoutPassword(words.front()) + u"» no es una orden.");
     registerEngine(sqliteEngine());
     registerEngine(odbcEngine());
+    registerEngine(historyEngine());
     registerEngine(lateEngine());
     registerCipher();
     return command->run(Arguments(words).subspan(1));

@@ -1,6 +1,7 @@
 #include "zvhost/MainWindow.h"
 
 #include "data/ServerAway.h"
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "session/cConstCol.h"
 #include "zvhost/Dialogs.h"
@@ -31,6 +32,7 @@ MainWindow::MainWindow(Remembered::Where memory)
       undo_([this] { follow(); })
 {
     setObjectName(QStringLiteral("zvhost"));
+    keepLegible(*this);
     buildActions();
     buildMenus();
     buildToolBar();

@@ -2,6 +2,7 @@
 
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
+#include "data/history/HistoryEngine.h"
 #include "qt/QtText.h"
 #include "suite/Sample.h"
 #include "zvhost/Widgets.h"
@@ -126,7 +127,8 @@ QString askSchoolFile(QWidget* parent, Choice what)
 
 std::unique_ptr<Host> openHost(const String& url, const Choices& choices)
 {
-    School school = openSchool(url, [&](const School& found) { requireWhole(found, url); });
+    School school =
+        history::withHistory(openSchool(url, [&](const School& found) { requireWhole(found, url); }), url);
     return std::make_unique<Host>(url, std::move(school), choices);
 }
 

@@ -35,6 +35,16 @@ struct EngineInfo {
     String version;
 };
 
+/// A dialog that a person has before him: what a connection with a history notes beside each row.
+struct Opening {
+    String dialog = {};   ///< Name of its form; "" for an act of the host itself.
+    Long row = 0;         ///< The session's key.
+    bool creates = false; ///< It is to make a new row.
+    Integer user = 0;
+    String userName = {};
+    String station = {}; ///< Identity of the process.
+};
+
 /// Port to a database (dependency inversion). A statement that returned is committed and on disk; a failure
 /// is a DataError. Late-bound: Execute.
 class Connection : public Object {
@@ -45,12 +55,36 @@ public:
     virtual RecordsetPtr executeNative(StringView statement) = 0;
     virtual EngineInfo engine() = 0;
 
+    /// Observer callbacks of the dialogs above; a connection without a history takes no notice. Openings
+    /// nest.
+    virtual void dialogOpened(const Opening& /*opening*/) {}
+    virtual void dialogClosed() {}
+    /// No routine of a dialog runs any more: what it saved is saved.
+    virtual void dialogAtRest() {}
+
     StringView TypeName() const override { return u"Connection"; }
 
 protected:
     const Member* memberNamed(StringView name) const override;
 };
 using ConnectionPtr = std::shared_ptr<Connection>;
+
+/// Decorator of a connection: forwards everything.
+class ConnectionDecorator : public Connection {
+public:
+    explicit ConnectionDecorator(ConnectionPtr inner) : inner_(std::move(inner)) {}
+    const ConnectionPtr& inner() const { return inner_; }
+
+    RecordsetPtr Execute(StringView statement) override { return inner_->Execute(statement); }
+    RecordsetPtr executeNative(StringView statement) override { return inner_->executeNative(statement); }
+    EngineInfo engine() override { return inner_->engine(); }
+    void dialogOpened(const Opening& opening) override { inner_->dialogOpened(opening); }
+    void dialogClosed() override { inner_->dialogClosed(); }
+    void dialogAtRest() override { inner_->dialogAtRest(); }
+
+private:
+    ConnectionPtr inner_;
+};
 
 /// The three databases of a school.
 struct School {

@@ -83,4 +83,10 @@ void Tokens::number()
     }
 }
 
+String unquotedName(StringView name)
+{
+    const bool quotes = name.size() > 1 && StringView(u"\"[`").find(name.front()) != StringView::npos;
+    return String(quotes ? name.substr(1, name.size() - 2) : name);
+}
+
 } // namespace zv

@@ -32,4 +32,7 @@ private:
     std::size_t place_ = 0;
 };
 
+/// A name without the quotes of its own: "x", [x] or `x`.
+String unquotedName(StringView name);
+
 } // namespace zv

@@ -13,13 +13,6 @@ bool holds(const UniqueIndex& index, StringView column)
     return std::ranges::any_of(index.columns, [&](const String& each) { return sameName(each, column); });
 }
 
-String unquoted(StringView name)
-{
-    const bool quotes =
-        name.size() > 1 && (name.front() == u'"' || name.front() == u'[' || name.front() == u'`');
-    return String(quotes ? name.substr(1, name.size() - 2) : name);
-}
-
 } // namespace
 
 bool holdsKey(const UniqueIndex& index, StringView table, std::span<const String> primaryKey)
@@ -69,7 +62,7 @@ std::optional<String> writtenTable(StringView statement)
     StringView table = word;
     while (next() == u".")
         table = next();
-    return unquoted(table);
+    return unquotedName(table);
 }
 
 } // namespace zv

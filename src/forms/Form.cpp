@@ -1,6 +1,7 @@
 #include "forms/Form.h"
 
 #include "forms/Desktop.h"
+#include "forms/FormObserver.h"
 #include "runtime/Members.h"
 
 #include <algorithm>
@@ -45,10 +46,12 @@ void Form::Load()
     focus_ = nullptr;
     frontToBack_.clear();
     loaded_ = true;
+    tellObserver(&FormObserver::loading, *this);
     try {
         Form_Load();
     } catch (const RuntimeError&) {
         loaded_ = false;
+        tellObserver(&FormObserver::unloaded, *this);
         throw;
     }
 }
@@ -88,6 +91,7 @@ void Form::Unload()
     focus_ = nullptr;
     unloading_ = false;
     loaded_ = false;
+    tellObserver(&FormObserver::unloaded, *this);
     if (hasDesktop())
         desktop().closed(*this);
     if (failed)
@@ -116,7 +120,9 @@ void Form::guarded(const std::function<void()>& event)
     const bool enabled = Enabled();
     try {
         event();
+        tellObserver(&FormObserver::atRest, *this);
     } catch (const RuntimeError& error) {
+        tellObserver(&FormObserver::atRest, *this);
         MousePointer = pointer::standard;
         if (enabled)
             Enabled = true;

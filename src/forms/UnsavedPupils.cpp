@@ -6,7 +6,6 @@
 #include "forms/TabStrip.h"
 
 #include <algorithm>
-#include <set>
 
 namespace zv {
 
@@ -24,13 +23,6 @@ String textOf(const Control& field)
     return list != nullptr ? list->Text() : shownBy(field);
 }
 
-/// A list without a choice: the dialog holds no answer of this pupil for it.
-bool isNothing(const Control& field)
-{
-    const auto* list = dynamic_cast<const ComboBox*>(&field);
-    return list != nullptr && list->ListIndex() < 0;
-}
-
 int pageOf(const SectionControls& controls)
 {
     return controls.strip == nullptr ? 0 : controls.strip->SelectedItem().Index();
@@ -44,9 +36,13 @@ void UnsavedPupils::changed(const Control& control, const PropertyBase* property
     if (&control == floating && (property == &floating->Visible || property == &floating->ListIndex))
         noteRating();
     // The choice changes before the dialog hears of it: the fields are still those of the pupil being left.
-    else if (&control == controls_.pupils && property == &controls_.pupils->ListIndex && !moving_) {
-        noteFields(false);
+    else if (&control == controls_.pupils && property == &controls_.pupils->ListIndex) {
+        if (!moving_)
+            noteFields(false);
         moving_ = true;
+        for (const Control* field : controls_.fields)
+            if (const auto* list = dynamic_cast<const ComboBox*>(field))
+                timesSet_[list] = list->timesSet();
     }
 }
 
@@ -55,8 +51,10 @@ void UnsavedPupils::look()
     if (!controls_.isSection())
         return;
     const bool arrived = moving_;
-    if (arrived)
+    if (arrived) {
         pupil_ = controls_.pupil();
+        noteHeld();
+    }
     moving_ = false;
     noteFields(arrived);
     if (const Ratings page = onPage(); page.all > 0)
@@ -76,11 +74,22 @@ void UnsavedPupils::noteRating()
     rating.text = list.Text();
 }
 
+void UnsavedPupils::noteHeld()
+{
+    stale_.clear();
+    for (const Control* field : controls_.fields)
+        if (const auto* list = dynamic_cast<const ComboBox*>(field);
+            list != nullptr && list->timesSet() == timesSet_[list])
+            stale_.insert(list);
+}
+
 void UnsavedPupils::noteFields(bool arrived)
 {
     if (pupil_ < 0)
         return;
     for (const Control* field : controls_.fields) {
+        if (stale_.contains(field))
+            continue;
         const Place place{pupil_, field, 0, 0};
         const String now = shownBy(*field);
         const auto known = shown_.find(place);
@@ -88,7 +97,7 @@ void UnsavedPupils::noteFields(bool arrived)
         if (known != shown_.end() && (!arrived || known->second.last == now)) {
             known->second.last = now;
             known->second.text = textOf(*field);
-        } else if (arrived && (known != shown_.end() || !isNothing(*field)))
+        } else if (arrived)
             shown_[place] = {now, now, {}, textOf(*field)};
     }
 }

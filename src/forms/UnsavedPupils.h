@@ -4,6 +4,7 @@
 #include "runtime/String.h"
 
 #include <map>
+#include <set>
 #include <tuple>
 #include <utility>
 
@@ -56,12 +57,16 @@ private:
     };
     void noteRating();
     void noteFields(bool arrived);
+    void noteHeld();
 
     const SectionControls& controls_;
     std::map<Place, Shown> shown_;
-    std::map<std::pair<int, int>, Ratings> pages_; ///< Of each pupil and page, as shown last.
-    int pupil_ = -1;                               ///< The pupil to whom the fields belong.
-    bool moving_ = true;                           ///< Another pupil was chosen, and fills the fields.
+    /// Lists of which the dialog holds no answer of this pupil: it left them as they were when he came.
+    std::set<const Control*> stale_;
+    std::map<const Control*, std::size_t> timesSet_; ///< Of each list, before this pupil was chosen.
+    std::map<std::pair<int, int>, Ratings> pages_;   ///< Of each pupil and page, as shown last.
+    int pupil_ = -1;                                 ///< The pupil to whom the fields belong.
+    bool moving_ = true;                             ///< Another pupil was chosen, and fills the fields.
 };
 
 } // namespace zv

@@ -2,6 +2,7 @@
 
 #include "data/ServerAway.h"
 #include "forms/Desktop.h"
+#include "module/Openings.h"
 #include "session/App.h"
 #include "session/DialogDirectory.h"
 #include "session/cConfiguracion.h"
@@ -52,6 +53,7 @@ void installModule()
 {
     registerSuite();
     onWaiting(signOfLife);
+    observeForms([]() -> FormObserver& { return single<Openings>(); });
     onHelp([] { return single<App>().HelpFile; });
     addDialogs(AllDialogs());
 }

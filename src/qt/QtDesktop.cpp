@@ -160,6 +160,12 @@ void QtDesktop::doEvents()
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
+void QtDesktop::working()
+{
+    for (const Shown& each : windows_)
+        each.window->working();
+}
+
 Long QtDesktop::textWidth(StringView text)
 {
     if (windows_.empty())

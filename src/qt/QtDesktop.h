@@ -23,6 +23,7 @@ public:
     void messageBox(StringView prompt, Integer flags, StringView title) override;
     void beep() override;
     void doEvents() override;
+    void working() override;
     void handlerFailed(const RuntimeError& error) override;
     Long textWidth(StringView text) override;
     void changed(PropertyOwner& owner, const PropertyBase* property) override;

@@ -64,18 +64,15 @@ private:
     ConnectionPtr inner_;
 };
 
-class LateSchoolConnection final : public Connection {
+class LateSchoolConnection final : public ConnectionDecorator {
 public:
     explicit LateSchoolConnection(ConnectionPtr inner)
-        : inner_(std::move(inner)), late_(connectionOf(std::make_shared<PlainConnection>(inner_)))
+        : ConnectionDecorator(std::move(inner)),
+          late_(connectionOf(std::make_shared<PlainConnection>(this->inner())))
     {}
-    Connection& inner() { return *inner_; }
     RecordsetPtr Execute(StringView statement) override { return late_->Execute(statement); }
-    RecordsetPtr executeNative(StringView statement) override { return inner_->executeNative(statement); }
-    EngineInfo engine() override { return inner_->engine(); }
 
 private:
-    ConnectionPtr inner_;
     ConnectionPtr late_;
 };
 
@@ -104,7 +101,7 @@ public:
     }
     void settle(Connection& connection) override
     {
-        inner_->settle(dynamic_cast<LateSchoolConnection&>(connection).inner());
+        inner_->settle(*dynamic_cast<LateSchoolConnection&>(connection).inner());
     }
     ConnectionPtr create(StringView url, Database which) override
     {
@@ -116,7 +113,7 @@ public:
     }
     std::vector<String> damage(Connection& connection) override
     {
-        return inner_->damage(dynamic_cast<LateSchoolConnection&>(connection).inner());
+        return inner_->damage(*dynamic_cast<LateSchoolConnection&>(connection).inner());
     }
     void remove(StringView url, Database which) override { engineOf(url).remove(locationOf(url), which); }
     ConnectionPtr temporary(StringView url, Database which) override
@@ -125,7 +122,7 @@ public:
     }
     std::vector<FoundTable> tables(Connection& connection) override
     {
-        return inner_->tables(dynamic_cast<LateSchoolConnection&>(connection).inner());
+        return inner_->tables(*dynamic_cast<LateSchoolConnection&>(connection).inner());
     }
 
 private:

@@ -131,7 +131,7 @@ RecordsetPtr TracedConnection::Execute(StringView statement)
     const String lower = lowerName(statement);
     failIfPending(tracing_.failures, statement,
                   [&](const String& pattern) { return lower.find(lowerName(pattern)) != String::npos; });
-    return std::make_shared<TracedRecordset>(inner_->Execute(statement), tracing_);
+    return std::make_shared<TracedRecordset>(inner()->Execute(statement), tracing_);
 }
 
 ObjectFactory tracedApi(ObjectFactory inner, Tracing& tracing)

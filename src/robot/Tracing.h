@@ -37,17 +37,15 @@ struct Tracing {
 
 /// Decorator of a connection: traces each statement, and throws a pending failure instead of forwarding it;
 /// its recordsets trace that they are closed.
-class TracedConnection final : public Connection {
+class TracedConnection final : public ConnectionDecorator {
 public:
-    TracedConnection(ConnectionPtr inner, Tracing& tracing) : inner_(std::move(inner)), tracing_(tracing) {}
-    const ConnectionPtr& inner() const { return inner_; }
+    TracedConnection(ConnectionPtr inner, Tracing& tracing)
+        : ConnectionDecorator(std::move(inner)), tracing_(tracing)
+    {}
 
     RecordsetPtr Execute(StringView statement) override;
-    RecordsetPtr executeNative(StringView statement) override { return inner_->executeNative(statement); }
-    EngineInfo engine() override { return inner_->engine(); }
 
 private:
-    ConnectionPtr inner_;
     Tracing& tracing_;
 };
 

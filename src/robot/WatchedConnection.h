@@ -7,21 +7,18 @@
 namespace zv {
 
 /// Decorator of a connection: a callback gets each statement before it is forwarded.
-class WatchedConnection final : public Connection {
+class WatchedConnection final : public ConnectionDecorator {
 public:
     WatchedConnection(ConnectionPtr inner, std::function<void(StringView)> tell)
-        : inner_(std::move(inner)), tell_(std::move(tell))
+        : ConnectionDecorator(std::move(inner)), tell_(std::move(tell))
     {}
     RecordsetPtr Execute(StringView statement) override
     {
         tell_(statement);
-        return inner_->Execute(statement);
+        return inner()->Execute(statement);
     }
-    RecordsetPtr executeNative(StringView statement) override { return inner_->executeNative(statement); }
-    EngineInfo engine() override { return inner_->engine(); }
 
 private:
-    ConnectionPtr inner_;
     std::function<void(StringView)> tell_;
 };
 

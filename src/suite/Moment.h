@@ -1,21 +1,8 @@
 #pragma once
 
-#include "runtime/String.h"
-
-#include <chrono>
-#include <optional>
+#include "runtime/Time.h"
 
 namespace zv {
-
-using Seconds = std::chrono::sys_seconds;
-
-/// This machine's clock, in UTC.
-Seconds timeHere();
-/// Formats: "2024-09-12 08:30:00".
-String momentText(Seconds time);
-/// Parses a timestamp of a database in that format; any separator of day and hour, and anything behind the
-/// seconds, is accepted. nullopt for another format.
-std::optional<Seconds> momentIn(StringView text);
 
 /// Times of a registration, serialised in its one column: creation and, behind a "+", the minutes from there
 /// to the station's last heartbeat: "2024-09-12 08:30:00+17".

@@ -1,0 +1,469 @@
+#include "data/history/HistoryConnection.h"
+
+#include "data/DataError.h"
+#include "data/Dialect.h"
+#include "data/Schema.h"
+#include "data/Statement.h"
+#include "data/Tokens.h"
+#include "runtime/Convert.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace zv::history {
+namespace {
+
+/// Table whose texts are stored enciphered: who reads one is noted.
+constexpr StringView enciphered = u"Enfermedad";
+constexpr StringView encipheredKey = u"IDEnfermedad";
+/// Registrations of rows: housekeeping of the stations, which no person ever types.
+constexpr StringView registrations = u"RegistroActivo";
+/// Tables whose dialogs save with several statements, so that a save may be cut between two.
+constexpr StringView savedInParts[] = {u"Banco",         u"Sucursal",         u"ConsejoOrientador_Nota",
+                                       u"Alumno_InfInd", u"Alumno_InfIndESO", u"Alumno_InfIndPrim"};
+/// Notes that wait are bounded: a database that cannot be written for a day must not fill the memory.
+constexpr std::size_t mostPending = 1000;
+
+/// The history's tables are not there any more.
+struct Gone {};
+
+bool isOneOf(StringView word, std::initializer_list<StringView> words)
+{
+    return std::ranges::any_of(words, [&](StringView each) { return sameName(word, each); });
+}
+
+StringView firstWord(StringView statement)
+{
+    const Token first = Tokens(statement).next();
+    return statement.substr(first.start, first.length);
+}
+
+bool names(StringView statement, StringView table)
+{
+    Tokens tokens(statement);
+    for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next())
+        if (token.kind == Token::Kind::name &&
+            sameName(unquotedName(statement.substr(token.start, token.length)), table))
+            return true;
+    return false;
+}
+
+bool isOwn(StringView table)
+{
+    return table.size() >= ownPrefix.size() && sameName(table.substr(0, ownPrefix.size()), ownPrefix);
+}
+
+/// Key of the table; nullptr for one of which it is not known.
+const schema::Table* keyed(StringView table) { return schema::table(table); }
+
+std::span<const schema::Column> keyColumns(const schema::Table& table)
+{
+    return table.columns().first(table.keyColumns);
+}
+
+bool setsKey(const Write& write)
+{
+    return std::ranges::any_of(keyColumns(*keyed(write.table)), [&](const schema::Column& each) {
+        return valueOf(write.values, each.name) != nullptr;
+    });
+}
+
+String keyOf(const schema::Table& table, const Fields& fields)
+{
+    Fields key;
+    for (const schema::Column& each : keyColumns(table))
+        if (const Value* value = valueOf(fields, each.name))
+            key.push_back({String(each.name), *value});
+    return key.size() == table.keyColumns ? conditionOf(key) : String();
+}
+
+/// Begins to append; where the tables have gone, Gone.
+Appending appendingTo(Connection& centro)
+{
+    try {
+        return Appending(centro);
+    } catch (const DataError& error) {
+        if (error.number() == failure::tableMissing)
+            throw Gone();
+        throw;
+    }
+}
+
+String openingText(const Opening& opening)
+{
+    return textOf({{u"Dialogo", opening.dialog},
+                   {u"Fila", opening.row},
+                   {u"Nueva", opening.creates},
+                   {u"IDUsuario", opening.user},
+                   {u"Usuario", opening.userName},
+                   {u"Puesto", opening.station}});
+}
+
+} // namespace
+
+HistoryConnection::HistoryConnection(ConnectionPtr inner, ColumnsOf columnsOf, Begins begins)
+    : ConnectionDecorator(std::move(inner)), columnsOf_(std::move(columnsOf)),
+      asleep_(begins == Begins::withADialog)
+{}
+
+RecordsetPtr HistoryConnection::Execute(StringView statement)
+{
+    return run(statement, [this](StringView each) { return inner()->Execute(each); });
+}
+
+RecordsetPtr HistoryConnection::executeNative(StringView statement)
+{
+    return run(statement, [this](StringView each) { return inner()->executeNative(each); });
+}
+
+RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
+{
+    if (asleep_ || missing_)
+        return run(statement);
+    const StringView verb = firstWord(statement);
+    if (sameName(verb, u"select")) {
+        RecordsetPtr rows = run(statement);
+        noteReading(statement);
+        return rows;
+    }
+    if (controlsTransaction(verb) || isOneOf(verb, {u"pragma", u"set", u"vacuum", u"analyze", u"with"}))
+        return run(statement);
+    const std::optional<Write> write = writeOf(statement);
+    if (write && isOwn(write->table))
+        return run(statement);
+    if (names(statement, registrations))
+        return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
+    if (closing_)
+        ++closing_->tried;
+    try {
+        const bool understood = write && keyed(write->table) && !columns(write->table).empty() &&
+                                (write->kind != Write::Kind::update || !setsKey(*write));
+        return understood ? runNoted(statement, *write, run) : runAlone(statement, run);
+    } catch (const Gone&) {
+        missing_ = true;
+        return run(statement);
+    } catch (const DataError& error) {
+        noteFailure(error, write);
+        throw;
+    }
+}
+
+/// The caller's transaction is ours as well; a rollback takes back what openings and saves were noted in it.
+bool HistoryConnection::controlsTransaction(StringView verb)
+{
+    if (sameName(verb, u"begin")) {
+        before_ = open_;
+        callersTransaction_ = true;
+        return true;
+    }
+    if (!isOneOf(verb, {u"commit", u"rollback", u"end"}))
+        return false;
+    if (sameName(verb, u"rollback") && before_.size() == open_.size())
+        open_ = before_;
+    callersTransaction_ = false;
+    return true;
+}
+
+void HistoryConnection::inTransaction(StringView statement, const std::function<void()>& work)
+{
+    if (callersTransaction_)
+        return work();
+    const std::vector<Open> before = open_;
+    const std::vector<Entry> waiting = pending_;
+    try {
+        inner()->executeNative(u"BEGIN");
+        work();
+        inner()->executeNative(u"COMMIT");
+        return;
+    } catch (...) {
+        open_ = before;
+        pending_ = waiting;
+        try {
+            inner()->executeNative(u"ROLLBACK");
+        } catch (const RuntimeError&) {
+            // Best effort: where the link was lost or nothing began, there is nothing to take back.
+        }
+        // Whoever sent a statement is told of that, and not of what was done around it.
+        try {
+            throw;
+        } catch (const DataError& error) {
+            throw DataError(error.number(), error.engineCode(), error.engineText(), statement);
+        }
+    }
+}
+
+RecordsetPtr HistoryConnection::runNoted(StringView statement, const Write& write, const Run& run)
+{
+    RecordsetPtr result;
+    inTransaction(statement, [&] {
+        Appending log = appendingTo(*inner());
+        const bool unique = keyed(write.table)->key != schema::Key::repeated;
+        const bool inserts = write.kind == Write::Kind::insert;
+        const String inserted = inserts ? keyCondition(write, {}) : String();
+        Rows before = inserts ? (unique || inserted.empty() ? Rows() : rowsOf(write, inserted))
+                              : rowsOf(write, write.where);
+        result = run(statement);
+        if (inserts && inserted.empty()) {
+            add(log, {.kind = Kind::opaque, .table = write.table, .after = String(statement)});
+        } else {
+            const bool none = !inserts && before.empty();
+            Rows after = none ? Rows() : rowsOf(write, inserts ? inserted : keyCondition(write, before));
+            if (none && write.kind == Write::Kind::update)
+                add(log, {.kind = Kind::missed,
+                          .table = String(keyed(write.table)->name),
+                          .row = write.where.substr(0, 250),
+                          .after = textOf(write.values)});
+            addDifferences(log, write, std::move(before), std::move(after));
+        }
+        addPending(log);
+        log.finish();
+    });
+    return result;
+}
+
+/// A statement that is not understood: kept as its text, in its transaction.
+RecordsetPtr HistoryConnection::runAlone(StringView statement, const Run& run)
+{
+    RecordsetPtr result;
+    inTransaction(statement, [&] {
+        Appending log = appendingTo(*inner());
+        result = run(statement);
+        add(log, {.kind = Kind::opaque, .table = {}, .after = String(statement)});
+        addPending(log);
+        log.finish();
+    });
+    return result;
+}
+
+/// A dialog that releases its row has ended its save: both in one transaction, so that a station that dies
+/// leaves a registration and a cut save, or neither.
+RecordsetPtr HistoryConnection::runRelease(StringView statement, const Run& run)
+{
+    if (open_.empty() || open_.back().save == 0 || !open_.back().severalRows)
+        return run(statement);
+    RecordsetPtr result;
+    try {
+        inTransaction(statement, [&] {
+            Appending log = appendingTo(*inner());
+            add(log, {.kind = Kind::ended});
+            open_.back().save = 0;
+            open_.back().severalRows = false;
+            result = run(statement);
+            addPending(log);
+            log.finish();
+        });
+    } catch (const Gone&) {
+        return run(statement);
+    }
+    return result;
+}
+
+HistoryConnection::Rows HistoryConnection::rowsOf(const Write& write, StringView condition)
+{
+    const schema::Table& table = *keyed(write.table);
+    const std::vector<String>& all = columns(write.table);
+    String query = u"SELECT ";
+    for (const String& each : all)
+        query += (&each == &all.front() ? u"" : u", ") + each;
+    query += u" FROM " + String(table.name);
+    if (!condition.empty())
+        query += u" WHERE " + String(condition);
+    Rows result;
+    for (const RecordsetPtr rows = inner()->Execute(query); !rows->Eof(); rows->MoveNext()) {
+        const std::vector<Value> values = rows->row();
+        Fields fields;
+        fields.reserve(values.size());
+        for (std::size_t i = 0; i < values.size(); ++i)
+            fields.push_back({all[i], values[i]});
+        String key = keyOf(table, fields);
+        result.push_back({std::move(key), std::move(fields)});
+    }
+    return result;
+}
+
+/// The condition that finds the rows afterwards: by their keys, or, of an inserted row, by the key that it
+/// brings
+/// ("" if it brings none).
+String HistoryConnection::keyCondition(const Write& write, const Rows& before)
+{
+    if (write.kind == Write::Kind::remove)
+        return write.where;
+    if (write.kind == Write::Kind::update) {
+        String result;
+        for (const Row& each : before)
+            result += (result.empty() ? u"(" : u" OR (") + each.key + u")";
+        return result;
+    }
+    Fields given = write.values;
+    const std::vector<String>& all = columns(write.table);
+    for (std::size_t i = 0; i < given.size(); ++i)
+        if (given[i].column.empty() && i < all.size())
+            given[i].column = all[i];
+    return keyOf(*keyed(write.table), given);
+}
+
+void HistoryConnection::addDifferences(Appending& log, const Write& write, Rows before, Rows after)
+{
+    const String table(keyed(write.table)->name);
+    // What is the same on both sides was not written; where a key may stand twice, as often as it stands on
+    // both.
+    std::erase_if(before, [&](const Row& was) {
+        const auto is =
+            std::ranges::find_if(after, [&](const Row& each) { return same(each.fields, was.fields); });
+        if (is == after.end())
+            return false;
+        after.erase(is);
+        return true;
+    });
+    for (const Row& was : before) {
+        const auto is = std::ranges::find(after, was.key, &Row::key);
+        if (is == after.end()) {
+            add(log, {.kind = Kind::removed, .table = table, .row = was.key, .before = textOf(was.fields)});
+            continue;
+        }
+        Fields old;
+        Fields now;
+        for (std::size_t i = 0; i < was.fields.size(); ++i)
+            if (!same(was.fields[i].value, is->fields[i].value)) {
+                old.push_back(was.fields[i]);
+                now.push_back(is->fields[i]);
+            }
+        add(log, {.kind = Kind::changed,
+                  .table = table,
+                  .row = was.key,
+                  .before = textOf(old),
+                  .after = textOf(now)});
+        after.erase(is);
+    }
+    for (const Row& is : after)
+        add(log, {.kind = Kind::added, .table = table, .row = is.key, .after = textOf(is.fields)});
+}
+
+/// Adds an entry of the opening in hand, behind the opening's own if it is its first.
+void HistoryConnection::add(Appending& log, Entry entry)
+{
+    if (open_.empty()) {
+        log.add(std::move(entry));
+        return;
+    }
+    Open& top = open_.back();
+    if (top.number == 0)
+        top.number =
+            log.add({.kind = Kind::opened, .opening = log.next(), .after = openingText(top.opening)});
+    entry.opening = top.number;
+    if (entry.kind != Kind::read) {
+        if (top.save == 0)
+            top.save = log.next();
+        entry.save = top.save;
+        top.severalRows |=
+            std::ranges::any_of(savedInParts, [&](StringView each) { return sameName(each, entry.table); });
+    }
+    log.add(std::move(entry));
+}
+
+void HistoryConnection::addPending(Appending& log)
+{
+    for (Entry& each : std::exchange(pending_, {}))
+        add(log, std::move(each));
+}
+
+void HistoryConnection::flush()
+{
+    if (pending_.empty() || callersTransaction_ || missing_)
+        return;
+    try {
+        inTransaction(u"", [&] {
+            Appending log = appendingTo(*inner());
+            addPending(log);
+            log.finish();
+        });
+    } catch (const Gone&) {
+        missing_ = true;
+    } catch (const RuntimeError&) {
+        // What cannot be noted now waits for the next transaction: a note never makes a dialog fail.
+        if (pending_.size() > mostPending)
+            pending_.erase(pending_.begin(), pending_.end() - mostPending);
+    }
+}
+
+void HistoryConnection::noteReading(StringView query)
+{
+    if (!readsTexts(query, enciphered))
+        return;
+    const std::optional<Long> row = numberAskedFor(query, encipheredKey);
+    pending_.push_back({.kind = Kind::read,
+                        .table = String(enciphered),
+                        .row = row ? conditionOf({{String(encipheredKey), *row}}) : String()});
+    flush();
+}
+
+void HistoryConnection::noteFailure(const DataError& error, const std::optional<Write>& write)
+{
+    if (closing_) {
+        ++closing_->failed;
+        closing_->failure = error.description();
+    }
+    pending_.push_back({.kind = Kind::failed,
+                        .table = write && keyed(write->table) ? String(keyed(write->table)->name) : String(),
+                        .row = write ? write->where.substr(0, 250) : String(),
+                        .before = textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}}),
+                        .after = write ? textOf(write->values) : error.statement()});
+}
+
+void HistoryConnection::dialogOpened(const Opening& opening)
+{
+    asleep_ = false;
+    if (open_.empty()) {
+        closing_ = Closed{
+            .opening = opening, .headBefore = 0, .openings = {}, .tried = 0, .failed = 0, .failure = {}};
+        try {
+            closing_->headBefore = missing_ ? 0 : headOf(*inner()).number;
+        } catch (const RuntimeError&) {
+            closing_->headBefore = 0;
+        }
+    }
+    open_.push_back({opening});
+}
+
+void HistoryConnection::dialogAtRest()
+{
+    if (open_.empty())
+        return;
+    Open& top = open_.back();
+    if (top.save != 0 && top.severalRows)
+        pending_.push_back({.kind = Kind::ended});
+    flush();
+    top.save = 0;
+    top.severalRows = false;
+}
+
+void HistoryConnection::dialogClosed()
+{
+    if (open_.empty())
+        return;
+    dialogAtRest();
+    if (closing_ && open_.back().number != 0)
+        closing_->openings.push_back(open_.back().number);
+    open_.pop_back();
+    if (open_.empty())
+        closed_ = std::exchange(closing_, std::nullopt);
+}
+
+std::optional<HistoryConnection::Closed> HistoryConnection::takeClosed()
+{
+    return std::exchange(closed_, std::nullopt);
+}
+
+const std::vector<String>& HistoryConnection::columns(StringView table)
+{
+    const String name = lowerName(table);
+    const auto known = columns_.find(name);
+    return known != columns_.end() ? known->second : columns_[name] = columnsOf_(table);
+}
+
+HistoryConnection* historyOf(const ConnectionPtr& connection)
+{
+    return dynamic_cast<HistoryConnection*>(connection.get());
+}
+
+} // namespace zv::history

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "data/Connection.h"
+#include "data/history/Log.h"
+#include "data/history/Write.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+
+namespace zv::history {
+
+/// Names of a table's columns in physical order; empty for a table that is not there.
+using ColumnsOf = std::function<std::vector<String>(StringView table)>;
+
+/// Decorator of a live database's connection: keeps what each written row was and is, in one transaction of
+/// the engine with the statement, so that there is never one without the other. Other stations see what they
+/// would see without. A statement that is not understood runs, and is kept as its text; one that fails is
+/// noted when the dialog rests.
+class HistoryConnection final : public ConnectionDecorator {
+public:
+    enum class Begins {
+        atOnce,
+        withADialog ///< What is written before the first dialog opens, to make a school, is not noted.
+    };
+    HistoryConnection(ConnectionPtr inner, ColumnsOf columnsOf, Begins begins = Begins::atOnce);
+
+    RecordsetPtr Execute(StringView statement) override;
+    RecordsetPtr executeNative(StringView statement) override;
+    void dialogOpened(const Opening& opening) override;
+    void dialogClosed() override;
+    void dialogAtRest() override;
+
+    /// What a host needs to tell of a dialog that has closed: the entries of all openings that ended since
+    /// the last call, and where the history stood when the outermost of them began.
+    struct Closed {
+        Opening opening;
+        Long headBefore = 0;
+        std::vector<Long> openings; ///< Numbers of their first entries; none where nothing was noted.
+        Long tried = 0;             ///< Statements that were to write.
+        Long failed = 0;            ///< How many of them failed.
+        String failure;             ///< The words of the last failure.
+    };
+    std::optional<Closed> takeClosed();
+
+private:
+    using Run = std::function<RecordsetPtr(StringView)>;
+    struct Open {
+        Opening opening;
+        Long number = 0;          ///< Of its entry; 0 while nothing was noted.
+        Long save = 0;            ///< First entry of the save that runs; 0 for none.
+        bool severalRows = false; ///< The save goes on over several statements, and its end is noted.
+    };
+    /// A row's columns, and the condition that finds it.
+    struct Row {
+        String key;
+        Fields fields;
+    };
+    using Rows = std::vector<Row>;
+
+    RecordsetPtr run(StringView statement, const Run& run);
+    RecordsetPtr runNoted(StringView statement, const Write& write, const Run& run);
+    RecordsetPtr runAlone(StringView statement, const Run& run);
+    RecordsetPtr runRelease(StringView statement, const Run& run);
+    void noteReading(StringView query);
+    void noteFailure(const DataError& error, const std::optional<Write>& write);
+    bool controlsTransaction(StringView statement);
+    void inTransaction(StringView statement, const std::function<void()>& work);
+
+    Rows rowsOf(const Write& write, StringView condition);
+    String keyCondition(const Write& write, const Rows& before);
+    void addDifferences(Appending& log, const Write& write, Rows before, Rows after);
+    void add(Appending& log, Entry entry);
+    void addPending(Appending& log);
+    void flush();
+    const std::vector<String>& columns(StringView table);
+
+    ColumnsOf columnsOf_;
+    std::map<String, std::vector<String>> columns_; ///< Cache by the table's name in lower case.
+    std::vector<Open> open_;                        ///< Stack of the openings.
+    std::vector<Open> before_;                      ///< The stack as the transaction that runs found it.
+    std::vector<Entry> pending_;                    ///< Notes that wait for the next transaction.
+    std::optional<Closed> closed_;
+    std::optional<Closed> closing_;
+    bool asleep_ = false;
+    bool callersTransaction_ = false;
+    bool missing_ = false; ///< The history's tables have gone: nothing is noted any more.
+};
+
+/// The history behind a connection, or nullptr where there is none.
+HistoryConnection* historyOf(const ConnectionPtr& connection);
+
+} // namespace zv::history

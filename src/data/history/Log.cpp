@@ -1,0 +1,159 @@
+#include "data/history/Log.h"
+
+#include "data/Statement.h"
+#include "data/Transaction.h"
+#include "data/history/Chain.h"
+#include "runtime/Convert.h"
+#include "runtime/Time.h"
+
+namespace zv::history {
+namespace {
+
+constexpr StringView tables[] = {
+    u"CREATE TABLE HistorialAsiento (Numero INTEGER NOT NULL PRIMARY KEY, Momento VARCHAR(30) NOT NULL, "
+    u"Clase SMALLINT NOT NULL, Apertura INTEGER NOT NULL, Guardado INTEGER NOT NULL, Tabla VARCHAR(64) NOT "
+    u"NULL, "
+    u"Fila VARCHAR(250) NOT NULL, Antes TEXT, Despues TEXT, Sal VARCHAR(24), Huella VARCHAR(44) NOT NULL, "
+    u"Enlace VARCHAR(44) NOT NULL)",
+    u"CREATE INDEX HistorialAsiento_Fila ON HistorialAsiento (Tabla, Fila)",
+    u"CREATE TABLE HistorialCabeza (Numero INTEGER NOT NULL, Enlace VARCHAR(44), Activo SMALLINT NOT NULL, "
+    u"PlazoMeses INTEGER NOT NULL)",
+    u"INSERT INTO HistorialCabeza (Numero, Enlace, Activo, PlazoMeses) VALUES (0, '', -1, 0)",
+};
+
+/// The columns of an entry, in the order in which entryOf() takes them.
+constexpr StringView columns =
+    u"Numero, Momento, Clase, Apertura, Guardado, Tabla, Fila, Antes, Despues, Sal, Huella, Enlace";
+
+String textIn(const Value& value) { return value.isNull() ? String() : CStr(value); }
+
+Entry entryOf(const std::vector<Value>& row)
+{
+    return {.number = CLng(row[0]),
+            .moment = textIn(row[1]),
+            .kind = static_cast<Kind>(CInt(row[2])),
+            .opening = CLng(row[3]),
+            .save = CLng(row[4]),
+            .table = textIn(row[5]),
+            .row = textIn(row[6]),
+            .before = textIn(row[7]),
+            .after = textIn(row[8]),
+            .salt = textIn(row[9]),
+            .digest = textIn(row[10]),
+            .link = textIn(row[11])};
+}
+
+/// NULL for an empty text: that is how an entry stands that never had one, or was erased.
+String given(const String& text) { return text.empty() ? u"NULL" : textLiteral(text); }
+
+void switchTo(Connection& centro, bool on)
+{
+    centro.executeNative(statement(u"UPDATE HistorialCabeza SET Activo={}", {on}));
+}
+
+} // namespace
+
+void activate(Connection& centro)
+{
+    try {
+        switchTo(centro, true);
+        return;
+    } catch (const DataError& error) {
+        if (error.number() != failure::tableMissing)
+            throw;
+    }
+    Transaction transaction(centro);
+    for (const StringView each : tables)
+        centro.executeNative(each);
+    transaction.commit();
+}
+
+void deactivate(Connection& centro)
+{
+    try {
+        switchTo(centro, false);
+    } catch (const DataError& error) {
+        if (error.number() != failure::tableMissing)
+            throw;
+    }
+}
+
+bool isActive(Connection& centro)
+{
+    try {
+        const RecordsetPtr rows = centro.executeNative(u"SELECT Activo FROM HistorialCabeza");
+        return !rows->Eof() && CLng(rows->Fields(u"Activo")) != 0;
+    } catch (const DataError& error) {
+        if (error.number() != failure::tableMissing)
+            throw;
+        return false;
+    }
+}
+
+Head headOf(Connection& centro)
+{
+    const RecordsetPtr rows = centro.executeNative(u"SELECT Numero, Enlace FROM HistorialCabeza");
+    return {CLng(rows->Fields(u"Numero")), textIn(rows->Fields(u"Enlace"))};
+}
+
+Appending::Appending(Connection& centro) : centro_(centro)
+{
+    // A write and no reading first: on every engine it takes the lock, and waits for who holds it.
+    centro_.executeNative(u"UPDATE HistorialCabeza SET Numero=Numero");
+    head_ = headOf(centro_);
+    moment_ = momentNow();
+}
+
+Long Appending::add(Entry entry)
+{
+    entry.number = next();
+    entry.moment = moment_;
+    if (!entry.before.empty() || !entry.after.empty())
+        entry.salt = freshSalt();
+    entry.digest = digestOf(entry);
+    entry.link = linkOf(head_.link, entry);
+    centro_.executeNative(statement(u"INSERT INTO HistorialAsiento (Numero, Momento, Clase, Apertura, "
+                                    u"Guardado, Tabla, Fila, Antes, Despues, Sal, "
+                                    u"Huella, Enlace) VALUES ({},{},{},{},{},{},{},{},{},{},{},{})",
+                                    {entry.number, textLiteral(entry.moment), static_cast<Long>(entry.kind),
+                                     entry.opening, entry.save, textLiteral(entry.table),
+                                     textLiteral(entry.row), given(entry.before), given(entry.after),
+                                     given(entry.salt), textLiteral(entry.digest), textLiteral(entry.link)}));
+    head_ = {entry.number, entry.link};
+    changed_ = true;
+    return entry.number;
+}
+
+void Appending::finish()
+{
+    if (changed_)
+        centro_.executeNative(statement(u"UPDATE HistorialCabeza SET Numero={}, Enlace={}",
+                                        {head_.number, textLiteral(head_.link)}));
+}
+
+void forEach(Connection& centro, StringView condition, const std::function<bool(const Entry&)>& use,
+             bool newestFirst)
+{
+    String query = u"SELECT " + String(columns) + u" FROM HistorialAsiento";
+    if (!condition.empty())
+        query += u" WHERE " + String(condition);
+    query += newestFirst ? u" ORDER BY Numero DESC" : u" ORDER BY Numero";
+    for (const RecordsetPtr rows = centro.executeNative(query); !rows->Eof(); rows->MoveNext())
+        if (!use(entryOf(rows->row())))
+            return;
+}
+
+std::vector<Entry> entries(Connection& centro, StringView condition, bool newestFirst)
+{
+    std::vector<Entry> result;
+    forEach(
+        centro, condition,
+        [&](const Entry& each) {
+            result.push_back(each);
+            return true;
+        },
+        newestFirst);
+    return result;
+}
+
+} // namespace zv::history
