@@ -9,13 +9,16 @@
 #include "session/cNombreNodo.h"
 #include "suite/sodium/EncryptoApi.h"
 #include "zvhost/Gallery.h"
+#include "zvhost/KeptText.h"
 #include "zvhost/MainWindow.h"
+#include "zvhost/ServerWait.h"
 #include "zvhost/Start.h"
 #include "zvhost/Widgets.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QProcess>
+#include <QTimer>
 
 #include <iostream>
 #include <optional>
@@ -70,6 +73,7 @@ public:
 
 private:
     QtDesktop desktop_;
+    ServerWait wait_{desktop_};
 };
 
 QCommandLineOption valued(const char* name)
@@ -153,6 +157,7 @@ int mainWindow(const QStringList& words)
             build();
         window->use(std::move(host));
         window->show();
+        QTimer::singleShot(0, &*window, [&] { offerKeptTexts(&*window); });
         result = QApplication::exec();
     }
     return result;

@@ -1,5 +1,6 @@
 #include "zvhost/MainWindow.h"
 
+#include "data/ServerAway.h"
 #include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "session/cConstCol.h"
@@ -249,6 +250,7 @@ void MainWindow::followHeld()
     // Not below a dialog: its own statements come first.
     if (QApplication::activeModalWidget() != nullptr)
         return;
+    const Unattended work;
     try {
         if (wanted_ && !heldRows(*host_->school().centro, *wanted_->node).contains(wanted_->row.key)) {
             const Wanted free = *wanted_;

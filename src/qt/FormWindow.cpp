@@ -3,6 +3,7 @@
 #include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
+#include "qt/Contents.h"
 #include "qt/GridView.h"
 #include "qt/Help.h"
 #include "qt/Legible.h"
@@ -266,6 +267,14 @@ void FormWindow::takeFocusOver(ControlView& view)
 {
     if (!busy() && view.input().hasFocus() && form_.ActiveControl() != &view.control())
         act([&](Acts& acts) { return acts.focus(view.control()); });
+}
+
+QString FormWindow::contents() const
+{
+    QString text = contentsOf(form_);
+    if (guide_ && guide_->isSection())
+        text += contentsOf(guide_->controls(), guide_->unsaved());
+    return text;
 }
 
 void FormWindow::end()

@@ -22,6 +22,7 @@ public:
 
     bool isSection() const { return controls_.isSection(); }
     const SectionControls& controls() const { return controls_; }
+    const UnsavedPupils& unsaved() const { return unsaved_; }
     /// The line under the form. Hidden where the form holds no section.
     QLabel& line() { return line_; }
     /// Runs the macro of a key, through the window; false: the key has its plain meaning.
