@@ -37,7 +37,8 @@ int activarHistorial(Arguments arguments)
 {
     const Options options(arguments, {{u"--bd", 1}});
     history::activate(*openSchool(options.values(u"--bd").front()).centro);
-    printLine(u"El historial está activado: se guarda lo que cambian los programas que se abran desde ahora.");
+    printLine(
+        u"El historial está activado: se guarda lo que cambian los programas que se abran desde ahora.");
     return done;
 }
 

@@ -16,9 +16,9 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command commands[] = {
-    {u"crear", crear}, {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
-    {u"guion", guion}, {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
-    {u"historial", historial},
+    {u"crear", crear},   {u"comprobar", comprobar}, {u"registros", registros},
+    {u"clave", clave},   {u"guion", guion},         {u"azar", azar},
+    {u"textos", textos}, {u"nodos", nodos},         {u"historial", historial},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.

@@ -127,8 +127,8 @@ QString askSchoolFile(QWidget* parent, Choice what)
 
 std::unique_ptr<Host> openHost(const String& url, const Choices& choices)
 {
-    School school = history::withHistory(
-        openSchool(url, [&](const School& found) { requireWhole(found, url); }), url);
+    School school =
+        history::withHistory(openSchool(url, [&](const School& found) { requireWhole(found, url); }), url);
     return std::make_unique<Host>(url, std::move(school), choices);
 }
 

@@ -116,7 +116,9 @@ private:
         std::optional<FreshSchool> fresh;
         if (!options_.existing)
             fresh.emplace(options_.fresh.value_or(u"sqlite:"), options_.sample);
-        const School school = fresh ? fresh->school() : history::withHistory(openSchool(*options_.existing), *options_.existing);
+        const School school = fresh
+                                  ? fresh->school()
+                                  : history::withHistory(openSchool(*options_.existing), *options_.existing);
         engine_ = school.centro->engine();
         Play play(guion, school, stage_);
         try {

@@ -8,6 +8,7 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace zv::history {
@@ -133,8 +134,8 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
         return run(statement);
     if (names(statement, registrations))
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
-    if (closing_)
-        ++closing_->tried;
+    if (!open_.empty() && write && write->kind != Write::Kind::remove)
+        ++closing_.parts[open_.back().part].tried;
     try {
         const bool understood = write && keyed(write->table) && !columns(write->table).empty() &&
                                 (write->kind != Write::Kind::update || !setsKey(*write));
@@ -281,6 +282,17 @@ HistoryConnection::Rows HistoryConnection::rowsOf(const Write& write, StringView
     return result;
 }
 
+/// The values with the names of their columns, also where the statement has none.
+Fields HistoryConnection::named(const Write& write)
+{
+    Fields result = write.values;
+    const std::vector<String>& all = columns(write.table);
+    for (std::size_t i = 0; i < result.size(); ++i)
+        if (result[i].column.empty() && i < all.size())
+            result[i].column = all[i];
+    return result;
+}
+
 /// The condition that finds the rows afterwards: by their keys, or, of an inserted row, by the key that it
 /// brings
 /// ("" if it brings none).
@@ -294,12 +306,7 @@ String HistoryConnection::keyCondition(const Write& write, const Rows& before)
             result += (result.empty() ? u"(" : u" OR (") + each.key + u")";
         return result;
     }
-    Fields given = write.values;
-    const std::vector<String>& all = columns(write.table);
-    for (std::size_t i = 0; i < given.size(); ++i)
-        if (given[i].column.empty() && i < all.size())
-            given[i].column = all[i];
-    return keyOf(*keyed(write.table), given);
+    return keyOf(*keyed(write.table), named(write));
 }
 
 void HistoryConnection::addDifferences(Appending& log, const Write& write, Rows before, Rows after)
@@ -348,8 +355,9 @@ void HistoryConnection::add(Appending& log, Entry entry)
     }
     Open& top = open_.back();
     if (top.number == 0)
-        top.number =
-            log.add({.kind = Kind::opened, .opening = log.next(), .after = openingText(top.opening)});
+        top.number = log.add({.kind = Kind::opened,
+                              .opening = log.next(),
+                              .after = openingText(closing_.parts[top.part].opening)});
     entry.opening = top.number;
     if (entry.kind != Kind::read) {
         if (top.save == 0)
@@ -399,30 +407,32 @@ void HistoryConnection::noteReading(StringView query)
 
 void HistoryConnection::noteFailure(const DataError& error, const std::optional<Write>& write)
 {
-    if (closing_) {
-        ++closing_->failed;
-        closing_->failure = error.description();
-    }
-    pending_.push_back({.kind = Kind::failed,
-                        .table = write && keyed(write->table) ? String(keyed(write->table)->name) : String(),
-                        .row = write ? write->where.substr(0, 250) : String(),
-                        .before = textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}}),
-                        .after = write ? textOf(write->values) : error.statement()});
+    const bool ours = write && keyed(write->table);
+    // Nothing is asked of a database that has just failed.
+    const bool known = ours && columns_.contains(lowerName(write->table));
+    const Entry entry{.kind = Kind::failed,
+                      .table = ours ? String(keyed(write->table)->name) : String(),
+                      .row = write ? write->where.substr(0, 250) : String(),
+                      .before = textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}}),
+                      .after = known ? textOf(named(*write)) : error.statement()};
+    if (!open_.empty() && closing_.parts[open_.back().part].failed.size() < mostPending)
+        closing_.parts[open_.back().part].failed.push_back(entry);
+    pending_.push_back(entry);
 }
 
 void HistoryConnection::dialogOpened(const Opening& opening)
 {
     asleep_ = false;
-    if (open_.empty()) {
-        closing_ = Closed{
-            .opening = opening, .headBefore = 0, .openings = {}, .tried = 0, .failed = 0, .failure = {}};
-        try {
-            closing_->headBefore = missing_ ? 0 : headOf(*inner()).number;
-        } catch (const RuntimeError&) {
-            closing_->headBefore = 0;
-        }
+    if (open_.empty())
+        closing_ = {};
+    open_.push_back({.part = closing_.parts.size()});
+    closing_.parts.push_back({.opening = opening});
+    try {
+        closing_.parts.back().headBefore = missing_ ? 0 : headOf(*inner()).number;
+    } catch (const RuntimeError&) {
+        // Nothing is told then of what others wrote meanwhile.
+        closing_.parts.back().headBefore = std::numeric_limits<Long>::max();
     }
-    open_.push_back({opening});
 }
 
 void HistoryConnection::dialogAtRest()
@@ -442,11 +452,10 @@ void HistoryConnection::dialogClosed()
     if (open_.empty())
         return;
     dialogAtRest();
-    if (closing_ && open_.back().number != 0)
-        closing_->openings.push_back(open_.back().number);
+    closing_.parts[open_.back().part].number = open_.back().number;
     open_.pop_back();
     if (open_.empty())
-        closed_ = std::exchange(closing_, std::nullopt);
+        closed_ = std::exchange(closing_, {});
 }
 
 std::optional<HistoryConnection::Closed> HistoryConnection::takeClosed()
