@@ -136,6 +136,8 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
     if (!open_.empty() && write && write->kind != Write::Kind::remove)
         ++closing_.parts[open_.back().part].tried;
+    // On its own, so that what is noted of an earlier statement does not make this one fail.
+    flush();
     try {
         const bool understood = write && keyed(write->table) && !columns(write->table).empty() &&
                                 (write->kind != Write::Kind::update || !setsKey(*write));
@@ -216,7 +218,6 @@ RecordsetPtr HistoryConnection::runNoted(StringView statement, const Write& writ
                           .after = textOf(write.values)});
             addDifferences(log, write, std::move(before), std::move(after));
         }
-        addPending(log);
         log.finish();
     });
     return result;
@@ -230,7 +231,6 @@ RecordsetPtr HistoryConnection::runAlone(StringView statement, const Run& run)
         Appending log = appendingTo(*inner());
         result = run(statement);
         add(log, {.kind = Kind::opaque, .table = {}, .after = String(statement)});
-        addPending(log);
         log.finish();
     });
     return result;
@@ -250,7 +250,6 @@ RecordsetPtr HistoryConnection::runRelease(StringView statement, const Run& run)
             open_.back().save = 0;
             open_.back().severalRows = false;
             result = run(statement);
-            addPending(log);
             log.finish();
         });
     } catch (const Gone&) {

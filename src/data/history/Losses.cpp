@@ -170,41 +170,6 @@ private:
     std::vector<Entry> missed_;
 };
 
-Opening openingOf(Connection& centro, Long number)
-{
-    Opening opening;
-    for (const Entry& each :
-         number == 0 ? std::vector<Entry>() : entries(centro, statement(u"Numero={}", {number}))) {
-        const Fields who = fieldsIn(each.after);
-        if (const Value* dialog = valueOf(who, u"Dialogo"))
-            opening.dialog = String() + *dialog;
-        if (const Value* user = valueOf(who, u"IDUsuario"))
-            opening.user = CInt(*user);
-        if (const Value* name = valueOf(who, u"Usuario"))
-            opening.userName = String() + *name;
-    }
-    return opening;
-}
-
-/// The columns of a condition like "CodAlumno=3 AND codMateria=7"; nullopt for any other. The clause of a
-/// SET has commas where a condition has AND, and is read otherwise in the same way.
-std::optional<Fields> fieldsOfCondition(StringView condition)
-{
-    String clause;
-    std::size_t copied = 0;
-    Tokens tokens(condition);
-    for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next())
-        if (sameName(condition.substr(token.start, token.length), u"AND")) {
-            clause.append(condition.substr(copied, token.start - copied)).append(u",");
-            copied = token.start + token.length;
-        }
-    try {
-        return fieldsIn(clause.append(condition.substr(copied)));
-    } catch (const DataError&) {
-        return std::nullopt;
-    }
-}
-
 /// Who wrote one of the fields of a row last, before that entry. A save that deletes the row and inserts the
 /// same wrote nothing.
 Author authorBefore(Connection& centro, const Loss& loss, Long number)
@@ -447,6 +412,40 @@ std::optional<Fields> rowNow(Connection& centro, const schema::Table& table, Str
             names.emplace_back(each.name);
     std::vector<Fields> rows = rowsOf(centro, table.name, names, condition);
     return rows.empty() ? std::nullopt : std::optional(std::move(rows.front()));
+}
+
+/// The clause of a SET has commas where a condition has AND, and is read otherwise in the same way.
+std::optional<Fields> fieldsOfCondition(StringView condition)
+{
+    String clause;
+    std::size_t copied = 0;
+    Tokens tokens(condition);
+    for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next())
+        if (sameName(condition.substr(token.start, token.length), u"AND")) {
+            clause.append(condition.substr(copied, token.start - copied)).append(u",");
+            copied = token.start + token.length;
+        }
+    try {
+        return fieldsIn(clause.append(condition.substr(copied)));
+    } catch (const DataError&) {
+        return std::nullopt;
+    }
+}
+
+Opening openingOf(Connection& centro, Long number)
+{
+    Opening opening;
+    for (const Entry& each :
+         number == 0 ? std::vector<Entry>() : entries(centro, statement(u"Numero={}", {number}))) {
+        const Fields who = fieldsIn(each.after);
+        if (const Value* dialog = valueOf(who, u"Dialogo"))
+            opening.dialog = String() + *dialog;
+        if (const Value* user = valueOf(who, u"IDUsuario"))
+            opening.user = CInt(*user);
+        if (const Value* name = valueOf(who, u"Usuario"))
+            opening.userName = String() + *name;
+    }
+    return opening;
 }
 
 std::vector<Loss> lossesOf(Connection& centro, const Closed& closed)

@@ -37,6 +37,10 @@ struct Loss {
 
 /// The row that a condition finds, with the columns that the schema knows; nullopt for none.
 std::optional<Fields> rowNow(Connection& centro, const schema::Table& table, StringView condition);
+/// The columns of a condition like "CodAlumno=3 AND codMateria=7"; nullopt for any other.
+std::optional<Fields> fieldsOfCondition(StringView condition);
+/// The opening with the number; an empty one for 0.
+Opening openingOf(Connection& centro, Long number);
 /// What a dialog that has closed lost; empty where it lost nothing. The history alone is read, and the rows
 /// themselves only for what was lost.
 std::vector<Loss> lossesOf(Connection& centro, const HistoryConnection::Closed& closed);
