@@ -10,6 +10,7 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace zv::history {
@@ -123,8 +124,8 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
     const std::optional<Write> write = writeOf(statement);
     if (names(statement, registrations))
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
-    if (closing_)
-        ++closing_->tried;
+    if (!open_.empty() && write && write->kind != Write::Kind::remove)
+        ++closing_.parts[open_.back().part].tried;
     try {
         const bool understood = write && keyed(write->table) && !columns(write->table).empty() &&
                                 (write->kind != Write::Kind::update || !setsKey(*write));
@@ -215,7 +216,6 @@ RecordsetPtr HistoryConnection::runAlone(StringView statement, const Run& run)
         Appending log = appendingTo(*inner());
         result = run(statement);
         add(log, {.kind = Kind::opaque, .table = {}, .after = String(statement)});
-        addPending(log);
         log.finish();
     });
     return result;
@@ -235,7 +235,6 @@ RecordsetPtr HistoryConnection::runRelease(StringView statement, const Run& run)
             open_.back().save = 0;
             open_.back().severalRows = false;
             result = run(statement);
-            addPending(log);
             log.finish();
         });
     } catch (const Gone&) {
@@ -345,8 +344,9 @@ void HistoryConnection::add(Appending& log, Entry entry)
     }
     Open& top = open_.back();
     if (top.number == 0)
-        top.number =
-            log.add({.kind = Kind::opened, .opening = log.next(), .after = openingText(top.opening)});
+        top.number = log.add({.kind = Kind::opened,
+                              .opening = log.next(),
+                              .after = openingText(closing_.parts[top.part].opening)});
     entry.opening = top.number;
     if (entry.kind != Kind::read) {
         if (top.save == 0)
@@ -411,16 +411,16 @@ void HistoryConnection::noteFailure(const DataError& error, const std::optional<
 void HistoryConnection::dialogOpened(const Opening& opening)
 {
     asleep_ = false;
-    if (open_.empty()) {
-        closing_ = Closed{
-            .opening = opening, .headBefore = 0, .openings = {}, .tried = 0, .failed = 0, .failure = {}};
-        try {
-            closing_->headBefore = missing_ ? 0 : headOf(*inner()).number;
-        } catch (const RuntimeError&) {
-            closing_->headBefore = 0;
-        }
+    if (open_.empty())
+        closing_ = {};
+    open_.push_back({.part = closing_.parts.size()});
+    closing_.parts.push_back({.opening = opening});
+    try {
+        closing_.parts.back().headBefore = missing_ ? 0 : headOf(*inner()).number;
+    } catch (const RuntimeError&) {
+        // Nothing is told then of what others wrote meanwhile.
+        closing_.parts.back().headBefore = std::numeric_limits<Long>::max();
     }
-    open_.push_back({opening});
 }
 
 /// The end of a save that is one transaction of its writer's belongs to that.
@@ -452,11 +452,10 @@ void HistoryConnection::dialogClosed()
     if (open_.empty())
         return;
     dialogAtRest();
-    if (closing_ && open_.back().number != 0)
-        closing_->openings.push_back(open_.back().number);
+    closing_.parts[open_.back().part].number = open_.back().number;
     open_.pop_back();
     if (open_.empty())
-        closed_ = std::exchange(closing_, std::nullopt);
+        closed_ = std::exchange(closing_, {});
 }
 
 std::optional<HistoryConnection::Closed> HistoryConnection::takeClosed()
