@@ -395,17 +395,19 @@ void HistoryConnection::noteReading(StringView query)
 
 void HistoryConnection::noteFailure(const DataError& error, const std::optional<Write>& write)
 {
-    if (closing_) {
-        ++closing_->failed;
-        closing_->failure = error.description();
-    }
+    const bool ours = write && keyed(write->table);
+    // Nothing is asked of a database that has just failed.
+    const bool known = ours && columns_.contains(lowerName(write->table));
     // A text may be why the statement failed: the note of it must not fail for the same.
-    pending_.push_back(
-        {.kind = Kind::failed,
-         .table = write && keyed(write->table) ? String(keyed(write->table)->name) : String(),
-         .row = write ? storable(write->where.substr(0, 250)) : String(),
-         .before = storable(textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}})),
-         .after = storable(write ? textOf(named(*write)) : error.statement())});
+    const Entry entry{.kind = Kind::failed,
+                      .table = ours ? String(keyed(write->table)->name) : String(),
+                      .row = write ? storable(write->where.substr(0, 250)) : String(),
+                      .before =
+                          storable(textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}})),
+                      .after = storable(known ? textOf(named(*write)) : error.statement())};
+    if (!open_.empty() && closing_.parts[open_.back().part].failed.size() < mostPending)
+        closing_.parts[open_.back().part].failed.push_back(entry);
+    pending_.push_back(entry);
 }
 
 void HistoryConnection::dialogOpened(const Opening& opening)
