@@ -64,11 +64,11 @@ JsonObject jsonOf(StringView table, const history::Fields& fields)
     JsonObject result;
     for (const history::Field& each : fields)
         if (const String* text = each.value.as<String>(); text && !history::isSecret(table, each.column))
-            result.text(each.column, *text);
+            result.text(history::nameOf(table, each.column), *text);
         else
-            result.raw(each.column, each.value.isNull() ? u"null"
-                                    : text != nullptr   ? u"\"(cifrado)\""
-                                                        : literal(each.value));
+            result.raw(history::nameOf(table, each.column), each.value.isNull() ? u"null"
+                                                            : text != nullptr   ? u"\"(cifrado)\""
+                                                                                : literal(each.value));
     return result;
 }
 

@@ -101,6 +101,18 @@ protected:
         return status;
     }
 
+    /// Runs `zvconf historial`; gives its exit code, and `said` what it wrote.
+    int historial(const std::string& arguments, const std::string& behind = {})
+    {
+        FILE* const seen = popen(
+            (ZVCONF " historial " + arguments + " --bd '" + toUtf8(url) + "' 2>&1" + behind).c_str(), "r");
+        said.clear();
+        for (int c = 0; (c = fgetc(seen)) != EOF;)
+            said += static_cast<char>(c);
+        return WEXITSTATUS(pclose(seen));
+    }
+
+    std::string said;
     const std::filesystem::path folder =
         std::filesystem::temp_directory_path() / ("zv-puestos-" + to_string(getpid()));
     String url;

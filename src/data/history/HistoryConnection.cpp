@@ -338,7 +338,7 @@ void HistoryConnection::addDifferences(Appending& log, const Write& write, Rows 
 /// Adds an entry of the opening in hand, behind the opening's own if it is its first.
 void HistoryConnection::add(Appending& log, Entry entry)
 {
-    if (open_.empty()) {
+    if (open_.empty() || entry.opening != 0) {
         log.add(std::move(entry));
         return;
     }
@@ -428,8 +428,10 @@ void HistoryConnection::dialogOpened(const Opening& opening)
 /// The end of a save that is one transaction of its writer's belongs to that.
 void HistoryConnection::noteEnd()
 {
+    const Open& top = open_.back();
     if (!callersTransaction_) {
-        pending_.push_back({.kind = Kind::ended});
+        // Of this save, also where it can only be written when another dialog is open.
+        pending_.push_back({.kind = Kind::ended, .opening = top.number, .save = top.save});
         return;
     }
     Appending log(*inner());

@@ -24,7 +24,7 @@ String change(StringView table, const Fields& from, const Fields& to)
     String result;
     for (const Field& each : from) {
         const Value* const now = valueOf(to, each.column);
-        result += (result.empty() ? u"" : u"; ") + each.column + u": " +
+        result += (result.empty() ? u"" : u"; ") + nameOf(table, each.column) + u": " +
                   shown(table, each.column, each.value) + u" -> " +
                   (now == nullptr ? u"?" : shown(table, each.column, *now));
     }
@@ -71,6 +71,15 @@ bool isSecret(StringView table, StringView column)
            !sameName(column, schema::table(enciphered)->columns().front().name);
 }
 
+String nameOf(StringView table, StringView column)
+{
+    if (const schema::Table* const known = schema::table(table))
+        for (const schema::Column& each : known->columns())
+            if (sameName(each.name, column))
+                return String(each.name);
+    return String(column);
+}
+
 String shown(StringView table, StringView column, const Value& value)
 {
     if (value.isNull() || value.isEmpty())
@@ -85,8 +94,8 @@ String shown(StringView table, const Fields& fields)
 {
     String result;
     for (const Field& each : fields)
-        result +=
-            (result.empty() ? u"" : u"; ") + each.column + u": " + shown(table, each.column, each.value);
+        result += (result.empty() ? u"" : u"; ") + nameOf(table, each.column) + u": " +
+                  shown(table, each.column, each.value);
     return result;
 }
 
@@ -110,8 +119,9 @@ String told(const Obstacle& obstacle, Seconds now)
     const Entry& entry = obstacle.entry;
     if (obstacle.why == Why::notUnderstood)
         return u"No se puede deshacer una instrucción que el historial sólo tiene como texto: " + entry.after;
-    const String place =
-        entry.table + u" " + entry.row + (obstacle.column.empty() ? u"" : u", " + obstacle.column) + u": ";
+    const String place = entry.table + u" " + entry.row +
+                         (obstacle.column.empty() ? u"" : u", " + nameOf(entry.table, obstacle.column)) +
+                         u": ";
     if (obstacle.why == Why::erased)
         return place + u"no se puede deshacer: lo que había se ha borrado del historial.";
     const String who = obstacle.by.entry == 0

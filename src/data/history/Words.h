@@ -14,6 +14,8 @@ String whenTold(StringView moment, Seconds now);
 String whoTold(const Opening& opening);
 /// Whether the column holds texts that are stored enciphered.
 bool isSecret(StringView table, StringView column);
+/// The column's name as the schema spells it: engines have it in other cases.
+String nameOf(StringView table, StringView column);
 /// A value of a table's column: «texto», 7, (nada), (cifrado).
 String shown(StringView table, StringView column, const Value& value);
 /// "Nombre: «Caja», Numero: «2100»".
