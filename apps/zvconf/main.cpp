@@ -16,9 +16,9 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command commands[] = {
-    {u"crear", crear},   {u"comprobar", comprobar}, {u"registros", registros},
-    {u"clave", clave},   {u"guion", guion},         {u"azar", azar},
-    {u"textos", textos}, {u"nodos", nodos},         {u"historial", historial},
+    {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
+    {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
+    {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -37,6 +37,17 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
       puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
       la persona, o donde diga la variable ZV_CLAVE.
+  zvconf copia FICHERO | --diaria CARPETA | --comprobar --bd URL [--frase FICHERO]
+      Copia en un fichero las tres bases de datos de un centro tal como están en un instante, aunque se esté
+      trabajando, y comprueba lo que daría al restaurarla. Con --frase, cuya primera línea es una frase,
+      lleva también la clave de las enfermedades, cerrada con ella. Con --diaria hace la de hoy en la carpeta y
+      deja las de 7 días, 4 semanas y 12 meses; con --comprobar sólo comprueba una copia que hay.
+  zvconf restaurar FICHERO --bd URL [--frase FICHERO]
+      Pone el centro de una copia en lugar del que haya, que queda al lado con otro nombre: o todo o nada.
+  zvconf mudar --de URL --a URL
+      Copia un centro a donde no hay ninguno, de un fichero a un servidor o al revés, y compara los dos antes
+      de darlo por hecho: al final está entero o no está. El de partida queda como estaba. Nadie debe seguir
+      cambiando el de partida: lo que cambie después no va.
   zvconf historial activar | desactivar --bd URL
       El historial guarda, en la misma base de datos, lo que había y lo que hay en cada fila que se cambia, quién
       la cambió, cuándo y en qué ventana. Los centros que hace «crear» lo tienen activado.
@@ -51,6 +62,19 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
   zvconf historial exportar [--sin-nombres] FICHERO --bd URL
       Escribe todos los asientos en un fichero suyo y de nadie más, uno en cada línea, en JSON, y dice la
       cabeza. Con --sin-nombres van sin textos, y con números en lugar de usuarios, puestos y alumnos.
+  zvconf historial ver [--tabla TABLA] [--fila N] [--usuario USUARIO] [--ventana NOMBRE] [--dia DIA]
+      [--json] --bd URL
+      Dice lo anotado: de una tabla, de una de sus filas, de una persona (por su nombre o su número), de una
+      ventana, de un día (AAAA-MM-DD). Lo que está cifrado se queda en «(cifrado)».
+  zvconf historial deshacer --apertura N | --guardado N | --fila TABLA N | --desde MOMENTO
+      [--campo COLUMNA] [--si] --bd URL
+      Deshace lo que se guardó en la ventana de la apertura N, en el guardado N (son los números que da «ver»), lo
+      último que se guardó en una fila o en un campo suyo, o todo desde un momento ("AAAA-MM-DD HH:MM"). Dice
+      qué cambia y qué no puede cambiar porque alguien lo ha escrito después; lo hace con --si. También eso se
+      puede deshacer.
+  zvconf historial cortados [--deshacer] [--si] --bd URL
+      Dice qué guardados se cortaron a medias porque murió su puesto. Con --deshacer --si quita de la base de datos
+      lo que cada uno llegó a escribir; sin --si sólo dice qué es.
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
@@ -82,7 +106,8 @@ la variable ZV_CONTRASENA, o en la primera línea del fichero, suyo y de nadie m
 icacls), que nombre la variable ZV_CONTRASENA_FICHERO.
 
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
-algo, la fila que se libera no estaba registrada, un guion ve otra cosa); con 2 si la orden no se ha podido hacer.
+algo, la fila que se libera no estaba registrada, un guion ve otra cosa, hay guardados cortados, algo no se
+puede deshacer); con 2 si la orden no se ha podido hacer.
 )";
 
 int run(const std::vector<String>& words)

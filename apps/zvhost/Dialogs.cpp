@@ -71,7 +71,7 @@ std::vector<DeletedRow> showRecycleBin(QWidget* parent, Host& host)
             QStringLiteral("&Restaurar"), QStringLiteral("La fila no se ha podido restaurar."),
             [&](const ListDialog::Rows& places) {
                 for (const std::size_t each : places) {
-                    restore(host.school(), rows[each].table, rows[each].key);
+                    host.act([&] { restore(host.school(), rows[each].table, rows[each].key); });
                     restored.push_back(rows[each]);
                 }
             },

@@ -1,6 +1,7 @@
 #include "zvhost/Host.h"
 
 #include "data/Statement.h"
+#include "data/history/HistoryConnection.h"
 #include "runtime/Convert.h"
 #include "services/cZEncryptoAPI.h"
 #include "session/DialogDirectory.h"
@@ -8,6 +9,7 @@
 #include "session/cAsignarDatos.h"
 #include "session/cConstCol.h"
 #include "session/cNombreNodo.h"
+#include "suite/Station.h"
 
 namespace zv::host {
 
@@ -85,6 +87,33 @@ bool Host::guardAgrees(const Node& node, Long row)
 {
     hand(cConstCol::Modificado, row);
     return cAsignarDatos().Eliminar(node.number);
+}
+
+Opening Host::ownOpening() const
+{
+    return {.dialog = u"zvhost",
+            .user = choices_.user,
+            .userName = choices_.userName,
+            .station = thisStation().identity};
+}
+
+Long Host::act(const std::function<void()>& work)
+{
+    /// RAII guard: the act ends also where it fails.
+    struct Act {
+        Connection& centro;
+        Act(Connection& school, const Opening& opening) : centro(school) { centro.dialogOpened(opening); }
+        Act(const Act&) = delete;
+        Act& operator=(const Act&) = delete;
+        ~Act() { centro.dialogClosed(); }
+    };
+    {
+        const Act act(*school_.centro, ownOpening());
+        work();
+    }
+    history::HistoryConnection* history = history::historyOf(school_.centro);
+    const auto closed = history != nullptr ? history->takeClosed() : std::nullopt;
+    return closed ? closed->parts.front().number : 0;
 }
 
 std::vector<Row> Host::rows(const Node& node)

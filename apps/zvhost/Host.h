@@ -4,6 +4,7 @@
 #include "runtime/PropertyBag.h"
 #include "zvhost/Nodes.h"
 
+#include <functional>
 #include <vector>
 
 namespace zv::host {
@@ -49,6 +50,12 @@ public:
     /// Hands the session over and asks the module's guard (`Eliminar`).
     bool guardAgrees(const Node& node, Long row);
     std::vector<Row> rows(const Node& node);
+
+    /// Runs work that is the host's own, and no dialog's, as one act in the school's history. Gives the
+    /// number of its opening; 0 where nothing was noted.
+    Long act(const std::function<void()>& work);
+    /// How such an act stands in the history.
+    Opening ownOpening() const;
 
 private:
     std::vector<UserOrProfile> usersOrProfiles(StringView query);

@@ -1,5 +1,7 @@
 #include "zvhost/Icons.h"
 
+#include "qt/Legible.h"
+
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
@@ -32,6 +34,8 @@ constexpr Drawing drawings[] = {
     {"sucursales", "go-home",
      "M 3 11 L 12 4 L 21 11 M 6 9 L 6 20 L 18 20 L 18 9 M 10 20 L 10 14 L 14 14 L 14 20"},
     {"eliminar", "edit-delete", "M 6 6 L 18 18 M 18 6 L 6 18"},
+    {"historial", "document-open-recent", "O 12 12 9 M 12 6 L 12 12 L 16 14"},
+    {"historialLista", "document-open-recent", "O 12 12 9 M 12 6 L 12 12 L 16 14"},
     {"deshacer", "edit-undo", "M 8 4 L 4 8 L 8 12 M 4 8 L 15 8 A 15 13 5 90 -180 L 9 18"},
     {"actualizar", "view-refresh", "B 12 12 8 40 290 M 19 2 L 18 7 L 13 6"},
     {"copiar", "edit-copy", "M 8 8 L 20 8 L 20 21 L 8 21 Z M 5 16 L 4 16 L 4 3 L 16 3 L 16 5"},
@@ -81,6 +85,19 @@ QPainterPath pathOf(const char* drawing)
     return path;
 }
 
+/// Cache: each icon asks at each painting.
+const QPalette& colors()
+{
+    static QPalette mended;
+    static qint64 of = 0;
+    const QPalette now = QGuiApplication::palette();
+    if (of != now.cacheKey()) {
+        of = now.cacheKey();
+        mended = legible(now);
+    }
+    return mended;
+}
+
 /// Icon engine of a line drawing: it has every size, and follows the palette.
 class LineEngine final : public QIconEngine {
 public:
@@ -88,7 +105,7 @@ public:
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override
     {
-        const QPalette palette = QGuiApplication::palette();
+        const QPalette& palette = colors();
         const QColor colour = mode == QIcon::Disabled
                                   ? palette.color(QPalette::Disabled, QPalette::WindowText)
                               : mode == QIcon::Selected ? palette.color(QPalette::HighlightedText)

@@ -1,5 +1,7 @@
 #include "zvhost/MainWindow.h"
 
+#include "data/ServerAway.h"
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "session/cConstCol.h"
 #include "zvhost/Dialogs.h"
@@ -10,6 +12,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QStatusBar>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -30,6 +33,7 @@ MainWindow::MainWindow(Remembered::Where memory)
       undo_([this] { follow(); })
 {
     setObjectName(QStringLiteral("zvhost"));
+    keepLegible(*this);
     buildActions();
     buildMenus();
     buildToolBar();
@@ -54,7 +58,11 @@ void MainWindow::placeParts()
     parts_.addWidget(&page_);
     parts_.setStretchFactor(1, 1);
     parts_.setChildrenCollapsible(false);
-    setCentralWidget(&parts_);
+    auto* rows = std::make_unique<QVBoxLayout>(&whole_).release();
+    rows->setContentsMargins({});
+    rows->addWidget(&notice_);
+    rows->addWidget(&parts_, 1);
+    setCentralWidget(&whole_);
     statusBar()->addWidget(&undo_, 1);
     for (QLabel* each : {&database_, &user_, &mode_})
         statusBar()->addPermanentWidget(each);
@@ -73,6 +81,7 @@ void MainWindow::use(std::unique_ptr<Host> host)
         host_->choose(*kept);
     wanted_.reset();
     undo_.forget();
+    notice_.forget();
     tellStatus();
     if (tree_.chosen() != nullptr) {
         chosen();
@@ -136,6 +145,7 @@ void MainWindow::openDialog(Byte action, Long row, bool branches)
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
           [&] { host_->open(*node_, action, row, branches); });
     readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
+    tellClosed();
     activateWindow();
     page_.enter();
 }
@@ -247,6 +257,7 @@ void MainWindow::followHeld()
     // Not below a dialog: its own statements come first.
     if (QApplication::activeModalWidget() != nullptr)
         return;
+    const Unattended work;
     try {
         if (wanted_ && !heldRows(*host_->school().centro, *wanted_->node).contains(wanted_->row.key)) {
             const Wanted free = *wanted_;

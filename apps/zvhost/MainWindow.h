@@ -1,9 +1,11 @@
 #pragma once
 
+#include "data/history/Losses.h"
 #include "zvhost/Deletion.h"
 #include "zvhost/Host.h"
 #include "zvhost/ListPage.h"
 #include "zvhost/NodeTree.h"
+#include "zvhost/Notice.h"
 #include "zvhost/Remembered.h"
 #include "zvhost/Sections.h"
 #include "zvhost/Undo.h"
@@ -43,6 +45,8 @@ public:
     void openOther();
     void recycleBin();
     void rowsInUse();
+    void showRowHistory();
+    void showListHistory();
     void chooseSession();
 
     /// Follows the rows that others have open: those that became free lose their mark, and one that was asked
@@ -70,6 +74,11 @@ private:
     bool listed() const { return node_ != nullptr && !node_->columns.empty(); }
     bool mayWrite(const QString& title);
     void openDialog(Byte action, Long row, bool branches = false);
+    /// Whether the school keeps a history.
+    bool remembers() const;
+    /// Tells what the dialog that has closed saved, and what was lost by it.
+    void tellClosed();
+    void giveBack(const std::vector<history::Loss>& losses);
     void readAgain(ListPage::Added added);
     void keepLook();
     void switchTo(std::unique_ptr<Host> other);
@@ -93,6 +102,8 @@ private:
     std::unique_ptr<Host> host_;
     const Node* node_ = nullptr; ///< The list that is shown; nullptr on a group.
     Remembered memory_;
+    QWidget whole_;
+    Notice notice_;
     QSplitter parts_;
     NodeTree tree_;
     ListPage page_;
@@ -104,8 +115,8 @@ private:
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,
             *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *columns_ = nullptr, *bin_ = nullptr,
-            *rowsInUse_ = nullptr, *session_ = nullptr, *open_ = nullptr, *help_ = nullptr,
-            *findHelp_ = nullptr, *quit_ = nullptr;
+            *rowsInUse_ = nullptr, *history_ = nullptr, *listHistory_ = nullptr, *session_ = nullptr,
+            *open_ = nullptr, *help_ = nullptr, *findHelp_ = nullptr, *quit_ = nullptr;
 };
 
 } // namespace zv::host

@@ -40,6 +40,8 @@ void MainWindow::buildRowActions()
                       [this] { deleteRows(); });
     undoIt_ = &action(QStringLiteral("deshacer"), QStringLiteral("&Deshacer"),
                       QKeySequence(Qt::CTRL | Qt::Key_Z), [this] { undo(); });
+    history_ = &action(QStringLiteral("historial"), QStringLiteral("&Historial…"),
+                       QKeySequence(Qt::CTRL | Qt::Key_H), [this] { showRowHistory(); });
     copy_ = &action(QStringLiteral("copiar"), QStringLiteral("&Copiar"), QKeySequence(Qt::CTRL | Qt::Key_C),
                     [this] { copyRows(); });
     copyCell_ = &action(QStringLiteral("copiarCelda"), QStringLiteral("Copiar la ce&lda"),
@@ -55,6 +57,8 @@ void MainWindow::buildActions()
                     QKeySequence(Qt::CTRL | Qt::Key_F), [this] { page_.findRow(); });
     columns_ = &action(QStringLiteral("columnas"), QStringLiteral("A&justar las columnas"),
                        QKeySequence(Qt::CTRL | Qt::Key_J), [this] { page_.shareColumns(); });
+    listHistory_ = &action(QStringLiteral("historialLista"), QStringLiteral("&Historial de la lista…"),
+                           QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_H), [this] { showListHistory(); });
     csv_ = &action(QStringLiteral("exportar"), QStringLiteral("E&xportar la lista…"),
                    QKeySequence(Qt::CTRL | Qt::Key_E), [this] { exportCsv(); });
     bin_ = &action(QStringLiteral("papelera"), QStringLiteral("&Papelera…"),
@@ -86,9 +90,9 @@ void MainWindow::buildMenus()
     QMenu* row = menuBar()->addMenu(QStringLiteral("&Fila"));
     row->addActions({new_, ordering_, change_, branches_, delete_});
     row->addSeparator();
-    row->addActions({undoIt_, copy_, copyCell_});
+    row->addActions({undoIt_, history_, copy_, copyCell_});
     QMenu* list = menuBar()->addMenu(QStringLiteral("&Lista"));
-    list->addActions({find_, refresh_, columns_, csv_});
+    list->addActions({find_, refresh_, columns_, listHistory_, csv_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
     tools->addActions({bin_, rowsInUse_});
     menuBar()->addMenu(QStringLiteral("A&yuda"))->addActions({help_, findHelp_});
@@ -154,6 +158,10 @@ void MainWindow::follow()
     undoIt_->setEnabled(undo_.possible() && writes);
     for (QAction* each : {copy_, copyCell_})
         each->setEnabled(rows);
+    history_->setVisible(remembers());
+    history_->setEnabled(page_.selected().has_value() && listed() && remembers());
+    listHistory_->setVisible(remembers());
+    listHistory_->setEnabled(list && remembers());
     for (QAction* each : {refresh_, columns_, csv_, find_})
         each->setEnabled(listed());
 }
@@ -165,7 +173,7 @@ void MainWindow::showMenu(const QPoint& at)
     menu.addSeparator();
     menu.addActions({copy_, copyCell_});
     menu.addSeparator();
-    menu.addActions({refresh_, csv_});
+    menu.addActions({refresh_, history_, listHistory_, csv_});
     menu.exec(at);
 }
 

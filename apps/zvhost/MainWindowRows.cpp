@@ -50,7 +50,7 @@ void MainWindow::putBack(const Node& node, const std::vector<NamedRow>& rows)
     std::vector<NamedRow> back;
     tried(this, QStringLiteral("La fila no se ha podido restaurar."), [&] {
         for (const NamedRow& each : rows) {
-            restore(host_->school(), node.table, each.key);
+            host_->act([&] { restore(host_->school(), node.table, each.key); });
             back.push_back(each);
         }
     });

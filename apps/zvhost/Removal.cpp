@@ -110,7 +110,7 @@ void removeRows(QWidget* parent, Host& host, const Node& node, const std::vector
         tellRefused();
     }
     for (const NamedRow& each : may) {
-        moveToDeleted(host.school(), node.table, each.key);
+        host.act([&] { moveToDeleted(host.school(), node.table, each.key); });
         noteDeletion(*host.school().borrado, node.table, each.key, host.choices().user);
         removed.push_back(each);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/Schools.h"
+#include "data/history/HistoryEngine.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "module/Module.h"
 #include "qt/QtDesktop.h"
@@ -32,14 +33,15 @@ struct HostTest : testing::Test {
     std::unique_ptr<MainWindow> window;
     static inline QWidget* home = nullptr;
 
-    HostTest()
+    explicit HostTest(StringView url = u"sqlite:")
     {
         QStandardPaths::setTestModeEnabled(true);
         registerEngine(sqliteEngine());
+        registerEngine(historyEngine());
         registerCipher([key = CipherKey::random()](bool) { return key; });
         installModule();
         useDesktop(&screen);
-        school = temporarySchool();
+        school = temporarySchool(url);
         fillSample(school);
         window = std::make_unique<MainWindow>(std::make_unique<Host>(u"sqlite:colegio.db", school));
         home = window.get();

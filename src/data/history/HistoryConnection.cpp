@@ -1,13 +1,16 @@
 #include "data/history/HistoryConnection.h"
 
+#include "data/Cursor.h"
 #include "data/DataError.h"
 #include "data/Dialect.h"
 #include "data/Schema.h"
 #include "data/Statement.h"
 #include "data/Tokens.h"
+#include "data/history/Rows.h"
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace zv::history {
@@ -18,9 +21,6 @@ constexpr StringView enciphered = u"Enfermedad";
 constexpr StringView encipheredKey = u"IDEnfermedad";
 /// Registrations of rows: housekeeping of the stations, which no person ever types.
 constexpr StringView registrations = u"RegistroActivo";
-/// Tables whose dialogs save with several statements, so that a save may be cut between two.
-constexpr StringView savedInParts[] = {u"Banco",         u"Sucursal",         u"ConsejoOrientador_Nota",
-                                       u"Alumno_InfInd", u"Alumno_InfIndESO", u"Alumno_InfIndPrim"};
 /// Notes that wait are bounded: a database that cannot be written for a day must not fill the memory.
 constexpr std::size_t mostPending = 1000;
 
@@ -56,25 +56,11 @@ bool isOwn(StringView table)
 /// Key of the table; nullptr for one of which it is not known.
 const schema::Table* keyed(StringView table) { return schema::table(table); }
 
-std::span<const schema::Column> keyColumns(const schema::Table& table)
-{
-    return table.columns().first(table.keyColumns);
-}
-
 bool setsKey(const Write& write)
 {
     return std::ranges::any_of(keyColumns(*keyed(write.table)), [&](const schema::Column& each) {
         return valueOf(write.values, each.name) != nullptr;
     });
-}
-
-String keyOf(const schema::Table& table, const Fields& fields)
-{
-    Fields key;
-    for (const schema::Column& each : keyColumns(table))
-        if (const Value* value = valueOf(fields, each.name))
-            key.push_back({String(each.name), *value});
-    return key.size() == table.keyColumns ? conditionOf(key) : String();
 }
 
 /// Begins to append; where the tables have gone, Gone.
@@ -100,6 +86,11 @@ String openingText(const Opening& opening)
 }
 
 } // namespace
+
+bool isSavedInParts(StringView table)
+{
+    return std::ranges::any_of(savedInParts, [&](StringView each) { return sameName(each, table); });
+}
 
 HistoryConnection::HistoryConnection(ConnectionPtr inner, ColumnsOf columnsOf, Begins begins)
     : ConnectionDecorator(std::move(inner)), columnsOf_(std::move(columnsOf)),
@@ -133,8 +124,8 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
     const std::optional<Write> write = writeOf(statement);
     if (names(statement, registrations))
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
-    if (closing_)
-        ++closing_->tried;
+    if (!open_.empty() && write && write->kind != Write::Kind::remove)
+        ++closing_.parts[open_.back().part].tried;
     try {
         const bool understood = write && keyed(write->table) && !columns(write->table).empty() &&
                                 (write->kind != Write::Kind::update || !setsKey(*write));
@@ -209,7 +200,7 @@ RecordsetPtr HistoryConnection::runNoted(StringView statement, const Write& writ
         else if (write.kind == Write::Kind::update)
             add(log, {.kind = Kind::missed,
                       .table = String(keyed(write.table)->name),
-                      .row = write.where.substr(0, 250),
+                      .row = storable(write.where.substr(0, 250)),
                       .after = textOf(write.values)});
         addPending(log);
         log.finish();
@@ -225,7 +216,6 @@ RecordsetPtr HistoryConnection::runAlone(StringView statement, const Run& run)
         Appending log = appendingTo(*inner());
         result = run(statement);
         add(log, {.kind = Kind::opaque, .table = {}, .after = String(statement)});
-        addPending(log);
         log.finish();
     });
     return result;
@@ -245,7 +235,6 @@ RecordsetPtr HistoryConnection::runRelease(StringView statement, const Run& run)
             open_.back().save = 0;
             open_.back().severalRows = false;
             result = run(statement);
-            addPending(log);
             log.finish();
         });
     } catch (const Gone&) {
@@ -269,20 +258,8 @@ Fields HistoryConnection::named(const Write& write) const
 HistoryConnection::Rows HistoryConnection::rowsOf(const Write& write, StringView condition)
 {
     const schema::Table& table = *keyed(write.table);
-    const std::vector<String>& all = columns(write.table);
-    String query = u"SELECT ";
-    for (const String& each : all)
-        query += (&each == &all.front() ? u"" : u", ") + each;
-    query += u" FROM " + String(table.name);
-    if (!condition.empty())
-        query += u" WHERE " + String(condition);
     Rows result;
-    for (const RecordsetPtr rows = inner()->Execute(query); !rows->Eof(); rows->MoveNext()) {
-        const std::vector<Value> values = rows->row();
-        Fields fields;
-        fields.reserve(values.size());
-        for (std::size_t i = 0; i < values.size(); ++i)
-            fields.push_back({all[i], values[i]});
+    for (Fields& fields : history::rowsOf(*inner(), table.name, columns(write.table), condition)) {
         String key = keyOf(table, fields);
         result.push_back({std::move(key), std::move(fields)});
     }
@@ -367,15 +344,15 @@ void HistoryConnection::add(Appending& log, Entry entry)
     }
     Open& top = open_.back();
     if (top.number == 0)
-        top.number =
-            log.add({.kind = Kind::opened, .opening = log.next(), .after = openingText(top.opening)});
+        top.number = log.add({.kind = Kind::opened,
+                              .opening = log.next(),
+                              .after = openingText(closing_.parts[top.part].opening)});
     entry.opening = top.number;
     if (entry.kind != Kind::read) {
         if (top.save == 0)
             top.save = log.next();
         entry.save = top.save;
-        top.severalRows |=
-            std::ranges::any_of(savedInParts, [&](StringView each) { return sameName(each, entry.table); });
+        top.severalRows |= isSavedInParts(entry.table);
     }
     log.add(std::move(entry));
 }
@@ -422,26 +399,40 @@ void HistoryConnection::noteFailure(const DataError& error, const std::optional<
         ++closing_->failed;
         closing_->failure = error.description();
     }
-    pending_.push_back({.kind = Kind::failed,
-                        .table = write && keyed(write->table) ? String(keyed(write->table)->name) : String(),
-                        .row = write ? write->where.substr(0, 250) : String(),
-                        .before = textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}}),
-                        .after = write ? textOf(named(*write)) : error.statement()});
+    // A text may be why the statement failed: the note of it must not fail for the same.
+    pending_.push_back(
+        {.kind = Kind::failed,
+         .table = write && keyed(write->table) ? String(keyed(write->table)->name) : String(),
+         .row = write ? storable(write->where.substr(0, 250)) : String(),
+         .before = storable(textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}})),
+         .after = storable(write ? textOf(named(*write)) : error.statement())});
 }
 
 void HistoryConnection::dialogOpened(const Opening& opening)
 {
     asleep_ = false;
-    if (open_.empty()) {
-        closing_ = Closed{
-            .opening = opening, .headBefore = 0, .openings = {}, .tried = 0, .failed = 0, .failure = {}};
-        try {
-            closing_->headBefore = missing_ ? 0 : headOf(*inner()).number;
-        } catch (const RuntimeError&) {
-            closing_->headBefore = 0;
-        }
+    if (open_.empty())
+        closing_ = {};
+    open_.push_back({.part = closing_.parts.size()});
+    closing_.parts.push_back({.opening = opening});
+    try {
+        closing_.parts.back().headBefore = missing_ ? 0 : headOf(*inner()).number;
+    } catch (const RuntimeError&) {
+        // Nothing is told then of what others wrote meanwhile.
+        closing_.parts.back().headBefore = std::numeric_limits<Long>::max();
     }
-    open_.push_back({opening});
+}
+
+/// The end of a save that is one transaction of its writer's belongs to that.
+void HistoryConnection::noteEnd()
+{
+    if (!callersTransaction_) {
+        pending_.push_back({.kind = Kind::ended});
+        return;
+    }
+    Appending log(*inner());
+    add(log, {.kind = Kind::ended});
+    log.finish();
 }
 
 void HistoryConnection::dialogAtRest()
@@ -450,7 +441,7 @@ void HistoryConnection::dialogAtRest()
         return;
     Open& top = open_.back();
     if (top.save != 0 && top.severalRows)
-        pending_.push_back({.kind = Kind::ended});
+        noteEnd();
     flush();
     top.save = 0;
     top.severalRows = false;
@@ -461,11 +452,10 @@ void HistoryConnection::dialogClosed()
     if (open_.empty())
         return;
     dialogAtRest();
-    if (closing_ && open_.back().number != 0)
-        closing_->openings.push_back(open_.back().number);
+    closing_.parts[open_.back().part].number = open_.back().number;
     open_.pop_back();
     if (open_.empty())
-        closed_ = std::exchange(closing_, std::nullopt);
+        closed_ = std::exchange(closing_, {});
 }
 
 std::optional<HistoryConnection::Closed> HistoryConnection::takeClosed()

@@ -31,22 +31,29 @@ public:
     void dialogClosed() override;
     void dialogAtRest() override;
 
-    /// What a host needs to tell of a dialog that has closed: the entries of all openings that ended since
-    /// the last call, and where the history stood when the outermost of them began.
-    struct Closed {
-        Opening opening;
-        Long headBefore = 0;
-        std::vector<Long> openings; ///< Numbers of their first entries; none where nothing was noted.
-        Long tried = 0;             ///< Statements that were to write.
-        Long failed = 0;            ///< How many of them failed.
-        String failure;             ///< The words of the last failure.
+    /// What one opening did.
+    struct Part {
+        Opening opening = {};
+        Long number = 0;                ///< Of its first entry; 0 where nothing was noted.
+        Long headBefore = 0;            ///< Number of the newest entry when it began.
+        Long tried = 0;                 ///< Rows that were to be inserted or updated, each try counted.
+        std::vector<Entry> failed = {}; ///< Also where the database could not keep them; the first thousand.
     };
+    /// What a host needs to tell of a dialog that has closed: the outermost opening, and behind it those
+    /// within it.
+    struct Closed {
+        std::vector<Part> parts;
+    };
+    /// The dialog that closed last, once.
     std::optional<Closed> takeClosed();
+
+    /// Names of a table's columns in physical order; empty for a table that is not there.
+    const std::vector<String>& columns(StringView table);
 
 private:
     using Run = std::function<RecordsetPtr(StringView)>;
     struct Open {
-        Opening opening;
+        std::size_t part = 0;     ///< Its place in `closing_`.
         Long number = 0;          ///< Of its entry; 0 while nothing was noted.
         Long save = 0;            ///< First entry of the save that runs; 0 for none.
         bool severalRows = false; ///< The save goes on over several statements, and its end is noted.
@@ -75,7 +82,7 @@ private:
     void add(Appending& log, Entry entry);
     void addPending(Appending& log);
     void flush();
-    const std::vector<String>& columns(StringView table);
+    void noteEnd();
 
     ColumnsOf columnsOf_;
     std::map<String, std::vector<String>> columns_; ///< Cache by the table's name in lower case.
@@ -83,11 +90,17 @@ private:
     std::vector<Open> before_;                      ///< The stack as the transaction that runs found it.
     std::vector<Entry> pending_;                    ///< Notes that wait for the next transaction.
     std::optional<Closed> closed_;
-    std::optional<Closed> closing_;
+    Closed closing_; ///< All openings since the outermost one began.
     bool asleep_ = false;
     bool callersTransaction_ = false;
     bool missing_ = false; ///< The history's tables have gone: nothing is noted any more.
 };
+
+/// Tables whose dialogs save with several statements, so that a save may be cut between two.
+inline constexpr StringView savedInParts[] = {
+    u"Banco",         u"Sucursal",         u"ConsejoOrientador_Nota",
+    u"Alumno_InfInd", u"Alumno_InfIndESO", u"Alumno_InfIndPrim"};
+bool isSavedInParts(StringView table);
 
 /// The history behind a connection, or nullptr where there is none.
 HistoryConnection* historyOf(const ConnectionPtr& connection);

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QFrame>
+#include <QLabel>
+#include <QPushButton>
+
+#include <functional>
+
+namespace zv::host {
+
+/// Bar over the list: something that a person has to know, with what can be done about it, until it is done
+/// or he has taken note. Each button has its key on it: Alt+R, Alt+D, Alt+E.
+class Notice final : public QFrame {
+public:
+    Notice();
+
+    struct Message {
+        QString text;
+        std::function<void()> shows;
+        std::function<void()> gives; ///< None where nothing may be written.
+    };
+    /// Tells it, behind those that wait already.
+    void tell(Message message);
+    /// The next one, or none.
+    void next();
+    void forget();
+
+private:
+    void button(QPushButton& button, const QString& text, int key, const std::function<void()>& does);
+    void follow();
+
+    QLabel text_;
+    QPushButton show_, give_, done_;
+    std::vector<Message> waiting_; ///< The first one is shown.
+};
+
+} // namespace zv::host
