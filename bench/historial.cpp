@@ -109,14 +109,14 @@ int main(int argc, char** argv)
     for (const Office* each : {&office, &noted})
         each->centro->executeNative(u"INSERT INTO EstadoCivil VALUES (1,'Soltera')");
     std::unique_ptr<LongChain> chain;
-    const auto rows = [&](const char* name, const Office& with) {
+    const auto changes = [&](const char* name, const Office& with) {
         steady(benchmark::RegisterBenchmark(name, [&typist, &with](benchmark::State& state) {
             useDesktop(&typist);
             row(state, with);
         }))->UseRealTime();
     };
-    rows("fila_sin", office);
-    rows("fila_con", noted);
+    changes("fila_sin", office);
+    changes("fila_con", noted);
     timed(benchmark::RegisterBenchmark("seccion_sin", section, std::ref(room)), 5);
     timed(benchmark::RegisterBenchmark("seccion_con", section, std::ref(notedRoom)), 5);
     const auto once = [](benchmark::internal::Benchmark* run) {

@@ -1,7 +1,13 @@
 #include "history/Chronicle.h"
 
+#include "runtime/PrivateFile.h"
+
+#include <cstdlib>
+#include <fstream>
 #include <random>
 #include <set>
+#include <sstream>
+#include <sys/wait.h>
 
 namespace zv {
 namespace {
@@ -171,6 +177,54 @@ TEST_F(Chain, noted_head_shows_that_the_newest_were_cut_off)
     EXPECT_GT(verified().defects, 0);
     raw(u"DROP TABLE HistorialAsiento");
     EXPECT_EQ(numberOf([&] { verified(); }), failure::tableMissing);
+}
+
+TEST_F(Chain, commands_say_by_their_exit_code_what_they_found)
+{
+    const std::string base = " --bd sqlite:" + (folder / "colegio.db").string();
+    const std::string file = (folder / "todo.jsonl").string();
+    const history::Head head = history::headOf(*school.centro);
+    const std::string noted = std::to_string(head.number) + ":" + toUtf8(head.link);
+    const auto exitCode = [&](const std::string& words) {
+        const std::string line =
+            "'" ZVCONF "' historial " + words + base + " >'" + (folder / "out").string() + "' 2>&1";
+        return WEXITSTATUS(std::system(line.c_str()));
+    };
+    const auto said = [&] {
+        std::ostringstream text;
+        text << std::ifstream(folder / "out").rdbuf();
+        return text.str();
+    };
+    struct Case {
+        std::string words;
+        int code;
+        std::string answer;
+    };
+    const Case cases[] = {
+        {"comprobar --cabeza " + noted, 0, "Cabeza: " + noted},
+        {"comprobar --cabeza 3:x", 1, "Asiento 3: no es el que se anotó"},
+        {"comprobar --cabeza x", 2, "NÚMERO:ENLACE"},
+        {"exportar " + file, 0, "Cabeza: " + noted},
+        {"exportar --sin-nombres " + file, 2, "existe ya"},
+        {"olvidar", 2, "--alumno N o --fila TABLA N"},
+        {"olvidar --fila Nada 3", 2, "no es una tabla"},
+        {"olvidar --fila Pais 3", 0, "se olvidarían: 3"},
+        {"olvidar --fila Pais 3 --si", 0, "olvidados: 3"},
+        {"olvidar --fila Pais 3", 0, "se olvidarían: 0"},
+        {"plazo", 0, "Plazo: ninguno"},
+        {"plazo 12 --si", 0, "olvidados: 0"},
+        {"plazo", 0, "Plazo: 12 meses"},
+        {"comprobar --cabeza " + noted, 0, "está como se escribió"},
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(exitCode(each.words), each.code) << each.words << '\n' << said();
+        EXPECT_NE(said().find(each.answer), std::string::npos) << each.words << '\n' << said();
+    }
+    EXPECT_FALSE(openToOthers(file));
+    raw(u"DROP TABLE HistorialAsiento");
+    raw(u"DROP TABLE HistorialCabeza");
+    EXPECT_EQ(exitCode("comprobar"), 2);
+    EXPECT_NE(said().find("zvconf historial activar"), std::string::npos);
 }
 
 } // namespace

@@ -154,12 +154,9 @@ String rangesText(const std::vector<Long>& numbers)
     return result;
 }
 
-void appendErased(Appending& log, StringView table, StringView row, Fields after)
+void appendErased(Appending& log, StringView table, StringView row, const Fields& after)
 {
-    log.add({.kind = Kind::erased,
-             .table = String(table),
-             .row = String(row),
-             .after = textOf(std::move(after))});
+    log.add({.kind = Kind::erased, .table = String(table), .row = String(row), .after = textOf(after)});
     log.finish();
 }
 

@@ -106,7 +106,7 @@ private:
 
     String value(const Entry& entry, const Field& field)
     {
-        const String* text = field.value.as<String>();
+        const auto* text = field.value.as<String>();
         if (!hides_)
             return text ? quoted(*text) : field.value.isNull() ? u"null" : literal(field.value);
         if (field.value.isNull())
