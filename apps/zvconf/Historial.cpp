@@ -1,7 +1,10 @@
 #include "zvconf/Historial.h"
 
+#include "data/Schema.h"
 #include "data/Schools.h"
+#include "data/history/HistoryEngine.h"
 #include "data/history/Log.h"
+#include "runtime/Convert.h"
 
 #include <algorithm>
 
@@ -9,8 +12,8 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command subcommands[] = {
-    {u"activar", activarHistorial},
-    {u"desactivar", desactivarHistorial},
+    {u"activar", activarHistorial},   {u"desactivar", desactivarHistorial}, {u"ver", verHistorial},
+    {u"deshacer", deshacerHistorial}, {u"cortados", cortadosHistorial},
 };
 
 String subcommandNames()
@@ -22,6 +25,42 @@ String subcommandNames()
 }
 
 } // namespace
+
+Long numberFrom(const String& text)
+{
+    const auto number = numberIn(text);
+    if (!number || *number < 1)
+        throw UsageError(u"«" + text + u"» no es un número desde 1.");
+    return *number;
+}
+
+String rowOf(String& table, const String& number)
+{
+    const schema::Table* const known = schema::table(table);
+    if (known == nullptr)
+        throw UsageError(u"«" + table + u"» no es una tabla del centro.");
+    table = String(known->name);
+    return String(known->columns().front().name) + u"=" + decimalText(numberFrom(number));
+}
+
+Seconds momentFrom(const String& text)
+{
+    constexpr std::size_t ofADay = StringView(u"2024-09-12").size();
+    const auto moment = localMomentIn(text + (text.size() == ofADay ? u" 00:00:00" : u":00"));
+    if (!moment)
+        throw UsageError(u"«" + text + u"» no es un día (AAAA-MM-DD) ni un momento (\"AAAA-MM-DD HH:MM\").");
+    return *moment;
+}
+
+std::shared_ptr<history::HistoryConnection> openHistory(StringView url)
+{
+    auto result = std::dynamic_pointer_cast<history::HistoryConnection>(
+        history::withHistory(openSchool(url), url).centro);
+    if (!result)
+        throw std::runtime_error("El historial no está activado: así no se podría volver atrás. Actívelo con "
+                                 "«zvconf historial activar».");
+    return result;
+}
 
 int historial(Arguments arguments)
 {

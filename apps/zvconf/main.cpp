@@ -40,6 +40,19 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
   zvconf historial activar | desactivar --bd URL
       El historial guarda, en la misma base de datos, lo que había y lo que hay en cada fila que se cambia, quién
       la cambió, cuándo y en qué ventana. Los centros que hace «crear» lo tienen activado.
+  zvconf historial ver [--tabla TABLA] [--fila N] [--usuario USUARIO] [--ventana NOMBRE] [--dia DIA]
+      [--json] --bd URL
+      Dice lo anotado: de una tabla, de una de sus filas, de una persona (por su nombre o su número), de una
+      ventana, de un día (AAAA-MM-DD). Lo que está cifrado se queda en «(cifrado)».
+  zvconf historial deshacer --apertura N | --guardado N | --fila TABLA N | --desde MOMENTO
+      [--campo COLUMNA] [--si] --bd URL
+      Deshace lo que se guardó en la ventana de la apertura N, en el guardado N (son los números que da «ver»), lo
+      último que se guardó en una fila o en un campo suyo, o todo desde un momento ("AAAA-MM-DD HH:MM"). Dice
+      qué cambia y qué no puede cambiar porque alguien lo ha escrito después; lo hace con --si. También eso se
+      puede deshacer.
+  zvconf historial cortados [--deshacer] [--si] --bd URL
+      Dice qué guardados se cortaron a medias porque murió su puesto. Con --deshacer --si quita de la base de datos
+      lo que cada uno llegó a escribir; sin --si sólo dice qué es.
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
@@ -71,7 +84,8 @@ la variable ZV_CONTRASENA, o en la primera línea del fichero, suyo y de nadie m
 icacls), que nombre la variable ZV_CONTRASENA_FICHERO.
 
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
-algo, la fila que se libera no estaba registrada, un guion ve otra cosa); con 2 si la orden no se ha podido hacer.
+algo, la fila que se libera no estaba registrada, un guion ve otra cosa, hay guardados cortados, algo no se
+puede deshacer); con 2 si la orden no se ha podido hacer.
 )";
 
 int run(const std::vector<String>& words)

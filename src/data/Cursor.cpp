@@ -137,6 +137,23 @@ void Cursor::advance()
         throw DataError(*failure_);
 }
 
+namespace {
+
+/// Place of the first unit from there on that no database takes; the text's length if there is none.
+std::size_t unstorable(StringView text, std::size_t place)
+{
+    for (; place < text.size(); ++place) {
+        const char16_t unit = text[place];
+        if (isSurrogate(unit, 0xD800) && place + 1 < text.size() && isSurrogate(text[place + 1], 0xDC00))
+            ++place;
+        else if (unit == 0 || unit >= 0xFFFE || (unit & 0xF800) == 0xD800)
+            break;
+    }
+    return std::min(place, text.size());
+}
+
+} // namespace
+
 RecordsetPtr recordsetOf(String statement, std::unique_ptr<Cursor> cursor,
                          std::function<std::unique_ptr<Cursor>(StringView)> again)
 {
@@ -152,16 +169,18 @@ Value wholeNumber(std::int64_t number)
 
 void refuseUnstorable(StringView statement)
 {
-    for (std::size_t place = 0; place < statement.size(); ++place) {
-        const char16_t unit = statement[place];
-        if (isSurrogate(unit, 0xD800) && place + 1 < statement.size() &&
-            isSurrogate(statement[place + 1], 0xDC00))
-            ++place;
-        else if (unit == 0 || unit >= 0xFFFE || (unit & 0xF800) == 0xD800)
-            throw DataError(failure::otherData, "",
-                            u"el carácter " + hexadecimal(unit) + u" no se puede guardar: quítelo del texto",
-                            statement);
-    }
+    if (const std::size_t place = unstorable(statement, 0); place < statement.size())
+        throw DataError(failure::otherData, "",
+                        u"el carácter " + hexadecimal(statement[place]) +
+                            u" no se puede guardar: quítelo del texto",
+                        statement);
+}
+
+String storable(String text)
+{
+    for (std::size_t place = 0; (place = unstorable(text, place)) < text.size();)
+        text[place] = u'\uFFFD';
+    return text;
 }
 
 } // namespace zv

@@ -65,5 +65,7 @@ Value wholeNumber(std::int64_t number);
 /// Fails with otherData if the statement holds a 16-bit unit that a database would not store and return
 /// unchanged.
 void refuseUnstorable(StringView statement);
+/// The text with U+FFFD in the place of each such unit.
+String storable(String text);
 
 } // namespace zv

@@ -86,8 +86,29 @@ public:
     RecordsetPtr executeNative(StringView statement) override { return Execute(statement); }
     EngineInfo engine() override { return {String(object_->TypeName()), {}}; }
 
+    void dialogOpened(const Opening& opening) override
+    {
+        tell(u"AbreVentana",
+             {opening.dialog, opening.row, opening.creates, opening.user, opening.userName, opening.station});
+    }
+    void dialogClosed() override { tell(u"CierraVentana"); }
+    void dialogAtRest() override { tell(u"ReposaVentana"); }
+
 private:
+    /// Tells an object that has such a member; what is no failure of a statement never reaches a dialog.
+    void tell(StringView member, Arguments arguments = {})
+    {
+        if (deaf_)
+            return;
+        try {
+            call(object_, member, std::move(arguments));
+        } catch (const RuntimeError&) {
+            deaf_ = true;
+        }
+    }
+
     ObjectPtr object_;
+    bool deaf_ = false; ///< It has no such members.
 };
 
 } // namespace

@@ -9,7 +9,8 @@ namespace zv {
 /// rows that it gives `EOF`, `MoveNext`, `Fields(name)` (a value, or a field with a `Value`) and `Close`;
 /// `MoveFirst` and, for values in order, `Fields.Count` and `Fields(position)` only when they are asked for.
 /// What it lacks fails with 438, and its own failures keep number and text. A result that is no object reads
-/// as a closed recordset. Nothing is called before the first statement.
+/// as a closed recordset. Nothing is called before the first statement but, if the object has them,
+/// `AbreVentana`, `CierraVentana` and `ReposaVentana`, the observer callbacks of a connection with a history.
 ConnectionPtr connectionOf(const ObjectPtr& object);
 
 /// A late-bound argument, as the above.

@@ -77,4 +77,17 @@ std::optional<Seconds> momentIn(StringView text)
            std::chrono::seconds(part[5]);
 }
 
+std::optional<Seconds> localMomentIn(StringView text)
+{
+    const auto wanted = momentIn(text);
+    if (!wanted)
+        return std::nullopt;
+    // By trial: the offset of about then, and with it that of then.
+    Seconds result = *wanted;
+    for (int round = 0; round < 2; ++round)
+        if (const auto shown = momentIn(localText(result)))
+            result += *wanted - *shown;
+    return result;
+}
+
 } // namespace zv

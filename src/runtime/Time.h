@@ -22,5 +22,7 @@ std::optional<Seconds> momentIn(StringView text);
 std::optional<int> numberIn(StringView digits);
 /// Formats in this machine's local time.
 String localText(Seconds time);
+/// Inverse of localText(), with the formats of momentIn(). Of an hour that a night has twice it is either.
+std::optional<Seconds> localMomentIn(StringView text);
 
 } // namespace zv

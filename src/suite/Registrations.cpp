@@ -5,6 +5,8 @@
 #include "runtime/Single.h"
 #include "suite/Moment.h"
 
+#include <algorithm>
+#include <map>
 #include <optional>
 
 namespace zv {
@@ -30,10 +32,9 @@ Seconds now(Connection& centro)
     return timeHere();
 }
 
-bool isGone(const Station& station, StringView other, const Moment& moment, Seconds now)
+bool isGone(const Station& station, StringView other, std::chrono::seconds silence)
 {
-    return station.gone(other) ||
-           (moment.silence(now) > longestSilence && !(station.alive && station.alive(other)));
+    return station.gone(other) || (silence > longestSilence && !(station.alive && station.alive(other)));
 }
 
 /// Flag (as a single instance, so that a reset clears it): this process registered a row and sends
@@ -130,11 +131,33 @@ std::vector<Registration> registrations(Connection& centro)
             const Moment moment(String() + rows->Fields(u"Momento"));
             result.push_back({CStr(rows->Fields(u"Formulario")), CLng(rows->Fields(u"Fila")),
                               CInt(rows->Fields(u"IDUsuario")), station, moment.shown(time),
-                              isGone(thisStation(), station, moment, time)});
+                              isGone(thisStation(), station, moment.silence(time))});
         }
         return result;
     };
     return whereTableExists(read, std::vector<Registration>{});
+}
+
+std::function<bool(StringView station, Seconds sign)> goneStations(Connection& centro)
+{
+    const auto read = [&] {
+        std::map<String, std::chrono::seconds> silent;
+        const Seconds time = now(centro);
+        const RecordsetPtr rows = centro.Execute(u"SELECT Estacion, Momento FROM RegistroActivo");
+        for (; !rows->Eof(); rows->MoveNext()) {
+            const auto silence = Moment(String() + rows->Fields(u"Momento")).silence(time);
+            const auto [known, first] = silent.try_emplace(String() + rows->Fields(u"Estacion"), silence);
+            known->second = std::min(known->second, silence);
+        }
+        return silent;
+    };
+    return [silent = whereTableExists(read, std::map<String, std::chrono::seconds>{})](StringView station,
+                                                                                       Seconds sign) {
+        const auto known = silent.find(String(station));
+        const std::chrono::seconds silence = timeHere() - sign;
+        return isGone(thisStation(), station,
+                      known == silent.end() ? silence : std::min(silence, known->second));
+    };
 }
 
 bool release(Connection& centro, StringView form, Long row)
@@ -178,7 +201,7 @@ bool registerRow(Connection& centro, const Station& station, StringView form, Lo
         const auto holder = holderOf(centro, form, row);
         if (!holder)
             continue;
-        if (holder->user != user && !isGone(station, holder->station, Moment(holder->moment), time))
+        if (holder->user != user && !isGone(station, holder->station, Moment(holder->moment).silence(time)))
             return true;
         centro.Execute(statement(u"UPDATE RegistroActivo SET IDUsuario={}, Estacion={}, Momento={}",
                                  {user, mine, moment}) +

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "data/Connection.h"
+#include "runtime/Time.h"
 #include "suite/Station.h"
 
 #include <chrono>
+#include <functional>
 
 namespace zv {
 
@@ -30,6 +32,10 @@ std::vector<Registration> registrations(Connection& centro);
 bool release(Connection& centro, StringView form, Long row);
 /// Forced release of all rows; returns their number.
 int releaseAll(Connection& centro);
+
+/// Predicate: whether a station that did something else at `sign` (UTC) has ended. One on another machine has
+/// if neither that nor a heartbeat of a row that it holds is newer than longestSilence.
+std::function<bool(StringView station, Seconds sign)> goneStations(Connection& centro);
 
 /// Tries to acquire the lock of a row for a user of a station, atomically between stations. False: acquired
 /// (it was free, this user's own, or stale). True: another user holds it. A database error fails with a

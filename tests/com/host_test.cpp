@@ -29,7 +29,7 @@ TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
         const Library library(ZV_SERVIDOR);
         const client::Object connection = data.create(ZV_CLSID_Conexion);
         EXPECT_EQ(failureOf([&] { connection.call("Execute", "Select 1"); }).substr(0, 4), "3709");
-        connection.call("Open", folder.url());
+        connection.call("Open", "historial:" + folder.url());
         const auto host = std::make_shared<Session>(objectOf(connection));
         const auto face = dispatchOf(host);
         ended = host;
@@ -60,6 +60,15 @@ TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
                 .object();
         const auto field = Held<ZvDispatch>(rows.get("Fields", "IDESTADOCIVIL").object().release());
         EXPECT_EQ(CLng(invoke(field.get(), ZV_DISPID_VALUE, ZV_PROPERTYGET).value), 8);
+        // The two libraries share no code, and yet the history knows who wrote the row, and in which dialog.
+        EXPECT_THAT(connection.call("Execute", "Select Despues From HistorialAsiento Order By Numero")
+                        .object()
+                        .get("Fields", "Despues")
+                        .object()
+                        .get("Value")
+                        .text(),
+                    testing::StartsWith(
+                        "Dialogo='frmEstadoCivil',Fila=7,Nueva=-1,IDUsuario=1,Usuario='usuario',Puesto='"));
         rows.call("Close");
         EXPECT_EQ(failureOf([&] { rows.get("EOF"); }).substr(0, 4), "3704");
         ZvBool free = -1;

@@ -1,17 +1,9 @@
-#include "data/Schools.h"
-#include "data/odbc/OdbcEngine.h"
-#include "data/sample/SampleSchool.h"
-#include "data/sqlite/SqliteEngine.h"
-#include "module/Module.h"
-#include "robot/ScriptedStage.h"
+#include "estaciones/Stations.h"
 #include "suite/Registrations.h"
 
-#include <gmock/gmock.h>
 #include <sys/mman.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -25,93 +17,10 @@
 namespace zv {
 namespace {
 
-using std::to_string;
-
-/// With ZV_LARGO in the environment, as often as a night allows; else as often as a minute does.
-int times(int brief, int night) { return std::getenv("ZV_LARGO") ? night : brief; }
-
-/// A connection whose statements are seen before ("va") and, unless they fail, after they ran ("hecho").
-class Watched final : public Connection {
-public:
-    using Look = std::function<void(const std::string& what, StringView statement)>;
-    Watched(ConnectionPtr inner, Look look) : inner_(std::move(inner)), look_(std::move(look)) {}
-    RecordsetPtr Execute(StringView statement) override
-    {
-        look_("va", statement);
-        RecordsetPtr rows = inner_->Execute(statement);
-        look_("hecho", statement);
-        return rows;
-    }
-    RecordsetPtr executeNative(StringView statement) override { return inner_->executeNative(statement); }
-    EngineInfo engine() override { return inner_->engine(); }
-
-private:
-    ConnectionPtr inner_;
-    Look look_;
-};
-
-/// A school on the disk or on the server. Who forks has no connection open: no two processes may share one.
-class Stations : public testing::TestWithParam<std::string> {
+/// With obstacles: what lasts from the first update and the first insert until the dialog is left.
+class Hindered : public Stations {
 protected:
-    Stations()
-    {
-        std::filesystem::create_directory(folder);
-        url = fromUtf8(GetParam() == "sqlite" ? "sqlite:" + (folder / "colegio.db").string()
-                                              : "odbc:DSN=zv_prueba;ESQUEMA=puestos" + to_string(getpid()));
-        registerEngine(sqliteEngine());
-        registerEngine(odbcEngine());
-        installModule();
-    }
-    ~Stations() override
-    {
-        for (const Database which : {Database::centro, Database::borrado, Database::entrada})
-            engineOf(url).remove(locationOf(url), which);
-        std::filesystem::remove_all(folder);
-    }
-    void create() { createSchool(url, fillSampleSchool); }
-    int one(StringView statement)
-    {
-        return CLng(openSchool(url).centro->executeNative(statement)->row().at(0));
-    }
-    std::string played(const std::string& text, Watched::Look look)
-    {
-        School school = openSchool(url);
-        school.centro = std::make_shared<Watched>(school.centro, std::move(look));
-        const Guion guion = readGuion(text);
-        Play play(guion, school, scriptedStage);
-        play.run();
-        return toUtf8(play.transcript().text());
-    }
     void meet(const std::function<void()>& begin, const std::function<void()>& end);
-
-    /// Another process, and what it writes.
-    using Process = std::pair<pid_t, FILE*>;
-    static Process start(const std::function<int(int out)>& life)
-    {
-        int ends[2];
-        EXPECT_EQ(pipe(ends), 0);
-        const pid_t process = fork();
-        if (process == 0)
-            try {
-                _exit(life(ends[1]));
-            } catch (const std::exception& error) {
-                std::cerr << error.what() << std::endl;
-                _exit(EXIT_FAILURE);
-            }
-        close(ends[1]);
-        return {process, fdopen(ends[0], "r")};
-    }
-    static int statusOf(const Process& station)
-    {
-        int status = 0;
-        fclose(station.second);
-        waitpid(station.first, &status, 0);
-        return status;
-    }
-
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("zv-puestos-" + to_string(getpid()));
-    String url;
 };
 
 TEST_P(Stations, eight_insert_into_the_same_catalogues_through_the_dialogs)
@@ -322,7 +231,7 @@ pulsar cmdIdioma(0)
 )";
 
 /// An obstacle begins at the first update and at the first insert, and lasts until the dialog is left.
-void Stations::meet(const std::function<void()>& begin, const std::function<void()>& end)
+void Hindered::meet(const std::function<void()>& begin, const std::function<void()>& end)
 {
     create();
     std::set<StringView> met;
@@ -339,7 +248,7 @@ void Stations::meet(const std::function<void()>& begin, const std::function<void
     EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion IN ('Otro','Perdido')"), 0);
 }
 
-TEST_P(Stations, a_table_that_another_holds_past_the_wait_costs_a_message)
+TEST_P(Hindered, a_table_that_another_holds_past_the_wait_costs_a_message)
 {
     School other;
     const auto begin = [&] {
@@ -351,7 +260,7 @@ TEST_P(Stations, a_table_that_another_holds_past_the_wait_costs_a_message)
     meet(begin, [&] { other = {}; });
 }
 
-class FullDisk : public Stations {};
+class FullDisk : public Hindered {};
 
 TEST_P(FullDisk, costs_a_message)
 {
@@ -376,7 +285,7 @@ TEST_P(FullDisk, costs_a_message)
 }
 
 /// A server of its own, since it is cut off.
-class LostServer : public Stations {
+class LostServer : public Hindered {
 protected:
     LostServer()
     {
@@ -461,6 +370,8 @@ TEST_P(LostServer, that_ends_an_idle_link_between_two_answers_of_a_guidance_lose
 
 INSTANTIATE_TEST_SUITE_P(each, LostServer, testing::Values("postgres"));
 INSTANTIATE_TEST_SUITE_P(each, Stations, testing::Values("sqlite", "postgres"),
+                         [](const auto& each) { return each.param; });
+INSTANTIATE_TEST_SUITE_P(each, Hindered, testing::Values("sqlite", "postgres"),
                          [](const auto& each) { return each.param; });
 INSTANTIATE_TEST_SUITE_P(each, FullDisk, testing::Values("sqlite"));
 

@@ -87,6 +87,23 @@ private:
         connection();
         connection_.reset();
     }
+    // What the module tells, by name only, of the dialogs above: for a history.
+    void AbreVentana(const String& dialog, Long row, bool creates, Integer user, const String& userName,
+                     const String& station)
+    {
+        if (connection_)
+            connection_->dialogOpened({dialog, row, creates, user, userName, station});
+    }
+    void CierraVentana()
+    {
+        if (connection_)
+            connection_->dialogClosed();
+    }
+    void ReposaVentana()
+    {
+        if (connection_)
+            connection_->dialogAtRest();
+    }
     const Member* memberNamed(StringView name) const override
     {
         // Optional arguments behind the statement, a counter of rows and options, are ignored.
@@ -95,6 +112,9 @@ private:
             method<&Conexion::Execute>(u"Execute").taking(3),
             method<&Conexion::State>(u"State"),
             method<&Conexion::Close>(u"Close"),
+            method<&Conexion::AbreVentana>(u"AbreVentana"),
+            method<&Conexion::CierraVentana>(u"CierraVentana"),
+            method<&Conexion::ReposaVentana>(u"ReposaVentana"),
         };
         return findMember(members, name);
     }

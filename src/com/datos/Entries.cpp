@@ -1,5 +1,6 @@
 #include "com/Registry.h"
 #include "com/datos/Conexion.h"
+#include "data/history/HistoryEngine.h"
 #include "data/odbc/OdbcEngine.h"
 #include "data/sqlite/SqliteEngine.h"
 
@@ -14,6 +15,7 @@ bool enginesKnown()
 {
     registerEngine(sqliteEngine());
     registerEngine(odbcEngine());
+    registerEngine(historyEngine());
     return true;
 }
 

@@ -19,6 +19,12 @@ enum class Kind : Integer {
                  ///< in `after`.
 };
 
+/// Whether the entry tells of a row that is otherwise than before.
+constexpr bool wroteRow(Kind kind)
+{
+    return kind == Kind::added || kind == Kind::changed || kind == Kind::removed;
+}
+
 /// Entry of the history: a row of its table, immutable but for an erasure, which empties `before`, `after`
 /// and `salt`.
 struct Entry {

@@ -1,10 +1,12 @@
 #include "data/history/HistoryConnection.h"
 
+#include "data/Cursor.h"
 #include "data/DataError.h"
 #include "data/Dialect.h"
 #include "data/Schema.h"
 #include "data/Statement.h"
 #include "data/Tokens.h"
+#include "data/history/Rows.h"
 #include "runtime/Convert.h"
 
 #include <algorithm>
@@ -19,9 +21,6 @@ constexpr StringView enciphered = u"Enfermedad";
 constexpr StringView encipheredKey = u"IDEnfermedad";
 /// Registrations of rows: housekeeping of the stations, which no person ever types.
 constexpr StringView registrations = u"RegistroActivo";
-/// Tables whose dialogs save with several statements, so that a save may be cut between two.
-constexpr StringView savedInParts[] = {u"Banco",         u"Sucursal",         u"ConsejoOrientador_Nota",
-                                       u"Alumno_InfInd", u"Alumno_InfIndESO", u"Alumno_InfIndPrim"};
 /// Notes that wait are bounded: a database that cannot be written for a day must not fill the memory.
 constexpr std::size_t mostPending = 1000;
 
@@ -57,25 +56,11 @@ bool isOwn(StringView table)
 /// Key of the table; nullptr for one of which it is not known.
 const schema::Table* keyed(StringView table) { return schema::table(table); }
 
-std::span<const schema::Column> keyColumns(const schema::Table& table)
-{
-    return table.columns().first(table.keyColumns);
-}
-
 bool setsKey(const Write& write)
 {
     return std::ranges::any_of(keyColumns(*keyed(write.table)), [&](const schema::Column& each) {
         return valueOf(write.values, each.name) != nullptr;
     });
-}
-
-String keyOf(const schema::Table& table, const Fields& fields)
-{
-    Fields key;
-    for (const schema::Column& each : keyColumns(table))
-        if (const Value* value = valueOf(fields, each.name))
-            key.push_back({String(each.name), *value});
-    return key.size() == table.keyColumns ? conditionOf(key) : String();
 }
 
 /// Begins to append; where the tables have gone, Gone.
@@ -101,6 +86,11 @@ String openingText(const Opening& opening)
 }
 
 } // namespace
+
+bool isSavedInParts(StringView table)
+{
+    return std::ranges::any_of(savedInParts, [&](StringView each) { return sameName(each, table); });
+}
 
 HistoryConnection::HistoryConnection(ConnectionPtr inner, ColumnsOf columnsOf, Begins begins)
     : ConnectionDecorator(std::move(inner)), columnsOf_(std::move(columnsOf)),
@@ -214,7 +204,7 @@ RecordsetPtr HistoryConnection::runNoted(StringView statement, const Write& writ
             if (none && write.kind == Write::Kind::update)
                 add(log, {.kind = Kind::missed,
                           .table = String(keyed(write.table)->name),
-                          .row = write.where.substr(0, 250),
+                          .row = storable(write.where.substr(0, 250)),
                           .after = textOf(write.values)});
             addDifferences(log, write, std::move(before), std::move(after));
         }
@@ -261,20 +251,8 @@ RecordsetPtr HistoryConnection::runRelease(StringView statement, const Run& run)
 HistoryConnection::Rows HistoryConnection::rowsOf(const Write& write, StringView condition)
 {
     const schema::Table& table = *keyed(write.table);
-    const std::vector<String>& all = columns(write.table);
-    String query = u"SELECT ";
-    for (const String& each : all)
-        query += (&each == &all.front() ? u"" : u", ") + each;
-    query += u" FROM " + String(table.name);
-    if (!condition.empty())
-        query += u" WHERE " + String(condition);
     Rows result;
-    for (const RecordsetPtr rows = inner()->Execute(query); !rows->Eof(); rows->MoveNext()) {
-        const std::vector<Value> values = rows->row();
-        Fields fields;
-        fields.reserve(values.size());
-        for (std::size_t i = 0; i < values.size(); ++i)
-            fields.push_back({all[i], values[i]});
+    for (Fields& fields : history::rowsOf(*inner(), table.name, columns(write.table), condition)) {
         String key = keyOf(table, fields);
         result.push_back({std::move(key), std::move(fields)});
     }
@@ -362,8 +340,7 @@ void HistoryConnection::add(Appending& log, Entry entry)
         if (top.save == 0)
             top.save = log.next();
         entry.save = top.save;
-        top.severalRows |=
-            std::ranges::any_of(savedInParts, [&](StringView each) { return sameName(each, entry.table); });
+        top.severalRows |= isSavedInParts(entry.table);
     }
     log.add(std::move(entry));
 }
@@ -407,13 +384,15 @@ void HistoryConnection::noteReading(StringView query)
 void HistoryConnection::noteFailure(const DataError& error, const std::optional<Write>& write)
 {
     const bool ours = write && keyed(write->table);
-    // Nothing is asked of a database that has just failed.
+    // Nothing is asked of a database that has just failed. A text may be why the statement failed: the note
+    // of it must not fail for the same.
     const bool known = ours && columns_.contains(lowerName(write->table));
     const Entry entry{.kind = Kind::failed,
                       .table = ours ? String(keyed(write->table)->name) : String(),
-                      .row = write ? write->where.substr(0, 250) : String(),
-                      .before = textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}}),
-                      .after = known ? textOf(named(*write)) : error.statement()};
+                      .row = write ? storable(write->where.substr(0, 250)) : String(),
+                      .before =
+                          storable(textOf({{u"Fallo", error.number()}, {u"Motivo", error.description()}})),
+                      .after = storable(known ? textOf(named(*write)) : error.statement())};
     if (!open_.empty() && closing_.parts[open_.back().part].failed.size() < mostPending)
         closing_.parts[open_.back().part].failed.push_back(entry);
     pending_.push_back(entry);
@@ -434,13 +413,25 @@ void HistoryConnection::dialogOpened(const Opening& opening)
     }
 }
 
+/// The end of a save that is one transaction of its writer's belongs to that.
+void HistoryConnection::noteEnd()
+{
+    if (!callersTransaction_) {
+        pending_.push_back({.kind = Kind::ended});
+        return;
+    }
+    Appending log(*inner());
+    add(log, {.kind = Kind::ended});
+    log.finish();
+}
+
 void HistoryConnection::dialogAtRest()
 {
     if (open_.empty())
         return;
     Open& top = open_.back();
     if (top.save != 0 && top.severalRows)
-        pending_.push_back({.kind = Kind::ended});
+        noteEnd();
     flush();
     top.save = 0;
     top.severalRows = false;

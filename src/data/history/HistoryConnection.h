@@ -47,6 +47,9 @@ public:
     /// The dialog that closed last, once.
     std::optional<Closed> takeClosed();
 
+    /// Names of a table's columns in physical order; empty for a table that is not there.
+    const std::vector<String>& columns(StringView table);
+
 private:
     using Run = std::function<RecordsetPtr(StringView)>;
     struct Open {
@@ -78,7 +81,7 @@ private:
     void add(Appending& log, Entry entry);
     void addPending(Appending& log);
     void flush();
-    const std::vector<String>& columns(StringView table);
+    void noteEnd();
 
     ColumnsOf columnsOf_;
     std::map<String, std::vector<String>> columns_; ///< Cache by the table's name in lower case.
@@ -91,6 +94,12 @@ private:
     bool callersTransaction_ = false;
     bool missing_ = false; ///< The history's tables have gone: nothing is noted any more.
 };
+
+/// Tables whose dialogs save with several statements, so that a save may be cut between two.
+inline constexpr StringView savedInParts[] = {
+    u"Banco",         u"Sucursal",         u"ConsejoOrientador_Nota",
+    u"Alumno_InfInd", u"Alumno_InfIndESO", u"Alumno_InfIndPrim"};
+bool isSavedInParts(StringView table);
 
 /// The history behind a connection, or nullptr where there is none.
 HistoryConnection* historyOf(const ConnectionPtr& connection);

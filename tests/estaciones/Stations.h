@@ -1,0 +1,109 @@
+#pragma once
+
+#include "data/Schools.h"
+#include "data/odbc/OdbcEngine.h"
+#include "data/sample/SampleSchool.h"
+#include "data/sqlite/SqliteEngine.h"
+#include "module/Module.h"
+#include "robot/ScriptedStage.h"
+
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <iostream>
+
+namespace zv {
+
+using std::to_string;
+
+/// With ZV_LARGO in the environment, as often as a night allows; else as often as a minute does.
+inline int times(int brief, int night) { return std::getenv("ZV_LARGO") ? night : brief; }
+
+/// A connection whose statements are seen before ("va") and, unless they fail, after they ran ("hecho").
+class Watched final : public ConnectionDecorator {
+public:
+    using Look = std::function<void(const std::string& what, StringView statement)>;
+    Watched(ConnectionPtr inner, Look look) : ConnectionDecorator(std::move(inner)), look_(std::move(look)) {}
+    RecordsetPtr Execute(StringView statement) override
+    {
+        look_("va", statement);
+        RecordsetPtr rows = inner()->Execute(statement);
+        look_("hecho", statement);
+        return rows;
+    }
+
+private:
+    Look look_;
+};
+
+/// A school on the disk or on the server. Who forks has no connection open: no two processes may share one.
+class Stations : public testing::TestWithParam<std::string> {
+protected:
+    Stations()
+    {
+        std::filesystem::create_directory(folder);
+        url = fromUtf8(GetParam() == "sqlite" ? "sqlite:" + (folder / "colegio.db").string()
+                                              : "odbc:DSN=zv_prueba;ESQUEMA=puestos" + to_string(getpid()));
+        registerEngine(sqliteEngine());
+        registerEngine(odbcEngine());
+        installModule();
+    }
+    ~Stations() override
+    {
+        for (const Database which : {Database::centro, Database::borrado, Database::entrada})
+            engineOf(url).remove(locationOf(url), which);
+        std::filesystem::remove_all(folder);
+    }
+    void create() { createSchool(url, fillSampleSchool); }
+    int one(StringView statement)
+    {
+        return CLng(openSchool(url).centro->executeNative(statement)->row().at(0));
+    }
+    std::string played(const std::string& text, Watched::Look look)
+    {
+        return playedOn(openSchool(url), text, std::move(look));
+    }
+    static std::string playedOn(School school, const std::string& text, Watched::Look look)
+    {
+        school.centro = std::make_shared<Watched>(school.centro, std::move(look));
+        const Guion guion = readGuion(text);
+        Play play(guion, school, scriptedStage);
+        play.run();
+        return toUtf8(play.transcript().text());
+    }
+
+    /// Another process, and what it writes.
+    using Process = std::pair<pid_t, FILE*>;
+    static Process start(const std::function<int(int out)>& life)
+    {
+        int ends[2];
+        EXPECT_EQ(pipe(ends), 0);
+        const pid_t process = fork();
+        if (process == 0)
+            try {
+                _exit(life(ends[1]));
+            } catch (const std::exception& error) {
+                std::cerr << error.what() << std::endl;
+                _exit(EXIT_FAILURE);
+            }
+        close(ends[1]);
+        return {process, fdopen(ends[0], "r")};
+    }
+    static int statusOf(const Process& station)
+    {
+        int status = 0;
+        fclose(station.second);
+        waitpid(station.first, &status, 0);
+        return status;
+    }
+
+    const std::filesystem::path folder =
+        std::filesystem::temp_directory_path() / ("zv-puestos-" + to_string(getpid()));
+    String url;
+};
+
+} // namespace zv
