@@ -85,11 +85,13 @@ void MainWindow::use(std::unique_ptr<Host> host)
     tellStatus();
     if (tree_.chosen() != nullptr) {
         chosen();
+        tellCuts();
         return;
     }
     const Node* last = nodeOf(static_cast<Byte>(memory_.value(lastList).toInt()));
     // 0 is a node of its own: only a kept one means it.
     go(last != nullptr && memory_.value(lastList).isValid() ? *last : nodes().front());
+    tellCuts();
 }
 
 void MainWindow::chosen()

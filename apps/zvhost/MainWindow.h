@@ -78,6 +78,12 @@ private:
     bool remembers() const;
     /// Tells what the dialog that has closed saved, and what was lost by it.
     void tellClosed();
+    void tellSaved(const history::HistoryConnection::Closed& closed);
+    void takeBack(const std::vector<Long>& openings);
+    /// Tells of saves that were cut because their station died.
+    void tellCuts();
+    /// Runs what writes through the history, and reads the list again. False if it failed.
+    bool changes(const QString& failed, const std::function<void()>& what);
     void giveBack(const std::vector<history::Loss>& losses);
     void readAgain(ListPage::Added added);
     void keepLook();

@@ -396,7 +396,8 @@ void HistoryConnection::noteReading(StringView query)
 void HistoryConnection::noteFailure(const DataError& error, const std::optional<Write>& write)
 {
     const bool ours = write && keyed(write->table);
-    // Nothing is asked of a database that has just failed.
+    // Nothing is asked of a database that has just failed. A text may be why the statement failed: the note
+    // of it must not fail for the same.
     const bool known = ours && columns_.contains(lowerName(write->table));
     // A text may be why the statement failed: the note of it must not fail for the same.
     const Entry entry{.kind = Kind::failed,

@@ -432,22 +432,6 @@ std::optional<Fields> fieldsOfCondition(StringView condition)
     }
 }
 
-Opening openingOf(Connection& centro, Long number)
-{
-    Opening opening;
-    for (const Entry& each :
-         number == 0 ? std::vector<Entry>() : entries(centro, statement(u"Numero={}", {number}))) {
-        const Fields who = fieldsIn(each.after);
-        if (const Value* dialog = valueOf(who, u"Dialogo"))
-            opening.dialog = String() + *dialog;
-        if (const Value* user = valueOf(who, u"IDUsuario"))
-            opening.user = CInt(*user);
-        if (const Value* name = valueOf(who, u"Usuario"))
-            opening.userName = String() + *name;
-    }
-    return opening;
-}
-
 std::vector<Loss> lossesOf(Connection& centro, const Closed& closed)
 {
     std::vector<Loss> all;

@@ -2,17 +2,11 @@
 
 #include "data/history/HistoryConnection.h"
 #include "data/history/Rows.h"
+#include "data/history/Undo.h"
 
 #include <optional>
 
 namespace zv::history {
-
-/// Who wrote an entry, in which dialog, and when.
-struct Author {
-    Long entry = 0;     ///< Its number; 0 where the history does not know.
-    String moment = {}; ///< UTC, as in Entry.
-    Opening opening = {};
-};
 
 /// Something that somebody wrote, in one row of a table, and that is gone since a dialog saved.
 struct Loss {
@@ -39,8 +33,6 @@ struct Loss {
 std::optional<Fields> rowNow(Connection& centro, const schema::Table& table, StringView condition);
 /// The columns of a condition like "CodAlumno=3 AND codMateria=7"; nullopt for any other.
 std::optional<Fields> fieldsOfCondition(StringView condition);
-/// The opening with the number; an empty one for 0.
-Opening openingOf(Connection& centro, Long number);
 /// What a dialog that has closed lost; empty where it lost nothing. The history alone is read, and the rows
 /// themselves only for what was lost.
 std::vector<Loss> lossesOf(Connection& centro, const HistoryConnection::Closed& closed);
