@@ -63,7 +63,7 @@ JsonObject jsonOf(StringView table, const history::Fields& fields)
 {
     JsonObject result;
     for (const history::Field& each : fields)
-        if (const String* text = each.value.as<String>(); text && !history::isSecret(table, each.column))
+        if (const auto* text = each.value.as<String>(); text && !history::isSecret(table, each.column))
             result.text(history::nameOf(table, each.column), *text);
         else
             result.raw(history::nameOf(table, each.column), each.value.isNull() ? u"null"

@@ -157,6 +157,23 @@ TEST_F(RowRegister, a_station_that_nobody_sees_keeps_its_rows_by_signs_of_life)
     EXPECT_TRUE(first.registroactivo(*centro, u"frmPais", 3, 7)) << "what tells no time proves nothing";
 }
 
+TEST_F(RowRegister, a_station_elsewhere_is_gone_when_neither_what_it_did_nor_its_rows_are_new)
+{
+    first.registroactivo(*centro, u"frmPais", 3, 7);
+    const auto gone = [&](const String& station, int rowAge, int age) {
+        centro->Execute(u"UPDATE RegistroActivo SET Momento=datetime('now','-" + decimalText(Long{rowAge}) +
+                        u" minutes')");
+        return goneStations(*centro)(station, timeHere() - std::chrono::minutes(age));
+    };
+    EXPECT_TRUE(gone(u"uno", 20, 20));
+    EXPECT_FALSE(gone(u"uno", 20, 14));
+    EXPECT_FALSE(gone(u"uno", 14, 20));
+    EXPECT_TRUE(gone(u"dos", 14, 20)) << "another's row";
+    EXPECT_FALSE(gone(thisStation().identity, 600, 600)) << "it runs";
+    centro->Execute(u"DROP TABLE RegistroActivo");
+    EXPECT_FALSE(goneStations(*centro)(u"dos", timeHere()));
+}
+
 TEST_F(RowRegister, other_stations_may_act_between_two_statements)
 {
     const CentroApi third{station(u"tres")};

@@ -173,7 +173,7 @@ private:
     Author whoWrote(Why why, const Entry& entry, StringView column) const
     {
         const auto left = [&](const Entry& later) {
-            if (numbers_.contains(later.number) || later.row != entry.row)
+            if (numbers_.contains(later.number))
                 return false;
             if (why == Why::rowGone)
                 return later.kind == Kind::removed;
@@ -182,7 +182,9 @@ private:
         };
         Author result;
         forEach(
-            centro_, statement(u"Numero>{} AND ", {entry.number}) + ofRow(entry.table, entry.row),
+            centro_,
+            statement(u"Numero>{} AND Tabla={} AND Fila={}",
+                      {entry.number, textLiteral(entry.table), textLiteral(entry.row)}),
             [&](const Entry& later) {
                 if (!left(later))
                     return true;

@@ -84,7 +84,7 @@ String shown(StringView table, StringView column, const Value& value)
 {
     if (value.isNull() || value.isEmpty())
         return u"(nada)";
-    const String* const text = value.as<String>();
+    const auto* const text = value.as<String>();
     if (text == nullptr)
         return literal(value);
     return isSecret(table, column) ? String(u"(cifrado)") : u"«" + *text + u"»";
@@ -137,7 +137,7 @@ String told(const Obstacle& obstacle, Seconds now)
 
 String told(const Entry& entry)
 {
-    const String row = entry.table + (entry.row.empty() ? u"" : u" " + entry.row) + u": ";
+    String row = entry.table + (entry.row.empty() ? u"" : u" " + entry.row) + u": ";
     const Fields before = fieldsOrNone(entry.before);
     const Fields after = fieldsOrNone(entry.after);
     const bool gone = before.empty() && after.empty();
