@@ -2,6 +2,8 @@
 
 #include "data/Connection.h"
 #include "data/Schools.h"
+#include "data/history/HistoryEngine.h"
+#include "data/history/Log.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "forms/Desktop.h"
 #include "module/Module.h"
@@ -13,25 +15,26 @@
 #include "Measure.h"
 
 #include <filesystem>
+#include <optional>
 #include <sqlite3.h>
+#include <utility>
 
 namespace zv::bench {
 
 /// Decorator of a connection that keeps the statements while `recording`.
-class RecordingConnection final : public Connection {
+class RecordingConnection final : public ConnectionDecorator {
 public:
-    explicit RecordingConnection(ConnectionPtr inner) : inner_(std::move(inner)) {}
+    using ConnectionDecorator::ConnectionDecorator;
     RecordsetPtr Execute(StringView sql) override
     {
         keep(sql);
-        return inner_->Execute(sql);
+        return inner()->Execute(sql);
     }
     RecordsetPtr executeNative(StringView sql) override
     {
         keep(sql);
-        return inner_->executeNative(sql);
+        return inner()->executeNative(sql);
     }
-    EngineInfo engine() override { return inner_->engine(); }
 
     bool recording = false;
     std::vector<String> statements;
@@ -42,7 +45,6 @@ private:
         if (recording)
             statements.emplace_back(sql);
     }
-    ConnectionPtr inner_;
 };
 
 /// Headless desktop with a person who needs no time to think.
@@ -66,16 +68,24 @@ struct Stage {
     std::shared_ptr<RecordingConnection> centro;
     std::shared_ptr<PropertyBag> session;
 
-    Stage(const char* name, BusyPerson& person, Durability durability = Durability::off)
+    Stage(const char* name, BusyPerson& person, Durability durability = Durability::off, bool history = false)
         : folder(std::filesystem::temp_directory_path() / name), file((folder / "colegio.db").string()),
           settings(durability == Durability::off ? "PRAGMA journal_mode=WAL;PRAGMA synchronous=OFF"
                                                  : "PRAGMA journal_mode=WAL;PRAGMA synchronous=FULL")
     {
         std::filesystem::remove_all(folder);
         std::filesystem::create_directories(folder);
-        registerEngine(sqliteEngine(durability));
+        // A connection with a history goes on asking the engine that opened it.
+        static std::optional<Durability> registered;
+        if (std::exchange(registered, durability) != durability)
+            registerEngine(sqliteEngine(durability));
         installModule();
-        School school = createSchool(u"sqlite:" + fromUtf8(file));
+        const String url = u"sqlite:" + fromUtf8(file);
+        School school = createSchool(url);
+        if (history) {
+            history::activate(*school.centro);
+            school = history::withHistory(school, url);
+        }
         centro = std::make_shared<RecordingConnection>(school.centro);
         school.centro = centro;
         session = newHostSession(school);

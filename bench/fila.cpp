@@ -4,11 +4,9 @@
 // system, with synchronous OFF so that the disk does not hide what each adds, and the change once more as it
 // is delivered, with FULL. Prints the ratios at the end, and before, what each tells the database.
 
+#include "Office.h"
 #include "QtEdit.h"
-#include "Stage.h"
 #include "data/Statement.h"
-
-#include "forms/Acts.h"
 
 #include <iostream>
 
@@ -16,30 +14,6 @@ namespace {
 
 using namespace zv;
 using namespace zv::bench;
-
-constexpr Byte maritalStates = 65;
-
-/// Person who types a new text and presses "Aceptar".
-class Typist final : public BusyPerson {
-public:
-    void runModal(Form& form) override
-    {
-        Acts acts;
-        Control& box = form.reach(u"txtIdioma");
-        acts.type(box, next());
-        acts.click(form.reach(u"cmdIdioma", 0));
-    }
-    String next() { return (++changes_ & 1) != 0 ? u"Casada" : u"Soltera"; }
-
-private:
-    unsigned changes_ = 0;
-};
-
-/// Fixture of a school with that row.
-struct Office : Stage {
-    using Stage::Stage;
-    void change() const { facade(1).ActivarFormulario(maritalStates); }
-};
 
 void throughTheFacade(benchmark::State& state, const Office& office)
 {

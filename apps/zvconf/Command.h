@@ -33,6 +33,9 @@ int guion(Arguments arguments);
 int azar(Arguments arguments);
 int textos(Arguments arguments);
 int nodos(Arguments arguments);
+int mudar(Arguments arguments);
+int copia(Arguments arguments);
+int restaurar(Arguments arguments);
 int historial(Arguments arguments);
 
 /// Invalid command line; the text is Spanish.

@@ -13,6 +13,10 @@ namespace zv::zvconf {
 
 int activarHistorial(Arguments arguments);
 int desactivarHistorial(Arguments arguments);
+int comprobarHistorial(Arguments arguments);
+int olvidarHistorial(Arguments arguments);
+int plazoHistorial(Arguments arguments);
+int exportarHistorial(Arguments arguments);
 int verHistorial(Arguments arguments);
 int deshacerHistorial(Arguments arguments);
 int cortadosHistorial(Arguments arguments);

@@ -16,9 +16,9 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command commands[] = {
-    {u"crear", crear},   {u"comprobar", comprobar}, {u"registros", registros},
-    {u"clave", clave},   {u"guion", guion},         {u"azar", azar},
-    {u"textos", textos}, {u"nodos", nodos},         {u"historial", historial},
+    {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
+    {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
+    {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -37,9 +37,31 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
       puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
       la persona, o donde diga la variable ZV_CLAVE.
+  zvconf copia FICHERO | --diaria CARPETA | --comprobar --bd URL [--frase FICHERO]
+      Copia en un fichero las tres bases de datos de un centro tal como están en un instante, aunque se esté
+      trabajando, y comprueba lo que daría al restaurarla. Con --frase, cuya primera línea es una frase,
+      lleva también la clave de las enfermedades, cerrada con ella. Con --diaria hace la de hoy en la carpeta y
+      deja las de 7 días, 4 semanas y 12 meses; con --comprobar sólo comprueba una copia que hay.
+  zvconf restaurar FICHERO --bd URL [--frase FICHERO]
+      Pone el centro de una copia en lugar del que haya, que queda al lado con otro nombre: o todo o nada.
+  zvconf mudar --de URL --a URL
+      Copia un centro a donde no hay ninguno, de un fichero a un servidor o al revés, y compara los dos antes
+      de darlo por hecho: al final está entero o no está. El de partida queda como estaba. Nadie debe seguir
+      cambiando el de partida: lo que cambie después no va.
   zvconf historial activar | desactivar --bd URL
       El historial guarda, en la misma base de datos, lo que había y lo que hay en cada fila que se cambia, quién
       la cambió, cuándo y en qué ventana. Los centros que hace «crear» lo tienen activado.
+  zvconf historial comprobar [--cabeza NÚMERO:ENLACE] --bd URL
+      Comprueba que nadie ha cambiado, quitado ni añadido asientos, y dice la cabeza, que es el último. Con
+      --cabeza mira que uno que se anotó antes siga ahí: así se nota si faltan los últimos.
+  zvconf historial olvidar --alumno N | --fila TABLA N [--si] --bd URL
+      Cuenta los asientos con textos de un alumno o de una fila; con --si los borra, para siempre.
+  zvconf historial plazo [MESES] [--si] --bd URL
+      Dice a los cuántos meses se borran los textos, y cuántos tocan ya; con --si los borra, y queda ese plazo
+      si se dan MESES (0: nunca). Los borra la orden, no el programa: repítala cada mes.
+  zvconf historial exportar [--sin-nombres] FICHERO --bd URL
+      Escribe todos los asientos en un fichero suyo y de nadie más, uno en cada línea, en JSON, y dice la
+      cabeza. Con --sin-nombres van sin textos, y con números en lugar de usuarios, puestos y alumnos.
   zvconf historial ver [--tabla TABLA] [--fila N] [--usuario USUARIO] [--ventana NOMBRE] [--dia DIA]
       [--json] --bd URL
       Dice lo anotado: de una tabla, de una de sus filas, de una persona (por su nombre o su número), de una

@@ -9,13 +9,16 @@
 #include "session/cNombreNodo.h"
 #include "suite/sodium/EncryptoApi.h"
 #include "zvhost/Gallery.h"
+#include "zvhost/KeptText.h"
 #include "zvhost/MainWindow.h"
+#include "zvhost/ServerWait.h"
 #include "zvhost/Start.h"
 #include "zvhost/Widgets.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QProcess>
+#include <QTimer>
 
 #include <iostream>
 #include <optional>
@@ -70,6 +73,7 @@ public:
 
 private:
     QtDesktop desktop_;
+    ServerWait wait_{desktop_};
 };
 
 QCommandLineOption valued(const char* name)
@@ -119,6 +123,20 @@ void darken()
     QApplication::setPalette(palette);
 }
 
+/// Of a screen, in logical pixels; "1366x768" says it in those of the device.
+std::optional<QSize> screenSize(const Words& given)
+{
+    if (!given.has(QStringLiteral("tamano")))
+        return std::nullopt;
+    const QString text = given.text(QStringLiteral("tamano"));
+    const QStringList sides = text.split(u'x');
+    const QSize size(sides.value(0).toInt(), sides.value(1).toInt());
+    if (sides.size() != 2 || size.isEmpty())
+        throw std::invalid_argument("«" + text.toStdString() +
+                                    "» no vale para --tamano: se escribe como 1366x768.");
+    return size / qApp->devicePixelRatio();
+}
+
 } // namespace
 
 int mainWindow(const QStringList& words)
@@ -139,6 +157,7 @@ int mainWindow(const QStringList& words)
             build();
         window->use(std::move(host));
         window->show();
+        QTimer::singleShot(0, &*window, [&] { offerKeptTexts(&*window); });
         result = QApplication::exec();
     }
     return result;
@@ -188,7 +207,7 @@ int guion(const QStringList& words)
 
 int galeria(const QStringList& words)
 {
-    const Words given(words, {valued("puntos"), plain("oscuro")});
+    const Words given(words, {valued("puntos"), valued("tamano"), plain("oscuro")});
     if (given.rest().size() != 1)
         throw std::invalid_argument("galeria lleva una carpeta.");
     if (!given.has(QStringLiteral("puntos"))) {
@@ -200,9 +219,12 @@ int galeria(const QStringList& words)
     // A random key: pictures of a sample never touch the person's own.
     registerCipher([key = CipherKey::random()](bool) { return key; });
     const QString dots = given.text(QStringLiteral("puntos"));
-    const int drawn = drawGallery(
-        given.rest().front(),
-        u'-' + dots + (given.has(QStringLiteral("oscuro")) ? QStringLiteral("-oscuro") : QString()));
+    const std::optional<QSize> screen = screenSize(given);
+    const int drawn =
+        drawGallery(given.rest().front(),
+                    u'-' + dots + (screen ? u'-' + given.text(QStringLiteral("tamano")) : QString()) +
+                        (given.has(QStringLiteral("oscuro")) ? QStringLiteral("-oscuro") : QString()),
+                    screen);
     std::cout << drawn << " imágenes a " << dots.toStdString() << " puntos por pulgada en "
               << given.rest().front().toStdString() << ".\n";
     return done;

@@ -1,5 +1,6 @@
 #include "zvhost/DeletionNotes.h"
 
+#include "data/Schema.h"
 #include "data/Statement.h"
 #include "qt/QtText.h"
 #include "runtime/Convert.h"
@@ -28,13 +29,6 @@ void asFarAsPossible(Use&& use)
     }
 }
 
-void makeTable(Connection& borrado)
-{
-    borrado.executeNative(
-        u"CREATE TABLE RegistroPapelera (Tabla VARCHAR(50) NOT NULL, Fila INTEGER NOT NULL, "
-        u"Momento VARCHAR(30), IDUsuario SMALLINT, PRIMARY KEY (Tabla, Fila))");
-}
-
 } // namespace
 
 void noteDeletion(Connection& borrado, StringView table, Long key, Integer user)
@@ -53,7 +47,7 @@ void noteDeletion(Connection& borrado, StringView table, Long key, Integer user)
         } catch (const RuntimeError& error) {
             if (error.number() != failure::tableMissing)
                 throw;
-            makeTable(borrado);
+            borrado.executeNative(schema::recycleBinNotes.definition);
             write();
         }
     });

@@ -9,10 +9,13 @@
 #include "suite/Sample.h"
 #include "zvhost/MainWindow.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QMessageBox>
 #include <QPainter>
+#include <QTimer>
 
 namespace zv::host {
 namespace {
@@ -20,9 +23,10 @@ namespace {
 /// Desktop that draws each window instead of running it, and closes it.
 class DrawingDesktop final : public QtDesktop {
 public:
-    DrawingDesktop(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix))
+    DrawingDesktop(QString folder, QString suffix, std::optional<QSize> screen)
+        : folder_(std::move(folder)), suffix_(std::move(suffix))
     {
-        showWhole();
+        screen ? boundTo(*screen) : showWhole();
     }
 
     int drawn() const { return drawn_; }
@@ -84,16 +88,15 @@ protected:
         QApplication::processEvents();
         if (front_ == nullptr)
             return;
-        QPixmap whole = front_->grab();
-        const QPixmap over = box.grab();
-        const QSize size = box.size().expandedTo(front_->size());
-        QPixmap both(size * whole.devicePixelRatio());
+        // Where they stand on the screen.
+        const QPixmap whole = front_->grab();
+        const QRect area = front_->geometry() | box.geometry();
+        QPixmap both(area.size() * whole.devicePixelRatio());
         both.setDevicePixelRatio(whole.devicePixelRatio());
         both.fill(front_->palette().color(QPalette::Dark));
         QPainter painter(&both);
-        painter.drawPixmap((size.width() - front_->width()) / 2, (size.height() - front_->height()) / 2,
-                           whole);
-        painter.drawPixmap((size.width() - box.width()) / 2, (size.height() - box.height()) / 2, over);
+        painter.drawPixmap(front_->pos() - area.topLeft(), whole);
+        painter.drawPixmap(box.pos() - area.topLeft(), box.grab());
         painter.end();
         save(both, front_->objectName() + u'-' + state_);
     }
@@ -143,27 +146,50 @@ void drawNode(Host& host, DrawingDesktop& desktop, const Node& node)
         open(QStringLiteral("ordenante"), cConstCol::NUEVO, -2);
 }
 
+void drawHost(MainWindow& window, DrawingDesktop& desktop)
+{
+    const auto list = [&](Byte node, const char* name) {
+        window.go(*nodeOf(node));
+        QApplication::processEvents();
+        desktop.draw(window, QString::fromLatin1(name));
+    };
+    QApplication::processEvents();
+    desktop.draw(window, QStringLiteral("principal"));
+    list(cNombreNodo::Emisor, "principal-emisores");
+    list(cNombreNodo::InfIndiv, "principal-informes");
+    for (const char* name : {"papelera", "enuso", "sesion", "buscarAyuda"}) {
+        // Runs in the dialog's own loop.
+        QTimer::singleShot(0, [&] {
+            QApplication::processEvents();
+            if (QWidget* dialog = QApplication::activeModalWidget()) {
+                desktop.draw(*dialog, QStringLiteral("principal-") + QString::fromLatin1(name));
+                dialog->close();
+            }
+        });
+        window.findChild<QAction*>(QString::fromLatin1(name))->trigger();
+    }
+    window.findChild<QAction*>(QStringLiteral("ayuda"))->trigger();
+    QApplication::processEvents();
+    auto& help = *window.findChild<QDialog*>(QStringLiteral("ayuda"));
+    desktop.draw(help, QStringLiteral("principal-ayuda"));
+    help.close();
+}
+
 } // namespace
 
-int drawGallery(const QString& folder, const QString& suffix)
+int drawGallery(const QString& folder, const QString& suffix, std::optional<QSize> screen)
 {
     QDir().mkpath(folder);
-    DrawingDesktop desktop(folder, suffix);
+    DrawingDesktop desktop(folder, suffix, screen);
     useDesktop(&desktop);
     School school = temporarySchool();
     fillSample(school);
     MainWindow window(std::make_unique<Host>(u"sqlite:colegio.db", school));
     // The screen in memory is smaller than any desktop's.
-    window.resize(window.fontMetrics().averageCharWidth() * 170, window.fontMetrics().height() * 42);
+    window.resize(QSize(window.fontMetrics().averageCharWidth() * 170, window.fontMetrics().height() * 42)
+                      .boundedTo(screen.value_or(QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))));
     window.show();
-    QApplication::processEvents();
-    desktop.draw(window, QStringLiteral("principal"));
-    window.go(*nodeOf(cNombreNodo::Emisor));
-    QApplication::processEvents();
-    desktop.draw(window, QStringLiteral("principal-emisores"));
-    window.go(*nodeOf(cNombreNodo::InfIndiv));
-    QApplication::processEvents();
-    desktop.draw(window, QStringLiteral("principal-informes"));
+    drawHost(window, desktop);
     for (const Node& node : nodes())
         drawNode(window.host(), desktop, node);
     useDesktop(nullptr);

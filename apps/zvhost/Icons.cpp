@@ -1,5 +1,7 @@
 #include "zvhost/Icons.h"
 
+#include "qt/Legible.h"
+
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
@@ -83,6 +85,19 @@ QPainterPath pathOf(const char* drawing)
     return path;
 }
 
+/// Cache: each icon asks at each painting.
+const QPalette& colors()
+{
+    static QPalette mended;
+    static qint64 of = 0;
+    const QPalette now = QGuiApplication::palette();
+    if (of != now.cacheKey()) {
+        of = now.cacheKey();
+        mended = legible(now);
+    }
+    return mended;
+}
+
 /// Icon engine of a line drawing: it has every size, and follows the palette.
 class LineEngine final : public QIconEngine {
 public:
@@ -90,7 +105,7 @@ public:
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override
     {
-        const QPalette palette = QGuiApplication::palette();
+        const QPalette& palette = colors();
         const QColor colour = mode == QIcon::Disabled
                                   ? palette.color(QPalette::Disabled, QPalette::WindowText)
                               : mode == QIcon::Selected ? palette.color(QPalette::HighlightedText)

@@ -1,5 +1,7 @@
 #include "zvhost/ListDialog.h"
 
+#include "qt/Legible.h"
+
 #include <QKeyEvent>
 #include <QPushButton>
 
@@ -17,6 +19,7 @@ ListDialog::ListDialog(QWidget* parent, const QString& title, std::span<const Li
     : QDialog(parent), columns_(columns), read_(std::move(read)), layout_(this), buttons_(layout_, *this)
 {
     setWindowTitle(title);
+    keepLegible(*this);
     view_.setSourceModel(&model_);
     table_.setModel(&view_);
     table_.setObjectName(QStringLiteral("filas"));

@@ -1,20 +1,14 @@
 #include "zvhost/ListTable.h"
 
+#include "qt/Columns.h"
+
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QScopedValueRollback>
-#include <QToolTip>
 
 #include <algorithm>
-#include <numeric>
 
 namespace zv::host {
-namespace {
-
-/// Rows that are measured for the columns' widths: long lists open as fast as short ones.
-constexpr int measured = 200;
-
-} // namespace
 
 ListTable::ListTable(QWidget* parent) : QTableView(parent)
 {
@@ -65,49 +59,15 @@ QList<int> ListTable::widths() const
     return all;
 }
 
-/// Each column gets what it holds and its title need. What is left over is shared out in proportion; where it
-/// is too little, the widest columns give way until all fit; titles stay whole.
 void ListTable::fit()
 {
-    const int columns = horizontalHeader()->count();
     const int room = viewport()->width();
-    if (columns == 0 || room <= 0)
+    if (model() == nullptr || room <= 0)
         return;
-    const int margin = fontMetrics().averageCharWidth() * 3;
-    const int rows = std::min(model()->rowCount(), measured);
-    std::vector<int> needs;
-    std::vector<int> titles;
-    for (int column = 0; column < columns; ++column) {
-        titles.push_back(horizontalHeader()->sectionSizeHint(column));
-        int widest = titles.back();
-        for (int row = 0; row < rows; ++row)
-            widest = std::max(widest, sizeHintForIndex(model()->index(row, column)).width() + margin);
-        needs.push_back(widest);
-    }
-    int total = std::accumulate(needs.begin(), needs.end(), 0);
-    while (total > room) {
-        // The widest of those that are wider than their titles gives way.
-        std::size_t widest = needs.size();
-        for (std::size_t i = 0; i < needs.size(); ++i)
-            if (needs[i] > titles[i] && (widest == needs.size() || needs[i] > needs[widest]))
-                widest = i;
-        if (widest == needs.size())
-            break;
-        const int gives =
-            std::min({total - room, std::max(1, needs[widest] / 16), needs[widest] - titles[widest]});
-        needs[widest] -= gives;
-        total -= gives;
-    }
     const QScopedValueRollback fitting(fitting_, true);
-    int given = 0;
-    for (int column = 0; column < columns; ++column) {
-        const auto need = needs[static_cast<std::size_t>(column)];
-        int width = total < room ? need * room / std::max(1, total) : need;
-        if (total < room && column + 1 == columns)
-            width = room - given;
-        setColumnWidth(column, width);
-        given += width;
-    }
+    int column = 0;
+    for (const int width : columnsIn(*this, room))
+        setColumnWidth(column++, width);
 }
 
 QModelIndex ListTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
@@ -124,8 +84,7 @@ bool ListTable::viewportEvent(QEvent* event)
         const auto& help = dynamic_cast<QHelpEvent&>(*event);
         const QModelIndex at = indexAt(help.pos());
         if (at.isValid() && at.data(Qt::ToolTipRole).isNull()) {
-            const bool cut = sizeHintForIndex(at).width() > columnWidth(at.column());
-            QToolTip::showText(help.globalPos(), cut ? at.data().toString() : QString(), viewport());
+            tellCutCell(*this, help);
             return true;
         }
     }

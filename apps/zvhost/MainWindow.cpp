@@ -1,5 +1,7 @@
 #include "zvhost/MainWindow.h"
 
+#include "data/ServerAway.h"
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "session/cConstCol.h"
 #include "zvhost/Dialogs.h"
@@ -31,6 +33,7 @@ MainWindow::MainWindow(Remembered::Where memory)
       undo_([this] { follow(); })
 {
     setObjectName(QStringLiteral("zvhost"));
+    keepLegible(*this);
     buildActions();
     buildMenus();
     buildToolBar();
@@ -256,6 +259,7 @@ void MainWindow::followHeld()
     // Not below a dialog: its own statements come first.
     if (QApplication::activeModalWidget() != nullptr)
         return;
+    const Unattended work;
     try {
         if (wanted_ && !heldRows(*host_->school().centro, *wanted_->node).contains(wanted_->row.key)) {
             const Wanted free = *wanted_;

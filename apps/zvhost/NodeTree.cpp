@@ -13,7 +13,10 @@ NodeTree::NodeTree()
 {
     setObjectName(QStringLiteral("arbol"));
     setAccessibleName(QStringLiteral("Tablas del centro"));
+    setHeaderLabel(accessibleName()); // Not seen, but heard.
     setHeaderHidden(true);
+    setUniformRowHeights(true); // Measured once: the first paint waits for it.
+    const QSize height(0, fontMetrics().height() * 4 / 3);
     QTreeWidgetItem* group = nullptr;
     for (const Node& node : nodes()) {
         if (group == nullptr || group->text(0) != toQt(node.group)) {
@@ -22,12 +25,20 @@ NodeTree::NodeTree()
             QFont bold = font();
             bold.setBold(true);
             group->setFont(0, bold);
+            group->setSizeHint(0, height);
         }
         auto* item = std::make_unique<QTreeWidgetItem>(group, QStringList(toQt(node.name))).release();
         item->setData(0, Qt::UserRole, node.number);
-        item->setSizeHint(0, {0, fontMetrics().height() * 4 / 3});
+        item->setSizeHint(0, height);
     }
     expandAll();
+    // By a screen reader, which selects alone; of rows the toolkit would select the one of that number in its
+    // group.
+    setSelectionBehavior(SelectItems);
+    connect(this, &QTreeWidget::itemSelectionChanged, this, [this] {
+        if (const QList<QTreeWidgetItem*> now = selectedItems(); now.size() == 1)
+            setCurrentItem(now.front());
+    });
 }
 
 const Node* NodeTree::nodeAt(const QTreeWidgetItem* item)

@@ -101,7 +101,10 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const
 
 QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
-    if (role != Qt::DisplayRole || orientation != Qt::Horizontal || section >= columnCount())
+    // Rows are headed, unseen, by their first cell.
+    if (orientation == Qt::Vertical)
+        return data(index(section, 0), role);
+    if (role != Qt::DisplayRole || section >= columnCount())
         return {};
     return toQt(columns_[static_cast<std::size_t>(section)].title);
 }

@@ -23,15 +23,19 @@ public:
     void undo();
     /// Forgets all steps, and what was told.
     void forget();
+    /// Does what the line leads to, if to anything.
+    void followLink();
 
 protected:
     // The whole line is the link, for the keyboard: Enter and the space bar follow it, and the focus shows.
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
-    void followLink();
+    void colorLink();
 
+    QString said_; ///< As markup, the link without a colour.
     std::function<void()> changed_;
     std::function<void()> follows_;
     std::vector<std::function<void()>> steps_;

@@ -29,8 +29,9 @@ constexpr const char* help = R"(zvhost: la configuración del centro, en su escr
       Con --fila cambia esa fila; sin ella hace una nueva. --bloqueado abre un banco por sus sucursales.
   zvhost guion [--despacio] ...
       Como «zvconf guion», pero en ventanas de verdad; con --despacio, al paso de una persona.
-  zvhost galeria CARPETA [--oscuro] [--puntos N]
-      Dibuja todas las ventanas como imágenes, a 96 y a 192 puntos por pulgada, o sólo a N.
+  zvhost galeria CARPETA [--oscuro] [--puntos N] [--tamano ANCHOxALTO]
+      Dibuja todas las ventanas como imágenes, a 96 y a 192 puntos por pulgada (al 100 y al 200 %), o sólo
+      a N; con --tamano, como caben en una pantalla de esos píxeles.
   zvhost --version
   zvhost --help
 
@@ -44,7 +45,7 @@ void quieten()
 {
     static const QtMessageHandler usual =
         qInstallMessageHandler([](QtMsgType kind, const QMessageLogContext& context, const QString& text) {
-            if (!text.startsWith(QStringLiteral("This plugin does not support propagateSizeHints")) &&
+            if (!text.startsWith(QStringLiteral("This plugin does not support ")) &&
                 !text.startsWith(QStringLiteral("QStandardPaths: XDG_RUNTIME_DIR not set")))
                 usual(kind, context, text);
         });

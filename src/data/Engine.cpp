@@ -1,5 +1,7 @@
 #include "data/Engine.h"
 
+#include "data/DataError.h"
+
 #include <algorithm>
 
 namespace zv {
@@ -38,6 +40,28 @@ std::size_t endOfValue(StringView text, std::size_t from)
 }
 
 } // namespace
+
+School Engine::snapshot(StringView /*location*/)
+{
+    throw RuntimeError(failure::otherData,
+                       u"De esta clase de base de datos no se pueden leer las tres de un colegio "
+                       u"tal como están en un mismo instante.");
+}
+
+namespace {
+
+[[noreturn]] void failMaking()
+{
+    throw RuntimeError(failure::otherData,
+                       u"En esta clase de base de datos los colegios los hace y los cambia quien la "
+                       u"administra.");
+}
+
+} // namespace
+
+bool Engine::exists(StringView /*location*/) { failMaking(); }
+String Engine::beside(StringView /*location*/, StringView /*word*/) { failMaking(); }
+void Engine::replace(StringView /*location*/, StringView /*with*/, StringView /*kept*/) { failMaking(); }
 
 std::filesystem::path fileOf(const std::filesystem::path& live, Database which)
 {

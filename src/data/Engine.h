@@ -49,6 +49,23 @@ public:
     virtual void settle(Connection& /*connection*/) {}
     /// Read-only open(): nothing is changed, and no right to write is needed.
     virtual ConnectionPtr inspect(StringView location, Database which) = 0;
+    /// The three databases, read only, as they all were at one instant, however many stations write
+    /// meanwhile: for as long as the connections live. Fails where the engine cannot.
+    virtual School snapshot(StringView location);
+    /// Whether there is a school at a location.
+    virtual bool exists(StringView location);
+    /// Location of a school beside that one, with a word behind its name.
+    virtual String beside(StringView location, StringView word);
+    /// Puts the school of one location (`with`) in the place of another's, which is kept at a third: all
+    /// three databases or none, whenever the process ends. Fails where a station has one open that the engine
+    /// would leave behind.
+    virtual void replace(StringView location, StringView with, StringView kept);
+    /// Copies the database, as the connection's transaction sees it, into a new SQLite file; false, and
+    /// nothing done, where the engine is another.
+    virtual bool backup(Connection& /*connection*/, const std::filesystem::path& /*file*/) { return false; }
+    /// Puts copies of three such files (the live one's path) at a location where there is no school, all or
+    /// none; false, and nothing done, where the engine is another.
+    virtual bool install(StringView /*location*/, const std::filesystem::path& /*live*/) { return false; }
     /// Begins a school at a location. Fails if one of its databases is there already.
     virtual std::unique_ptr<SchoolToBe> make(StringView location) = 0;
     /// Makes a new, empty database (no tables yet). Fails if there is one already.
@@ -62,6 +79,9 @@ public:
     /// Integrity check by the engine, one line for each finding in its own words; empty where it does not
     /// look.
     virtual std::vector<String> damage(Connection& /*connection*/) { return {}; }
+    /// Rewrites a database that this engine opened, so that its files hold nothing any more of what was
+    /// erased. False where others keep it from that. A server does so by itself, in its own time.
+    virtual bool scrub(Connection& /*connection*/) { return true; }
 };
 
 /// Where a school's databases are files: the path of `which`, derived from the live one's (colegio.db,

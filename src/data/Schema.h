@@ -69,6 +69,19 @@ std::span<const Table> tables(Database which);
 /// Lookup in the live and the entry database, without regard to case; nullptr if there is none.
 const Table* table(StringView name);
 
+/// Notes of the deletions, in the deleted-records database: a table of a host's own, made with the first
+/// note.
+struct ExtraTable {
+    StringView name;
+    std::array<StringView, 4> columns;
+    StringView definition; ///< Its DDL, the same for every engine.
+};
+inline constexpr ExtraTable recycleBinNotes{
+    .name = u"RegistroPapelera",
+    .columns = {u"Tabla", u"Fila", u"Momento", u"IDUsuario"},
+    .definition = u"CREATE TABLE RegistroPapelera (Tabla VARCHAR(50) NOT NULL, Fila INTEGER NOT NULL, "
+                  u"Momento VARCHAR(30), IDUsuario SMALLINT, PRIMARY KEY (Tabla, Fila))"};
+
 /// DDL of an empty database: its tables, and the indexes for the dialogs' lookups.
 std::vector<String> definition(Database which, DdlStyle style);
 

@@ -63,6 +63,7 @@ void ComboBox::assignListIndex(Long index)
 {
     if (index != -1)
         entry(index);
+    ++timesSet_;
     if (index == ListIndex())
         return;
     ListIndex.store(index);
@@ -78,6 +79,7 @@ void ComboBox::sealDesign()
 void ComboBox::restoreDesign()
 {
     Clear();
+    timesSet_ = 0;
     entries_ = design_;
     Control::restoreDesign();
     contentChanged();

@@ -14,6 +14,8 @@ public:
 
     /// Index of the chosen entry, -1 for none. Raises Click on a change.
     Property<Long> ListIndex{*this, u"ListIndex", -1, [this](const Long& index) { assignListIndex(index); }};
+    /// How often `ListIndex` was assigned since the form was loaded, to another entry or to the same.
+    std::size_t timesSet() const { return timesSet_; }
     /// Width of the opened list in pixels; 0 is that of the box.
     Property<Long> DroppedWidth{*this, u"DroppedWidth"};
     Event<> Click;
@@ -52,6 +54,7 @@ private:
     std::vector<Entry> entries_;
     std::vector<Entry> design_;
     Long newIndex_ = -1;
+    std::size_t timesSet_ = 0;
 };
 
 } // namespace zv

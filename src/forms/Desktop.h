@@ -27,6 +27,9 @@ public:
     virtual void beep() = 0;
     /// Lets the screen repaint.
     virtual void doEvents() = 0;
+    /// A statement of a dialog has returned. A screen may show how far a long save has come, but handles no
+    /// event: the routine is between two statements.
+    virtual void working() {}
     /// Last-resort handler of a failure in an event that no routine trapped: shows number and text.
     virtual void handlerFailed(const RuntimeError& error) = 0;
     /// Width of a text in the form's font, in twips.

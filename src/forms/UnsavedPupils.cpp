@@ -6,7 +6,6 @@
 #include "forms/TabStrip.h"
 
 #include <algorithm>
-#include <set>
 
 namespace zv {
 
@@ -18,11 +17,10 @@ String shownBy(const Control& field)
     return box != nullptr ? box->Text() : decimalText(dynamic_cast<const ComboBox&>(field).ListIndex());
 }
 
-/// A list without a choice: the dialog holds no answer of this pupil for it.
-bool isNothing(const Control& field)
+String textOf(const Control& field)
 {
     const auto* list = dynamic_cast<const ComboBox*>(&field);
-    return list != nullptr && list->ListIndex() < 0;
+    return list != nullptr ? list->Text() : shownBy(field);
 }
 
 int pageOf(const SectionControls& controls)
@@ -38,9 +36,13 @@ void UnsavedPupils::changed(const Control& control, const PropertyBase* property
     if (&control == floating && (property == &floating->Visible || property == &floating->ListIndex))
         noteRating();
     // The choice changes before the dialog hears of it: the fields are still those of the pupil being left.
-    else if (&control == controls_.pupils && property == &controls_.pupils->ListIndex && !moving_) {
-        noteFields(false);
+    else if (&control == controls_.pupils && property == &controls_.pupils->ListIndex) {
+        if (!moving_)
+            noteFields(false);
         moving_ = true;
+        for (const Control* field : controls_.fields)
+            if (const auto* list = dynamic_cast<const ComboBox*>(field))
+                timesSet_[list] = list->timesSet();
     }
 }
 
@@ -49,8 +51,10 @@ void UnsavedPupils::look()
     if (!controls_.isSection())
         return;
     const bool arrived = moving_;
-    if (arrived)
+    if (arrived) {
         pupil_ = controls_.pupil();
+        noteHeld();
+    }
     moving_ = false;
     noteFields(arrived);
     if (const Ratings page = onPage(); page.all > 0)
@@ -64,7 +68,19 @@ void UnsavedPupils::noteRating()
     const ComboBox& list = *controls_.floating;
     const String answer = decimalText(list.ItemData(list.ListIndex()));
     const Place place{controls_.pupil(), &list, pageOf(controls_), controls_.grid->Row()};
-    shown_.try_emplace(place, Shown{answer, answer}).first->second.last = answer;
+    Shown& rating = shown_.try_emplace(place, Shown{answer, answer, {}, {}}).first->second;
+    rating.last = answer;
+    rating.question = controls_.grid->TextMatrix(controls_.grid->Row(), 0);
+    rating.text = list.Text();
+}
+
+void UnsavedPupils::noteHeld()
+{
+    stale_.clear();
+    for (const Control* field : controls_.fields)
+        if (const auto* list = dynamic_cast<const ComboBox*>(field);
+            list != nullptr && list->timesSet() == timesSet_[list])
+            stale_.insert(list);
 }
 
 void UnsavedPupils::noteFields(bool arrived)
@@ -72,14 +88,17 @@ void UnsavedPupils::noteFields(bool arrived)
     if (pupil_ < 0)
         return;
     for (const Control* field : controls_.fields) {
+        if (stale_.contains(field))
+            continue;
         const Place place{pupil_, field, 0, 0};
         const String now = shownBy(*field);
         const auto known = shown_.find(place);
-        if (known != shown_.end() && (!arrived || known->second.last == now))
-            known->second.last = now;
         // What a pupil shows when he comes back is what the dialog kept: another text is no person's doing.
-        else if (arrived && (known != shown_.end() || !isNothing(*field)))
-            shown_[place] = {now, now};
+        if (known != shown_.end() && (!arrived || known->second.last == now)) {
+            known->second.last = now;
+            known->second.text = textOf(*field);
+        } else if (arrived)
+            shown_[place] = {now, now, {}, textOf(*field)};
     }
 }
 
@@ -90,6 +109,15 @@ std::vector<int> UnsavedPupils::pupils() const
         if (shown.first != shown.last)
             found.insert(std::get<0>(place));
     return {found.begin(), found.end()};
+}
+
+std::vector<UnsavedPupils::Answer> UnsavedPupils::answers() const
+{
+    std::vector<Answer> all;
+    for (const auto& [place, shown] : shown_)
+        all.push_back(
+            {std::get<0>(place), std::get<1>(place), std::get<2>(place), shown.question, shown.text});
+    return all;
 }
 
 UnsavedPupils::Ratings UnsavedPupils::onPage() const

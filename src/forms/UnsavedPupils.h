@@ -4,6 +4,7 @@
 #include "runtime/String.h"
 
 #include <map>
+#include <set>
 #include <tuple>
 #include <utility>
 
@@ -24,6 +25,18 @@ public:
     /// Numbers of the pupils for whom a person changed something and did not change it back, in rising order.
     std::vector<int> pupils() const;
 
+    /// What a pupil showed last in a field, or for a rating.
+    struct Answer {
+        int pupil = 0;
+        const Control* field = nullptr;
+        int page = 0;    ///< Of a rating, from 1; else 0.
+        String question; ///< Of a rating, as the grid has it.
+        String text;
+    };
+    /// Of all pupils who have been shown: fields as they stood when the pupil was left or after the last act,
+    /// and the ratings whose lists were open. By pupils in rising order.
+    std::vector<Answer> answers() const;
+
     struct Ratings {
         int given = 0;
         int all = 0;
@@ -39,15 +52,21 @@ private:
     struct Shown {
         String first;
         String last;
+        String question;
+        String text;
     };
     void noteRating();
     void noteFields(bool arrived);
+    void noteHeld();
 
     const SectionControls& controls_;
     std::map<Place, Shown> shown_;
-    std::map<std::pair<int, int>, Ratings> pages_; ///< Of each pupil and page, as shown last.
-    int pupil_ = -1;                               ///< The pupil to whom the fields belong.
-    bool moving_ = true;                           ///< Another pupil was chosen, and fills the fields.
+    /// Lists of which the dialog holds no answer of this pupil: it left them as they were when he came.
+    std::set<const Control*> stale_;
+    std::map<const Control*, std::size_t> timesSet_; ///< Of each list, before this pupil was chosen.
+    std::map<std::pair<int, int>, Ratings> pages_;   ///< Of each pupil and page, as shown last.
+    int pupil_ = -1;                                 ///< The pupil to whom the fields belong.
+    bool moving_ = true;                             ///< Another pupil was chosen, and fills the fields.
 };
 
 } // namespace zv

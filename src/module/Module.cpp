@@ -1,5 +1,6 @@
 #include "module/Module.h"
 
+#include "data/ServerAway.h"
 #include "forms/Desktop.h"
 #include "module/Openings.h"
 #include "session/App.h"
@@ -36,6 +37,7 @@ void addDialogs(DialogList<Dialog...> /*all*/)
 /// Heartbeat: tells other stations that the rows registered here are not abandoned.
 void signOfLife()
 {
+    const Unattended work;
     try {
         if (const ConnectionPtr& centro = Configuracion().conLocalCentro)
             giveSign(*centro, thisStation());

@@ -50,10 +50,7 @@ void ControlView::followAll()
 void ControlView::followPlace()
 {
     const Control& c = control();
-    const QRect place(
-        QPoint(window_.pixels(c.Left()), window_.pixels(c.Top())),
-        QPoint(window_.pixels(c.Left() + c.Width()) - 1, window_.pixels(c.Top() + c.Height()) - 1));
-    widget().setGeometry(place);
+    widget().setGeometry(window_.placeOf(c));
     widget().setEnabled(c.Enabled());
     widget().setVisible(c.Visible());
     const QString tip = toQt(c.ToolTipText());

@@ -20,6 +20,12 @@ public:
     virtual bool busy() const = 0;
     virtual bool alive() const = 0;
     virtual int pixels(Long twips) const = 0;
+    /// Where the control stands in its parent, in pixels.
+    virtual QRect placeOf(const Control& control) const = 0;
+    /// Whether the window shows what the model says and nothing beyond.
+    virtual bool bare() const = 0;
+    /// Callback of a grid whose columns have other widths: what lies over a cell follows.
+    virtual void columnsMoved() = 0;
     virtual QWidget* focusWidget() const = 0;
     /// Callback of a focus change that came from the toolkit (an assistive program, say): the form follows.
     virtual void takeFocusOver(ControlView& view) = 0;
@@ -48,6 +54,7 @@ public:
     /// Observer callback: a property changed; nullptr stands for list, cells or tabs.
     void changed(const PropertyBase* property);
     void followAll();
+    void followPlace();
     /// Runs a coalesced update now.
     void flush();
     /// Second pass, once every widget of the form is there: sets the name that a screen reader reads out.
@@ -78,7 +85,6 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void followPlace();
     bool filtered(QObject& watched, QEvent& event);
     ViewHost& window_;
     bool waiting_ = false;

@@ -1,7 +1,10 @@
 #include "qt/FormWindow.h"
 
+#include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
+#include "qt/Contents.h"
+#include "qt/GridView.h"
 #include "qt/Help.h"
 #include "qt/Legible.h"
 #include "qt/QtKeys.h"
@@ -47,7 +50,7 @@ FormWindow::FormWindow(Form& form, QWidget* parent, Zoom* zoom)
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowCloseButtonHint);
     setWindowModality(Qt::ApplicationModal);
-    setPalette(legible(QApplication::palette(this)));
+    keepLegible(*this);
     if (!form.Icon.file.empty())
         setWindowIcon(QIcon(toQt(form.Icon.file)));
     build();
@@ -57,6 +60,7 @@ FormWindow::FormWindow(Form& form, QWidget* parent, Zoom* zoom)
 FormWindow::~FormWindow()
 {
     alive_ = false;
+    ring_.setParent(nullptr); // It stands beside the focused control, in the control's own parent.
     // Destruction in reverse order: children before their frame.
     while (!views_.empty())
         views_.pop_back();
@@ -71,6 +75,28 @@ Long FormWindow::twips(int pixels) const
 {
     return static_cast<Long>(
         std::lround(static_cast<double>(pixels) * twipsPerInch / logicalDpiX() / scale_));
+}
+
+QRect FormWindow::placeOf(const Control& control) const
+{
+    QRect place(
+        QPoint(pixels(control.Left()), pixels(control.Top())),
+        QPoint(pixels(control.Left() + control.Width()) - 1, pixels(control.Top() + control.Height()) - 1));
+    // Over its cell, which the window may have made wider than the model knows.
+    if (guide_ && &control == guide_->controls().floating) {
+        const auto& grid = dynamic_cast<const GridView&>(viewOf(*guide_->controls().grid));
+        if (const auto column = grid.currentColumn()) {
+            place.moveLeft(grid.widget().x() + column->first);
+            place.setWidth(column->second);
+        }
+    }
+    return place;
+}
+
+void FormWindow::columnsMoved()
+{
+    if (alive_ && guide_ && guide_->controls().floating != nullptr)
+        viewOf(*guide_->controls().floating).followPlace();
 }
 
 QFont FormWindow::fittingFont() const
@@ -222,6 +248,7 @@ void FormWindow::followFocus()
 {
     const Control* active = form_.ActiveControl();
     QWidget& wanted = active != nullptr ? viewOf(*active).input() : *this;
+    ring_.setWidget(active != nullptr ? &wanted : nullptr);
     if (focusWidget() == &wanted)
         return;
     ++busy_;
@@ -240,6 +267,14 @@ void FormWindow::takeFocusOver(ControlView& view)
 {
     if (!busy() && view.input().hasFocus() && form_.ActiveControl() != &view.control())
         act([&](Acts& acts) { return acts.focus(view.control()); });
+}
+
+QString FormWindow::contents() const
+{
+    QString text = contentsOf(form_);
+    if (guide_ && guide_->isSection())
+        text += contentsOf(guide_->controls(), guide_->unsaved());
+    return text;
 }
 
 void FormWindow::end()
@@ -327,8 +362,6 @@ bool FormWindow::event(QEvent* event)
         setAttribute(Qt::WA_KeyboardFocusChange);
     if (alive_ && zoom_ != nullptr && event->type() == QEvent::ApplicationFontChange)
         follow();
-    if (event->type() == QEvent::ApplicationPaletteChange)
-        setPalette(legible(QApplication::palette(this)));
     return handled;
 }
 

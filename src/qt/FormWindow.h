@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qt/ControlView.h"
+#include "qt/FocusRing.h"
 #include "qt/PupilGuide.h"
 #include "qt/Zoom.h"
 
@@ -28,6 +29,9 @@ public:
     ControlView& viewOf(const Control& control) const { return *views_.at(byControl_.at(&control)); }
     int pixels(Long twips) const override;
     Long twips(int pixels) const;
+    QRect placeOf(const Control& control) const override;
+    bool bare() const override { return !guide_; }
+    void columnsMoved() override;
 
     bool act(const std::function<bool(Acts&)>& what) override;
     /// Takes the result of the last act out: whether it could be done; empty if none ended since the last
@@ -35,6 +39,8 @@ public:
     std::optional<bool> takeOutcome() { return std::exchange(outcome_, std::nullopt); }
     bool busy() const override { return busy_ != 0; }
     bool alive() const override { return alive_; }
+    /// What the form holds, to be read: the fields, and what all its pupils showed last.
+    QString contents() const;
     /// Detaches the window from its form, which may be destroyed.
     void end();
     void changed(const PropertyBase& property);
@@ -45,6 +51,12 @@ public:
     void takeFocusOver(ControlView& view) override;
     /// Nested event loop: lets a person act until the form is no longer visible.
     void run();
+    /// A statement has returned: paints how far a save has come. No event is handled.
+    void working()
+    {
+        if (guide_)
+            guide_->working();
+    }
     /// Ends the set-up: from here on acts are accepted.
     void ready();
 
@@ -84,6 +96,7 @@ private:
     QScrollArea room_{this};
     QWidget* sheet_;
     std::optional<PupilGuide> guide_;
+    FocusRing ring_;
     std::vector<std::unique_ptr<ControlView>> views_; ///< Parents first: a frame before what is in it.
     std::map<const Control*, std::size_t> byControl_;
     std::vector<Control*> stacked_; ///< Cache of the stacking order (`Form::frontToBack`) last applied.

@@ -1,15 +1,20 @@
 #include "qt/GridView.h"
 
+#include "qt/Columns.h"
 #include "qt/QtText.h"
 
 #include <QAbstractTableModel>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <numeric>
 
 namespace zv {
 
@@ -119,6 +124,18 @@ GridView::GridView(ViewHost& window, MSFlexGrid& grid, QWidget& parent)
     watch();
     table.viewport()->installEventFilter(this);
     table.horizontalHeader()->viewport()->installEventFilter(this);
+    connect(table.horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
+        if (dragging_ && !following_)
+            dragged();
+    });
+    // By a screen reader: presses and keys are acts before the table sees them.
+    connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection& now) {
+                if (!selecting_ && !now.isEmpty())
+                    later([this, row = now.front().top() + 1, place = now.front().left()] {
+                        choose(row, place);
+                    });
+            });
     connect(table.verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int top) { scrolled(top); });
 }
 
@@ -148,12 +165,67 @@ void GridView::followSizes()
     const int height = window().pixels(control().rowHeight());
     table.verticalHeader()->setDefaultSectionSize(height);
     table.horizontalHeader()->setFixedHeight(height);
-    for (int place = 0; place < cells_->columnCount({}); ++place)
-        table.setColumnWidth(place, window().pixels(control().ColWidth(cells_->columnAt(place))));
+    int place = 0;
+    for (const int width : widths())
+        table.setColumnWidth(place++, width);
+    window().columnsMoved();
+}
+
+int GridView::room() const
+{
+    const QTableView& table = widget();
+    const int height = window().pixels(control().rowHeight());
+    const bool scrolls = height * control().Rows() > table.height();
+    return table.width() - (scrolls ? table.verticalScrollBar()->sizeHint().width() : 0);
+}
+
+std::vector<int> GridView::widths() const
+{
+    std::vector<int> all;
+    int natural = 0;
+    for (int place = 0; place < cells_->columnCount({}); ++place) {
+        all.push_back(window().pixels(control().ColWidth(cells_->columnAt(place))));
+        natural += all.back();
+    }
+    if (window().bare() || all.empty())
+        return all;
+    if (shares_.size() == all.size())
+        std::ranges::transform(shares_, all.begin(),
+                               [&](double share) { return static_cast<int>(std::lround(share * room())); });
+    else if (natural <= room()) {
+        for (int& each : all)
+            each = each * room() / natural;
+        if (!std::ranges::equal(columnNeeds(widget()), all, std::less_equal()))
+            all = columnsIn(widget(), room());
+    }
+    // The last one has what is left, and never less than its title.
+    const int others = std::accumulate(all.begin(), all.end() - 1, 0);
+    const int title = widget().horizontalHeader()->sectionSizeHint(static_cast<int>(all.size()) - 1);
+    all.back() = std::max(room() - others, natural > room() ? all.back() : title);
+    return all;
+}
+
+void GridView::dragged()
+{
+    const int columns = cells_->columnCount({});
+    shares_.clear();
+    for (int place = 0; place < columns; ++place)
+        shares_.push_back(static_cast<double>(widget().columnWidth(place)) / room());
+    const QScopedValueRollback following(following_, true);
+    followSizes();
+}
+
+std::optional<std::pair<int, int>> GridView::currentColumn() const
+{
+    const QModelIndex cell = cells_->indexOf(std::max<Long>(control().Row(), 1), control().Col());
+    if (!cell.isValid())
+        return std::nullopt;
+    return std::pair(widget().columnViewportPosition(cell.column()), widget().columnWidth(cell.column()));
 }
 
 void GridView::followSelection()
 {
+    const QScopedValueRollback selecting(selecting_, true);
     const MSFlexGrid& grid = control();
     QItemSelectionModel& selection = *widget().selectionModel();
     if (grid.Row() < 1 || grid.Row() >= grid.Rows())
@@ -187,19 +259,25 @@ bool GridView::press(const Keystroke& key)
     return true;
 }
 
-bool GridView::clicked(const QObject& watched, const QPoint& where)
+void GridView::clicked(const QObject& watched, const QPoint& where)
 {
     const QTableView& table = widget();
     const bool heading = &watched != table.viewport();
     const int column = table.columnAt(where.x()); // Of those shown.
     const Long row = heading ? 0 : table.rowAt(where.y()) + 1;
     if (column < 0 || (!heading && row == 0))
-        return act([this](Acts& acts) { return acts.focus(control()); });
-    const bool done =
-        act([&](Acts& acts) { return acts.clickCell(control(), row, cells_->columnAt(column)); });
-    if (done && window().alive())
+        act([this](Acts& acts) { return acts.focus(control()); });
+    else
+        choose(row, column);
+}
+
+void GridView::choose(Long row, int place)
+{
+    // Bounds check: the grid may have shrunk since it was asked for.
+    if (row < control().Rows() && place < cells_->columnCount({}) &&
+        act([&](Acts& acts) { return acts.clickCell(control(), row, cells_->columnAt(place)); }) &&
+        window().alive())
         noteChosen();
-    return done;
 }
 
 bool GridView::page(int key)
@@ -212,10 +290,38 @@ bool GridView::page(int key)
     return true;
 }
 
+/// Whether the event belongs to the dragging of an edge between two titles, which the heading does itself.
+bool GridView::drags(QEvent& event)
+{
+    const auto* mouse = dynamic_cast<const QMouseEvent*>(&event);
+    if (window().bare() || mouse == nullptr)
+        return false;
+    const QHeaderView& heading = *widget().horizontalHeader();
+    const int at = mouse->position().toPoint().x();
+    const int grip = heading.style()->pixelMetric(QStyle::PM_HeaderGripMargin, nullptr, &heading);
+    bool onEdge = false;
+    for (int place = 0; place + 1 < heading.count(); ++place)
+        onEdge = onEdge || std::abs(heading.sectionViewportPosition(place + 1) - at) <= grip;
+    const bool was = dragging_;
+    // A double click there makes the column as wide as its texts.
+    if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::MouseButtonDblClick)
+        dragging_ = onEdge && mouse->button() == Qt::LeftButton;
+    else if (event.type() == QEvent::MouseButtonRelease)
+        dragging_ = false;
+    // Without a button it is the pointer that shows where one can drag.
+    return dragging_ || was || (event.type() == QEvent::MouseMove && mouse->buttons() == Qt::NoButton);
+}
+
 bool GridView::handle(QObject& watched, QEvent& event)
 {
     if (&watched == &widget())
         return event.type() == QEvent::KeyPress && page(dynamic_cast<QKeyEvent&>(event).key());
+    if (&watched == widget().horizontalHeader()->viewport() && drags(event))
+        return false;
+    if (event.type() == QEvent::ToolTip && &watched == widget().viewport()) {
+        tellCutCell(widget(), dynamic_cast<QHelpEvent&>(event));
+        return true;
+    }
     const bool left = event.type() >= QEvent::MouseButtonPress && event.type() <= QEvent::MouseMove &&
                       dynamic_cast<QMouseEvent&>(event).button() == Qt::LeftButton;
     switch (event.type()) {

@@ -1,6 +1,7 @@
 #include "qt/Help.h"
 
 #include "forms/Desktop.h"
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 
 #include <QBoxLayout>
@@ -17,6 +18,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <vector>
 
 /// Keeps the linker from dropping the resource: it takes the manual out of its library only for code that
 /// names it.
@@ -27,6 +29,8 @@ namespace zv {
 namespace {
 
 const QString windowName = QStringLiteral("ayuda");
+/// Letters of a message by which its explanation is known; fewer are found anywhere.
+constexpr qsizetype leastSought = 16;
 const QString indexPage = QStringLiteral("README");
 
 QString pageFile(const QString& page) { return QStringLiteral(":/manual/%1.md").arg(page); }
@@ -51,6 +55,25 @@ public:
 
     QString heading() const { return document()->firstBlock().text(); }
 
+    /// Selects the first place where the page says that, or failing that its end or its beginning, and
+    /// scrolls there. A message may end in what no page can know.
+    void seek(const QString& text)
+    {
+        const qsizetype reason = text.indexOf(QStringLiteral(": "));
+        bool found = find(text) || (reason >= 0 && find(text.mid(reason + 2)));
+        for (qsizetype end = text.lastIndexOf(u' '); !found && end >= leastSought;
+             end = text.lastIndexOf(u' ', end - 1))
+            found = find(text.left(end));
+        if (!found)
+            return;
+        // Room below, so that also the page's last words can come to the top.
+        QTextFrameFormat whole = document()->rootFrame()->frameFormat();
+        whole.setBottomMargin(viewport()->height());
+        document()->rootFrame()->setFrameFormat(whole);
+        const QTextBlock block = textCursor().block();
+        bringToTop(block.previous().blockFormat().headingLevel() > 0 ? block.previous() : block);
+    }
+
     QVariant loadResource(int type, const QUrl& name) override
     {
         QVariant resource = QTextBrowser::loadResource(type, name);
@@ -74,11 +97,36 @@ protected:
         document()->setDocumentMargin(line);
         spaceHeadings(line);
         ruleTables(*document()->rootFrame(), line);
+        colorLinks();
         if (!name.fragment().isEmpty())
             goTo(name.fragment());
     }
 
+    void changeEvent(QEvent* event) override
+    {
+        QTextBrowser::changeEvent(event);
+        if (event->type() == QEvent::PaletteChange)
+            colorLinks();
+    }
+
 private:
+    /// The toolkit gives them the application's colour of the moment, which may be too dark for the page.
+    void colorLinks()
+    {
+        std::vector<QTextFragment> links;
+        for (QTextBlock block = document()->begin(); block.isValid(); block = block.next())
+            for (auto part = block.begin(); !part.atEnd(); ++part)
+                if (part.fragment().charFormat().isAnchor())
+                    links.push_back(part.fragment());
+        QTextCharFormat format;
+        format.setForeground(palette().link());
+        for (const QTextFragment& each : links) {
+            QTextCursor link(document());
+            link.setPosition(each.position());
+            link.setPosition(each.position() + each.length(), QTextCursor::KeepAnchor);
+            link.mergeCharFormat(format);
+        }
+    }
     void spaceHeadings(double line)
     {
         QTextBlockFormat format;
@@ -109,10 +157,13 @@ private:
         for (QTextBlock block = document()->begin(); block.isValid(); block = block.next())
             if (block.blockFormat().headingLevel() > 0 && anchorOf(block.text()) == anchor) {
                 setTextCursor(QTextCursor(block));
-                verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect().top() -
-                                              fontMetrics().height());
-                return;
+                return bringToTop(block);
             }
+    }
+    void bringToTop(const QTextBlock& block)
+    {
+        verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect(QTextCursor(block)).top() -
+                                      fontMetrics().height());
     }
 };
 
@@ -123,6 +174,7 @@ public:
         setObjectName(windowName);
         setWindowModality(Qt::NonModal);
         setSizeGripEnabled(true);
+        keepLegible(*this);
         pages_.setAccessibleName(QStringLiteral("Manual"));
         // Palette and font of the desktop, the font a little larger for reading.
         QFont letters = pages_.font();
@@ -151,7 +203,7 @@ public:
     {
         pages_.setSource(pageAddress(QFile::exists(pageFile(page)) ? page : indexPage));
         if (!text.isEmpty())
-            pages_.find(text);
+            pages_.seek(text);
         pages_.setFocus();
     }
 

@@ -2,15 +2,24 @@
 
 #include <QPalette>
 
+class QWidget;
+
 namespace zv {
 
-/// Contrast ratio of two opaque colours as WCAG 2.1 defines it: 1 (the same) to 21 (black on white).
+/// Contrast of two colours as WCAG 2.1 counts it, from 1 to 21.
 double contrastOf(const QColor& one, const QColor& other);
 
-/// That palette with the texts of locked fields as legible as texts have to be: at least 4.5 to 1 on what is
-/// behind them. They stay paler than those that can be changed, where the palette leaves room for it.
+/// The palette with what does not stand out enough moved away from its background: what is disabled, links,
+/// what a field says of itself, what is selected.
 QPalette legible(QPalette palette);
-/// The same for a field that styles draw as a button: a closed list.
-QPalette legibleOnButton(QPalette palette);
+
+/// Gives the window the application's palette, made legible, and again whenever that changes.
+void keepLegible(QWidget& window);
+
+/// Colour of a frame on a window's background that shows where the focus is.
+QColor focusColor(const QPalette& palette);
+
+/// Colour of the edge of a field on a window's background.
+QColor edgeColor(const QPalette& palette);
 
 } // namespace zv

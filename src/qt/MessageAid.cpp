@@ -6,7 +6,6 @@
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QScreen>
 
@@ -63,7 +62,7 @@ void tint(QWidget& widget)
 
 } // namespace
 
-void placeBeside(QMessageBox& box, const QWidget& window)
+void placeBeside(QWidget& box, const QWidget& window)
 {
     box.ensurePolished();
     const QRect taken = window.frameGeometry();

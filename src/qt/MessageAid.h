@@ -1,6 +1,5 @@
 #pragma once
 
-class QMessageBox;
 class QWidget;
 
 namespace zv {
@@ -11,7 +10,7 @@ class FormWindow;
 
 /// Places the box beside the window, where the screen has room, so that it covers no field; else in the
 /// screen's lower right corner.
-void placeBeside(QMessageBox& box, const QWidget& window);
+void placeBeside(QWidget& box, const QWidget& window);
 /// Tints the mandatory fields that are empty; each until something stands in it.
 void tintEmpty(FormWindow& window);
 

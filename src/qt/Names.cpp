@@ -1,5 +1,6 @@
 #include "qt/Names.h"
 
+#include "forms/ComboBox.h"
 #include "forms/Controls.h"
 #include "forms/Form.h"
 #include "forms/MSFlexGrid.h"
@@ -63,6 +64,16 @@ QString pageOf(const Control& control)
     return control.Index() < 0 ? caption : QStringLiteral("%1, %2").arg(caption).arg(control.Index() + 1);
 }
 
+/// First cell of the row whose value a list that floats over a grid gives: what is rated.
+QString ratedBy(const ComboBox& list)
+{
+    for (const Control* each : list.form().Controls)
+        if (const auto* grid = dynamic_cast<const MSFlexGrid*>(each);
+            grid != nullptr && grid->Row() > 0 && grid->Row() < grid->Rows())
+            return toQt(grid->TextMatrix(grid->Row(), 0));
+    return {};
+}
+
 } // namespace
 
 QString accessibleDescriptionOf(const Control& control)
@@ -71,7 +82,9 @@ QString accessibleDescriptionOf(const Control& control)
     QString tip = toQt(control.ToolTipText());
     if (tip == accessibleNameOf(control))
         tip.clear();
-    if (label == nullptr || !label->Obligatorio())
+    // The small buttons behind a field are nothing to be filled in.
+    const bool button = dynamic_cast<const CommandButton*>(&control) != nullptr;
+    if (button || label == nullptr || !label->Obligatorio())
         return tip;
     return tip.isEmpty() ? QStringLiteral("Obligatorio") : QStringLiteral("Obligatorio. ") + tip;
 }
@@ -83,8 +96,11 @@ QString accessibleNameOf(const Control& control)
         return sign;
     if (hasWords<CommandButton>(control) || hasWords<CheckBox>(control) || hasWords<OptionButton>(control))
         return {};
-    const QString label = labelOf(control);
-    return label.isEmpty() ? pageOf(control) : label;
+    QString label = labelOf(control);
+    if (!label.isEmpty())
+        return label;
+    const auto* list = dynamic_cast<const ComboBox*>(&control);
+    return list == nullptr ? pageOf(control) : ratedBy(*list);
 }
 
 } // namespace zv

@@ -51,6 +51,10 @@ constexpr Chord chords[] = {
     {Qt::Key_Backtab, Qt::ShiftModifier, goBack},
 };
 
+/// Times after which a save begins to tell of itself, and tells again, in milliseconds.
+constexpr qint64 noticeable = 300;
+constexpr qint64 again = 100;
+
 QString counted(std::size_t pupils)
 {
     return pupils == 1 ? QStringLiteral("1 alumno") : QStringLiteral("%1 alumnos").arg(pupils);
@@ -79,7 +83,12 @@ bool PupilGuide::press(const QKeyEvent& event, const Run& run)
 
 bool PupilGuide::mayClick(const Control& control)
 {
-    cut_ = cut_ || &control == controls_.accept;
+    if (&control == controls_.accept) {
+        cut_ = true;
+        saving_.start();
+        told_ = noticeable - again;
+        statements_ = 0;
+    }
     return &control != controls_.cancel || mayLeave();
 }
 
@@ -112,6 +121,7 @@ void PupilGuide::look()
 {
     if (!isSection())
         return;
+    saving_.invalidate();
     unsaved_.look();
     const ComboBox& list = *controls_.pupils;
     QString text = list.ListIndex() < 0
@@ -129,6 +139,20 @@ void PupilGuide::look()
     line_.setText(text);
     QAccessibleEvent said(&line_, QAccessible::NameChanged);
     QAccessible::updateAccessibility(&said);
+}
+
+void PupilGuide::working()
+{
+    if (!saving_.isValid())
+        return;
+    ++statements_;
+    const qint64 now = saving_.elapsed();
+    if (now - told_ < again)
+        return;
+    told_ = now;
+    line_.setText(QStringLiteral("Guardando la sección… %1 operaciones").arg(statements_));
+    // Painted at once: no event is handled before the save has ended.
+    line_.repaint();
 }
 
 } // namespace zv

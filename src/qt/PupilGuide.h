@@ -3,6 +3,7 @@
 #include "forms/SectionKeys.h"
 #include "forms/UnsavedPupils.h"
 
+#include <QElapsedTimer>
 #include <QLabel>
 
 #include <functional>
@@ -20,6 +21,8 @@ public:
     PupilGuide(Form& form, QWidget& window);
 
     bool isSection() const { return controls_.isSection(); }
+    const SectionControls& controls() const { return controls_; }
+    const UnsavedPupils& unsaved() const { return unsaved_; }
     /// The line under the form. Hidden where the form holds no section.
     QLabel& line() { return line_; }
     /// Runs the macro of a key, through the window; false: the key has its plain meaning.
@@ -31,6 +34,9 @@ public:
     void changed(const Control& control, const PropertyBase* property);
     /// Follows the form, after each act.
     void look();
+    /// A statement has returned: tells how many there were since a save began, once it takes long enough to
+    /// be noticed.
+    void working();
 
 private:
     SectionControls controls_;
@@ -38,6 +44,9 @@ private:
     SectionKeys keys_{controls_};
     /// Whether a save began. If the form is still there it was cut, and only the dialog knows for whom.
     bool cut_ = false;
+    QElapsedTimer saving_; ///< Since a save began; invalid while there is none.
+    qint64 told_ = 0;      ///< When its progress was painted last, in its own time.
+    int statements_ = 0;   ///< Of that save, so far.
     QLabel line_;
 };
 

@@ -56,6 +56,14 @@ FormWindow* QtDesktop::windowOf(const Form& form) const
     return nullptr;
 }
 
+QString QtDesktop::contents() const
+{
+    QString text;
+    for (const Shown& each : windows_)
+        text += each.window->contents();
+    return text;
+}
+
 QWidget* QtDesktop::front() const
 {
     for (auto each = windows_.rbegin(); each != windows_.rend(); ++each)
@@ -126,6 +134,7 @@ void QtDesktop::handlerFailed(const RuntimeError& error)
 
 void QtDesktop::tell(int flags, StringView title, StringView text)
 {
+    ++told_;
     QMessageBox box(signOf(flags), toQt(title), toQt(text), QMessageBox::NoButton, front());
     box.setTextFormat(Qt::PlainText);
     box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
@@ -149,6 +158,12 @@ void QtDesktop::doEvents()
             each.window->inStep();
     // No re-entrant acts: a person's input waits until the routine in hand has ended.
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void QtDesktop::working()
+{
+    for (const Shown& each : windows_)
+        each.window->working();
 }
 
 Long QtDesktop::textWidth(StringView text)

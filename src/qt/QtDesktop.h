@@ -23,6 +23,7 @@ public:
     void messageBox(StringView prompt, Integer flags, StringView title) override;
     void beep() override;
     void doEvents() override;
+    void working() override;
     void handlerFailed(const RuntimeError& error) override;
     Long textWidth(StringView text) override;
     void changed(PropertyOwner& owner, const PropertyBase* property) override;
@@ -33,6 +34,10 @@ public:
     void boundTo(const QSize& screen) { zoom_.boundTo(screen); }
     /// Draws windows whole, also those that are larger than the screen.
     void showWhole() { boundTo({QWIDGETSIZE_MAX, QWIDGETSIZE_MAX}); }
+    /// How many messages have been shown.
+    int told() const { return told_; }
+    /// What all open windows hold, to be read; "" if none is open.
+    QString contents() const;
     /// Lookup: the window of an open form, or nullptr.
     FormWindow* windowOf(const Form& form) const;
 
@@ -60,6 +65,7 @@ private:
     std::vector<Shown> windows_; ///< In order of opening.
     std::vector<Shown> gone_;    ///< Closed, and kept until no event for their widgets can be pending.
     int depth_ = 0;
+    int told_ = 0;
     Zoom zoom_;
     std::set<const Form*> waiting_; ///< Forms that show the hourglass.
 };

@@ -1,5 +1,7 @@
 #include "qt/TextView.h"
 
+#include "qt/EdgeStyle.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -176,6 +178,7 @@ LineView::LineView(ViewHost& window, TextBox& box, QWidget& parent)
     : TextView(window), box_(box), edit_(std::make_unique<QLineEdit>(&parent))
 {
     watch();
+    drawEdge(*edit_);
     edit_->setAlignment(box.RightAligned() ? Qt::AlignRight : Qt::AlignLeft);
     connect(edit_.get(), &QLineEdit::textChanged, this, [this] { widgetChanged(); });
     connect(edit_.get(), &QLineEdit::selectionChanged, this, [this] { widgetChanged(); });
@@ -220,6 +223,7 @@ NotesView::NotesView(ViewHost& window, TextBox& box, QWidget& parent)
     : TextView(window), box_(box), edit_(std::make_unique<NotesEdit>(&parent))
 {
     watch();
+    drawEdge(*edit_);
     edit_->setTabChangesFocus(true);
     edit_->viewport()->installEventFilter(this);
     connect(edit_.get(), &QPlainTextEdit::textChanged, this, [this] { widgetChanged(); });

@@ -92,6 +92,14 @@ TabsView::TabsView(ViewHost& window, TabStrip& strip, QWidget& parent)
     bar_->setExpanding(false);
     bar_->setDrawBase(false);
     bar_->setObjectName(widget().objectName() + QStringLiteral(".pestañas"));
+    // By a screen reader: presses and keys are acts before the bar sees them.
+    connect(bar_.get(), &QTabBar::currentChanged, this, [this](int tab) {
+        later([this, tab] {
+            act([&](Acts& acts) { return acts.clickTab(control(), tab + 1); });
+            if (this->window().alive())
+                followContent();
+        });
+    });
 }
 
 void TabsView::followContent()
@@ -152,8 +160,13 @@ private:
 ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
     : ViewOf(window, box, parent), entries_(std::make_unique<Entries>(box))
 {
+    if (box.label() == nullptr) {
+        heard_ = std::make_unique<QLabel>(&parent);
+        heard_->setBuddy(&widget());
+        heard_->hide();
+    }
     widget().setModel(entries_.get());
-    followColors();
+    drawEdge(widget());
     watch();
     connect(&widget(), &QComboBox::activated, this, [this](int index) {
         if (index < control().ListCount())
@@ -165,10 +178,12 @@ ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
 
 ListView::~ListView() = default;
 
-void ListView::followColors() { widget().setPalette(legibleOnButton(widget().palette())); }
-
 void ListView::followContent()
 {
+    if (heard_) {
+        name(); // Of the row that it floats over.
+        heard_->setText(widget().accessibleName());
+    }
     const QSignalBlocker quiet(widget());
     entries_->refresh();
     widget().setCurrentIndex(control().ListIndex());
@@ -178,6 +193,8 @@ void ListView::followContent()
     for (int row = 0; row < std::min<int>(control().ListCount(), looked); ++row)
         width = std::max(width, metrics.horizontalAdvance(toQt(control().List(row))) + metrics.height() * 2);
     widget().view()->setMinimumWidth(width);
+    // The opened list is a window of its own, to which no palette comes down.
+    widget().view()->setPalette(legible(widget().palette()));
     widget().update();
 }
 
@@ -186,7 +203,7 @@ bool ListView::handle(QObject&, QEvent& event)
     if (event.type() == QEvent::Wheel)
         return true; // Swallowed: scrolling over a closed list must not choose.
     if (event.type() == QEvent::PaletteChange)
-        later([this] { followColors(); });
+        later([this] { followContent(); });
     if (event.type() != QEvent::MouseButtonPress)
         return false;
     flush();

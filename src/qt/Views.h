@@ -3,6 +3,7 @@
 #include "forms/ComboBox.h"
 #include "forms/TabStrip.h"
 #include "qt/ControlView.h"
+#include "qt/EdgeStyle.h"
 #include "qt/QtText.h"
 #include "qt/TextView.h"
 
@@ -86,12 +87,16 @@ public:
         W& button = this->widget();
         if constexpr (std::is_base_of_v<QPushButton, W>)
             button.setAutoDefault(false);
-        QObject::connect(&button, &W::clicked, this, [this] {
-            this->click();
-            // Synchronised again: the widget ticked itself, and the model has the last word.
-            if (this->window().alive())
-                followContent();
-        });
+        else
+            drawEdge(button);
+        if constexpr (!std::is_same_v<W, QCheckBox>)
+            QObject::connect(&button, &W::clicked, this, [this] { clicked(); });
+        // A screen reader toggles without a click. Of options the others are let go of, which is no act.
+        if constexpr (!std::is_base_of_v<QPushButton, W>)
+            QObject::connect(&button, &W::toggled, this, [this](bool on) {
+                if (on != isOn() && (on || std::is_same_v<W, QCheckBox>))
+                    clicked();
+            });
     }
 
 protected:
@@ -102,9 +107,19 @@ protected:
         if constexpr (std::is_base_of_v<QPushButton, W>)
             this->widget().setDefault(control.Default());
         else if constexpr (std::is_same_v<OptionCircle, W>)
-            this->widget().choose(control.Value());
+            this->widget().choose(isOn());
         else
-            this->widget().setChecked(control.Value() != 0);
+            this->widget().setChecked(isOn());
+    }
+
+private:
+    bool isOn() { return this->control().Value() != 0; }
+    void clicked()
+    {
+        this->click();
+        // Synchronised again: the widget ticked itself, and the model has the last word.
+        if (this->window().alive())
+            followContent();
     }
 };
 
@@ -136,8 +151,9 @@ protected:
 
 private:
     class Entries;
-    void followColors();
     std::unique_ptr<Entries> entries_;
+    /// Unseen label of a list without one: on Linux a list's name comes by that relation alone.
+    std::unique_ptr<QLabel> heard_;
 };
 
 } // namespace zv

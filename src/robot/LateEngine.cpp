@@ -115,6 +115,10 @@ public:
     {
         return inner_->damage(*dynamic_cast<LateSchoolConnection&>(connection).inner());
     }
+    bool scrub(Connection& connection) override
+    {
+        return inner_->scrub(*dynamic_cast<LateSchoolConnection&>(connection).inner());
+    }
     void remove(StringView url, Database which) override { engineOf(url).remove(locationOf(url), which); }
     ConnectionPtr temporary(StringView url, Database which) override
     {

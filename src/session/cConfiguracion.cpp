@@ -1,6 +1,7 @@
 #include "session/cConfiguracion.h"
 
 #include "data/LateBound.h"
+#include "forms/Desktop.h"
 #include "runtime/Members.h"
 #include "runtime/PropertyBag.h"
 
@@ -69,7 +70,10 @@ RecordsetPtr execute(StringView statement)
     const ConnectionPtr& connection = Configuracion().conLocalCentro;
     if (!connection)
         fail(failure::noObject);
-    return connection->Execute(statement);
+    RecordsetPtr rows = connection->Execute(statement);
+    if (hasDesktop())
+        desktop().working();
+    return rows;
 }
 
 } // namespace zv

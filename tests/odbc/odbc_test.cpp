@@ -205,6 +205,7 @@ TEST_F(Server, a_link_that_ended_is_told_once_under_a_statement_and_never_while_
     end(*other, all(u"Select pg_backend_pid()"));
     EXPECT_EQ(numberOf([&] { base->Execute(u"Insert into t values (4)"); }), failure::connectionLost)
         << "half a transaction is not to be written";
+    base->Execute(u"ROLLBACK");
     EXPECT_EQ(all(u"Select a from t"), u"1 2 ");
     EXPECT_EQ(numberOf([&] { engine->open(u"DSN=zv_prueba;PWD=oculta;ESQUEMA=nada", Database::centro); },
                        u"no tiene el esquema «nada»"),

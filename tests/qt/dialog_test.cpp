@@ -42,6 +42,22 @@ TEST_F(Dialog, enter_and_escape_press_the_two_buttons)
     });
 }
 
+TEST_F(Dialog, a_press_is_taken_back_by_letting_go_elsewhere)
+{
+    whileOpen([&] {
+        for (const Control* each :
+             {static_cast<Control*>(&ficha.cmd(0)), static_cast<Control*>(&ficha.chkUno),
+              static_cast<Control*>(&ficha.optA)}) {
+            QTest::mousePress(&widget(*each), Qt::LeftButton);
+            QTest::mouseMove(&widget(*each), {-9, -9});
+            QTest::mouseRelease(&widget(*each), Qt::LeftButton, {}, {-9, -9});
+        }
+        EXPECT_EQ(seen(), "");
+        QTest::mouseClick(&widget(ficha.cmd(0)), Qt::LeftButton);
+        EXPECT_THAT(seen(), testing::EndsWith("cmd(0).Click"));
+    });
+}
+
 TEST_F(Dialog, the_frame_unloads_the_form_and_its_background_can_be_clicked)
 {
     whileOpen([&] {

@@ -60,17 +60,31 @@ TEST_F(Help, f1_opens_the_page_of_the_dialog_and_leaves_the_dialog_as_it_was)
     });
 }
 
-TEST_F(Help, f1_in_a_message_opens_its_explanation)
+TEST_F(Help, f1_in_a_message_brings_its_explanation_to_the_top)
 {
-    QTimer::singleShot(0, [&] {
-        QWidget& box = *QApplication::activeModalWidget();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&box));
-        QTest::keyClick(&box, Qt::Key_F1);
-        QTextBrowser* read = pages(box);
-        EXPECT_EQ(read == nullptr ? "" : read->textCursor().selectedText(), "Este tipo de I.V.A. ya exite");
-        box.close();
-    });
-    MsgBox(u"Este tipo de I.V.A. ya exite", 112, u"Tipo de IVA:");
+    const struct {
+        const char16_t* message;
+        const char* sought;
+    } messages[] = {
+        {u"Este tipo de I.V.A. ya exite", "Este tipo de I.V.A. ya exite"},
+        {u"ERROR al consultar la base de datos", "ERROR al consultar la base de datos"},
+        {u"La operación no ha terminado: Desbordamiento", "Desbordamiento"},
+        {u"La operación no ha terminado: lo que sea", "La operación no ha terminado:"},
+    };
+    for (const auto& each : messages) {
+        QTimer::singleShot(0, [&] {
+            QWidget& box = *QApplication::activeModalWidget();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&box));
+            QTest::keyClick(&box, Qt::Key_F1);
+            QTextBrowser* read = pages(box);
+            EXPECT_EQ(read == nullptr ? "" : read->textCursor().selectedText(), each.sought);
+            // Below its heading, if anything.
+            EXPECT_LT(read->cursorRect().top(), 6 * read->fontMetrics().height()) << each.sought;
+            EXPECT_GE(read->cursorRect().top(), 0) << each.sought;
+            box.close();
+        });
+        MsgBox(each.message, 112, u"Tipo de IVA:");
+    }
 }
 
 TEST_F(Help, a_help_file_of_the_suite_comes_first)

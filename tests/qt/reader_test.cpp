@@ -1,20 +1,10 @@
 #include "forms/ComboBox.h"
 #include "forms/TabStrip.h"
 #include "qt/EveryDialog.h"
+#include "qt/Walker.h"
 #include "qt/Window.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
-#include <QApplication>
 #include <QDir>
-#include <QMessageBox>
-#include <QTabBar>
-#include <QTableView>
-#include <QTest>
-
-#include <gmock/gmock.h>
-
-#include <set>
 
 namespace zv::test {
 
@@ -64,27 +54,13 @@ struct ReadingDesktop final : QtDesktop {
 
     void readPage()
     {
-        std::vector<Control*> stops;
+        Stops stops;
         for (Control* each : front->form().Controls)
             if (each->takesFocus() && each->accessible()) {
-                stops.push_back(each);
+                stops.insert(&front->viewOf(*each).input());
                 read(*each);
             }
-        if (stops.empty())
-            return;
-        for (const bool back : {false, true}) {
-            std::set<Control*> reached;
-            Control* const start = front->form().ActiveControl();
-            do {
-                reached.insert(front->form().ActiveControl());
-                expectInSight(*front->focusWidget());
-                QTest::keyClick(front->focusWidget(), back ? Qt::Key_Backtab : Qt::Key_Tab,
-                                back ? Qt::ShiftModifier : Qt::NoModifier);
-                ASSERT_LE(++keys, 100000);
-            } while (!reached.contains(front->form().ActiveControl()));
-            EXPECT_EQ(front->form().ActiveControl(), start) << "a trap";
-            EXPECT_EQ(reached, std::set<Control*>(stops.begin(), stops.end())) << nameOf(*start);
-        }
+        goRound(*front, stops, [this](QWidget& stop) { expectInSight(stop); });
     }
     /// A control larger than the window shows a part.
     void expectInSight(QWidget& widget)
@@ -96,62 +72,31 @@ struct ReadingDesktop final : QtDesktop {
         EXPECT_GE(seenOfIt.height(), std::min(place.height(), front->height() / 2))
             << widget.objectName().toStdString();
     }
-    std::string nameOf(const Control& control) const
-    {
-        return front->objectName().toStdString() + "." + toUtf8(control.fullName());
-    }
     void read(const Control& control)
     {
-        QWidget& widget = front->viewOf(control).input();
-        QAccessibleInterface& read = *QAccessible::queryAccessibleInterface(&widget);
-        const std::string name = nameOf(control);
-        // Where the toolkit ties a field to its label, readers take its name from there.
-        const auto labels = read.relations(QAccessible::Label);
-        const QAccessibleInterface& named = labels.isEmpty() ? read : *labels.front().first;
-        EXPECT_FALSE(named.text(QAccessible::Name).trimmed().isEmpty()) << name << " has no name";
-        EXPECT_TRUE(!labels.isEmpty() || dynamic_cast<const ComboBox*>(&control) == nullptr) << name;
-        EXPECT_TRUE(read.state().focusable) << name;
-        EXPECT_FALSE(read.state().disabled || read.state().invisible) << name;
+        const std::string name = front->objectName().toStdString() + "." + toUtf8(control.fullName());
+        const QAccessibleInterface& heard = hear(front->viewOf(control).input(), name);
         const auto* label = dynamic_cast<const Label*>(control.label());
-        const bool mandatory = label != nullptr && label->Obligatorio();
+        const bool mandatory = label != nullptr && label->Obligatorio() &&
+                               dynamic_cast<const CommandButton*>(&control) == nullptr;
         mandatoryFields += mandatory;
-        EXPECT_EQ(read.text(QAccessible::Description).contains(u"Obligatorio"), mandatory) << name;
-        readValue(control, read, name);
-    }
-    static void readValue(const Control& control, QAccessibleInterface& read, const std::string& name)
-    {
-        const auto is = [&](QAccessible::Role role) { EXPECT_EQ(read.role(), role) << name; };
+        EXPECT_EQ(heard.text(QAccessible::Description).contains(u"Obligatorio"), mandatory) << name;
+        // The widget's own value is the dialog's.
         if (const auto* box = dynamic_cast<const TextBox*>(&control)) {
-            is(QAccessible::EditableText);
-            EXPECT_EQ(read.text(QAccessible::Value), shown(box->Text())) << name;
-            EXPECT_EQ(read.state().multiLine, box->MultiLine()) << name;
+            EXPECT_EQ(heard.text(QAccessible::Value), shown(box->Text())) << name;
+            EXPECT_EQ(heard.state().multiLine, box->MultiLine()) << name;
         } else if (const auto* list = dynamic_cast<const ComboBox*>(&control)) {
-            is(QAccessible::ComboBox);
-            EXPECT_EQ(read.text(QAccessible::Value), toQt(list->Text())) << name;
+            EXPECT_EQ(heard.text(QAccessible::Value), toQt(list->Text())) << name;
         } else if (const auto* tick = dynamic_cast<const CheckBox*>(&control)) {
-            is(QAccessible::CheckBox);
-            EXPECT_EQ(read.state().checked, tick->Value() != 0) << name;
+            EXPECT_EQ(heard.state().checked, tick->Value() != 0) << name;
         } else if (const auto* option = dynamic_cast<const OptionButton*>(&control)) {
-            is(QAccessible::RadioButton);
-            EXPECT_EQ(read.state().checked, option->Value()) << name;
-        } else if (dynamic_cast<const CommandButton*>(&control) != nullptr) {
-            is(QAccessible::Button);
-        } else if (dynamic_cast<const TabStrip*>(&control) != nullptr) {
-            is(QAccessible::PageTabList);
-        } else {
-            is(QAccessible::Table);
-            QAccessibleTableInterface& table = *read.tableInterface();
-            for (int column = 0; column < table.columnCount(); ++column)
-                EXPECT_FALSE(table.columnDescription(column).trimmed().isEmpty()) << name << " " << column;
-            for (int line = 0; line < table.rowCount(); ++line)
-                EXPECT_FALSE(table.cellAt(line, 0)->text(QAccessible::Name).isEmpty()) << name << " " << line;
+            EXPECT_EQ(heard.state().checked, option->Value()) << name;
         }
     }
     std::set<std::string> seen;
     FormWindow* front = nullptr;
     QSize room;
     static inline bool secondary = false;
-    int keys = 0;
     int mandatoryFields = 0;
 };
 
@@ -195,6 +140,38 @@ TEST_F(Told, pages_as_they_change_and_what_is_left_of_a_text_when_it_runs_out)
                                          "Quedan 7 caracteres", "Quedan 6 caracteres", "Quedan 5 caracteres",
                                          "Quedan 4 caracteres", "Quedan 3 caracteres", "Quedan 2 caracteres",
                                          "Queda 1 carácter", "No caben más caracteres"));
+    });
+}
+
+TEST_F(Told, what_a_reader_does_by_its_actions_is_an_act_of_the_dialog)
+{
+    ficha.msgTabla.Cols = 2;
+    ficha.msgTabla.Rows = 3;
+    const auto does = [&](QWidget& on, const QString& action, int child, const char* event) {
+        QAccessibleInterface* target = QAccessible::queryAccessibleInterface(&on);
+        if (QAccessibleTableInterface* table = target->tableInterface())
+            target = table->cellAt(child, 1);
+        else if (child >= 0)
+            target = target->child(child);
+        ASSERT_THAT(target->actionInterface()->actionNames(), testing::Contains(action));
+        target->actionInterface()->doAction(action);
+        const auto first = [&] { return notes.log.find(event); };
+        EXPECT_TRUE(QTest::qWaitFor([&] { return first() != std::string::npos; }, 1000)) << event;
+        EXPECT_EQ(first(), notes.log.rfind(event)) << seen();
+    };
+    const QString& press = QAccessibleActionInterface::pressAction();
+    const QString& toggle = QAccessibleActionInterface::toggleAction();
+    whileOpen([&] {
+        does(widget(ficha.chkUno), toggle, -1, "chkUno.Click");
+        EXPECT_EQ(ficha.chkUno.Value(), 1);
+        for (OptionButton* each : {&ficha.optA, &ficha.optB})
+            does(widget(*each), toggle, -1, each == &ficha.optA ? "optA.Click" : "optB.Click");
+        EXPECT_TRUE(ficha.optB.Value() && !ficha.optA.Value());
+        does(widget(ficha.mstTabs), press, 1, "mstTabs.Click");
+        EXPECT_EQ(ficha.mstTabs.SelectedItem().Index(), 2);
+        does(widget(ficha.msgTabla), toggle, 1, "msgTabla.Click");
+        EXPECT_EQ(ficha.msgTabla.Row() * 10 + ficha.msgTabla.Col(), 21);
+        does(widget(ficha.cmd(0)), press, -1, "cmd(0).Click");
     });
 }
 

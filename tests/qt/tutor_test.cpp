@@ -1,15 +1,20 @@
 #include "data/Statement.h"
 #include "qt/Tutor.h"
+#include "qt/Walker.h"
 #include "reports/frmConsejoOrientador.h"
 #include "reports/frmInfIndESO.h"
 #include "reports/frmInfIndPrim.h"
 #include "session/cNombreNodo.h"
 
 #include <QAbstractButton>
+#include <QHeaderView>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QTableView>
 #include <QTimer>
+#include <QToolTip>
 
 #include <gmock/gmock.h>
 
@@ -110,6 +115,12 @@ TEST_F(Tutor, who_leaves_the_list_stays_in_the_grid_and_nothing_is_a_trap)
             const Long before = std::max<Long>(grid.Row(), 1);
             press(Qt::Key_Space);
             EXPECT_EQ(primary.ActiveControl(), &primary.cboValor);
+            // What is rated, and not only the rating.
+            EXPECT_EQ(hear(widget(primary.cboValor), "list")
+                          .relations(QAccessible::Label)
+                          .front()
+                          .first->text(QAccessible::Name),
+                      toQt(grid.TextMatrix(grid.Row(), 0)));
             press(key, key == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
             EXPECT_EQ(primary.ActiveControl(), &grid);
             EXPECT_EQ(grid.Row(), key == Qt::Key_Backtab ? before : before + 1);
@@ -182,7 +193,10 @@ TEST_F(Tutor, changes_are_not_thrown_away_unasked_and_are_counted_by_pupil)
         EXPECT_EQ(leaving([&] { tutor.front->close(); }, leave), "Puede haber cambios sin guardar");
         EXPECT_FALSE(primary.Visible());
     };
+    Long third = 0;
+    const char* asks = "Cambios sin guardar de 2 alumnos";
     tutor.does[u"frmConsejoOrientador"] = [&] {
+        third = guidance.cboAlumno.ItemData(2);
         EXPECT_EQ(line(), "Alumno 1 de " + std::to_string(guidance.cboAlumno.ListCount()));
         for (int pupil = 0; pupil < 3; ++pupil) {
             tabTo("cboRespuesta(2)");
@@ -192,10 +206,110 @@ TEST_F(Tutor, changes_are_not_thrown_away_unasked_and_are_counted_by_pupil)
             EXPECT_EQ(guidance.ActiveControl(), &guidance.cboRespuesta(2));
         }
         tabTo("cmdNotaManual1(1)");
-        EXPECT_EQ(leaving([&] { press(Qt::Key_Return); }, leave), "Cambios sin guardar de 2 alumnos");
+        EXPECT_EQ(leaving([&] { press(Qt::Key_Return); }, leave), asks);
         EXPECT_FALSE(guidance.Visible());
     };
     open(cNombreNodo::InfIndiv);
+    open(cNombreNodo::NotaConsejoOrientador);
+    // What the dialog has no note for is not saved, and so it is not lost.
+    school.centro->executeNative(statement(
+        u"DELETE FROM ConsejoOrientador_Nota WHERE codConsejoOrientador=3 AND codAlumno={}", {third}));
+    asks = "Cambios sin guardar de 1 alumno";
+    open(cNombreNodo::NotaConsejoOrientador);
+}
+
+TEST_F(Tutor, columns_fill_their_grid_and_are_dragged_and_the_list_stays_over_its_cell)
+{
+    tutor.does[u"frmInfIndPrim"] = [&] {
+        auto& table = widget<QTableView>(primary.msgValores);
+        QHeaderView& heading = *table.horizontalHeader();
+        const auto drag = [&](int by) {
+            QPoint at(table.columnViewportPosition(1), heading.height() / 2);
+            QTest::mousePress(heading.viewport(), Qt::LeftButton, {}, at);
+            at.rx() += by;
+            QMouseEvent move(QEvent::MouseMove, at, heading.mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                             Qt::NoModifier);
+            QApplication::sendEvent(heading.viewport(), &move);
+            QTest::mouseRelease(heading.viewport(), Qt::LeftButton, {}, at);
+        };
+        const auto expectOverCell = [&] {
+            const QRect cell = table.visualRect(table.model()->index(primary.msgValores.Row() - 1, 1));
+            const QWidget& list = widget(primary.cboValor);
+            EXPECT_EQ(list.x(), table.x() + cell.x());
+            EXPECT_EQ(list.width(), table.columnWidth(1));
+        };
+        const int before = table.columnWidth(0);
+        EXPECT_EQ(heading.length(), table.viewport()->width());
+        tabTo("msgValores");
+        press(Qt::Key_Space);
+        expectOverCell();
+        drag(60);
+        EXPECT_EQ(table.columnWidth(0), before + 60);
+        EXPECT_EQ(heading.length(), table.viewport()->width());
+        expectOverCell();
+        EXPECT_EQ(primary.ActiveControl(), &primary.cboValor) << "no act";
+        press(Qt::Key_PageDown, Qt::AltModifier);
+        press(Qt::Key_PageDown, Qt::ControlModifier);
+        EXPECT_EQ(table.columnWidth(0), before + 60);
+        drag(40 - table.columnWidth(0));
+        for (const int column : {1, 0}) {
+            const QModelIndex cell = table.model()->index(0, column);
+            const QPoint at = table.visualRect(cell).center();
+            QHelpEvent asks(QEvent::ToolTip, at, table.viewport()->mapToGlobal(at));
+            QApplication::sendEvent(table.viewport(), &asks);
+            EXPECT_EQ(QToolTip::text(), column == 0 ? cell.data().toString() : QString());
+        }
+    };
+    open(cNombreNodo::InfIndiv);
+}
+
+/// A school whose statements take so long that a save of a section is noticed.
+struct SlowConnection final : Connection {
+    explicit SlowConnection(ConnectionPtr quick) : quick_(std::move(quick)) {}
+    RecordsetPtr Execute(StringView statement) override
+    {
+        statements += saving;
+        if (saving)
+            QTest::qSleep(3);
+        return quick_->Execute(statement);
+    }
+    RecordsetPtr executeNative(StringView statement) override { return quick_->executeNative(statement); }
+    EngineInfo engine() override { return quick_->engine(); }
+    ConnectionPtr quick_;
+    bool saving = false;
+    std::size_t statements = 0;
+};
+
+/// Takes down what a line says each time that it is painted.
+struct Painted final : QObject {
+    explicit Painted(QLabel& line) { line.installEventFilter(this); }
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            said.push_back(dynamic_cast<QLabel&>(*watched).text().toStdString());
+        return false;
+    }
+    std::vector<std::string> said;
+};
+
+TEST_F(Tutor, a_save_that_takes_long_tells_how_far_it_is_and_handles_no_event)
+{
+    const auto slow = std::make_shared<SlowConnection>(school.centro);
+    school.centro = slow;
+    tutor.does[u"frmConsejoOrientador"] = [&] {
+        Painted painted(*tutor.front->findChild<QLabel*>("progreso"));
+        bool handled = false;
+        QTimer::singleShot(0, [&] { handled = true; });
+        slow->saving = true;
+        EXPECT_FALSE(handled);
+        QTest::mouseClick(&widget(guidance.cmdNotaManual1(0)), Qt::LeftButton);
+        slow->saving = false;
+        EXPECT_FALSE(guidance.Visible());
+        EXPECT_FALSE(handled);
+        ASSERT_GT(painted.said.size(), 3U);
+        EXPECT_LT(painted.said.size(), slow->statements / 2);
+        EXPECT_THAT(painted.said, testing::Each(testing::HasSubstr("Guardando la sección… ")));
+    };
     open(cNombreNodo::NotaConsejoOrientador);
 }
 

@@ -119,15 +119,13 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
     }
     if (controlsTransaction(verb) || isOneOf(verb, {u"pragma", u"set", u"vacuum", u"analyze", u"with"}))
         return run(statement);
-    const std::optional<Write> write = writeOf(statement);
-    if (write && isOwn(write->table))
+    if (isOwn(writtenTable(statement)))
         return run(statement);
+    const std::optional<Write> write = writeOf(statement);
     if (names(statement, registrations))
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
     if (!open_.empty() && write && write->kind != Write::Kind::remove)
         ++closing_.parts[open_.back().part].tried;
-    // On its own, so that what is noted of an earlier statement does not make this one fail.
-    flush();
     try {
         const bool understood = write && keyed(write->table) && !columns(write->table).empty() &&
                                 (write->kind != Write::Kind::update || !setsKey(*write));
@@ -190,24 +188,21 @@ RecordsetPtr HistoryConnection::runNoted(StringView statement, const Write& writ
     RecordsetPtr result;
     inTransaction(statement, [&] {
         Appending log = appendingTo(*inner());
-        const bool unique = keyed(write.table)->key != schema::Key::repeated;
         const bool inserts = write.kind == Write::Kind::insert;
-        const String inserted = inserts ? keyCondition(write, {}) : String();
-        Rows before = inserts ? (unique || inserted.empty() ? Rows() : rowsOf(write, inserted))
-                              : rowsOf(write, write.where);
+        Rows before = inserts ? Rows() : rowsOf(write, write.where);
         result = run(statement);
-        if (inserts && inserted.empty()) {
-            add(log, {.kind = Kind::opaque, .table = write.table, .after = String(statement)});
-        } else {
-            const bool none = !inserts && before.empty();
-            Rows after = none ? Rows() : rowsOf(write, inserts ? inserted : keyCondition(write, before));
-            if (none && write.kind == Write::Kind::update)
-                add(log, {.kind = Kind::missed,
-                          .table = String(keyed(write.table)->name),
-                          .row = storable(write.where.substr(0, 250)),
-                          .after = textOf(write.values)});
-            addDifferences(log, write, std::move(before), std::move(after));
-        }
+        if (inserts)
+            addInserted(log, write, statement);
+        else if (!before.empty())
+            // What a deletion found is gone.
+            addDifferences(log, write, std::move(before),
+                           write.kind == Write::Kind::update ? rowsOf(write, keysOf(before)) : Rows());
+        else if (write.kind == Write::Kind::update)
+            add(log, {.kind = Kind::missed,
+                      .table = String(keyed(write.table)->name),
+                      .row = storable(write.where.substr(0, 250)),
+                      .after = textOf(write.values)});
+        addPending(log);
         log.finish();
     });
     return result;
@@ -248,6 +243,18 @@ RecordsetPtr HistoryConnection::runRelease(StringView statement, const Run& run)
     return result;
 }
 
+/// What is inserted without columns belongs to the table's, in their order; to "?" where they are not known
+/// yet.
+Fields HistoryConnection::named(const Write& write) const
+{
+    Fields result = write.values;
+    const auto known = columns_.find(lowerName(write.table));
+    for (std::size_t i = 0; i < result.size(); ++i)
+        if (result[i].column.empty())
+            result[i].column = known != columns_.end() && i < known->second.size() ? known->second[i] : u"?";
+    return result;
+}
+
 HistoryConnection::Rows HistoryConnection::rowsOf(const Write& write, StringView condition)
 {
     const schema::Table& table = *keyed(write.table);
@@ -259,31 +266,36 @@ HistoryConnection::Rows HistoryConnection::rowsOf(const Write& write, StringView
     return result;
 }
 
-/// The values with the names of their columns, also where the statement has none.
-Fields HistoryConnection::named(const Write& write)
+/// The condition that finds the rows again.
+String HistoryConnection::keysOf(const Rows& rows)
 {
-    Fields result = write.values;
-    const std::vector<String>& all = columns(write.table);
-    for (std::size_t i = 0; i < result.size(); ++i)
-        if (result[i].column.empty() && i < all.size())
-            result[i].column = all[i];
+    String result;
+    for (const Row& each : rows)
+        result += (result.empty() ? u"(" : u" OR (") + each.key + u")";
     return result;
 }
 
-/// The condition that finds the rows afterwards: by their keys, or, of an inserted row, by the key that it
-/// brings
-/// ("" if it brings none).
-String HistoryConnection::keyCondition(const Write& write, const Rows& before)
+/// An inserted row is read back by the key that it brings: defaults and conversions are the database's. Of
+/// several with that key it is one that has the inserted values, whichever.
+void HistoryConnection::addInserted(Appending& log, const Write& write, StringView statement)
 {
-    if (write.kind == Write::Kind::remove)
-        return write.where;
-    if (write.kind == Write::Kind::update) {
-        String result;
-        for (const Row& each : before)
-            result += (result.empty() ? u"(" : u" OR (") + each.key + u")";
-        return result;
-    }
-    return keyOf(*keyed(write.table), named(write));
+    const schema::Table& table = *keyed(write.table);
+    const Fields given = named(write);
+    const String key = keyOf(table, given);
+    if (key.empty())
+        return add(log, {.kind = Kind::opaque, .table = write.table, .after = String(statement)});
+    const Rows after = rowsOf(write, key);
+    if (after.empty())
+        return;
+    auto is = std::ranges::find_if(after, [&](const Row& row) {
+        return std::ranges::all_of(given, [&](const Field& each) {
+            const Value* value = valueOf(row.fields, each.column);
+            return value != nullptr && same(*value, each.value);
+        });
+    });
+    if (is == after.end())
+        is = std::prev(after.end());
+    add(log, {.kind = Kind::added, .table = String(table.name), .row = is->key, .after = textOf(is->fields)});
 }
 
 void HistoryConnection::addDifferences(Appending& log, const Write& write, Rows before, Rows after)

@@ -74,9 +74,10 @@ private:
     bool controlsTransaction(StringView statement);
     void inTransaction(StringView statement, const std::function<void()>& work);
 
+    Fields named(const Write& write) const;
     Rows rowsOf(const Write& write, StringView condition);
-    Fields named(const Write& write);
-    String keyCondition(const Write& write, const Rows& before);
+    static String keysOf(const Rows& rows);
+    void addInserted(Appending& log, const Write& write, StringView statement);
     void addDifferences(Appending& log, const Write& write, Rows before, Rows after);
     void add(Appending& log, Entry entry);
     void addPending(Appending& log);

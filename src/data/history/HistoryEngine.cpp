@@ -79,6 +79,24 @@ public:
     {
         return inner(url).inspect(locationOf(url), which);
     }
+    School snapshot(StringView url) override { return inner(url).snapshot(locationOf(url)); }
+    bool exists(StringView url) override { return inner(url).exists(locationOf(url)); }
+    String beside(StringView url, StringView word) override
+    {
+        return String(inner(url).scheme()) + u":" + inner_->beside(locationOf(url), word);
+    }
+    void replace(StringView url, StringView with, StringView kept) override
+    {
+        inner(url).replace(locationOf(url), locationOf(with), locationOf(kept));
+    }
+    bool backup(Connection& connection, const std::filesystem::path& file) override
+    {
+        return inner_->backup(opened(connection), file);
+    }
+    bool install(StringView url, const std::filesystem::path& live) override
+    {
+        return inner(url).install(locationOf(url), live);
+    }
     std::unique_ptr<SchoolToBe> make(StringView url) override
     {
         inner(url);
@@ -105,6 +123,7 @@ public:
         return inner_->tables(opened(connection));
     }
     std::vector<String> damage(Connection& connection) override { return inner_->damage(opened(connection)); }
+    bool scrub(Connection& connection) override { return inner_->scrub(opened(connection)); }
 
 private:
     Engine& inner(StringView url) { return *(inner_ = &engineOf(url)); }

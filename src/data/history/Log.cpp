@@ -6,6 +6,9 @@
 #include "runtime/Convert.h"
 #include "runtime/Time.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace zv::history {
 namespace {
 
@@ -45,6 +48,18 @@ Entry entryOf(const std::vector<Value>& row)
 
 /// NULL for an empty text: that is how an entry stands that never had one, or was erased.
 String given(const String& text) { return text.empty() ? u"NULL" : textLiteral(text); }
+
+/// Bound for what a statement is given at once.
+constexpr int rowsOfAStatement = 50;
+
+/// Entries of a page when all are read.
+constexpr Long page = 10000;
+
+/// The first number that meets the condition; Null if none does.
+Value firstBehind(Connection& centro, StringView where)
+{
+    return centro.executeNative(u"SELECT MIN(Numero) FROM HistorialAsiento" + String(where))->row().front();
+}
 
 void switchTo(Connection& centro, bool on)
 {
@@ -112,20 +127,30 @@ Long Appending::add(Entry entry)
         entry.salt = freshSalt();
     entry.digest = digestOf(entry);
     entry.link = linkOf(head_.link, entry);
-    centro_.executeNative(statement(u"INSERT INTO HistorialAsiento (Numero, Momento, Clase, Apertura, "
-                                    u"Guardado, Tabla, Fila, Antes, Despues, Sal, "
-                                    u"Huella, Enlace) VALUES ({},{},{},{},{},{},{},{},{},{},{},{})",
-                                    {entry.number, textLiteral(entry.moment), static_cast<Long>(entry.kind),
-                                     entry.opening, entry.save, textLiteral(entry.table),
-                                     textLiteral(entry.row), given(entry.before), given(entry.after),
-                                     given(entry.salt), textLiteral(entry.digest), textLiteral(entry.link)}));
+    rows_ += statement(
+        rows_.empty() ? u"({},{},{},{},{},{},{},{},{},{},{},{})" : u",({},{},{},{},{},{},{},{},{},{},{},{})",
+        {entry.number, textLiteral(entry.moment), static_cast<Long>(entry.kind), entry.opening, entry.save,
+         textLiteral(entry.table), textLiteral(entry.row), given(entry.before), given(entry.after),
+         given(entry.salt), textLiteral(entry.digest), textLiteral(entry.link)});
+    if (++waiting_ == rowsOfAStatement)
+        write();
     head_ = {entry.number, entry.link};
     changed_ = true;
     return entry.number;
 }
 
+void Appending::write()
+{
+    if (waiting_ == 0)
+        return;
+    centro_.executeNative(u"INSERT INTO HistorialAsiento (" + String(columns) + u") VALUES " + rows_);
+    rows_.clear();
+    waiting_ = 0;
+}
+
 void Appending::finish()
 {
+    write();
     if (changed_)
         centro_.executeNative(statement(u"UPDATE HistorialCabeza SET Numero={}, Enlace={}",
                                         {head_.number, textLiteral(head_.link)}));
@@ -134,13 +159,27 @@ void Appending::finish()
 void forEach(Connection& centro, StringView condition, const std::function<bool(const Entry&)>& use,
              bool newestFirst)
 {
-    String query = u"SELECT " + String(columns) + u" FROM HistorialAsiento";
-    if (!condition.empty())
-        query += u" WHERE " + String(condition);
-    query += newestFirst ? u" ORDER BY Numero DESC" : u" ORDER BY Numero";
-    for (const RecordsetPtr rows = centro.executeNative(query); !rows->Eof(); rows->MoveNext())
-        if (!use(entryOf(rows->row())))
+    const auto read = [&](StringView where) {
+        String query = u"SELECT " + String(columns) + u" FROM HistorialAsiento";
+        if (!where.empty())
+            query += u" WHERE " + String(where);
+        query += newestFirst ? u" ORDER BY Numero DESC" : u" ORDER BY Numero";
+        for (const RecordsetPtr rows = centro.executeNative(query); !rows->Eof(); rows->MoveNext())
+            if (!use(entryOf(rows->row())))
+                return false;
+        return true;
+    };
+    if (!condition.empty() || newestFirst) {
+        read(condition);
+        return;
+    }
+    // A driver may fetch all rows of a statement at once: a whole history comes in pages.
+    for (Value first = firstBehind(centro, u""); !first.isNull();) {
+        const Long last = std::min(CLng(first), std::numeric_limits<Long>::max() - page) + page;
+        if (!read(statement(u"Numero>={} AND Numero<={}", {first, last})))
             return;
+        first = firstBehind(centro, statement(u" WHERE Numero>{}", {last}));
+    }
 }
 
 std::vector<Entry> entries(Connection& centro, StringView condition, bool newestFirst)

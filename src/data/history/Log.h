@@ -36,13 +36,17 @@ public:
     Long next() const { return head_.number + 1; }
     /// Appends; fills in number, moment, salt, digest and link. Gives the number.
     Long add(Entry entry);
-    /// Writes the head; the last thing before the transaction ends.
+    /// Writes what was not written yet, and the head; the last thing before the transaction ends.
     void finish();
 
 private:
+    void write();
+
     Connection& centro_;
     Head head_;
     String moment_;
+    String rows_; ///< Entries that go into one statement.
+    int waiting_ = 0;
     bool changed_ = false;
 };
 

@@ -180,6 +180,17 @@ std::optional<Write> writeOf(StringView statement)
     return std::nullopt;
 }
 
+String writtenTable(StringView statement)
+{
+    Words words(statement);
+    if (!words.take(u"insert") && !words.take(u"update") && !words.take(u"delete"))
+        return {};
+    words.take(u"*");
+    if (!words.take(u"into"))
+        words.take(u"from");
+    return words.takeTable();
+}
+
 bool readsTexts(StringView query, StringView table)
 {
     Words words(query);

@@ -20,6 +20,9 @@ struct Write {
 /// Parses an INSERT of one row of literals, an UPDATE or a DELETE of one table; nullopt for anything else.
 std::optional<Write> writeOf(StringView statement);
 
+/// The table that an INSERT, UPDATE or DELETE of any form writes; "" for another statement.
+String writtenTable(StringView statement);
+
 /// Whether a query reads texts of the table, and not merely counts its rows or looks for a key.
 bool readsTexts(StringView query, StringView table);
 /// The number that the query's condition gives for the column, as in "... Where IDEnfermedad=7"; nullopt if

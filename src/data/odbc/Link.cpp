@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <mutex>
+#include <set>
 
 namespace zv::odbc {
 namespace {
@@ -113,30 +114,60 @@ EngineInfo Link::engine() const
     return {information(connection_.get(), SQL_DBMS_NAME), information(connection_.get(), SQL_DBMS_VER)};
 }
 
+namespace {
+
+/// Escaped for an argument that is a LIKE pattern, in which _ and % are wildcards.
+String escaped(StringView name)
+{
+    String result(name);
+    for (const StringView sign : {u"\\", u"_", u"%"})
+        result = Replace(result, sign, u"\\" + String(sign));
+    return result;
+}
+
+} // namespace
+
+/// Reads a catalogue query to its end: never a part of it, which would read as missing tables.
+void Link::forEachFound(const DriverHandle& statement, std::int16_t asked, const std::function<void()>& use)
+{
+    if (!went(asked))
+        throw odbc::failureOf(statement.diagnosis(), false, u"");
+    SQLRETURN got = SQL_SUCCESS;
+    while (SQL_SUCCEEDED(got = waiting([&] { return SQLFetch(statement.get()); })))
+        use();
+    if (!went(got))
+        throw odbc::failureOf(statement.diagnosis(), false, u"");
+}
+
 std::vector<FoundTable> Link::tables(StringView schema)
 {
     constexpr SQLUSMALLINT tableColumn = 3;
     constexpr SQLUSMALLINT nameColumn = 4;
+    String name = escaped(schema);
+    SQLWCHAR* const where = name.empty() ? nullptr : wide(name.data());
+    const auto length = static_cast<SQLSMALLINT>(name.size());
+    // Some drivers give the columns of indexes too.
+    std::set<String> real;
+    String kinds = u"TABLE,VIEW";
+    const DriverHandle named(SQL_HANDLE_STMT, connection_.get());
+    forEachFound(named, waiting([&] {
+                     return SQLTablesW(named.get(), nullptr, 0, where, length, nullptr, 0, wide(kinds.data()),
+                                       static_cast<SQLSMALLINT>(kinds.size()));
+                 }),
+                 [&] { real.insert(characters(named, tableColumn)); });
     const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
     std::vector<FoundTable> result;
-    // Escaped, since the argument is a LIKE pattern: _ and % are wildcards.
-    String name(schema);
-    for (const StringView sign : {u"\\", u"_", u"%"})
-        name = Replace(name, sign, u"\\" + String(sign));
-    if (!went(waiting([&] {
-            return SQLColumnsW(statement.get(), nullptr, 0, name.empty() ? nullptr : wide(name.data()),
-                               static_cast<SQLSMALLINT>(name.size()), nullptr, 0, nullptr, 0);
-        })))
-        throw odbc::failureOf(statement.diagnosis(), false, u"");
-    SQLRETURN got = SQL_SUCCESS;
-    while (SQL_SUCCEEDED(got = waiting([&] { return SQLFetch(statement.get()); }))) {
-        const String table = characters(statement, tableColumn);
-        if (result.empty() || result.back().name != table)
-            result.push_back({table, {}});
-        result.back().columns.push_back(characters(statement, nameColumn));
-    }
-    if (!went(got)) // Never a partial list: it would read as missing tables.
-        throw odbc::failureOf(statement.diagnosis(), false, u"");
+    forEachFound(statement, waiting([&] {
+                     return SQLColumnsW(statement.get(), nullptr, 0, where, length, nullptr, 0, nullptr, 0);
+                 }),
+                 [&] {
+                     const String table = characters(statement, tableColumn);
+                     if (!real.contains(table))
+                         return;
+                     if (result.empty() || result.back().name != table)
+                         result.push_back({table, {}});
+                     result.back().columns.push_back(characters(statement, nameColumn));
+                 });
     return result;
 }
 

@@ -6,6 +6,7 @@
 #include "data/odbc/Failure.h"
 #include "data/odbc/Patience.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -77,6 +78,7 @@ public:
 private:
     void connect(StringView connectionText);
     void check(std::int16_t result, StringView text);
+    void forEachFound(const DriverHandle& statement, std::int16_t asked, const std::function<void()>& use);
 
     DriverHandle connection_;
     Socket socket_;

@@ -1,6 +1,7 @@
 #include "data/odbc/OdbcEngine.h"
 
 #include "data/Statement.h"
+#include "data/Transaction.h"
 #include "data/odbc/ConnectionText.h"
 #include "data/odbc/Password.h"
 #include "data/odbc/Schemas.h"
@@ -181,7 +182,9 @@ public:
     void putInPlace() override
     {
         try {
+            Transaction transaction([this](StringView each) { pool_.run(each); });
             renameSchemas(pool_, passing_, name_);
+            transaction.commit();
         } catch (const DataError& failure) {
             if (isTaken(failure))
                 failTaken(wanted_, name_);
@@ -212,6 +215,49 @@ public:
     {
         const ConnectionText text(location);
         return existing(text, which, serverOf(text).server->readOnlySettings);
+    }
+    /// One transaction that sees one instant, and two that see the same.
+    School snapshot(StringView location) override
+    {
+        ConnectionText text(location);
+        if (serverOf(text).server->placing != Placing::schemas)
+            return Engine::snapshot(location);
+        // Without the savepoint that the driver sets around each statement: inside one no instant is shared.
+        text.set(u"Protocol", u"7.4-0");
+        const School read{existing(text, Database::centro, {}), existing(text, Database::borrado, {}),
+                          existing(text, Database::entrada, {})};
+        String instant;
+        for (const ConnectionPtr& each : {read.centro, read.borrado, read.entrada}) {
+            each->executeNative(u"BEGIN");
+            each->executeNative(u"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY");
+            if (instant.empty())
+                instant = CStr(
+                    each->executeNative(u"SELECT pg_export_snapshot() AS Instante")->Fields(u"Instante"));
+            else
+                each->executeNative(u"SET TRANSACTION SNAPSHOT " + textLiteral(instant));
+        }
+        return read;
+    }
+    bool exists(StringView location) override
+    {
+        const ConnectionText text(location);
+        Pool pool(targetToMake(text, {}));
+        return !existingSchemas(pool, schemaOf(text, Database::centro)).empty();
+    }
+    String beside(StringView location, StringView word) override
+    {
+        ConnectionText text(location);
+        text.set(u"ESQUEMA", schemaOf(text, Database::centro) + u"_" + lowerName(Replace(word, u"-", u"_")));
+        return text.text();
+    }
+    void replace(StringView location, StringView with, StringView kept) override
+    {
+        const auto name = [](StringView place) { return schemaOf(ConnectionText(place), Database::centro); };
+        Pool pool(targetToMake(ConnectionText(location), {}));
+        Transaction transaction([&pool](StringView each) { pool.run(each); });
+        renameSchemas(pool, name(location), name(kept));
+        renameSchemas(pool, name(with), name(location));
+        transaction.commit();
     }
     std::unique_ptr<SchoolToBe> make(StringView location) override
     {

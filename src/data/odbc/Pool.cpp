@@ -1,5 +1,7 @@
 #include "data/odbc/Pool.h"
 
+#include "data/ServerAway.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -43,9 +45,32 @@ bool hasEnded(const std::shared_ptr<Link>& link)
     return false;
 }
 
+/// Whether time can mend it: not what this machine lacks.
+bool mayPass(const DataError& failure)
+{
+    return failure.number() == failure::connectionLost && !failure.engineCode().starts_with("IM");
+}
+
+/// Failure of what follows in a transaction whose link was lost: its first statements are gone.
+DataError lostTransaction(StringView statement)
+{
+    return {failure::connectionLost, "40000", u"la transacción se ha perdido con la conexión", statement};
+}
+
+Absence absence(const DataError& failure)
+{
+    // PostgreSQL's driver has one state for both; what the server itself says has its severity in front.
+    return {failure.engineCode().starts_with("28") ||
+                failure.engineText().find(u"FATAL:") != StringView::npos,
+            failure.engineText()};
+}
+
 } // namespace
 
-Pool::Pool(Target target) : target_(std::move(target)), lossesSeen_(target_.outage->losses) { link(); }
+Pool::Pool(Target target) : target_(std::move(target)), lossesSeen_(target_.outage->losses)
+{
+    links_.add(freshLink());
+}
 
 /// Drops all links after one was lost, here and in the school's other databases (through the shared counter),
 /// so that one outage is reported once. Open recordsets still own their link, and fail when they are read on.
@@ -63,6 +88,14 @@ void Pool::pauseAfter(const DataError& failure)
     target_.outage->until = Outage::Clock::now() + pause;
 }
 
+std::shared_ptr<Link> Pool::open() const
+{
+    auto fresh = std::make_shared<Link>(target_.connectionText, target_.patience);
+    for (const String& setting : target_.settings)
+        StatementRows(fresh, setting);
+    return fresh;
+}
+
 std::shared_ptr<Link> Pool::freshLink()
 {
     Outage& outage = *target_.outage;
@@ -70,14 +103,39 @@ std::shared_ptr<Link> Pool::freshLink()
     if (outage.failure && begun < outage.until)
         throw DataError(*outage.failure);
     try {
-        auto fresh = std::make_shared<Link>(target_.connectionText, target_.patience);
-        for (const String& setting : target_.settings)
-            StatementRows(fresh, setting);
+        auto fresh = open();
+        outage.givenUp = false;
         return fresh;
     } catch (const DataError& failure) {
         if (Outage::Clock::now() - begun >= longWait)
             pauseAfter(failure);
         throw;
+    }
+}
+
+/// freshLink() for a statement that has not been sent, and can wait.
+std::shared_ptr<Link> Pool::awaitedLink()
+{
+    const auto since = Outage::Clock::now();
+    try {
+        return freshLink();
+    } catch (const DataError& failure) {
+        Outage& outage = *target_.outage;
+        if (!waitsForServers() || !mayPass(failure))
+            throw;
+        std::shared_ptr<Link> late;
+        const auto tryAgain = [&]() -> std::optional<Absence> {
+            try {
+                late = open();
+                return std::nullopt;
+            } catch (const DataError& still) {
+                return absence(still);
+            }
+        };
+        outage.givenUp = !waitForServer({since, absence(failure), outage.givenUp, tryAgain});
+        if (outage.givenUp || !late)
+            throw;
+        return late;
     }
 }
 
@@ -94,12 +152,13 @@ std::shared_ptr<Link> Pool::link()
     }
     if (idle)
         return idle;
-    auto fresh = freshLink();
+    auto fresh = awaitedLink();
     links_.add(fresh);
     return fresh;
 }
 
-/// Intercepts transaction statements: ODBC has calls for them, and drivers object to the statements.
+/// Intercepts transaction statements: ODBC has calls for them, and drivers object to the statements. A
+/// transaction whose link was lost has been rolled back, and can end in no other way.
 bool Pool::controlsTransaction(StringView statement)
 {
     if (sameName(statement, u"BEGIN") && !transaction_) {
@@ -108,10 +167,17 @@ bool Pool::controlsTransaction(StringView statement)
         transaction_ = std::move(on);
         return true;
     }
-    if (!transaction_ || !(sameName(statement, u"COMMIT") || sameName(statement, u"ROLLBACK")))
+    // Nothing to take back where nothing could begin, and no server to look for.
+    if (!transaction_)
+        return sameName(statement, u"ROLLBACK");
+    if (!sameName(statement, u"COMMIT") && !sameName(statement, u"ROLLBACK"))
         return false;
     const std::shared_ptr<Link> ended = std::exchange(transaction_, nullptr);
-    ended->end(sameName(statement, u"COMMIT"));
+    const bool commits = sameName(statement, u"COMMIT");
+    if (ended->isLost() && commits)
+        throw lostTransaction(statement);
+    if (!ended->isLost())
+        ended->end(commits);
     return true;
 }
 
@@ -161,14 +227,14 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
     if (controlsTransaction(statement))
         return nullptr;
     const std::shared_ptr<Link> on = link();
+    if (on->isLost())
+        throw lostTransaction(statement);
     while (!on->cursors.empty())
         on->cursors.back()->takeAll();
     try {
         auto rows = std::make_unique<StatementRows>(on, statement);
         return rows->hasColumns() ? std::move(rows) : nullptr;
     } catch (const DataError& failure) {
-        if (on->isLost())
-            transaction_ = nullptr;
         if (on->wasCut())
             pauseAfter(failure);
         noticeLosses();

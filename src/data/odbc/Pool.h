@@ -17,6 +17,7 @@ struct Outage {
     int losses = 0;                   ///< Number of links lost so far.
     Clock::time_point until;          ///< Open until then: new links fail at once.
     std::optional<DataError> failure; ///< The failure that opened it, repeated meanwhile.
+    bool givenUp = false;             ///< A statement was not waited for, and no link has opened since.
 };
 
 /// A database on a server, and how a pool opens links to it.
@@ -37,8 +38,9 @@ public:
 
     const Target& target() const { return target_; }
     /// Runs a statement and reads its first rows; nullptr if it has no columns. A link lost during a
-    /// statement fails with connectionLost, once: the next statement reconnects. One lost while idle is
-    /// replaced silently.
+    /// statement fails with connectionLost, once: the next statement reconnects, unless it belongs to the
+    /// same transaction. One lost while idle is replaced silently, and waited for where the program has
+    /// somebody to wait (ServerAway.h).
     std::unique_ptr<Cursor> run(StringView statement);
     EngineInfo engine();
     std::vector<FoundTable> tables();
@@ -50,7 +52,9 @@ private:
     };
 
     std::shared_ptr<Link> link();
+    std::shared_ptr<Link> open() const;
     std::shared_ptr<Link> freshLink();
+    std::shared_ptr<Link> awaitedLink();
     void noticeLosses();
     void pauseAfter(const DataError& failure);
     bool controlsTransaction(StringView statement);
@@ -61,7 +65,7 @@ private:
     Handles<Link> links_;
     std::map<String, TableIndexes> indexes_; ///< Cache by the table's name in lower case.
     int lossesSeen_ = 0;
-    std::shared_ptr<Link> transaction_; ///< Link of the running transaction, or nullptr.
+    std::shared_ptr<Link> transaction_; ///< Link of the transaction until it ends, lost or not; or nullptr.
 };
 
 } // namespace zv::odbc

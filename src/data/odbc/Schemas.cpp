@@ -1,7 +1,6 @@
 #include "data/odbc/Schemas.h"
 
 #include "data/Statement.h"
-#include "data/Transaction.h"
 #include "runtime/Convert.h"
 
 #include <random>
@@ -66,11 +65,9 @@ std::vector<String> existingSchemas(Pool& pool, StringView name)
 
 void renameSchemas(Pool& pool, StringView from, StringView to)
 {
-    Transaction transaction([&pool](StringView statement) { pool.run(statement); });
     for (const Database which : everyDatabase)
         pool.run(u"ALTER SCHEMA " + quotedName(String(from) + String(suffixOf(which))) + u" RENAME TO " +
                  quotedName(String(to) + String(suffixOf(which))));
-    transaction.commit();
 }
 
 String passingName(Purpose purpose)

@@ -18,7 +18,7 @@ void createSchema(Pool& pool, StringView name);
 void dropSchema(Pool& pool, StringView name);
 /// Which of the three exist.
 std::vector<String> existingSchemas(Pool& pool, StringView name);
-/// Renames the three, in one transaction.
+/// Renames the three; to be called in a transaction.
 void renameSchemas(Pool& pool, StringView from, StringView to);
 
 /// Kinds of temporary schemas.

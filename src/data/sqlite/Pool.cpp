@@ -25,6 +25,20 @@ Pool::Pool(std::filesystem::path file, Opening opening, Durability durability, R
 
 void Pool::settle() { useWriteAheadLog(*handles_.front(), file_); }
 
+void Pool::backup(const std::filesystem::path& file)
+{
+    const std::shared_ptr<Handle> from = handle({});
+    const std::shared_ptr<Handle> to = openHandle(file, Opening::fresh, Durability::off);
+    // One file, without a log beside it.
+    sqlite3_exec(to->database.get(), "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
+    sqlite3_backup* const copying =
+        sqlite3_backup_init(to->database.get(), "main", from->database.get(), "main");
+    const int copied = copying != nullptr ? sqlite3_backup_step(copying, -1) : SQLITE_ERROR;
+    sqlite3_backup_finish(copying);
+    if (copied != SQLITE_DONE)
+        throw failureOf(to->database.get(), Phase::running, u"");
+}
+
 /// Inside a transaction every statement runs on the handle that began it; in memory there is only one.
 std::shared_ptr<Handle> Pool::handle(StringView statement)
 {

@@ -19,6 +19,8 @@ public:
     /// Switches the file to write-ahead logging, for good: readers do not block writers. Fails as opening
     /// does.
     void settle();
+    /// Copies the database, as the running transaction sees it, into a new file.
+    void backup(const std::filesystem::path& file);
     /// Runs a statement and reads its first rows. nullptr if it has no columns.
     std::unique_ptr<Cursor> run(StringView statement);
 

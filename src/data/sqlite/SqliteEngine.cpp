@@ -4,6 +4,8 @@
 #include "data/sqlite/File.h"
 #include "data/sqlite/FilesToBe.h"
 #include "data/sqlite/Pool.h"
+#include "data/sqlite/Replacing.h"
+#include "runtime/Convert.h"
 
 #include <sqlite3.h>
 
@@ -58,6 +60,59 @@ public:
     {
         return opened(location, which, Opening::lookOnly);
     }
+    /// Locks the three against writers for as long as it takes to begin a reading transaction on each: with
+    /// the write-ahead log what they read stays, and nobody waits for them.
+    School snapshot(StringView location) override
+    {
+        School read;
+        std::vector<ConnectionPtr> locks;
+        for (const auto& [which, place] :
+             {std::pair(Database::centro, &School::centro), std::pair(Database::borrado, &School::borrado),
+              std::pair(Database::entrada, &School::entrada)}) {
+            locks.push_back(open(location, which));
+            settle(*locks.back());
+            read.*place = open(location, which);
+        }
+        for (const ConnectionPtr& each : locks)
+            each->executeNative(u"BEGIN IMMEDIATE");
+        for (const ConnectionPtr& each : {read.centro, read.borrado, read.entrada}) {
+            each->executeNative(u"BEGIN");
+            each->executeNative(u"SELECT COUNT(*) FROM sqlite_schema");
+        }
+        return read;
+    }
+    bool exists(StringView location) override
+    {
+        std::error_code ignored;
+        finishReplacing(pathOf(location, Database::centro));
+        return std::filesystem::exists(pathOf(location, Database::centro), ignored);
+    }
+    String beside(StringView location, StringView word) override
+    {
+        const std::filesystem::path live = pathOf(location, Database::centro);
+        std::filesystem::path name = live.stem();
+        name += u"." + String(word);
+        name += live.extension();
+        return (live.parent_path() / name).u16string();
+    }
+    void replace(StringView location, StringView with, StringView kept) override
+    {
+        replaceFiles(pathOf(location, Database::centro), pathOf(with, Database::centro),
+                     pathOf(kept, Database::centro));
+    }
+    bool backup(Connection& connection, const std::filesystem::path& file) override
+    {
+        dynamic_cast<SqliteConnection&>(connection).pool().backup(file);
+        return true;
+    }
+    bool install(StringView location, const std::filesystem::path& live) override
+    {
+        const std::unique_ptr<SchoolToBe> making = make(location);
+        for (const Database which : {Database::centro, Database::borrado, Database::entrada})
+            std::filesystem::copy_file(fileOf(live, which), pathOf(making->location(), which));
+        making->putInPlace();
+        return true;
+    }
     std::unique_ptr<SchoolToBe> make(StringView location) override
     {
         return std::make_unique<FilesToBe>(pathOf(location, Database::centro));
@@ -77,6 +132,19 @@ public:
             result.push_back(error.engineText());
         }
         return result;
+    }
+    bool scrub(Connection& connection) override
+    {
+        try {
+            // Free room in pages keeps what once stood there; the log keeps pages as they were.
+            connection.executeNative(u"VACUUM");
+            const RecordsetPtr rows = connection.executeNative(u"PRAGMA wal_checkpoint(TRUNCATE)");
+            return CLng(rows->Fields(u"busy")) == 0;
+        } catch (const DataError& error) {
+            if (error.number() != failure::locked)
+                throw;
+            return false;
+        }
     }
     ConnectionPtr create(StringView location, Database which) override
     {
@@ -105,6 +173,8 @@ public:
 private:
     ConnectionPtr opened(StringView location, Database which, Opening opening) const
     {
+        if (opening == Opening::existing)
+            finishReplacing(pathOf(location, Database::centro));
         return std::make_shared<SqliteConnection>(
             std::make_shared<Pool>(pathOf(location, which), opening, durability_, reuse_));
     }

@@ -1,0 +1,197 @@
+#include "zvconf/Historial.h"
+
+#include "data/DataError.h"
+#include "data/Schools.h"
+#include "data/Statement.h"
+#include "data/history/Erasure.h"
+#include "data/history/Export.h"
+#include "data/history/Verify.h"
+#include "runtime/PrivateFile.h"
+
+#include <fstream>
+
+namespace zv::zvconf {
+namespace {
+
+constexpr Option database{u"--bd", 1};
+constexpr Option really{u"--si"};
+
+Long number(StringView digits, StringView what)
+{
+    const auto result = numberIn(digits);
+    if (!result)
+        throw UsageError(u"«" + String(digits) + u"» no es " + String(what) + u".");
+    return *result;
+}
+
+String headText(const history::Head& head)
+{
+    return head.number == 0 ? u"Cabeza: ninguna, no hay asientos."
+                            : statement(u"Cabeza: {}:{}", {head.number, head.link});
+}
+
+/// Tells a person what a missing table means.
+template <class Work>
+auto withHistory(Work work)
+{
+    try {
+        return work();
+    } catch (const DataError& error) {
+        if (error.number() != failure::tableMissing)
+            throw;
+        throw std::runtime_error("Este centro no tiene historial: lo activa «zvconf historial activar».");
+    }
+}
+
+history::Head headIn(const String& text)
+{
+    const std::size_t colon = std::min(text.find(u':'), text.size());
+    return {number(StringView(text).substr(0, colon), u"una cabeza, NÚMERO:ENLACE"),
+            text.substr(std::min(colon + 1, text.size()))};
+}
+
+/// What is erased must not stay in the files either.
+void scrub(const School& school, StringView url)
+{
+    if (!engineOf(url).scrub(*school.centro))
+        printLine(u"Alguien tiene abiertas las bases de datos: lo olvidado ya no se ve, pero queda en los "
+                  u"ficheros. Repita la orden cuando nadie las use.");
+}
+
+const schema::Table& tableNamed(StringView name)
+{
+    const schema::Table* table = schema::table(name);
+    if (table == nullptr)
+        throw UsageError(u"«" + String(name) + u"» no es una tabla del centro.");
+    return *table;
+}
+
+/// Says how many texts there are to erase, or, with `--si`, erases them.
+int eraseOrSay(const Options& options, const School& school, Long there, const std::function<Long()>& erase)
+{
+    if (!options.has(really.name)) {
+        printLine(statement(u"Asientos con textos que se olvidarían: {}. Con --si se olvidan, para siempre.",
+                            {there}));
+        return done;
+    }
+    printLine(statement(u"Asientos olvidados: {}.", {erase()}));
+    scrub(school, options.values(database.name).front());
+    printLine(headText(history::headOf(*school.centro)));
+    return done;
+}
+
+} // namespace
+
+int comprobarHistorial(Arguments arguments)
+{
+    const Options options(arguments, {database, {u"--cabeza", 1}});
+    std::optional<history::Head> noted;
+    if (options.has(u"--cabeza"))
+        noted = headIn(options.values(u"--cabeza").front());
+    const School school = inspectSchool(options.values(database.name).front());
+    const history::Verification result = withHistory([&] { return history::verify(*school.centro, noted); });
+    for (const history::Finding& each : result.findings)
+        printLine((each.number == 0 ? u"La cabeza " : statement(u"Asiento {}: ", {each.number})) +
+                  each.words);
+    printLine(statement(u"Asientos: {}.", {result.entries}));
+    printLine(headText(result.head));
+    if (result.defects == 0)
+        printLine(u"El historial está como se escribió.");
+    else
+        printLine(
+            statement(u"Defectos: {}. Guarde una copia de las bases de datos tal como están, y compárela "
+                      u"con las anteriores.",
+                      {result.defects}));
+    return result.defects == 0 ? done : found;
+}
+
+int olvidarHistorial(Arguments arguments)
+{
+    const Options options(arguments, {database, really, {u"--alumno", 1}, {u"--fila", 2}});
+    if (options.has(u"--alumno") == options.has(u"--fila"))
+        throw UsageError(u"olvidar quiere --alumno N o --fila TABLA N.");
+    const bool pupil = options.has(u"--alumno");
+    const schema::Table& table = tableNamed(pupil ? u"Alumno" : options.values(u"--fila").front());
+    const Long key = number(options.values(pupil ? u"--alumno" : u"--fila").back(), u"el número de una fila");
+    const School school = openSchool(options.values(database.name).front());
+    return withHistory([&] {
+        const auto there = static_cast<Long>(history::entriesAbout(*school.centro, table, key).size());
+        return eraseOrSay(options, school, there,
+                          [&] { return history::eraseAbout(*school.centro, table, key); });
+    });
+}
+
+int plazoHistorial(Arguments arguments)
+{
+    std::optional<Long> months;
+    if (!arguments.empty() && !arguments.front().starts_with(u'-')) {
+        months = number(arguments.front(), u"un número de meses");
+        arguments = arguments.subspan(1);
+    }
+    const Options options(arguments, {database, really});
+    const School school = openSchool(options.values(database.name).front());
+    Connection& centro = *school.centro;
+    return withHistory([&] {
+        if (months && options.has(really.name))
+            history::keepMonths(centro, *months);
+        const Long kept = months.value_or(history::monthsKept(centro));
+        if (kept == 0) {
+            printLine(u"Plazo: ninguno, los textos se guardan siempre.");
+            return int{done};
+        }
+        printLine(statement(u"Plazo: {} meses.", {kept}));
+        const Seconds limit = history::monthsBefore(timeHere(), kept);
+        return eraseOrSay(options, school, history::countOlder(centro, limit),
+                          [&] { return history::eraseOlder(centro, limit); });
+    });
+}
+
+int exportarHistorial(Arguments arguments)
+{
+    // The file may stand before, between and behind the options.
+    std::vector<String> rest(arguments.begin(), arguments.end());
+    String file;
+    for (auto at = rest.begin(); at != rest.end() && file.empty(); ++at) {
+        if (*at == database.name && at + 1 != rest.end())
+            ++at;
+        else if (!at->starts_with(u'-'))
+            file = *at;
+    }
+    std::erase(rest, file);
+    const Options options(rest, {database, {u"--sin-nombres"}});
+    if (file.empty())
+        throw UsageError(u"exportar quiere el FICHERO que se escribe.");
+    const School school = inspectSchool(options.values(database.name).front());
+    const std::string name = toUtf8(file);
+    const std::filesystem::path path = std::u8string(name.begin(), name.end());
+    // Its owner's alone before a word is in it.
+    if (!createPrivateFile(path, ""))
+        throw std::runtime_error("«" + name + "» existe ya: quítelo, o ponga otro nombre.");
+    Long count = 0;
+    history::Head head;
+    try {
+        std::ofstream out(path, std::ios::binary | std::ios::app);
+        out.exceptions(std::ios::failbit | std::ios::badbit);
+        head = withHistory([&] {
+            return history::exportAll(*school.centro,
+                                      options.has(u"--sin-nombres") ? history::Names::hidden
+                                                                    : history::Names::shown,
+                                      [&](const std::string& line) {
+                                          out << line << '\n';
+                                          ++count;
+                                      });
+        });
+        out.close();
+    } catch (const std::ios::failure&) {
+        std::filesystem::remove(path);
+        throw std::runtime_error("«" + name + "» no se puede escribir: mire si queda sitio en el disco.");
+    } catch (...) {
+        std::filesystem::remove(path);
+        throw;
+    }
+    printLine(statement(u"Asientos: {}.", {count}));
+    printLine(headText(head));
+    return done;
+}
+
+} // namespace zv::zvconf

@@ -1,0 +1,212 @@
+#include "care/Contents.h"
+
+#include "care/RowHash.h"
+#include "data/DataError.h"
+#include "data/Schema.h"
+#include "data/Statement.h"
+#include "data/Transaction.h"
+#include "data/history/Log.h"
+#include "runtime/Convert.h"
+
+#include <algorithm>
+#include <map>
+
+namespace zv::care {
+namespace {
+
+constexpr StringView registrations = u"RegistroActivo";
+/// Rows of one INSERT: a server answers each statement, and a statement of a thousand rows is no faster.
+constexpr std::size_t rowsAtOnce = 50;
+
+constexpr Database everyDatabase[] = {Database::centro, Database::borrado, Database::entrada};
+
+const ConnectionPtr& connectionOf(const School& school, Database which)
+{
+    switch (which) {
+    case Database::borrado:
+        return school.borrado;
+    case Database::entrada:
+        return school.entrada;
+    case Database::centro:
+        break;
+    }
+    return school.centro;
+}
+
+bool isHistory(StringView table)
+{
+    return sameName(table.substr(0, history::ownPrefix.size()), history::ownPrefix);
+}
+
+/// Columns that a table of ours may have; empty for a table that is not ours.
+std::vector<String> ownColumns(Database which, StringView table)
+{
+    std::vector<String> result;
+    for (const schema::Table& each : schema::tables(which))
+        if (sameName(each.name, table))
+            for (const schema::Column& column : each.columns())
+                result.emplace_back(column.name);
+    if (sameName(table, schema::recycleBinNotes.name))
+        for (const StringView column : schema::recycleBinNotes.columns)
+            result.emplace_back(column);
+    return result;
+}
+
+bool holds(const std::vector<String>& names, StringView name)
+{
+    return std::ranges::any_of(names, [&](const String& each) { return sameName(each, name); });
+}
+
+String joined(const std::vector<String>& names)
+{
+    String result;
+    for (const String& each : names)
+        result += (result.empty() ? u"" : u", ") + each;
+    return result;
+}
+
+using EachTable = std::function<void(Database which, const FoundTable& table)>;
+
+/// Calls back for each table whose rows belong to the school.
+void forEachTable(const School& school, Engine& engine, const EachTable& use)
+{
+    for (const Database which : everyDatabase)
+        for (const FoundTable& table : engine.tables(*connectionOf(school, which)))
+            if (!sameName(table.name, registrations))
+                use(which, table);
+}
+
+RecordsetPtr rowsOf(Connection& base, const FoundTable& table)
+{
+    return base.executeNative(u"SELECT " + joined(table.columns) + u" FROM " + table.name);
+}
+
+TableContents contentsOf(Connection& base, Database which, FoundTable table)
+{
+    std::ranges::sort(table.columns, {}, lowerName);
+    TableContents result{.database = which, .table = lowerName(table.name)};
+    RowHash hash(table.columns);
+    for (const RecordsetPtr rows = rowsOf(base, table); !rows->Eof(); rows->MoveNext(), ++result.rows)
+        hash.add(rows->row(), result.digest);
+    return result;
+}
+
+Long copyTable(Connection& from, Connection& to, const FoundTable& table)
+{
+    const String head = u"INSERT INTO " + table.name + u" (" + joined(table.columns) + u") VALUES ";
+    Long count = 0;
+    String values;
+    std::size_t waiting = 0;
+    const auto send = [&] {
+        if (waiting > 0)
+            to.executeNative(head + values);
+        values.clear();
+        waiting = 0;
+    };
+    for (const RecordsetPtr rows = rowsOf(from, table); !rows->Eof(); rows->MoveNext(), ++count) {
+        values += waiting == 0 ? u"(" : u",(";
+        bool first = true;
+        for (const Value& each : rows->row()) {
+            values += (first ? u"" : u",") + literal(each);
+            first = false;
+        }
+        values += u")";
+        if (++waiting == rowsAtOnce)
+            send();
+    }
+    send();
+    return count;
+}
+
+StringView nameOf(Database which)
+{
+    switch (which) {
+    case Database::borrado:
+        return u"base de borrados";
+    case Database::entrada:
+        return u"base de entrada";
+    case Database::centro:
+        break;
+    }
+    return u"base del centro";
+}
+
+} // namespace
+
+std::vector<TableContents> contentsOf(const School& school, Engine& engine)
+{
+    std::vector<TableContents> result;
+    forEachTable(school, engine, [&](Database which, const FoundTable& table) {
+        result.push_back(contentsOf(*connectionOf(school, which), which, table));
+    });
+    return result;
+}
+
+std::vector<String> differences(const std::vector<TableContents>& one,
+                                const std::vector<TableContents>& other)
+{
+    std::map<std::pair<Database, String>, std::array<TableContents, 2>> sides;
+    for (const TableContents& each : one)
+        sides[{each.database, each.table}][0] = each;
+    for (const TableContents& each : other)
+        sides[{each.database, each.table}][1] = each;
+    std::vector<String> lines;
+    for (const auto& [place, both] : sides) {
+        const auto& [first, second] = both;
+        if (first.rows != second.rows)
+            lines.push_back(statement(u"La tabla {} de la {} tiene {} filas en un sitio y {} en el otro.",
+                                      {place.second, nameOf(place.first), first.rows, second.rows}));
+        else if (first.digest != second.digest)
+            lines.push_back(statement(u"La tabla {} de la {} no tiene lo mismo en los dos sitios.",
+                                      {place.second, nameOf(place.first)}));
+    }
+    return lines;
+}
+
+std::vector<String> foreignParts(const School& school, Engine& engine)
+{
+    std::vector<String> lines;
+    forEachTable(school, engine, [&](Database which, const FoundTable& table) {
+        if (which == Database::centro && isHistory(table.name))
+            return;
+        const std::vector<String> ours = ownColumns(which, table.name);
+        if (ours.empty())
+            lines.push_back(statement(u"La {} tiene una tabla que no es de este programa: {}.",
+                                      {nameOf(which), table.name}));
+        for (const String& each : table.columns)
+            if (!ours.empty() && !holds(ours, each))
+                lines.push_back(
+                    statement(u"La tabla {} de la {} tiene una columna que no es de este programa: {}.",
+                              {table.name, nameOf(which), each}));
+    });
+    return lines;
+}
+
+void copyContents(const School& from, Engine& fromEngine, School& to, Engine& toEngine,
+                  const std::function<void(StringView table, Long rows)>& tell)
+{
+    const auto hasHere = [&](Database which, StringView name) {
+        return std::ranges::any_of(toEngine.tables(*connectionOf(to, which)),
+                                   [&](const FoundTable& each) { return sameName(each.name, name); });
+    };
+    forEachTable(from, fromEngine, [&](Database which, const FoundTable& table) {
+        Connection& base = *connectionOf(to, which);
+        if (sameName(table.name, schema::recycleBinNotes.name) && !hasHere(which, table.name))
+            base.executeNative(schema::recycleBinNotes.definition);
+        if (isHistory(table.name) && !hasHere(which, table.name))
+            history::activate(base);
+    });
+    for (const Database which : everyDatabase) {
+        Connection& base = *connectionOf(to, which);
+        Transaction transaction(base);
+        if (which == Database::centro && hasHere(which, u"HistorialCabeza"))
+            // Made with a row of its own, in the place of which comes that of the other school.
+            base.executeNative(u"DELETE FROM HistorialCabeza");
+        for (const FoundTable& table : fromEngine.tables(*connectionOf(from, which)))
+            if (!sameName(table.name, registrations))
+                tell(table.name, copyTable(*connectionOf(from, which), base, table));
+        transaction.commit();
+    }
+}
+
+} // namespace zv::care
