@@ -126,6 +126,8 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
     if (!open_.empty() && write && write->kind != Write::Kind::remove)
         ++closing_.parts[open_.back().part].tried;
+    // On its own, so that what is noted of an earlier statement does not make this one fail.
+    flush();
     try {
         const bool understood = write && keyed(write->table) && !columns(write->table).empty() &&
                                 (write->kind != Write::Kind::update || !setsKey(*write));
@@ -202,7 +204,6 @@ RecordsetPtr HistoryConnection::runNoted(StringView statement, const Write& writ
                       .table = String(keyed(write.table)->name),
                       .row = storable(write.where.substr(0, 250)),
                       .after = textOf(write.values)});
-        addPending(log);
         log.finish();
     });
     return result;
