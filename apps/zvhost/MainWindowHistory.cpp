@@ -9,8 +9,6 @@
 #include "zvhost/Told.h"
 #include "zvhost/Widgets.h"
 
-#include <ranges>
-
 namespace zv::host {
 
 using history::HistoryConnection;
@@ -83,8 +81,8 @@ void MainWindow::takeBack(const std::vector<Long>& openings)
     HistoryConnection* history = history::historyOf(host_->school().centro);
     std::size_t left = 0;
     const bool done = changes(QStringLiteral("No se ha podido deshacer."), [&] {
-        for (const Long each : std::views::reverse(openings))
-            left += history::undo(*history, {.opening = each}, host_->ownOpening()).obstacles.size();
+        for (auto each = openings.rbegin(); each != openings.rend(); ++each)
+            left += history::undo(*history, {.opening = *each}, host_->ownOpening()).obstacles.size();
         history->takeClosed();
     });
     if (!done)

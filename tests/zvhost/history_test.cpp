@@ -10,6 +10,7 @@
 #include "qt/FormWindow.h"
 #include "runtime/Convert.h"
 #include "session/cNombreNodo.h"
+#include "suite/Station.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -89,7 +90,10 @@ struct HistoryTest : HostTest {
         for (int row = 0; row < list.model()->rowCount(); ++row)
             if (list.model()->index(row, 1).data().toString().toStdString() == course &&
                 list.model()->index(row, 2).data().toString().toStdString() == name) {
-                list.setCurrentIndex(list.model()->index(row, 0));
+                // Whatever keys were pressed last.
+                list.selectionModel()->setCurrentIndex(list.model()->index(row, 0),
+                                                       QItemSelectionModel::ClearAndSelect |
+                                                           QItemSelectionModel::Rows);
                 return;
             }
         FAIL() << "no section " << section;
@@ -344,6 +348,43 @@ TEST_F(HistoryTest, the_history_of_a_section_names_persons_pupils_and_fields)
         key(Qt::Key_Escape);
     });
     key(Qt::Key_H, Qt::ControlModifier);
+}
+
+TEST_F(HistoryTest, the_last_save_is_taken_back_and_a_cut_one_is_told_at_the_start)
+{
+    const auto name = [this] { return one(u"SELECT Nombre FROM Banco WHERE IDBanco=1"); };
+    const std::string before = name();
+    school.centro->Execute(u"INSERT INTO EstadoCivil VALUES (901,'Zona')");
+    window->refresh();
+    window->findChild<QTableView*>(QStringLiteral("lista"))->setFocus();
+    type("Zona");
+    key(Qt::Key_Return);
+    then([] {
+        type("Otra");
+        key(Qt::Key_Return);
+    });
+    key(Qt::Key_Return);
+    const auto text = [this] { return one(u"SELECT Descripcion FROM EstadoCivil WHERE IDEstadoCivil=901"); };
+    EXPECT_EQ(text(), "Otra");
+    EXPECT_THAT(window->findChild<QLabel*>(QStringLiteral("hecho"))->text().toStdString(),
+                HasSubstr("Se ha guardado «Otra»"));
+    key(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(text(), "Zona");
+
+    // A station of this machine that died.
+    QStringList station = toQt(thisStation().identity).split(u'/');
+    station[1] = QStringLiteral("4194303");
+    other->dialogOpened({.dialog = u"frmBanco",
+                         .row = 1,
+                         .user = 7,
+                         .userName = u"otra",
+                         .station = fromQt(station.join(u'/'))});
+    other->Execute(u"UPDATE Banco SET Nombre='A medias' WHERE IDBanco=1");
+    window->use(std::make_unique<Host>(u"sqlite:colegio.db", school));
+    EXPECT_THAT(told(), HasSubstr("se cortó"));
+    key(Qt::Key_D, Qt::AltModifier);
+    EXPECT_EQ(name(), before);
+    EXPECT_EQ(told(), "");
 }
 
 TEST_F(HostTest, a_school_without_a_history_shows_none_of_it)

@@ -6,7 +6,6 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 namespace zv::history {
@@ -288,7 +287,7 @@ private:
                                         openingOf(centro_, other->second.opening)};
             addIfDifferent(place->second, each, trace);
         }
-        for (Loss& each : std::views::values(byOpening))
+        for (auto& [opening, each] : byOpening)
             if (!each.was.empty())
                 found_.push_back(std::move(each));
     }
