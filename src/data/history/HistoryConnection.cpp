@@ -126,8 +126,10 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
     if (!open_.empty() && write && write->kind != Write::Kind::remove)
         ++closing_.parts[open_.back().part].tried;
-    // On its own, so that what is noted of an earlier statement does not make this one fail.
-    flush();
+    // On its own, so that what is noted of an earlier statement does not make this one fail; nor wait twice
+    // for a database that has just kept the note waiting.
+    if (!noteFailed_)
+        flush();
     try {
         const bool understood = write && keyed(write->table) && !columns(write->table).empty() &&
                                 (write->kind != Write::Kind::update || !setsKey(*write));
@@ -374,9 +376,11 @@ void HistoryConnection::flush()
             addPending(log);
             log.finish();
         });
+        noteFailed_ = false;
     } catch (const Gone&) {
         missing_ = true;
     } catch (const RuntimeError&) {
+        noteFailed_ = true;
         // What cannot be noted now waits for the next transaction: a note never makes a dialog fail.
         if (pending_.size() > mostPending)
             pending_.erase(pending_.begin(), pending_.end() - mostPending);
@@ -448,6 +452,7 @@ void HistoryConnection::dialogAtRest()
     if (top.save != 0 && top.severalRows)
         noteEnd();
     flush();
+    noteFailed_ = false;
     top.save = 0;
     top.severalRows = false;
 }

@@ -93,7 +93,8 @@ private:
     Closed closing_; ///< All openings since the outermost one began.
     bool asleep_ = false;
     bool callersTransaction_ = false;
-    bool missing_ = false; ///< The history's tables have gone: nothing is noted any more.
+    bool noteFailed_ = false; ///< The last try to note what waits, in this routine.
+    bool missing_ = false;    ///< The history's tables have gone: nothing is noted any more.
 };
 
 /// Tables whose dialogs save with several statements, so that a save may be cut between two.
