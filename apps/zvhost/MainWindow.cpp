@@ -3,6 +3,7 @@
 #include "data/ServerAway.h"
 #include "qt/Legible.h"
 #include "qt/QtText.h"
+#include "qt/Zoom.h"
 #include "session/cConstCol.h"
 #include "zvhost/Dialogs.h"
 #include "zvhost/People.h"
@@ -66,10 +67,14 @@ void MainWindow::placeParts()
     statusBar()->addWidget(&undo_, 1);
     for (QLabel* each : {&database_, &user_, &mode_})
         statusBar()->addPermanentWidget(each);
-    if (memory_.restoreWindow(*this, parts_))
+    const bool restored = memory_.restoreWindow(*this, parts_);
+    const QSize most = withoutFrame(screen()->availableSize());
+    if (restored) {
+        if (!isMaximized() && !isFullScreen())
+            resize(size().boundedTo(most));
         return;
-    resize(QSize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44)
-               .boundedTo(screen()->availableSize()));
+    }
+    resize(QSize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44).boundedTo(most));
     parts_.setSizes({tree_.wholeWidth(), width() - tree_.wholeWidth()});
 }
 
