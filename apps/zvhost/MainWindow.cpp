@@ -1,6 +1,7 @@
 #include "zvhost/MainWindow.h"
 
 #include "data/ServerAway.h"
+#include "qt/EdgeStyle.h"
 #include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "qt/Zoom.h"
@@ -64,6 +65,8 @@ void MainWindow::placeParts()
     rows->addWidget(&notice_);
     rows->addWidget(&parts_, 1);
     setCentralWidget(&whole_);
+    drawEdge(tree_);
+    drawEdge(page_.list());
     statusBar()->addWidget(&undo_, 1);
     for (QLabel* each : {&database_, &user_, &mode_})
         statusBar()->addPermanentWidget(each);

@@ -1,6 +1,7 @@
 #include "zvhost/Widgets.h"
 
 #include "data/Engine.h"
+#include "qt/EdgeStyle.h"
 #include "qt/QtText.h"
 #include "qt/Zoom.h"
 
@@ -58,7 +59,7 @@ void scrollLong(QMessageBox& box)
     label->setWordWrap(true);
     area->setWidget(label);
     area->setWidgetResizable(true);
-    area->setFrameStyle(QFrame::NoFrame);
+    drawEdge(*area);
     area->setMinimumSize(width + area->verticalScrollBar()->sizeHint().width(), room.height());
     area->setAccessibleName(box.windowTitle());
 }

@@ -251,6 +251,7 @@ void FormWindow::inStep()
     for (const auto& view : views_)
         view->flush();
     followFocus();
+    followCell();
     look();
 }
 
@@ -275,6 +276,20 @@ void FormWindow::followFocus()
     const QRect place(seen.mapTo(sheet_, QPoint()), seen.size().boundedTo(whole - QSize(edge, edge)));
     const QSize half = (place.size() / 2 + QSize(edge, edge)).boundedTo(whole / 2);
     room_.ensureVisible(place.center().x(), place.center().y(), half.width(), half.height());
+}
+
+void FormWindow::followCell()
+{
+    const Control* active = form_.ActiveControl();
+    const auto* grid = active != nullptr ? dynamic_cast<const GridView*>(&viewOf(*active)) : nullptr;
+    if (grid == nullptr)
+        return;
+    const QTableView& table = grid->widget();
+    const QRect cell = table.visualRect(table.currentIndex());
+    if (cell.isEmpty())
+        return;
+    const int across = room_.horizontalScrollBar()->value() + room_.viewport()->width() / 2;
+    room_.ensureVisible(across, table.viewport()->mapTo(sheet_, cell.center()).y(), 0, cell.height());
 }
 
 void FormWindow::takeFocusOver(ControlView& view)

@@ -88,6 +88,8 @@ private:
     bool fits(const QFontMetrics& font) const;
     void stack();
     void followFocus();
+    /// Where a grid is higher than the window, its current line stays in sight.
+    void followCell();
 
     Form& form_;
     // Before the widgets: those send events here while they are made.
