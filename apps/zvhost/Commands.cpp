@@ -98,17 +98,21 @@ const Node& nodeNamed(const QString& word)
     return *node;
 }
 
+constexpr char scaleFactor[] = "QT_SCALE_FACTOR";
+QString scaleOf(int dots) { return QString::number(dots / 96.0); }
+
 /// Child process of this program, since a process has one resolution.
 int drawAgain(const QStringList& words, int dots)
 {
     QProcess again;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(dots / 96.0));
+    environment.insert(QString::fromLatin1(scaleFactor), scaleOf(dots));
     again.setProcessEnvironment(environment);
     again.setProcessChannelMode(QProcess::ForwardedChannels);
-    again.start(QCoreApplication::applicationFilePath(),
-                QStringList{QStringLiteral("galeria"), QStringLiteral("--puntos"), QString::number(dots)} +
-                    words);
+    QStringList order{QStringLiteral("galeria")};
+    if (!words.contains(QStringLiteral("--puntos")))
+        order += {QStringLiteral("--puntos"), QString::number(dots)};
+    again.start(QCoreApplication::applicationFilePath(), order + words);
     return again.waitForFinished(-1) && again.exitStatus() == QProcess::NormalExit ? again.exitCode()
                                                                                    : failed;
 }
@@ -214,11 +218,14 @@ int galeria(const QStringList& words)
         const int small = drawAgain(words, 96);
         return small == done ? drawAgain(words, 192) : small;
     }
+    const QString dots = given.text(QStringLiteral("puntos"));
+    const int resolution = given.number<int>(QStringLiteral("puntos"), 96);
+    if (qEnvironmentVariable(scaleFactor) != scaleOf(resolution))
+        return drawAgain(words, resolution);
     if (given.has(QStringLiteral("oscuro")))
         darken();
     // A random key: pictures of a sample never touch the person's own.
     registerCipher([key = CipherKey::random()](bool) { return key; });
-    const QString dots = given.text(QStringLiteral("puntos"));
     const std::optional<QSize> screen = screenSize(given);
     const int drawn =
         drawGallery(given.rest().front(),

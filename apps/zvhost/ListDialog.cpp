@@ -1,5 +1,6 @@
 #include "zvhost/ListDialog.h"
 
+#include "qt/EdgeStyle.h"
 #include "qt/Legible.h"
 
 #include <QKeyEvent>
@@ -34,6 +35,7 @@ ListDialog::ListDialog(QWidget* parent, const QString& title, std::span<const Li
     connect(find, &QAction::triggered, this, [this] { search_.setFocus(Qt::ShortcutFocusReason); });
     layout_.insertWidget(0, &search_);
     layout_.insertWidget(1, &table_);
+    drawEdge(table_);
     layout_.insertWidget(2, &empty_);
     resize(fontMetrics().averageCharWidth() * 110, fontMetrics().height() * 24);
     connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { follow(); });

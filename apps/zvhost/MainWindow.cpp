@@ -1,8 +1,10 @@
 #include "zvhost/MainWindow.h"
 
 #include "data/ServerAway.h"
+#include "qt/EdgeStyle.h"
 #include "qt/Legible.h"
 #include "qt/QtText.h"
+#include "qt/Zoom.h"
 #include "session/cConstCol.h"
 #include "zvhost/Dialogs.h"
 #include "zvhost/People.h"
@@ -63,13 +65,19 @@ void MainWindow::placeParts()
     rows->addWidget(&notice_);
     rows->addWidget(&parts_, 1);
     setCentralWidget(&whole_);
+    drawEdge(tree_);
+    drawEdge(page_.list());
     statusBar()->addWidget(&undo_, 1);
     for (QLabel* each : {&database_, &user_, &mode_})
         statusBar()->addPermanentWidget(each);
-    if (memory_.restoreWindow(*this, parts_))
+    const bool restored = memory_.restoreWindow(*this, parts_);
+    const QSize most = withoutFrame(screen()->availableSize());
+    if (restored) {
+        if (!isMaximized() && !isFullScreen())
+            resize(size().boundedTo(most));
         return;
-    resize(QSize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44)
-               .boundedTo(screen()->availableSize()));
+    }
+    resize(QSize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44).boundedTo(most));
     parts_.setSizes({tree_.wholeWidth(), width() - tree_.wholeWidth()});
 }
 

@@ -1,15 +1,21 @@
 #include "zvhost/Widgets.h"
 
 #include "data/Engine.h"
+#include "qt/EdgeStyle.h"
 #include "qt/QtText.h"
+#include "qt/Zoom.h"
 
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTimer>
 
 #include <atomic>
@@ -37,6 +43,27 @@ protected:
     void closeEvent(QCloseEvent* event) override { event->ignore(); }
 };
 
+/// A text that is higher than the screen scrolls, so that the buttons stay within reach.
+void scrollLong(QMessageBox& box)
+{
+    const QFontMetrics font = box.fontMetrics();
+    const QSize room = withoutFrame(box.screen()->availableSize()) - QSize(0, 6 * font.lineSpacing());
+    const int width = std::min(room.width() / 2, 500); // At which the box itself breaks its lines.
+    const int height =
+        font.boundingRect(QRect(0, 0, width, QWIDGETSIZE_MAX), Qt::TextWordWrap, box.text()).height();
+    auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    if (height <= room.height() || label == nullptr)
+        return;
+    auto* area = std::make_unique<QScrollArea>(&box).release();
+    delete box.layout()->replaceWidget(label, area);
+    label->setWordWrap(true);
+    area->setWidget(label);
+    area->setWidgetResizable(true);
+    drawEdge(*area);
+    area->setMinimumSize(width + area->verticalScrollBar()->sizeHint().width(), room.height());
+    area->setAccessibleName(box.windowTitle());
+}
+
 } // namespace
 
 QString shownUrl(const String& url) { return toQt(withoutPassword(url)); }
@@ -46,6 +73,7 @@ void say(QWidget* parent, const QString& title, const QString& text)
     QMessageBox box(QMessageBox::Information, title, text, QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
     box.addButton(QStringLiteral("&Aceptar"), QMessageBox::AcceptRole);
+    scrollLong(box);
     box.exec();
 }
 
@@ -67,6 +95,7 @@ bool confirm(QWidget* parent, const QString& title, const QString& text, const Q
     QPushButton* no = box.addButton(QStringLiteral("&Cancelar"), QMessageBox::RejectRole);
     box.setDefaultButton(no);
     box.setEscapeButton(no);
+    scrollLong(box);
     box.exec();
     return box.clickedButton() == yes;
 }

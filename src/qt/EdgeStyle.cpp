@@ -2,8 +2,10 @@
 
 #include "qt/Legible.h"
 
+#include <QAbstractItemView>
 #include <QPainter>
 #include <QProxyStyle>
+#include <QScrollArea>
 #include <QStyleOption>
 #include <QWidget>
 
@@ -13,8 +15,23 @@ namespace zv {
 
 namespace {
 
+constexpr int focusWidth = 2;
+
+bool scrolls(const QWidget* widget)
+{
+    return qobject_cast<const QAbstractItemView*>(widget) != nullptr ||
+           qobject_cast<const QScrollArea*>(widget) != nullptr;
+}
+
 class EdgeStyle final : public QProxyStyle {
 public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override
+    {
+        // Of the lists and areas that scroll: room for what shows the focus.
+        if (metric == PM_DefaultFrameWidth && scrolls(widget))
+            return focusWidth;
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override
     {
@@ -28,11 +45,15 @@ public:
             return;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
+        const bool focused = element == PE_Frame && scrolls(widget) && option->state.testFlag(State_HasFocus);
+        if (focused)
+            painter->fillRect(option->rect, focusColor(option->palette));
         painter->setPen(edgeColor(option->palette));
         painter->setBrush(Qt::NoBrush);
         const QRectF edge = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
         constexpr double rounded = 2;
-        circle ? painter->drawEllipse(edge) : painter->drawRoundedRect(edge, rounded, rounded);
+        if (!focused)
+            circle ? painter->drawEllipse(edge) : painter->drawRoundedRect(edge, rounded, rounded);
         painter->restore();
     }
 };

@@ -148,9 +148,7 @@ void FormWindow::follow()
 
 QSize FormWindow::room() const
 {
-    // The frame and the title, which only the desktop knows.
-    constexpr int title = 40;
-    return zoom_->bound().value_or(screen()->availableGeometry().size()) - QSize(edge, title);
+    return withoutFrame(zoom_->bound().value_or(screen()->availableGeometry().size()));
 }
 
 double FormWindow::scaleWanted() const
@@ -192,12 +190,24 @@ void FormWindow::look()
         guide_->look();
 }
 
+void FormWindow::moveInside()
+{
+    const QRect area = screen()->availableGeometry();
+    const QRect frame = frameGeometry();
+    const auto inside = [](int at, int size, int from, int room) {
+        return std::clamp(at, from, std::max(from, from + room - size));
+    };
+    move(inside(frame.left(), frame.width(), area.left(), area.width()),
+         inside(frame.top(), frame.height(), area.top(), area.height()));
+}
+
 bool FormWindow::pressOwn(const QKeyEvent& event)
 {
     if (zoom_ == nullptr || busy())
         return false;
     if (zoom_->press(event)) {
         follow();
+        moveInside();
         followFocus();
         return true;
     }
@@ -241,6 +251,7 @@ void FormWindow::inStep()
     for (const auto& view : views_)
         view->flush();
     followFocus();
+    followCell();
     look();
 }
 
@@ -257,10 +268,28 @@ void FormWindow::followFocus()
     if (active == nullptr)
         return;
     viewOf(*active).followAll();
-    // The whole of it, which for a text the area's own routine does not mean.
-    const QRect place(wanted.mapTo(sheet_, QPoint()), wanted.size());
-    const QSize half = (place.size() / 2 + QSize(edge, edge)).boundedTo(room_.viewport()->size() / 2);
+    // The whole of it, which for a text the area's own routine does not mean; its beginning, where the whole
+    // does not fit. Over a grid's cell, of the grid: what is rated stands in the first column.
+    const QWidget& seen =
+        guide_ && active == guide_->controls().floating ? viewOf(*guide_->controls().grid).widget() : wanted;
+    const QSize whole = room_.viewport()->size();
+    const QRect place(seen.mapTo(sheet_, QPoint()), seen.size().boundedTo(whole - QSize(edge, edge)));
+    const QSize half = (place.size() / 2 + QSize(edge, edge)).boundedTo(whole / 2);
     room_.ensureVisible(place.center().x(), place.center().y(), half.width(), half.height());
+}
+
+void FormWindow::followCell()
+{
+    const Control* active = form_.ActiveControl();
+    const auto* grid = active != nullptr ? dynamic_cast<const GridView*>(&viewOf(*active)) : nullptr;
+    if (grid == nullptr)
+        return;
+    const QTableView& table = grid->widget();
+    const QRect cell = table.visualRect(table.currentIndex());
+    if (cell.isEmpty())
+        return;
+    const int across = room_.horizontalScrollBar()->value() + room_.viewport()->width() / 2;
+    room_.ensureVisible(across, table.viewport()->mapTo(sheet_, cell.center()).y(), 0, cell.height());
 }
 
 void FormWindow::takeFocusOver(ControlView& view)

@@ -77,6 +77,8 @@ private:
     void follow();
     /// Sizes of sheet and window: whole, or as large as the screen allows.
     void fit();
+    /// After the size has changed: not beyond the screen's edges.
+    void moveInside();
     /// Factor to the natural size: that of the desktop's letters as far as the screen allows, and the zoom.
     double scaleWanted() const;
     QSize room() const;
@@ -86,6 +88,8 @@ private:
     bool fits(const QFontMetrics& font) const;
     void stack();
     void followFocus();
+    /// Where a grid is higher than the window, its current line stays in sight.
+    void followCell();
 
     Form& form_;
     // Before the widgets: those send events here while they are made.

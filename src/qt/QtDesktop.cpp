@@ -92,6 +92,9 @@ void QtDesktop::runModal(Form& form)
     if (!form.Visible())
         forget(form);
     sweep(depth);
+    // A question and its dialog that go at once leave some desktops without a window that has the keyboard.
+    if (QWidget* below = front(); below != nullptr)
+        below->activateWindow();
 }
 
 void QtDesktop::runWindow(FormWindow& window)

@@ -52,6 +52,8 @@ void TextView::followContent()
         const TextChange change = changeBetween(before, wanted, caretWanted);
         select({change.start, change.removed});
         insert(change.inserted); // A replacement and not setText(), which would empty the undo stack.
+        if (!own_)
+            forgetEdits();
     }
     // Without the focus, no selection is shown.
     const Selection selected{caretWanted, shownPlace(model, start + length) - caretWanted};
@@ -71,6 +73,7 @@ void TextView::takeOver()
 {
     if (!std::exchange(pending_, false) || window().busy())
         return;
+    const QScopedValueRollback own(own_, true);
     {
         const QScopedValueRollback taking(taking_, true);
         if (text() != shown(box().Text()))
@@ -100,13 +103,17 @@ void TextView::takeTextOver()
 void TextView::paste()
 {
     const QString text = QApplication::clipboard()->text();
+    const QScopedValueRollback own(own_, true);
     act([&](Acts& acts) { return acts.paste(box(), box().MultiLine() ? unshown(text) : fromQt(text)); });
 }
 
 bool TextView::press(const Keystroke& key)
 {
     takeOver();
-    ControlView::press(key);
+    {
+        const QScopedValueRollback own(own_, true);
+        ControlView::press(key);
+    }
     // Up and Down belong to the widget: the model knows no lines.
     const Key* named = std::get_if<Key>(&key);
     return !window().alive() || named == nullptr || !(*named == Key::Up || *named == Key::Down);
@@ -123,6 +130,7 @@ bool TextView::commit(QEvent& event)
     QInputMethodEvent rest(method.preeditString(), method.attributes());
     QApplication::sendEvent(&input(), &rest);
     takeOver();
+    const QScopedValueRollback own(own_, true);
     act([&](Acts& acts) { return acts.type(box(), fromQt(text)); });
     return true;
 }
@@ -202,6 +210,13 @@ void LineView::select(Selection selection)
 }
 
 void LineView::insert(const QString& text) { text.isEmpty() ? edit_->del() : edit_->insert(text); }
+
+void LineView::forgetEdits()
+{
+    const int caret = edit_->cursorPosition();
+    edit_->setText(edit_->text());
+    edit_->setCursorPosition(caret);
+}
 
 bool LineView::canDo(QKeySequence::StandardKey edit) const
 {

@@ -26,6 +26,8 @@ protected:
     virtual qsizetype caret() const = 0;
     virtual void select(Selection selection) = 0;
     virtual void insert(const QString& text) = 0;
+    /// Empties the undo stack.
+    virtual void forgetEdits() = 0;
     virtual bool canDo(QKeySequence::StandardKey edit) const = 0;
     virtual void doEdit(QKeySequence::StandardKey edit) = 0;
     /// Slot for the widget's signals: text, caret or selection changed.
@@ -44,7 +46,9 @@ private:
     bool commit(QEvent& event);
     bool following_ = false; ///< Re-entrancy flag: the widget is being changed from the model.
     bool taking_ = false;    ///< Re-entrancy flag: the model is being changed from the widget.
-    bool pending_ = false;   ///< A change of the widget waits for takeOver().
+    bool own_ =
+        false; ///< What changes comes of this box's own keys; all else is another row's or pupil's text.
+    bool pending_ = false; ///< A change of the widget waits for takeOver().
 };
 
 class LineView final : public TextView {
@@ -60,6 +64,7 @@ protected:
     qsizetype caret() const override { return edit_->cursorPosition(); }
     void select(Selection selection) override;
     void insert(const QString& text) override;
+    void forgetEdits() override;
     bool canDo(QKeySequence::StandardKey edit) const override;
     void doEdit(QKeySequence::StandardKey edit) override;
 
@@ -81,6 +86,7 @@ protected:
     qsizetype caret() const override { return edit_->textCursor().position(); }
     void select(Selection selection) override;
     void insert(const QString& text) override { edit_->insertPlainText(text); }
+    void forgetEdits() override { edit_->document()->clearUndoRedoStacks(); }
     bool canDo(QKeySequence::StandardKey edit) const override;
     void doEdit(QKeySequence::StandardKey edit) override;
     void followContent() override;

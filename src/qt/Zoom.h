@@ -7,6 +7,10 @@
 
 namespace zv {
 
+/// What a window may take of a screen of this size: without its frame and title, which only the desktop
+/// knows.
+inline QSize withoutFrame(const QSize& screen) { return screen - QSize(8, 40); }
+
 /// Magnification of the dialogs, which a person sets with Ctrl and + − 0 in any of them.
 class Zoom {
 public:

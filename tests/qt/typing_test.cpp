@@ -65,6 +65,17 @@ TEST_F(Typing, clipboard_and_undo_are_the_platforms)
         EXPECT_EQ(both(), "[]");
         line().insert(QStringLiteral("demasiado")); // As an assistive program would.
         EXPECT_EQ(both(), "demas[]");
+        // Another pupil's text: what was typed for the one before does not come back into it.
+        for (TextBox* box : {&ficha.txtNombre, &ficha.txtNotas}) {
+            QWidget& input = widget(*box);
+            QTest::keyClicks(&input, "x");
+            box->Text = String(u"otro");
+            QTest::keyClick(&input, Qt::Key_Z, Qt::ControlModifier);
+            pause();
+            EXPECT_EQ(box->Text(), u"otro");
+            QTest::keyClick(&input, Qt::Key_Tab);
+            pause();
+        }
     });
 }
 

@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -101,6 +103,31 @@ TEST_F(ListTest, what_was_deleted_is_told_and_comes_back)
     // The steps before it are still there.
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(chosen(), "Zona gama");
+}
+
+TEST_F(ListTest, window_and_questions_stay_within_the_screen)
+{
+    const QSize room = window->screen()->availableSize();
+    EXPECT_TRUE(
+        QRect({}, room - QSize(8, 40)).contains(QRect({}, window->size()))); // Its frame has room too.
+    for (int row = 1000; row < 1040; ++row) {
+        school.centro->Execute(statement(u"INSERT INTO EstadoCivil VALUES ({},'Zona')", {row}));
+        hold(row, 7);
+    }
+    window->refresh();
+    search("zona");
+    key(Qt::Key_A, Qt::ControlModifier);
+    then([&] {
+        read();
+        const QWidget* box = QApplication::activeModalWidget();
+        EXPECT_LT(box->height(), room.height());
+        for (const QPushButton* each : box->findChildren<QPushButton*>())
+            EXPECT_TRUE(box->rect().contains(QRect(each->mapTo(box, QPoint()), each->size())));
+        key(Qt::Key_Escape);
+    });
+    key(Qt::Key_Delete);
+    EXPECT_THAT(asked, HasSubstr("Las demás se quedan"));
+    EXPECT_EQ(zonas(), "43");
 }
 
 TEST_F(ListTest, several_rows_go_and_come_at_once_but_for_those_in_use)
@@ -307,7 +334,7 @@ TEST_F(ListTest, the_window_comes_back_as_it_was_left)
         QApplication::processEvents();
     };
     open();
-    window->resize(900, 555);
+    window->resize(780, 555);
     window->go(*nodeOf(u"frmBanco"));
     list().sortByColumn(1, Qt::DescendingOrder);
     list().setColumnWidth(0, 123);
@@ -323,7 +350,7 @@ TEST_F(ListTest, the_window_comes_back_as_it_was_left)
     EXPECT_NE(user, 1);
     window->close();
     open();
-    EXPECT_EQ(window->size(), QSize(900, 555));
+    EXPECT_EQ(window->size(), QSize(780, 555));
     EXPECT_EQ(tree().currentItem()->text(0), QStringLiteral("Bancos"));
     EXPECT_EQ(list().columnWidth(0), 123);
     EXPECT_EQ(list().horizontalHeader()->sortIndicatorSection(), 1);
