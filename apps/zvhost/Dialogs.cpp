@@ -1,5 +1,6 @@
 #include "zvhost/Dialogs.h"
 
+#include "qt/EdgeStyle.h"
 #include "qt/QtText.h"
 #include "runtime/Convert.h"
 #include "suite/Registrations.h"
@@ -165,6 +166,7 @@ std::optional<Choices> askChoices(QWidget* parent, Host& host)
     ButtonRow buttons(layout, dialog);
     buttons.add(QStringLiteral("&Aceptar"), [&] { dialog.accept(); }).setDefault(true);
     buttons.addClose(QStringLiteral("Ca&ncelar"));
+    drawEdges(dialog);
     const bool accepted = dialog.exec() == QDialog::Accepted;
     layout.removeItem(&form);
     if (!accepted)

@@ -35,8 +35,8 @@ ListDialog::ListDialog(QWidget* parent, const QString& title, std::span<const Li
     connect(find, &QAction::triggered, this, [this] { search_.setFocus(Qt::ShortcutFocusReason); });
     layout_.insertWidget(0, &search_);
     layout_.insertWidget(1, &table_);
-    drawEdge(table_);
     layout_.insertWidget(2, &empty_);
+    drawEdges(*this);
     resize(fontMetrics().averageCharWidth() * 110, fontMetrics().height() * 24);
     connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { follow(); });
     connect(&table_, &QTableView::doubleClicked, this, [this] {

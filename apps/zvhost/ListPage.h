@@ -47,7 +47,6 @@ public:
     const std::map<Long, QString>& marked() const { return model_.marked(); }
     /// Moves the focus to the list, or to the button of a node without one.
     void enter();
-    QWidget& list() { return table_; }
     /// Lets the columns share the width again, after a person dragged one.
     void shareColumns() { table_.share(); }
     void findRow() { search_.setFocus(Qt::ShortcutFocusReason); }

@@ -65,8 +65,7 @@ void MainWindow::placeParts()
     rows->addWidget(&notice_);
     rows->addWidget(&parts_, 1);
     setCentralWidget(&whole_);
-    drawEdge(tree_);
-    drawEdge(page_.list());
+    drawEdges(*this);
     statusBar()->addWidget(&undo_, 1);
     for (QLabel* each : {&database_, &user_, &mode_})
         statusBar()->addPermanentWidget(each);

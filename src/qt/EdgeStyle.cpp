@@ -3,6 +3,7 @@
 #include "qt/Legible.h"
 
 #include <QAbstractItemView>
+#include <QCheckBox>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QScrollArea>
@@ -46,14 +47,13 @@ public:
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         const bool focused = element == PE_Frame && scrolls(widget) && option->state.testFlag(State_HasFocus);
-        if (focused)
-            painter->fillRect(option->rect, focusColor(option->palette));
-        painter->setPen(edgeColor(option->palette));
+        painter->setPen(focused ? QPen(focusColor(option->palette), focusWidth)
+                                : QPen(edgeColor(option->palette)));
         painter->setBrush(Qt::NoBrush);
-        const QRectF edge = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+        const double half = painter->pen().widthF() / 2;
+        const QRectF edge = QRectF(option->rect).adjusted(half, half, -half, -half);
         constexpr double rounded = 2;
-        if (!focused)
-            circle ? painter->drawEllipse(edge) : painter->drawRoundedRect(edge, rounded, rounded);
+        circle ? painter->drawEllipse(edge) : painter->drawRoundedRect(edge, rounded, rounded);
         painter->restore();
     }
 };
@@ -70,6 +70,14 @@ void drawEdge(QWidget& widget)
         style->setParent(&window);
     }
     widget.setStyle(style);
+}
+
+void drawEdges(QWidget& window)
+{
+    for (QWidget* each : window.findChildren<QWidget*>())
+        if (each->focusPolicy() != Qt::NoFocus &&
+            (scrolls(each) || qobject_cast<QCheckBox*>(each) != nullptr))
+            drawEdge(*each);
 }
 
 } // namespace zv
