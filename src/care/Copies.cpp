@@ -171,6 +171,9 @@ String restoreCopy(const fs::path& file, StringView url)
     }
     const auto urlOf = [&](StringView location) { return String(engine.scheme()) + u":" + String(location); };
     const String made = engine.beside(locationOf(url), u"restaurado");
+    // Left behind by a killed process.
+    for (const Database which : everyDatabase)
+        engine.remove(made, which);
     install(scratch, urlOf(made));
     String when = u"antes-" + momentNow().substr(0, 19);
     std::ranges::replace_if(

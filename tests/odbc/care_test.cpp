@@ -1,3 +1,4 @@
+#include "care/Copies.h"
 #include "care/Move.h"
 
 #include "data/Schema.h"
@@ -11,10 +12,15 @@
 #include "suite/sodium/EncryptoApi.h"
 
 #include <gmock/gmock.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <random>
+#include <thread>
 
 using namespace zv;
 
@@ -96,6 +102,45 @@ struct Moving : testing::Test {
     String file(StringView name) const { return u"sqlite:" + (folder / name).u16string(); }
 };
 
+/// Stations that write a row into the live database and then its twin into that of deleted records, without
+/// pause.
+class Writers {
+public:
+    Writers(const String& url, int count)
+    {
+        for (int station = 0; station < count; ++station)
+            threads_.emplace_back([this, url, station] {
+                const School school = openSchool(url);
+                for (Long row = 1; !ended_; ++row) {
+                    const Long key = (station + 1) * 1000000 + row;
+                    for (const ConnectionPtr& base : {school.centro, school.borrado})
+                        base->Execute(
+                            statement(u"INSERT INTO profesion (IDProfesion,nombre) VALUES ({},'x')", {key}));
+                    ++returned;
+                    usleep(2000);
+                }
+            });
+    }
+    Writers(const Writers&) = delete;
+    Writers& operator=(const Writers&) = delete;
+    ~Writers()
+    {
+        ended_ = true;
+        for (std::thread& each : threads_)
+            each.join();
+    }
+    std::atomic<Long> returned = 0;
+
+private:
+    std::atomic<bool> ended_ = false;
+    std::vector<std::thread> threads_;
+};
+
+Long rowsOf(const ConnectionPtr& base)
+{
+    return CLng(base->Execute(u"SELECT COUNT(*) AS n FROM profesion WHERE nombre='x'")->Fields(u"n"));
+}
+
 } // namespace
 
 TEST_F(Moving, a_school_of_any_content_comes_back_from_a_server_as_it_went)
@@ -146,5 +191,87 @@ TEST_F(Moving, one_that_stops_leaves_the_first_as_it_was_and_the_second_nowhere)
           u"UPDATE Pais SET Descripcion=NULL WHERE IDPais=1", u"DELETE FROM Pais WHERE IDPais=1"}) {
         openSchool(one).centro->executeNative(change);
         EXPECT_EQ(care::differences(before, contentsAt(one)).size(), 1U);
+    }
+}
+
+TEST_F(Moving, copies_while_stations_write_are_whole_and_of_one_instant)
+{
+    for (const String& url : {file(u"uno.db"), dsn(u"mudanza")}) {
+        createSchool(url, fillSample);
+        const std::filesystem::path copy = folder / "una.zvcopia";
+        constexpr int stations = 4;
+        {
+            Writers writers(url, stations);
+            for (Long each = 0; each < 4; ++each) {
+                const Long before = writers.returned;
+                EXPECT_GT(care::takeCopy(url, copy, "clave", "frase").rows, 8000);
+                const String back =
+                    file(u"vuelta" + decimalText(each) + String(engineOf(url).scheme()) + u".db");
+                EXPECT_EQ(care::restoreCopy(copy, back), u"");
+                const School school = openSchool(back);
+                EXPECT_GE(rowsOf(school.borrado), before);
+                EXPECT_GE(rowsOf(school.centro), rowsOf(school.borrado));
+                EXPECT_LE(rowsOf(school.centro), rowsOf(school.borrado) + stations);
+                std::filesystem::remove(copy);
+            }
+        }
+        care::takeCopy(url, copy, "clave", "frase");
+        EXPECT_EQ(care::keyIn(copy, "frase"), "clave");
+        EXPECT_EQ(care::keyIn(copy, "otra"), std::nullopt);
+        // Over a school that is there: it is kept, and what the copy has is there.
+        openSchool(url).centro->Execute(u"DELETE FROM profesion");
+        const auto emptied = contentsAt(url);
+        const String kept = care::restoreCopy(copy, url);
+        EXPECT_EQ(care::differences(contentsAt(kept), emptied), std::vector<String>());
+        EXPECT_GT(rowsOf(openSchool(url).centro), 0);
+        for (const Database which : {Database::centro, Database::borrado, Database::entrada})
+            engineOf(kept).remove(locationOf(kept), which);
+        std::filesystem::remove(copy);
+    }
+}
+
+TEST_F(Moving, a_copy_that_changed_is_refused_and_a_restore_that_is_killed_leaves_one_or_the_other)
+{
+    const String one = file(u"uno.db");
+    const std::filesystem::path copy = folder / "una.zvcopia";
+    createSchool(one, fillSample);
+    care::takeCopy(one, copy, "", "");
+    const auto size = std::filesystem::file_size(copy);
+    std::mt19937 numbers(7);
+    for (int trial = 0; trial < 60; ++trial) {
+        std::fstream bytes(copy, std::ios::binary | std::ios::in | std::ios::out);
+        const auto place = static_cast<std::streamoff>(trial < 30 ? numbers() % 700 : numbers() % size);
+        const int was = bytes.seekg(place).get();
+        bytes.seekp(place).put(static_cast<char>(was ^ (1 << numbers() % 8))).flush();
+        EXPECT_ANY_THROW(care::restoreCopy(copy, file(u"dos.db"))) << place;
+        bytes.seekp(place).put(static_cast<char>(was));
+    }
+    std::filesystem::resize_file(copy, size - 1);
+    EXPECT_ANY_THROW(care::checkCopy(copy));
+    std::filesystem::remove(copy);
+    care::takeCopy(one, copy, "", "");
+    const auto copied = contentsAt(one);
+    for (int trial = 0; trial < 12; ++trial) {
+        openSchool(one).centro->Execute(u"DELETE FROM profesion");
+        const auto before = contentsAt(one);
+        const pid_t station = fork();
+        if (station == 0) {
+            try {
+                care::restoreCopy(copy, one);
+            } catch (const std::exception& error) {
+                std::cerr << error.what() << '\n';
+            }
+            _exit(0);
+        }
+        usleep(static_cast<useconds_t>(numbers() % 150000));
+        kill(station, SIGKILL);
+        waitpid(station, nullptr, 0);
+        openSchool(one);
+        const auto after = contentsAt(one);
+        EXPECT_TRUE(after == before || care::differences(after, copied).empty()) << trial;
+        for (const auto& each : std::filesystem::directory_iterator(folder))
+            if (each.path().filename().string().starts_with("uno.") &&
+                each.path().filename().string().find("antes") != std::string::npos)
+                std::filesystem::remove(each);
     }
 }
