@@ -38,13 +38,6 @@ std::string passphraseIn(const Options& options)
     return line;
 }
 
-/// The text of the key file; "" where there is none.
-std::string keyText()
-{
-    std::ifstream stream(keyPlace(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 void tell(const care::CopyReport& report)
 {
     printLine(statement(u"Comprobada: {} tablas, {} filas, tal como estaban el {}.",
@@ -66,7 +59,7 @@ int daily(const Options& options, const String& folder)
     if (fs::exists(file)) {
         printLine(u"La copia de hoy ya está en " + file.u16string() + u".");
     } else {
-        tell(care::takeCopy(options.values(u"--bd").front(), file, keyText(), passphraseIn(options)));
+        tell(care::takeCopy(options.values(u"--bd").front(), file, keyFileText(), passphraseIn(options)));
         printLine(u"Copia de seguridad en " + file.u16string() + u".");
     }
     std::vector<std::string> dates;
@@ -105,7 +98,7 @@ int copia(Arguments arguments)
         tell(care::checkCopy(file));
         return done;
     }
-    tell(care::takeCopy(options.values(u"--bd").front(), file, keyText(), passphraseIn(options)));
+    tell(care::takeCopy(options.values(u"--bd").front(), file, keyFileText(), passphraseIn(options)));
     printLine(u"Copia de seguridad en " + file.u16string() + u".");
     return done;
 }
@@ -124,7 +117,7 @@ void restoreKey(const fs::path& file, const Options& options)
     if (key->empty())
         return;
     const auto place = keyPlace();
-    const std::string here = keyText();
+    const std::string here = keyFileText();
     if (here == *key)
         return;
     if (!here.empty())

@@ -42,6 +42,8 @@ public:
     void copyCell();
     void refresh() { readAgain(ListPage::Added::may); }
     void exportCsv();
+    void backUp();
+    void backUpTo(const QString& file, const QString& phrase);
     void openOther();
     void recycleBin();
     void rowsInUse();
@@ -122,7 +124,7 @@ private:
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,
             *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *columns_ = nullptr, *bin_ = nullptr,
             *rowsInUse_ = nullptr, *history_ = nullptr, *listHistory_ = nullptr, *session_ = nullptr,
-            *open_ = nullptr, *help_ = nullptr, *findHelp_ = nullptr, *quit_ = nullptr;
+            *open_ = nullptr, *help_ = nullptr, *findHelp_ = nullptr, *quit_ = nullptr, *backUp_ = nullptr;
 };
 
 } // namespace zv::host

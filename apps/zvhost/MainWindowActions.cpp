@@ -69,6 +69,8 @@ void MainWindow::buildActions()
                        QKeySequence(Qt::CTRL | Qt::Key_U), [this] { chooseSession(); });
     open_ = &action(QStringLiteral("otro"), QStringLiteral("A&brir otro colegio…"),
                     QKeySequence(Qt::CTRL | Qt::Key_O), [this] { openOther(); });
+    backUp_ = &action(QStringLiteral("copia"), QStringLiteral("Copia de se&guridad…"),
+                      QKeySequence(Qt::CTRL | Qt::Key_G), [this] { backUp(); });
     help_ = &action(QStringLiteral("ayuda"), QStringLiteral("A&yuda"), QKeySequence(Qt::Key_F1),
                     [this] { showHelp(*this, QStringLiteral("zvhost")); });
     findHelp_ = &action(QStringLiteral("buscarAyuda"), QStringLiteral("&Buscar en la ayuda…"),
@@ -94,7 +96,7 @@ void MainWindow::buildMenus()
     QMenu* list = menuBar()->addMenu(QStringLiteral("&Lista"));
     list->addActions({find_, refresh_, columns_, listHistory_, csv_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
-    tools->addActions({bin_, rowsInUse_});
+    tools->addActions({bin_, rowsInUse_, backUp_});
     menuBar()->addMenu(QStringLiteral("A&yuda"))->addActions({help_, findHelp_});
 }
 

@@ -29,24 +29,15 @@ namespace {
 /// Value for a column, of every kind that the schema has.
 Value chance(const schema::Column& column, std::mt19937& numbers, const std::vector<String>& texts)
 {
+    const String& text = texts[numbers() % texts.size()];
     if (numbers() % 6 == 0)
         return Null();
-    switch (column.type) {
-    case schema::Type::byte:
-        return static_cast<Long>(numbers() % 256);
-    case schema::Type::integer:
-        return static_cast<Long>(numbers() % 65536) - 32768;
-    case schema::Type::flag:
-        return static_cast<Long>(numbers() % 3) - 1;
-    case schema::Type::decimal:
+    if (column.type == schema::Type::text)
+        return column.width > 0 ? text.substr(0, static_cast<std::size_t>(column.width) / 2) : text;
+    if (column.type == schema::Type::decimal)
         return (static_cast<Double>(numbers()) - 2e9) / 3.0;
-    case schema::Type::longInteger:
-        return static_cast<Long>(numbers());
-    case schema::Type::text:
-        break;
-    }
-    const String& text = texts[numbers() % texts.size()];
-    return column.width > 0 ? text.substr(0, static_cast<std::size_t>(column.width) / 2) : text;
+    return column.type == schema::Type::longInteger ? static_cast<Long>(numbers())
+                                                    : static_cast<Long>(numbers() % 256);
 }
 
 /// A few rows in every table of all three databases; what an engine refuses (half a character, the same key)

@@ -234,12 +234,3 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
     EXPECT_FALSE(fs::exists(folder / "d.db")) << "a command line that is wrong does nothing";
     EXPECT_EQ(run("--help", "/dev/full"), 2) << "what cannot be written is a failure";
 }
-
-TEST_F(Zvconf, tells_its_version_and_its_commands)
-{
-    EXPECT_EQ(run("--version"), 0);
-    EXPECT_TRUE(out.starts_with("zvconf ")) << out;
-    EXPECT_EQ(run("registros --help"), 0);
-    for (const char* words : {"crear --bd", "comprobar --bd", "registros --bd", "Termina con 0"})
-        EXPECT_NE(out.find(words), std::string::npos) << words;
-}

@@ -1,5 +1,7 @@
 #include "HostFixture.h"
 
+#include "care/Copies.h"
+#include "data/Schools.h"
 #include "data/Statement.h"
 #include "session/cNombreNodo.h"
 #include "zvhost/Deletion.h"
@@ -298,6 +300,20 @@ TEST_F(ListTest, buttons_keep_their_places)
         QApplication::processEvents();
         EXPECT_EQ(places(), before) << toUtf8(form);
     }
+}
+
+TEST_F(ListTest, a_backup_is_made_and_told)
+{
+    const QTemporaryDir folder;
+    const String url = u"sqlite:" + fromQt(folder.filePath(QStringLiteral("colegio.db")));
+    createSchool(url);
+    window->use(std::make_unique<Host>(url, openSchool(url)));
+    const QString copy = folder.filePath(QStringLiteral("una.zvcopia"));
+    window->backUpTo(copy, QString());
+    EXPECT_EQ(care::checkCopy(copy.toStdU16String()).tables, 137);
+    EXPECT_TRUE(window->findChild<QLabel*>(QStringLiteral("hecho"))
+                    ->text()
+                    .contains(QStringLiteral("Copia comprobada")));
 }
 
 TEST_F(ListTest, columns_use_the_width_there_is_until_one_is_dragged)

@@ -78,6 +78,12 @@ CipherKey readKey(const fs::path& file)
     return *key;
 }
 
+std::string keyFileText()
+{
+    std::ifstream stream(keyPlace(), std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 bool createKey(const fs::path& file, const CipherKey& key)
 {
     try {

@@ -17,6 +17,8 @@ inline constexpr std::int32_t cipherFailed = -2147220991;
 std::filesystem::path keyPlace();
 /// Fails if the file is missing, unreadable, malformed, or accessible to others.
 CipherKey readKey(const std::filesystem::path& file);
+/// The key file's whole text, as createKey() wrote it; "" where there is none.
+std::string keyFileText();
 /// Creates a key file, readable only by its owner. False if a file exists already.
 bool createKey(const std::filesystem::path& file, const CipherKey& key);
 

@@ -1,0 +1,53 @@
+// The window's care of the school as a whole.
+#include "care/Copies.h"
+#include "qt/QtText.h"
+#include "suite/sodium/KeyFile.h"
+#include "zvhost/MainWindow.h"
+#include "zvhost/Widgets.h"
+
+#include <QDate>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QUrl>
+
+namespace zv::host {
+
+void MainWindow::backUp()
+{
+    const QString title = QStringLiteral("Copia de seguridad");
+    const QString name = QStringLiteral("copia-") + QDate::currentDate().toString(Qt::ISODate);
+    const QString file = askFile(this, title, name, QStringLiteral("Copias de seguridad (*.zvcopia)"),
+                                 QStringLiteral("zvcopia"), IfThere::leaves);
+    if (file.isEmpty())
+        return;
+    bool given = false;
+    const QString phrase =
+        QInputDialog::getText(this, title,
+                              QStringLiteral("Frase con que se guarda dentro la clave de las enfermedades.\n"
+                                             "Sin frase, la copia no lleva la clave y sin ella no se leen."),
+                              QLineEdit::Password, QString(), &given);
+    if (given)
+        backUpTo(file, phrase);
+}
+
+void MainWindow::backUpTo(const QString& file, const QString& phrase)
+{
+    care::CopyReport report;
+    const bool made = tried(this, QStringLiteral("La copia de seguridad no se ha podido hacer."), [&] {
+        withProgress(this, QStringLiteral("Se copia el colegio, y se comprueba la copia…"), [&] {
+            report = care::takeCopy(host_->url(), fromQt(file), keyFileText(), phrase.toStdString());
+        });
+    });
+    if (!made)
+        return;
+    undo_.tell(QStringLiteral("Copia comprobada en %1: %2 filas, %3")
+                   .arg(QFileInfo(file).fileName())
+                   .arg(report.rows)
+                   .arg(report.hasKey ? QStringLiteral("con la clave de las enfermedades")
+                                      : QStringLiteral("sin la clave de las enfermedades")),
+               QStringLiteral("Abrir la carpeta"),
+               [file] { QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath())); });
+}
+
+} // namespace zv::host
