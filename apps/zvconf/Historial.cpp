@@ -12,17 +12,9 @@ namespace zv::zvconf {
 namespace {
 
 constexpr Command subcommands[] = {
-    {u"activar", activarHistorial},
-    {u"desactivar", desactivarHistorial},
-    {u"comprobar", comprobarHistorial},
-    {u"olvidar", olvidarHistorial},
-    {u"plazo", plazoHistorial},
-    {u"exportar", exportarHistorial},
-    {u"activar", activarHistorial},
-    {u"desactivar", desactivarHistorial},
-    {u"ver", verHistorial},
-    {u"deshacer", deshacerHistorial},
-    {u"cortados", cortadosHistorial},
+    {u"activar", activarHistorial}, {u"desactivar", desactivarHistorial}, {u"comprobar", comprobarHistorial},
+    {u"olvidar", olvidarHistorial}, {u"plazo", plazoHistorial},           {u"exportar", exportarHistorial},
+    {u"ver", verHistorial},         {u"deshacer", deshacerHistorial},     {u"cortados", cortadosHistorial},
 };
 
 String subcommandNames()

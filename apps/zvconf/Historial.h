@@ -2,10 +2,12 @@
 
 #include "zvconf/Command.h"
 
+#include "data/DataError.h"
 #include "data/history/HistoryConnection.h"
 #include "runtime/Time.h"
 
 #include <memory>
+#include <stdexcept>
 
 namespace zv::zvconf {
 
@@ -32,5 +34,17 @@ String rowOf(String& table, const String& number);
 Seconds momentFrom(const String& text);
 /// The live database of a school that has a history; one that has none fails with a RuntimeError.
 std::shared_ptr<history::HistoryConnection> openHistory(StringView url);
+/// Does what reads the history's tables, and tells a person what it means where they are missing.
+template <class Work>
+auto withHistory(Work work)
+{
+    try {
+        return work();
+    } catch (const DataError& error) {
+        if (error.number() != failure::tableMissing)
+            throw;
+        throw std::runtime_error("Este centro no tiene historial: lo activa «zvconf historial activar».");
+    }
+}
 
 } // namespace zv::zvconf

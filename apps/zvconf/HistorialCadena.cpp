@@ -1,6 +1,5 @@
 #include "zvconf/Historial.h"
 
-#include "data/DataError.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/history/Erasure.h"
@@ -30,24 +29,13 @@ String headText(const history::Head& head)
                             : statement(u"Cabeza: {}:{}", {head.number, head.link});
 }
 
-/// Tells a person what a missing table means.
-template <class Work>
-auto withHistory(Work work)
-{
-    try {
-        return work();
-    } catch (const DataError& error) {
-        if (error.number() != failure::tableMissing)
-            throw;
-        throw std::runtime_error("Este centro no tiene historial: lo activa «zvconf historial activar».");
-    }
-}
-
 history::Head headIn(const String& text)
 {
-    const std::size_t colon = std::min(text.find(u':'), text.size());
-    return {number(StringView(text).substr(0, colon), u"una cabeza, NÚMERO:ENLACE"),
-            text.substr(std::min(colon + 1, text.size()))};
+    const std::size_t colon = text.find(u':');
+    const auto number = numberIn(StringView(text).substr(0, colon));
+    if (!number || colon == String::npos)
+        throw UsageError(u"«" + text + u"» no es una cabeza, NÚMERO:ENLACE.");
+    return {*number, text.substr(colon + 1)};
 }
 
 /// What is erased must not stay in the files either.

@@ -117,7 +117,7 @@ int verHistorial(Arguments arguments)
     const School school = inspectSchool(options.values(u"--bd").front());
     std::map<Long, Opening> openings;
     Long seen = 0;
-    history::forEach(*school.centro, wish.condition, [&](const Entry& entry) {
+    const auto print = [&](const Entry& entry) {
         const auto [known, isNew] = openings.try_emplace(entry.opening);
         if (isNew)
             known->second = history::openingOf(*school.centro, entry.opening);
@@ -129,7 +129,8 @@ int verHistorial(Arguments arguments)
             printLine(lineOf(entry, known->second));
         ++seen;
         return true;
-    });
+    };
+    withHistory([&] { history::forEach(*school.centro, wish.condition, print); });
     if (json)
         printLine(seen == 0 ? u"[]" : u"]");
     else

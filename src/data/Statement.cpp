@@ -4,6 +4,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <stdexcept>
 #include <type_traits>
 
@@ -20,6 +21,9 @@ struct LiteralText {
     String operator()(const T& other) const
     {
         if constexpr (std::is_floating_point_v<T>) {
+            // Infinity has no digits; a number beyond the range is read as it.
+            if (std::isinf(other))
+                return other < 0 ? u"-9e999" : u"9e999";
             std::array<char, 64> room{};
             const auto end = std::to_chars(room.data(), room.data() + room.size(), other);
             return {room.data(), end.ptr};

@@ -203,7 +203,7 @@ TEST_F(Chain, commands_say_by_their_exit_code_what_they_found)
     const Case cases[] = {
         {"comprobar --cabeza " + noted, 0, "Cabeza: " + noted},
         {"comprobar --cabeza 3:x", 1, "Asiento 3: no es el que se anotó"},
-        {"comprobar --cabeza x", 2, "NÚMERO:ENLACE"},
+        {"comprobar --cabeza 3", 2, "NÚMERO:ENLACE"},
         {"exportar " + file, 0, "Cabeza: " + noted},
         {"exportar --sin-nombres " + file, 2, "existe ya"},
         {"olvidar", 2, "--alumno N o --fila TABLA N"},
@@ -223,8 +223,10 @@ TEST_F(Chain, commands_say_by_their_exit_code_what_they_found)
     EXPECT_FALSE(openToOthers(file));
     raw(u"DROP TABLE HistorialAsiento");
     raw(u"DROP TABLE HistorialCabeza");
-    EXPECT_EQ(exitCode("comprobar"), 2);
-    EXPECT_NE(said().find("zvconf historial activar"), std::string::npos);
+    for (const char* each : {"comprobar", "ver"}) {
+        EXPECT_EQ(exitCode(each), 2);
+        EXPECT_NE(said().find("zvconf historial activar"), std::string::npos) << each;
+    }
 }
 
 } // namespace

@@ -135,6 +135,14 @@ const std::vector<Case>& cases()
           "IDPais=2"},
          pais,
          "2 A"},
+        {"a number without end comes back",
+         {{"", "INSERT INTO ponderacion VALUES (1,'p',1e309)"},
+          {"ANA", "UPDATE ponderacion SET puntuacion=1"}},
+         1,
+         "",
+         {"ponderacion IDPonderacion=1: puntuacion: 1 -> 9e999"},
+         "SELECT puntuacion>1e300 FROM ponderacion",
+         "1"},
         {"texts that were erased do not come back",
          {{"ANA", "INSERT INTO Pais VALUES (1,'A')"},
           {"", "UPDATE HistorialAsiento SET Antes=NULL, Despues=NULL, Sal=NULL WHERE Clase=2"}},
@@ -224,6 +232,43 @@ TEST_F(Undo, an_undo_that_fails_leaves_everything_as_it_was)
     EXPECT_EQ(undo(centro(), {.save = removed}, {.userName = u"OTRO"}).effects.size(), 2U);
     EXPECT_EQ(values("SELECT IDPais FROM Pais ORDER BY 1"), "1 2 3");
     EXPECT_EQ(planOf(centro(), {.save = missed}).idle.at(history::Kind::missed), 1);
+    for (const char* each : {"DELETE FROM Pais WHERE IDPais=2 RETURNING IDPais",
+                             "WITH x AS (SELECT 3 AS n) DELETE FROM Pais WHERE IDPais IN (SELECT n FROM x)"})
+        EXPECT_EQ(planOf(centro(), {.save = act({"ANA", each})}).obstacles.size(), 1U) << each;
+    act({"", "INSERT INTO Pais WITH RECURSIVE n(i) AS (SELECT 4 UNION ALL SELECT i+1 FROM n WHERE i<2000) "
+             "SELECT i, 'A' FROM n"});
+    const Long many = act({"ANA", "UPDATE Pais SET Descripcion='B'"});
+    EXPECT_EQ(undo(centro(), {.save = many}, {.userName = u"OTRO"}).effects.size(), 1998U);
+}
+
+/// Database that another station keeps; how often somebody waited for it.
+struct Busy final : ConnectionDecorator {
+    using ConnectionDecorator::ConnectionDecorator;
+    RecordsetPtr executeNative(StringView statement) override
+    {
+        if (statement != u"BEGIN")
+            return inner()->executeNative(statement);
+        ++waited;
+        throw DataError(failure::locked, "", u"locked", statement);
+    }
+    int waited = 0;
+};
+
+TEST_F(Undo, nobody_waits_twice_for_a_note)
+{
+    const auto busy = std::make_shared<Busy>(centro().inner());
+    history::HistoryConnection patient(busy, [](StringView) { return std::vector<String>{u"IDPais"}; });
+    const auto read = [&] { patient.Execute(u"SELECT * FROM Enfermedad"); };
+    read();
+    read();
+    EXPECT_EQ(busy->waited, 1) << "readings";
+    patient.dialogOpened({});
+    EXPECT_THROW(patient.Execute(u"DELETE FROM Pais"), DataError);
+    patient.dialogAtRest();
+    read();
+    EXPECT_EQ(busy->waited, 3) << "the statement, and before it what was read";
+    patient.dialogClosed();
+    EXPECT_EQ(busy->waited, 4);
 }
 
 TEST_F(Undo, the_last_write_of_a_row_or_of_its_column_is_found_and_a_moment)

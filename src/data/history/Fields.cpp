@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <functional>
 
 namespace zv::history {
@@ -71,9 +72,11 @@ private:
             read.ec == std::errc() && read.ptr == end)
             return whole;
         Double decimal = 0;
-        if (const auto read = std::from_chars(text.data(), end, decimal);
-            read.ec == std::errc() && read.ptr == end)
+        const auto read = std::from_chars(text.data(), end, decimal);
+        if (read.ec == std::errc() && read.ptr == end)
             return decimal;
+        if (digits == "9e999") // As an infinite value is written.
+            return negative ? -HUGE_VAL : HUGE_VAL;
         refuse();
     }
 

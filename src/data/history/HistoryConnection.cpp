@@ -10,7 +10,9 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
+#include <set>
 #include <utility>
 
 namespace zv::history {
@@ -36,16 +38,6 @@ StringView firstWord(StringView statement)
 {
     const Token first = Tokens(statement).next();
     return statement.substr(first.start, first.length);
-}
-
-bool names(StringView statement, StringView table)
-{
-    Tokens tokens(statement);
-    for (Token token = tokens.next(); token.kind != Token::Kind::end; token = tokens.next())
-        if (token.kind == Token::Kind::name &&
-            sameName(unquotedName(statement.substr(token.start, token.length)), table))
-            return true;
-    return false;
 }
 
 bool isOwn(StringView table)
@@ -117,7 +109,9 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
         noteReading(statement);
         return rows;
     }
-    if (controlsTransaction(verb) || isOneOf(verb, {u"pragma", u"set", u"vacuum", u"analyze", u"with"}))
+    if (controlsTransaction(verb) || isOneOf(verb, {u"pragma", u"set", u"vacuum", u"analyze"}) ||
+        (sameName(verb, u"with") && !names(statement, u"insert") && !names(statement, u"update") &&
+         !names(statement, u"delete")))
         return run(statement);
     if (isOwn(writtenTable(statement)))
         return run(statement);
@@ -126,19 +120,20 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
     if (!open_.empty() && write && write->kind != Write::Kind::remove)
         ++closing_.parts[open_.back().part].tried;
-    // On its own, so that what is noted of an earlier statement does not make this one fail; nor wait twice
-    // for a database that has just kept the note waiting.
-    if (!noteFailed_)
-        flush();
+    // On its own, so that what is noted of an earlier statement does not make this one fail.
+    flush();
     try {
         const bool understood = write && keyed(write->table) && !columns(write->table).empty() &&
                                 (write->kind != Write::Kind::update || !setsKey(*write));
-        return understood ? runNoted(statement, *write, run) : runAlone(statement, run);
+        RecordsetPtr result = understood ? runNoted(statement, *write, run) : runAlone(statement, run);
+        noteFailed_ = false;
+        return result;
     } catch (const Gone&) {
         missing_ = true;
         return run(statement);
     } catch (const DataError& error) {
         noteFailure(error, write);
+        noteFailed_ |= error.number() == failure::locked;
         throw;
     }
 }
@@ -200,7 +195,7 @@ RecordsetPtr HistoryConnection::runNoted(StringView statement, const Write& writ
         else if (!before.empty())
             // What a deletion found is gone.
             addDifferences(log, write, std::move(before),
-                           write.kind == Write::Kind::update ? rowsOf(write, keysOf(before)) : Rows());
+                           write.kind == Write::Kind::update ? rowsAgain(write, before) : Rows());
         else if (write.kind == Write::Kind::update)
             add(log, {.kind = Kind::missed,
                       .table = String(keyed(write.table)->name),
@@ -269,12 +264,20 @@ HistoryConnection::Rows HistoryConnection::rowsOf(const Write& write, StringView
     return result;
 }
 
-/// The condition that finds the rows again.
-String HistoryConnection::keysOf(const Rows& rows)
+/// The rows by their keys, as many at once as every engine takes in one condition.
+HistoryConnection::Rows HistoryConnection::rowsAgain(const Write& write, const Rows& rows)
 {
-    String result;
-    for (const Row& each : rows)
-        result += (result.empty() ? u"(" : u" OR (") + each.key + u")";
+    constexpr std::size_t mostKeys = 500;
+    Rows result;
+    std::set<StringView> keys;
+    String condition;
+    for (const Row& each : rows) {
+        if (keys.insert(each.key).second)
+            condition += (condition.empty() ? u"(" : u" OR (") + each.key + u")";
+        if (condition.empty() || (keys.size() % mostKeys != 0 && &each != &rows.back()))
+            continue;
+        std::ranges::move(rowsOf(write, std::exchange(condition, {})), std::back_inserter(result));
+    }
     return result;
 }
 
@@ -368,7 +371,8 @@ void HistoryConnection::addPending(Appending& log)
 
 void HistoryConnection::flush()
 {
-    if (pending_.empty() || callersTransaction_ || missing_)
+    // Nobody waits twice for a database that has just kept a note or a statement waiting.
+    if (pending_.empty() || callersTransaction_ || missing_ || noteFailed_)
         return;
     try {
         inTransaction(u"", [&] {
@@ -376,14 +380,11 @@ void HistoryConnection::flush()
             addPending(log);
             log.finish();
         });
-        noteFailed_ = false;
     } catch (const Gone&) {
         missing_ = true;
     } catch (const RuntimeError&) {
+        // What cannot be noted now waits for a statement that succeeds: a note never makes a dialog fail.
         noteFailed_ = true;
-        // What cannot be noted now waits for the next transaction: a note never makes a dialog fail.
-        if (pending_.size() > mostPending)
-            pending_.erase(pending_.begin(), pending_.end() - mostPending);
     }
 }
 
@@ -392,9 +393,9 @@ void HistoryConnection::noteReading(StringView query)
     if (!readsTexts(query, enciphered))
         return;
     const std::optional<Long> row = numberAskedFor(query, encipheredKey);
-    pending_.push_back({.kind = Kind::read,
-                        .table = String(enciphered),
-                        .row = row ? conditionOf({{String(encipheredKey), *row}}) : String()});
+    wait({.kind = Kind::read,
+          .table = String(enciphered),
+          .row = row ? conditionOf({{String(encipheredKey), *row}}) : String()});
     flush();
 }
 
@@ -412,14 +413,23 @@ void HistoryConnection::noteFailure(const DataError& error, const std::optional<
                       .after = storable(known ? textOf(named(*write)) : error.statement())};
     if (!open_.empty() && closing_.parts[open_.back().part].failed.size() < mostPending)
         closing_.parts[open_.back().part].failed.push_back(entry);
-    pending_.push_back(entry);
+    wait(entry);
+}
+
+void HistoryConnection::wait(const Entry& note)
+{
+    if (pending_.size() == mostPending)
+        pending_.erase(pending_.begin());
+    pending_.push_back(note);
 }
 
 void HistoryConnection::dialogOpened(const Opening& opening)
 {
     asleep_ = false;
-    if (open_.empty())
+    if (open_.empty()) {
         closing_ = {};
+        noteFailed_ = false;
+    }
     open_.push_back({.part = closing_.parts.size()});
     closing_.parts.push_back({.opening = opening});
     try {
@@ -436,7 +446,7 @@ void HistoryConnection::noteEnd()
     const Open& top = open_.back();
     if (!callersTransaction_) {
         // Of this save, also where it can only be written when another dialog is open.
-        pending_.push_back({.kind = Kind::ended, .opening = top.number, .save = top.save});
+        wait({.kind = Kind::ended, .opening = top.number, .save = top.save});
         return;
     }
     Appending log(*inner());
@@ -452,7 +462,6 @@ void HistoryConnection::dialogAtRest()
     if (top.save != 0 && top.severalRows)
         noteEnd();
     flush();
-    noteFailed_ = false;
     top.save = 0;
     top.severalRows = false;
 }
@@ -461,6 +470,7 @@ void HistoryConnection::dialogClosed()
 {
     if (open_.empty())
         return;
+    noteFailed_ &= open_.size() > 1;
     dialogAtRest();
     closing_.parts[open_.back().part].number = open_.back().number;
     open_.pop_back();

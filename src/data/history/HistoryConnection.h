@@ -76,12 +76,13 @@ private:
 
     Fields named(const Write& write) const;
     Rows rowsOf(const Write& write, StringView condition);
-    static String keysOf(const Rows& rows);
+    Rows rowsAgain(const Write& write, const Rows& rows);
     void addInserted(Appending& log, const Write& write, StringView statement);
     void addDifferences(Appending& log, const Write& write, Rows before, Rows after);
     void add(Appending& log, Entry entry);
     void addPending(Appending& log);
     void flush();
+    void wait(const Entry& note);
     void noteEnd();
 
     ColumnsOf columnsOf_;
@@ -93,7 +94,7 @@ private:
     Closed closing_; ///< All openings since the outermost one began.
     bool asleep_ = false;
     bool callersTransaction_ = false;
-    bool noteFailed_ = false; ///< The last try to note what waits, in this routine.
+    bool noteFailed_ = false; ///< Until a statement succeeds, or the outermost dialog opens or closes.
     bool missing_ = false;    ///< The history's tables have gone: nothing is noted any more.
 };
 

@@ -125,10 +125,15 @@ std::optional<Write> insertOf(Words& words)
     return result;
 }
 
-void takeCondition(Words& words, Write& into)
+/// Takes what follows the table or its values; false where it is more than a condition.
+bool takeCondition(Words& words, Write& into)
 {
-    if (words.take(u"where"))
+    if (words.take(u"where")) {
         into.where = words.rest();
+        while (!words.atEnd() && words.word() != u";" && !sameName(words.word(), u"returning"))
+            words.advance();
+    }
+    return ends(words);
 }
 
 std::optional<Write> updateOf(Words& words)
@@ -148,10 +153,7 @@ std::optional<Write> updateOf(Words& words)
     } while (words.take(u","));
     if (!literals)
         result.values.clear();
-    if (!sameName(words.word(), u"where") && !ends(words))
-        return std::nullopt;
-    takeCondition(words, result);
-    return result;
+    return takeCondition(words, result) ? std::optional(result) : std::nullopt;
 }
 
 std::optional<Write> removalOf(Words& words)
@@ -160,10 +162,7 @@ std::optional<Write> removalOf(Words& words)
     if (!words.take(u"from"))
         return std::nullopt;
     Write result{.kind = Write::Kind::remove, .table = words.takeTable(), .where = {}, .values = {}};
-    if (!sameName(words.word(), u"where") && !ends(words))
-        return std::nullopt;
-    takeCondition(words, result);
-    return result;
+    return takeCondition(words, result) ? std::optional(result) : std::nullopt;
 }
 
 } // namespace
@@ -191,6 +190,14 @@ String writtenTable(StringView statement)
     return words.takeTable();
 }
 
+bool names(StringView statement, StringView name)
+{
+    for (Words words(statement); !words.atEnd(); words.advance())
+        if (words.token().kind == Kind::name && sameName(unquotedName(words.word()), name))
+            return true;
+    return false;
+}
+
 bool readsTexts(StringView query, StringView table)
 {
     Words words(query);
@@ -204,10 +211,7 @@ bool readsTexts(StringView query, StringView table)
         texts |= !inside && !sameName(words.word(), u"distinct");
         inside &= words.word() != u")";
     }
-    bool named = false;
-    for (; !words.atEnd(); words.advance())
-        named |= words.token().kind == Kind::name && sameName(unquotedName(words.word()), table);
-    return texts && named;
+    return texts && names(words.rest(), table);
 }
 
 std::optional<Long> numberAskedFor(StringView query, StringView column)

@@ -23,6 +23,9 @@ std::optional<Write> writeOf(StringView statement);
 /// The table that an INSERT, UPDATE or DELETE of any form writes; "" for another statement.
 String writtenTable(StringView statement);
 
+/// Whether the name or the word stands in the statement, outside of texts and comments.
+bool names(StringView statement, StringView name);
+
 /// Whether a query reads texts of the table, and not merely counts its rows or looks for a key.
 bool readsTexts(StringView query, StringView table);
 /// The number that the query's condition gives for the column, as in "... Where IDEnfermedad=7"; nullopt if
