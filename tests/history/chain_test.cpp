@@ -221,6 +221,12 @@ TEST_F(Chain, commands_say_by_their_exit_code_what_they_found)
         EXPECT_NE(said().find(each.answer), std::string::npos) << each.words << '\n' << said();
     }
     EXPECT_FALSE(openToOthers(file));
+    raw(u"DROP TABLE HistorialCabeza");
+    EXPECT_EQ(exitCode("activar"), 0) << said();
+    EXPECT_EQ(exitCode("comprobar --cabeza " + noted), 0) << said();
+    raw(u"DROP TABLE HistorialAsiento");
+    EXPECT_EQ(exitCode("activar"), 0) << said();
+    EXPECT_EQ(exitCode("comprobar"), 1) << said();
     raw(u"DROP TABLE HistorialAsiento");
     raw(u"DROP TABLE HistorialCabeza");
     for (const char* each : {"comprobar", "ver"}) {

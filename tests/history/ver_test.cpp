@@ -26,6 +26,7 @@ TEST_P(Seen, the_command_line_lists_and_undoes)
     EXPECT_EQ(historial("deshacer --guardado 1"), 2);
     EXPECT_THAT(said, HasSubstr("zvconf historial activar"));
     EXPECT_EQ(historial("activar"), 0);
+    EXPECT_THROW(openSchool(u"historial:historial:" + url), RuntimeError);
     EXPECT_EQ(historial("ver --json"), 0);
     EXPECT_EQ(said, "[]\n");
     registerCipher([key = CipherKey::random()](bool) { return key; });

@@ -126,7 +126,14 @@ public:
     bool scrub(Connection& connection) override { return inner_->scrub(opened(connection)); }
 
 private:
-    Engine& inner(StringView url) { return *(inner_ = &engineOf(url)); }
+    Engine& inner(StringView url)
+    {
+        Engine& engine = engineOf(url);
+        if (&engine == this)
+            throw RuntimeError(failure::otherData,
+                               u"Delante del URL de un centro «historial:» va una sola vez.");
+        return *(inner_ = &engine);
+    }
 
     Engine* inner_ = nullptr; ///< Engine of the URL used last; one is enough for a program.
 };

@@ -12,13 +12,15 @@
 namespace zv::history {
 namespace {
 
-constexpr StringView tables[] = {
+constexpr StringView entryTable[] = {
     u"CREATE TABLE HistorialAsiento (Numero INTEGER NOT NULL PRIMARY KEY, Momento VARCHAR(30) NOT NULL, "
     u"Clase SMALLINT NOT NULL, Apertura INTEGER NOT NULL, Guardado INTEGER NOT NULL, Tabla VARCHAR(64) NOT "
     u"NULL, "
     u"Fila VARCHAR(250) NOT NULL, Antes TEXT, Despues TEXT, Sal VARCHAR(24), Huella VARCHAR(44) NOT NULL, "
     u"Enlace VARCHAR(44) NOT NULL)",
     u"CREATE INDEX HistorialAsiento_Fila ON HistorialAsiento (Tabla, Fila)",
+};
+constexpr StringView headTable[] = {
     u"CREATE TABLE HistorialCabeza (Numero INTEGER NOT NULL, Enlace VARCHAR(44), Activo SMALLINT NOT NULL, "
     u"PlazoMeses INTEGER NOT NULL)",
     u"INSERT INTO HistorialCabeza (Numero, Enlace, Activo, PlazoMeses) VALUES (0, '', -1, 0)",
@@ -66,43 +68,62 @@ void switchTo(Connection& centro, bool on)
     centro.executeNative(statement(u"UPDATE HistorialCabeza SET Activo={}", {on}));
 }
 
-} // namespace
-
-void activate(Connection& centro)
+void moveHead(Connection& centro, const Head& to)
 {
-    try {
-        switchTo(centro, true);
-        return;
-    } catch (const DataError& error) {
-        if (error.number() != failure::tableMissing)
-            throw;
-    }
-    Transaction transaction(centro);
-    for (const StringView each : tables)
-        centro.executeNative(each);
-    transaction.commit();
+    centro.executeNative(
+        statement(u"UPDATE HistorialCabeza SET Numero={}, Enlace={}", {to.number, textLiteral(to.link)}));
 }
 
-void deactivate(Connection& centro)
+/// Does what needs a table; whether it is there.
+template <class Work>
+bool whereThere(Work work)
 {
     try {
-        switchTo(centro, false);
-    } catch (const DataError& error) {
-        if (error.number() != failure::tableMissing)
-            throw;
-    }
-}
-
-bool isActive(Connection& centro)
-{
-    try {
-        const RecordsetPtr rows = centro.executeNative(u"SELECT Activo FROM HistorialCabeza");
-        return !rows->Eof() && CLng(rows->Fields(u"Activo")) != 0;
+        work();
+        return true;
     } catch (const DataError& error) {
         if (error.number() != failure::tableMissing)
             throw;
         return false;
     }
+}
+
+} // namespace
+
+void activate(Connection& centro)
+{
+    const bool hasHead = whereThere([&] { switchTo(centro, true); });
+    const bool hasEntries = whereThere([&] { firstBehind(centro, u""); });
+    if (hasHead && hasEntries)
+        return;
+    Transaction transaction(centro);
+    if (!hasEntries)
+        for (const StringView each : entryTable)
+            centro.executeNative(each);
+    if (!hasHead)
+        for (const StringView each : headTable)
+            centro.executeNative(each);
+    if (!hasHead && hasEntries)
+        forEach(centro, u"Numero=(SELECT MAX(Numero) FROM HistorialAsiento)", [&](const Entry& newest) {
+            moveHead(centro, {newest.number, newest.link});
+            return false;
+        });
+    transaction.commit();
+}
+
+void deactivate(Connection& centro)
+{
+    whereThere([&] { switchTo(centro, false); });
+}
+
+bool isActive(Connection& centro)
+{
+    bool active = false;
+    whereThere([&] {
+        const RecordsetPtr rows = centro.executeNative(u"SELECT Activo FROM HistorialCabeza");
+        active = !rows->Eof() && CLng(rows->Fields(u"Activo")) != 0;
+    });
+    return active;
 }
 
 Head headOf(Connection& centro)
@@ -152,8 +173,7 @@ void Appending::finish()
 {
     write();
     if (changed_)
-        centro_.executeNative(statement(u"UPDATE HistorialCabeza SET Numero={}, Enlace={}",
-                                        {head_.number, textLiteral(head_.link)}));
+        moveHead(centro_, head_);
 }
 
 void forEach(Connection& centro, StringView condition, const std::function<bool(const Entry&)>& use,

@@ -13,7 +13,8 @@ namespace zv::history {
 /// Name prefix of the history's own tables.
 inline constexpr StringView ownPrefix = u"Historial";
 
-/// Creates the tables with the history switched on; where they are, only switches it on.
+/// Switches it on, and creates what is missing of the tables: a head that went begins again at the newest
+/// entry.
 void activate(Connection& centro);
 /// Switches it off; what is there stays. Without the tables nothing happens.
 void deactivate(Connection& centro);
