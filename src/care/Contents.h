@@ -2,6 +2,7 @@
 
 #include "data/Engine.h"
 
+#include <array>
 #include <functional>
 
 namespace zv::care {

@@ -4,8 +4,11 @@
 
 #include <sodium.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <fstream>
+#include <new>
 #include <vector>
 
 namespace zv::care {

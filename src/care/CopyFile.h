@@ -6,6 +6,9 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace zv::care {
 

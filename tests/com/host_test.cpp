@@ -2,6 +2,8 @@
 
 #include "com/Failure.h"
 
+#include <gmock/gmock.h>
+
 #include <algorithm>
 #include <bit>
 #include <climits>
