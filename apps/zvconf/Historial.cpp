@@ -86,7 +86,8 @@ int desactivarHistorial(Arguments arguments)
 {
     const Options options(arguments, {{u"--bd", 1}});
     history::deactivate(*openSchool(options.values(u"--bd").front()).centro);
-    printLine(u"El historial está desactivado: no se anota nada más, y lo anotado sigue ahí.");
+    printLine(
+        u"El historial está desactivado para los programas que se abran desde ahora; lo anotado sigue ahí.");
     return done;
 }
 

@@ -31,15 +31,19 @@ void MainWindow::tellClosed()
         if (losses.empty())
             return;
         const auto gives = [this](const std::vector<Loss>& some) { giveBack(some); };
-        notice_.tell({Told(*host_).sentence(losses, history::savedShare(*closed, losses)) + u'.',
-                      [this, losses, gives] {
-                          showLosses(this, *host_, losses,
-                                     host_->choices().readOnly
-                                         ? nullptr
-                                         : std::function<void(const std::vector<Loss>&)>(gives));
-                      },
-                      host_->choices().readOnly ? nullptr
-                                                : std::function<void()>([gives, losses] { gives(losses); })});
+        std::vector<Long> openings;
+        for (const HistoryConnection::Part& each : closed->parts)
+            openings.push_back(each.number);
+        std::erase(openings, 0);
+        notice_.tell(
+            {Told(*host_).sentence(losses, history::savedShare(*closed, losses)) + u'.',
+             [this, losses, gives] {
+                 showLosses(this, *host_, losses,
+                            host_->choices().readOnly ? nullptr
+                                                      : std::function<void(const std::vector<Loss>&)>(gives));
+             },
+             host_->choices().readOnly ? nullptr : std::function<void()>([gives, losses] { gives(losses); }),
+             openings});
     } catch (const RuntimeError&) {
         // An extra over the dialog, which has done what it does: where the history cannot be read, nothing is
         // told.
@@ -88,7 +92,7 @@ void MainWindow::takeBack(const std::vector<Long>& openings)
     if (!done)
         return;
     // What it wrote over stands again.
-    notice_.forget();
+    notice_.forget(openings);
     undo_.tell(left == 0 ? QStringLiteral("Se ha deshecho lo guardado")
                          : QStringLiteral(
                                "Se ha deshecho lo guardado, menos lo que alguien ha cambiado después (%1)")

@@ -4,6 +4,8 @@
 #include <QAction>
 #include <QHBoxLayout>
 
+#include <algorithm>
+
 namespace zv::host {
 
 Notice::Notice()
@@ -60,6 +62,14 @@ void Notice::next()
 void Notice::forget()
 {
     waiting_.clear();
+    follow();
+}
+
+void Notice::forget(const std::vector<Long>& openings)
+{
+    std::erase_if(waiting_, [&](const Message& each) {
+        return std::ranges::find_first_of(each.openings, openings) != each.openings.end();
+    });
     follow();
 }
 

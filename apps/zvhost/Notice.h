@@ -1,10 +1,13 @@
 #pragma once
 
+#include "runtime/Value.h"
+
 #include <QFrame>
 #include <QLabel>
 #include <QPushButton>
 
 #include <functional>
+#include <vector>
 
 namespace zv::host {
 
@@ -17,13 +20,16 @@ public:
     struct Message {
         QString text;
         std::function<void()> shows;
-        std::function<void()> gives; ///< None where nothing may be written.
+        std::function<void()> gives;     ///< None where nothing may be written.
+        std::vector<Long> openings = {}; ///< Of the dialogs that it tells of.
     };
     /// Tells it, behind those that wait already.
     void tell(Message message);
     /// The next one, or none.
     void next();
     void forget();
+    /// What tells of one of these openings need not be known any more.
+    void forget(const std::vector<Long>& openings);
 
 private:
     void button(QPushButton& button, const QString& text, int key, const std::function<void()>& does);
