@@ -15,7 +15,7 @@ namespace zv::test {
 
 /// A desktop that writes down what happens. Show returns, with the form still open, when the steps are used
 /// up.
-struct FakeDesktop final : Desktop {
+struct FakeDesktop : Desktop {
     FakeDesktop() { useDesktop(this); }
     ~FakeDesktop() override
     {

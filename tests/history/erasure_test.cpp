@@ -1,8 +1,6 @@
 #include "data/history/Erasure.h"
 #include "data/history/Export.h"
-#include "forms/Acts.h"
-#include "forms/Desktop.h"
-#include "forms/Form.h"
+#include "forms/Ficha.h"
 #include "history/Chronicle.h"
 #include "module/Module.h"
 #include "robot/OddTexts.h"
@@ -168,10 +166,7 @@ TEST_F(Pupils, export_is_read_back_and_without_names_has_none)
 }
 
 /// Types a text into both boxes of the illness and accepts it; an empty one only looks.
-class Nurse final : public Desktop {
-public:
-    Nurse() { useDesktop(this); }
-    ~Nurse() override { useDesktop(nullptr); }
+struct Nurse final : test::FakeDesktop {
     void runModal(Form& form) override
     {
         Acts acts;
@@ -182,13 +177,6 @@ public:
         if (form.Visible())
             form.Unload();
     }
-    void opened(Form&) override {}
-    void closed(Form&) override {}
-    void messageBox(StringView, Integer, StringView) override {}
-    void beep() override {}
-    void doEvents() override {}
-    void handlerFailed(const RuntimeError&) override {}
-
     String text;
 };
 

@@ -38,14 +38,24 @@ constexpr Long types = 5;
 const std::vector<String> common{u"Dificultad", u"Valoracion", u"Apreciacion"};
 const std::vector<String> secondary{u"Alumno1", u"Alumno2", u"Procedimiento1", u"Actitud2"};
 
-String rowOf(StringView table, const String& condition) { return String(table) + u" " + condition; }
+String rowOf(StringView table, Long pupil) { return String(table) + statement(u" CodAlumno={}", {pupil}); }
+FieldName ratingOf(Long pupil, Long subject, Long type)
+{
+    return {
+        statement(u"Alumno_InfIndPrim CodAlumno={} AND codMateria={} AND codTipo={}", {pupil, subject, type}),
+        u"codResp"};
+}
+FieldName answerIn(Long note)
+{
+    return {statement(u"ConsejoOrientador_Nota IDCORNota={}", {note}), u"codCOResp"};
+}
 bool empty(const String& literal) { return literal == u"''" || literal == u"0" || literal == u"NULL"; }
 
 Step textsOf(StringView table, Long pupil, const std::vector<String>& columns, const State& typed)
 {
     Step step;
     String sets;
-    const String row = rowOf(table, statement(u"CodAlumno={}", {pupil}));
+    const String row = rowOf(table, pupil);
     for (const String& each : columns) {
         sets += (sets.empty() ? u"" : u",") + each + u"=" + typed.at({row, each});
         step.writes[{row, each}] = typed.at({row, each});
@@ -60,13 +70,10 @@ Step ratingsOf(Long pupil, const State& typed)
     Step step{{statement(u"DELETE FROM Alumno_InfIndPrim WHERE Codalumno={}", {pupil})}, {}};
     for (Long subject = 1; subject <= subjects; ++subject)
         for (Long type = 1; type <= types; ++type) {
-            const String row =
-                rowOf(u"Alumno_InfIndPrim",
-                      statement(u"CodAlumno={} AND codMateria={} AND codTipo={}", {pupil, subject, type}));
-            const String& answer = typed.at({row, u"codResp"});
+            const FieldName field = ratingOf(pupil, subject, type);
+            const String& answer = step.writes[field] = typed.at(field);
             step.statements.push_back(statement(u"INSERT INTO Alumno_InfIndPrim VALUES ({},{},{},{})",
                                                 {pupil, subject, type, Value(answer)}));
-            step.writes[{row, u"codResp"}] = answer;
         }
     return step;
 }
@@ -77,12 +84,11 @@ std::deque<Step> saveOf(Kind kind, const State& typed)
     for (Long pupil = 1; pupil <= pupils; ++pupil) {
         if (kind == Kind::advice) {
             for (Long note = (pupil - 1) * questions + 1; note <= pupil * questions; ++note) {
-                const String row = rowOf(u"ConsejoOrientador_Nota", statement(u"IDCORNota={}", {note}));
-                const String& answer = typed.at({row, u"codCOResp"});
+                const String& answer = typed.at(answerIn(note));
                 steps.push_back(
                     {{statement(u"UPDATE ConsejoOrientador_Nota SET codCOResp={} WHERE IDCORNota={}",
                                 {Value(answer), note})},
-                     {{{row, u"codCOResp"}, answer}}});
+                     {{answerIn(note), answer}}});
             }
             continue;
         }
@@ -151,8 +157,8 @@ struct Tutor {
         connection.dialogClosed();
         for (const Loss& loss : lossesOf(connection, *connection.takeClosed()))
             for (const Field& each : loss.was)
-                result[{rowOf(loss.table, loss.row), each.column}] = {literal(each.value),
-                                                                      loss.author.opening.user};
+                result[{loss.table + u" " + loss.row, each.column}] = {literal(each.value),
+                                                                       loss.author.opening.user};
         return result;
     }
 };
@@ -161,34 +167,30 @@ struct Tutor {
 Model sectionIn(Connection& centro)
 {
     Model model;
-    const State empty = [] {
-        State all;
-        for (Long pupil = 1; pupil <= pupils; ++pupil) {
-            for (const String& each : common)
-                all[{rowOf(u"Alumno_InfInd", statement(u"CodAlumno={}", {pupil})), each}] = u"''";
-            for (const String& each : secondary)
-                all[{rowOf(u"Alumno_InfIndESO", statement(u"CodAlumno={}", {pupil})), each}] = u"''";
-            for (Long subject = 1; subject <= subjects; ++subject)
-                for (Long type = 1; type <= types; ++type)
-                    all[{rowOf(u"Alumno_InfIndPrim",
-                               statement(u"CodAlumno={} AND codMateria={} AND codTipo={}",
-                                         {pupil, subject, type})),
-                         u"codResp"}] = u"0";
-        }
-        for (Long note = 1; note <= pupils * questions; ++note)
-            all[{rowOf(u"ConsejoOrientador_Nota", statement(u"IDCORNota={}", {note})), u"codCOResp"}] = u"0";
-        return all;
-    }();
+    State empty;
     for (Long pupil = 1; pupil <= pupils; ++pupil) {
-        centro.Execute(statement(u"INSERT INTO Alumno (IDAlumno,codseccion) VALUES ({},7)", {pupil}));
-        centro.Execute(statement(u"INSERT INTO Alumno_InfInd VALUES ({},'','','')", {pupil}));
-        centro.Execute(statement(
-            u"INSERT INTO Alumno_InfIndESO VALUES ({},'','','','','','','','','','','','')", {pupil}));
-        for (const String& each : ratingsOf(pupil, empty).statements)
+        for (const String& each : common)
+            empty[{rowOf(u"Alumno_InfInd", pupil), each}] = u"''";
+        for (const String& each : secondary)
+            empty[{rowOf(u"Alumno_InfIndESO", pupil), each}] = u"''";
+        for (Long subject = 1; subject <= subjects; ++subject)
+            for (Long type = 1; type <= types; ++type)
+                empty[ratingOf(pupil, subject, type)] = u"0";
+        std::vector<String> rows = ratingsOf(pupil, empty).statements;
+        rows.insert(
+            rows.end(),
+            {statement(u"INSERT INTO Alumno (IDAlumno,codseccion) VALUES ({},7)", {pupil}),
+             statement(u"INSERT INTO Alumno_InfInd VALUES ({},'','','')", {pupil}),
+             statement(u"INSERT INTO Alumno_InfIndESO VALUES ({},'','','','','','','','','','','','')",
+                       {pupil})});
+        for (Long question = 1; question <= questions; ++question) {
+            const Long note = (pupil - 1) * questions + question;
+            empty[answerIn(note)] = u"0";
+            rows.push_back(statement(u"INSERT INTO ConsejoOrientador_Nota VALUES ({},{},7,0,{})",
+                                     {note, pupil, question}));
+        }
+        for (const String& each : rows)
             centro.Execute(each);
-        for (Long question = 1; question <= questions; ++question)
-            centro.Execute(statement(u"INSERT INTO ConsejoOrientador_Nota VALUES ({},{},7,0,{})",
-                                     {(pupil - 1) * questions + question, pupil, question}));
     }
     for (const auto& [field, value] : empty)
         model[field] = {value, 0, 0};

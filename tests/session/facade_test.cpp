@@ -1,7 +1,6 @@
 #include "data/LateBound.h"
 #include "data/NumberOf.h"
-#include "forms/Desktop.h"
-#include "forms/Form.h"
+#include "forms/Ficha.h"
 #include "session/App.h"
 #include "session/DialogDirectory.h"
 #include "session/HostSession.h"
@@ -16,18 +15,9 @@ namespace zv {
 namespace {
 
 /// Closes each dialog as soon as it opens, and remembers which it was.
-class ClosingDesktop final : public Desktop {
-public:
-    ClosingDesktop() { useDesktop(this); }
-    ~ClosingDesktop() override { useDesktop(nullptr); }
+struct ClosingDesktop final : test::FakeDesktop {
     void opened(Form& form) override { shown.push_back(form.Name()); }
     void runModal(Form& form) override { form.Unload(); }
-    void closed(Form&) override {}
-    void messageBox(StringView, Integer, StringView) override {}
-    void beep() override {}
-    void doEvents() override {}
-    void handlerFailed(const RuntimeError&) override {}
-
     std::vector<String> shown;
 };
 

@@ -13,10 +13,12 @@
 #include "zvhost/MainWindow.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTableView>
 #include <QTest>
 #include <QTimer>
 
@@ -106,14 +108,35 @@ struct HostTest : testing::Test {
         const auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
         asked = box == nullptr ? "" : box->text().toStdString();
     }
-    /// Reads the message box that opens next and presses its button.
-    void thenAnswer()
+    /// Reads the message box that opens next, or types into the dialog, and presses those keys in it.
+    void thenAnswer(const char* typed = "", const std::vector<Qt::Key>& keys = {Qt::Key_Return})
     {
-        then([this] {
+        then([this, typed, keys] {
             read();
-            key(Qt::Key_Return);
+            type(typed);
+            for (const Qt::Key each : keys)
+                key(each);
         });
     }
+    void confirmDeletion()
+    {
+        thenAnswer("", {Qt::Key_Tab, Qt::Key_Return});
+        key(Qt::Key_Delete);
+    }
+    /// Enter opens a dialog that leads to others: what a person does with the one in front, whenever he
+    /// looks.
+    void enter(const std::function<void(QWidget& front)>& acts)
+    {
+        QTimer person;
+        QObject::connect(&person, &QTimer::timeout, window.get(), [&] {
+            if (QWidget* front = QApplication::activeModalWidget())
+                acts(*front);
+        });
+        person.start(20);
+        key(Qt::Key_Return);
+    }
+    QTableView& list() { return *window->findChild<QTableView*>(QStringLiteral("lista")); }
+    std::string done() { return window->findChild<QLabel*>(QStringLiteral("hecho"))->text().toStdString(); }
     /// Name of the member of staff behind a user of the sample.
     std::string nameOfUser(int user)
     {

@@ -4,8 +4,6 @@
 #include "zvhost/KeptText.h"
 #include "zvhost/ServerWait.h"
 
-#include <QLabel>
-
 #include <filesystem>
 #include <fstream>
 #include <sstream>

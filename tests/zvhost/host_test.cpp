@@ -12,18 +12,12 @@ TEST_F(HostTest, a_day_by_keyboard_alone)
     key(Qt::Key_Return);
     EXPECT_EQ(place()->objectName(), "lista");
 
-    then([] {
-        type("Conviviente");
-        key(Qt::Key_Return);
-    });
+    thenAnswer("Conviviente");
     key(Qt::Key_N, Qt::ControlModifier);
     EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente'"), "1");
 
     // The new row is the selected one; its text is selected when the dialog opens.
-    then([] {
-        type("Conviviente legal");
-        key(Qt::Key_Return);
-    });
+    thenAnswer("Conviviente legal");
     key(Qt::Key_Return);
     EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "1");
 
@@ -42,21 +36,12 @@ TEST_F(HostTest, a_day_by_keyboard_alone)
     key(Qt::Key_A, Qt::ControlModifier);
     type("LEGÁL convi");
     key(Qt::Key_Return);
-    const auto remove = [this](const std::function<void()>& answer) {
-        then([this, answer] {
-            read();
-            answer();
-        });
-        key(Qt::Key_Delete);
-    };
     // Enter alone deletes nothing.
-    remove([] { key(Qt::Key_Return); });
+    thenAnswer();
+    key(Qt::Key_Delete);
     EXPECT_THAT(asked, HasSubstr("Conviviente legal"));
     EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "1");
-    remove([] {
-        key(Qt::Key_Tab);
-        key(Qt::Key_Return);
-    });
+    confirmDeletion();
     EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "0");
 
     then([] {
@@ -75,10 +60,8 @@ TEST_F(HostTest, a_day_by_keyboard_alone)
 TEST_F(HostTest, a_bank_goes_and_comes_with_its_branches)
 {
     school.centro->Execute(u"INSERT INTO Banco (IDBanco,Nombre,Numero) VALUES (900,'D''Or','9000')");
-    school.centro->Execute(
-        u"INSERT INTO Sucursal (IDSucursal,CodBanco,Codigo,Nombre) VALUES (901,900,'0001','Uno')");
-    school.centro->Execute(
-        u"INSERT INTO Sucursal (IDSucursal,CodBanco,Codigo,Nombre) VALUES (902,900,'0002','Dos')");
+    school.centro->Execute(u"INSERT INTO Sucursal (IDSucursal,CodBanco,Codigo,Nombre) VALUES "
+                           u"(901,900,'0001','Uno'),(902,900,'0002','Dos')");
     school.borrado->Execute(u"INSERT INTO Sucursal (IDSucursal) VALUES (901)");
     moveToDeleted(school, u"Banco", 900);
     EXPECT_EQ(one(u"SELECT COUNT(*) FROM Sucursal WHERE CodBanco=900"), "0");
@@ -123,19 +106,6 @@ TEST_F(HostTest, commands_follow_node_row_and_session)
     EXPECT_FALSE(window->host().users().empty());
 }
 
-TEST_F(HostTest, a_row_that_another_station_has_open_stays)
-{
-    school.centro->Execute(
-        u"INSERT INTO RegistroActivo VALUES ('frmEstadoCivil',1,7,'otra 1 1',CURRENT_TIMESTAMP)");
-    window->findChild<QWidget*>(QStringLiteral("lista"))->setFocus();
-    type(one(u"SELECT Descripcion FROM EstadoCivil WHERE IDEstadoCivil=1").c_str());
-    key(Qt::Key_Return);
-    thenAnswer();
-    key(Qt::Key_Delete);
-    EXPECT_THAT(asked, HasSubstr(nameOfUser(7) + " desde "));
-    EXPECT_THAT(asked, HasSubstr("en el puesto otra."));
-}
-
 TEST_F(HostTest, a_row_that_another_station_deleted_is_not_opened)
 {
     school.centro->Execute(u"DELETE FROM EstadoCivil");
@@ -158,17 +128,15 @@ TEST_F(HostTest, a_row_opened_while_its_deletion_is_asked_about_stays)
         key(Qt::Key_Return);
     });
     key(Qt::Key_Delete);
-    EXPECT_THAT(asked, HasSubstr(nameOfUser(7)));
+    EXPECT_THAT(asked, HasSubstr(nameOfUser(7) + " desde "));
+    EXPECT_THAT(asked, HasSubstr("en el puesto otra."));
     EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE IDEstadoCivil=900"), "1");
 }
 
 TEST_F(HostTest, a_user_comes_with_his_profile)
 {
     school.entrada->Execute(u"INSERT INTO Usuario (IDUsuario,Nombre,CodPerfil) VALUES (77,'Zoe',9)");
-    then([] {
-        key(Qt::Key_End);
-        key(Qt::Key_Return);
-    });
+    thenAnswer("", {Qt::Key_End, Qt::Key_Return});
     key(Qt::Key_U, Qt::ControlModifier);
     EXPECT_EQ(window->host().choices().user, 77);
     EXPECT_EQ(window->host().choices().profile, 9);

@@ -1,7 +1,6 @@
 #include "HostFixture.h"
 
 #include "care/Copies.h"
-#include "data/Schools.h"
 #include "data/Statement.h"
 #include "session/cNombreNodo.h"
 #include "zvhost/Deletion.h"
@@ -9,13 +8,11 @@
 
 #include <QClipboard>
 #include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
-#include <QTableView>
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QToolBar>
@@ -32,10 +29,8 @@ struct ListTest : HostTest {
         window->refresh();
         list().setFocus();
     }
-    QTableView& list() { return *window->findChild<QTableView*>(QStringLiteral("lista")); }
     QTreeWidget& tree() { return *window->findChild<QTreeWidget*>(QStringLiteral("arbol")); }
     QAction& action(const char* name) { return *window->findChild<QAction*>(QString::fromLatin1(name)); }
-    std::string told() { return window->findChild<QLabel*>(QStringLiteral("hecho"))->text().toStdString(); }
     std::string chosen() { return list().currentIndex().siblingAtColumn(0).data().toString().toStdString(); }
     std::string zonas() { return one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion LIKE 'Zona%'"); }
     void search(const char* words)
@@ -53,15 +48,6 @@ struct ListTest : HostTest {
                       {row, user, textLiteral(u"2024-09-12 08:30:00+99999999")}));
     }
     void leave() { school.centro->Execute(u"DELETE FROM RegistroActivo"); }
-    void confirmDeletion()
-    {
-        then([this] {
-            read();
-            key(Qt::Key_Tab);
-            key(Qt::Key_Return);
-        });
-        key(Qt::Key_Delete);
-    }
 };
 
 TEST_F(ListTest, what_was_deleted_is_told_and_comes_back)
@@ -69,13 +55,13 @@ TEST_F(ListTest, what_was_deleted_is_told_and_comes_back)
     search("zona beta");
     confirmDeletion();
     EXPECT_EQ(zonas(), "2") << asked;
-    EXPECT_THAT(told(), HasSubstr("Se ha eliminado «Zona beta» · <a"));
+    EXPECT_THAT(done(), HasSubstr("Se ha eliminado «Zona beta» · <a"));
 
     search("");
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(zonas(), "3");
     EXPECT_EQ(chosen(), "Zona beta");
-    EXPECT_THAT(told(), HasSubstr("Se ha restaurado «Zona beta»"));
+    EXPECT_THAT(done(), HasSubstr("Se ha restaurado «Zona beta»"));
     EXPECT_FALSE(action("deshacer").isEnabled());
 
     // From the bin, and back into it: the last deleted one stands first there, and is chosen.
@@ -99,7 +85,7 @@ TEST_F(ListTest, what_was_deleted_is_told_and_comes_back)
     });
     key(Qt::Key_R, Qt::ControlModifier);
     EXPECT_EQ(chosen(), "Zona beta");
-    EXPECT_THAT(told(), HasSubstr("Se ha restaurado «Zona beta» en «Estados civiles»"));
+    EXPECT_THAT(done(), HasSubstr("Se ha restaurado «Zona beta» en «Estados civiles»"));
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(zonas(), "1");
     // The steps before it are still there.
@@ -140,16 +126,10 @@ TEST_F(ListTest, several_rows_go_and_come_at_once_but_for_those_in_use)
     EXPECT_FALSE(action("modificar").isEnabled());
     key(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("Zona alfa\nZona beta\nZona gama"));
-    then([this] {
-        read();
-        EXPECT_THAT(asked,
-                    testing::AllOf(HasSubstr("2 filas"), HasSubstr("«Zona beta» no se puede eliminar")));
-        key(Qt::Key_Tab);
-        key(Qt::Key_Return);
-    });
-    key(Qt::Key_Delete);
+    confirmDeletion();
+    EXPECT_THAT(asked, testing::AllOf(HasSubstr("2 filas"), HasSubstr("«Zona beta» no se puede eliminar")));
     EXPECT_EQ(zonas(), "1");
-    EXPECT_THAT(told(), HasSubstr("Se han eliminado 2 filas"));
+    EXPECT_THAT(done(), HasSubstr("Se han eliminado 2 filas"));
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(zonas(), "3");
 }
@@ -186,10 +166,7 @@ TEST_F(ListTest, no_two_commands_of_a_menu_have_the_same_letter)
 TEST_F(ListTest, a_new_row_that_the_search_hides_is_shown)
 {
     search("casado");
-    then([] {
-        type("Nueva");
-        key(Qt::Key_Return);
-    });
+    thenAnswer("Nueva");
     key(Qt::Key_N, Qt::ControlModifier);
     EXPECT_EQ(chosen(), "Nueva");
 }
@@ -224,18 +201,18 @@ TEST_F(ListTest, a_row_that_somebody_has_open_is_marked_and_told_until_it_is_fre
     window->refresh();
     search("zona beta");
     EXPECT_FALSE(list().currentIndex().data(Qt::DecorationRole).isNull());
-    then([this] {
-        read();
-        key(Qt::Key_Return); // Cancelar
-    });
-    key(Qt::Key_Return);
-    EXPECT_THAT(asked, HasSubstr("La tiene abierta " + nameOfUser(7) + " desde "));
-    EXPECT_THAT(asked, HasSubstr("en el puesto SECRETARIA-2."));
+    for (const Qt::Key each : {Qt::Key_Delete, Qt::Key_Return}) {
+        thenAnswer(); // Cancelar
+        key(each);
+        EXPECT_THAT(asked, testing::AllOf(HasSubstr(nameOfUser(7) + " desde "),
+                                          HasSubstr("en el puesto SECRETARIA-2.")));
+    }
+    EXPECT_THAT(asked, HasSubstr("La tiene abierta "));
     window->followHeld();
-    EXPECT_EQ(told(), "");
+    EXPECT_EQ(done(), "");
     leave();
     window->followHeld();
-    EXPECT_THAT(told(), HasSubstr("«Zona beta» ya está libre"));
+    EXPECT_THAT(done(), HasSubstr("«Zona beta» ya está libre"));
     EXPECT_TRUE(list().currentIndex().data(Qt::DecorationRole).isNull());
     EXPECT_EQ(People(school).name(99), QStringLiteral("el usuario 99"));
 }
@@ -270,17 +247,13 @@ TEST_F(ListTest, a_tutor_opens_her_section_and_sees_how_far_it_is)
               "1 de " + one(u"SELECT COUNT(*) FROM Alumno WHERE codseccion=3"));
     // A person closes what has opened, the last window first.
     QStringList opened;
-    QTimer person;
-    QObject::connect(&person, &QTimer::timeout, window.get(), [&] {
-        auto* modal = QApplication::activeModalWidget();
-        if (modal == nullptr || (opened.isEmpty() && modal->objectName() == u"frmInformeIndividual"))
-            return;
-        opened += modal->objectName();
-        modal->close();
-    });
     QTimer::singleShot(5000, window.get(), [&] { opened += QStringLiteral("too late"); });
-    person.start(50);
-    key(Qt::Key_Return);
+    enter([&](QWidget& front) {
+        if (opened.isEmpty() && front.objectName() == u"frmInformeIndividual")
+            return;
+        opened += front.objectName();
+        front.close();
+    });
     EXPECT_EQ(opened.join(u' '), QStringLiteral("frmInfIndPrim frmInformeIndividual"));
 }
 
@@ -311,9 +284,7 @@ TEST_F(ListTest, a_backup_is_made_and_told)
     const QString copy = folder.filePath(QStringLiteral("una.zvcopia"));
     window->backUpTo(copy, QString());
     EXPECT_EQ(care::checkCopy(copy.toStdU16String()).tables, 137);
-    EXPECT_TRUE(window->findChild<QLabel*>(QStringLiteral("hecho"))
-                    ->text()
-                    .contains(QStringLiteral("Copia comprobada")));
+    EXPECT_THAT(done(), HasSubstr("Copia comprobada"));
 }
 
 TEST_F(ListTest, columns_use_the_width_there_is_until_one_is_dragged)
@@ -357,10 +328,7 @@ TEST_F(ListTest, the_window_comes_back_as_it_was_left)
     search("a");
     window->go(*nodeOf(u"frmPais"));
     window->go(*nodeOf(u"frmBanco"));
-    then([] {
-        key(Qt::Key_End);
-        key(Qt::Key_Return);
-    });
+    thenAnswer("", {Qt::Key_End, Qt::Key_Return});
     key(Qt::Key_U, Qt::ControlModifier);
     const Integer user = window->host().choices().user;
     EXPECT_NE(user, 1);

@@ -46,7 +46,6 @@ struct HostReader : HostTest {
         walk(*help);
         help->close();
     }
-    QWidget& list() { return *window->findChild<QWidget*>(QStringLiteral("lista")); }
 };
 
 TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
@@ -70,11 +69,7 @@ TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
     type("conviv");
     key(Qt::Key_Return);
     walkOpened(Qt::Key_Delete); // Asked about.
-    then([] {
-        key(Qt::Key_Tab);
-        key(Qt::Key_Return);
-    });
-    key(Qt::Key_Delete);
+    confirmDeletion();
     auto& done = *window->findChild<QWidget*>(QStringLiteral("hecho"));
     EXPECT_TRUE(done.focusPolicy() & Qt::TabFocus);
     walk(*window); // With the line of what was done.
@@ -143,11 +138,7 @@ TEST_F(HostReader, buttons_say_their_keys_and_what_was_done_is_taken_back_by_its
     school.centro->Execute(u"INSERT INTO EstadoCivil VALUES (900,'Abandonado')");
     window->refresh();
     const auto count = [this] { return one(u"SELECT COUNT(*) FROM EstadoCivil WHERE IDEstadoCivil=900"); };
-    then([] {
-        key(Qt::Key_Tab);
-        key(Qt::Key_Return);
-    });
-    key(Qt::Key_Delete);
+    confirmDeletion();
     ASSERT_EQ(count(), "0");
     QAccessibleInterface& done =
         *QAccessible::queryAccessibleInterface(window->findChild<QWidget*>(QStringLiteral("hecho")));
