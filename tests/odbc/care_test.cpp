@@ -71,7 +71,8 @@ std::vector<care::TableContents> contentsAt(const String& url)
     return care::contentsOf(inspectSchool(url), engineOf(url));
 }
 
-String dsn(StringView schema) { return u"odbc:DSN=zv_prueba;ESQUEMA=" + String(schema); }
+/// A place on the server for this process alone: tests run beside each other.
+String server() { return u"odbc:DSN=zv_prueba;ESQUEMA=mudanza" + decimalText(static_cast<Long>(getpid())); }
 
 struct Moving : testing::Test {
     std::filesystem::path folder =
@@ -86,7 +87,7 @@ struct Moving : testing::Test {
     ~Moving() override
     {
         std::filesystem::remove_all(folder);
-        remove(dsn(u"mudanza"));
+        remove(server());
     }
     static void remove(const String& url)
     {
@@ -145,11 +146,11 @@ TEST_F(Moving, a_school_of_any_content_comes_back_from_a_server_as_it_went)
         const String number = decimalText(static_cast<Long>(seed));
         const String one = file(u"uno" + number), two = file(u"dos" + number);
         createSchool(one, [&](School& to) { seed == 0 ? fillSample(to) : fillByChance(to, seed); });
-        care::moveSchool(one, dsn(u"mudanza"));
-        EXPECT_EQ(care::differences(contentsAt(one), contentsAt(dsn(u"mudanza"))), std::vector<String>());
-        care::moveSchool(dsn(u"mudanza"), two);
+        care::moveSchool(one, server());
+        EXPECT_EQ(care::differences(contentsAt(one), contentsAt(server())), std::vector<String>());
+        care::moveSchool(server(), two);
         EXPECT_EQ(care::differences(contentsAt(one), contentsAt(two)), std::vector<String>());
-        remove(dsn(u"mudanza"));
+        remove(server());
     }
 }
 
@@ -158,7 +159,7 @@ TEST_F(Moving, one_that_stops_leaves_the_first_as_it_was_and_the_second_nowhere)
     const String one = file(u"uno.db");
     createSchool(one, fillSample);
     const auto before = contentsAt(one);
-    for (const String& to : {file(u"dos.db"), dsn(u"mudanza")})
+    for (const String& to : {file(u"dos.db"), server()})
         for (const int last : {0, 40, 100}) {
             int tables = 0;
             EXPECT_ANY_THROW(care::moveSchool(one, to, [&](StringView, Long) {
@@ -182,7 +183,7 @@ TEST_F(Moving, one_that_stops_leaves_the_first_as_it_was_and_the_second_nowhere)
 
 TEST_F(Moving, copies_while_stations_write_are_whole_and_of_one_instant)
 {
-    for (const String& url : {file(u"uno.db"), dsn(u"mudanza")}) {
+    for (const String& url : {file(u"uno.db"), server()}) {
         createSchool(url, fillSample);
         const std::filesystem::path copy = folder / "una.zvcopia";
         constexpr int stations = 4;
