@@ -174,7 +174,7 @@ QString Told::row(StringView table, StringView condition, const Fields& known)
         if (const QString name = nameOf(table, CLng(key)); !name.isEmpty())
             return name;
     for (const Field& each : known)
-        if (const String* text = each.value.as<String>(); text != nullptr && !text->empty())
+        if (const auto* text = each.value.as<String>(); text != nullptr && !text->empty())
             return value(table, each.column, each.value);
     return toQt(condition);
 }

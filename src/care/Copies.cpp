@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <functional>
 #include <set>
+#include <utility>
 
 namespace zv::care {
 namespace {
@@ -24,7 +25,7 @@ constexpr Database everyDatabase[] = {Database::centro, Database::borrado, Datab
 /// Scratch folder for its owner alone, beside a file; the destructor removes it.
 class Scratch {
 public:
-    explicit Scratch(const fs::path& file) : folder_(file)
+    explicit Scratch(fs::path file) : folder_(std::move(file))
     {
         folder_ += ".haciendo";
         fs::remove_all(folder_);

@@ -1,5 +1,6 @@
 #include "care/CopyFile.h"
 
+#include "care/Sodium.h"
 #include "data/DataError.h"
 
 #include <sodium.h>
@@ -54,12 +55,12 @@ std::optional<Bytes> bytes64(std::string_view text)
 
 class Digest {
 public:
-    Digest() { crypto_generichash_init(&state_, nullptr, 0, crypto_generichash_BYTES); }
-    void add(std::string_view bytes)
+    Digest()
     {
-        crypto_generichash_update(&state_, reinterpret_cast<const unsigned char*>(bytes.data()),
-                                  bytes.size());
+        useSodium();
+        crypto_generichash_init(&state_, nullptr, 0, crypto_generichash_BYTES);
     }
+    void add(std::string_view bytes) { crypto_generichash_update(&state_, bytesOf(bytes), bytes.size()); }
     std::string text()
     {
         std::array<unsigned char, crypto_generichash_BYTES> result{};
@@ -202,26 +203,26 @@ Manifest unpack(const fs::path& file, const std::function<fs::path(std::size_t p
 
 std::string wrapped(std::string_view secret, std::string_view passphrase)
 {
+    useSodium();
     Bytes bytes(crypto_pwhash_SALTBYTES + crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES +
                 secret.size());
     unsigned char* const nonce = bytes.data() + crypto_pwhash_SALTBYTES;
     randombytes_buf(bytes.data(), crypto_pwhash_SALTBYTES + crypto_secretbox_NONCEBYTES);
-    crypto_secretbox_easy(nonce + crypto_secretbox_NONCEBYTES,
-                          reinterpret_cast<const unsigned char*>(secret.data()), secret.size(), nonce,
+    crypto_secretbox_easy(nonce + crypto_secretbox_NONCEBYTES, bytesOf(secret), secret.size(), nonce,
                           keyFrom(passphrase, bytes.data()).data());
     return text64(bytes.data(), bytes.size());
 }
 
 std::optional<std::string> unwrapped(std::string_view wrapped, std::string_view passphrase)
 {
+    useSodium();
     constexpr std::size_t before = crypto_pwhash_SALTBYTES + crypto_secretbox_NONCEBYTES;
     const auto bytes = bytes64(wrapped);
     if (!bytes || bytes->size() < before + crypto_secretbox_MACBYTES)
         return std::nullopt;
     std::string secret(bytes->size() - before - crypto_secretbox_MACBYTES, '\0');
     const unsigned char* const nonce = bytes->data() + crypto_pwhash_SALTBYTES;
-    if (crypto_secretbox_open_easy(reinterpret_cast<unsigned char*>(secret.data()), bytes->data() + before,
-                                   bytes->size() - before, nonce,
+    if (crypto_secretbox_open_easy(bytesOf(secret), bytes->data() + before, bytes->size() - before, nonce,
                                    keyFrom(passphrase, bytes->data()).data()) != 0)
         return std::nullopt;
     return secret;

@@ -1,5 +1,6 @@
 #include "care/RowHash.h"
 
+#include "care/Sodium.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
@@ -27,6 +28,7 @@ void append(std::string& bytes, char kind, StringView text)
 
 RowHash::RowHash(const std::vector<String>& columns)
 {
+    useSodium();
     for (const String& each : columns)
         append(head_, 'c', lowerName(each));
 }
@@ -40,8 +42,10 @@ void RowHash::add(const std::vector<Value>& row, std::array<std::uint64_t, 4>& s
                text != nullptr ? StringView(*text) : StringView(literal(each)));
     }
     std::array<std::uint64_t, 4> hash{};
-    crypto_generichash(reinterpret_cast<unsigned char*>(hash.data()), sizeof hash,
-                       reinterpret_cast<const unsigned char*>(bytes_.data()), bytes_.size(), nullptr, 0);
+    std::string room(sizeof hash, '\0');
+    crypto_generichash(bytesOf(room), room.size(), bytesOf(std::string_view(bytes_)), bytes_.size(), nullptr,
+                       0);
+    std::memcpy(hash.data(), room.data(), room.size());
     for (std::size_t i = 0; i < sum.size(); ++i)
         sum[i] += hash[i];
 }

@@ -10,6 +10,9 @@ namespace zv {
 
 namespace {
 
+/// Not by the system's clock, whose nanoseconds end in the year 2262.
+std::time_t timeOf(Seconds time) { return static_cast<std::time_t>(time.time_since_epoch().count()); }
+
 String timeText(const std::tm* time)
 {
     char text[sizeof "2024-09-12 08:30:00"] = "";
@@ -35,7 +38,7 @@ Seconds timeHere() { return std::chrono::floor<std::chrono::seconds>(std::chrono
 
 String momentText(Seconds time)
 {
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    const std::time_t seconds = timeOf(time);
     return timeText(std::gmtime(&seconds));
 }
 
@@ -49,7 +52,7 @@ String momentNow()
 
 String localText(Seconds time)
 {
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    const std::time_t seconds = timeOf(time);
     return timeText(std::localtime(&seconds));
 }
 

@@ -35,7 +35,7 @@ std::optional<Fields> fieldsOf(StringView text)
 std::optional<Long> numberOf(const std::optional<Fields>& fields, StringView column)
 {
     const Value* value = fields ? valueOf(*fields, column) : nullptr;
-    const Long* number = value ? value->as<Long>() : nullptr;
+    const auto* number = value ? value->as<Long>() : nullptr;
     return number ? std::optional(*number) : std::nullopt;
 }
 
@@ -98,7 +98,7 @@ private:
                                                  u" FROM " + String(naming.table->name));
         for (; !rows->Eof(); rows->MoveNext()) {
             const std::vector<Value> row = rows->row();
-            if (const Long* owner = row[1].as<Long>())
+            if (const auto* owner = row[1].as<Long>())
                 naming.owners[conditionOf({{key, row[0]}})] = *owner;
         }
     }
@@ -250,7 +250,7 @@ Erasures::Erasures(Connection& centro)
         const auto fields = fieldsOf(each.after);
         const auto textIn = [&](StringView column) {
             const Value* value = fields ? valueOf(*fields, column) : nullptr;
-            const String* text = value ? value->as<String>() : nullptr;
+            const auto* text = value ? value->as<String>() : nullptr;
             return text ? *text : String();
         };
         if (const String limit = textIn(erasedBefore); !limit.empty()) {

@@ -41,7 +41,7 @@ void insertAnew(Connection& centro, const schema::Table& table, Fields row)
 
 bool isNothing(const Value& value)
 {
-    const String* text = value.as<String>();
+    const auto* text = value.as<String>();
     return value.isNull() || (text != nullptr ? text->empty() : same(value, Value(Long{0})));
 }
 

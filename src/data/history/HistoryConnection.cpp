@@ -190,17 +190,18 @@ RecordsetPtr HistoryConnection::runNoted(StringView statement, const Write& writ
         const bool inserts = write.kind == Write::Kind::insert;
         Rows before = inserts ? Rows() : rowsOf(write, write.where);
         result = run(statement);
-        if (inserts)
+        if (inserts) {
             addInserted(log, write, statement);
-        else if (!before.empty())
+        } else if (!before.empty()) {
             // What a deletion found is gone.
-            addDifferences(log, write, std::move(before),
-                           write.kind == Write::Kind::update ? rowsAgain(write, before) : Rows());
-        else if (write.kind == Write::Kind::update)
+            Rows after = write.kind == Write::Kind::update ? rowsAgain(write, before) : Rows();
+            addDifferences(log, write, std::move(before), std::move(after));
+        } else if (write.kind == Write::Kind::update) {
             add(log, {.kind = Kind::missed,
                       .table = String(keyed(write.table)->name),
                       .row = storable(write.where.substr(0, 250)),
                       .after = textOf(write.values)});
+        }
         log.finish();
     });
     return result;

@@ -71,7 +71,7 @@ private:
     RecordsetPtr runRelease(StringView statement, const Run& run);
     void noteReading(StringView query);
     void noteFailure(const DataError& error, const std::optional<Write>& write);
-    bool controlsTransaction(StringView statement);
+    bool controlsTransaction(StringView verb);
     void inTransaction(StringView statement, const std::function<void()>& work);
 
     Fields named(const Write& write) const;

@@ -28,7 +28,7 @@ bool holds(const schema::Table& table, const Field& field)
 {
     if (field.value.isNull() || field.value.isEmpty())
         return false;
-    if (const String* text = field.value.as<String>())
+    if (const auto* text = field.value.as<String>())
         return !Trim(*text).empty();
     const auto column = std::ranges::find_if(
         table.columns(), [&](const schema::Column& each) { return sameName(each.name, field.column); });

@@ -224,8 +224,8 @@ public:
             return Engine::snapshot(location);
         // Without the savepoint that the driver sets around each statement: inside one no instant is shared.
         text.set(u"Protocol", u"7.4-0");
-        const School read{existing(text, Database::centro, {}), existing(text, Database::borrado, {}),
-                          existing(text, Database::entrada, {})};
+        School read{existing(text, Database::centro, {}), existing(text, Database::borrado, {}),
+                    existing(text, Database::entrada, {})};
         String instant;
         for (const ConnectionPtr& each : {read.centro, read.borrado, read.entrada}) {
             each->executeNative(u"BEGIN");
