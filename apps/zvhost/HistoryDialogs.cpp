@@ -116,41 +116,47 @@ void addRows(std::vector<Row>& rows, Told& told, const Opening& by, const Change
     }
 }
 
+/// A field of a loss, by its place.
+struct LostField {
+    const Loss* loss;
+    std::size_t field;
+};
+
+/// The lines of a loss, one for each field.
+void addRows(std::vector<Row>& rows, std::vector<LostField>& places, Told& told, Host& host, const Loss& loss)
+{
+    const std::optional<Fields> now =
+        history::rowNow(*host.school().centro, *schema::table(loss.table), loss.row);
+    const Fields& known = !loss.whole.empty() ? loss.whole : now ? *now : loss.was;
+    const bool unknown = loss.author.moment.empty() && loss.author.opening.user == 0;
+    const QString when =
+        loss.author.moment.empty() ? QStringLiteral("ahora") : Told::time(loss.author.moment);
+    const QString whose =
+        unknown ? QString() : told.person(loss.author.opening) + QStringLiteral(", ") + when;
+    for (std::size_t i = 0; i < loss.was.size(); ++i) {
+        const Field& each = loss.was[i];
+        const Value* is = now ? history::valueOf(*now, each.column) : nullptr;
+        rows.push_back({static_cast<Long>(rows.size()),
+                        {asValue(told.row(loss.table, loss.row, known)),
+                         asValue(told.field(loss.table, loss.row, each.column, known)),
+                         asValue(told.value(loss.table, each.column, each.value)), asValue(whose),
+                         asValue(is == nullptr ? QString() : told.value(loss.table, each.column, *is))}});
+        places.push_back({&loss, i});
+    }
+}
+
 } // namespace
 
 void showLosses(QWidget* parent, Host& host, const std::vector<Loss>& losses,
                 const std::function<void(const std::vector<Loss>&)>& gives)
 {
-    struct Place {
-        const Loss* loss;
-        std::size_t field;
-    };
-    std::vector<Place> places;
+    std::vector<LostField> places;
     const auto read = [&] {
         Told told(host);
         std::vector<Row> rows;
         places.clear();
-        for (const Loss& loss : losses) {
-            const std::optional<Fields> now =
-                history::rowNow(*host.school().centro, *schema::table(loss.table), loss.row);
-            const Fields& known = !loss.whole.empty() ? loss.whole : now ? *now : loss.was;
-            const QString whose =
-                told.person(loss.author.opening) + QStringLiteral(", ") +
-                (loss.author.moment.empty() ? QStringLiteral("ahora") : Told::time(loss.author.moment));
-            for (std::size_t i = 0; i < loss.was.size(); ++i) {
-                const Field& each = loss.was[i];
-                const Value* is = now ? history::valueOf(*now, each.column) : nullptr;
-                rows.push_back(
-                    {static_cast<Long>(rows.size()),
-                     {asValue(told.row(loss.table, loss.row, known)),
-                      asValue(told.field(loss.table, loss.row, each.column, known)),
-                      asValue(told.value(loss.table, each.column, each.value)),
-                      asValue(loss.author.moment.empty() && loss.author.opening.user == 0 ? QString()
-                                                                                          : whose),
-                      asValue(is == nullptr ? QString() : told.value(loss.table, each.column, *is))}});
-                places.push_back({&loss, i});
-            }
-        }
+        for (const Loss& loss : losses)
+            addRows(rows, places, told, host, loss);
         return rows;
     };
     ListDialog dialog(parent, QStringLiteral("Lo que se ha perdido"), lostColumns, read);
