@@ -171,7 +171,7 @@ QString Told::row(StringView table, StringView condition, const Fields& known)
                     return nameOf(u"Alumno", CLng(*pupil));
             }
     if (const String key = keyText(condition); !key.empty())
-        if (const QString name = nameOf(table, CLng(key)); !name.isEmpty())
+        if (QString name = nameOf(table, CLng(key)); !name.isEmpty())
             return name;
     for (const Field& each : known)
         if (const auto* text = each.value.as<String>(); text != nullptr && !text->empty())
@@ -213,7 +213,7 @@ QString Told::value(StringView table, StringView column, const Value& value)
     if (found != nullptr && !found->refersTo.empty() && IsNumeric(value)) {
         if (CLng(value) == 0)
             return {};
-        if (const QString name = nameOf(found->refersTo, CLng(value)); !name.isEmpty())
+        if (QString name = nameOf(found->refersTo, CLng(value)); !name.isEmpty())
             return name;
     }
     return toQt(CStr(value));

@@ -55,7 +55,8 @@ void scrollLong(QMessageBox& box)
     if (height <= room.height() || label == nullptr)
         return;
     auto* area = std::make_unique<QScrollArea>(&box).release();
-    delete box.layout()->replaceWidget(label, area);
+    // The box gives the label's item up, and nobody else has it.
+    const std::unique_ptr<QLayoutItem> item(box.layout()->replaceWidget(label, area));
     label->setWordWrap(true);
     area->setWidget(label);
     area->setWidgetResizable(true);
