@@ -1,12 +1,11 @@
 #include "zvconf/Historial.h"
-#include "zvconf/Json.h"
 
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/history/Words.h"
 #include "runtime/Convert.h"
+#include "runtime/Json.h"
 
-#include <array>
 #include <map>
 
 namespace zv::zvconf {
@@ -14,11 +13,6 @@ namespace {
 
 using history::Entry;
 using history::Kind;
-
-/// The kinds as JSON has them, by number.
-constexpr std::array<StringView, 11> kindNames{u"",        u"abre",  u"alta",      u"cambio",      u"baja",
-                                               u"lectura", u"fallo", u"no estaba", u"instrucción", u"fin",
-                                               u"olvido"};
 
 /// What the person asks for, beside the condition that the database itself looks at.
 struct Wish {
@@ -77,7 +71,7 @@ String jsonOf(const Entry& entry, const Opening& opening)
     JsonObject result;
     result.number(u"numero", entry.number)
         .text(u"momento", entry.moment)
-        .text(u"clase", kindNames.at(static_cast<std::size_t>(entry.kind)))
+        .text(u"clase", history::wordFor(entry.kind))
         .number(u"apertura", entry.opening)
         .number(u"guardado", entry.save)
         .text(u"usuario", opening.userName)

@@ -3,6 +3,7 @@
 #include "care/RowHash.h"
 #include "data/DataError.h"
 #include "data/Schema.h"
+#include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/Transaction.h"
 #include "data/history/Log.h"
@@ -17,21 +18,6 @@ namespace {
 constexpr StringView registrations = u"RegistroActivo";
 /// Rows of one INSERT: a server answers each statement, and a statement of a thousand rows is no faster.
 constexpr std::size_t rowsAtOnce = 50;
-
-constexpr Database everyDatabase[] = {Database::centro, Database::borrado, Database::entrada};
-
-const ConnectionPtr& connectionOf(const School& school, Database which)
-{
-    switch (which) {
-    case Database::borrado:
-        return school.borrado;
-    case Database::entrada:
-        return school.entrada;
-    case Database::centro:
-        break;
-    }
-    return school.centro;
-}
 
 bool isHistory(StringView table)
 {
@@ -71,7 +57,7 @@ using EachTable = std::function<void(Database which, const FoundTable& table)>;
 void forEachTable(const School& school, Engine& engine, const EachTable& use)
 {
     for (const Database which : everyDatabase)
-        for (const FoundTable& table : engine.tables(*connectionOf(school, which)))
+        for (const FoundTable& table : engine.tables(*baseOf(school, which)))
             if (!sameName(table.name, registrations))
                 use(which, table);
 }
@@ -137,7 +123,7 @@ std::vector<TableContents> contentsOf(const School& school, Engine& engine)
 {
     std::vector<TableContents> result;
     forEachTable(school, engine, [&](Database which, const FoundTable& table) {
-        result.push_back(contentsOf(*connectionOf(school, which), which, table));
+        result.push_back(contentsOf(*baseOf(school, which), which, table));
     });
     return result;
 }
@@ -186,25 +172,25 @@ void copyContents(const School& from, Engine& fromEngine, School& to, Engine& to
                   const std::function<void(StringView table, Long rows)>& tell)
 {
     const auto hasHere = [&](Database which, StringView name) {
-        return std::ranges::any_of(toEngine.tables(*connectionOf(to, which)),
+        return std::ranges::any_of(toEngine.tables(*baseOf(to, which)),
                                    [&](const FoundTable& each) { return sameName(each.name, name); });
     };
     forEachTable(from, fromEngine, [&](Database which, const FoundTable& table) {
-        Connection& base = *connectionOf(to, which);
+        Connection& base = *baseOf(to, which);
         if (sameName(table.name, schema::recycleBinNotes.name) && !hasHere(which, table.name))
             base.executeNative(schema::recycleBinNotes.definition);
         if (isHistory(table.name) && !hasHere(which, table.name))
             history::activate(base);
     });
     for (const Database which : everyDatabase) {
-        Connection& base = *connectionOf(to, which);
+        Connection& base = *baseOf(to, which);
         Transaction transaction(base);
         if (which == Database::centro && hasHere(which, u"HistorialCabeza"))
             // Made with a row of its own, in the place of which comes that of the other school.
             base.executeNative(u"DELETE FROM HistorialCabeza");
-        for (const FoundTable& table : fromEngine.tables(*connectionOf(from, which)))
+        for (const FoundTable& table : fromEngine.tables(*baseOf(from, which)))
             if (!sameName(table.name, registrations))
-                tell(table.name, copyTable(*connectionOf(from, which), base, table));
+                tell(table.name, copyTable(*baseOf(from, which), base, table));
         transaction.commit();
     }
 }

@@ -20,8 +20,6 @@ namespace fs = std::filesystem;
 
 /// Name of the extracted live database.
 constexpr const char* restored = "restaurada.db";
-constexpr Database everyDatabase[] = {Database::centro, Database::borrado, Database::entrada};
-
 /// Scratch folder for its owner alone, beside a file; the destructor removes it.
 class Scratch {
 public:

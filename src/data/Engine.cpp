@@ -63,6 +63,10 @@ bool Engine::exists(StringView /*location*/) { failMaking(); }
 String Engine::beside(StringView /*location*/, StringView /*word*/) { failMaking(); }
 void Engine::replace(StringView /*location*/, StringView /*with*/, StringView /*kept*/) { failMaking(); }
 
+ForwardedSchoolToBe::ForwardedSchoolToBe(StringView url)
+    : scheme_(engineOf(url).scheme()), inner_(engineOf(url).make(locationOf(url)))
+{}
+
 std::filesystem::path fileOf(const std::filesystem::path& live, Database which)
 {
     if (which == Database::centro || live.empty())

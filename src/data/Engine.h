@@ -10,6 +10,7 @@ namespace zv {
 
 /// Which of a school's three databases.
 enum class Database { centro, borrado, entrada };
+inline constexpr Database everyDatabase[] = {Database::centro, Database::borrado, Database::entrada};
 
 /// How an engine writes the definition of a table.
 enum class DdlStyle { sqlite, postgresql };
@@ -31,6 +32,19 @@ public:
     /// Moves all three into place, or none; no connection to them may be open. Fails if a school exists there
     /// by now.
     virtual void putInPlace() = 0;
+};
+
+/// Forwards to another engine's, whose location gets that engine's scheme in front: for an engine whose URLs
+/// are another's with a word before them.
+class ForwardedSchoolToBe final : public SchoolToBe {
+public:
+    explicit ForwardedSchoolToBe(StringView url);
+    String location() const override { return scheme_ + u":" + inner_->location(); }
+    void putInPlace() override { inner_->putInPlace(); }
+
+private:
+    String scheme_;
+    std::unique_ptr<SchoolToBe> inner_;
 };
 
 /// Factory (driver) of connections for one kind of database, chosen by the scheme of a URL

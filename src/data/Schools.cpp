@@ -4,11 +4,7 @@
 #include "data/Transaction.h"
 
 namespace zv {
-namespace {
-
-constexpr Database all[] = {Database::centro, Database::borrado, Database::entrada};
-
-ConnectionPtr& member(School& school, Database which)
+ConnectionPtr& baseOf(School& school, Database which)
 {
     switch (which) {
     case Database::centro:
@@ -20,6 +16,13 @@ ConnectionPtr& member(School& school, Database which)
     }
     return school.entrada;
 }
+
+const ConnectionPtr& baseOf(const School& school, Database which)
+{
+    return baseOf(const_cast<School&>(school), which); // NOLINT(*-const-cast): nothing is changed.
+}
+
+namespace {
 
 void makeTables(Connection& connection, Database which, DdlStyle style)
 {
@@ -34,8 +37,8 @@ School existing(StringView url, ConnectionPtr (Engine::*open)(StringView, Databa
 {
     Engine& engine = engineOf(url);
     School school;
-    for (const Database which : all)
-        member(school, which) = (engine.*open)(locationOf(url), which);
+    for (const Database which : everyDatabase)
+        baseOf(school, which) = (engine.*open)(locationOf(url), which);
     return school;
 }
 
@@ -46,8 +49,8 @@ School openSchool(StringView url, const std::function<void(const School&)>& chec
     School school = existing(url, &Engine::open);
     if (check)
         check(school);
-    for (const Database which : all)
-        engineOf(url).settle(*member(school, which));
+    for (const Database which : everyDatabase)
+        engineOf(url).settle(*baseOf(school, which));
     return school;
 }
 School inspectSchool(StringView url) { return existing(url, &Engine::inspect); }
@@ -58,9 +61,9 @@ School createSchool(StringView url, const std::function<void(School&)>& fill)
     const std::unique_ptr<SchoolToBe> making = engine.make(locationOf(url));
     {
         School school;
-        for (const Database which : all) {
-            member(school, which) = engine.create(making->location(), which);
-            makeTables(*member(school, which), which, engine.ddl());
+        for (const Database which : everyDatabase) {
+            baseOf(school, which) = engine.create(making->location(), which);
+            makeTables(*baseOf(school, which), which, engine.ddl());
         }
         if (fill)
             fill(school);
@@ -73,9 +76,9 @@ School temporarySchool(StringView url)
 {
     Engine& engine = engineOf(url);
     School school;
-    for (const Database which : all) {
-        member(school, which) = engine.temporary(locationOf(url), which);
-        makeTables(*member(school, which), which, engine.ddl());
+    for (const Database which : everyDatabase) {
+        baseOf(school, which) = engine.temporary(locationOf(url), which);
+        makeTables(*baseOf(school, which), which, engine.ddl());
     }
     return school;
 }

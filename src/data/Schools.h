@@ -6,6 +6,10 @@
 
 namespace zv {
 
+/// One of a school's databases.
+ConnectionPtr& baseOf(School& school, Database which);
+const ConnectionPtr& baseOf(const School& school, Database which);
+
 /// Opens the three databases of the school at a URL, which must exist. If that or the callback `check` fails,
 /// nothing of them was changed.
 School openSchool(StringView url, const std::function<void(const School&)>& check = {});

@@ -76,20 +76,6 @@ private:
     ConnectionPtr late_;
 };
 
-/// Forwards to the inner engine, whose location gets that engine's scheme in front.
-class LateSchoolToBe final : public SchoolToBe {
-public:
-    explicit LateSchoolToBe(StringView url)
-        : scheme_(engineOf(url).scheme()), inner_(engineOf(url).make(locationOf(url)))
-    {}
-    String location() const override { return scheme_ + u":" + inner_->location(); }
-    void putInPlace() override { inner_->putInPlace(); }
-
-private:
-    String scheme_;
-    std::unique_ptr<SchoolToBe> inner_;
-};
-
 class LateEngine final : public Engine {
 public:
     StringView scheme() const override { return u"tardia"; }
@@ -109,7 +95,7 @@ public:
     }
     std::unique_ptr<SchoolToBe> make(StringView url) override
     {
-        return std::make_unique<LateSchoolToBe>(url);
+        return std::make_unique<ForwardedSchoolToBe>(url);
     }
     std::vector<String> damage(Connection& connection) override
     {

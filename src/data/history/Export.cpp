@@ -4,6 +4,8 @@
 #include "data/Statement.h"
 #include "data/Tokens.h"
 #include "data/history/Fields.h"
+#include "data/history/Words.h"
+#include "runtime/Json.h"
 
 #include <map>
 #include <optional>
@@ -12,51 +14,6 @@ namespace zv::history {
 namespace {
 
 constexpr StringView hidden = u"…";
-
-StringView kindName(Kind kind)
-{
-    switch (kind) {
-    case Kind::opened:
-        return u"apertura";
-    case Kind::added:
-        return u"alta";
-    case Kind::changed:
-        return u"cambio";
-    case Kind::removed:
-        return u"baja";
-    case Kind::read:
-        return u"lectura";
-    case Kind::failed:
-        return u"fallo";
-    case Kind::missed:
-        return u"sin fila";
-    case Kind::opaque:
-        return u"instrucción";
-    case Kind::ended:
-        return u"fin";
-    case Kind::erased:
-        return u"olvido";
-    }
-    return u"";
-}
-
-String quoted(StringView text)
-{
-    String result = u"\"";
-    for (const char16_t unit : text) {
-        constexpr StringView digits = u"0123456789abcdef";
-        if (unit < 0x20) {
-            result += u"\\u00";
-            result += digits[unit >> 4];
-            result += digits[unit & 0xF];
-            continue;
-        }
-        if (unit == u'"' || unit == u'\\')
-            result += u'\\';
-        result += unit;
-    }
-    return result + u"\"";
-}
 
 /// Numbers for names, from 1 in the order of their appearance.
 class Pseudonyms {
@@ -77,14 +34,14 @@ public:
 
     std::string line(const Entry& entry)
     {
-        String result = u"{\"asiento\":" + literal(entry.number) + u",\"momento\":" + quoted(entry.moment) +
-                        u",\"clase\":" + quoted(kindName(entry.kind)) + u",\"apertura\":" +
+        String result = u"{\"asiento\":" + literal(entry.number) + u",\"momento\":" + jsonText(entry.moment) +
+                        u",\"clase\":" + jsonText(wordFor(entry.kind)) + u",\"apertura\":" +
                         literal(entry.opening) + u",\"guardado\":" + literal(entry.save) + u",\"tabla\":" +
-                        quoted(entry.table) + u",\"fila\":" + quoted(hides_ ? row(entry.row) : entry.row) +
-                        u",\"antes\":" + contents(entry, entry.before) + u",\"despues\":" +
-                        contents(entry, entry.after);
+                        jsonText(entry.table) + u",\"fila\":" +
+                        jsonText(hides_ ? row(entry.row) : entry.row) + u",\"antes\":" +
+                        contents(entry, entry.before) + u",\"despues\":" + contents(entry, entry.after);
         if (!hides_)
-            result += u",\"huella\":" + quoted(entry.digest) + u",\"enlace\":" + quoted(entry.link);
+            result += u",\"huella\":" + jsonText(entry.digest) + u",\"enlace\":" + jsonText(entry.link);
         return toUtf8(result + u"}");
     }
 
@@ -96,11 +53,11 @@ private:
         try {
             fields = fieldsIn(text);
         } catch (const DataError&) {
-            return quoted(hides_ ? hidden : StringView(text));
+            return jsonText(hides_ ? hidden : StringView(text));
         }
         String result;
         for (const Field& each : *fields)
-            result += (result.empty() ? u"{" : u",") + quoted(each.column) + u":" + value(entry, each);
+            result += (result.empty() ? u"{" : u",") + jsonText(each.column) + u":" + value(entry, each);
         return result.empty() ? u"null" : result + u"}";
     }
 
@@ -108,18 +65,18 @@ private:
     {
         const auto* text = field.value.as<String>();
         if (!hides_)
-            return text ? quoted(*text) : field.value.isNull() ? u"null" : literal(field.value);
+            return text ? jsonText(*text) : field.value.isNull() ? u"null" : literal(field.value);
         if (field.value.isNull())
             return u"null";
         if (entry.kind == Kind::opened && sameName(field.column, u"IDUsuario"))
             return users_.of(literal(field.value));
         if (entry.kind == Kind::opened && sameName(field.column, u"Puesto"))
-            return quoted(u"puesto " + stations_.of(*text));
+            return jsonText(u"puesto " + stations_.of(*text));
         if (isPupil(field.column))
             return pupils_.of(literal(field.value));
         // What the history itself says of a dialog or an erasure is nobody's text.
         const bool ours = entry.kind == Kind::erased || sameName(field.column, u"Dialogo");
-        return !text ? literal(field.value) : quoted(ours ? StringView(*text) : hidden);
+        return !text ? literal(field.value) : jsonText(ours ? StringView(*text) : hidden);
     }
 
     static bool isPupil(StringView column)

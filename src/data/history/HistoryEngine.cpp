@@ -48,20 +48,6 @@ void switchOn(Connection& centro)
     }
 }
 
-/// Forwards to the inner engine, whose location gets that engine's scheme in front.
-class HistorySchoolToBe final : public SchoolToBe {
-public:
-    explicit HistorySchoolToBe(StringView url)
-        : scheme_(engineOf(url).scheme()), inner_(engineOf(url).make(locationOf(url)))
-    {}
-    String location() const override { return scheme_ + u":" + inner_->location(); }
-    void putInPlace() override { inner_->putInPlace(); }
-
-private:
-    String scheme_;
-    std::unique_ptr<SchoolToBe> inner_;
-};
-
 class HistoryEngine final : public Engine {
 public:
     StringView scheme() const override { return prefix; }
@@ -100,7 +86,7 @@ public:
     std::unique_ptr<SchoolToBe> make(StringView url) override
     {
         inner(url);
-        return std::make_unique<HistorySchoolToBe>(url);
+        return std::make_unique<ForwardedSchoolToBe>(url);
     }
     ConnectionPtr create(StringView url, Database which) override
     {

@@ -4,6 +4,7 @@
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
+#include <array>
 #include <chrono>
 
 namespace zv::history {
@@ -42,6 +43,16 @@ Fields fieldsOrNone(StringView text)
 }
 
 } // namespace
+
+StringView wordFor(Kind kind)
+{
+    constexpr std::array<StringView, 11> words{u"",        u"apertura", u"alta",     u"cambio",      u"baja",
+                                               u"lectura", u"fallo",    u"sin fila", u"instrucción", u"fin",
+                                               u"olvido"};
+    // What somebody else wrote into the table may be no kind at all.
+    const auto place = static_cast<std::size_t>(kind);
+    return place < words.size() ? words.at(place) : StringView();
+}
 
 String whenTold(StringView moment, Seconds now)
 {

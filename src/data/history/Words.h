@@ -8,6 +8,8 @@ namespace zv::history {
 /// What the history says to the staff: Spanish, one line each, moments in this machine's local time. A text
 /// that is stored enciphered never shows, not even as it is stored.
 
+/// A kind of entry in a word, for lists and JSON: "alta", "cambio".
+StringView wordFor(Kind kind);
 /// "hoy a las 9:14", "ayer a las 9:14", "el 12/9/2024 a las 9:14"; `now` says which day is today.
 String whenTold(StringView moment, Seconds now);
 /// Who: "ANA en frmBanco"; without a name the user's number.

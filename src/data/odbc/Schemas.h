@@ -10,7 +10,6 @@ namespace zv::odbc {
 /// Suffix of a database's schema: NAME, NAME_borrado, NAME_entrada.
 StringView suffixOf(Database which);
 /// In the order of creation and renaming.
-constexpr std::array everyDatabase{Database::centro, Database::borrado, Database::entrada};
 
 /// Setting of a link that selects the schema (search_path).
 String searchPath(StringView schema);

@@ -14,8 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr Database everyDatabase[] = {Database::centro, Database::borrado, Database::entrada};
-
 fs::path noteOf(fs::path live) { return live += ".cambiando"; }
 
 /// Folds the log into the file, which only works while nobody else has it open.

@@ -2,7 +2,10 @@
 
 #include "runtime/String.h"
 
-namespace zv::zvconf {
+namespace zv {
+
+/// A text in JSON's quotes. Controls and lone surrogates, which UTF-8 does not have, by their number.
+String jsonText(StringView text);
 
 /// Writer of one JSON object; the only JSON that is written here, so that no library is wanted, which the
 /// build for Windows would have to bring along.
@@ -19,4 +22,4 @@ private:
     String members_;
 };
 
-} // namespace zv::zvconf
+} // namespace zv

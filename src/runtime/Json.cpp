@@ -1,12 +1,10 @@
-#include "zvconf/Json.h"
+#include "runtime/Json.h"
 
 #include "runtime/Convert.h"
 
-namespace zv::zvconf {
-namespace {
+namespace zv {
 
-/// A text in JSON's quotes. Controls and lone surrogates, which UTF-8 does not have, by their number.
-String quoted(StringView text)
+String jsonText(StringView text)
 {
     constexpr StringView digits = u"0123456789abcdef";
     String result = u"\"";
@@ -29,18 +27,16 @@ String quoted(StringView text)
     return result + u"\"";
 }
 
-} // namespace
-
 JsonObject& JsonObject::raw(StringView name, StringView value)
 {
-    members_ += (members_.empty() ? u"" : u",") + quoted(name) + u":" + String(value);
+    members_ += (members_.empty() ? u"" : u",") + jsonText(name) + u":" + String(value);
     return *this;
 }
 
-JsonObject& JsonObject::text(StringView name, StringView value) { return raw(name, quoted(value)); }
+JsonObject& JsonObject::text(StringView name, StringView value) { return raw(name, jsonText(value)); }
 
 JsonObject& JsonObject::number(StringView name, std::int64_t value) { return raw(name, decimalText(value)); }
 
 JsonObject& JsonObject::object(StringView name, const JsonObject& value) { return raw(name, value.str()); }
 
-} // namespace zv::zvconf
+} // namespace zv
