@@ -244,6 +244,7 @@ TEST(HistoryWords, a_moment_is_told_as_people_do)
     tzset();
     const Seconds now = *momentIn(u"2024-09-12 08:30:00");
     for (const auto& [moment, told] : {std::pair(u"2024-09-12 07:14:00.125", u"hoy a las 9:14"),
+                                       std::pair(u"2024-09-11 23:05:00.000", u"hoy a la 1:05"),
                                        std::pair(u"2024-09-11 21:59:00.000", u"ayer a las 23:59"),
                                        std::pair(u"2024-01-09 09:05:00.000", u"el 9/1/2024 a las 10:05")})
         EXPECT_EQ(toUtf8(history::whenTold(moment, now)), toUtf8(told));

@@ -65,7 +65,7 @@ String whenTold(StringView moment, Seconds now)
     const String which = sameDay(now)                            ? u"hoy"
                          : sameDay(now - std::chrono::hours(24)) ? u"ayer"
                                                                  : u"el " + day(local);
-    return which + u" a las " + hour;
+    return which + (hour.starts_with(u"1:") ? u" a la " : u" a las ") + hour;
 }
 
 String whoTold(const Opening& opening)
