@@ -22,6 +22,7 @@ public:
         std::function<void()> shows;
         std::function<void()> gives;     ///< None where nothing may be written.
         std::vector<Long> openings = {}; ///< Of the dialogs that it tells of.
+        bool foretells = false; ///< What a dialog will do: told until something is told of what one did.
     };
     /// Tells it, behind those that wait already.
     void tell(Message message);
