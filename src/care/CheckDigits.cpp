@@ -26,7 +26,7 @@ unsigned long numberOf(StringView digits)
     return number;
 }
 
-String naturalControl(StringView digits) { return String(1, naturalControls[numberOf(digits) % 23]); }
+String naturalControl(StringView digits) { return String() + naturalControls[numberOf(digits) % 23]; }
 
 /// Luhn's sum, the odd places doubled.
 String legalControl(char16_t kind, StringView digits)

@@ -57,8 +57,8 @@ using Answers = std::unordered_map<Long, Answer>;
 /// Cache of what the rules read: a query runs once, however many ask.
 class Facts {
 public:
-    Facts(const School& school, Long onlySection, Decipher decipher)
-        : school_(school), only_(onlySection), decipher_(std::move(decipher))
+    Facts(School school, Long onlySection, Decipher decipher)
+        : school_(std::move(school)), only_(onlySection), decipher_(std::move(decipher))
     {}
 
     const Rows& rows(StringView query, Database which = Database::centro);

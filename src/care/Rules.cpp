@@ -20,7 +20,7 @@ bool isLacking(const DataError& error)
     return error.number() == failure::tableMissing || error.number() == failure::columnMissing;
 }
 
-Survey look(const School& school, const Look& how, const std::function<bool(const Rule&)>& wanted)
+Survey lookBy(const School& school, const Look& how, const std::function<bool(const Rule&)>& wanted)
 {
     Facts facts(school, how.section, how.decipher);
     Survey result;
@@ -53,9 +53,9 @@ std::vector<StringView> ruleNames()
     return names;
 }
 
-Survey survey(const School& school, const Look& how)
+Survey survey(const School& school, const Look& look)
 {
-    return look(school, how, [&](const Rule& rule) { return !how.area || rule.area == *how.area; });
+    return lookBy(school, look, [&](const Rule& rule) { return !look.area || rule.area == *look.area; });
 }
 
 std::vector<Finding> repair(const School& school, const std::vector<Finding>& named)
@@ -67,7 +67,7 @@ std::vector<Finding> repair(const School& school, const std::vector<Finding>& na
     };
     Transaction transaction(*school.centro);
     std::vector<Finding> done;
-    const Survey now = look(school, {}, [&](const Rule& rule) {
+    const Survey now = lookBy(school, {}, [&](const Rule& rule) {
         return std::ranges::any_of(
             named, [&](const Finding& each) { return each.repair && each.rule == rule.name; });
     });

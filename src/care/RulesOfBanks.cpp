@@ -146,13 +146,13 @@ void submitter(Facts& facts, Found& found)
         const auto branch = all.find(longIn(row[5]));
         std::vector<String> lacks;
         if (!bankNames(facts).contains(bank))
-            lacks.push_back(u"su banco ya no está");
+            lacks.emplace_back(u"su banco ya no está");
         else if (branch == all.end() || branch->second.bank != bank)
-            lacks.push_back(u"su sucursal ya no está en " + bankName(facts, bank));
+            lacks.emplace_back(u"su sucursal ya no está en " + bankName(facts, bank));
         if (!fitsSuffix(textIn(row[3])))
-            lacks.push_back(u"su sufijo no son tres dígitos");
+            lacks.emplace_back(u"su sufijo no son tres dígitos");
         if (Trim(textIn(row[1])).empty() || Trim(textIn(row[2])).empty())
-            lacks.push_back(u"le falta el nombre o el NIF-CIF");
+            lacks.emplace_back(u"le falta el nombre o el NIF-CIF");
         if (!lacks.empty())
             found.add(u"Presentador", longIn(row[0]),
                       statement(u"Al abrir el presentador {} no se podrá aceptar: {}.",
@@ -183,26 +183,36 @@ Party partyIn(const std::vector<Value>& row)
             .issuer = Trim(textIn(row[10])).empty()};
 }
 
+/// Why the dialog will not accept the party as it is.
+std::vector<String> lacksOf(Facts& facts, const std::vector<Value>& row)
+{
+    const Party party = partyIn(row);
+    const bool served = isTrue(row[11]);
+    std::vector<String> lacks;
+    if (Trim(party.name).empty() || Trim(party.tax).empty())
+        lacks.emplace_back(u"le falta el nombre o el NIF-CIF");
+    if (!party.issuer) {
+        const auto& provinces = facts.names(u"Provincia", u"IDProvincia", u"Descripcion");
+        if (Trim(textIn(row[5])).empty() || Trim(textIn(row[6])).empty() || Trim(textIn(row[8])).empty() ||
+            !provinces.contains(longIn(row[7])))
+            lacks.emplace_back(u"le falta una parte de su dirección");
+        return lacks;
+    }
+    const auto& submitters = served ? facts.names(u"PresentadorMTP", u"IDPresentadorMTP", u"Nombre")
+                                    : facts.names(u"Presentador", u"IDPresentador", u"Nombre");
+    if (!submitters.contains(longIn(row[served ? 9 : 4])))
+        lacks.emplace_back(served ? u"su presentador del servicio MTP ya no está"
+                                  : u"su presentador ya no está");
+    if (!fitsSuffix(party.suffix))
+        lacks.emplace_back(u"su sufijo no son tres dígitos");
+    return lacks;
+}
+
 void issuer(Facts& facts, Found& found)
 {
-    const auto& submitters = facts.names(u"Presentador", u"IDPresentador", u"Nombre");
-    const auto& services = facts.names(u"PresentadorMTP", u"IDPresentadorMTP", u"Nombre");
-    const auto& provinces = facts.names(u"Provincia", u"IDProvincia", u"Descripcion");
     for (const auto& row : partyRows(facts)) {
         const Party party = partyIn(row);
-        const bool served = isTrue(row[11]);
-        std::vector<String> lacks;
-        if (Trim(party.name).empty() || Trim(party.tax).empty())
-            lacks.push_back(u"le falta el nombre o el NIF-CIF");
-        if (party.issuer && !(served ? services : submitters).contains(longIn(row[served ? 9 : 4])))
-            lacks.push_back(served ? u"su presentador del servicio MTP ya no está"
-                                   : u"su presentador ya no está");
-        if (party.issuer && !fitsSuffix(party.suffix))
-            lacks.push_back(u"su sufijo no son tres dígitos");
-        if (!party.issuer && (Trim(textIn(row[5])).empty() || Trim(textIn(row[6])).empty() ||
-                              Trim(textIn(row[8])).empty() || !provinces.contains(longIn(row[7]))))
-            lacks.push_back(u"le falta una parte de su dirección");
-        if (!lacks.empty())
+        if (const std::vector<String> lacks = lacksOf(facts, row); !lacks.empty())
             found.add(u"Emisor", party.id,
                       statement(u"Al abrir {} {} no se podrá aceptar: {}.",
                                 {party.issuer ? u"el emisor" : u"el ordenante", inQuotes(party.name),

@@ -209,48 +209,60 @@ void incomplete(Facts& facts, Found& found)
     }
 }
 
+/// The answers that notes of one question give, each once.
+std::set<Long> answersOf(const std::vector<const Note*>& notes)
+{
+    std::set<Long> given;
+    for (const Note* note : notes)
+        if (note->answer > 0)
+            given.insert(note->answer);
+    return given;
+}
+
+/// Leaves one, that which says something if any does.
+std::function<void(Connection&)> withoutTheOthers(const std::vector<const Note*>& same)
+{
+    const auto kept = std::ranges::max_element(same, {}, [](const Note* note) { return note->answer > 0; });
+    std::vector<Long> keys;
+    keys.reserve(same.size());
+    for (const Note* note : same)
+        if (note != *kept)
+            keys.push_back(note->key);
+    return [keys](Connection& centro) {
+        for (const Long key : keys)
+            centro.Execute(statement(u"DELETE FROM ConsejoOrientador_Nota WHERE IDCORNota={}", {key}));
+    };
+}
+
+void addDouble(Facts& facts, Found& found, const Pupil& pupil, const std::vector<const Note*>& same)
+{
+    const std::set<Long> given = answersOf(same);
+    std::vector<String> words;
+    words.reserve(given.size());
+    for (const Long answer : given)
+        words.push_back(named(facts.answers(), answer));
+    Finding& one = found.add(
+        notesTable, same.front()->key,
+        statement(u"En el consejo de {}, {} tiene {} {} veces{}: se ve una, y al aceptar se guarda en todas.",
+                  {facts.section(pupil.section).name, pupil.name, questionName(facts, same.front()->question),
+                   static_cast<Long>(same.size()), given.empty() ? String() : u", con " + listed(words)}),
+        given.size() > 1 ? u"Apunte cuál vale, abra el consejo, elíjala y acepte; después se puede quitar la "
+                           u"fila que sobra."
+                         : u"Quite la fila que sobra: no dice nada que no diga la otra.");
+    one.section = pupil.section;
+    if (given.size() <= 1)
+        one.repair = withoutTheOthers(same);
+}
+
 void doubled(Facts& facts, Found& found)
 {
     for (const auto& [id, notes] : listedNotes(facts)) {
         std::map<Long, std::vector<const Note*>> byQuestion;
         for (const Note* note : notes)
             byQuestion[note->question].push_back(note);
-        for (const auto& [question, same] : byQuestion) {
-            if (same.size() < 2)
-                continue;
-            std::set<Long> given;
-            for (const Note* note : same)
-                if (note->answer > 0)
-                    given.insert(note->answer);
-            std::vector<String> words;
-            for (const Long answer : given)
-                words.push_back(named(facts.answers(), answer));
-            const Pupil& pupil = *facts.pupil(id);
-            Finding& one = found.add(
-                notesTable, same.front()->key,
-                statement(u"En el consejo de {}, {} tiene {} {} veces{}: se ve una, y al aceptar se guarda "
-                          u"en todas.",
-                          {facts.section(pupil.section).name, pupil.name, questionName(facts, question),
-                           static_cast<Long>(same.size()),
-                           given.empty() ? String() : u", con " + listed(words)}),
-                given.size() > 1 ? u"Apunte cuál vale, abra el consejo, elíjala y acepte; después se puede "
-                                   u"quitar la fila que sobra."
-                                 : u"Quite la fila que sobra: no dice nada que no diga la otra.");
-            one.section = pupil.section;
-            if (given.size() > 1)
-                continue;
-            const auto kept =
-                std::ranges::max_element(same, {}, [](const Note* note) { return note->answer > 0; });
-            std::vector<Long> keys;
-            for (const Note* note : same)
-                if (note != *kept)
-                    keys.push_back(note->key);
-            one.repair = [keys](Connection& centro) {
-                for (const Long key : keys)
-                    centro.Execute(
-                        statement(u"DELETE FROM ConsejoOrientador_Nota WHERE IDCORNota={}", {key}));
-            };
-        }
+        for (const auto& [question, same] : byQuestion)
+            if (same.size() > 1)
+                addDouble(facts, found, *facts.pupil(id), same);
     }
 }
 
