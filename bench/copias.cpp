@@ -127,9 +127,9 @@ void large(const Setting& setting)
     const String text = file ? u"hex(randomblob(1000))" : u"repeat(md5(random()::text),62)";
     const Long rows = setting.megabytes * 500;
     school.centro->executeNative(
-        u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<" + decimalText(rows) +
-        u") INSERT INTO Enfermedad (IDEnfermedad,Nombre,Descripcion) SELECT i+10000,'x'," + text +
-        u" FROM n");
+        u"INSERT INTO Enfermedad (IDEnfermedad,Nombre,Descripcion) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL"
+        u" SELECT i+1 FROM n WHERE i<" +
+        decimalText(rows) + u") SELECT i+10000,'x'," + text + u" FROM n");
     const auto start = Clock::now();
     care::takeCopy(setting.url, setting.copy(), "", "");
     const double seconds = Milliseconds(Clock::now() - start).count() / 1000;
