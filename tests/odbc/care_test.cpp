@@ -113,7 +113,7 @@ public:
                         base->Execute(
                             statement(u"INSERT INTO profesion (IDProfesion,nombre) VALUES ({},'x')", {key}));
                     ++returned;
-                    usleep(2000);
+                    usleep(static_cast<useconds_t>(times(2000, 100000)));
                 }
             });
     }
