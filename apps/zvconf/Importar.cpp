@@ -5,16 +5,15 @@
 #include "data/history/HistoryEngine.h"
 #include "module/Module.h"
 #include "robot/Import.h"
+#include "robot/ImportFields.h"
 #include "robot/Rehearsal.h"
 #include "runtime/Convert.h"
 #include "runtime/Json.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <optional>
 
 namespace zv::zvconf {
 namespace {
@@ -35,7 +34,7 @@ std::vector<CsvLine> linesOf(const String& file)
 const ModuleNode& nodeOf(const String& word)
 {
     for (const ModuleNode& each : moduleNodes())
-        if (decimalText(each.number) == word || sameName(each.title, word))
+        if (decimalText(each.number) == word || sameWord(each.title, word))
             return each;
     throw UsageError(u"«" + word +
                      u"» no es el número de un nodo ni el nombre de una lista: los dice «zvconf nodos».");
@@ -64,7 +63,7 @@ public:
                                                    line.message.empty() ? u"." : u": " + line.message}));
         }
         // At once, as the import may be cut.
-        if (opening != 0 && opening_ == 0)
+        if (line.added && opening_ == 0 && opening != 0)
             std::cerr << toUtf8(undoing(opening_ = opening)) << '\n';
         if (const Long done = added_ + refused_; done % stride == 0)
             std::cerr << done << " de " << lines_ << " líneas\n";

@@ -195,7 +195,7 @@ std::vector<CsvLine> csvLines(StringView text) { return Parser(text).lines(); }
 
 String csvCell(StringView text)
 {
-    const String marked = (isFormulaBehindMarks(text) ? u"'" : u"") + String(text);
+    String marked = (isFormulaBehindMarks(text) ? u"'" : u"") + String(text);
     if (marked.find_first_of(u"\";\n\r") == String::npos)
         return marked;
     return u'"' + Replace(marked, u"\"", u"\"\"") + u'"';
