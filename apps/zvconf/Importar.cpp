@@ -13,7 +13,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
+#include <sstream>
+#include <stdexcept>
 
 namespace zv::zvconf {
 namespace {
@@ -24,10 +25,12 @@ constexpr Long stride = 500;
 std::vector<CsvLine> linesOf(const String& file)
 {
     std::ifstream stream(std::filesystem::path(file), std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    stream.peek(); // Opening a folder succeeds; reading it fails.
     if (!stream.is_open() || stream.bad())
         throw std::runtime_error("No se puede leer el fichero " + toUtf8(file) + ".");
-    return csvLines(csvText(bytes));
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return csvLines(csvText(bytes.str()));
 }
 
 /// By its number, or by what the list is called.
@@ -65,6 +68,11 @@ public:
         // At once, as the import may be cut.
         if (line.added && opening_ == 0 && opening != 0)
             std::cerr << toUtf8(undoing(opening_ = opening)) << '\n';
+        // Nothing more is added of which nobody would be told.
+        if (!std::cout.flush())
+            throw std::runtime_error(
+                "No se puede escribir el resultado, y se deja de importar: la salida está "
+                "cerrada o el disco lleno.");
         if (const Long done = added_ + refused_; done % stride == 0)
             std::cerr << done << " de " << lines_ << " líneas\n";
     }
