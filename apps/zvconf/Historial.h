@@ -23,7 +23,10 @@ int verHistorial(Arguments arguments);
 int deshacerHistorial(Arguments arguments);
 int cortadosHistorial(Arguments arguments);
 
-// For the subcommands.
+// For the subcommands, and others that write.
+
+/// As whom the command line writes.
+Opening ourselves();
 
 /// A number from 1 that stands behind an option; what is no such number fails with a UsageError.
 Long numberFrom(const String& text);
@@ -32,8 +35,6 @@ Long numberFrom(const String& text);
 String rowOf(String& table, const String& number);
 /// A local time "AAAA-MM-DD HH:MM", or a day alone; any other text fails with a UsageError.
 Seconds momentFrom(const String& text);
-/// As whom the command line writes into the history.
-Opening ourselves();
 /// The live database of a school that has a history; one that has none fails with a RuntimeError.
 std::shared_ptr<history::HistoryConnection> openHistory(StringView url);
 /// Does what reads the history's tables, and tells a person what it means where they are missing.
