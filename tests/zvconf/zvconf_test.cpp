@@ -122,7 +122,7 @@ TEST_F(Zvconf, finds_what_the_disk_spoilt)
 TEST_F(Zvconf, stopped_while_it_makes_a_school_leaves_a_whole_one_or_none)
 {
     for (const char* delay : {"0.01", "0.02", "0.03", "0.05", "0.08", "0.12"}) {
-        const std::string line = std::string("timeout -s INT ") + delay +
+        const std::string line = "cd '" + folder.string() + "' && timeout -s INT " + delay +
                                  " '" ZVCONF "' crear --bd 'sqlite:" + (folder / "c.db").string() +
                                  "' --ejemplo >/dev/null 2>&1";
         std::system(line.c_str());
