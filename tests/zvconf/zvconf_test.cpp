@@ -156,7 +156,6 @@ TEST_F(Zvconf, says_what_dialogs_will_do_to_the_data_repairs_it_and_takes_that_b
 TEST_F(Zvconf, stopped_while_it_makes_a_school_leaves_a_whole_one_or_none)
 {
     for (const char* delay : {"0.01", "0.02", "0.03", "0.05", "0.08", "0.12"}) {
-        // Its key goes into the folder too.
         const std::string line = "cd '" + folder.string() + "' && timeout -s INT " + delay +
                                  " '" ZVCONF "' crear --bd 'sqlite:" + (folder / "c.db").string() +
                                  "' --ejemplo >/dev/null 2>&1";
