@@ -5,7 +5,7 @@ namespace zv::journal {
 bool Place::same(const Place& other) const
 {
     return control == other.control && index == other.index && pupil == other.pupil &&
-           question == other.question && (input != Input::rating || page == other.page);
+           within == other.within && question == other.question && (input != Input::rating || page == other.page);
 }
 
 bool Opening::sameAs(const Opening& other) const

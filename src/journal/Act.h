@@ -35,6 +35,8 @@ struct Place {
     Input input = Input::text;
     String control = {};
     int index = -1;      ///< In its control array, or -1.
+    /// 0, or which of the dialogs that were opened within the journal's own, in their order from 1.
+    int within = 0;
     Entry pupil = {};    ///< Number 0 where the dialog holds no section.
     int page = 0;        ///< Tab on which the input was reached; 0 without tabs.
     Entry question = {}; ///< Of a rating: the subject.

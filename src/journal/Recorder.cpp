@@ -113,6 +113,7 @@ void Recorder::loading(Form& form)
     if (Open* below = opener != nullptr ? find(opener) : nullptr) {
         if (std::ranges::find(withinTheirOpener, form.Name()) != std::end(withinTheirOpener)) {
             open.within = below->form;
+            ++below->inner;
             Record inner(std::in_place_type<Inner>);
             std::get<Inner>(inner).dialog = form.Name();
             write(*below, inner, false);
@@ -178,9 +179,7 @@ void Recorder::acted(const PersonAct& act, bool done)
             kept.closes && (act.verb == ActVerb::close || act.key == Key::Escape || isCancel(act.control));
         const View before = open->watch->view();
         if (!kept.closes)
-            for (Watch::Difference& each : open->watch->differences(act.control))
-                kept.changes.push_back(
-                    {placeIn(*journal, each.place), std::move(each.before), std::move(each.after)});
+            noteChanges(*open, *journal, act, kept);
         if (!kept.inner && (journal->viewed != before))
             kept.view = journal->viewed = before;
         const bool starts = !kept.changes.empty() || kept.ordered;
@@ -190,10 +189,27 @@ void Recorder::acted(const PersonAct& act, bool done)
         std::erase_if(open_, [&](const Open& each) { return each.form == &act.form; });
 }
 
+/// Lists, options and ticks that belong to no pupil may fill others: what was chosen is chosen again in its
+/// turn, and is noted even if it is the same.
+void Recorder::noteChanges(Open& open, Open& journal, const PersonAct& act, Act& kept)
+{
+    std::vector<Watch::Difference> found = open.watch->differences(act.control);
+    const auto own = open.watch->choice(act.control);
+    const bool changed = own && !found.empty() && found.front().place.same(own->place);
+    if (own && !changed && act.verb == ActVerb::choose)
+        found.insert(found.begin(), *own);
+    kept.ordered |= own && !kept.inner && (changed || act.verb == ActVerb::choose);
+    for (Watch::Difference& each : found) {
+        each.place.within = kept.inner ? journal.inner : 0;
+        kept.changes.push_back(
+            {placeIn(journal, each.place), std::move(each.before), std::move(each.after)});
+    }
+}
+
 std::size_t Recorder::placeIn(Open& journal, const Place& place)
 {
     const PlaceKey key{place.control,
-                       place.index,
+                       place.index, place.within,
                        place.pupil.number,
                        place.pupil.text,
                        place.input == Input::rating ? place.page : 0,

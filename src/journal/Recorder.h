@@ -34,7 +34,7 @@ public:
     const Writer* writer(const Form& form) const;
 
 private:
-    using PlaceKey = std::tuple<String, int, Long, String, int, Long, String, Long>;
+    using PlaceKey = std::tuple<String, int, int, Long, String, int, Long, String, Long>;
     struct Open {
         Form* form = nullptr;
         Form* within = nullptr; ///< The dialog whose contents alone it changes.
@@ -43,6 +43,7 @@ private:
         std::unique_ptr<Writer> writer = {};
         std::vector<Record> waiting = {}; ///< Until the first change.
         std::map<PlaceKey, std::size_t> places = {};
+        int inner = 0;         ///< Dialogs that were opened within it.
         View viewed = {}; ///< That the journal knows.
         bool failed = false;
         bool closed = false;
@@ -57,6 +58,7 @@ private:
     Open* journalOf(Open& open);
     void write(Open& journal, const Record& record, bool starts);
     void start(Open& journal);
+    void noteChanges(Open& open, Open& journal, const PersonAct& act, Act& kept);
     std::size_t placeIn(Open& journal, const Place& place);
     static bool isOrdered(const Open& open, const PersonAct& act);
 

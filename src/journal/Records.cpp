@@ -132,7 +132,7 @@ void read(In& in, Opening& o)
 
 void write(Out& out, const Place& p)
 {
-    out << static_cast<Long>(p.input) << p.control << p.index << p.pupil << p.page << p.question << p.column
+    out << static_cast<Long>(p.input) << p.control << p.index << p.within << p.pupil << p.page << p.question << p.column
         << p.label;
 }
 
@@ -141,6 +141,7 @@ void read(In& in, Place& p)
     in.choice(p.input, Input::rating);
     in.into(p.control);
     in.into(p.index);
+    in.into(p.within);
     in.into(p.pupil);
     in.into(p.page);
     in.into(p.question);

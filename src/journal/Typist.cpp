@@ -183,12 +183,12 @@ void Typist::follow(const std::vector<Step>& steps)
         if (!form_.Visible())
             putAside(step, Fate::refused);
         else if (step.value)
-            take(*step.value);
+            take(*step.value, step.again);
         else
             act(step);
 }
 
-void Typist::take(const Change& change)
+void Typist::take(const Change& change, bool again)
 {
     const Place& place = draft_.places[change.place];
     const auto [entry, fresh] = known_.try_emplace(draft_.first(change.place), Known{items.size()});
@@ -210,11 +210,12 @@ void Typist::take(const Change& change)
         known.lost = true;
         return;
     }
-    type(change, place, *control, known);
+    type(change, again, *control, known);
 }
 
-void Typist::type(const Change& change, const Place& place, Control& control, Known& known)
+void Typist::type(const Change& change, bool again, Control& control, Known& known)
 {
+    const Place& place = draft_.places[change.place];
     Item& item = items[known.item];
     const Held now = heldAt(place, control);
     const bool fresh = !std::exchange(known.seen, true);
@@ -226,17 +227,22 @@ void Typist::type(const Change& change, const Place& place, Control& control, Kn
     const auto same = [&](const Held& a, const Held& b) {
         return rating && !typing_ ? shows(a.value.text, b.value) : means(a, b);
     };
-    if (isConsequence(place, change.after) || same(now, change.after))
+    if (isConsequence(place, change.after))
         return;
-    if (fresh && !same(stored, change.before)) {
+    const bool isThere = same(now, change.after);
+    if (isThere && item.fate != Fate::stored)
+        item.fate = Fate::typed;
+    if (isThere && !(again && typing_ && place.input == Input::list))
+        return;
+    if (fresh && !isThere && !same(stored, change.before)) {
         item.fate = Fate::clash;
         known.lost = true;
     } else if (!typing_) {
         item.fate = Fate::typed;
     } else if (place.input == Input::list || rating) {
         const auto& list = dynamic_cast<const ComboBox&>(control);
-        known.lost = !indexOf(change.after.value, list);
-        item.fate = known.lost ? Fate::noPlace : set(control, change.after) ? Fate::typed : Fate::refused;
+        const bool there = indexOf(change.after.value, list).has_value();
+        item.fate = !there ? Fate::noPlace : set(control, change.after) ? Fate::typed : Fate::refused;
     } else {
         item.fate = set(control, change.after) ? Fate::typed : Fate::refused;
     }
@@ -270,7 +276,7 @@ void Typist::settle()
         for (auto& [first, known] : known_) {
             Item& item = items[known.item];
             const Place& place = draft_.places[first];
-            Control* control = known.lost ? nullptr : reach(place);
+            Control* control = known.lost || item.fate == Fate::noPlace ? nullptr : reach(place);
             if (control == nullptr || isConsequence(place, item.change.after) ||
                 means(heldBy(*control), item.change.after))
                 continue;

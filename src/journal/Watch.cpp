@@ -140,6 +140,14 @@ bool Watch::holdsStill(const Watched& watched)
     }
 }
 
+std::optional<Watch::Difference> Watch::choice(const Control* control) const
+{
+    const auto found = std::ranges::find(inputs_, control, &Watched::control);
+    if (controls_.isSection() || found == inputs_.end() || found->input == Input::text)
+        return std::nullopt;
+    return Difference{placeOf(*found), found->held, found->held};
+}
+
 std::vector<Watch::Difference> Watch::differences(const Control* first)
 {
     std::vector<Difference> found;

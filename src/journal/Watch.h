@@ -3,7 +3,7 @@
 #include "forms/SectionControls.h"
 #include "journal/Act.h"
 
-#include <map>
+#include <optional>
 
 namespace zv {
 class CheckBox;
@@ -34,6 +34,9 @@ public:
     /// Differences since the last call, the given control's first. What another pupil shows because he was
     /// chosen is none.
     std::vector<Difference> differences(const Control* first);
+    /// What a list, an option or a tick holds that belongs to no pupil, as if it had changed; nullopt for any
+    /// other control.
+    std::optional<Difference> choice(const Control* control) const;
     View view() const;
     const SectionControls& controls() const { return controls_; }
 
