@@ -22,10 +22,11 @@ fs::path freshPath(const fs::path& folder)
 {
     makePrivateFolder(folder);
     std::random_device chance;
-    std::string name;
-    for (int part = 0; part < 3; ++part)
-        name += std::to_string(chance());
-    return folder / (name + toUtf8(extension));
+    fs::path path;
+    do
+        path = folder / (std::to_string(chance()) + toUtf8(extension));
+    while (fs::exists(path));
+    return path;
 }
 
 void appendLength(std::string& bytes, std::size_t length)

@@ -44,13 +44,12 @@ void tellTrouble(StringView why)
         of.tell(why);
 }
 
-/// What the dialog below has chosen last in its lists: the section that the new one is for.
-Entry chosenIn(const Form& form)
+std::vector<Choice> chosenIn(const Form& form)
 {
-    Entry chosen;
+    std::vector<Choice> chosen;
     for (const Control* control : form.Controls)
         if (const auto* list = dynamic_cast<const ComboBox*>(control); list && list->ListIndex() >= 0)
-            chosen = entryOf(*list, list->ListIndex());
+            chosen.push_back({list->Name(), list->Index(), entryOf(*list, list->ListIndex())});
     return chosen;
 }
 
@@ -119,8 +118,11 @@ void Recorder::loading(Form& form)
             write(*below, inner, false);
         }
         open.opening.opener = opener->Name();
-        if (SectionControls(form).isSection())
-            open.opening.section = chosenIn(*opener);
+        open.opening.button = inHand_.back().act.control;
+        open.opening.buttonIndex = inHand_.back().act.index;
+        open.opening.choices = chosenIn(*opener);
+        if (SectionControls(form).isSection() && !open.opening.choices.empty())
+            open.opening.section = open.opening.choices.back().entry;
     }
     open_.push_back(std::move(open));
 }
@@ -201,21 +203,16 @@ void Recorder::noteChanges(Open& open, Open& journal, const PersonAct& act, Act&
     kept.ordered |= own && !kept.inner && (changed || act.verb == ActVerb::choose);
     for (Watch::Difference& each : found) {
         each.place.within = kept.inner ? journal.inner : 0;
-        kept.changes.push_back(
-            {placeIn(journal, each.place), std::move(each.before), std::move(each.after)});
+        kept.changes.push_back({placeIn(journal, each.place), std::move(each.before), std::move(each.after)});
     }
 }
 
 std::size_t Recorder::placeIn(Open& journal, const Place& place)
 {
-    const PlaceKey key{place.control,
-                       place.index, place.within,
-                       place.pupil.number,
-                       place.pupil.text,
-                       place.input == Input::rating ? place.page : 0,
-                       place.question.number,
-                       place.question.text,
-                       place.column};
+    const PlaceKey key{
+        place.control,         place.index,         place.within,
+        place.pupil.number,    place.pupil.text,    place.input == Input::rating ? place.page : 0,
+        place.question.number, place.question.text, place.column};
     const auto [known, fresh] = journal.places.try_emplace(key, journal.places.size());
     if (fresh)
         write(journal, place, false);

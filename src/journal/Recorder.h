@@ -43,7 +43,7 @@ private:
         std::unique_ptr<Writer> writer = {};
         std::vector<Record> waiting = {}; ///< Until the first change.
         std::map<PlaceKey, std::size_t> places = {};
-        int inner = 0;         ///< Dialogs that were opened within it.
+        int inner = 0;    ///< Dialogs that were opened within it.
         View viewed = {}; ///< That the journal knows.
         bool failed = false;
         bool closed = false;

@@ -28,25 +28,6 @@ bool isConsequence(const Place& place, const Held& held)
     return held.none || (place.input == Input::option && held.value.number == 0);
 }
 
-/// The index of what was chosen: the same number and text, or the only entry that reads so.
-std::optional<Long> indexOf(const Entry& wanted, Long from, Long count, const std::function<Entry(Long)>& at)
-{
-    std::vector<Long> alike;
-    for (Long index = from; index < count; ++index) {
-        const Entry each = at(index);
-        if (each == wanted)
-            return index;
-        if (each.text == wanted.text)
-            alike.push_back(index);
-    }
-    return alike.size() == 1 && !wanted.text.empty() ? std::optional(alike.front()) : std::nullopt;
-}
-
-std::optional<Long> indexOf(const Entry& wanted, const ComboBox& list)
-{
-    return indexOf(wanted, 0, list.ListCount(), [&](Long index) { return entryOf(list, index); });
-}
-
 StringView trimmed(StringView text)
 {
     const std::size_t start = text.find_first_not_of(u' ');
@@ -77,15 +58,6 @@ std::optional<Long> subjectRow(const MSFlexGrid& grid, const Entry& subject)
         if (rowOf(grid, row) == subject)
             return row;
     return std::nullopt;
-}
-
-String textOf(const Place& place, const Held& held)
-{
-    if (held.none)
-        return {};
-    if (place.input == Input::option || place.input == Input::tick)
-        return held.value.number != 0 ? u"sí" : u"no";
-    return held.value.text;
 }
 
 } // namespace
@@ -197,10 +169,10 @@ void Typist::take(const Change& change, bool again)
         items.push_back({.pupil = place.pupil.text,
                          .within = within_,
                          .label = place.label,
-                         .before = textOf(place, change.before),
+                         .before = readAs(place, change.before),
                          .change = change});
     Item& item = items[known.item];
-    item.draft = textOf(place, change.after);
+    item.draft = readAs(place, change.after);
     item.change.after = change.after;
     if (known.lost)
         return;
@@ -223,7 +195,7 @@ void Typist::type(const Change& change, bool again, Control& control, Known& kno
     const auto first = stored_.find({place.pupil.number, &control});
     const Held stored = rating || first == stored_.end() ? now : first->second;
     if (fresh)
-        item.now = textOf(place, stored);
+        item.now = readAs(place, stored);
     const auto same = [&](const Held& a, const Held& b) {
         return rating && !typing_ ? shows(a.value.text, b.value) : means(a, b);
     };
@@ -299,8 +271,8 @@ void Typist::putAside(const Step& step, Fate fate)
         items.push_back({.pupil = place.pupil.text,
                          .within = within,
                          .label = place.label,
-                         .before = textOf(place, change.before),
-                         .draft = textOf(place, change.after),
+                         .before = readAs(place, change.before),
+                         .draft = readAs(place, change.after),
                          .fate = fate,
                          .change = change});
     };
@@ -337,7 +309,7 @@ bool Typist::perform(const Act& act, Control& control)
 {
     auto* grid = dynamic_cast<MSFlexGrid*>(&control);
     if (grid != nullptr && (act.verb == ActVerb::clickCell || act.verb == ActVerb::doubleClickCell)) {
-        const auto row = indexOf(act.entry, 0, grid->Rows(), [&](Long each) { return rowOf(*grid, each); });
+        const auto row = indexOf(act.entry, *grid);
         astray_ = !row || act.second < 0 || act.second >= grid->Cols();
         if (astray_)
             return false;

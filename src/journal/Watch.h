@@ -20,6 +20,10 @@ Entry entryOf(const ComboBox& list, Long index);
 /// The row of a grid: its number, or the text of its last column where that is hidden, and what it shows.
 Entry rowOf(const MSFlexGrid& grid, Long row);
 
+/// The index of what was chosen: the same number and text, or the only entry that reads so.
+std::optional<Long> indexOf(const Entry& wanted, const ComboBox& list);
+std::optional<Long> indexOf(const Entry& wanted, const MSFlexGrid& grid);
+
 /// Compares what the inputs of a form hold with what they held before, and says to whom it belongs.
 class Watch {
 public:

@@ -1,6 +1,5 @@
 #include "diario/Dialogs.h"
 
-
 #include "robot/Monkey.h"
 
 #include <sys/wait.h>
@@ -91,7 +90,8 @@ protected:
             if (depth > openers.size())
                 openers.push_back(commands[done - 1]);
             openers.resize(depth);
-            if (done > 0 && (startsWith(commands[done - 1], "sesion") || startsWith(commands[done - 1], "region")))
+            if (done > 0 &&
+                (startsWith(commands[done - 1], "sesion") || startsWith(commands[done - 1], "region")))
                 session.push_back(commands[done - 1]);
             if (done == count)
                 before = allSeen(play);
@@ -107,7 +107,8 @@ protected:
             if (std::ranges::find(dead, file) == dead.end())
                 discard(file);
         for (const String& form : untouched)
-            std::erase_if(before, [&](const auto& each) { return each.first.starts_with(toUtf8(form) + "."); });
+            std::erase_if(before,
+                          [&](const auto& each) { return each.first.starts_with(toUtf8(form) + "."); });
         const std::string differs = difference(before, now);
         said += differs;
         if (!differs.empty() && std::getenv("ZV_PASOS") != nullptr)
@@ -126,12 +127,14 @@ protected:
         playOn(school, [&](Play& play) -> std::string {
             if (Form* form = play.openForm(); form != nullptr && now.empty()) {
                 const Opening* opening = recorder().opening(*form);
-                const std::vector<Found> found = opening != nullptr ? draftsFor(*opening, folder) : std::vector<Found>();
+                const std::vector<Found> found =
+                    opening != nullptr ? draftsFor(*opening, folder) : std::vector<Found>();
                 for (const Found& each : found) {
                     recovered.insert(form->Name());
                     left += Recovery::left(Recovery(*form, play.person(), each.draft).run()).size();
                 }
-                // Which pupil was shown, where nothing was typed, comes back no more than an empty dialog does.
+                // Which pupil was shown, where nothing was typed, comes back no more than an empty dialog
+                // does.
                 if (found.empty() && SectionControls(*form).isSection())
                     untouched.insert(form->Name());
                 if (openDialogs().size() == depth && now.empty())
@@ -147,9 +150,9 @@ protected:
             if (step.value)
                 said += indent + toUtf8(draft.places[step.value->place].control) + " " +
                         std::to_string(draft.places[step.value->place].index) + ": " +
-                        toUtf8(step.value->before.value.text) + (step.value->before.none ? "(none)" : "") + " -> " +
-                        toUtf8(step.value->after.value.text) + (step.value->after.none ? "(none)" : "") +
-                        (step.again ? " again" : "") + "\n";
+                        toUtf8(step.value->before.value.text) + (step.value->before.none ? "(none)" : "") +
+                        " -> " + toUtf8(step.value->after.value.text) +
+                        (step.value->after.none ? "(none)" : "") + (step.again ? " again" : "") + "\n";
             else
                 said += indent + toUtf8(verbNames[static_cast<std::size_t>(step.act.verb)]) + " " +
                         toUtf8(step.act.control) + " " + std::to_string(step.act.index) + " " +
@@ -198,7 +201,8 @@ TEST_F(Kills, what_was_typed_is_there_again)
             continue;
         ++withDraft;
         EXPECT_TRUE(isAgain(commands, commands.size()) || isAgain(commands, commands.size() - 1))
-            << "seed " << seed << ", " << commands.size() << " acts, first " << commands[0] << ", the last: " << commands.back() << "\n"
+            << "seed " << seed << ", " << commands.size() << " acts, first " << commands[0]
+            << ", the last: " << commands.back() << "\n"
             << said;
     }
     for (const String& name : names)
