@@ -92,7 +92,7 @@ struct Choice {
 
 /// Which dialog of which school a journal is of, and whose.
 struct Opening {
-    String school = {}; ///< IDCentro and name, the same wherever its databases stand.
+    String school = {}; ///< IDCentro, name and RutaBD of the session.
     String schoolName = {};
     Integer person = 0;
     String personName = {};

@@ -277,7 +277,10 @@ std::filesystem::path Recorder::file(const Form& form) const
 bool Recorder::sync(const Form& form)
 {
     Open* open = find(&form);
-    return open != nullptr && open->writer && !open->writer->sync();
+    Open* journal = open != nullptr ? journalOf(*open) : nullptr;
+    if (journal == nullptr || journal->failed)
+        return false;
+    return !journal->writer || (!journal->writer->pending() && !journal->writer->sync());
 }
 
 bool record(const std::filesystem::path& folder)
@@ -305,7 +308,7 @@ Recorder& recorder() { return single<Recorder>(); }
 Opening sessionOpening()
 {
     const cConfiguracion& session = Configuracion();
-    return {.school = decimalText(session.intIdCentro) + u" " + session.strNombreCentro,
+    return {.school = decimalText(session.intIdCentro) + u" " + session.strNombreCentro + u" " + session.RutaBD,
             .schoolName = session.strNombreCentro,
             .person = session.intIDUsuario,
             .personName = session.strNombreUsuario,

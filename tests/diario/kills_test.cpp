@@ -112,11 +112,6 @@ protected:
                           [&](const auto& each) { return each.first.starts_with(toUtf8(form) + "."); });
         const std::string differs = difference(before, now);
         said += differs;
-        if (!differs.empty() && std::getenv("ZV_PASOS") != nullptr)
-            for (const Found& found : drafts(folder)) {
-                said += "draft of " + toUtf8(found.draft.opening.dialog) + "\n";
-                tell(found.draft, found.draft.steps, " ");
-            }
         return differs.empty();
     }
     /// Opens the same dialogs again, and in each types its drafts.
@@ -144,23 +139,6 @@ protected:
             return now.empty() && done < commands.size() ? commands[done++] : "";
         });
         return now;
-    }
-    void tell(const Draft& draft, const std::vector<Step>& steps, const std::string& indent)
-    {
-        for (const Step& step : steps) {
-            if (step.value)
-                said += indent + toUtf8(draft.places[step.value->place].control) + " " +
-                        std::to_string(draft.places[step.value->place].index) + ": " +
-                        toUtf8(step.value->before.value.text) + (step.value->before.none ? "(none)" : "") +
-                        " -> " + toUtf8(step.value->after.value.text) +
-                        (step.value->after.none ? "(none)" : "") + (step.again ? " again" : "") + "\n";
-            else
-                said += indent + toUtf8(verbNames[static_cast<std::size_t>(step.act.verb)]) + " " +
-                        toUtf8(step.act.control) + " " + std::to_string(step.act.index) + " " +
-                        toUtf8(step.act.entry.text) + (step.opens ? " opens" : "") +
-                        (step.stillOpen ? " open" : "") + "\n";
-            tell(draft, step.inner, indent + "   ");
-        }
     }
     std::size_t draftsLeft() const { return drafts(folder).size(); }
 
