@@ -38,6 +38,7 @@ int copia(Arguments arguments);
 int restaurar(Arguments arguments);
 int importar(Arguments arguments);
 int historial(Arguments arguments);
+int diario(Arguments arguments);
 
 /// Invalid command line; the text is Spanish.
 class UsageError : public std::runtime_error {
