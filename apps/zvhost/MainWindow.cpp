@@ -89,6 +89,7 @@ void MainWindow::use(std::unique_ptr<Host> host)
     wanted_.reset();
     undo_.forget();
     notice_.forget();
+    settleJoins();
     tellStatus();
     if (tree_.chosen() != nullptr) {
         chosen();
@@ -151,10 +152,14 @@ void MainWindow::readAgain(ListPage::Added added)
 
 void MainWindow::openDialog(Byte action, Long row, bool branches)
 {
+    const std::optional<Long> before = page_.selected();
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
           [&] { host_->open(*node_, action, row, branches); });
     readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
     tellClosed();
+    if (const std::optional<Long> added = page_.selected();
+        action == cConstCol::NUEVO && node_->hasList() && added && added != before)
+        tellAlike(*added);
     activateWindow();
     page_.enter();
 }
