@@ -38,9 +38,12 @@ struct JoinTest : HostTest {
                         pressed = each;
                 pressed->click();
             } else if (front != nullptr && front->objectName() == QStringLiteral("sustituir")) {
-                type(std::exchange(searched, true) ? "" : other);
+                if (std::exchange(searched, true))
+                    return;
+                type(other);
                 key(Qt::Key_Return);
-                key(told.find("No se ha unido") == std::string::npos ? Qt::Key_Return : Qt::Key_Escape);
+                // Later: the question that it opens is answered by this person too.
+                QTimer::singleShot(0, front, [] { key(Qt::Key_Return); });
             }
         });
         person.start(20);
@@ -75,10 +78,10 @@ TEST_F(JoinTest, a_row_in_use_gives_its_place_to_another_and_comes_back)
     const std::string before = users(2);
     choose("zona");
     replaceBy("casado");
-    EXPECT_THAT(told, HasSubstr("«Zona» no se puede eliminar. La usan:\n• Personal: 3 ("));
+    EXPECT_THAT(told, HasSubstr("«Zona» no se puede eliminar. La usan:\n• Miembros del personal: 3 ("));
     EXPECT_THAT(told,
                 HasSubstr("«Zona» desaparece, y en su lugar queda «Casado/a».\n\nPasa a usar «Casado/a»:\n• "
-                          "Personal: 3 ("));
+                          "Miembros del personal: 3 ("));
     EXPECT_THAT(done(), HasSubstr("Se ha sustituido «Zona» por «Casado/a»"));
     EXPECT_EQ(users(900), "0");
     EXPECT_EQ(one(u"SELECT Descripcion FROM EstadoCivil WHERE IDEstadoCivil=900"), "");
@@ -92,7 +95,7 @@ TEST_F(JoinTest, a_row_in_use_gives_its_place_to_another_and_comes_back)
 
 TEST_F(JoinTest, a_new_row_that_looks_like_another_is_told_and_joined_by_a_key)
 {
-    for (const auto& [name, says] : {std::pair("zo\u00F1a", ""), {"ZÓNA ", "Ya hay «Zona»."}}) {
+    for (const auto& [name, says] : {std::pair("zonas", ""), {"ZONA ", "Ya hay «Zona»."}}) {
         add(name);
         EXPECT_EQ(notice(), says);
     }
@@ -101,7 +104,7 @@ TEST_F(JoinTest, a_new_row_that_looks_like_another_is_told_and_joined_by_a_key)
     EXPECT_EQ(list().currentIndex().siblingAtColumn(0).data().toString().toStdString(), "Zona");
     key(Qt::Key_U, Qt::AltModifier);
     EXPECT_EQ(notice(), "");
-    EXPECT_THAT(done(), HasSubstr("Se ha sustituido «ZÓNA » por «Zona»"));
+    EXPECT_THAT(done(), HasSubstr("Se ha sustituido «ZONA » por «Zona»"));
     EXPECT_EQ(one(u"SELECT COUNT(*) AS n FROM EstadoCivil WHERE IDEstadoCivil>900"), "1");
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(one(u"SELECT COUNT(*) AS n FROM EstadoCivil WHERE IDEstadoCivil>900"), "2");
