@@ -36,6 +36,7 @@ int nodos(Arguments arguments);
 int mudar(Arguments arguments);
 int copia(Arguments arguments);
 int restaurar(Arguments arguments);
+int importar(Arguments arguments);
 int historial(Arguments arguments);
 int unir(Arguments arguments);
 

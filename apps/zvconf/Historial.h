@@ -24,7 +24,10 @@ int verHistorial(Arguments arguments);
 int deshacerHistorial(Arguments arguments);
 int cortadosHistorial(Arguments arguments);
 
-// For the subcommands.
+// For the subcommands, and others that write.
+
+/// As whom the command line writes.
+Opening ourselves();
 
 /// A number from 1 that stands behind an option; what is no such number fails with a UsageError.
 Long numberFrom(const String& text);

@@ -19,7 +19,7 @@ constexpr Command commands[] = {
     {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
     {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
-    {u"unir", unir},
+    {u"importar", importar},   {u"unir", unir},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -49,6 +49,11 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Copia un centro a donde no hay ninguno, de un fichero a un servidor o al revés, y compara los dos antes
       de darlo por hecho: al final está entero o no está. El de partida queda como estaba. Nadie debe seguir
       cambiando el de partida: lo que cambie después no va.
+  zvconf importar FICHERO --nodo NODO [--ensayo] [--json] --bd URL
+      Añade a una lista (NODO: su número o su nombre, como los dice «nodos») las líneas de un fichero CSV, cuya
+      primera línea son las columnas: cada una se teclea en la ventana de esa lista, y es la ventana la que la
+      guarda o dice por qué no. Con --ensayo hace lo mismo en una copia que se tira, y no guarda nada. Dice qué
+      ha sido de cada línea, y con qué orden se deshace todo junto.
   zvconf historial activar | desactivar --bd URL
       El historial guarda, en la misma base de datos, lo que había y lo que hay en cada fila que se cambia, quién
       la cambió, cuándo y en qué ventana. Los centros que hace «crear» lo tienen activado.
@@ -116,7 +121,7 @@ icacls), que nombre la variable ZV_CONTRASENA_FICHERO.
 
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
 algo, la fila que se libera no estaba registrada, un guion ve otra cosa, hay guardados cortados, algo no se
-puede deshacer); con 2 si la orden no se ha podido hacer.
+puede deshacer, una línea no entra); con 2 si la orden no se ha podido hacer.
 )";
 
 int run(const std::vector<String>& words)

@@ -85,33 +85,6 @@ TableContents contentsOf(Connection& base, Database which, FoundTable table)
     return result;
 }
 
-Long copyTable(Connection& from, Connection& to, const FoundTable& table)
-{
-    const String head = u"INSERT INTO " + table.name + u" (" + joined(table.columns) + u") VALUES ";
-    Long count = 0;
-    String values;
-    std::size_t waiting = 0;
-    const auto send = [&] {
-        if (waiting > 0)
-            to.executeNative(head + values);
-        values.clear();
-        waiting = 0;
-    };
-    for (const RecordsetPtr rows = rowsOf(from, table); !rows->Eof(); rows->MoveNext(), ++count) {
-        values += waiting == 0 ? u"(" : u",(";
-        bool first = true;
-        for (const Value& each : rows->row()) {
-            values += (first ? u"" : u",") + literal(each);
-            first = false;
-        }
-        values += u")";
-        if (++waiting == rowsAtOnce)
-            send();
-    }
-    send();
-    return count;
-}
-
 } // namespace
 
 StringView nameOf(Database which)
@@ -187,6 +160,33 @@ std::vector<String> foreignParts(const School& school, Engine& engine)
     return lines;
 }
 
+Long copyRows(Connection& from, Connection& to, const FoundTable& table)
+{
+    const String head = u"INSERT INTO " + table.name + u" (" + joined(table.columns) + u") VALUES ";
+    Long count = 0;
+    String values;
+    std::size_t waiting = 0;
+    const auto send = [&] {
+        if (waiting > 0)
+            to.executeNative(head + values);
+        values.clear();
+        waiting = 0;
+    };
+    for (const RecordsetPtr rows = rowsOf(from, table); !rows->Eof(); rows->MoveNext(), ++count) {
+        values += waiting == 0 ? u"(" : u",(";
+        bool first = true;
+        for (const Value& each : rows->row()) {
+            values += (first ? u"" : u",") + literal(each);
+            first = false;
+        }
+        values += u")";
+        if (++waiting == rowsAtOnce)
+            send();
+    }
+    send();
+    return count;
+}
+
 void copyContents(const School& from, Engine& fromEngine, School& to, Engine& toEngine,
                   const std::function<void(StringView table, Long rows)>& tell)
 {
@@ -210,7 +210,7 @@ void copyContents(const School& from, Engine& fromEngine, School& to, Engine& to
             base.executeNative(u"DELETE FROM HistorialCabeza");
         for (const FoundTable& table : fromEngine.tables(*baseOf(from, which)))
             if (!sameName(table.name, registrations))
-                tell(table.name, copyTable(*baseOf(from, which), base, table));
+                tell(table.name, copyRows(*baseOf(from, which), base, table));
         transaction.commit();
     }
 }

@@ -42,6 +42,10 @@ std::vector<ForeignPart> foreignColumns(const School& school, Engine& engine);
 /// ours, columns beside ours.
 std::vector<String> foreignParts(const School& school, Engine& engine);
 
+/// Copies the named columns of a table's rows into the same table of another database, and gives the number
+/// of rows.
+Long copyRows(Connection& from, Connection& to, const FoundTable& table);
+
 /// Copies all rows into a school whose tables are made and empty; the same tables are left out as by
 /// contentsOf(). The history's tables and the recycle bin's notes are made there where the first school has
 /// them. `tell` is called with each table's name and rows.
