@@ -157,17 +157,13 @@ private:
 /// Whether the column has the number in some row, as a number or a text; where that cannot be read, it might.
 bool Work::holds(const ForeignPart& part, Long key)
 {
-    const String number = decimalText(key);
     for (const StringView quote : {u"", u"\""})
         try {
-            const String column = String(quote) + part.column + String(quote);
-            return CLng(baseOf(bare_, part.database)
-                            ->executeNative(u"SELECT COUNT(*) AS Cuantas FROM " + String(quote) + part.table +
-                                            String(quote) + u" WHERE CAST(" + column +
-                                            u" AS VARCHAR(60)) IN ('" + number + u"','" + number + u".0','" +
-                                            number + u".00')")
-                            ->row()
-                            .front()) != 0;
+            const String query =
+                statement(u"SELECT COUNT(*) AS Cuantas FROM {}{}{} WHERE CAST({}{}{} AS VARCHAR(60)) IN "
+                          u"('{}','{}.0','{}.00')",
+                          {quote, part.table, quote, quote, part.column, quote, key, key, key});
+            return CLng(baseOf(bare_, part.database)->executeNative(query)->row().front()) != 0;
         } catch (const DataError& error) {
             if (error.number() == failure::connectionLost)
                 throw;
@@ -179,7 +175,7 @@ std::vector<String> Work::foreign(const Pair& pair)
 {
     std::vector<String> found;
     for (const ForeignPart& each : foreignColumns(bare_, engine_))
-        // Truth: whose rows these are nobody here knows; a column without the number refers to another row.
+        // A column without the number refers to another row, or to none.
         if (holds(each, pair.goes))
             found.push_back(
                 statement(u"La columna {} de la tabla {} de la {} no es de este programa, y tiene el "
@@ -272,7 +268,7 @@ JoinPlan planOf(Work& work, const Pair& pair, std::vector<Move>* moves = nullptr
             plan.obstacles.push_back(
                 statement(u"En «{}» no hay ninguna fila con el número {}.", {pair.node->title, key}));
     if (pair.stays == pair.goes)
-        plan.obstacles.push_back(u"Son la misma fila.");
+        plan.obstacles.emplace_back(u"Son la misma fila.");
     if (!plan.obstacles.empty())
         return plan;
     plan.stays = nameOf(work.live(), pair, pair.stays);

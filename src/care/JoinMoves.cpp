@@ -12,7 +12,6 @@ namespace {
 
 using history::conditionOf;
 using history::Fields;
-using history::valueOf;
 
 bool holds(const std::vector<String>& names, StringView name)
 {
@@ -45,7 +44,7 @@ void forSome(const Move& move, Use&& use)
         String list;
         for (std::size_t i = first; i < last; ++i)
             list += (list.empty() ? u"" : u",") + decimalText(move.keys[i]);
-        use(key + u" IN (" + list + u")", static_cast<Long>(last - first));
+        use(statement(u"{} IN ({})", {key, list}), static_cast<Long>(last - first));
     }
 }
 
@@ -99,8 +98,8 @@ Move keyedRows(Connection& base, const schema::Table& table, StringView column, 
 {
     Move move{.table = String(table.name), .column = String(column), .keys = {}, .whole = {}};
     const String key(keyOf(table));
-    for (const RecordsetPtr rows = base.Execute(u"SELECT " + key + u" FROM " + move.table + u" WHERE " +
-                                                equals(column, goes) + u" ORDER BY " + key);
+    for (const RecordsetPtr rows = base.Execute(statement(u"SELECT {} FROM {} WHERE {} ORDER BY {}",
+                                                          {key, move.table, equals(column, goes), key}));
          !rows->Eof(); rows->MoveNext())
         move.keys.push_back(CLng(rows->row().front()));
     return move;
