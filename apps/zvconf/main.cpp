@@ -27,9 +27,12 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
   zvconf crear --bd URL [--ejemplo]
       Crea las tres bases de datos de un centro: la del centro, la de borrados y la de entrada.
       Con --ejemplo las llena con un centro de ejemplo; sin ella quedan vacías.
-  zvconf comprobar --bd URL
+  zvconf comprobar [--datos] [--json] [--reparar] --bd URL
       Comprueba que las bases de datos tienen las tablas y columnas que hacen falta, y que el disco no
-      ha estropeado sus ficheros.
+      ha estropeado sus ficheros. Con --datos mira además las filas: dice lo que harán con ellas las ventanas
+      (respuestas que no se verán, textos que se perderán, bancos que no se podrán aceptar), con nombres, y qué
+      hacer; y, como consejo, los NIF y las cuentas que no cuadran. Con --reparar arregla lo que no tiene más que
+      un arreglo, después de nombrarlo; si hay historial, se puede deshacer.
   zvconf registros --bd URL [--liberar FORMULARIO FILA | --liberar-todo]
       Dice qué filas están abiertas, por quién y desde cuándo, o las libera.
   zvconf clave crear | lugar | cambiar --bd URL

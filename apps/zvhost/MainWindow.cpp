@@ -89,6 +89,7 @@ void MainWindow::use(std::unique_ptr<Host> host)
     wanted_.reset();
     undo_.forget();
     notice_.forget();
+    toldRules_.clear();
     settleJoins();
     tellStatus();
     if (tree_.chosen() != nullptr) {
@@ -196,6 +197,7 @@ void MainWindow::openSection(Long id)
     const auto section = std::ranges::find(sections_, id, &Section::id);
     if (section == sections_.end() || !mayWrite(toQt(node_->name)))
         return;
+    tellRules(id);
     // Runs in the window's own loop, which begins once it is shown.
     QTimer::singleShot(0, this, [chosen = *section] { chooseSection(chosen); });
     openDialog(cConstCol::NUEVO, 0);

@@ -16,6 +16,8 @@
 #include <QSplitter>
 #include <QTimer>
 
+#include <set>
+
 class QMenu;
 
 namespace zv::host {
@@ -83,6 +85,8 @@ private:
     void tellClosed();
     void tellSaved(const history::HistoryConnection::Closed& closed);
     void takeBack(const std::vector<Long>& openings);
+    /// Tells what the report's dialog will do to rows of the section that are not as they should be.
+    void tellRules(Long section);
     /// Tells of saves that were cut because their station died.
     void tellCuts();
     /// Runs what writes through the history, and reads the list again. False if it failed.
@@ -127,6 +131,7 @@ private:
     QLabel database_, user_, mode_;
     Undo undo_;
     std::optional<Wanted> wanted_;
+    std::set<String> toldRules_;    ///< What tellRules() has told of this school.
     std::vector<Section> sections_; ///< Those that are listed on the page of a report.
     QTimer watch_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,

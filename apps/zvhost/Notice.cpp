@@ -52,6 +52,8 @@ void Notice::button(QPushButton& button, const QString& text, int key, const std
 
 void Notice::tell(Message message)
 {
+    if (!message.foretells)
+        std::erase_if(waiting_, [](const Message& each) { return each.foretells; });
     waiting_.push_back(std::move(message));
     follow();
 }

@@ -20,8 +20,9 @@ public:
     struct Message {
         QString text;
         std::function<void()> shows;
-        std::function<void()> gives;      ///< None where nothing may be written.
-        std::vector<Long> openings = {};  ///< Of the dialogs that it tells of.
+        std::function<void()> gives;     ///< None where nothing may be written.
+        std::vector<Long> openings = {}; ///< Of the dialogs that it tells of.
+        bool foretells = false; ///< What a dialog will do: told until something is told of what one did.
         std::function<void()> joins = {}; ///< None but where a row is there twice.
     };
     /// Tells it, behind those that wait already.

@@ -12,7 +12,6 @@
 namespace zv::care {
 namespace {
 
-using history::Field;
 using history::Fields;
 
 /// What a line of the record is.

@@ -1,5 +1,6 @@
 #include "care/Copies.h"
 #include "care/Move.h"
+#include "care/Rules.h"
 
 #include "data/NumberOf.h"
 #include "data/Schema.h"
@@ -22,6 +23,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <set>
 #include <thread>
 
 using namespace zv;
@@ -281,4 +283,39 @@ TEST_F(Moving, a_restore_that_is_killed_leaves_the_old_or_the_new)
         remove(url);
         std::filesystem::remove(copy);
     }
+}
+
+/// The same statements on a server: a fault of each of the four areas, and a repair.
+TEST_F(Moving, what_dialogs_will_do_to_rows_is_told_on_a_server_too)
+{
+    const School school = createSchool(server(), fillSample), there = openSchool(server());
+    const auto told = [&] {
+        std::set<String> rules;
+        const care::Survey found =
+            care::survey(there, {.decipher = [](StringView text) { return String(text); }});
+        for (const care::Finding& each : found.findings)
+            rules.emplace(each.rule);
+        EXPECT_TRUE(found.skipped.empty());
+        return rules;
+    };
+    EXPECT_EQ(told(), std::set<String>());
+    for (const StringView each :
+         {u"UPDATE ConsejoOrientador_Nota SET codCOResp=5 WHERE IDCORNota=1",
+          u"DELETE FROM ConsejoOrientador_Nota WHERE codAlumno=359 AND codConsejoOrientador>6",
+          u"DELETE FROM Alumno_InfInd WHERE CodAlumno=304",
+          u"UPDATE Alumno_InfIndPrim SET codResp=1 WHERE CodAlumno=50 AND codMateria=1 AND codTipo=2",
+          u"UPDATE Banco SET Numero='0049' WHERE IDBanco=3",
+          u"UPDATE Emisor SET CIF='B28999880' WHERE IDEmisor=2",
+          u"UPDATE TipoTarea SET codTipoMiembroCentro=77 WHERE IDTipoTarea=1"})
+        there.centro->Execute(each);
+    there.borrado->Execute(u"INSERT INTO EstadoCivil VALUES (3,'Prometido')");
+    const std::set<String> left{u"consejo-respuesta-movida", u"primaria-respuesta-movida",
+                                u"banco-repetido",           u"nif",
+                                u"tarea-sin-tipo",           u"papelera"};
+    std::set<String> all = left;
+    all.insert({u"consejo-incompleto", u"eso-sin-comun"});
+    EXPECT_EQ(told(), all);
+    EXPECT_EQ(care::survey(there, {.area = care::Area::guidance, .section = 15}).findings.size(), 2U);
+    EXPECT_EQ(care::repair(there, care::survey(there).findings).size(), 2U);
+    EXPECT_EQ(told(), left);
 }
