@@ -39,6 +39,7 @@ int restaurar(Arguments arguments);
 int importar(Arguments arguments);
 int historial(Arguments arguments);
 int diario(Arguments arguments);
+int unir(Arguments arguments);
 
 /// Invalid command line; the text is Spanish.
 class UsageError : public std::runtime_error {

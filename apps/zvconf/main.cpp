@@ -19,7 +19,7 @@ constexpr Command commands[] = {
     {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
     {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
-    {u"importar", importar},   {u"diario", diario},
+    {u"importar", importar},   {u"diario", diario},       {u"unir", unir},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -94,6 +94,14 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Escribe lo que se hizo como un guion, en un fichero suyo y de nadie más.
   zvconf diario borrar NÚMERO [--si] [--carpeta CARPETA]
       Dice qué es ese diario; con --si lo borra, para siempre.
+  zvconf unir --nodo N --queda CLAVE --sobra CLAVE [--ensayo] --bd URL
+      Une dos filas de una lista (N es el número que da «nodos»; CLAVE, el de la fila): todo lo que se refiere a la
+      que sobra pasa a referirse a la que queda, y la que sobra se quita. O todo o nada. Con --ensayo sólo dice qué
+      pasaría. Dice el número de la unión, con el que se deshace.
+  zvconf unir --parecidas [--nodo N] --bd URL
+      Dice qué filas parecen la misma: sólo cambian mayúsculas, acentos o espacios.
+  zvconf unir --hechas | --deshacer NÚMERO --bd URL
+      Dice las uniones que se pueden deshacer, o deshace una: todo vuelve a como estaba.
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.

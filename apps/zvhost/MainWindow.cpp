@@ -90,6 +90,7 @@ void MainWindow::use(std::unique_ptr<Host> host)
     undo_.forget();
     notice_.forget();
     toldRules_.clear();
+    settleJoins();
     tellStatus();
     if (tree_.chosen() != nullptr) {
         chosen();
@@ -152,10 +153,14 @@ void MainWindow::readAgain(ListPage::Added added)
 
 void MainWindow::openDialog(Byte action, Long row, bool branches)
 {
+    const std::optional<Long> before = page_.selected();
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
           [&] { host_->open(*node_, action, row, branches); });
     readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
     tellClosed();
+    if (const std::optional<Long> added = page_.selected();
+        action == cConstCol::NUEVO && node_->hasList() && added && added != before)
+        tellAlike(*added);
     activateWindow();
     page_.enter();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "care/Join.h"
 #include "data/history/Losses.h"
 #include "zvhost/Deletion.h"
 #include "zvhost/Host.h"
@@ -91,6 +92,14 @@ private:
     /// Runs what writes through the history, and reads the list again. False if it failed.
     bool changes(const QString& failed, const std::function<void()>& what);
     void giveBack(const std::vector<history::Loss>& losses);
+    /// Ends what a station that died while it joined rows had begun.
+    void settleJoins();
+    /// Lets the person choose the row that comes into the place of another, and puts it there.
+    void replaceRow(const NamedRow& row);
+    /// Tells of a new row that another looks like.
+    void tellAlike(Long key);
+    void joinRows(const care::Pair& pair);
+    void part(Long join);
     void readAgain(ListPage::Added added);
     void keepLook();
     void switchTo(std::unique_ptr<Host> other);

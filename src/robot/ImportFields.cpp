@@ -1,5 +1,6 @@
 #include "robot/ImportFields.h"
 
+#include "care/LookAlike.h"
 #include "forms/Acts.h"
 #include "runtime/Convert.h"
 
@@ -54,15 +55,11 @@ bool isOneOf(StringView word, const List& words)
     return std::ranges::any_of(words, [&](StringView each) { return sameWord(word, each); });
 }
 
+/// Without the colon behind a caption.
 String folded(StringView word)
 {
-    constexpr StringView accented = u"áéíóúüÁÉÍÓÚÜÑ";
-    constexpr StringView plain = u"aeiouuaeiouuñ";
-    String result = lowerName(Trim(word));
-    for (char16_t& each : result)
-        if (const std::size_t at = accented.find(each); at != StringView::npos)
-            each = plain[at];
-    while (!result.empty() && (result.back() == u':' || result.back() == u' '))
+    String result = care::folded(word);
+    while (!result.empty() && result.back() == u':')
         result.pop_back();
     return result;
 }

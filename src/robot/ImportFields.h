@@ -28,7 +28,7 @@ std::vector<ImportField> importFieldsOf(Form& form);
 /// Whether lists can be imported into the dialog at all.
 bool takesLists(StringView dialog);
 
-/// Whether a person takes two words for the same: without regard to case, accents, blanks around them and a
+/// Whether a person takes two words for the same: without regard to case, accents, blanks and a
 /// colon behind.
 bool sameWord(StringView a, StringView b);
 
