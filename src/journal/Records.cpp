@@ -75,8 +75,12 @@ public:
     void into(bool& target) { target = number() != 0; }
     void into(String& target)
     {
-        const std::size_t length = size(bytes_.size() / 2);
-        target.resize(length);
+        const std::int64_t length = number();
+        if (length < 0 || static_cast<std::uint64_t>(length) > bytes_.size() / 2) {
+            good_ = false;
+            return;
+        }
+        target.resize(static_cast<std::size_t>(length));
         for (char16_t& unit : target) {
             unit = static_cast<char16_t>(static_cast<unsigned char>(bytes_[0]) |
                                          static_cast<unsigned char>(bytes_[1]) << 8U);
