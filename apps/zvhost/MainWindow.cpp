@@ -62,7 +62,7 @@ void MainWindow::placeParts()
     parts_.setChildrenCollapsible(false);
     auto* rows = std::make_unique<QVBoxLayout>(&whole_).release();
     rows->setContentsMargins({});
-    rows->addWidget(&notice_);
+    rows->addWidget(&notice_.bar());
     rows->addWidget(&parts_, 1);
     setCentralWidget(&whole_);
     drawEdges(*this);

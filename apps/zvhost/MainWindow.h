@@ -78,6 +78,9 @@ private:
     void openDialog(Byte action, Long row, bool branches = false);
     /// Whether the school keeps a history.
     bool remembers() const;
+    /// What can be done about something that was lost.
+    std::vector<Bar::Choice> seenOrGiven(const std::function<void()>& shows,
+                                         const std::function<void()>& gives) const;
     /// Tells what the dialog that has closed saved, and what was lost by it.
     void tellClosed();
     void tellSaved(const history::HistoryConnection::Closed& closed);

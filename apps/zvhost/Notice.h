@@ -1,28 +1,22 @@
 #pragma once
 
+#include "qt/Bar.h"
 #include "runtime/Value.h"
 
-#include <QFrame>
-#include <QLabel>
-#include <QPushButton>
-
-#include <functional>
 #include <vector>
 
 namespace zv::host {
 
-/// Bar over the list: something that a person has to know, with what can be done about it, until it is done
-/// or he has taken note. Each button has its key on it: Alt+R, Alt+D, Alt+E.
-class Notice final : public QFrame {
+/// Queue of what the bar over the list has to tell, each until it is done or a person has taken note.
+class Notice {
 public:
-    Notice();
-
     struct Message {
         QString text;
-        std::function<void()> shows;
-        std::function<void()> gives;     ///< None where nothing may be written.
-        std::vector<Long> openings = {}; ///< Of the dialogs that it tells of.
+        std::vector<Bar::Choice> choices; ///< Beside that of having taken note.
+        std::vector<Long> openings = {};  ///< Of the dialogs that it tells of.
     };
+
+    Bar& bar() { return bar_; }
     /// Tells it, behind those that wait already.
     void tell(Message message);
     /// The next one, or none.
@@ -32,11 +26,9 @@ public:
     void forget(const std::vector<Long>& openings);
 
 private:
-    void button(QPushButton& button, const QString& text, int key, const std::function<void()>& does);
     void follow();
 
-    QLabel text_;
-    QPushButton show_, give_, done_;
+    Bar bar_{QStringLiteral("aviso")};
     std::vector<Message> waiting_; ///< The first one is shown.
 };
 
