@@ -1,5 +1,6 @@
 #include "forms/Acts.h"
 
+#include "forms/ActObserver.h"
 #include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
@@ -32,12 +33,13 @@ bool Acts::reach(Control& control, const std::function<void()>& act)
 
 bool Acts::focus(Control& control)
 {
-    return at(control, [] {});
+    return tellAct({ActVerb::focus, control.form(), &control}, [&] { return at(control, [] {}); });
 }
 
 bool Acts::click(Control& control)
 {
-    return at(control, [&] { activate(control); });
+    return tellAct({ActVerb::click, control.form(), &control},
+                   [&] { return at(control, [&] { activate(control); }); });
 }
 
 void Acts::activate(Control& control)
@@ -59,36 +61,44 @@ void Acts::activate(Control& control)
 
 bool Acts::type(Control& control, StringView text)
 {
-    bool reached = focus(control);
-    while (reached && !text.empty())
-        reached = at(control, [&, key = takeKey(text)] { press(control, key); });
-    return reached;
+    return tellAct({ActVerb::type, control.form(), &control, text}, [&] {
+        bool reached = focus(control);
+        while (reached && !text.empty())
+            reached = at(control, [&, key = takeKey(text)] { press(control, key); });
+        return reached;
+    });
 }
 
 bool Acts::key(Control& control, Key key)
 {
-    return at(control, [&] { press(control, key); });
+    return tellAct({.verb = ActVerb::key, .form = control.form(), .control = &control, .key = key},
+                   [&] { return at(control, [&] { press(control, key); }); });
 }
 
 bool Acts::paste(TextBox& box, StringView text)
 {
-    return at(box, [&] { box.form().guarded([&] { box.replaceSelection(text); }); });
+    return tellAct({ActVerb::paste, box.form(), &box, text},
+                   [&] { return at(box, [&] { box.form().guarded([&] { box.replaceSelection(text); }); }); });
 }
 
 bool Acts::select(TextBox& box, Long start, Long length)
 {
-    return at(box, [&] {
-        box.SelStart = std::max<Long>(start, 0);
-        box.SelLength = std::max<Long>(length, 0);
+    return tellAct({ActVerb::select, box.form(), &box, {}, start, length}, [&] {
+        return at(box, [&] {
+            box.SelStart = std::max<Long>(start, 0);
+            box.SelLength = std::max<Long>(length, 0);
+        });
     });
 }
 
 bool Acts::choose(ComboBox& box, Long index)
 {
     box.entry(index);
-    return at(box, [&] {
-        box.ListIndex.store(index);
-        raise(box, box.Click);
+    return tellAct({ActVerb::choose, box.form(), &box, {}, index}, [&] {
+        return at(box, [&] {
+            box.ListIndex.store(index);
+            raise(box, box.Click);
+        });
     });
 }
 
@@ -107,27 +117,32 @@ void Acts::enterCell(MSFlexGrid& grid, Long row, Long column)
 bool Acts::clickCell(MSFlexGrid& grid, Long row, Long column)
 {
     static_cast<void>(grid.TextMatrix(row, column));
-    return at(grid, [&] {
-        enterCell(grid, row, column);
-        raise(grid, grid.Click);
+    return tellAct({ActVerb::clickCell, grid.form(), &grid, {}, row, column}, [&] {
+        return at(grid, [&] {
+            enterCell(grid, row, column);
+            raise(grid, grid.Click);
+        });
     });
 }
 
 bool Acts::doubleClickCell(MSFlexGrid& grid, Long row, Long column)
 {
     // The first click's handlers may make the grid inaccessible; the second click then lands nowhere.
-    return clickCell(grid, row, column) && clickCellAgain(grid);
+    return tellAct({ActVerb::doubleClickCell, grid.form(), &grid, {}, row, column},
+                   [&] { return clickCell(grid, row, column) && clickCellAgain(grid); });
 }
 
 bool Acts::clickCellAgain(MSFlexGrid& grid)
 {
-    return at(grid, [&] { raise(grid, grid.DblClick); });
+    return tellAct({ActVerb::doubleClickCell, grid.form(), &grid, {}, grid.Row(), grid.Col()},
+                   [&] { return at(grid, [&] { raise(grid, grid.DblClick); }); });
 }
 
 bool Acts::scroll(MSFlexGrid& grid, Long row)
 {
     static_cast<void>(grid.TextMatrix(row, 0));
-    return at(grid, [&] { scrollTo(grid, row); });
+    return tellAct({ActVerb::scroll, grid.form(), &grid, {}, row},
+                   [&] { return at(grid, [&] { scrollTo(grid, row); }); });
 }
 
 void Acts::scrollTo(MSFlexGrid& grid, Long row)
@@ -142,24 +157,29 @@ void Acts::scrollTo(MSFlexGrid& grid, Long row)
 bool Acts::clickTab(TabStrip& strip, Long tab)
 {
     StripTab& clicked = strip.Tabs(tab);
-    return at(strip, [&] { strip.form().guarded([&] { clicked.select(); }); });
+    return tellAct({ActVerb::clickTab, strip.form(), &strip, {}, tab},
+                   [&] { return at(strip, [&] { strip.form().guarded([&] { clicked.select(); }); }); });
 }
 
 bool Acts::clickBackground(Form& form)
 {
     if (!form.Visible() || !form.Enabled())
         return false;
-    form.guarded([&form] { form.Form_Click(); });
-    form.settleFocus();
-    return true;
+    return tellAct({ActVerb::clickBackground, form}, [&] {
+        form.guarded([&form] { form.Form_Click(); });
+        form.settleFocus();
+        return true;
+    });
 }
 
 bool Acts::close(Form& form)
 {
     if (!form.Visible() || !form.Enabled())
         return false;
-    form.guarded([&form] { form.Unload(); });
-    return true;
+    return tellAct({ActVerb::close, form}, [&] {
+        form.guarded([&form] { form.Unload(); });
+        return true;
+    });
 }
 
 } // namespace zv

@@ -1,24 +1,31 @@
 #include "forms/FormObserver.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace zv {
 namespace {
 
 using Source = FormObserver& (*)();
 
-Source& source()
+std::vector<Source>& sources()
 {
-    static Source registered = nullptr;
+    static std::vector<Source> registered;
     return registered;
 }
 
 } // namespace
 
-void observeForms(FormObserver& (*observer)()) { source() = observer; }
+void observeForms(FormObserver& (*observer)())
+{
+    if (std::ranges::find(sources(), observer) == sources().end())
+        sources().push_back(observer);
+}
 
 void tellObserver(void (FormObserver::*what)(Form&), Form& form)
 {
-    if (source() != nullptr)
-        (source()().*what)(form);
+    for (const Source observer : sources())
+        (observer().*what)(form);
 }
 
 } // namespace zv

@@ -17,9 +17,10 @@ public:
     virtual void atRest(Form& form) = 0;
 };
 
-/// Registers the observer, by a callback that gives it; without one nobody observes.
+/// Registers an observer, once, by a callback that gives it. Observers are told in the order in which they
+/// were registered.
 void observeForms(FormObserver& (*observer)());
-/// Tells the registered observer.
+/// Tells the registered observers.
 void tellObserver(void (FormObserver::*what)(Form&), Form& form);
 
 } // namespace zv

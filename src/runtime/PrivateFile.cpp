@@ -12,14 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void makeFolders(const fs::path& folder)
-{
-    if (folder.empty() || fs::is_directory(folder))
-        return;
-    makeFolders(folder.parent_path());
-    owneronly::makeFolder(folder);
-}
-
 /// Random temporary name in the same folder, as a hard link needs the same file system.
 fs::path nameBeside(const fs::path& file)
 {
@@ -30,9 +22,17 @@ fs::path nameBeside(const fs::path& file)
 
 } // namespace
 
+void makePrivateFolder(const fs::path& folder)
+{
+    if (folder.empty() || fs::is_directory(folder))
+        return;
+    makePrivateFolder(folder.parent_path());
+    owneronly::makeFolder(folder);
+}
+
 bool createPrivateFile(const fs::path& file, std::string_view text)
 {
-    makeFolders(file.parent_path());
+    makePrivateFolder(file.parent_path());
     const fs::path draft = nameBeside(file);
     std::error_code error = owneronly::write(draft, text);
     if (!error)

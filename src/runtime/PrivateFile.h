@@ -11,6 +11,9 @@ namespace zv {
 /// sees it incomplete, and it is synced to disk when this returns. False if it exists already. Fails with a
 /// std::system_error.
 bool createPrivateFile(const std::filesystem::path& file, std::string_view text);
+/// Makes a folder that only its owner can enter, and missing ones above it; one that is there stays as it is.
+/// Fails with a std::system_error.
+void makePrivateFolder(const std::filesystem::path& folder);
 /// Permission check: whether anyone but the owner may read or change the file, or its administrators where
 /// they could take that right in any case.
 bool openToOthers(const std::filesystem::path& file);

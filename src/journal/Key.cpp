@@ -1,0 +1,56 @@
+#include "journal/Key.h"
+
+#include "runtime/PrivateFile.h"
+#include "runtime/System.h"
+
+#include <fstream>
+#include <sodium.h>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace zv::journal {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void failKey(const fs::path& file, StringView trouble)
+{
+    throw std::runtime_error(toUtf8(u"La clave del diario, «" + file.u16string() + u"», " + String(trouble)));
+}
+
+} // namespace
+
+fs::path folder()
+{
+    constexpr std::pair<const char*, const char*> places[] = {
+        {"XDG_STATE_HOME", ""}, {"LOCALAPPDATA", ""}, {"HOME", ".local/state"}};
+    for (const auto& [variable, below] : places)
+        if (const fs::path state = pathInEnvironment(variable); state.is_absolute())
+            return state / below / "ZVConfiguracion" / "diario";
+    return {};
+}
+
+SecretKey ownKey(const fs::path& folder)
+{
+    const fs::path file = folder / "clave";
+    if (sodium_init() < 0)
+        failKey(file, u"no se puede usar: falta el cifrado.");
+    SecretKey key{};
+    std::error_code ignored;
+    if (!fs::exists(file, ignored)) {
+        randombytes_buf(key.data(), key.size());
+        // Another program may have made one meanwhile: what is in the file counts.
+        createPrivateFile(file, {reinterpret_cast<const char*>(key.data()), key.size()});
+    }
+    if (openToOthers(file))
+        failKey(file, u"la pueden leer otros: quíteles el permiso (" + String(closingCommand()) + u").");
+    std::ifstream stream(file, std::ios::binary);
+    const std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (text.size() != key.size())
+        failKey(file, u"no se puede leer o está estropeada: bórrela, y los diarios que haya con ella.");
+    std::copy(text.begin(), text.end(), key.begin());
+    return key;
+}
+
+} // namespace zv::journal

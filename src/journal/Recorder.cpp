@@ -1,0 +1,304 @@
+#include "journal/Recorder.h"
+
+#include "forms/ComboBox.h"
+#include "forms/Controls.h"
+#include "forms/Form.h"
+#include "forms/MSFlexGrid.h"
+#include "runtime/Single.h"
+#include "runtime/System.h"
+#include "runtime/Time.h"
+#include "session/cConfiguracion.h"
+
+#include <algorithm>
+
+namespace zv::journal {
+
+namespace {
+
+/// Dialogs whose accept button stores nothing: it changes the list of the dialog that opened them.
+constexpr StringView withinTheirOpener[] = {u"frmSucursal"};
+
+struct Settings {
+    std::filesystem::path folder;
+    std::optional<SecretKey> key;
+    bool on = false;
+    std::function<void(StringView)> tell;
+    String told; ///< The trouble that was told last, until a journal could be written again.
+};
+
+Settings& settings()
+{
+    static Settings of;
+    return of;
+}
+
+std::int64_t now() { return timeHere().time_since_epoch().count(); }
+
+void tellTrouble(StringView why)
+{
+    Settings& of = settings();
+    if (of.told == why)
+        return;
+    of.told = String(why);
+    if (of.tell)
+        of.tell(why);
+}
+
+/// What the dialog below has chosen last in its lists: the section that the new one is for.
+Entry chosenIn(const Form& form)
+{
+    Entry chosen;
+    for (const Control* control : form.Controls)
+        if (const auto* list = dynamic_cast<const ComboBox*>(control); list && list->ListIndex() >= 0)
+            chosen = entryOf(*list, list->ListIndex());
+    return chosen;
+}
+
+Act asKept(const PersonAct& act)
+{
+    Act kept{.verb = act.verb,
+             .text = String(act.text),
+             .first = act.first,
+             .second = act.second,
+             .key = act.key,
+             .moment = now()};
+    if (act.control == nullptr)
+        return kept;
+    kept.control = act.control->Name();
+    kept.index = act.control->Index();
+    if (const auto* list = dynamic_cast<const ComboBox*>(act.control); list && act.verb == ActVerb::choose)
+        kept.entry = entryOf(*list, act.first);
+    const auto* grid = dynamic_cast<const MSFlexGrid*>(act.control);
+    if (grid != nullptr && (act.verb == ActVerb::clickCell || act.verb == ActVerb::doubleClickCell))
+        kept.entry = rowOf(*grid, act.first);
+    return kept;
+}
+
+bool isCancel(const Control* control)
+{
+    const auto* button = dynamic_cast<const CommandButton*>(control);
+    return button != nullptr && button->Cancel();
+}
+
+bool mayOpenOrSave(const PersonAct& act)
+{
+    return dynamic_cast<const CommandButton*>(act.control) != nullptr || act.key == Key::Enter ||
+           act.verb == ActVerb::doubleClickCell;
+}
+
+} // namespace
+
+Recorder::Open* Recorder::find(const Form* form)
+{
+    const auto found = std::ranges::find(open_, form, &Open::form);
+    return found == open_.end() ? nullptr : &*found;
+}
+
+const Recorder::Open* Recorder::find(const Form* form) const
+{
+    const auto found = std::ranges::find(open_, form, &Open::form);
+    return found == open_.end() ? nullptr : &*found;
+}
+
+Recorder::Open* Recorder::journalOf(Open& open) { return open.within != nullptr ? find(open.within) : &open; }
+
+void Recorder::loading(Form& form)
+{
+    std::erase_if(open_, [&](const Open& each) { return each.form == &form; });
+    if (!recording())
+        return;
+    Open open{.form = &form, .opening = sessionOpening()};
+    open.opening.dialog = form.Name();
+    const Form* opener = inHand_.empty() ? nullptr : inHand_.back().form;
+    if (Open* below = opener != nullptr ? find(opener) : nullptr) {
+        if (std::ranges::find(withinTheirOpener, form.Name()) != std::end(withinTheirOpener)) {
+            open.within = below->form;
+            Record inner(std::in_place_type<Inner>);
+            std::get<Inner>(inner).dialog = form.Name();
+            write(*below, inner, false);
+        }
+        open.opening.opener = opener->Name();
+        if (SectionControls(form).isSection())
+            open.opening.section = chosenIn(*opener);
+    }
+    open_.push_back(std::move(open));
+}
+
+void Recorder::unloaded(Form& form)
+{
+    Open* open = find(&form);
+    if (open == nullptr)
+        return;
+    if (open->writer)
+        open->writer->remove();
+    open->closed = true;
+    if (std::ranges::find(inHand_, &form, &InHand::form) == inHand_.end())
+        std::erase_if(open_, [&](const Open& each) { return each.form == &form; });
+}
+
+void Recorder::acting(const PersonAct& act)
+{
+    inHand_.push_back({&act.form, asKept(act)});
+    Open* open = find(&act.form);
+    if (open == nullptr)
+        return;
+    if (!open->watch) {
+        open->watch = std::make_unique<Watch>(act.form);
+        open->opening.title = act.form.Caption();
+    }
+    Open* journal = journalOf(*open);
+    if (mayOpenOrSave(act) && open == journal)
+        write(*journal, Begun{inHand_.back().act}, false);
+}
+
+bool Recorder::isOrdered(const Open& open, const PersonAct& act)
+{
+    const SectionControls& controls = open.watch->controls();
+    if (controls.isSection() || controls.grid == nullptr || open.closed || act.verb == ActVerb::focus ||
+        act.verb == ActVerb::scroll)
+        return false;
+    const auto* button = dynamic_cast<const CommandButton*>(act.control);
+    return act.control == controls.grid || (button != nullptr && !button->Default() && !button->Cancel());
+}
+
+void Recorder::acted(const PersonAct& act, bool done)
+{
+    Act kept = std::move(inHand_.back().act);
+    inHand_.pop_back();
+    Open* open = find(&act.form);
+    if (open == nullptr || !open->watch)
+        return;
+    Open* journal = journalOf(*open);
+    const bool gone = journal == nullptr || journal->closed;
+    if (!gone) {
+        kept.inner = journal != open;
+        kept.ordered = done && !kept.inner && isOrdered(*open, act);
+        kept.closes = open->closed;
+        kept.leaves =
+            kept.closes && (act.verb == ActVerb::close || act.key == Key::Escape || isCancel(act.control));
+        const View before = open->watch->view();
+        if (!kept.closes)
+            for (Watch::Difference& each : open->watch->differences(act.control))
+                kept.changes.push_back(
+                    {placeIn(*journal, each.place), std::move(each.before), std::move(each.after)});
+        if (!kept.inner && (journal->viewed != before))
+            kept.view = journal->viewed = before;
+        const bool starts = !kept.changes.empty() || kept.ordered;
+        write(*journal, std::move(kept), starts);
+    }
+    if (open->closed)
+        std::erase_if(open_, [&](const Open& each) { return each.form == &act.form; });
+}
+
+std::size_t Recorder::placeIn(Open& journal, const Place& place)
+{
+    const PlaceKey key{place.control,
+                       place.index,
+                       place.pupil.number,
+                       place.pupil.text,
+                       place.input == Input::rating ? place.page : 0,
+                       place.question.number,
+                       place.question.text,
+                       place.column};
+    const auto [known, fresh] = journal.places.try_emplace(key, journal.places.size());
+    if (fresh)
+        write(journal, place, false);
+    return known->second;
+}
+
+void Recorder::start(Open& journal)
+{
+    Settings& of = settings();
+    try {
+        if (!of.key)
+            of.key = ownKey(of.folder);
+        journal.opening.moment = now();
+        journal.writer = std::make_unique<Writer>(of.folder, *of.key, journal.opening);
+    } catch (const std::system_error& error) {
+        journal.failed = true;
+        tellTrouble(wordsFor(error.code()));
+    } catch (const std::exception& error) {
+        journal.failed = true;
+        tellTrouble(fromUtf8(error.what()));
+    }
+}
+
+void Recorder::write(Open& journal, const Record& record, bool starts)
+{
+    if (journal.failed)
+        return;
+    if (!journal.writer) {
+        journal.waiting.push_back(record);
+        if (starts)
+            start(journal);
+        if (journal.writer || journal.failed)
+            for (const Record& each : std::exchange(journal.waiting, {}))
+                write(journal, each, false);
+        return;
+    }
+    const std::error_code error = journal.writer->write(record);
+    if (error)
+        tellTrouble(wordsFor(error));
+    else
+        settings().told.clear();
+}
+
+const Opening* Recorder::opening(const Form& form) const
+{
+    const Open* open = find(&form);
+    return open == nullptr || open->within != nullptr ? nullptr : &open->opening;
+}
+
+const Writer* Recorder::writer(const Form& form) const
+{
+    const Open* open = find(&form);
+    return open == nullptr ? nullptr : open->writer.get();
+}
+
+std::filesystem::path Recorder::file(const Form& form) const
+{
+    const Writer* own = writer(form);
+    return own == nullptr ? std::filesystem::path() : own->path();
+}
+
+bool Recorder::sync(const Form& form)
+{
+    Open* open = find(&form);
+    return open != nullptr && open->writer && !open->writer->sync();
+}
+
+bool record(const std::filesystem::path& folder)
+{
+    if (folder.empty() || environment("ZV_DIARIO").value_or("") == "no")
+        return false;
+    settings().folder = folder;
+    settings().key.reset();
+    settings().on = true;
+    observeActs([]() -> ActObserver& { return recorder(); });
+    observeForms([]() -> FormObserver& { return recorder(); });
+    return true;
+}
+
+bool recording() { return settings().on; }
+
+void recording(bool on) { settings().on = on && !settings().folder.empty(); }
+
+const std::filesystem::path& recordedFolder() { return settings().folder; }
+
+void onTrouble(std::function<void(StringView)> tell) { settings().tell = std::move(tell); }
+
+Recorder& recorder() { return single<Recorder>(); }
+
+Opening sessionOpening()
+{
+    const cConfiguracion& session = Configuracion();
+    return {.school = decimalText(session.intIdCentro) + u" " + session.strNombreCentro,
+            .schoolName = session.strNombreCentro,
+            .person = session.intIDUsuario,
+            .personName = session.strNombreUsuario,
+            .row = session.lngRowData,
+            .action = session.bytAccion,
+            .moment = now()};
+}
+
+} // namespace zv::journal

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "forms/ActObserver.h"
+#include "forms/FormObserver.h"
+#include "journal/Journal.h"
+#include "journal/Watch.h"
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <tuple>
+
+namespace zv::journal {
+
+/// Writes the journals of the dialogs that are open: an observer of acts and forms, whatever the desktop. A
+/// journal begins with the first change and is deleted when its dialog closes. A single instance: a reset
+/// forgets the dialogs that were open, and their journals stay, as after a crash.
+class Recorder final : public ActObserver, public FormObserver {
+public:
+    void acting(const PersonAct& act) override;
+    void acted(const PersonAct& act, bool done) override;
+    void loading(Form& form) override;
+    void unloaded(Form& form) override;
+    void atRest(Form& /*form*/) override {}
+
+    /// What is open on that form; nullptr for a form that is not loaded, or within another one's journal.
+    const Opening* opening(const Form& form) const;
+    /// The journal of that form; empty while it has none.
+    std::filesystem::path file(const Form& form) const;
+    /// Returns when what was done on that form is on the disk; false if it could not be written.
+    bool sync(const Form& form);
+    /// The journal of that form, to prove what is on the disk; nullptr while it has none.
+    const Writer* writer(const Form& form) const;
+
+private:
+    using PlaceKey = std::tuple<String, int, Long, String, int, Long, String, Long>;
+    struct Open {
+        Form* form = nullptr;
+        Form* within = nullptr; ///< The dialog whose contents alone it changes.
+        Opening opening = {};
+        std::unique_ptr<Watch> watch = {}; ///< From the first act on.
+        std::unique_ptr<Writer> writer = {};
+        std::vector<Record> waiting = {}; ///< Until the first change.
+        std::map<PlaceKey, std::size_t> places = {};
+        View viewed = {}; ///< That the journal knows.
+        bool failed = false;
+        bool closed = false;
+    };
+    struct InHand {
+        const Form* form;
+        Act act;
+    };
+
+    Open* find(const Form* form);
+    const Open* find(const Form* form) const;
+    Open* journalOf(Open& open);
+    void write(Open& journal, const Record& record, bool starts);
+    void start(Open& journal);
+    std::size_t placeIn(Open& journal, const Place& place);
+    static bool isOrdered(const Open& open, const PersonAct& act);
+
+    std::deque<Open> open_;      ///< In the order in which they were loaded.
+    std::vector<InHand> inHand_; ///< Acts that have begun, the outermost first.
+};
+
+/// Begins to write journals in that folder, for the rest of the process: observers are registered. With
+/// ZV_DIARIO=no in the environment, or without a folder, nothing is written, and it returns false.
+bool record(const std::filesystem::path& folder = folder());
+/// Whether journals are written. False switches them off again for the dialogs that open from here on.
+bool recording();
+void recording(bool on);
+/// The folder given to record(); empty before.
+const std::filesystem::path& recordedFolder();
+/// Registers a callback that tells the person, once for each trouble, that and why nothing can be kept.
+void onTrouble(std::function<void(StringView)> tell);
+Recorder& recorder();
+/// What identifies the session's school, and who the person is.
+Opening sessionOpening();
+
+} // namespace zv::journal
