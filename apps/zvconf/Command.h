@@ -37,6 +37,7 @@ int mudar(Arguments arguments);
 int copia(Arguments arguments);
 int restaurar(Arguments arguments);
 int historial(Arguments arguments);
+int diario(Arguments arguments);
 
 /// Invalid command line; the text is Spanish.
 class UsageError : public std::runtime_error {

@@ -19,6 +19,7 @@ constexpr Command commands[] = {
     {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
     {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
+    {u"diario", diario},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -75,6 +76,16 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
   zvconf historial cortados [--deshacer] [--si] --bd URL
       Dice qué guardados se cortaron a medias porque murió su puesto. Con --deshacer --si quita de la base de datos
       lo que cada uno llegó a escribir; sin --si sólo dice qué es.
+  zvconf diario lista [--carpeta CARPETA]
+      Dice, para la persona que da la orden, qué se quedó sin guardar en ventanas cuyo programa murió: el número de
+      cada diario, cuándo, de quién, de qué centro y ventana, y cuánto. Se recupera al abrir otra vez la ventana.
+      Los diarios están, cifrados, en su carpeta de estado, o en la de --carpeta.
+  zvconf diario ver NÚMERO [--carpeta CARPETA]
+      Dice, campo por campo, lo que había y lo que se escribió.
+  zvconf diario exportar NÚMERO FICHERO [--carpeta CARPETA]
+      Escribe lo que se hizo como un guion, en un fichero suyo y de nadie más.
+  zvconf diario borrar NÚMERO [--si] [--carpeta CARPETA]
+      Dice qué es ese diario; con --si lo borra, para siempre.
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.

@@ -5,7 +5,17 @@ namespace zv::journal {
 bool Place::same(const Place& other) const
 {
     return control == other.control && index == other.index && pupil == other.pupil &&
-           question == other.question && (input != Input::rating || page == other.page);
+           within == other.within && question == other.question &&
+           (input != Input::rating || page == other.page);
+}
+
+String readAs(const Place& place, const Held& held)
+{
+    if (held.none)
+        return {};
+    if (place.input == Input::option || place.input == Input::tick)
+        return held.value.number != 0 ? u"sí" : u"no";
+    return held.value.text;
 }
 
 bool Opening::sameAs(const Opening& other) const

@@ -34,7 +34,9 @@ enum class Input : unsigned char { text, list, option, tick, rating };
 struct Place {
     Input input = Input::text;
     String control = {};
-    int index = -1;      ///< In its control array, or -1.
+    int index = -1; ///< In its control array, or -1.
+    /// 0, or which of the dialogs that were opened within the journal's own, in their order from 1.
+    int within = 0;
     Entry pupil = {};    ///< Number 0 where the dialog holds no section.
     int page = 0;        ///< Tab on which the input was reached; 0 without tabs.
     Entry question = {}; ///< Of a rating: the subject.
@@ -43,6 +45,9 @@ struct Place {
     /// The same input of the same person, wherever it was reached.
     bool same(const Place& other) const;
 };
+
+/// What a value reads as: the text, the entry's text, «sí» or «no»; "" for a list without a choice.
+String readAs(const Place& place, const Held& held);
 
 /// A place whose value an act changed.
 struct Change {
@@ -78,17 +83,27 @@ struct Act {
     std::optional<View> view = {};
 };
 
+/// What was chosen in a list.
+struct Choice {
+    String control = {};
+    int index = -1;
+    Entry entry = {};
+};
+
 /// Which dialog of which school a journal is of, and whose.
 struct Opening {
-    String school = {}; ///< IDCentro and name, the same wherever its databases stand.
+    String school = {}; ///< IDCentro, name and RutaBD of the session.
     String schoolName = {};
     Integer person = 0;
     String personName = {};
     String dialog = {};
     Long row = 0; ///< The session's key.
     Byte action = 0;
-    Entry section = {};      ///< Of a dialog that another one opened for a choice of its own.
-    String opener = {};      ///< Name of that dialog; empty if the host opened it.
+    Entry section = {};               ///< Of a dialog that another one opened for a choice of its own.
+    String opener = {};               ///< Name of that dialog; empty if the host opened it.
+    std::vector<Choice> choices = {}; ///< What stood chosen in that dialog's lists,
+    String button = {};               ///< and the control by which this one was opened there.
+    int buttonIndex = -1;
     String title = {};       ///< Caption of the window.
     std::int64_t moment = 0; ///< Seconds since 1970, UTC.
     /// Whether a person who opens this has the other one's dialog, row and school before him.

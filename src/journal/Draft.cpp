@@ -59,6 +59,17 @@ void Draft::add(const Act& act)
         return;
     }
     const bool opened = isOpen(steps);
+    const bool chosen = act.ordered && !act.changes.empty() &&
+                        places[act.changes.front().place].control == act.control &&
+                        places[act.changes.front().place].index == act.index;
+    if (chosen && !opened) {
+        latest_.clear();
+        for (const Change& change : act.changes)
+            add(change, steps, latest_);
+        steps[latest_.at(first(act.changes.front().place))].again = true;
+        latest_.erase(first(act.changes.front().place));
+        return;
+    }
     if (opened || act.ordered) {
         if (!opened)
             steps.emplace_back();

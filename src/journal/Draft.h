@@ -9,6 +9,7 @@ namespace zv::journal {
 /// One thing that is to be done to have the draft again: a value in its place, or an act in its turn.
 struct Step {
     std::optional<Change> value = {};
+    bool again = false; ///< The value is to be chosen also where the dialog shows it: others follow it.
     Act act = {};
     /// Of an act that opened a dialog which changes this one's contents only: what was done there.
     std::vector<Step> inner = {};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "journal/Act.h"
+#include "journal/Draft.h"
 
 namespace zv::journal {
 
@@ -24,5 +24,8 @@ struct Item {
     Fate fate = Fate::stored;
     Change change = {}; ///< For keepOnly().
 };
+
+/// The values of a draft by themselves, without the dialog: `now` is empty, and each would be typed.
+std::vector<Item> itemsOf(const Draft& draft);
 
 } // namespace zv::journal

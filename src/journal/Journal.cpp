@@ -13,7 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view magic = "ZVDIARIO1\n";
-/// Least time between two syncs: what was written waits as long at most, and what one sync takes.
+/// How long what was written waits for its sync, which may take as long again on a busy disk.
 constexpr std::chrono::milliseconds pause{250};
 constexpr std::size_t lengthSize = 4;
 
@@ -22,10 +22,11 @@ fs::path freshPath(const fs::path& folder)
 {
     makePrivateFolder(folder);
     std::random_device chance;
-    std::string name;
-    for (int part = 0; part < 3; ++part)
-        name += std::to_string(chance());
-    return folder / (name + toUtf8(extension));
+    fs::path path;
+    do
+        path = folder / (std::to_string(chance()) + toUtf8(extension));
+    while (fs::exists(path));
+    return path;
 }
 
 void appendLength(std::string& bytes, std::size_t length)
@@ -87,12 +88,15 @@ std::error_code Writer::sync()
 void Writer::keepSyncing(const std::stop_token& stop)
 {
     std::unique_lock lock(mutex_);
+    // First the pause: what is typed and accepted at once costs no sync at all.
     while (woken_.wait(lock, stop, [this] { return dirty_; })) {
+        woken_.wait_for(lock, stop, pause, [] { return false; });
+        if (stop.stop_requested())
+            return;
         dirty_ = false;
         lock.unlock();
         sync();
         lock.lock();
-        woken_.wait_for(lock, stop, pause, [] { return false; });
     }
 }
 

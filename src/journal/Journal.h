@@ -29,6 +29,8 @@ public:
 
     /// The failure, if the file takes no more; what it did not take is tried again with the next record.
     std::error_code write(const Record& record);
+    /// Whether something waits that the file has not taken.
+    bool pending() const { return !waiting_.empty(); }
     /// Returns when all that was written is on the disk.
     std::error_code sync();
     const std::filesystem::path& path() const { return path_; }

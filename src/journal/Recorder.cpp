@@ -44,13 +44,12 @@ void tellTrouble(StringView why)
         of.tell(why);
 }
 
-/// What the dialog below has chosen last in its lists: the section that the new one is for.
-Entry chosenIn(const Form& form)
+std::vector<Choice> chosenIn(const Form& form)
 {
-    Entry chosen;
+    std::vector<Choice> chosen;
     for (const Control* control : form.Controls)
         if (const auto* list = dynamic_cast<const ComboBox*>(control); list && list->ListIndex() >= 0)
-            chosen = entryOf(*list, list->ListIndex());
+            chosen.push_back({list->Name(), list->Index(), entryOf(*list, list->ListIndex())});
     return chosen;
 }
 
@@ -113,13 +112,17 @@ void Recorder::loading(Form& form)
     if (Open* below = opener != nullptr ? find(opener) : nullptr) {
         if (std::ranges::find(withinTheirOpener, form.Name()) != std::end(withinTheirOpener)) {
             open.within = below->form;
+            ++below->inner;
             Record inner(std::in_place_type<Inner>);
             std::get<Inner>(inner).dialog = form.Name();
             write(*below, inner, false);
         }
         open.opening.opener = opener->Name();
-        if (SectionControls(form).isSection())
-            open.opening.section = chosenIn(*opener);
+        open.opening.button = inHand_.back().act.control;
+        open.opening.buttonIndex = inHand_.back().act.index;
+        open.opening.choices = chosenIn(*opener);
+        if (SectionControls(form).isSection() && !open.opening.choices.empty())
+            open.opening.section = open.opening.choices.back().entry;
     }
     open_.push_back(std::move(open));
 }
@@ -178,9 +181,7 @@ void Recorder::acted(const PersonAct& act, bool done)
             kept.closes && (act.verb == ActVerb::close || act.key == Key::Escape || isCancel(act.control));
         const View before = open->watch->view();
         if (!kept.closes)
-            for (Watch::Difference& each : open->watch->differences(act.control))
-                kept.changes.push_back(
-                    {placeIn(*journal, each.place), std::move(each.before), std::move(each.after)});
+            noteChanges(*open, *journal, act, kept);
         if (!kept.inner && (journal->viewed != before))
             kept.view = journal->viewed = before;
         const bool starts = !kept.changes.empty() || kept.ordered;
@@ -190,16 +191,28 @@ void Recorder::acted(const PersonAct& act, bool done)
         std::erase_if(open_, [&](const Open& each) { return each.form == &act.form; });
 }
 
+/// Lists, options and ticks that belong to no pupil may fill others: what was chosen is chosen again in its
+/// turn, and is noted even if it is the same.
+void Recorder::noteChanges(Open& open, Open& journal, const PersonAct& act, Act& kept)
+{
+    std::vector<Watch::Difference> found = open.watch->differences(act.control);
+    const auto own = open.watch->choice(act.control);
+    const bool changed = own && !found.empty() && found.front().place.same(own->place);
+    if (own && !changed && act.verb == ActVerb::choose)
+        found.insert(found.begin(), *own);
+    kept.ordered |= own && !kept.inner && (changed || act.verb == ActVerb::choose);
+    for (Watch::Difference& each : found) {
+        each.place.within = kept.inner ? journal.inner : 0;
+        kept.changes.push_back({placeIn(journal, each.place), std::move(each.before), std::move(each.after)});
+    }
+}
+
 std::size_t Recorder::placeIn(Open& journal, const Place& place)
 {
-    const PlaceKey key{place.control,
-                       place.index,
-                       place.pupil.number,
-                       place.pupil.text,
-                       place.input == Input::rating ? place.page : 0,
-                       place.question.number,
-                       place.question.text,
-                       place.column};
+    const PlaceKey key{
+        place.control,         place.index,         place.within,
+        place.pupil.number,    place.pupil.text,    place.input == Input::rating ? place.page : 0,
+        place.question.number, place.question.text, place.column};
     const auto [known, fresh] = journal.places.try_emplace(key, journal.places.size());
     if (fresh)
         write(journal, place, false);
@@ -264,7 +277,10 @@ std::filesystem::path Recorder::file(const Form& form) const
 bool Recorder::sync(const Form& form)
 {
     Open* open = find(&form);
-    return open != nullptr && open->writer && !open->writer->sync();
+    Open* journal = open != nullptr ? journalOf(*open) : nullptr;
+    if (journal == nullptr || journal->failed)
+        return false;
+    return !journal->writer || (!journal->writer->pending() && !journal->writer->sync());
 }
 
 bool record(const std::filesystem::path& folder)
@@ -292,7 +308,7 @@ Recorder& recorder() { return single<Recorder>(); }
 Opening sessionOpening()
 {
     const cConfiguracion& session = Configuracion();
-    return {.school = decimalText(session.intIdCentro) + u" " + session.strNombreCentro,
+    return {.school = decimalText(session.intIdCentro) + u" " + session.strNombreCentro + u" " + session.RutaBD,
             .schoolName = session.strNombreCentro,
             .person = session.intIDUsuario,
             .personName = session.strNombreUsuario,

@@ -28,13 +28,14 @@ public:
     const Opening* opening(const Form& form) const;
     /// The journal of that form; empty while it has none.
     std::filesystem::path file(const Form& form) const;
-    /// Returns when what was done on that form is on the disk; false if it could not be written.
+    /// Returns when what was done on that form is on the disk; false if it could not be written, or if nothing
+    /// of that form is.
     bool sync(const Form& form);
     /// The journal of that form, to prove what is on the disk; nullptr while it has none.
     const Writer* writer(const Form& form) const;
 
 private:
-    using PlaceKey = std::tuple<String, int, Long, String, int, Long, String, Long>;
+    using PlaceKey = std::tuple<String, int, int, Long, String, int, Long, String, Long>;
     struct Open {
         Form* form = nullptr;
         Form* within = nullptr; ///< The dialog whose contents alone it changes.
@@ -43,6 +44,7 @@ private:
         std::unique_ptr<Writer> writer = {};
         std::vector<Record> waiting = {}; ///< Until the first change.
         std::map<PlaceKey, std::size_t> places = {};
+        int inner = 0;    ///< Dialogs that were opened within it.
         View viewed = {}; ///< That the journal knows.
         bool failed = false;
         bool closed = false;
@@ -57,6 +59,7 @@ private:
     Open* journalOf(Open& open);
     void write(Open& journal, const Record& record, bool starts);
     void start(Open& journal);
+    void noteChanges(Open& open, Open& journal, const PersonAct& act, Act& kept);
     std::size_t placeIn(Open& journal, const Place& place);
     static bool isOrdered(const Open& open, const PersonAct& act);
 
@@ -66,7 +69,7 @@ private:
 
 /// Begins to write journals in that folder, for the rest of the process: observers are registered. With
 /// ZV_DIARIO=no in the environment, or without a folder, nothing is written, and it returns false.
-bool record(const std::filesystem::path& folder = folder());
+bool record(const std::filesystem::path& folder = journal::folder());
 /// Whether journals are written. False switches them off again for the dialogs that open from here on.
 bool recording();
 void recording(bool on);

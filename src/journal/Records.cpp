@@ -6,6 +6,7 @@ namespace zv::journal {
 namespace {
 
 constexpr std::size_t mostPlaces = 1U << 20U;
+constexpr std::size_t mostChoices = 100;
 
 /// Output: numbers of seven bits a byte (the sign in the lowest one), texts in units of 16 bits behind their
 /// length.
@@ -74,8 +75,12 @@ public:
     void into(bool& target) { target = number() != 0; }
     void into(String& target)
     {
-        const std::size_t length = size(bytes_.size() / 2);
-        target.resize(length);
+        const std::int64_t length = number();
+        if (length < 0 || static_cast<std::uint64_t>(length) > bytes_.size() / 2) {
+            good_ = false;
+            return;
+        }
+        target.resize(static_cast<std::size_t>(length));
         for (char16_t& unit : target) {
             unit = static_cast<char16_t>(static_cast<unsigned char>(bytes_[0]) |
                                          static_cast<unsigned char>(bytes_[1]) << 8U);
@@ -112,7 +117,10 @@ enum class Kind : unsigned char { opening, place, act, begun, inner };
 void write(Out& out, const Opening& o)
 {
     out << o.school << o.schoolName << o.person << o.personName << o.dialog << o.row << o.action << o.section
-        << o.opener << o.title << o.moment;
+        << o.opener << o.button << o.buttonIndex << static_cast<std::int64_t>(o.choices.size());
+    for (const Choice& each : o.choices)
+        out << each.control << each.index << each.entry;
+    out << o.title << o.moment;
 }
 
 void read(In& in, Opening& o)
@@ -126,14 +134,22 @@ void read(In& in, Opening& o)
     o.action = static_cast<Byte>(in.size(0xFF));
     in.into(o.section);
     in.into(o.opener);
+    in.into(o.button);
+    in.into(o.buttonIndex);
+    for (std::size_t left = in.size(mostChoices); left > 0; --left) {
+        Choice& each = o.choices.emplace_back();
+        in.into(each.control);
+        in.into(each.index);
+        in.into(each.entry);
+    }
     in.into(o.title);
     o.moment = in.number();
 }
 
 void write(Out& out, const Place& p)
 {
-    out << static_cast<Long>(p.input) << p.control << p.index << p.pupil << p.page << p.question << p.column
-        << p.label;
+    out << static_cast<Long>(p.input) << p.control << p.index << p.within << p.pupil << p.page << p.question
+        << p.column << p.label;
 }
 
 void read(In& in, Place& p)
@@ -141,6 +157,7 @@ void read(In& in, Place& p)
     in.choice(p.input, Input::rating);
     in.into(p.control);
     in.into(p.index);
+    in.into(p.within);
     in.into(p.pupil);
     in.into(p.page);
     in.into(p.question);

@@ -28,25 +28,6 @@ bool isConsequence(const Place& place, const Held& held)
     return held.none || (place.input == Input::option && held.value.number == 0);
 }
 
-/// The index of what was chosen: the same number and text, or the only entry that reads so.
-std::optional<Long> indexOf(const Entry& wanted, Long from, Long count, const std::function<Entry(Long)>& at)
-{
-    std::vector<Long> alike;
-    for (Long index = from; index < count; ++index) {
-        const Entry each = at(index);
-        if (each == wanted)
-            return index;
-        if (each.text == wanted.text)
-            alike.push_back(index);
-    }
-    return alike.size() == 1 && !wanted.text.empty() ? std::optional(alike.front()) : std::nullopt;
-}
-
-std::optional<Long> indexOf(const Entry& wanted, const ComboBox& list)
-{
-    return indexOf(wanted, 0, list.ListCount(), [&](Long index) { return entryOf(list, index); });
-}
-
 StringView trimmed(StringView text)
 {
     const std::size_t start = text.find_first_not_of(u' ');
@@ -77,15 +58,6 @@ std::optional<Long> subjectRow(const MSFlexGrid& grid, const Entry& subject)
         if (rowOf(grid, row) == subject)
             return row;
     return std::nullopt;
-}
-
-String textOf(const Place& place, const Held& held)
-{
-    if (held.none)
-        return {};
-    if (place.input == Input::option || place.input == Input::tick)
-        return held.value.number != 0 ? u"sí" : u"no";
-    return held.value.text;
 }
 
 } // namespace
@@ -183,12 +155,12 @@ void Typist::follow(const std::vector<Step>& steps)
         if (!form_.Visible())
             putAside(step, Fate::refused);
         else if (step.value)
-            take(*step.value);
+            take(*step.value, step.again);
         else
             act(step);
 }
 
-void Typist::take(const Change& change)
+void Typist::take(const Change& change, bool again)
 {
     const Place& place = draft_.places[change.place];
     const auto [entry, fresh] = known_.try_emplace(draft_.first(change.place), Known{items.size()});
@@ -197,10 +169,10 @@ void Typist::take(const Change& change)
         items.push_back({.pupil = place.pupil.text,
                          .within = within_,
                          .label = place.label,
-                         .before = textOf(place, change.before),
+                         .before = readAs(place, change.before),
                          .change = change});
     Item& item = items[known.item];
-    item.draft = textOf(place, change.after);
+    item.draft = readAs(place, change.after);
     item.change.after = change.after;
     if (known.lost)
         return;
@@ -210,11 +182,12 @@ void Typist::take(const Change& change)
         known.lost = true;
         return;
     }
-    type(change, place, *control, known);
+    type(change, again, *control, known);
 }
 
-void Typist::type(const Change& change, const Place& place, Control& control, Known& known)
+void Typist::type(const Change& change, bool again, Control& control, Known& known)
 {
+    const Place& place = draft_.places[change.place];
     Item& item = items[known.item];
     const Held now = heldAt(place, control);
     const bool fresh = !std::exchange(known.seen, true);
@@ -222,21 +195,26 @@ void Typist::type(const Change& change, const Place& place, Control& control, Kn
     const auto first = stored_.find({place.pupil.number, &control});
     const Held stored = rating || first == stored_.end() ? now : first->second;
     if (fresh)
-        item.now = textOf(place, stored);
+        item.now = readAs(place, stored);
     const auto same = [&](const Held& a, const Held& b) {
         return rating && !typing_ ? shows(a.value.text, b.value) : means(a, b);
     };
-    if (isConsequence(place, change.after) || same(now, change.after))
+    if (isConsequence(place, change.after))
         return;
-    if (fresh && !same(stored, change.before)) {
+    const bool isThere = same(now, change.after);
+    if (isThere && item.fate != Fate::stored)
+        item.fate = Fate::typed;
+    if (isThere && !(again && typing_ && place.input == Input::list))
+        return;
+    if (fresh && !isThere && !same(stored, change.before)) {
         item.fate = Fate::clash;
         known.lost = true;
     } else if (!typing_) {
         item.fate = Fate::typed;
     } else if (place.input == Input::list || rating) {
         const auto& list = dynamic_cast<const ComboBox&>(control);
-        known.lost = !indexOf(change.after.value, list);
-        item.fate = known.lost ? Fate::noPlace : set(control, change.after) ? Fate::typed : Fate::refused;
+        const bool there = indexOf(change.after.value, list).has_value();
+        item.fate = !there ? Fate::noPlace : set(control, change.after) ? Fate::typed : Fate::refused;
     } else {
         item.fate = set(control, change.after) ? Fate::typed : Fate::refused;
     }
@@ -270,7 +248,7 @@ void Typist::settle()
         for (auto& [first, known] : known_) {
             Item& item = items[known.item];
             const Place& place = draft_.places[first];
-            Control* control = known.lost ? nullptr : reach(place);
+            Control* control = known.lost || item.fate == Fate::noPlace ? nullptr : reach(place);
             if (control == nullptr || isConsequence(place, item.change.after) ||
                 means(heldBy(*control), item.change.after))
                 continue;
@@ -293,8 +271,8 @@ void Typist::putAside(const Step& step, Fate fate)
         items.push_back({.pupil = place.pupil.text,
                          .within = within,
                          .label = place.label,
-                         .before = textOf(place, change.before),
-                         .draft = textOf(place, change.after),
+                         .before = readAs(place, change.before),
+                         .draft = readAs(place, change.after),
                          .fate = fate,
                          .change = change});
     };
@@ -331,7 +309,7 @@ bool Typist::perform(const Act& act, Control& control)
 {
     auto* grid = dynamic_cast<MSFlexGrid*>(&control);
     if (grid != nullptr && (act.verb == ActVerb::clickCell || act.verb == ActVerb::doubleClickCell)) {
-        const auto row = indexOf(act.entry, 0, grid->Rows(), [&](Long each) { return rowOf(*grid, each); });
+        const auto row = indexOf(act.entry, *grid);
         astray_ = !row || act.second < 0 || act.second >= grid->Cols();
         if (astray_)
             return false;

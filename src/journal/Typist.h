@@ -29,8 +29,8 @@ private:
         bool seen = false;
     };
 
-    void take(const Change& change);
-    void type(const Change& change, const Place& place, Control& control, Known& known);
+    void take(const Change& change, bool again);
+    void type(const Change& change, bool again, Control& control, Known& known);
     void act(const Step& step);
     bool perform(const Act& act, Control& control);
     void inside(Form& inner, const Step& step);

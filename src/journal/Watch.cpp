@@ -8,6 +8,7 @@
 #include "runtime/Time.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace zv::journal {
 
@@ -57,7 +58,30 @@ Held heldByList(const ComboBox& list)
     return {.value = entryOf(list, list.ListIndex())};
 }
 
+std::optional<Long> indexOf(const Entry& wanted, Long count, const std::function<Entry(Long)>& at)
+{
+    std::vector<Long> alike;
+    for (Long index = 0; index < count; ++index) {
+        const Entry each = at(index);
+        if (each == wanted)
+            return index;
+        if (each.text == wanted.text)
+            alike.push_back(index);
+    }
+    return alike.size() == 1 && !wanted.text.empty() ? std::optional(alike.front()) : std::nullopt;
+}
+
 } // namespace
+
+std::optional<Long> indexOf(const Entry& wanted, const ComboBox& list)
+{
+    return indexOf(wanted, list.ListCount(), [&](Long index) { return entryOf(list, index); });
+}
+
+std::optional<Long> indexOf(const Entry& wanted, const MSFlexGrid& grid)
+{
+    return indexOf(wanted, grid.Rows(), [&](Long row) { return rowOf(grid, row); });
+}
 
 Entry entryOf(const ComboBox& list, Long index) { return {list.ItemData(index), list.List(index)}; }
 
@@ -138,6 +162,14 @@ bool Watch::holdsStill(const Watched& watched)
     default:
         return heldBy(*watched.control) == held;
     }
+}
+
+std::optional<Watch::Difference> Watch::choice(const Control* control) const
+{
+    const auto found = std::ranges::find(inputs_, control, &Watched::control);
+    if (controls_.isSection() || found == inputs_.end() || found->input == Input::text)
+        return std::nullopt;
+    return Difference{placeOf(*found), found->held, found->held};
 }
 
 std::vector<Watch::Difference> Watch::differences(const Control* first)

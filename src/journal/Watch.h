@@ -3,7 +3,7 @@
 #include "forms/SectionControls.h"
 #include "journal/Act.h"
 
-#include <map>
+#include <optional>
 
 namespace zv {
 class CheckBox;
@@ -20,6 +20,10 @@ Entry entryOf(const ComboBox& list, Long index);
 /// The row of a grid: its number, or the text of its last column where that is hidden, and what it shows.
 Entry rowOf(const MSFlexGrid& grid, Long row);
 
+/// The index of what was chosen: the same number and text, or the only entry that reads so.
+std::optional<Long> indexOf(const Entry& wanted, const ComboBox& list);
+std::optional<Long> indexOf(const Entry& wanted, const MSFlexGrid& grid);
+
 /// Compares what the inputs of a form hold with what they held before, and says to whom it belongs.
 class Watch {
 public:
@@ -34,6 +38,9 @@ public:
     /// Differences since the last call, the given control's first. What another pupil shows because he was
     /// chosen is none.
     std::vector<Difference> differences(const Control* first);
+    /// What a list, an option or a tick holds that belongs to no pupil, as if it had changed; nullopt for any
+    /// other control.
+    std::optional<Difference> choice(const Control* control) const;
     View view() const;
     const SectionControls& controls() const { return controls_; }
 

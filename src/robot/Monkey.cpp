@@ -130,9 +130,17 @@ private:
     {
         takeDown();
         String command;
-        if (Form* form = play_.openForm())
+        Form* form = play_.openForm();
+        if (given_ < wishes_.first.size()) {
+            command = wishes_.first[given_++];
+        } else if (form != nullptr) {
+            if (home_ == nullptr && given_ > 0)
+                home_ = form;
+            else if (stays())
+                patience_ = dice_.below(40);
             command = atDialog(*form);
-        else if (acts_ < wishes_.acts)
+        }
+        if (form == nullptr && command.empty() && acts_ < wishes_.acts)
             command = betweenDialogs();
         if (!command.empty())
             give(command);
@@ -300,7 +308,7 @@ private:
 
     String atDialog(const Form& form)
     {
-        if (--patience_ < 0 || acts_ >= wishes_.acts)
+        if ((--patience_ < 0 && !stays()) || acts_ >= wishes_.acts)
             return leave(form);
         if (wishes_.failures && dice_.once(30))
             return failing();
@@ -308,7 +316,9 @@ private:
         case 0:
             return u"fondo";
         case 1:
-            return u"cerrar";
+            if (!stays())
+                return u"cerrar";
+            [[fallthrough]];
         case 2:
             return u"ver forma.Caption forma.Foco forma.MousePointer forma.MarcaBloqueo";
         default:
@@ -340,6 +350,15 @@ private:
         return nullptr;
     }
 
+    bool stays() const { return home_ != nullptr && play_.openForm() == home_; }
+
+    static bool leaves(const Control* control)
+    {
+        const auto* button = dynamic_cast<const CommandButton*>(control);
+        return button != nullptr && (button->Default() || button->Cancel() ||
+                                     button->Caption() == u"Aceptar" || button->Caption() == u"Cancelar");
+    }
+
     Control& someControl(const Form& form)
     {
         // Second half of an act that needed the focus first.
@@ -350,6 +369,8 @@ private:
         if (!dice_.once(12))
             std::erase_if(choice,
                           [](const Control* each) { return !each->takesFocus() || !each->accessible(); });
+        if (stays())
+            std::erase_if(choice, leaves);
         return choice.empty() ? **form.Controls.begin() : *dice_.of(choice);
     }
 
@@ -367,7 +388,7 @@ private:
             return u"ver" + name + u".Enabled" + name + u".Visible" + name + u".Tag";
         if (dice_.once(12) || !control.takesFocus())
             return u"foco" + name;
-        if (dice_.once(12))
+        if (dice_.once(12) && !stays())
             return u"tecla" + name + u" " + String(dice_.of(keys));
         if (auto* box = dynamic_cast<TextBox*>(&control))
             return inText(*box, name);
@@ -420,7 +441,10 @@ private:
     String inGrid(const MSFlexGrid& grid, const String& name)
     {
         const String row = u" " + decimalText(dice_.below(static_cast<int>(grid.Rows())));
-        const String column = u" " + decimalText(dice_.below(static_cast<int>(grid.Cols())));
+        Long at = dice_.below(static_cast<int>(grid.Cols()));
+        while (at > 0 && grid.ColWidth(at) == 0) // A hidden one is not clicked.
+            --at;
+        const String column = u" " + decimalText(at);
         switch (dice_.below(4)) {
         case 0:
             return u"doble" + name + row + column;
@@ -439,6 +463,8 @@ private:
     const Nodes nodes_ = openingNodes();
     Guion guion_; ///< Commands only, without lines.
 
+    std::size_t given_ = 0;     ///< Number of the wished commands that were given.
+    Form* home_ = nullptr;      ///< The dialog that is not left.
     std::size_t lines_ = 0;     ///< Number of lines written.
     std::size_t takenDown_ = 0; ///< Number of commands whose observations are written.
     bool readOnly_ = false;

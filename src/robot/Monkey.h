@@ -3,6 +3,7 @@
 #include "runtime/Value.h"
 
 #include <iosfwd>
+#include <vector>
 
 namespace zv {
 
@@ -13,6 +14,9 @@ struct RandomActs {
     bool failures = false;   ///< Fault injection: some statements of the module fail.
     bool readOnly = false;   ///< Only sessions that may not change data.
     String url = u"sqlite:"; ///< Of the databases, as for temporarySchool().
+    /// Commands that are given first. With some, the monkey then stays in the dialog that they opened, though
+    /// it comes and goes in those over it.
+    std::vector<String> first = {};
 };
 
 /// Monkey test (fuzzing by acts): acts at random on all dialogs of the module, on a temporary sample school,
