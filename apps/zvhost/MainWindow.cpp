@@ -90,15 +90,14 @@ void MainWindow::use(std::unique_ptr<Host> host)
     undo_.forget();
     notice_.forget();
     tellStatus();
-    if (tree_.chosen() != nullptr) {
-        chosen();
-        tellCuts();
-        return;
-    }
     const Node* last = nodeOf(static_cast<Byte>(memory_.value(lastList).toInt()));
-    // 0 is a node of its own: only a kept one means it.
-    go(last != nullptr && memory_.value(lastList).isValid() ? *last : nodes().front());
+    if (tree_.chosen() != nullptr)
+        chosen();
+    else
+        // 0 is a node of its own: only a kept one means it.
+        go(last != nullptr && memory_.value(lastList).isValid() ? *last : nodes().front());
     tellCuts();
+    tellDrafts();
 }
 
 void MainWindow::chosen()
@@ -154,6 +153,7 @@ void MainWindow::openDialog(Byte action, Long row, bool branches)
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
           [&] { host_->open(*node_, action, row, branches); });
     readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
+    notice_.forget(Notice::Drafts::gone);
     tellClosed();
     activateWindow();
     page_.enter();
@@ -310,6 +310,7 @@ void MainWindow::chooseSession()
         keepChoices(memory_, *host_);
         if (choices->readOnly)
             undo_.forget();
+        tellDrafts();
     }
     tellStatus();
     // Another person has other sections.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/history/Losses.h"
+#include "journal/Journals.h"
 #include "zvhost/Deletion.h"
 #include "zvhost/Host.h"
 #include "zvhost/ListPage.h"
@@ -87,6 +88,11 @@ private:
     void takeBack(const std::vector<Long>& openings);
     /// Tells of saves that were cut because their station died.
     void tellCuts();
+    /// Tells of what this person typed in this school and never saved, since his program died.
+    void tellDrafts();
+    void tellDraft(const journal::Found& found);
+    /// Opens the dialog that a draft is of, which offers to type it in again.
+    void openDraft(const Node& node, const journal::Opening& opening);
     /// Runs what writes through the history, and reads the list again. False if it failed.
     bool changes(const QString& failed, const std::function<void()>& what);
     void giveBack(const std::vector<history::Loss>& losses);

@@ -26,9 +26,20 @@ void Notice::forget()
 
 void Notice::forget(const std::vector<Long>& openings)
 {
-    const auto told = [&](const Message& each) {
+    forgetIf([&](const Message& each) {
         return std::ranges::find_first_of(each.openings, openings) != each.openings.end();
-    };
+    });
+}
+
+void Notice::forget(Drafts which)
+{
+    forgetIf([&](const Message& each) {
+        return !each.draft.empty() && (which == Drafts::all || !exists(each.draft));
+    });
+}
+
+void Notice::forgetIf(const std::function<bool(const Message&)>& told)
+{
     if (std::erase_if(waiting_, told) > 0)
         follow();
 }

@@ -3,6 +3,8 @@
 #include "qt/Bar.h"
 #include "runtime/Value.h"
 
+#include <filesystem>
+#include <functional>
 #include <vector>
 
 namespace zv::host {
@@ -14,6 +16,7 @@ public:
         QString text;
         std::vector<Bar::Choice> choices; ///< Beside that of having taken note.
         std::vector<Long> openings = {};  ///< Of the dialogs that it tells of.
+        std::filesystem::path draft = {}; ///< Journal that it tells of.
     };
 
     Bar& bar() { return bar_; }
@@ -24,9 +27,13 @@ public:
     void forget();
     /// What tells of one of these openings need not be known any more.
     void forget(const std::vector<Long>& openings);
+    enum class Drafts { all, gone };
+    /// What tells of a draft need not be known any more; or only of one that is there no longer.
+    void forget(Drafts which);
 
 private:
     void follow();
+    void forgetIf(const std::function<bool(const Message&)>& told);
 
     Bar bar_{QStringLiteral("aviso")};
     std::vector<Message> waiting_; ///< The first one is shown.

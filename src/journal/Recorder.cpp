@@ -308,7 +308,8 @@ Recorder& recorder() { return single<Recorder>(); }
 Opening sessionOpening()
 {
     const cConfiguracion& session = Configuracion();
-    return {.school = decimalText(session.intIdCentro) + u" " + session.strNombreCentro + u" " + session.RutaBD,
+    return {.school =
+                decimalText(session.intIdCentro) + u" " + session.strNombreCentro + u" " + session.RutaBD,
             .schoolName = session.strNombreCentro,
             .person = session.intIDUsuario,
             .personName = session.strNombreUsuario,

@@ -28,8 +28,8 @@ public:
     const Opening* opening(const Form& form) const;
     /// The journal of that form; empty while it has none.
     std::filesystem::path file(const Form& form) const;
-    /// Returns when what was done on that form is on the disk; false if it could not be written, or if nothing
-    /// of that form is.
+    /// Returns when what was done on that form is on the disk; false if it could not be written, or if
+    /// nothing of that form is.
     bool sync(const Form& form);
     /// The journal of that form, to prove what is on the disk; nullptr while it has none.
     const Writer* writer(const Form& form) const;
@@ -69,7 +69,7 @@ private:
 
 /// Begins to write journals in that folder, for the rest of the process: observers are registered. With
 /// ZV_DIARIO=no in the environment, or without a folder, nothing is written, and it returns false.
-bool record(const std::filesystem::path& folder = journal::folder());
+bool record(const std::filesystem::path& folder = folder());
 /// Whether journals are written. False switches them off again for the dialogs that open from here on.
 bool recording();
 void recording(bool on);

@@ -49,6 +49,8 @@ void Bar::say(const QString& text, std::vector<Choice> choices)
             std::make_unique<QPushButton>(
                 choice.text + QStringLiteral(" (%1)").arg(keys.toString(QKeySequence::NativeText)), this)
                 .release();
+        button->setObjectName(objectName() + choice.text);
+        button->setAutoDefault(false);
         row_.addWidget(button);
         button->show();
         buttons_.push_back(button);

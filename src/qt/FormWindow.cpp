@@ -3,7 +3,6 @@
 #include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
-#include "qt/Contents.h"
 #include "qt/GridView.h"
 #include "qt/Help.h"
 #include "qt/Legible.h"
@@ -347,14 +346,6 @@ void FormWindow::takeFocusOver(ControlView& view)
         act([&](Acts& acts) { return acts.focus(view.control()); });
 }
 
-QString FormWindow::contents() const
-{
-    QString text = contentsOf(form_);
-    if (guide_ && guide_->isSection())
-        text += contentsOf(guide_->controls(), guide_->unsaved());
-    return text;
-}
-
 void FormWindow::end()
 {
     alive_ = false;
@@ -416,8 +407,12 @@ void FormWindow::keyPressEvent(QKeyEvent* event)
     if (asksForHelp(*event))
         return help();
     if (inBar()) {
-        if (!zoomed(*event) && (event->key() == Qt::Key_Escape || event->key() == Qt::Key_F6))
+        if (zoomed(*event))
+            return;
+        if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_F6)
             followFocus();
+        else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            dynamic_cast<QPushButton&>(*focusWidget()).click();
         return;
     }
     if (pressOwn(*event))

@@ -40,8 +40,6 @@ public:
     std::optional<bool> takeOutcome() { return std::exchange(outcome_, std::nullopt); }
     bool busy() const override { return busy_ != 0; }
     bool alive() const override { return alive_; }
-    /// What the form holds, to be read: the fields, and what all its pupils showed last.
-    QString contents() const;
     /// Detaches the window from its form, which may be destroyed.
     void end();
     void changed(const PropertyBase& property);
