@@ -1,6 +1,5 @@
 #include "com/Host.h"
 
-#include <fstream>
 #include <thread>
 
 using namespace zv;

@@ -4,10 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <bit>
 #include <climits>
-#include <fstream>
 
 using namespace zv;
 using namespace zv::com;

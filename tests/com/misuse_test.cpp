@@ -3,7 +3,6 @@
 #include "runtime/Collection.h"
 
 #include <atomic>
-#include <fstream>
 #include <thread>
 
 using namespace zv;

@@ -1,7 +1,5 @@
 #include "com/Host.h"
 
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <regex>
 

@@ -2,8 +2,6 @@
 #include "data/NumberOf.h"
 #include "data/sqlite/SqliteEngine.h"
 
-#include <gtest/gtest.h>
-
 namespace zv {
 namespace {
 

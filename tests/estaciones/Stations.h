@@ -1,6 +1,8 @@
 #pragma once
 
 #include "data/Schools.h"
+#include "data/history/HistoryEngine.h"
+#include "data/history/Log.h"
 #include "data/odbc/OdbcEngine.h"
 #include "data/sample/SampleSchool.h"
 #include "data/sqlite/SqliteEngine.h"
@@ -59,6 +61,14 @@ protected:
         std::filesystem::remove_all(folder);
     }
     void create() { createSchool(url, fillSampleSchool); }
+    void createWithHistory()
+    {
+        registerEngine(historyEngine());
+        createSchool(url, [](School& school) {
+            fillSampleSchool(school);
+            history::activate(*school.centro);
+        });
+    }
     int one(StringView statement)
     {
         return CLng(openSchool(url).centro->executeNative(statement)->row().at(0));
@@ -104,8 +114,11 @@ protected:
     /// Runs `zvconf`; gives its exit code, and `said` what it wrote.
     int zvconf(const std::string& arguments, const std::string& behind = {})
     {
-        FILE* const seen =
-            popen((ZVCONF " " + arguments + " --bd '" + toUtf8(url) + "' 2>&1" + behind).c_str(), "r");
+        return shell(ZVCONF " " + arguments + " --bd '" + toUtf8(url) + "' 2>&1" + behind);
+    }
+    int shell(const std::string& command)
+    {
+        FILE* const seen = popen(command.c_str(), "r");
         said.clear();
         for (int c = 0; (c = fgetc(seen)) != EOF;)
             said += static_cast<char>(c);

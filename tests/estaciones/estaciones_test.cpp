@@ -1,5 +1,6 @@
 #include "estaciones/Stations.h"
 
+#include "data/NumberOf.h"
 #include "data/ServerAway.h"
 #include "servidor/OwnServer.h"
 #include "suite/Registrations.h"
@@ -12,8 +13,6 @@
 #include <chrono>
 #include <csignal>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <random>
 #include <set>
 
@@ -39,13 +38,9 @@ TEST_P(Stations, eight_insert_into_the_same_catalogues_through_the_dialogs)
                       << "\"\npulsar cmd" << form << "(0)\n";
         command += "\ntimeout 600 " ZVCONF " guion --en '" + toUtf8(url) + "' " + station + ".guion 2>&1 &";
     }
-    FILE* seen = popen((command + "\nwait").c_str(), "r");
-    std::string text;
-    for (int c = 0; (c = fgetc(seen)) != EOF;)
-        text += static_cast<char>(c);
-    pclose(seen);
+    shell(command + "\nwait");
     for (const char* bad : {"> bip", "> mensaje", "> error", "> inaccesible", ".guion:"})
-        EXPECT_THAT(text, testing::Not(testing::HasSubstr(bad)));
+        EXPECT_THAT(said, testing::Not(testing::HasSubstr(bad)));
     for (const StringView table : {u"EstadoCivil", u"Pais"}) {
         const String from = u" FROM " + String(table);
         EXPECT_EQ(one(u"SELECT COUNT(DISTINCT Descripcion)" + from + u" WHERE Descripcion LIKE 'Puesto %'"),
@@ -178,14 +173,7 @@ TEST_P(Stations, one_killed_while_it_saves_leaves_what_had_returned_and_no_more)
 TEST_P(Stations, one_killed_while_it_makes_a_school_leaves_none_and_the_next_clears_up)
 {
     const auto die = [](School&) { ::kill(getpid(), SIGKILL); };
-    const auto opens = [&] {
-        try {
-            openSchool(url);
-        } catch (const RuntimeError&) {
-            return false;
-        }
-        return true;
-    };
+    const auto opens = [&] { return numberOf([&] { openSchool(url); }) == 0; };
     EXPECT_EQ(statusOf(start([&](int) { return createSchool(url, die), 0; })), SIGKILL);
     EXPECT_FALSE(opens());
     std::string made = "sqlite";
@@ -318,14 +306,7 @@ TEST_P(LostServer, that_says_nothing_is_waited_for_once_and_not_by_each_statemen
 {
     create();
     const School school = openSchool(url);
-    const auto lost = [&] {
-        try {
-            school.centro->Execute(u"Select * from Pais");
-        } catch (const DataError& failure) {
-            return failure.number() == failure::connectionLost;
-        }
-        return false;
-    };
+    const auto number = [&] { return numberOf([&] { school.centro->Execute(u"Select * from Pais"); }); };
     school.borrado->Execute(u"SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE "
                             u"backend_type='client backend' AND pid<>pg_backend_pid()");
     pid_t process = 0;
@@ -333,12 +314,12 @@ TEST_P(LostServer, that_says_nothing_is_waited_for_once_and_not_by_each_statemen
     ::kill(process, SIGSTOP);
     const auto begun = std::chrono::steady_clock::now();
     for (int i = 0; i < 100; ++i)
-        EXPECT_TRUE(lost());
+        EXPECT_EQ(number(), failure::connectionLost);
     // One by one they would take minutes.
     EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(60));
     ::kill(process, SIGCONT);
     sleep(3);
-    EXPECT_FALSE(lost());
+    EXPECT_EQ(number(), 0);
 }
 
 TEST_P(LostServer, that_ends_an_idle_link_or_is_waited_for_between_two_answers_of_a_guidance_loses_none)

@@ -7,7 +7,7 @@
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
 
-#include <gtest/gtest.h>
+#include "data/NumberOf.h"
 
 #include <utility>
 
@@ -132,17 +132,6 @@ private:
     void Form_Unload() override { happen("Unload"); }
     FakeDesktop& screen_;
 };
-
-/// The number with which a statement fails, 0 if it does not.
-inline std::int32_t numberOf(const auto& statement)
-{
-    try {
-        statement();
-    } catch (const RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
 
 struct FormTest : testing::Test {
     FakeDesktop screen;

@@ -10,8 +10,6 @@
 
 #include "data/NumberOf.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <filesystem>
 

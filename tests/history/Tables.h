@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/Engine.h"
+#include "data/Schema.h"
 #include "data/history/HistoryConnection.h"
 #include "data/history/Rows.h"
 
@@ -8,6 +9,15 @@
 #include <set>
 
 namespace zv {
+
+/// Those of a table in the schema.
+inline std::vector<String> columnNames(StringView table)
+{
+    std::vector<String> names;
+    for (const schema::Column& each : schema::table(table)->columns())
+        names.emplace_back(each.name);
+    return names;
+}
 
 /// What stands in the tables of a school, but for the history's own and the registrations.
 class Tables {

@@ -2,11 +2,8 @@
 #include "data/history/Export.h"
 #include "forms/Ficha.h"
 #include "history/Chronicle.h"
-#include "module/Module.h"
+#include "module/Hosted.h"
 #include "robot/OddTexts.h"
-#include "runtime/Single.h"
-#include "session/HostSession.h"
-#include "session/cAsignarDatos.h"
 #include "session/cConstCol.h"
 #include "suite/sodium/EncryptoApi.h"
 
@@ -15,8 +12,6 @@
 
 namespace zv {
 namespace {
-
-constexpr Byte illnesses = 57;
 
 class Erasure : public Chronicle {
 protected:
@@ -184,15 +179,10 @@ TEST_F(Erasure, illness_is_nowhere_in_clear_and_who_read_it_is_noted)
 {
     installModule();
     registerCipher([key = CipherKey::random()](bool) { return key; });
-    const auto session = newHostSession(school);
     Nurse nurse;
     const auto open = [&](Long action, Long row, const String& text) {
         nurse.text = text;
-        let(*session, u"Accion", action);
-        let(*session, u"lngRowData", row);
-        cAsignarDatos facade;
-        facade.ObtenerDatos(session);
-        facade.ActivarFormulario(illnesses);
+        test::openNode(school, cNombreNodo::Enfermedades, action, row);
     };
     const std::vector<String> texts = oddTexts();
     ASSERT_GE(texts.size(), 200U);

@@ -18,14 +18,7 @@ using testing::EndsWith;
 
 class Imported : public Stations {
 protected:
-    Imported()
-    {
-        registerEngine(historyEngine());
-        createSchool(url, [](School& school) {
-            fillSampleSchool(school);
-            history::activate(*school.centro);
-        });
-    }
+    Imported() { createWithHistory(); }
     static std::vector<CsvLine> list(int lines, int everyRefused)
     {
         String text = u"Nombre;Descripción corta;Ausencia";

@@ -4,7 +4,6 @@
 #include "estaciones/Stations.h"
 #include "history/Tables.h"
 
-#include <array>
 #include <csignal>
 #include <ctime>
 #include <random>
@@ -99,11 +98,7 @@ class Killed : public Stations {
 protected:
     Killed()
     {
-        registerEngine(historyEngine());
-        createSchool(url, [](School& school) {
-            fillSampleSchool(school);
-            history::activate(*school.centro);
-        });
+        createWithHistory();
         const School school = openSchool(url);
         model.emplace(*school.centro, engineOf(url), Tables::Which::written);
         first.emplace(*school.centro, engineOf(url));

@@ -1,9 +1,9 @@
-#include "data/Schema.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/history/HistoryEngine.h"
 #include "data/history/Losses.h"
 #include "data/sqlite/SqliteEngine.h"
+#include "history/Tables.h"
 #include "module/Module.h"
 #include "robot/FreshSchool.h"
 #include "robot/Guion.h"
@@ -117,14 +117,7 @@ struct Tutor {
     std::deque<Step> save;
     std::map<FieldName, std::pair<String, int>> lost; ///< The oracle's: what was, and whose.
 
-    Tutor(const ConnectionPtr& centro, int number) : connection(centro, columnsOf), user(number) {}
-    static std::vector<String> columnsOf(StringView table)
-    {
-        std::vector<String> names;
-        for (const schema::Column& each : schema::table(table)->columns())
-            names.emplace_back(each.name);
-        return names;
-    }
+    Tutor(const ConnectionPtr& centro, int number) : connection(centro, columnNames), user(number) {}
 
     void open(Kind what, const Model& model, int now)
     {

@@ -1,12 +1,6 @@
-#include "data/Schools.h"
-#include "data/sqlite/SqliteEngine.h"
 #include "forms/Ficha.h"
-#include "module/Module.h"
-#include "runtime/Single.h"
+#include "module/Hosted.h"
 #include "session/DialogDirectory.h"
-#include "session/HostSession.h"
-#include "session/cAsignarDatos.h"
-#include "session/cNombreNodo.h"
 
 namespace zv::test {
 
@@ -31,43 +25,33 @@ struct AskingRows final : Recordset {
     bool& asking;
 };
 
-struct AskingHost final : Connection {
-    explicit AskingHost(ConnectionPtr connection) : inner(std::move(connection)) {}
+struct AskingHost final : ConnectionDecorator {
+    using ConnectionDecorator::ConnectionDecorator;
     RecordsetPtr Execute(StringView statement) override
     {
-        return std::make_shared<AskingRows>(inner->Execute(statement), asking);
+        return std::make_shared<AskingRows>(inner()->Execute(statement), asking);
     }
-    RecordsetPtr executeNative(StringView statement) override { return inner->executeNative(statement); }
-    EngineInfo engine() override { return inner->engine(); }
-    ConnectionPtr inner;
     bool asking = false;
 };
 
 TEST(AskingHost, gets_a_bank_with_all_its_branches)
 {
     FakeDesktop desktop;
-    registerEngine(sqliteEngine());
-    installModule();
-    School school = temporarySchool();
+    Hosted hosted(&desktop);
+    School& school = hosted.school;
     school.centro->executeNative(u"INSERT INTO Banco (IDBanco, Numero, Nombre) VALUES (1, '0049', 'Uno')");
     for (const StringView branch : {u"1", u"2", u"3"})
         school.centro->executeNative(u"INSERT INTO Sucursal (IDSucursal, codBanco, Codigo, Nombre) VALUES (" +
                                      String(branch) + u", 1, '0001', 'Sucursal')");
     school.centro = std::make_shared<AskingHost>(school.centro);
-    const auto session = newHostSession(school);
-    let(*session, u"Accion", Long{2});
-    let(*session, u"lngRowData", Long{1});
-    cAsignarDatos host;
-    host.ObtenerDatos(session);
     Long rows = 0;
     desktop.steps = {[&] {
         Form& bank = dialogs().find(u"frmBanco").instance();
         rows = CLng(get(bank.reach(u"msgBanco"), u"Rows"));
         bank.Unload();
     }};
-    host.ActivarFormulario(cNombreNodo::OC_Bancos);
+    openNode(school, cNombreNodo::OC_Bancos, 2, 1);
     EXPECT_EQ(rows, 1 + 3) << "a heading and the branches";
-    resetSingles();
 }
 
 } // namespace zv::test

@@ -1,12 +1,7 @@
-#include "data/Schools.h"
-#include "data/sqlite/SqliteEngine.h"
 #include "forms/Ficha.h"
-#include "module/Module.h"
-#include "runtime/Single.h"
+#include "module/Hosted.h"
 #include "session/DialogDirectory.h"
-#include "session/HostSession.h"
 #include "session/NodeTable.h"
-#include "session/cAsignarDatos.h"
 #include "suite/Registrations.h"
 
 namespace zv::test {
@@ -14,24 +9,13 @@ namespace zv::test {
 /// A dialog that is opened for row 1, there or not.
 struct RowInUse : testing::TestWithParam<StringView> {
     FakeDesktop desktop;
-    School school;
-
-    RowInUse()
-    {
-        registerEngine(sqliteEngine());
-        installModule();
-        school = temporarySchool();
-    }
-    ~RowInUse() override { resetSingles(); }
+    Hosted hosted{&desktop};
+    School& school = hosted.school;
 
     /// Looks at each control of the open dialog, then leaves it by the button with that tag.
     void open(bool active, StringView leavingTag, const std::function<void(Control&)>& look)
     {
-        const auto session = newHostSession(school);
-        let(*session, u"Activa", active);
-        let(*session, u"Accion", Long{2});
-        let(*session, u"lngRowData", Long{1});
-        cAsignarDatos().ObtenerDatos(session);
+        handOver(school, 2, 1, active);
         Form& form = dialogs().find(GetParam()).instance();
         desktop.steps = {[&] {
             Control* leaving = nullptr;

@@ -1,18 +1,11 @@
 #pragma once
 
-#include "data/Schools.h"
 #include "data/sample/SampleSchool.h"
-#include "data/sqlite/SqliteEngine.h"
 #include "forms/Ficha.h"
-#include "module/Module.h"
+#include "module/Hosted.h"
 #include "qt/QtDesktop.h"
-#include "qt/QtText.h"
 #include "qt/Screen.h"
-#include "runtime/Single.h"
 #include "session/DialogDirectory.h"
-#include "session/HostSession.h"
-#include "session/cAsignarDatos.h"
-#include "session/cNombreNodo.h"
 #include "suite/sodium/EncryptoApi.h"
 
 namespace zv::test {
@@ -21,22 +14,15 @@ namespace zv::test {
 /// `state` hears in which state the next windows are.
 inline void showEveryDialog(QtDesktop& desktop, const std::function<void(const char*)>& state)
 {
-    registerEngine(sqliteEngine());
-    installModule();
-    useDesktop(&desktop);
-    School school = temporarySchool();
+    Hosted hosted(&desktop);
+    School& school = hosted.school;
     fillSampleSchool(school);
     const CipherKey key = CipherKey::random();
     registerCipher([&](bool) { return key; });
     fillSampleIllnesses(school, [&](StringView text) { return key.seal(text); });
-    const auto session = newHostSession(school);
     const auto show = [&](Long action, Long row, int node, const char* called) {
-        let(*session, u"Accion", action);
-        let(*session, u"lngRowData", row);
         state(called);
-        cAsignarDatos facade;
-        facade.ObtenerDatos(session);
-        facade.ActivarFormulario(static_cast<Byte>(node));
+        openNode(school, static_cast<Byte>(node), action, row);
     };
     for (int node = 0; node < 256; ++node) {
         const std::int32_t number = numberOf([&] {
@@ -47,9 +33,7 @@ inline void showEveryDialog(QtDesktop& desktop, const std::function<void(const c
     }
     show(1, -2, cNombreNodo::Emisor, "-ordenante");
     dialogs().find(u"frmTipoTarea").instance().Show(); // No node opens it.
-    resetSingles();
     registerCipher();
-    useDesktop(nullptr);
 }
 
 } // namespace zv::test

@@ -1,21 +1,14 @@
 #pragma once
 
-#include "data/Schools.h"
 #include "data/sample/SampleSchool.h"
-#include "data/sqlite/SqliteEngine.h"
 #include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"
 #include "forms/SectionControls.h"
 #include "forms/TabStrip.h"
 #include "journal/Recorder.h"
-#include "module/Module.h"
+#include "module/Hosted.h"
 #include "qt/QtDesktop.h"
-#include "qt/QtText.h"
 #include "qt/Screen.h"
-#include "runtime/Single.h"
-#include "session/HostSession.h"
-#include "session/cAsignarDatos.h"
-#include "session/cNombreNodo.h"
 
 #include <QMessageBox>
 #include <QTest>
@@ -80,15 +73,6 @@ struct Hands : testing::Test {
     }
     std::filesystem::path created; ///< Empty in another process.
 
-    void host(Byte node, Byte action, Long row)
-    {
-        const auto session = newHostSession(school);
-        let(*session, u"Accion", action);
-        let(*session, u"lngRowData", row);
-        cAsignarDatos facade;
-        facade.ObtenerDatos(session);
-        facade.ActivarFormulario(node);
-    }
     /// The first section of that kind of teaching for which the sample has pupils.
     static void choose(FormWindow& window, Long kind)
     {

@@ -1,12 +1,23 @@
 #pragma once
 
 #include <QApplication>
+#include <QDir>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 
 namespace zv::test {
+
+/// Keeps what a window shows in the folder ZV_PICTURES, where there is one.
+inline void picture(QWidget& window, const std::string& name)
+{
+    QApplication::processEvents();
+    if (const QString folder = qEnvironmentVariable("ZV_PICTURES"); !folder.isEmpty()) {
+        EXPECT_TRUE(window.grab().save(QDir(folder).filePath(QString::fromStdString(name + ".png"))));
+    }
+}
 
 /// The application around all tests, on a screen that nobody sees.
 class Screen final : public testing::Environment {

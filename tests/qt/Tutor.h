@@ -1,17 +1,13 @@
 #pragma once
 
-#include "data/Schools.h"
 #include "data/sample/SampleSchool.h"
-#include "data/sqlite/SqliteEngine.h"
-#include "module/Module.h"
+#include "module/Hosted.h"
 #include "qt/QtDesktop.h"
-#include "qt/QtText.h"
 #include "qt/Screen.h"
-#include "runtime/Single.h"
-#include "session/HostSession.h"
-#include "session/cAsignarDatos.h"
 
 #include <QTest>
+
+#include <gmock/gmock.h>
 
 namespace zv::test {
 
@@ -30,28 +26,11 @@ struct Report : testing::Test {
         }
         FormWindow* front = nullptr;
     } tutor;
-    School school;
+    Hosted hosted{&tutor};
+    School& school = hosted.school;
 
-    Report()
-    {
-        registerEngine(sqliteEngine());
-        installModule();
-        useDesktop(&tutor);
-        school = temporarySchool();
-        fillSampleSchool(school);
-    }
-    ~Report() override
-    {
-        resetSingles();
-        useDesktop(nullptr);
-    }
-    void open(Byte node)
-    {
-        const auto session = newHostSession(school);
-        cAsignarDatos facade;
-        facade.ObtenerDatos(session);
-        facade.ActivarFormulario(node);
-    }
+    Report() { fillSampleSchool(school); }
+    void open(Byte node) { openNode(school, node, 0); }
     template <class W = QWidget>
     W& widget(const Control& control)
     {

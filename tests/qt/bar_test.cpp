@@ -2,19 +2,7 @@
 #include "qt/Walker.h"
 #include "qt/Window.h"
 
-#include <QClipboard>
-#include <QDialog>
-#include <QDir>
-#include <QTableWidget>
-
 namespace zv::test {
-
-void picture(QWidget& window, const QString& name)
-{
-    if (const QString folder = qEnvironmentVariable("ZV_PICTURES"); !folder.isEmpty()) {
-        EXPECT_TRUE(window.grab().save(QDir(folder).filePath(name + QStringLiteral(".png"))));
-    }
-}
 
 struct Bars : WindowTest {
     std::string done;
@@ -39,8 +27,7 @@ TEST_F(Bars, a_bar_moves_no_control_and_takes_no_key_but_its_own)
         const QSize before = front().size();
         const QPoint place = field.pos();
         say();
-        pause();
-        picture(front(), QStringLiteral("bar-ficha"));
+        picture(front(), "bar-ficha");
         auto& bar = *front().findChild<QWidget*>(QStringLiteral("avisoVentana"));
         EXPECT_EQ(field.pos(), place);
         EXPECT_EQ(front().height(), before.height() + bar.height());

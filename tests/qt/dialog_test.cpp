@@ -2,7 +2,6 @@
 
 #include <QHeaderView>
 #include <QLabel>
-#include <QScrollBar>
 #include <QTabBar>
 
 namespace zv::test {

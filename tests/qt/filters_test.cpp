@@ -1,12 +1,7 @@
+#include "module/Hosted.h"
 #include "qt/Window.h"
 
-#include "data/Schools.h"
-#include "data/sqlite/SqliteEngine.h"
-#include "module/Module.h"
-#include "runtime/Single.h"
 #include "session/DialogDirectory.h"
-#include "session/HostSession.h"
-#include "session/cAsignarDatos.h"
 
 namespace zv::test {
 
@@ -27,26 +22,13 @@ struct Typed {
 
 struct Filters : testing::TestWithParam<Typed> {
     CountingScreen screen;
-    Filters()
-    {
-        registerEngine(sqliteEngine());
-        installModule();
-        useDesktop(&screen);
-    }
-    ~Filters() override
-    {
-        resetSingles();
-        useDesktop(nullptr);
-    }
+    Hosted hosted{&screen};
 };
 
 TEST_P(Filters, keep_what_belongs_to_the_box)
 {
     const Typed& typed = GetParam();
-    const auto session = newHostSession(temporarySchool());
-    let(*session, u"Accion", Long{1});
-    let(*session, u"lngRowData", Long{-1});
-    cAsignarDatos().ObtenerDatos(session);
+    handOver(hosted.school, 1, -1);
     Form& form = dialogs().find(typed.dialog).instance();
     QTimer::singleShot(0, [&] {
         const Control& box = typed.index ? form.reach(typed.box, *typed.index) : form.reach(typed.box);

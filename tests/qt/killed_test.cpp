@@ -1,15 +1,8 @@
-#include "journal/Recorder.h"
 #include "qt/Hand.h"
 
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
 #include <fstream>
 #include <random>
 #include <sstream>
-#include <thread>
 
 namespace zv::test {
 
@@ -65,7 +58,7 @@ struct Killed : Hands {
             else
                 choose(window, what.kind);
         };
-        host(what.node, what.action, what.row);
+        openNode(school, what.node, what.action, what.row);
     }
     /// The lines that only one of the two has.
     static std::string differing(const std::string& typed, const std::string& recovered)

@@ -1,17 +1,9 @@
-#include "data/Schools.h"
-#include "data/sqlite/SqliteEngine.h"
 #include "forms/Controls.h"
-#include "module/Module.h"
+#include "module/Hosted.h"
 #include "qt/QtDesktop.h"
-#include "runtime/Single.h"
-#include "session/HostSession.h"
-#include "session/cAsignarDatos.h"
-#include "session/cNombreNodo.h"
 
 #include <QApplication>
 #include <QMessageBox>
-
-#include <gtest/gtest.h>
 
 namespace zv::test {
 
@@ -47,20 +39,9 @@ struct EmptyHanded final : QtDesktop {
 
 TEST(Message, leaves_the_window_free_and_the_empty_field_tinted)
 {
-    registerEngine(sqliteEngine());
-    installModule();
     EmptyHanded desktop;
-    useDesktop(&desktop);
-    School school = temporarySchool();
-    const auto session = newHostSession(school);
-    let(*session, u"Accion", 1);
-    let(*session, u"lngRowData", 0);
-    cAsignarDatos facade;
-    facade.ObtenerDatos(session);
-    facade.ActivarFormulario(cNombreNodo::Paises);
+    openNode(Hosted(&desktop).school, cNombreNodo::Paises);
     EXPECT_EQ(desktop.asked, 1);
-    resetSingles();
-    useDesktop(nullptr);
 }
 
 } // namespace zv::test

@@ -1,10 +1,6 @@
-#include "forms/ComboBox.h"
-#include "forms/TabStrip.h"
 #include "qt/EveryDialog.h"
 #include "qt/Walker.h"
 #include "qt/Window.h"
-
-#include <QDir>
 
 namespace zv::test {
 
@@ -18,10 +14,8 @@ struct ReadingDesktop final : QtDesktop {
         seen.insert(window.objectName().toStdString());
         EXPECT_LE(front->width(), room.width());
         EXPECT_LE(front->height(), room.height());
-        if (const QString folder = qEnvironmentVariable("ZV_PICTURES"); !folder.isEmpty()) {
-            EXPECT_TRUE(front->grab().save(QDir(folder).filePath(
-                front->objectName() + QStringLiteral("-%1x%2.png").arg(room.width()).arg(room.height()))));
-        }
+        picture(*front, front->objectName().toStdString() + "-" + std::to_string(room.width()) + "x" +
+                            std::to_string(room.height()));
         readPage();
         for (Control* each : window.form().Controls)
             if (auto* strip = dynamic_cast<TabStrip*>(each); strip != nullptr && strip->accessible())

@@ -3,7 +3,6 @@
 #include "reports/frmConsejoOrientador.h"
 #include "reports/frmInfIndPrim.h"
 #include "reports/frmInformeIndividual.h"
-#include "session/cNombreNodo.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
@@ -12,8 +11,6 @@
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTableView>
-
-#include <gmock/gmock.h>
 
 namespace zv::test {
 

@@ -1,22 +1,16 @@
 #include "data/Statement.h"
+#include "qt/QtText.h"
 #include "qt/Tutor.h"
 #include "qt/Walker.h"
 #include "reports/frmConsejoOrientador.h"
 #include "reports/frmInfIndESO.h"
 #include "reports/frmInfIndPrim.h"
-#include "session/cNombreNodo.h"
 
-#include <QAbstractButton>
 #include <QHeaderView>
 #include <QHelpEvent>
-#include <QLabel>
 #include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QTableView>
 #include <QTimer>
 #include <QToolTip>
-
-#include <gmock/gmock.h>
 
 namespace zv::test {
 
@@ -264,18 +258,15 @@ TEST_F(Tutor, columns_fill_their_grid_and_are_dragged_and_the_list_stays_over_it
 }
 
 /// A school whose statements take so long that a save of a section is noticed.
-struct SlowConnection final : Connection {
-    explicit SlowConnection(ConnectionPtr quick) : quick_(std::move(quick)) {}
+struct SlowConnection final : ConnectionDecorator {
+    using ConnectionDecorator::ConnectionDecorator;
     RecordsetPtr Execute(StringView statement) override
     {
         statements += saving;
         if (saving)
             QTest::qSleep(3);
-        return quick_->Execute(statement);
+        return inner()->Execute(statement);
     }
-    RecordsetPtr executeNative(StringView statement) override { return quick_->executeNative(statement); }
-    EngineInfo engine() override { return quick_->engine(); }
-    ConnectionPtr quick_;
     bool saving = false;
     std::size_t statements = 0;
 };

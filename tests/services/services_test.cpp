@@ -4,8 +4,6 @@
 #include "services/Messages.h"
 #include "services/modCentroConfiguracion.h"
 
-#include <gtest/gtest.h>
-
 namespace zv {
 namespace {
 

@@ -9,8 +9,6 @@
 #include "session/cConfiguracion.h"
 #include "session/cNombreNodo.h"
 
-#include <gtest/gtest.h>
-
 namespace zv {
 namespace {
 

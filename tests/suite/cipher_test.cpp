@@ -4,8 +4,6 @@
 #include "suite/sodium/EncryptoApi.h"
 #include "suite/sodium/KeyFile.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <chrono>
 #include <cstdlib>

@@ -7,8 +7,6 @@
 #include "suite/CentroApi.h"
 #include "suite/Registrations.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
 #include <set>
 
@@ -45,22 +43,19 @@ TEST(IDMax, is_one_above_the_largest_key_of_both_databases)
 }
 
 /// A connection on which other stations act just before a statement that holds a pattern.
-class Interrupted final : public Connection {
+class Interrupted final : public ConnectionDecorator {
 public:
     Interrupted(ConnectionPtr inner, StringView pattern, std::function<void()> act)
-        : inner_(std::move(inner)), pattern_(pattern), act_(std::move(act))
+        : ConnectionDecorator(std::move(inner)), pattern_(pattern), act_(std::move(act))
     {}
     RecordsetPtr Execute(StringView sql) override
     {
         if (act_ && sql.find(pattern_) != StringView::npos)
             std::exchange(act_, nullptr)();
-        return inner_->Execute(sql);
+        return inner()->Execute(sql);
     }
-    RecordsetPtr executeNative(StringView sql) override { return inner_->executeNative(sql); }
-    EngineInfo engine() override { return inner_->engine(); }
 
 private:
-    ConnectionPtr inner_;
     String pattern_;
     std::function<void()> act_;
 };
@@ -286,7 +281,9 @@ TEST_F(HelperObject, doubles_apostrophes_once_and_makes_room_for_them)
 
 TEST_F(HelperObject, denies_a_profile_its_quick_access_buttons)
 {
-    for (CommandButton* button : {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo})
+    CommandButton* const buttons[] = {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo,
+                                      &form.cmdOtro};
+    for (CommandButton* button : buttons)
         button->Caption = u"..."s;
     form.cmdOtro.Caption = u"Otro"s;
     const auto entrada = database(
@@ -295,13 +292,11 @@ TEST_F(HelperObject, denies_a_profile_its_quick_access_buttons)
          u"(2,'frmemisor','cmdOtro'), "
          u"(2,'frmOtro','cmdNuevoBanco(0)'), (3,'frmEmisor','cmdNuevoBanco'), (4,'frmEmisor','cmdNuevo')"});
     const auto enabled = [&](Integer profile) {
-        for (const auto& button :
-             {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
+        for (CommandButton* button : buttons)
             button->Enabled = true;
         api.Comprobar_BotonesAccesoRapido(form, entrada, profile);
         std::string result;
-        for (const auto& button :
-             {&form.cmdNuevoBanco(0), &form.cmdNuevoBanco(1), &form.cmdNuevo, &form.cmdOtro})
+        for (const CommandButton* button : buttons)
             result += button->Enabled() ? '1' : '0';
         return result;
     };

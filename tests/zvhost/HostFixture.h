@@ -14,6 +14,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
 #include <QSettings>
@@ -123,9 +124,9 @@ struct HostTest : testing::Test {
         thenAnswer("", {Qt::Key_Tab, Qt::Key_Return});
         key(Qt::Key_Delete);
     }
-    /// Enter opens a dialog that leads to others: what a person does with the one in front, whenever he
+    /// The key opens a window that leads to others: what a person does with the one in front, whenever he
     /// looks.
-    void enter(const std::function<void(QWidget& front)>& acts)
+    void enter(const std::function<void(QWidget& front)>& acts, Qt::Key opens = Qt::Key_Return)
     {
         QTimer person;
         QObject::connect(&person, &QTimer::timeout, window.get(), [&] {
@@ -133,10 +134,35 @@ struct HostTest : testing::Test {
                 acts(*front);
         });
         person.start(20);
+        key(opens);
+    }
+    void search(const char* words)
+    {
+        auto& field = child<QLineEdit>("buscar");
+        field.setFocus();
+        field.setText(QString::fromUtf8(words));
         key(Qt::Key_Return);
     }
-    QTableView& list() { return *window->findChild<QTableView*>(QStringLiteral("lista")); }
-    std::string done() { return window->findChild<QLabel*>(QStringLiteral("hecho"))->text().toStdString(); }
+    /// From now on nothing may be changed.
+    void onlyLook()
+    {
+        Choices choices = window->host().choices();
+        choices.readOnly = true;
+        window->host().choose(choices);
+    }
+    template <class W>
+    W& child(const char* name)
+    {
+        return *window->findChild<W*>(QString::fromLatin1(name));
+    }
+    QTableView& list() { return child<QTableView>("lista"); }
+    std::string done() { return child<QLabel>("hecho").text().toStdString(); }
+    /// What the bar over the list says; "" where there is none.
+    std::string notice()
+    {
+        const auto& bar = child<QWidget>("aviso");
+        return bar.isVisible() ? bar.findChild<QLabel*>("avisoTexto")->text().toStdString() : "";
+    }
     /// Name of the member of staff behind a user of the sample.
     std::string nameOfUser(int user)
     {

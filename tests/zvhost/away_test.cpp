@@ -13,8 +13,8 @@ namespace zv::host {
 using testing::ContainsRegex;
 
 /// A connection whose server is away while writing statements wait for it.
-struct Weak final : Connection {
-    explicit Weak(ConnectionPtr inner) : inner_(std::move(inner)) {}
+struct Weak final : ConnectionDecorator {
+    using ConnectionDecorator::ConnectionDecorator;
     RecordsetPtr Execute(StringView statement) override
     {
         const bool writes = statement.starts_with(u"Insert into EstadoCivil");
@@ -22,14 +22,9 @@ struct Weak final : Connection {
             away->givenUp = !waitForServer(*away);
         if (writes && away && away->givenUp)
             throw DataError(failure::connectionLost, "08001", u"ausente", statement);
-        return inner_->Execute(statement);
+        return inner()->Execute(statement);
     }
-    RecordsetPtr executeNative(StringView statement) override { return inner_->executeNative(statement); }
-    EngineInfo engine() override { return inner_->engine(); }
     std::optional<ServerAway> away;
-
-private:
-    ConnectionPtr inner_;
 };
 
 /// A new row is accepted while the server is away.
@@ -133,10 +128,6 @@ TEST_F(AwayTest, who_closes_the_program_finds_what_was_typed)
     const std::filesystem::path state =
         std::filesystem::temp_directory_path() / ("zv-estado-" + std::to_string(getpid()));
     setenv("XDG_STATE_HOME", state.c_str(), 1);
-    const auto bar = [this] {
-        const auto& told = *window->findChild<QWidget*>(QStringLiteral("aviso"));
-        return told.isVisible() ? told.findChild<QLabel*>()->text().toStdString() : "";
-    };
     accept([&] {
         then([&] {
             read();
@@ -169,9 +160,9 @@ TEST_F(AwayTest, who_closes_the_program_finds_what_was_typed)
     EXPECT_FALSE(openToOthers(file));
     weak->away.reset();
     window->use(std::make_unique<Host>(u"sqlite:otro.db", school));
-    EXPECT_EQ(bar(), "") << "of another school";
+    EXPECT_EQ(notice(), "") << "of another school";
     window->use(std::make_unique<Host>(u"sqlite:colegio.db", school));
-    EXPECT_THAT(bar(),
+    EXPECT_THAT(notice(),
                 ContainsRegex("^Hay textos sin guardar de (hoy|ayer) .* en «Nuevo Estado Civil»: 1 texto$"));
     then([] {
         key(Qt::Key_R, Qt::AltModifier);
@@ -179,7 +170,7 @@ TEST_F(AwayTest, who_closes_the_program_finds_what_was_typed)
     });
     key(Qt::Key_B, Qt::AltModifier);
     EXPECT_EQ(saved(), "1");
-    EXPECT_EQ(bar(), "");
+    EXPECT_EQ(notice(), "");
     EXPECT_FALSE(exists(file));
     journal::recording(false);
     std::filesystem::remove_all(state);

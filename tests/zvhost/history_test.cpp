@@ -1,17 +1,15 @@
 #include "HostFixture.h"
 
-#include "data/Schema.h"
 #include "data/Statement.h"
 #include "data/history/Losses.h"
 #include "forms/Acts.h"
 #include "forms/ComboBox.h"
 #include "forms/Controls.h"
+#include "history/Tables.h"
 #include "qt/FormWindow.h"
 #include "runtime/Convert.h"
 #include "session/cNombreNodo.h"
 #include "suite/Station.h"
-
-#include <QPushButton>
 
 namespace zv::host {
 
@@ -23,13 +21,7 @@ struct HistoryTest : HostTest {
 
     HistoryTest() : HostTest(u"historial:sqlite:")
     {
-        const auto columns = [](StringView table) {
-            std::vector<String> names;
-            for (const schema::Column& each : schema::table(table)->columns())
-                names.emplace_back(each.name);
-            return names;
-        };
-        other = std::make_unique<HistoryConnection>(history::historyOf(school.centro)->inner(), columns);
+        other = std::make_unique<HistoryConnection>(history::historyOf(school.centro)->inner(), columnNames);
     }
     /// What the user 7 saves meanwhile.
     void otherWrites(const String& statement)
@@ -135,12 +127,6 @@ struct HistoryTest : HostTest {
         });
         EXPECT_TRUE(made);
     }
-    std::string told()
-    {
-        const auto& bar = *window->findChild<QWidget*>(QStringLiteral("aviso"));
-        return bar.isVisible() ? bar.findChild<QLabel*>(QStringLiteral("avisoTexto"))->text().toStdString()
-                               : std::string();
-    }
     std::string pupil(const std::string& key)
     {
         return one(
@@ -170,11 +156,11 @@ TEST_P(TheHost, tells_what_was_lost_and_gives_it_back_by_one_key)
 {
     const Lost& lost = GetParam();
     lost.happens(*this);
-    EXPECT_THAT(told(), testing::ContainsRegex(lost.told));
+    EXPECT_THAT(notice(), testing::ContainsRegex(lost.told));
     EXPECT_EQ(one(fromUtf8(lost.query)), lost.before);
     key(Qt::Key_D, Qt::AltModifier);
     EXPECT_EQ(one(fromUtf8(lost.query)), lost.after);
-    EXPECT_EQ(told(), "");
+    EXPECT_EQ(notice(), "");
 }
 
 constexpr const char* ofFirst = "(SELECT MIN(IDAlumno) FROM Alumno WHERE codseccion=15)";
@@ -268,13 +254,13 @@ TEST_F(HistoryTest, nothing_is_told_of_saves_that_lost_nothing_and_nothing_newer
           std::tuple(cNombreNodo::InfIndiv, secondA, u"frmInfIndESO"),
           std::tuple(cNombreNodo::NotaConsejoOrientador, secondA, u"frmConsejoOrientador")}) {
         inSection(node, section, form, [] {});
-        EXPECT_EQ(told(), "");
+        EXPECT_EQ(notice(), "");
     }
     const String first = fromUtf8(ofFirst);
     inSection(cNombreNodo::InfIndiv, secondA, u"frmInfIndESO", [&] {
         otherWrites(u"UPDATE Alumno_InfInd SET Dificultad='uno', Valoracion='dos' WHERE CodAlumno=" + first);
     });
-    EXPECT_THAT(told(), HasSubstr("Ha sustituido 2 textos que " + nameOfUser(7) + " guardó a la"));
+    EXPECT_THAT(notice(), HasSubstr("Ha sustituido 2 textos que " + nameOfUser(7) + " guardó a la"));
     otherWrites(u"UPDATE Alumno_InfInd SET Dificultad='tres' WHERE CodAlumno=" + first);
     // Field beside field, in a window of its own.
     then([] {
@@ -337,10 +323,10 @@ TEST_F(HistoryTest, the_last_save_is_taken_back_and_a_cut_one_is_told_at_the_sta
     EXPECT_THAT(done(), HasSubstr("Se ha guardado «Otra»"));
     key(Qt::Key_Z, Qt::ControlModifier);
     EXPECT_EQ(text(), "Zona");
-    EXPECT_THAT(told(), HasSubstr("se cortó")) << "another matter";
+    EXPECT_THAT(notice(), HasSubstr("se cortó")) << "another matter";
     key(Qt::Key_D, Qt::AltModifier);
     EXPECT_EQ(name(), before);
-    EXPECT_EQ(told(), "");
+    EXPECT_EQ(notice(), "");
 }
 
 TEST_F(HistoryTest, what_a_dialog_will_do_to_its_section_is_told_once_before_it_opens)
@@ -349,7 +335,7 @@ TEST_F(HistoryTest, what_a_dialog_will_do_to_its_section_is_told_once_before_it_
     school.centro->Execute(u"DELETE FROM Seccion_Alumno WHERE codAlumno=314");
     const auto toldBefore = [&](Long section) {
         std::string seen;
-        inSection(cNombreNodo::InfIndiv, section, u"frmInfIndESO", [&] { seen = told(); });
+        inSection(cNombreNodo::InfIndiv, section, u"frmInfIndESO", [&] { seen = notice(); });
         return seen;
     };
     EXPECT_EQ(toldBefore(secondA), "") << "nothing of the other section";
@@ -370,7 +356,7 @@ TEST_F(HistoryTest, what_a_dialog_will_do_to_its_section_is_told_once_before_it_
 
 TEST_F(HostTest, a_school_without_a_history_shows_none_of_it)
 {
-    EXPECT_FALSE(window->findChild<QAction*>(QStringLiteral("historial"))->isVisible());
+    EXPECT_FALSE(child<QAction>("historial").isVisible());
 }
 
 } // namespace zv::host

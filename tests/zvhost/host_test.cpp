@@ -9,6 +9,9 @@ namespace zv::host {
 
 TEST_F(HostTest, a_day_by_keyboard_alone)
 {
+    const auto legal = [this] {
+        return one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'");
+    };
     key(Qt::Key_Return);
     EXPECT_EQ(place()->objectName(), "lista");
 
@@ -19,7 +22,7 @@ TEST_F(HostTest, a_day_by_keyboard_alone)
     // The new row is the selected one; its text is selected when the dialog opens.
     thenAnswer("Conviviente legal");
     key(Qt::Key_Return);
-    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "1");
+    EXPECT_EQ(legal(), "1");
 
     type("casado");
     EXPECT_EQ(place()->objectName(), "buscar");
@@ -40,9 +43,9 @@ TEST_F(HostTest, a_day_by_keyboard_alone)
     thenAnswer();
     key(Qt::Key_Delete);
     EXPECT_THAT(asked, HasSubstr("Conviviente legal"));
-    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "1");
+    EXPECT_EQ(legal(), "1");
     confirmDeletion();
-    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "0");
+    EXPECT_EQ(legal(), "0");
 
     then([] {
         const auto* bin = qobject_cast<QTableView*>(place());
@@ -54,7 +57,7 @@ TEST_F(HostTest, a_day_by_keyboard_alone)
         key(Qt::Key_Escape);
     });
     key(Qt::Key_R, Qt::ControlModifier);
-    EXPECT_EQ(one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion='Conviviente legal'"), "1");
+    EXPECT_EQ(legal(), "1");
 }
 
 TEST_F(HostTest, a_bank_goes_and_comes_with_its_branches)
@@ -87,17 +90,14 @@ TEST_F(HostTest, a_bank_goes_and_comes_with_its_branches)
 TEST_F(HostTest, commands_follow_node_row_and_session)
 {
     const auto enabled = [&](const char* name) {
-        const QAction* action = window->findChild<QAction*>(QString::fromLatin1(name));
-        return action->isVisible() && action->isEnabled();
+        return child<QAction>(name).isVisible() && child<QAction>(name).isEnabled();
     };
     window->go(*nodeOf(u"frmEmisor"));
     EXPECT_TRUE(enabled("ordenante"));
     EXPECT_FALSE(enabled("sucursales"));
     window->go(*nodeOf(u"frmBanco"));
     EXPECT_TRUE(enabled("sucursales"));
-    Choices choices = window->host().choices();
-    choices.readOnly = true;
-    window->host().choose(choices);
+    onlyLook();
     window->go(*nodeOf(u"frmPais"));
     EXPECT_FALSE(enabled("nuevo") || enabled("eliminar"));
     EXPECT_TRUE(enabled("modificar"));

@@ -4,8 +4,6 @@
 #include "zvhost/Undo.h"
 
 #include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
 #include <QStatusBar>
 #include <QTextBrowser>
 #include <QToolBar>
@@ -17,18 +15,18 @@ using test::Drawn;
 
 TEST_F(HostTest, everything_can_be_read_in_light_and_in_dark)
 {
-    auto& table = dynamic_cast<QTableView&>(*window->findChild<QWidget*>(QStringLiteral("lista")));
-    auto& search = *window->findChild<QLineEdit*>(QStringLiteral("buscar"));
+    auto& table = list();
+    auto& search = child<QLineEdit>("buscar");
     auto& tree = *window->findChild<QTreeWidget*>();
     auto& bar = *window->findChild<QToolBar*>();
-    auto& done = dynamic_cast<Undo&>(*window->findChild<QWidget*>(QStringLiteral("hecho")));
+    auto& done = dynamic_cast<Undo&>(child<QWidget>("hecho"));
     const auto button = [&](const char* name) -> QWidget& {
-        return *bar.widgetForAction(window->findChild<QAction*>(QString::fromLatin1(name)));
+        return *bar.widgetForAction(&child<QAction>(name));
     };
     const auto row = [&](int number) { return table.visualRect(table.model()->index(number, 0)); };
     tree.setCurrentItem(tree.topLevelItem(0)->child(0));
     done.tell(QStringLiteral("Hecho"), QStringLiteral("Deshacer"), [] {});
-    window->findChild<QAction*>(QStringLiteral("ayuda"))->trigger();
+    child<QAction>("ayuda").trigger();
     auto& manual = *window->findChild<QTextBrowser*>();
     test::underEachPalette([&] {
         QApplication::processEvents();

@@ -8,11 +8,9 @@
 
 #include <QClipboard>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScreen>
-#include <QSplitter>
 #include <QTemporaryDir>
 #include <QTextBrowser>
 #include <QToolBar>
@@ -29,17 +27,10 @@ struct ListTest : HostTest {
         window->refresh();
         list().setFocus();
     }
-    QTreeWidget& tree() { return *window->findChild<QTreeWidget*>(QStringLiteral("arbol")); }
-    QAction& action(const char* name) { return *window->findChild<QAction*>(QString::fromLatin1(name)); }
+    QTreeWidget& tree() { return child<QTreeWidget>("arbol"); }
+    QAction& action(const char* name) { return child<QAction>(name); }
     std::string chosen() { return list().currentIndex().siblingAtColumn(0).data().toString().toStdString(); }
     std::string zonas() { return one(u"SELECT COUNT(*) FROM EstadoCivil WHERE Descripcion LIKE 'Zona%'"); }
-    void search(const char* words)
-    {
-        auto& field = *window->findChild<QLineEdit*>(QStringLiteral("buscar"));
-        field.setFocus();
-        field.setText(QString::fromUtf8(words));
-        key(Qt::Key_Return);
-    }
     /// Another station opens the row, or has closed it.
     void hold(int row, int user)
     {
@@ -138,7 +129,7 @@ TEST_F(ListTest, the_line_of_what_was_done_is_reached_and_followed_by_keyboard)
 {
     search("zona beta");
     confirmDeletion();
-    auto& line = *window->findChild<QLabel*>(QStringLiteral("hecho"));
+    auto& line = child<QLabel>("hecho");
     const QImage before = line.grab().toImage();
     for (int i = 0; i < 20 && place()->objectName() != "hecho"; ++i)
         key(Qt::Key_Tab);
@@ -219,9 +210,7 @@ TEST_F(ListTest, a_row_that_somebody_has_open_is_marked_and_told_until_it_is_fre
 
 TEST_F(ListTest, a_session_of_consultation_asks_before_what_it_does_not_lock)
 {
-    Choices choices = window->host().choices();
-    choices.readOnly = true;
-    window->host().choose(choices);
+    onlyLook();
     window->go(*nodeOf(cNombreNodo::InfIndiv));
     tree().setFocus();
     key(Qt::Key_Return);
@@ -338,7 +327,7 @@ TEST_F(ListTest, the_window_comes_back_as_it_was_left)
     EXPECT_EQ(tree().currentItem()->text(0), QStringLiteral("Bancos"));
     EXPECT_EQ(list().columnWidth(0), 123);
     EXPECT_EQ(list().horizontalHeader()->sortIndicatorSection(), 1);
-    EXPECT_EQ(window->findChild<QLineEdit*>(QStringLiteral("buscar"))->text(), QStringLiteral("a"));
+    EXPECT_EQ(child<QLineEdit>("buscar").text(), QStringLiteral("a"));
     EXPECT_EQ(window->host().choices().user, user);
     // A user who has gone is not brought back.
     window->close();

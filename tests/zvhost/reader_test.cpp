@@ -64,31 +64,21 @@ TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
     EXPECT_TRUE(held.text(QAccessible::Description).contains(QString::fromStdString(nameOfUser(7))));
     walkOpened(Qt::Key_Return); // In use.
     walkOpened(Qt::Key_Delete); // Refused.
-    key(Qt::Key_F, Qt::ControlModifier);
-    key(Qt::Key_A, Qt::ControlModifier);
-    type("soltero");
-    key(Qt::Key_Return);
-    QTimer person;
-    QObject::connect(&person, &QTimer::timeout, window.get(), [&] {
-        QWidget* front = QApplication::activeModalWidget();
-        if (const auto* box = qobject_cast<QMessageBox*>(front)) {
+    search("soltero");
+    bool walked = false;
+    const auto acts = [&](QWidget& front) {
+        if (const auto* box = qobject_cast<QMessageBox*>(&front)) {
             box->buttons().front()->click();
-        } else if (front != nullptr && front->objectName() == QStringLiteral("sustituir")) {
-            person.stop();
-            walk(*front);
+        } else if (front.objectName() == u"sustituir" && !std::exchange(walked, true)) {
+            walk(front);
             key(Qt::Key_Escape);
         }
-    });
-    person.start(20);
-    key(Qt::Key_Delete); // In use: another in its place.
-    key(Qt::Key_F, Qt::ControlModifier);
-    key(Qt::Key_A, Qt::ControlModifier);
-    type("conviv");
-    key(Qt::Key_Return);
+    };
+    enter(acts, Qt::Key_Delete); // In use: another in its place.
+    search("conviv");
     walkOpened(Qt::Key_Delete); // Asked about.
     confirmDeletion();
-    auto& done = *window->findChild<QWidget*>(QStringLiteral("hecho"));
-    EXPECT_TRUE(done.focusPolicy() & Qt::TabFocus);
+    EXPECT_TRUE(child<QWidget>("hecho").focusPolicy() & Qt::TabFocus);
     walk(*window); // With the line of what was done.
     walkOpened(Qt::Key_R, Qt::ControlModifier);
     walkOpened(Qt::Key_L, Qt::ControlModifier, [&] { // Rows in use, and whether to free one.
@@ -108,13 +98,11 @@ TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
         window->go(node);
         walk(*window);
     }
-    Choices choices = window->host().choices();
-    choices.readOnly = true;
-    window->host().choose(choices);
+    onlyLook();
     window->go(*nodeOf(cNombreNodo::InfIndiv));
     list().setFocus();
     walkOpened(Qt::Key_Return); // What is not locked.
-    window->findChild<QWidget*>(QStringLiteral("arbol"))->setFocus();
+    child<QWidget>("arbol").setFocus();
     school.centro->executeNative(u"DROP TABLE Seccion");
     window->go(*nodeOf(cNombreNodo::NotaConsejoOrientador));
     walk(*window); // The button alone.
@@ -133,8 +121,8 @@ TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
 TEST_F(HostReader, buttons_say_their_keys_and_what_was_done_is_taken_back_by_its_action)
 {
     // The list of the node that is chosen, and its rows.
-    QWidget& tree = *window->findChild<QWidget*>(QStringLiteral("arbol"));
-    QAccessibleTableInterface& nodes = *QAccessible::queryAccessibleInterface(&tree)->tableInterface();
+    QAccessibleTableInterface& nodes =
+        *QAccessible::queryAccessibleInterface(&child<QWidget>("arbol"))->tableInterface();
     for (const int row : {3, 1}) {
         QAccessibleInterface& node = *nodes.cellAt(row, 0);
         node.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
@@ -158,8 +146,7 @@ TEST_F(HostReader, buttons_say_their_keys_and_what_was_done_is_taken_back_by_its
     const auto count = [this] { return one(u"SELECT COUNT(*) FROM EstadoCivil WHERE IDEstadoCivil=900"); };
     confirmDeletion();
     ASSERT_EQ(count(), "0");
-    QAccessibleInterface& done =
-        *QAccessible::queryAccessibleInterface(window->findChild<QWidget*>(QStringLiteral("hecho")));
+    QAccessibleInterface& done = *QAccessible::queryAccessibleInterface(&child<QWidget>("hecho"));
     EXPECT_EQ(done.text(QAccessible::Name),
               QStringLiteral("Se ha eliminado «Abandonado» · Deshacer (Ctrl+Z)"));
     done.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
