@@ -28,8 +28,8 @@ public:
     const Opening* opening(const Form& form) const;
     /// The journal of that form; empty while it has none.
     std::filesystem::path file(const Form& form) const;
-    /// Returns when what was done on that form is on the disk; false if it could not be written, or if nothing
-    /// of that form is.
+    /// Returns when what was done on that form is on the disk; false if it could not be written, or if
+    /// nothing of that form is.
     bool sync(const Form& form);
     /// The journal of that form, to prove what is on the disk; nullptr while it has none.
     const Writer* writer(const Form& form) const;
@@ -52,6 +52,7 @@ private:
     struct InHand {
         const Form* form;
         Act act;
+        std::vector<Entry> rows = {}; ///< Of the form's grid, before a button was pressed.
     };
 
     Open* find(const Form* form);
@@ -61,7 +62,7 @@ private:
     void start(Open& journal);
     void noteChanges(Open& open, Open& journal, const PersonAct& act, Act& kept);
     std::size_t placeIn(Open& journal, const Place& place);
-    static bool isOrdered(const Open& open, const PersonAct& act);
+    static bool isOrdered(const Open& open, const PersonAct& act, const std::vector<Entry>& rowsBefore);
 
     std::deque<Open> open_;      ///< In the order in which they were loaded.
     std::vector<InHand> inHand_; ///< Acts that have begun, the outermost first.
