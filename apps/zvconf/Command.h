@@ -36,8 +36,10 @@ int nodos(Arguments arguments);
 int mudar(Arguments arguments);
 int copia(Arguments arguments);
 int restaurar(Arguments arguments);
+int importar(Arguments arguments);
 int historial(Arguments arguments);
 int diario(Arguments arguments);
+int unir(Arguments arguments);
 
 /// Invalid command line; the text is Spanish.
 class UsageError : public std::runtime_error {

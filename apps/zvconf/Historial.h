@@ -2,6 +2,7 @@
 
 #include "zvconf/Command.h"
 
+#include "data/Connection.h"
 #include "data/DataError.h"
 #include "data/history/HistoryConnection.h"
 #include "runtime/Time.h"
@@ -23,7 +24,10 @@ int verHistorial(Arguments arguments);
 int deshacerHistorial(Arguments arguments);
 int cortadosHistorial(Arguments arguments);
 
-// For the subcommands.
+// For the subcommands, and others that write.
+
+/// As whom the command line writes.
+Opening ourselves();
 
 /// A number from 1 that stands behind an option; what is no such number fails with a UsageError.
 Long numberFrom(const String& text);
@@ -34,6 +38,8 @@ String rowOf(String& table, const String& number);
 Seconds momentFrom(const String& text);
 /// The live database of a school that has a history; one that has none fails with a RuntimeError.
 std::shared_ptr<history::HistoryConnection> openHistory(StringView url);
+/// As whom the command line writes.
+Opening ourselves();
 /// Does what reads the history's tables, and tells a person what it means where they are missing.
 template <class Work>
 auto withHistory(Work work)

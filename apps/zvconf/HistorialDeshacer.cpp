@@ -15,16 +15,6 @@ using history::HistoryConnection;
 using history::Plan;
 using history::Scope;
 
-/// As whom the command line writes.
-Opening ourselves()
-{
-    String user;
-    for (const char* variable : {"USER", "USERNAME"})
-        if (const auto name = environment(variable); name && user.empty())
-            user = fromUtf8(*name) + u" (zvconf)";
-    return {.userName = user.empty() ? String(u"zvconf") : user, .station = thisStation().identity};
-}
-
 void print(const Plan& plan, const String& indent = u"")
 {
     const Seconds now = timeHere();
@@ -72,6 +62,15 @@ Plan carryOut(HistoryConnection& centro, const Scope& scope)
 }
 
 } // namespace
+
+Opening ourselves()
+{
+    String user;
+    for (const char* variable : {"USER", "USERNAME"})
+        if (const auto name = environment(variable); name && user.empty())
+            user = fromUtf8(*name) + u" (zvconf)";
+    return {.userName = user.empty() ? String(u"zvconf") : user, .station = thisStation().identity};
+}
 
 int deshacerHistorial(Arguments arguments)
 {

@@ -1,5 +1,6 @@
 #include "data/Statement.h"
 #include "zvconf/Command.h"
+#include "zvconf/ComprobarDatos.h"
 #include "zvconf/System.h"
 
 #include "data/SchemaCheck.h"
@@ -115,7 +116,10 @@ int crear(Arguments arguments)
 
 int comprobar(Arguments arguments)
 {
-    const Options options(arguments, {database});
+    const Options options(arguments, {database, {u"--datos"}, {u"--json"}, {u"--reparar"}});
+    const bool data = options.has(u"--datos");
+    if (!data && (options.has(u"--json") || options.has(u"--reparar")))
+        throw UsageError(u"--json y --reparar quieren también --datos.");
     const School school = inspectSchool(urlOf(options));
     Engine& engine = engineOf(urlOf(options));
     const std::vector<String> damage = checkDamage(school, engine);
@@ -125,6 +129,12 @@ int comprobar(Arguments arguments)
         findings = checkSchool(school, engine);
         std::ranges::move(checkAccess(school, engine), std::back_inserter(findings));
     }
+    if (data && findings.empty())
+        return comprobarDatos(urlOf(options), options.has(u"--json"), options.has(u"--reparar"));
+    if (data)
+        throw std::runtime_error(
+            toUtf8(findings.front()) +
+            " Sin eso no se miran los datos: «zvconf comprobar» sin --datos lo dice todo.");
     for (const String& each : findings)
         printLine(each);
     if (findings.empty())

@@ -19,7 +19,7 @@ constexpr Command commands[] = {
     {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
     {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
-    {u"diario", diario},
+    {u"importar", importar},   {u"diario", diario},       {u"unir", unir},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -27,9 +27,12 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
   zvconf crear --bd URL [--ejemplo]
       Crea las tres bases de datos de un centro: la del centro, la de borrados y la de entrada.
       Con --ejemplo las llena con un centro de ejemplo; sin ella quedan vacías.
-  zvconf comprobar --bd URL
+  zvconf comprobar [--datos] [--json] [--reparar] --bd URL
       Comprueba que las bases de datos tienen las tablas y columnas que hacen falta, y que el disco no
-      ha estropeado sus ficheros.
+      ha estropeado sus ficheros. Con --datos mira además las filas: dice lo que harán con ellas las ventanas
+      (respuestas que no se verán, textos que se perderán, bancos que no se podrán aceptar), con nombres, y qué
+      hacer; y, como consejo, los NIF y las cuentas que no cuadran. Con --reparar arregla lo que no tiene más que
+      un arreglo, después de nombrarlo; si hay historial, se puede deshacer.
   zvconf registros --bd URL [--liberar FORMULARIO FILA | --liberar-todo]
       Dice qué filas están abiertas, por quién y desde cuándo, o las libera.
   zvconf clave crear | lugar | cambiar --bd URL
@@ -49,6 +52,11 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Copia un centro a donde no hay ninguno, de un fichero a un servidor o al revés, y compara los dos antes
       de darlo por hecho: al final está entero o no está. El de partida queda como estaba. Nadie debe seguir
       cambiando el de partida: lo que cambie después no va.
+  zvconf importar FICHERO --nodo NODO [--ensayo] [--json] --bd URL
+      Añade a una lista (NODO: su número o su nombre, como los dice «nodos») las líneas de un fichero CSV, cuya
+      primera línea son las columnas: cada una se teclea en la ventana de esa lista, y es la ventana la que la
+      guarda o dice por qué no. Con --ensayo hace lo mismo en una copia que se tira, y no guarda nada. Dice qué
+      ha sido de cada línea, y con qué orden se deshace todo junto.
   zvconf historial activar | desactivar --bd URL
       El historial guarda, en la misma base de datos, lo que había y lo que hay en cada fila que se cambia, quién
       la cambió, cuándo y en qué ventana. Los centros que hace «crear» lo tienen activado.
@@ -86,6 +94,14 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Escribe lo que se hizo como un guion, en un fichero suyo y de nadie más.
   zvconf diario borrar NÚMERO [--si] [--carpeta CARPETA]
       Dice qué es ese diario; con --si lo borra, para siempre.
+  zvconf unir --nodo N --queda CLAVE --sobra CLAVE [--ensayo] --bd URL
+      Une dos filas de una lista (N es el número que da «nodos»; CLAVE, el de la fila): todo lo que se refiere a la
+      que sobra pasa a referirse a la que queda, y la que sobra se quita. O todo o nada. Con --ensayo sólo dice qué
+      pasaría. Dice el número de la unión, con el que se deshace.
+  zvconf unir --parecidas [--nodo N] --bd URL
+      Dice qué filas parecen la misma: sólo cambian mayúsculas, acentos o espacios.
+  zvconf unir --hechas | --deshacer NÚMERO --bd URL
+      Dice las uniones que se pueden deshacer, o deshace una: todo vuelve a como estaba.
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
@@ -118,7 +134,7 @@ icacls), que nombre la variable ZV_CONTRASENA_FICHERO.
 
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
 algo, la fila que se libera no estaba registrada, un guion ve otra cosa, hay guardados cortados, algo no se
-puede deshacer); con 2 si la orden no se ha podido hacer.
+puede deshacer, una línea no entra); con 2 si la orden no se ha podido hacer.
 )";
 
 int run(const std::vector<String>& words)

@@ -1,23 +1,14 @@
 #pragma once
 
+#include "care/References.h"
 #include "data/Connection.h"
 #include "data/Schema.h"
 
 namespace zv::host {
 
-/// Referring rows of one table: how many, and the first few by name.
-struct Referrer {
-    StringView table;
-    Long count = 0;
-    std::vector<String> examples;
-};
-
-/// Finds the references to a row, in the order of the school's tables. Parts of the row (a bank's branches)
-/// are not among them, but references to a part are.
-std::vector<Referrer> referrers(Connection& centro, StringView table, Long key);
-
-/// Display name of a row; "" if it is not there.
-String nameOfRow(Connection& centro, StringView table, Long key);
+using care::nameOfRow;
+using care::Referrer;
+using care::referrers;
 
 /// Row of the deleted-records database, with the name by which a person knows it.
 struct DeletedRow {

@@ -99,16 +99,8 @@ Opening Host::ownOpening() const
 
 Long Host::act(const std::function<void()>& work)
 {
-    /// RAII guard: the act ends also where it fails.
-    struct Act {
-        Connection& centro;
-        Act(Connection& school, const Opening& opening) : centro(school) { centro.dialogOpened(opening); }
-        Act(const Act&) = delete;
-        Act& operator=(const Act&) = delete;
-        ~Act() { centro.dialogClosed(); }
-    };
     {
-        const Act act(*school_.centro, ownOpening());
+        const ActGuard act(*school_.centro, ownOpening());
         work();
     }
     history::HistoryConnection* history = history::historyOf(school_.centro);

@@ -89,6 +89,8 @@ void MainWindow::use(std::unique_ptr<Host> host)
     wanted_.reset();
     undo_.forget();
     notice_.forget();
+    toldRules_.clear();
+    settleJoins();
     tellStatus();
     if (tree_.chosen() != nullptr) {
         chosen();
@@ -151,10 +153,14 @@ void MainWindow::readAgain(ListPage::Added added)
 
 void MainWindow::openDialog(Byte action, Long row, bool branches)
 {
+    const std::optional<Long> before = page_.selected();
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
           [&] { host_->open(*node_, action, row, branches); });
     readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
     tellClosed();
+    if (const std::optional<Long> added = page_.selected();
+        action == cConstCol::NUEVO && node_->hasList() && added && added != before)
+        tellAlike(*added);
     activateWindow();
     page_.enter();
 }
@@ -191,6 +197,7 @@ void MainWindow::openSection(Long id)
     const auto section = std::ranges::find(sections_, id, &Section::id);
     if (section == sections_.end() || !mayWrite(toQt(node_->name)))
         return;
+    tellRules(id);
     // Runs in the window's own loop, which begins once it is shown.
     QTimer::singleShot(0, this, [chosen = *section] { chooseSection(chosen); });
     openDialog(cConstCol::NUEVO, 0);

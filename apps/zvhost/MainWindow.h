@@ -1,5 +1,6 @@
 #pragma once
 
+#include "care/Join.h"
 #include "data/history/Losses.h"
 #include "zvhost/Deletion.h"
 #include "zvhost/Host.h"
@@ -14,6 +15,8 @@
 #include <QMainWindow>
 #include <QSplitter>
 #include <QTimer>
+
+#include <set>
 
 class QMenu;
 
@@ -82,11 +85,21 @@ private:
     void tellClosed();
     void tellSaved(const history::HistoryConnection::Closed& closed);
     void takeBack(const std::vector<Long>& openings);
+    /// Tells what the report's dialog will do to rows of the section that are not as they should be.
+    void tellRules(Long section);
     /// Tells of saves that were cut because their station died.
     void tellCuts();
     /// Runs what writes through the history, and reads the list again. False if it failed.
     bool changes(const QString& failed, const std::function<void()>& what);
     void giveBack(const std::vector<history::Loss>& losses);
+    /// Ends what a station that died while it joined rows had begun.
+    void settleJoins();
+    /// Lets the person choose the row that comes into the place of another, and puts it there.
+    void replaceRow(const NamedRow& row);
+    /// Tells of a new row that another looks like.
+    void tellAlike(Long key);
+    void joinRows(const care::Pair& pair);
+    void part(Long join);
     void readAgain(ListPage::Added added);
     void keepLook();
     void switchTo(std::unique_ptr<Host> other);
@@ -118,6 +131,7 @@ private:
     QLabel database_, user_, mode_;
     Undo undo_;
     std::optional<Wanted> wanted_;
+    std::set<String> toldRules_;    ///< What tellRules() has told of this school.
     std::vector<Section> sections_; ///< Those that are listed on the page of a report.
     QTimer watch_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,

@@ -31,9 +31,12 @@ void MainWindow::deleteRows()
     if (rows.empty() || host_->choices().readOnly)
         return;
     std::vector<NamedRow> removed;
+    std::optional<NamedRow> replaced;
     tried(this, QStringLiteral("La fila no se ha podido eliminar."),
-          [&] { removeRows(this, *host_, *node_, rows, Asks::yes, removed); });
+          [&] { replaced = removeRows(this, *host_, *node_, rows, Asks::yes, removed); });
     refresh();
+    if (replaced)
+        replaceRow(*replaced);
     if (!removed.empty())
         tellRemoved(*node_, removed);
     page_.enter();

@@ -20,7 +20,7 @@ Notice::Notice()
     text_.setTextFormat(Qt::PlainText);
     auto* parts = std::make_unique<QHBoxLayout>(this).release();
     parts->addWidget(&text_, 1);
-    for (QPushButton* each : {&show_, &give_, &done_})
+    for (QPushButton* each : {&show_, &give_, &join_, &done_})
         parts->addWidget(each);
     // Copies: what they do may tell something else.
     button(show_, QStringLiteral("Ver"), Qt::Key_R, [this] {
@@ -30,6 +30,10 @@ Notice::Notice()
     button(give_, QStringLiteral("Devolver"), Qt::Key_D, [this] {
         const auto gives = waiting_.front().gives;
         gives();
+    });
+    button(join_, QStringLiteral("Unir"), Qt::Key_U, [this] {
+        const auto joins = waiting_.front().joins;
+        joins();
     });
     button(done_, QStringLiteral("Entendido"), Qt::Key_E, [this] { next(); });
     hide();
@@ -48,6 +52,8 @@ void Notice::button(QPushButton& button, const QString& text, int key, const std
 
 void Notice::tell(Message message)
 {
+    if (!message.foretells)
+        std::erase_if(waiting_, [](const Message& each) { return each.foretells; });
     waiting_.push_back(std::move(message));
     follow();
 }
@@ -80,6 +86,7 @@ void Notice::follow()
         return;
     text_.setText(waiting_.front().text);
     give_.setVisible(waiting_.front().gives != nullptr);
+    join_.setVisible(waiting_.front().joins != nullptr);
     QAccessibleEvent told(&text_, QAccessible::Alert);
     QAccessible::updateAccessibility(&told);
 }

@@ -12,7 +12,7 @@
 namespace zv::host {
 
 /// Bar over the list: something that a person has to know, with what can be done about it, until it is done
-/// or he has taken note. Each button has its key on it: Alt+R, Alt+D, Alt+E.
+/// or he has taken note. Each button has its key on it: Alt+R, Alt+D, Alt+U, Alt+E.
 class Notice final : public QFrame {
 public:
     Notice();
@@ -22,6 +22,8 @@ public:
         std::function<void()> shows;
         std::function<void()> gives;     ///< None where nothing may be written.
         std::vector<Long> openings = {}; ///< Of the dialogs that it tells of.
+        bool foretells = false; ///< What a dialog will do: told until something is told of what one did.
+        std::function<void()> joins = {}; ///< None but where a row is there twice.
     };
     /// Tells it, behind those that wait already.
     void tell(Message message);
@@ -36,7 +38,7 @@ private:
     void follow();
 
     QLabel text_;
-    QPushButton show_, give_, done_;
+    QPushButton show_, give_, join_, done_;
     std::vector<Message> waiting_; ///< The first one is shown.
 };
 

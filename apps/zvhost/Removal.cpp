@@ -28,6 +28,13 @@ QString obstacle(Host& host, const Node& node, const NamedRow& row)
                        : QStringLiteral("La usan:\n") + reasons(who);
 }
 
+/// Whether what keeps it is that others refer to it.
+bool mayBeReplaced(Host& host, const Node& node, const NamedRow& row)
+{
+    return host.has(node, row.key) && !heldRows(*host.school().centro, node).contains(row.key) &&
+           !referrers(*host.school().centro, node.table, row.key).empty();
+}
+
 QString quoted(const NamedRow& row) { return QStringLiteral("«%1»").arg(row.name); }
 
 /// The names of rows, a line each.
@@ -77,8 +84,9 @@ QString reasons(const std::vector<Referrer>& who)
     return lines.join(u'\n');
 }
 
-void removeRows(QWidget* parent, Host& host, const Node& node, const std::vector<NamedRow>& rows, Asks asks,
-                std::vector<NamedRow>& removed)
+std::optional<NamedRow> removeRows(QWidget* parent, Host& host, const Node& node,
+                                   const std::vector<NamedRow>& rows, Asks asks,
+                                   std::vector<NamedRow>& removed)
 {
     std::vector<NamedRow> may;
     QStringList refused;
@@ -96,15 +104,20 @@ void removeRows(QWidget* parent, Host& host, const Node& node, const std::vector
             say(parent, QStringLiteral("No se puede eliminar"), refused.join(QStringLiteral("\n\n")));
     };
     sift(rows);
+    if (may.empty() && rows.size() == 1 && asks == Asks::yes && mayBeReplaced(host, node, rows.front()))
+        return confirm(parent, QStringLiteral("No se puede eliminar"), refused.front(),
+                       QStringLiteral("&Sustituir por…"))
+                   ? std::optional(rows.front())
+                   : std::nullopt;
     if (may.empty() || asks == Asks::no)
         tellRefused();
     if (may.empty())
-        return;
+        return std::nullopt;
     if (asks == Asks::yes) {
         if (!confirm(parent, QStringLiteral("Eliminar"),
                      question(host, node, may, refused.join(QStringLiteral("\n\n"))),
                      QStringLiteral("&Eliminar")))
-            return;
+            return std::nullopt;
         // Re-check, against a race: the answer may have taken its time.
         sift(std::vector<NamedRow>(may));
         tellRefused();
@@ -114,6 +127,7 @@ void removeRows(QWidget* parent, Host& host, const Node& node, const std::vector
         noteDeletion(*host.school().borrado, node.table, each.key, host.choices().user);
         removed.push_back(each);
     }
+    return std::nullopt;
 }
 
 } // namespace zv::host

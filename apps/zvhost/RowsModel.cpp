@@ -1,27 +1,12 @@
 #include "zvhost/RowsModel.h"
 
 #include "qt/QtText.h"
+#include "runtime/Csv.h"
 #include "zvhost/Icons.h"
 
 #include <algorithm>
 
 namespace zv::host {
-namespace {
-
-/// Escapes a field, and guards against formula injection: quotes where a spreadsheet would split it, a mark
-/// where it would take it for a formula.
-QString csvField(QString text)
-{
-    bool number = false;
-    QLocale(QLocale::Spanish).toDouble(text, &number);
-    if (!number && !text.isEmpty() && QStringLiteral("=+-@\t\r").contains(text.front()))
-        text.prepend(u'\'');
-    if (!text.contains(u'"') && !text.contains(u';') && !text.contains(u'\n') && !text.contains(u'\r'))
-        return text;
-    return u'"' + text.replace(u'"', QStringLiteral("\"\"")) + u'"';
-}
-
-} // namespace
 
 QString plainLetters(const QString& text)
 {
@@ -149,7 +134,7 @@ QByteArray RowsView::csv() const
     const auto line = [&](const auto& field) {
         QStringList fields;
         for (int column = 0; column < columnCount(); ++column)
-            fields += csvField(field(column).toString());
+            fields += toQt(csvCell(fromQt(field(column).toString())));
         text += fields.join(u';') + QStringLiteral("\r\n");
     };
     line([&](int column) { return headerData(column, Qt::Horizontal, Qt::DisplayRole); });

@@ -24,6 +24,13 @@ bool isHistory(StringView table)
     return sameName(table.substr(0, history::ownPrefix.size()), history::ownPrefix);
 }
 
+const schema::ExtraTable* extraTable(StringView name)
+{
+    const auto* const found = std::ranges::find_if(
+        schema::extraTables, [&](const schema::ExtraTable* each) { return sameName(each->name, name); });
+    return found == std::end(schema::extraTables) ? nullptr : *found;
+}
+
 /// Columns that a table of ours may have; empty for a table that is not ours.
 std::vector<String> ownColumns(Database which, StringView table)
 {
@@ -32,9 +39,10 @@ std::vector<String> ownColumns(Database which, StringView table)
         if (sameName(each.name, table))
             for (const schema::Column& column : each.columns())
                 result.emplace_back(column.name);
-    if (sameName(table, schema::recycleBinNotes.name))
-        for (const StringView column : schema::recycleBinNotes.columns)
-            result.emplace_back(column);
+    if (const schema::ExtraTable* extra = extraTable(table))
+        for (const StringView column : extra->columns)
+            if (!column.empty())
+                result.emplace_back(column);
     return result;
 }
 
@@ -77,32 +85,7 @@ TableContents contentsOf(Connection& base, Database which, FoundTable table)
     return result;
 }
 
-Long copyTable(Connection& from, Connection& to, const FoundTable& table)
-{
-    const String head = u"INSERT INTO " + table.name + u" (" + joined(table.columns) + u") VALUES ";
-    Long count = 0;
-    String values;
-    std::size_t waiting = 0;
-    const auto send = [&] {
-        if (waiting > 0)
-            to.executeNative(head + values);
-        values.clear();
-        waiting = 0;
-    };
-    for (const RecordsetPtr rows = rowsOf(from, table); !rows->Eof(); rows->MoveNext(), ++count) {
-        values += waiting == 0 ? u"(" : u",(";
-        bool first = true;
-        for (const Value& each : rows->row()) {
-            values += (first ? u"" : u",") + literal(each);
-            first = false;
-        }
-        values += u")";
-        if (++waiting == rowsAtOnce)
-            send();
-    }
-    send();
-    return count;
-}
+} // namespace
 
 StringView nameOf(Database which)
 {
@@ -116,8 +99,6 @@ StringView nameOf(Database which)
     }
     return u"base del centro";
 }
-
-} // namespace
 
 std::vector<TableContents> contentsOf(const School& school, Engine& engine)
 {
@@ -149,23 +130,61 @@ std::vector<String> differences(const std::vector<TableContents>& one,
     return lines;
 }
 
-std::vector<String> foreignParts(const School& school, Engine& engine)
+std::vector<ForeignPart> foreignColumns(const School& school, Engine& engine)
 {
-    std::vector<String> lines;
+    std::vector<ForeignPart> found;
     forEachTable(school, engine, [&](Database which, const FoundTable& table) {
         if (which == Database::centro && isHistory(table.name))
             return;
         const std::vector<String> ours = ownColumns(which, table.name);
-        if (ours.empty())
-            lines.push_back(statement(u"La {} tiene una tabla que no es de este programa: {}.",
-                                      {nameOf(which), table.name}));
         for (const String& each : table.columns)
-            if (!ours.empty() && !holds(ours, each))
-                lines.push_back(
-                    statement(u"La tabla {} de la {} tiene una columna que no es de este programa: {}.",
-                              {table.name, nameOf(which), each}));
+            if (!holds(ours, each))
+                found.push_back({which, table.name, each, ours.empty()});
     });
+    return found;
+}
+
+std::vector<String> foreignParts(const School& school, Engine& engine)
+{
+    std::vector<String> lines;
+    for (const ForeignPart& each : foreignColumns(school, engine)) {
+        String line =
+            each.wholeTable
+                ? statement(u"La {} tiene una tabla que no es de este programa: {}.",
+                            {nameOf(each.database), each.table})
+                : statement(u"La tabla {} de la {} tiene una columna que no es de este programa: {}.",
+                            {each.table, nameOf(each.database), each.column});
+        if (lines.empty() || lines.back() != line)
+            lines.push_back(std::move(line));
+    }
     return lines;
+}
+
+Long copyRows(Connection& from, Connection& to, const FoundTable& table)
+{
+    const String head = u"INSERT INTO " + table.name + u" (" + joined(table.columns) + u") VALUES ";
+    Long count = 0;
+    String values;
+    std::size_t waiting = 0;
+    const auto send = [&] {
+        if (waiting > 0)
+            to.executeNative(head + values);
+        values.clear();
+        waiting = 0;
+    };
+    for (const RecordsetPtr rows = rowsOf(from, table); !rows->Eof(); rows->MoveNext(), ++count) {
+        values += waiting == 0 ? u"(" : u",(";
+        bool first = true;
+        for (const Value& each : rows->row()) {
+            values += (first ? u"" : u",") + literal(each);
+            first = false;
+        }
+        values += u")";
+        if (++waiting == rowsAtOnce)
+            send();
+    }
+    send();
+    return count;
 }
 
 void copyContents(const School& from, Engine& fromEngine, School& to, Engine& toEngine,
@@ -177,8 +196,9 @@ void copyContents(const School& from, Engine& fromEngine, School& to, Engine& to
     };
     forEachTable(from, fromEngine, [&](Database which, const FoundTable& table) {
         Connection& base = *baseOf(to, which);
-        if (sameName(table.name, schema::recycleBinNotes.name) && !hasHere(which, table.name))
-            base.executeNative(schema::recycleBinNotes.definition);
+        if (const schema::ExtraTable* extra = extraTable(table.name);
+            extra != nullptr && !hasHere(which, table.name))
+            base.executeNative(extra->definition);
         if (isHistory(table.name) && !hasHere(which, table.name))
             history::activate(base);
     });
@@ -190,7 +210,7 @@ void copyContents(const School& from, Engine& fromEngine, School& to, Engine& to
             base.executeNative(u"DELETE FROM HistorialCabeza");
         for (const FoundTable& table : fromEngine.tables(*baseOf(from, which)))
             if (!sameName(table.name, registrations))
-                tell(table.name, copyTable(*baseOf(from, which), base, table));
+                tell(table.name, copyRows(*baseOf(from, which), base, table));
         transaction.commit();
     }
 }

@@ -27,9 +27,24 @@ std::vector<TableContents> contentsOf(const School& school, Engine& engine);
 std::vector<String> differences(const std::vector<TableContents>& one,
                                 const std::vector<TableContents>& other);
 
+/// "base del centro", "base de borrados", "base de entrada".
+StringView nameOf(Database which);
+
+/// A column that is not ours.
+struct ForeignPart {
+    Database database = Database::centro;
+    String table;
+    String column;
+    bool wholeTable = false; ///< Its table is not ours either.
+};
+std::vector<ForeignPart> foreignColumns(const School& school, Engine& engine);
 /// What a school has that we could not make elsewhere, one line in Spanish for each: tables that are not
 /// ours, columns beside ours.
 std::vector<String> foreignParts(const School& school, Engine& engine);
+
+/// Copies the named columns of a table's rows into the same table of another database, and gives the number
+/// of rows.
+Long copyRows(Connection& from, Connection& to, const FoundTable& table);
 
 /// Copies all rows into a school whose tables are made and empty; the same tables are left out as by
 /// contentsOf(). The history's tables and the recycle bin's notes are made there where the first school has

@@ -6,10 +6,13 @@
 #include "data/Statement.h"
 #include "data/history/Log.h"
 #include "runtime/Convert.h"
+#include "runtime/OwnerOnly.h"
+#include "runtime/System.h"
 #include "runtime/Time.h"
 
 #include <algorithm>
 #include <functional>
+#include <random>
 #include <set>
 #include <utility>
 
@@ -19,7 +22,15 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Name of the extracted live database.
-constexpr const char* restored = "restaurada.db";
+constexpr const char* extractedName = "restaurada.db";
+
+/// As far as the disk knows of owners: a stick with the files of other systems does not.
+void closeToOthers(const fs::path& place, fs::perms owners)
+{
+    std::error_code ignored;
+    fs::permissions(place, owners, ignored);
+}
+
 /// Scratch folder for its owner alone, beside a file; the destructor removes it.
 class Scratch {
 public:
@@ -28,7 +39,17 @@ public:
         folder_ += ".haciendo";
         fs::remove_all(folder_);
         fs::create_directory(folder_);
-        fs::permissions(folder_, fs::perms::owner_all);
+        closeToOthers(folder_, fs::perms::owner_all);
+    }
+    /// The same for a file that is only read: in the system's folder where the file's own takes none.
+    static Scratch toRead(const fs::path& file)
+    {
+        try {
+            return Scratch(file);
+        } catch (const fs::filesystem_error&) {
+            return Scratch(fs::temp_directory_path() /
+                           (file.filename().string() + '-' + std::to_string(std::random_device()())));
+        }
     }
     Scratch(const Scratch&) = delete;
     Scratch& operator=(const Scratch&) = delete;
@@ -96,16 +117,16 @@ void forgetStations(StringView url)
 /// Puts an extracted copy at a place where there is no school.
 void install(const Scratch& scratch, StringView url)
 {
-    if (!engineOf(url).install(locationOf(url), scratch.file(Database::centro, restored)))
-        moveSchool(scratch.url(restored), url);
+    if (!engineOf(url).install(locationOf(url), scratch.file(Database::centro, extractedName)))
+        moveSchool(scratch.url(extractedName), url);
 }
 
 /// Extracts a copy and compares it, by content, with what its manifest says.
 Manifest extracted(const fs::path& file, const Scratch& scratch)
 {
     Manifest manifest =
-        unpack(file, [&](std::size_t part) { return scratch.file(everyDatabase[part], restored); });
-    const String url = scratch.url(restored);
+        unpack(file, [&](std::size_t part) { return scratch.file(everyDatabase[part], extractedName); });
+    const String url = scratch.url(extractedName);
     forgetStations(url);
     if (contentsText(contentsOf(inspectSchool(url), engineOf(url))) != manifest["contenido"])
         throw RuntimeError(failure::otherData,
@@ -113,10 +134,7 @@ Manifest extracted(const fs::path& file, const Scratch& scratch)
     return manifest;
 }
 
-} // namespace
-
-CopyReport takeCopy(StringView url, const fs::path& file, const std::string& key,
-                    const std::string& passphrase)
+CopyReport copied(StringView url, const fs::path& file, const std::string& key, const std::string& passphrase)
 {
     if (fs::exists(file))
         throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» ya existe: elija otro nombre.");
@@ -148,20 +166,16 @@ CopyReport takeCopy(StringView url, const fs::path& file, const std::string& key
     const fs::path draft = scratch.file(Database::centro, "fichero");
     pack(draft, manifest, [&](std::size_t part) { return scratch.file(everyDatabase[part], "copia.db"); });
     manifest = extracted(draft, scratch);
-    fs::permissions(draft, fs::perms::owner_read | fs::perms::owner_write);
+    closeToOthers(draft, fs::perms::owner_read | fs::perms::owner_write);
+    if (const std::error_code error = owneronly::flush(draft))
+        throw fs::filesystem_error("no se puede escribir", file, error);
     fs::rename(draft, file);
     return reportOf(manifest);
 }
 
-CopyReport checkCopy(const fs::path& file)
+String restored(const fs::path& file, StringView url)
 {
-    const Scratch scratch(file);
-    return reportOf(extracted(file, scratch));
-}
-
-String restoreCopy(const fs::path& file, StringView url)
-{
-    const Scratch scratch(file);
+    const Scratch scratch = Scratch::toRead(file);
     extracted(file, scratch);
     Engine& engine = engineOf(url);
     if (!engine.exists(locationOf(url))) {
@@ -180,6 +194,43 @@ String restoreCopy(const fs::path& file, StringView url)
     const String kept = engine.beside(locationOf(url), when);
     engine.replace(locationOf(url), made, kept);
     return urlOf(kept);
+}
+
+/// Error translation: what the system says of files, in a sentence that says what to do.
+template <class Work>
+auto told(const fs::path& file, Work&& work)
+{
+    try {
+        return work();
+    } catch (const fs::filesystem_error& error) {
+        const fs::path& place = error.path1().empty() ? file : error.path1();
+        throw RuntimeError(
+            failure::otherData,
+            u"«" + place.u16string() +
+                u"» no se puede escribir: mire si su carpeta se deja escribir y si queda sitio (" +
+                wordsFor(error.code()) + u").");
+    }
+}
+
+} // namespace
+
+CopyReport takeCopy(StringView url, const fs::path& file, const std::string& key,
+                    const std::string& passphrase)
+{
+    return told(file, [&] { return copied(url, file, key, passphrase); });
+}
+
+CopyReport checkCopy(const fs::path& file)
+{
+    return told(file, [&] {
+        const Scratch scratch = Scratch::toRead(file);
+        return reportOf(extracted(file, scratch));
+    });
+}
+
+String restoreCopy(const fs::path& file, StringView url)
+{
+    return told(file, [&] { return restored(file, url); });
 }
 
 std::optional<std::string> keyIn(const fs::path& file, const std::string& passphrase)

@@ -86,6 +86,18 @@ private:
     ConnectionPtr inner_;
 };
 
+/// RAII guard of work that no dialog does: for a history it is one act.
+class ActGuard {
+public:
+    ActGuard(Connection& centro, const Opening& opening) : centro_(centro) { centro_.dialogOpened(opening); }
+    ActGuard(const ActGuard&) = delete;
+    ActGuard& operator=(const ActGuard&) = delete;
+    ~ActGuard() { centro_.dialogClosed(); }
+
+private:
+    Connection& centro_;
+};
+
 /// The three databases of a school.
 struct School {
     ConnectionPtr centro;  ///< The live database.

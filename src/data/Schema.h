@@ -69,18 +69,26 @@ std::span<const Table> tables(Database which);
 /// Lookup in the live and the entry database, without regard to case; nullptr if there is none.
 const Table* table(StringView name);
 
-/// Notes of the deletions, in the deleted-records database: a table of a host's own, made with the first
-/// note.
+/// A table of our own in the deleted-records database, made when it is first written.
 struct ExtraTable {
     StringView name;
-    std::array<StringView, 4> columns;
-    StringView definition; ///< Its DDL, the same for every engine.
+    std::array<StringView, 6> columns; ///< "" behind the last.
+    StringView definition;             ///< Its DDL, the same for every engine.
 };
+/// Notes of the deletions.
 inline constexpr ExtraTable recycleBinNotes{
     .name = u"RegistroPapelera",
     .columns = {u"Tabla", u"Fila", u"Momento", u"IDUsuario"},
     .definition = u"CREATE TABLE RegistroPapelera (Tabla VARCHAR(50) NOT NULL, Fila INTEGER NOT NULL, "
                   u"Momento VARCHAR(30), IDUsuario SMALLINT, PRIMARY KEY (Tabla, Fila))"};
+/// Records of rows that were joined: what is needed to part them again.
+inline constexpr ExtraTable joinRecords{
+    .name = u"RegistroUnion",
+    .columns = {u"Numero", u"Linea", u"Clase", u"Tabla", u"Columna", u"Texto"},
+    .definition =
+        u"CREATE TABLE RegistroUnion (Numero INTEGER NOT NULL, Linea INTEGER NOT NULL, Clase SMALLINT "
+        u"NOT NULL, Tabla VARCHAR(64), Columna VARCHAR(64), Texto TEXT, PRIMARY KEY (Numero, Linea))"};
+inline constexpr const ExtraTable* extraTables[] = {&recycleBinNotes, &joinRecords};
 
 /// DDL of an empty database: its tables, and the indexes for the dialogs' lookups.
 std::vector<String> definition(Database which, DdlStyle style);

@@ -13,6 +13,8 @@ namespace zv::owneronly {
 std::error_code write(const std::filesystem::path& file, std::string_view text);
 /// Gives a finished file its name, on disk; std::errc::file_exists if the name is taken. The first name goes.
 std::error_code place(const std::filesystem::path& draft, const std::filesystem::path& file);
+/// Brings what was written to a file onto the disk.
+std::error_code flush(const std::filesystem::path& file);
 /// Makes a folder closed to others; one that is there stays as it is.
 void makeFolder(const std::filesystem::path& folder);
 /// Whether anyone but the owner, and those who run the machine, may read or change the file.

@@ -22,16 +22,6 @@ bool written(int handle, std::string_view text)
     return fsync(handle) == 0;
 }
 
-/// Syncs the directory entry, which a crash would otherwise lose.
-void flushFolder(const fs::path& folder)
-{
-    const int handle = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (handle >= 0) {
-        fsync(handle);
-        close(handle);
-    }
-}
-
 } // namespace
 
 std::error_code write(const fs::path& file, std::string_view text)
@@ -54,8 +44,21 @@ std::error_code place(const fs::path& draft, const fs::path& file)
     fs::create_hard_link(draft, file, error);
     std::error_code ignored;
     fs::remove(draft, ignored);
+    // The directory's entry, which a crash would otherwise lose.
     if (!error)
-        flushFolder(file.parent_path().empty() ? fs::path(".") : file.parent_path());
+        flush(file.parent_path().empty() ? fs::path(".") : file.parent_path());
+    return error;
+}
+
+std::error_code flush(const fs::path& file)
+{
+    const int handle = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (handle < 0)
+        return lastError();
+    std::error_code error;
+    if (fsync(handle) != 0)
+        error = lastError();
+    close(handle);
     return error;
 }
 

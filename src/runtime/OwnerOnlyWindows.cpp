@@ -102,6 +102,16 @@ std::error_code place(const fs::path& draft, const fs::path& file)
                                                                                  : lastError();
 }
 
+std::error_code flush(const fs::path& file)
+{
+    HANDLE opened = CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (opened == INVALID_HANDLE_VALUE)
+        return lastError();
+    const Handle handle(opened);
+    return FlushFileBuffers(opened) != 0 ? std::error_code() : lastError();
+}
+
 void makeFolder(const fs::path& folder)
 {
     const Local<void> list = closedToOthers(L"OICI");

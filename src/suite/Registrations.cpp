@@ -182,7 +182,13 @@ int releaseAll(Connection& centro)
     return whereTableExists(free, 0);
 }
 
-bool registerRow(Connection& centro, const Station& station, StringView form, Long row, Integer user)
+namespace {
+
+enum class Sharing { withOwnUser, never };
+
+/// Gives who holds the row; nullopt: acquired.
+std::optional<Holder> acquire(Connection& centro, const Station& station, StringView form, Long row,
+                              Integer user, Sharing sharing)
 {
     // Optimistic retry loop: a round is inconclusive if another station changed the row between two
     // statements.
@@ -197,20 +203,42 @@ bool registerRow(Connection& centro, const Station& station, StringView form, Lo
                 statement(u"INSERT INTO RegistroActivo (Formulario, Fila, IDUsuario, Estacion, Momento) "
                           u"VALUES ({},{},{},{},{})",
                           {textLiteral(form), row, user, mine, moment})))
-            return false;
+            return std::nullopt;
         const auto holder = holderOf(centro, form, row);
         if (!holder)
             continue;
-        if (holder->user != user && !isGone(station, holder->station, Moment(holder->moment).silence(time)))
-            return true;
+        const bool shares = sharing == Sharing::withOwnUser && holder->user == user;
+        if (!shares && !isGone(station, holder->station, Moment(holder->moment).silence(time)))
+            return holder;
         centro.Execute(statement(u"UPDATE RegistroActivo SET IDUsuario={}, Estacion={}, Momento={}",
                                  {user, mine, moment}) +
                        unchanged(form, row, *holder));
         const auto after = holderOf(centro, form, row);
-        if (after && after->user == user)
-            return false;
+        if (after && after->user == user &&
+            (sharing == Sharing::withOwnUser || after->station == station.identity))
+            return std::nullopt;
     }
     throw DataError(failure::locked, "", u"La fila cambia de manos sin cesar.", u"RegistroActivo");
+}
+
+} // namespace
+
+bool registerRow(Connection& centro, const Station& station, StringView form, Long row, Integer user)
+{
+    return acquire(centro, station, form, row, user, Sharing::withOwnUser).has_value();
+}
+
+std::optional<Registration> registerRowAlone(Connection& centro, const Station& station, StringView form,
+                                             Long row, Integer user)
+{
+    const std::optional<Holder> other = acquire(centro, station, form, row, user, Sharing::never);
+    if (!other)
+        return std::nullopt;
+    return Registration{.form = String(form),
+                        .row = row,
+                        .user = other->user,
+                        .station = other->station,
+                        .moment = Moment(other->moment).shown(now(centro))};
 }
 
 void giveSign(Connection& centro, const Station& station)

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
 namespace zv {
 
@@ -41,6 +42,10 @@ std::function<bool(StringView station, Seconds sign)> goneStations(Connection& c
 /// (it was free, this user's own, or stale). True: another user holds it. A database error fails with a
 /// DataError: the lock is never taken for granted.
 bool registerRow(Connection& centro, const Station& station, StringView form, Long row, Integer user);
+/// The same for work that shares a row with no dialog, not even the user's own. Gives who holds it; nullopt:
+/// acquired.
+std::optional<Registration> registerRowAlone(Connection& centro, const Station& station, StringView form,
+                                             Long row, Integer user);
 /// Heartbeat for all rows of this station, if this process registered any.
 void giveSign(Connection& centro, const Station& station);
 /// Releases the lock if this station holds it; another's stays.

@@ -101,15 +101,19 @@ protected:
         return status;
     }
 
-    /// Runs `zvconf historial`; gives its exit code, and `said` what it wrote.
-    int historial(const std::string& arguments, const std::string& behind = {})
+    /// Runs `zvconf`; gives its exit code, and `said` what it wrote.
+    int zvconf(const std::string& arguments, const std::string& behind = {})
     {
-        FILE* const seen = popen(
-            (ZVCONF " historial " + arguments + " --bd '" + toUtf8(url) + "' 2>&1" + behind).c_str(), "r");
+        FILE* const seen =
+            popen((ZVCONF " " + arguments + " --bd '" + toUtf8(url) + "' 2>&1" + behind).c_str(), "r");
         said.clear();
         for (int c = 0; (c = fgetc(seen)) != EOF;)
             said += static_cast<char>(c);
         return WEXITSTATUS(pclose(seen));
+    }
+    int historial(const std::string& arguments, const std::string& behind = {})
+    {
+        return zvconf("historial " + arguments, behind);
     }
 
     std::string said;

@@ -1,3 +1,4 @@
+#include "care/Contents.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/sqlite/SqliteEngine.h"
@@ -119,10 +120,43 @@ TEST_F(Zvconf, finds_what_the_disk_spoilt)
     EXPECT_NE(out.find("copia de seguridad"), std::string::npos) << out;
 }
 
+TEST_F(Zvconf, says_what_dialogs_will_do_to_the_data_repairs_it_and_takes_that_back)
+{
+    ASSERT_EQ(run("crear --bd sqlite:c.db --ejemplo"), 0) << err;
+    EXPECT_EQ(run("comprobar --datos --bd sqlite:c.db"), 0) << out << err;
+    const String url = u"sqlite:" + (folder / "c.db").u16string();
+    const auto read = [&] { return care::contentsOf(openSchool(url), engineOf(url)); };
+    {
+        const School school = openSchool(url);
+        school.centro->Execute(u"DELETE FROM Alumno_InfIndESO WHERE CodAlumno=304");
+        school.centro->Execute(
+            u"DELETE FROM ConsejoOrientador_Nota WHERE codAlumno=359 AND codConsejoOrientador=8");
+        school.centro->Execute(u"UPDATE Emisor SET CIF='B28999880' WHERE IDEmisor=2");
+    }
+    const auto broken = read();
+    EXPECT_EQ(run("comprobar --datos --json --bd sqlite:c.db"), 1) << err;
+    EXPECT_TRUE(
+        std::regex_search(out, std::regex("^\\[\\{\"clase\":\"fallo\",\"regla\":\"consejo-incompleto\".*"
+                                          "\"reparable\":true\\}\n,.*\n,\\{\"clase\":\"consejo\",")))
+        << out;
+    EXPECT_TRUE(care::differences(broken, read()).empty()) << "who only looks changes nothing";
+    EXPECT_EQ(run("comprobar --datos --reparar --bd sqlite:c.db"), 0) << out << err;
+    std::smatch undo;
+    EXPECT_TRUE(
+        std::regex_search(out, undo, std::regex("Fallos: 2. Consejos: 1.\nReparados: 2.\n.*zvconf (.*)\n")))
+        << out;
+    EXPECT_EQ(run("comprobar --datos --bd sqlite:c.db"), 0) << "advice alone";
+    EXPECT_EQ(run(undo[1].str()), 0) << out << err;
+    for (const String& each : care::differences(broken, read()))
+        EXPECT_NE(each.find(u"historial"), String::npos) << toUtf8(each);
+    EXPECT_EQ(run("comprobar --datos --bd sqlite:c.db"), 1);
+    EXPECT_EQ(run("comprobar --reparar --bd sqlite:c.db"), 2);
+}
+
 TEST_F(Zvconf, stopped_while_it_makes_a_school_leaves_a_whole_one_or_none)
 {
     for (const char* delay : {"0.01", "0.02", "0.03", "0.05", "0.08", "0.12"}) {
-        const std::string line = std::string("timeout -s INT ") + delay +
+        const std::string line = "cd '" + folder.string() + "' && timeout -s INT " + delay +
                                  " '" ZVCONF "' crear --bd 'sqlite:" + (folder / "c.db").string() +
                                  "' --ejemplo >/dev/null 2>&1";
         std::system(line.c_str());

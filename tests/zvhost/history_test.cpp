@@ -343,6 +343,31 @@ TEST_F(HistoryTest, the_last_save_is_taken_back_and_a_cut_one_is_told_at_the_sta
     EXPECT_EQ(told(), "");
 }
 
+TEST_F(HistoryTest, what_a_dialog_will_do_to_its_section_is_told_once_before_it_opens)
+{
+    school.centro->Execute(u"DELETE FROM Alumno_InfIndESO WHERE CodAlumno=304");
+    school.centro->Execute(u"DELETE FROM Seccion_Alumno WHERE codAlumno=314");
+    const auto toldBefore = [&](Long section) {
+        std::string seen;
+        inSection(cNombreNodo::InfIndiv, section, u"frmInfIndESO", [&] { seen = told(); });
+        return seen;
+    };
+    EXPECT_EQ(toldBefore(secondA), "") << "nothing of the other section";
+    EXPECT_THAT(toldBefore(13),
+                testing::AllOf(HasSubstr("no sale Pablo D'Angelo Cortés"), HasSubstr("Y otro aviso")));
+    then([] {
+        EXPECT_EQ(QApplication::activeModalWidget()->objectName(), u"reglas");
+        const auto* rows = QApplication::activeModalWidget()->findChild<QTableView*>();
+        EXPECT_THAT(rows->model()->index(1, 0).data().toString().toStdString(),
+                    HasSubstr("lo que se escriba de Ana María D'Angelo Bosch"));
+        key(Qt::Key_Escape);
+    });
+    key(Qt::Key_R, Qt::AltModifier);
+    for (int taken = 0; taken < 5; ++taken)
+        key(Qt::Key_E, Qt::AltModifier);
+    EXPECT_EQ(toldBefore(13), "");
+}
+
 TEST_F(HostTest, a_school_without_a_history_shows_none_of_it)
 {
     EXPECT_FALSE(window->findChild<QAction*>(QStringLiteral("historial"))->isVisible());

@@ -66,6 +66,23 @@ TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
     walkOpened(Qt::Key_Delete); // Refused.
     key(Qt::Key_F, Qt::ControlModifier);
     key(Qt::Key_A, Qt::ControlModifier);
+    type("soltero");
+    key(Qt::Key_Return);
+    QTimer person;
+    QObject::connect(&person, &QTimer::timeout, window.get(), [&] {
+        QWidget* front = QApplication::activeModalWidget();
+        if (const auto* box = qobject_cast<QMessageBox*>(front)) {
+            box->buttons().front()->click();
+        } else if (front != nullptr && front->objectName() == QStringLiteral("sustituir")) {
+            person.stop();
+            walk(*front);
+            key(Qt::Key_Escape);
+        }
+    });
+    person.start(20);
+    key(Qt::Key_Delete); // In use: another in its place.
+    key(Qt::Key_F, Qt::ControlModifier);
+    key(Qt::Key_A, Qt::ControlModifier);
     type("conviv");
     key(Qt::Key_Return);
     walkOpened(Qt::Key_Delete); // Asked about.
@@ -107,9 +124,10 @@ TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
         key(Qt::Key_Escape);
     });
     window->go(*nodeOf(u"frmPais"));
-    EXPECT_THAT(heard, testing::ElementsAre("Eliminar", "Fila en uso", "Informes individuales", "Liberar",
-                                            "No se ha podido", "No se puede eliminar", "ayuda", "buscarAyuda",
-                                            "filasEnUso", "inicio", "papelera", "sesion", "zvhost"));
+    EXPECT_THAT(heard,
+                testing::ElementsAre("Eliminar", "Fila en uso", "Informes individuales", "Liberar",
+                                     "No se ha podido", "No se puede eliminar", "ayuda", "buscarAyuda",
+                                     "filasEnUso", "inicio", "papelera", "sesion", "sustituir", "zvhost"));
 }
 
 TEST_F(HostReader, buttons_say_their_keys_and_what_was_done_is_taken_back_by_its_action)

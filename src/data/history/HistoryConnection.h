@@ -46,6 +46,8 @@ public:
     };
     /// The dialog that closed last, once.
     std::optional<Closed> takeClosed();
+    /// Number of the outermost opening's entry; 0 while nothing was noted of it, and outside of any.
+    Long openingNumber() const { return open_.empty() ? 0 : open_.front().number; }
 
     /// Names of a table's columns in physical order; empty for a table that is not there.
     const std::vector<String>& columns(StringView table);

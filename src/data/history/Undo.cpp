@@ -274,25 +274,13 @@ String statementOf(const Effect& effect)
     return insertOf(effect);
 }
 
-/// RAII guard of an opening.
-class Opened {
-public:
-    Opened(Connection& centro, const Opening& opening) : centro_(centro) { centro_.dialogOpened(opening); }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
-    ~Opened() { centro_.dialogClosed(); }
-
-private:
-    Connection& centro_;
-};
-
 } // namespace
 
 Plan planOf(HistoryConnection& centro, const Scope& scope) { return Undoing(centro, scope).plan(); }
 
 Plan undo(HistoryConnection& centro, const Scope& scope, const Opening& by, const std::function<void()>& also)
 {
-    const Opened opened(centro, by);
+    const ActGuard act(centro, by);
     Transaction transaction(centro);
     const Appending lock(centro);
     Plan plan = planOf(centro, scope);

@@ -1,0 +1,151 @@
+// Two rows that are one: one in the place of the other, and the way back.
+#include "qt/QtText.h"
+#include "zvhost/ListDialog.h"
+#include "zvhost/MainWindow.h"
+#include "zvhost/Removal.h"
+
+namespace zv::host {
+namespace {
+
+care::Joiner joiner(Host& host) { return {host.school(), host.url(), host.ownOpening()}; }
+
+QString lines(const std::vector<String>& all)
+{
+    QStringList result;
+    for (const String& each : all)
+        result += toQt(each);
+    return result.join(u'\n');
+}
+
+/// What the row that goes says and the other does not, in the columns of the list.
+QString question(const care::JoinPlan& plan, const NamedRow& stays, const NamedRow& goes)
+{
+    QString text = QStringLiteral("«%1» desaparece, y en su lugar queda «%2».").arg(goes.name, stays.name);
+    if (!plan.moves.empty())
+        text += QStringLiteral("\n\nPasa a usar «%1»:\n").arg(stays.name) + reasons(plan.moves);
+    if (plan.merged != 0)
+        text += QStringLiteral("\n\nLo que quedaría repetido (%1) se queda una sola vez.").arg(plan.merged);
+    QStringList lost;
+    for (const history::Field& each : plan.lost)
+        if (const auto* said = each.value.as<String>();
+            said != nullptr && toQt(*said).trimmed() != goes.name.trimmed())
+            lost += QStringLiteral("• %1: %2").arg(toQt(each.column), toQt(*said));
+    if (!lost.isEmpty())
+        text += QStringLiteral("\n\nDecía, y se pierde de vista:\n") + lost.join(u'\n');
+    return text;
+}
+
+} // namespace
+
+void MainWindow::settleJoins()
+{
+    if (host_->choices().readOnly)
+        return;
+    try {
+        care::settleJoins(joiner(*host_));
+    } catch (const RuntimeError&) {
+        // The next that can settles what a station that died had begun.
+    }
+}
+
+void MainWindow::replaceRow(const NamedRow& row)
+{
+    std::vector<NamedRow> others;
+    std::optional<NamedRow> chosen;
+    ListDialog dialog(this, QStringLiteral("Sustituir «%1» por…").arg(row.name), node_->columns, [&] {
+        others.clear();
+        std::vector<Row> shown;
+        for (Row& each : host_->rows(*node_)) {
+            if (each.key == row.key)
+                continue;
+            const QString name = each.values.empty()
+                                     ? QString()
+                                     : toQt(host::shown(each.values.front(), node_->columns.front()));
+            others.push_back({each.key, name});
+            shown.push_back({static_cast<Long>(shown.size()), std::move(each.values)});
+        }
+        return shown;
+    });
+    dialog.setObjectName(QStringLiteral("sustituir"));
+    dialog
+        .command(QStringLiteral("&Sustituir"), QStringLiteral("No se ha podido sustituir."),
+                 [&](const ListDialog::Rows& places) {
+                     const NamedRow& stays = others[places.front()];
+                     const care::JoinPlan plan =
+                         care::planOf(joiner(*host_), {moduleNode(node_->number), stays.key, row.key});
+                     if (!plan.obstacles.empty())
+                         return say(&dialog, QStringLiteral("No se puede sustituir"), lines(plan.obstacles));
+                     if (confirm(&dialog, QStringLiteral("Sustituir"), question(plan, stays, row),
+                                 QStringLiteral("&Sustituir"))) {
+                         chosen = stays;
+                         dialog.accept();
+                     }
+                 })
+        .setDefault(true);
+    dialog.run(QStringLiteral("No hay otra fila en la lista."), ListDialog::Begins::searching);
+    if (chosen)
+        joinRows({moduleNode(node_->number), chosen->key, row.key});
+}
+
+void MainWindow::joinRows(const care::Pair& pair)
+{
+    Long number = 0;
+    QString stays, goes;
+    if (!changes(QStringLiteral("No se ha podido sustituir."), [&] {
+            const care::JoinPlan plan = care::planOf(joiner(*host_), pair);
+            stays = toQt(plan.stays);
+            goes = toQt(plan.goes);
+            host_->act([&] { number = care::join(joiner(*host_), pair); });
+        }))
+        return;
+    page_.select(pair.stays);
+    undo_.did(QStringLiteral("Se ha sustituido «%1» por «%2»").arg(goes, stays),
+              [this, number] { part(number); });
+}
+
+void MainWindow::part(Long join)
+{
+    Long left = 0;
+    if (!changes(QStringLiteral("No se ha podido deshacer."),
+                 [&] { host_->act([&] { left = care::undoJoin(joiner(*host_), join); }); }))
+        return;
+    undo_.tell(left == 0
+                   ? QStringLiteral("Las dos filas están como estaban")
+                   : QStringLiteral(
+                         "Las dos filas están como estaban, menos lo que alguien ha cambiado después (%1)")
+                         .arg(left));
+}
+
+void MainWindow::tellAlike(Long key)
+{
+    if (host_->choices().readOnly)
+        return;
+    try {
+        for (const care::Alike& each :
+             care::lookAlikes(*host_->school().centro, *moduleNode(node_->number), deciphered, key)) {
+            const Long other = each.pair.stays == key ? each.pair.goes : each.pair.stays;
+            const Node& node = *node_;
+            notice_.tell({.text = QStringLiteral("Ya hay «%1».")
+                                      .arg(toQt(each.pair.stays == key ? each.goes : each.stays)),
+                          .shows =
+                              [this, &node, other] {
+                                  go(node);
+                                  page_.select(other);
+                                  page_.enter();
+                              },
+                          .gives = {},
+                          .openings = {},
+                          .joins =
+                              [this, &node, pair = each.pair] {
+                                  notice_.next();
+                                  if (node_ != &node)
+                                      go(node);
+                                  joinRows(pair);
+                              }});
+        }
+    } catch (const RuntimeError&) {
+        // An extra over the dialog, which has saved its row: where the list cannot be read, nothing is told.
+    }
+}
+
+} // namespace zv::host

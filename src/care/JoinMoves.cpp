@@ -1,0 +1,229 @@
+#include "care/JoinMoves.h"
+
+#include "data/Statement.h"
+#include "data/history/Rows.h"
+#include "data/history/Words.h"
+#include "runtime/Convert.h"
+
+#include <algorithm>
+
+namespace zv::care {
+namespace {
+
+using history::conditionOf;
+using history::Fields;
+
+bool holds(const std::vector<String>& names, StringView name)
+{
+    return std::ranges::any_of(names, [&](const String& each) { return sameName(each, name); });
+}
+
+bool isOfKey(const schema::Table& table, StringView column)
+{
+    return std::ranges::any_of(history::keyColumns(table),
+                               [&](const schema::Column& each) { return sameName(each.name, column); });
+}
+
+Fields referringTo(Fields row, StringView column, Long key)
+{
+    for (history::Field& each : row)
+        if (sameName(each.column, column))
+            each.value = key;
+    return row;
+}
+
+String equals(StringView column, Long key) { return String(column) + u"=" + decimalText(key); }
+
+/// Calls back for each condition that finds some of the rows, and their number.
+template <class Use>
+void forSome(const Move& move, Use&& use)
+{
+    const String key(keyOf(definitionOf(move.table)));
+    for (std::size_t first = 0; first < move.keys.size(); first += keysAtOnce) {
+        const std::size_t last = std::min(first + keysAtOnce, move.keys.size());
+        String list;
+        for (std::size_t i = first; i < last; ++i)
+            list += (list.empty() ? u"" : u",") + decimalText(move.keys[i]);
+        use(statement(u"{} IN ({})", {key, list}), static_cast<Long>(last - first));
+    }
+}
+
+Long count(Connection& base, const String& table, const String& condition)
+{
+    const RecordsetPtr rows =
+        base.Execute(u"SELECT COUNT(*) AS Cuantas FROM " + table + u" WHERE " + condition);
+    return CLng(rows->row().front());
+}
+
+void refer(Connection& base, const Move& move, Long key, const String& condition)
+{
+    base.Execute(u"UPDATE " + move.table + u" SET " + equals(move.column, key) + u" WHERE " + condition);
+}
+
+void remove(Connection& base, const Move& move, const Fields& row)
+{
+    base.Execute(u"DELETE FROM " + move.table + u" WHERE " + conditionOf(row));
+}
+
+/// Whether an UPDATE of the column moves the row: a key is never set (the history knows rows by it), and of
+/// rows that are alike it would reach all.
+bool canBeSet(const Move& move, const WholeRow& row)
+{
+    return !row.there && row.times == 1 && !isOfKey(definitionOf(move.table), move.column);
+}
+
+Move wholeRows(Connection& base, const FoundTable& table, StringView column, const Pair& pair)
+{
+    Move move{.table = table.name, .column = String(column), .keys = {}, .whole = {}};
+    const auto read = [&](Long key) {
+        return history::rowsOf(base, table.name, table.columns, equals(column, key));
+    };
+    for (Fields& row : read(pair.goes)) {
+        const auto known = std::ranges::find_if(
+            move.whole, [&](const WholeRow& each) { return history::same(each.fields, row); });
+        if (known == move.whole.end())
+            move.whole.push_back({.fields = std::move(row)});
+        else
+            ++known->times;
+    }
+    if (move.whole.empty())
+        return move;
+    for (const Fields& row : read(pair.stays))
+        for (WholeRow& each : move.whole)
+            each.there |= history::same(referringTo(each.fields, column, pair.stays), row);
+    return move;
+}
+
+Move keyedRows(Connection& base, const schema::Table& table, StringView column, Long goes)
+{
+    Move move{.table = String(table.name), .column = String(column), .keys = {}, .whole = {}};
+    const String key(keyOf(table));
+    for (const RecordsetPtr rows = base.Execute(statement(u"SELECT {} FROM {} WHERE {} ORDER BY {}",
+                                                          {key, move.table, equals(column, goes), key}));
+         !rows->Eof(); rows->MoveNext())
+        move.keys.push_back(CLng(rows->row().front()));
+    return move;
+}
+
+bool same(const WholeRow& one, const WholeRow& other)
+{
+    return one.times == other.times && one.there == other.there && history::same(one.fields, other.fields);
+}
+
+} // namespace
+
+bool same(const std::vector<Move>& one, const std::vector<Move>& other)
+{
+    return std::ranges::equal(one, other, [](const Move& a, const Move& b) {
+        return sameName(a.table, b.table) && sameName(a.column, b.column) && a.keys == b.keys &&
+               a.whole.size() == b.whole.size() && std::ranges::all_of(a.whole, [&](const WholeRow& each) {
+                   return std::ranges::any_of(b.whole, [&](const WholeRow& row) { return same(each, row); });
+               });
+    });
+}
+
+std::vector<Move> movesOf(Connection& base, const std::vector<FoundTable>& found, const Pair& pair)
+{
+    std::vector<Move> moves;
+    for (const Reference& each : referencesTo(pair.node->table)) {
+        const auto table = std::ranges::find_if(
+            found, [&](const FoundTable& one) { return sameName(one.name, each.table->name); });
+        if (table == found.end() || !holds(table->columns, each.column))
+            continue;
+        const bool keyed = each.table->key != schema::Key::repeated && each.table->keyColumns == 1 &&
+                           holds(table->columns, keyOf(*each.table)) && !isOfKey(*each.table, each.column);
+        Move move = keyed ? keyedRows(base, *each.table, each.column, pair.goes)
+                          : wholeRows(base, *table, each.column, pair);
+        if (!move.keys.empty() || !move.whole.empty())
+            moves.push_back(std::move(move));
+    }
+    return moves;
+}
+
+Long mergedBy(const Move& move)
+{
+    Long merged = 0;
+    for (const WholeRow& each : move.whole)
+        merged += each.there ? each.times : each.times - 1;
+    return merged;
+}
+
+void insertRow(Connection& base, StringView table, const Fields& row)
+{
+    String columns;
+    String values;
+    for (const history::Field& each : row) {
+        const StringView comma = columns.empty() ? u"" : u",";
+        columns.append(comma).append(each.column);
+        values.append(comma).append(literal(each.value));
+    }
+    base.Execute(u"INSERT INTO " + String(table) + u" (" + columns + u") VALUES (" + values + u")");
+}
+
+void carryOut(Connection& base, const Move& move, const Pair& pair)
+{
+    for (const WholeRow& each : move.whole) {
+        if (canBeSet(move, each))
+            continue;
+        remove(base, move, each.fields);
+        if (!each.there)
+            insertRow(base, move.table, referringTo(each.fields, move.column, pair.stays));
+    }
+    const bool sets = !move.keys.empty() || std::ranges::any_of(move.whole, [&](const WholeRow& each) {
+        return canBeSet(move, each);
+    });
+    if (sets)
+        refer(base, move, pair.stays, equals(move.column, pair.goes));
+}
+
+Long reverse(Connection& base, const Move& move, const Pair& pair)
+{
+    Long left = 0;
+    const String moved = equals(move.column, pair.stays) + u" AND ";
+    forSome(move, [&](const String& some, Long rows) {
+        left += rows - count(base, move.table, moved + some);
+        refer(base, move, pair.goes, moved + some);
+    });
+    for (const WholeRow& each : move.whole) {
+        const Fields now = referringTo(each.fields, move.column, pair.stays);
+        if (!each.there) {
+            const Long stand = count(base, move.table, conditionOf(now));
+            if (stand == 0) {
+                ++left;
+                continue;
+            }
+            if (stand == 1 && canBeSet(move, each)) {
+                refer(base, move, pair.goes, conditionOf(now));
+                continue;
+            }
+            // One of them was moved; a statement removes all.
+            remove(base, move, now);
+            for (Long other = 1; other < stand; ++other)
+                insertRow(base, move.table, now);
+        }
+        for (Long time = 0; time < each.times; ++time)
+            insertRow(base, move.table, each.fields);
+    }
+    return left;
+}
+
+std::vector<String> collisions(Connection& base, const std::vector<Move>& moves, const Pair& pair)
+{
+    std::vector<String> found;
+    for (const Move& move : moves) {
+        const schema::Table& table = definitionOf(move.table);
+        if (!isOfKey(table, move.column))
+            continue;
+        for (const WholeRow& each : move.whole) {
+            const String key = history::keyOf(table, referringTo(each.fields, move.column, pair.stays));
+            if (!each.there && !key.empty() && count(base, move.table, key) != 0)
+                found.push_back(statement(
+                    u"En {} ya hay una fila con {} que dice otra cosa que la que habría que mover ({}): "
+                    u"decida cuál vale y quite la otra antes de unir.",
+                    {move.table, key, history::shown(move.table, each.fields)}));
+        }
+    }
+    return found;
+}
+
+} // namespace zv::care
