@@ -76,6 +76,7 @@ Act asKept(const PersonAct& act)
 std::vector<Entry> rowsOf(const MSFlexGrid& grid)
 {
     std::vector<Entry> rows;
+    rows.reserve(static_cast<std::size_t>(grid.Rows()));
     for (Long row = 0; row < grid.Rows(); ++row)
         rows.push_back(rowOf(grid, row));
     return rows;
