@@ -50,7 +50,7 @@ Writer::Writer(const fs::path& folder, const SecretKey& key, const Opening& open
       syncing_([this](const std::stop_token& stop) { keepSyncing(stop); })
 {
     waiting_ = magic;
-    waiting_.append(reinterpret_cast<const char*>(cipher_.header().data()), Cipher::headerSize);
+    waiting_.append(cipher_.header().begin(), cipher_.header().end());
     if (const std::error_code error = write(opening)) {
         remove();
         throw std::system_error(error);
