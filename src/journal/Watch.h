@@ -46,8 +46,8 @@ public:
 
 private:
     struct Watched {
-        Control* control;
-        Input input;
+        Control* control = nullptr;
+        Input input = Input::text;
         Held held;
     };
     Place placeOf(const Watched& watched) const;
