@@ -50,7 +50,7 @@ private:
         bool closed = false;
     };
     struct InHand {
-        const Form* form;
+        const Form* form = nullptr;
         Act act;
         std::vector<Entry> rows = {}; ///< Of the form's grid, before a button was pressed.
     };
@@ -70,7 +70,7 @@ private:
 
 /// Begins to write journals in that folder, for the rest of the process: observers are registered. With
 /// ZV_DIARIO=no in the environment, or without a folder, nothing is written, and it returns false.
-bool record(const std::filesystem::path& folder = folder());
+bool record(const std::filesystem::path& folder = journal::folder());
 /// Whether journals are written. False switches them off again for the dialogs that open from here on.
 bool recording();
 void recording(bool on);
