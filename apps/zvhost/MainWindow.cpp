@@ -100,6 +100,7 @@ void MainWindow::use(std::unique_ptr<Host> host)
         go(last != nullptr && memory_.value(lastList).isValid() ? *last : nodes().front());
     tellCuts();
     tellDrafts();
+    remindOfCopies();
 }
 
 void MainWindow::chosen()

@@ -53,7 +53,7 @@ void Notice::follow()
         return bar_.hide();
     std::vector<Bar::Choice> choices = waiting_.front().choices;
     choices.push_back({QStringLiteral("Entendido"), Qt::Key_E, [this] { next(); }});
-    bar_.say(waiting_.front().text, std::move(choices));
+    bar_.say(waiting_.front().text, choices);
 }
 
 } // namespace zv::host

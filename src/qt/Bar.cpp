@@ -35,7 +35,7 @@ Bar::Bar(const QString& name, QWidget* parent) : QFrame(parent), parts_(QBoxLayo
     hide();
 }
 
-void Bar::say(const QString& text, std::vector<Choice> choices)
+void Bar::say(const QString& text, const std::vector<Choice>& choices)
 {
     // Deferred: one of them may be what is pressed now.
     for (QPushButton* each : std::exchange(buttons_, {})) {
@@ -43,7 +43,7 @@ void Bar::say(const QString& text, std::vector<Choice> choices)
         each->deleteLater();
     }
     text_.setText(text);
-    for (Choice& choice : choices) {
+    for (const Choice& choice : choices) {
         const QKeySequence keys(Qt::ALT | choice.key);
         auto* button =
             std::make_unique<QPushButton>(

@@ -23,7 +23,7 @@ public:
     };
     /// Says it in the place of what was said before; screen readers are told. The window has the size of the
     /// bar to follow.
-    void say(const QString& text, std::vector<Choice> choices);
+    void say(const QString& text, const std::vector<Choice>& choices);
     /// Gives its first button the focus; false where there is none.
     bool enter();
     /// Lays it out for a width, the buttons beside the text or under it, and gives the height that it needs.

@@ -184,13 +184,13 @@ void DraftAid::tellDraft()
     std::vector<Bar::Choice> choices{{QStringLiteral("Ver"), Qt::Key_V, [this] { view(); }},
                                      {QStringLiteral("Descartar"), Qt::Key_D, [this] { discard(); }}};
     if (!done_.isEmpty())
-        return window_.say(done_, std::move(choices));
+        return window_.say(done_, choices);
     choices.insert(choices.begin(), {QStringLiteral("Recuperar"), Qt::Key_R, [this] { recover(); }});
     QString text = QStringLiteral("Hay %1 sin guardar de %2: %3")
                        .arg(kindOf(found.draft), timeOf(found.draft), countOf(found.draft));
     if (found.end == journal::End::spoilt)
         text += QStringLiteral(". Lo que seguía no se puede leer");
-    window_.say(text, std::move(choices));
+    window_.say(text, choices);
 }
 
 std::vector<Item> DraftAid::preview()

@@ -209,11 +209,11 @@ void FormWindow::moveInside()
          inside(frame.top(), frame.height(), area.top(), area.height()));
 }
 
-void FormWindow::say(const QString& text, std::vector<Bar::Choice> choices)
+void FormWindow::say(const QString& text, const std::vector<Bar::Choice>& choices)
 {
     if (!bar_ || !alive_)
         return;
-    bar_->say(text, std::move(choices));
+    bar_->say(text, choices);
     fit();
     if (isVisible())
         moveInside();

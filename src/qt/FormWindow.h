@@ -61,7 +61,7 @@ public:
 
     /// Says something in a bar over the form, whose controls stay where they are on their sheet. A bare
     /// window has none.
-    void say(const QString& text, std::vector<Bar::Choice> choices);
+    void say(const QString& text, const std::vector<Bar::Choice>& choices);
     /// Takes the bar away; the focus goes back to the form.
     void sayNothing();
 
