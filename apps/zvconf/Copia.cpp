@@ -1,7 +1,7 @@
 #include "zvconf/Command.h"
 
 #include "care/Copies.h"
-#include "data/Schools.h"
+#include "data/Engine.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 #include "runtime/System.h"
@@ -139,7 +139,7 @@ void refuseWhileOpen(const String& url)
         return;
     std::vector<Registration> open;
     try {
-        open = registrations(*openSchool(url).centro);
+        open = registrations(*engineOf(url).open(locationOf(url), Database::centro));
     } catch (const RuntimeError& error) {
         if (error.number() == failure::locked || error.number() == failure::connectionLost)
             throw;
