@@ -1,5 +1,6 @@
 #include "data/odbc/Schemas.h"
 
+#include "data/DataError.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
@@ -70,6 +71,24 @@ void renameSchemas(Pool& pool, StringView from, StringView to)
                  quotedName(String(to) + each.substr(from.size())));
 }
 
+namespace {
+
+/// Savepoint: what this user may not do must not end the transaction.
+void runIfAllowed(Pool& pool, StringView text)
+{
+    pool.run(u"SAVEPOINT derecho");
+    try {
+        pool.run(text);
+        pool.run(u"RELEASE SAVEPOINT derecho");
+    } catch (const DataError& failure) {
+        if (!failure.engineCode().starts_with("42501"))
+            throw;
+        pool.run(u"ROLLBACK TO SAVEPOINT derecho");
+    }
+}
+
+} // namespace
+
 void giveRights(Pool& pool, StringView from, StringView to)
 {
     for (const Database which : everyDatabase) {
@@ -95,7 +114,7 @@ void giveRights(Pool& pool, StringView from, StringView to)
                              parts +
                              u" WHERE pg_get_userbyid(owner)<>current_user AND "
                              u"pg_has_role(current_user,owner,'MEMBER') ORDER BY 1, 2"))
-            pool.run(text);
+            runIfAllowed(pool, text);
     }
 }
 
