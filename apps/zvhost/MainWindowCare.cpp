@@ -3,6 +3,7 @@
 #include "qt/QtText.h"
 #include "suite/sodium/KeyFile.h"
 #include "zvhost/MainWindow.h"
+#include "zvhost/Reminder.h"
 #include "zvhost/Widgets.h"
 
 #include <QDate>
@@ -41,6 +42,7 @@ void MainWindow::backUpTo(const QString& file, const QString& phrase)
     });
     if (!made)
         return;
+    Reminder(memory_, *host_).copied(file);
     undo_.tell(QStringLiteral("Copia comprobada en %1: %2 filas, %3")
                    .arg(QFileInfo(file).fileName())
                    .arg(report.rows)
@@ -48,6 +50,17 @@ void MainWindow::backUpTo(const QString& file, const QString& phrase)
                                       : QStringLiteral("sin la clave de las enfermedades")),
                QStringLiteral("Abrir la carpeta"),
                [file] { QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath())); });
+}
+
+void MainWindow::remindOfCopies()
+{
+    if (host_->choices().readOnly)
+        return;
+    if (const QString text = Reminder(memory_, *host_).due(); !text.isEmpty())
+        notice_.tell({.text = text, .choices = {{QStringLiteral("Hacer una copia"), Qt::Key_P, [this] {
+                                                     notice_.next();
+                                                     backUp();
+                                                 }}}});
 }
 
 } // namespace zv::host

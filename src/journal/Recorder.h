@@ -52,6 +52,7 @@ private:
     struct InHand {
         const Form* form;
         Act act;
+        std::vector<Entry> rows = {}; ///< Of the form's grid, before a button was pressed.
     };
 
     Open* find(const Form* form);
@@ -61,7 +62,7 @@ private:
     void start(Open& journal);
     void noteChanges(Open& open, Open& journal, const PersonAct& act, Act& kept);
     std::size_t placeIn(Open& journal, const Place& place);
-    static bool isOrdered(const Open& open, const PersonAct& act);
+    static bool isOrdered(const Open& open, const PersonAct& act, const std::vector<Entry>& rowsBefore);
 
     std::deque<Open> open_;      ///< In the order in which they were loaded.
     std::vector<InHand> inHand_; ///< Acts that have begun, the outermost first.
@@ -69,7 +70,7 @@ private:
 
 /// Begins to write journals in that folder, for the rest of the process: observers are registered. With
 /// ZV_DIARIO=no in the environment, or without a folder, nothing is written, and it returns false.
-bool record(const std::filesystem::path& folder = journal::folder());
+bool record(const std::filesystem::path& folder = folder());
 /// Whether journals are written. False switches them off again for the dialogs that open from here on.
 bool recording();
 void recording(bool on);
