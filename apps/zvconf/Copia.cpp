@@ -1,7 +1,7 @@
 #include "zvconf/Command.h"
 
 #include "care/Copies.h"
-#include "data/Schools.h"
+#include "data/Engine.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 #include "runtime/System.h"
@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <vector>
 
 namespace zv::zvconf {
 namespace {
@@ -136,7 +137,16 @@ void refuseWhileOpen(const String& url)
 {
     if (!engineOf(url).exists(locationOf(url)))
         return;
-    for (const Registration& each : registrations(*openSchool(url).centro))
+    std::vector<Registration> open;
+    try {
+        open = registrations(*engineOf(url).open(locationOf(url), Database::centro));
+    } catch (const RuntimeError& error) {
+        if (error.number() == failure::locked || error.number() == failure::connectionLost)
+            throw;
+        printLine(u"De lo que hay no se ha podido leer quién lo tiene abierto, y se aparta como está: " +
+                  error.description());
+    }
+    for (const Registration& each : open)
         if (!each.gone)
             throw RuntimeError(
                 failure::locked,

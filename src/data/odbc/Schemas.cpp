@@ -1,5 +1,6 @@
 #include "data/odbc/Schemas.h"
 
+#include "data/DataError.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
@@ -65,9 +66,55 @@ std::vector<String> existingSchemas(Pool& pool, StringView name)
 
 void renameSchemas(Pool& pool, StringView from, StringView to)
 {
-    for (const Database which : everyDatabase)
-        pool.run(u"ALTER SCHEMA " + quotedName(String(from) + String(suffixOf(which))) + u" RENAME TO " +
-                 quotedName(String(to) + String(suffixOf(which))));
+    for (const String& each : existingSchemas(pool, from))
+        pool.run(u"ALTER SCHEMA " + quotedName(each) + u" RENAME TO " +
+                 quotedName(String(to) + each.substr(from.size())));
+}
+
+namespace {
+
+/// Savepoint: what this user may not do must not end the transaction.
+void runIfAllowed(Pool& pool, StringView text)
+{
+    pool.run(u"SAVEPOINT derecho");
+    try {
+        pool.run(text);
+        pool.run(u"RELEASE SAVEPOINT derecho");
+    } catch (const DataError& failure) {
+        if (!failure.engineCode().starts_with("42501"))
+            throw;
+        pool.run(u"ROLLBACK TO SAVEPOINT derecho");
+    }
+}
+
+} // namespace
+
+void giveRights(Pool& pool, StringView from, StringView to)
+{
+    for (const Database which : everyDatabase) {
+        const String suffix(suffixOf(which));
+        const String old = textLiteral(String(from) + suffix);
+        const String made = textLiteral(String(to) + suffix);
+        const String parts = statement(
+            u"(SELECT format('SCHEMA %I',{}) AS part, nspacl AS acl, nspowner AS owner FROM pg_namespace "
+            u"WHERE nspname={} UNION ALL SELECT format('TABLE %I.%I',{},c.relname), c.relacl, c.relowner "
+            u"FROM pg_class c JOIN pg_namespace n ON n.oid=c.relnamespace "
+            u"JOIN pg_class d ON d.relname=c.relname JOIN pg_namespace m ON m.oid=d.relnamespace "
+            u"WHERE c.relkind='r' AND d.relkind='r' AND n.nspname={} AND m.nspname={}) AS p",
+            {made, old, made, old, made});
+        // Owners last: whoever gives a table away grants nothing on it any more.
+        const String changes = statement(
+            u"SELECT 1 AS step, format('GRANT %s ON %s TO %s%s', a.privilege_type, part, "
+            u"CASE WHEN a.grantee=0 THEN 'PUBLIC' ELSE quote_ident(pg_get_userbyid(a.grantee)) END, "
+            u"CASE WHEN a.is_grantable THEN ' WITH GRANT OPTION' ELSE '' END) AS text "
+            u"FROM {}, aclexplode(acl) AS a WHERE a.grantee<>owner UNION ALL "
+            u"SELECT 2, format('ALTER %s OWNER TO %I', part, pg_get_userbyid(owner)) FROM {} "
+            u"WHERE pg_get_userbyid(owner)<>current_user AND pg_has_role(current_user,owner,'MEMBER') "
+            u"ORDER BY 1, 2",
+            {parts, parts});
+        for (const auto& [step, text] : pairs(pool, changes))
+            runIfAllowed(pool, text);
+    }
 }
 
 String passingName(Purpose purpose)
