@@ -1,9 +1,11 @@
+#include "care/JoinRecord.h"
 #include "data/Statement.h"
 #include "data/Transaction.h"
 #include "zvconf/Command.h"
 
 #include "data/Schools.h"
 #include "data/history/HistoryEngine.h"
+#include "data/history/Words.h"
 #include "runtime/Convert.h"
 #include "suite/sodium/KeyFile.h"
 
@@ -25,8 +27,9 @@ constexpr StringView columns[] = {u"Nombre", u"Descripcion"};
 struct Enciphered {
     Connection* database;
     Long row;
-    StringView column;
+    String column;
     String text;
+    Long join = 0; ///< Of one in the record of a join: its number.
 };
 
 std::vector<Enciphered> encipheredTexts(const School& school)
@@ -38,8 +41,14 @@ std::vector<Enciphered> encipheredTexts(const School& school)
             for (const StringView column : columns)
                 // Skip NULL: a row of deleted records may have only its key.
                 if (const String text = String() + rows->Fields(column); !text.empty())
-                    all.push_back({database, CLng(rows->Fields(u"IDEnfermedad")), column, text});
+                    all.push_back({database, CLng(rows->Fields(u"IDEnfermedad")), String(column), text});
     }
+    // A row that was joined comes back when that is undone.
+    for (const care::JoinRecord& each : care::joinRecords(*school.borrado))
+        for (const history::Field& field : each.gone)
+            if (const String text = String() + field.value;
+                history::isSecret(each.pair.node->table, field.column) && !text.empty())
+                all.push_back({school.borrado.get(), each.pair.goes, field.column, text, each.number});
     return all;
 }
 
@@ -116,9 +125,12 @@ private:
                               u"El cambio queda a medias: bórrela y repita la orden.",
                               {each.row}));
             // Compare-and-swap on the old text: what another station wrote since is left to the next pass.
-            each.database->Execute(
-                statement(u"Update Enfermedad Set {}='{}' Where IDEnfermedad={} And {}='{}'",
-                          {each.column, new_.seal(*plain), each.row, each.column, doubled(each.text)}));
+            if (each.join != 0)
+                care::replaceKept(*each.database, each.join, each.text, new_.seal(*plain));
+            else
+                each.database->Execute(
+                    statement(u"Update Enfermedad Set {}='{}' Where IDEnfermedad={} And {}='{}'",
+                              {each.column, new_.seal(*plain), each.row, each.column, doubled(each.text)}));
             ++changed;
         }
         centro.commit();

@@ -13,6 +13,15 @@ namespace {
 using care::Joiner;
 using care::Pair;
 
+/// What belongs to one way of the command, or two.
+constexpr struct {
+    StringView option;
+    StringView goesWith;
+    StringView orWith;
+} companions[] = {{u"--queda", u"--sobra", u"--sobra"},
+                  {u"--ensayo", u"--sobra", u"--sobra"},
+                  {u"--nodo", u"--sobra", u"--parecidas"}};
+
 const ModuleNode& nodeIn(const String& text)
 {
     const std::optional<int> number = numberIn(text);
@@ -52,6 +61,8 @@ void tell(const care::JoinPlan& plan, const Pair& pair)
         printLine(statement(u"  De las parejas que quedarían repetidas se quitan {}.", {plan.merged}));
     if (!plan.lost.empty())
         printLine(u"  La que sobra decía: " + history::shown(pair.node->table, plan.lost) + u".");
+    for (const String& each : plan.warnings)
+        printLine(u"  Atención: " + each);
 }
 
 int joinRows(const Joiner& joiner, const Pair& pair, bool rehearses)
@@ -66,15 +77,17 @@ int joinRows(const Joiner& joiner, const Pair& pair, bool rehearses)
         return plan.obstacles.empty() ? done : found;
     }
     const Long number = care::join(joiner, pair);
-    printLine(statement(u"Unidas. Se deshace con «zvconf unir --deshacer {}».", {number}));
+    printLine(statement(u"Unidas. Se deshace con «zvconf unir --deshacer {} --bd {}».",
+                        {number, withoutPassword(joiner.url)}));
     return done;
 }
 
 int undo(const Joiner& joiner, const String& text)
 {
     const Long left = care::undoJoin(joiner, numberFrom(text));
-    printLine(left == 0 ? String(u"Deshecha: todo está como estaba.")
-                        : statement(u"Deshecha, menos {} filas que alguien ha cambiado después.", {left}));
+    printLine(left == 0   ? String(u"Deshecha: todo está como estaba.")
+              : left == 1 ? String(u"Deshecha, menos 1 fila que alguien ha cambiado después.")
+                          : statement(u"Deshecha, menos {} filas que alguien ha cambiado después.", {left}));
     return left == 0 ? done : found;
 }
 
@@ -90,7 +103,7 @@ int list(const Joiner& joiner)
     return done;
 }
 
-int listAlike(const School& school, const Options& options)
+int listAlike(const School& school, const Options& options, StringView url)
 {
     Long count = 0;
     for (const ModuleNode& each : moduleNodes()) {
@@ -100,9 +113,9 @@ int listAlike(const School& school, const Options& options)
         for (const care::Alike& alike : care::lookAlikes(*school.centro, each, deciphered)) {
             ++count;
             printLine(statement(u"{}: «{}» ({}) y «{}» ({}). Se unen con «zvconf unir --nodo {} --queda {} "
-                                u"--sobra {}».",
+                                u"--sobra {} --bd {}».",
                                 {each.title, alike.stays, alike.pair.stays, alike.goes, alike.pair.goes,
-                                 each.number, alike.pair.stays, alike.pair.goes}));
+                                 each.number, alike.pair.stays, alike.pair.goes, withoutPassword(url)}));
         }
     }
     if (count == 0)
@@ -127,9 +140,13 @@ int unir(Arguments arguments)
         ways += options.has(each) ? 1 : 0;
     if (ways != 1)
         throw UsageError(u"unir quiere una de --sobra, --parecidas, --hechas y --deshacer.");
+    for (const auto& [option, goesWith, orWith] : companions)
+        if (options.has(option) && !options.has(goesWith) && !options.has(orWith))
+            throw UsageError(String(option) + u" no se usa con --hechas ni --deshacer" +
+                             (orWith == goesWith ? u" ni --parecidas." : u"."));
     const String& url = options.values(u"--bd").front();
     if (options.has(u"--parecidas"))
-        return listAlike(inspectSchool(url), options);
+        return listAlike(inspectSchool(url), options, url);
     if (options.has(u"--sobra")) {
         const Pair pair{.node = &nodeIn(options.values(u"--nodo").front()),
                         .stays = numberFrom(options.values(u"--queda").front()),

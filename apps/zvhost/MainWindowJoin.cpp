@@ -1,4 +1,5 @@
 // Two rows that are one: one in the place of the other, and the way back.
+#include "data/history/Words.h"
 #include "qt/QtText.h"
 #include "zvhost/ListDialog.h"
 #include "zvhost/MainWindow.h"
@@ -17,22 +18,49 @@ QString lines(const std::vector<String>& all)
     return result.join(u'\n');
 }
 
-/// What the row that goes says and the other does not, in the columns of the list.
-QString question(const care::JoinPlan& plan, const NamedRow& stays, const NamedRow& goes)
+/// What the row that goes says and the other does not, but for its name; of what is stored enciphered
+/// nothing.
+QStringList lostBeyondName(const care::JoinPlan& plan, StringView table, const QString& name)
+{
+    QStringList lost;
+    for (const history::Field& each : plan.lost)
+        if (const auto* said = each.value.as<String>();
+            !history::isSecret(table, each.column) &&
+            (said == nullptr || toQt(*said).trimmed() != name.trimmed()))
+            lost += QStringLiteral("• ") + toQt(history::shown(table, {each}));
+    return lost;
+}
+
+QString question(const care::JoinPlan& plan, StringView table, const NamedRow& stays, const NamedRow& goes)
 {
     QString text = QStringLiteral("«%1» desaparece, y en su lugar queda «%2».").arg(goes.name, stays.name);
     if (!plan.moves.empty())
         text += QStringLiteral("\n\nPasa a usar «%1»:\n").arg(stays.name) + reasons(plan.moves);
     if (plan.merged != 0)
         text += QStringLiteral("\n\nLo que quedaría repetido (%1) se queda una sola vez.").arg(plan.merged);
-    QStringList lost;
-    for (const history::Field& each : plan.lost)
-        if (const auto* said = each.value.as<String>();
-            said != nullptr && toQt(*said).trimmed() != goes.name.trimmed())
-            lost += QStringLiteral("• %1: %2").arg(toQt(each.column), toQt(*said));
-    if (!lost.isEmpty())
+    if (const QStringList lost = lostBeyondName(plan, table, goes.name); !lost.isEmpty())
         text += QStringLiteral("\n\nDecía, y se pierde de vista:\n") + lost.join(u'\n');
+    if (!plan.warnings.empty())
+        text += QStringLiteral("\n\n") + lines(plan.warnings);
     return text;
+}
+
+/// Asks before two rows that look alike are joined, where something besides a name would be lost.
+bool agreed(QWidget* parent, Host& host, const care::Pair& pair)
+{
+    bool agrees = false;
+    return tried(parent, QStringLiteral("No se ha podido sustituir."),
+                 [&] {
+                     const care::JoinPlan plan = care::planOf(joiner(host), pair);
+                     const StringView table = pair.node->table;
+                     const NamedRow stays{pair.stays, toQt(plan.stays)};
+                     const NamedRow goes{pair.goes, toQt(plan.goes)};
+                     agrees = !plan.obstacles.empty() || // Told when it is tried.
+                              (plan.warnings.empty() && lostBeyondName(plan, table, goes.name).isEmpty()) ||
+                              confirm(parent, QStringLiteral("Unir"), question(plan, table, stays, goes),
+                                      QStringLiteral("&Unir"));
+                 }) &&
+           agrees;
 }
 
 } // namespace
@@ -75,8 +103,8 @@ void MainWindow::replaceRow(const NamedRow& row)
                          care::planOf(joiner(*host_), {moduleNode(node_->number), stays.key, row.key});
                      if (!plan.obstacles.empty())
                          return say(&dialog, QStringLiteral("No se puede sustituir"), lines(plan.obstacles));
-                     if (confirm(&dialog, QStringLiteral("Sustituir"), question(plan, stays, row),
-                                 QStringLiteral("&Sustituir"))) {
+                     if (confirm(&dialog, QStringLiteral("Sustituir"),
+                                 question(plan, node_->table, stays, row), QStringLiteral("&Sustituir"))) {
                          chosen = stays;
                          dialog.accept();
                      }
@@ -137,7 +165,8 @@ void MainWindow::tellAlike(Long key)
                                            notice_.next();
                                            if (node_ != &node)
                                                go(node);
-                                           joinRows(pair);
+                                           if (agreed(this, *host_, pair))
+                                               joinRows(pair);
                                        }}}});
         }
     } catch (const RuntimeError&) {

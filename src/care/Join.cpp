@@ -24,12 +24,6 @@ constexpr int rounds = 20;
 /// Others wrote rows that refer to the row, after the record was made.
 struct Changed {};
 
-/// Answers to different questions: what refers to one also names its question.
-constexpr struct {
-    StringView table;
-    StringView kind;
-} kinds[] = {{u"ConsejoOrientador_Respuesta", u"CodConsejoOrientador"}, {u"TipoRespInfInd", u"CodTipo"}};
-
 /// The school without its history: what is read here nobody reads, and its engine knows it.
 School bare(const School& school)
 {
@@ -37,13 +31,6 @@ School bare(const School& school)
     if (const auto* history = history::historyOf(school.centro))
         result.centro = history->inner();
     return result;
-}
-
-/// Who has a row open, from the table of registrations; "" nobody.
-String heldBy(const Registration& each)
-{
-    return (each.user == 0 ? String(u"alguien") : u"el usuario " + decimalText(each.user)) +
-           u", en el puesto " + each.station.substr(0, each.station.find(u' '));
 }
 
 /// RAII guard of the registration of a row. Fails where somebody has it open.
@@ -234,30 +221,6 @@ Fields lostOf(const Pair& pair, const Fields& stays, const Fields& goes)
     return lost;
 }
 
-std::vector<String> held(Connection& centro, const Pair& pair)
-{
-    std::vector<String> lines;
-    for (const Registration& each : registrations(centro))
-        if (!each.gone && sameName(each.form, pair.node->dialog) &&
-            (each.row == pair.stays || each.row == pair.goes))
-            lines.push_back(statement(u"La fila {} la tiene abierta {}.", {each.row, heldBy(each)}));
-    return lines;
-}
-
-void addKind(JoinPlan& plan, const Pair& pair, const Fields& stays, const Fields& goes)
-{
-    for (const auto& [table, kind] : kinds) {
-        if (!sameName(table, pair.node->table))
-            continue;
-        const Value* one = history::valueOf(stays, kind);
-        const Value* other = history::valueOf(goes, kind);
-        if (one != nullptr && other != nullptr && !history::same(*one, *other))
-            plan.obstacles.push_back(statement(
-                u"«{}» y «{}» responden a preguntas distintas ({}): donde esté una, la otra no se vería.",
-                {plan.goes, plan.stays, kind}));
-    }
-}
-
 JoinPlan planOf(Work& work, const Pair& pair, std::vector<Move>* moves = nullptr)
 {
     JoinPlan plan;
@@ -279,6 +242,8 @@ JoinPlan planOf(Work& work, const Pair& pair, std::vector<Move>* moves = nullptr
     for (const Move& each : found)
         plan.merged += mergedBy(each);
     addKind(plan, pair, *stays, *goes);
+    if (sameName(pair.node->table, u"Banco"))
+        addBanks(plan, work.live(), pair, *stays, *goes);
     for (const auto& lines : {collisions(work.live(), found, pair), work.foreign(pair)})
         plan.obstacles.insert(plan.obstacles.end(), lines.begin(), lines.end());
     if (moves != nullptr)
@@ -299,6 +264,25 @@ void joinLive(Work& work, Connection& centro, const JoinRecord& record)
         carryOut(centro, each, record.pair);
     centro.Execute(u"DELETE FROM " + String(record.pair.node->table) + u" WHERE " +
                    String(record.pair.node->key()) + u"=" + decimalText(record.pair.goes));
+}
+
+/// Whether the rows of a join are no longer as it left them, or the row that went would come back referring
+/// to nothing, because of a later one.
+bool buildsOn(const JoinRecord& later, const JoinRecord& earlier)
+{
+    const StringView table = later.pair.node->table;
+    if (sameName(earlier.pair.node->table, table) && earlier.pair.stays == later.pair.goes)
+        return true;
+    for (const schema::Column& each : definitionOf(earlier.pair.node->table).columns())
+        if (const Value* value = history::valueOf(earlier.gone, each.name);
+            sameName(each.refersTo, table) && value != nullptr &&
+            history::same(*value, Value(later.pair.goes)))
+            return true;
+    for (const Move& each : earlier.live)
+        if (sameName(each.table, table) && std::ranges::binary_search(each.keys, later.pair.goes))
+            return true;
+    return meet(earlier.live, earlier.pair.stays, later.live, later.pair.stays) ||
+           meet(earlier.deleted, earlier.pair.stays, later.deleted, later.pair.stays);
 }
 
 void settle(Work& work, Long number)
@@ -352,9 +336,10 @@ bool tryJoin(Work& work, JoinRecord& record)
 JoinPlan planOf(const Joiner& joiner, const Pair& pair)
 {
     Work work(joiner);
-    JoinPlan plan = planOf(work, pair);
-    const std::vector<String> lines = held(work.live(), pair);
-    plan.obstacles.insert(plan.obstacles.end(), lines.begin(), lines.end());
+    std::vector<Move> moves;
+    JoinPlan plan = planOf(work, pair, &moves);
+    if (!plan.stays.empty())
+        addOpen(plan, work.live(), pair, moves);
     return plan;
 }
 
@@ -395,6 +380,12 @@ Long undoJoin(const Joiner& joiner, Long number)
         throw RuntimeError(failure::otherData,
                            statement(u"No hay ninguna unión {} que se pueda deshacer.", {number}));
     const JoinRecord& record = found.front();
+    for (const JoinRecord& later : joinRecords(work.deleted()))
+        if (later.number > number && later.done && buildsOn(later, record))
+            throw RuntimeError(failure::otherData,
+                               statement(u"La unión {}, posterior, movió alguna de las mismas filas. Deshaga "
+                                         u"antes la unión {}. No se ha deshecho nada.",
+                                         {later.number, later.number}));
     const Registered stays(work.live(), record.pair, record.pair.stays, joiner.by.user);
     const Registered goes(work.live(), record.pair, record.pair.goes, joiner.by.user);
     if (work.row(record.pair, record.pair.goes))

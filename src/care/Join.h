@@ -1,6 +1,6 @@
 #pragma once
 
-#include "care/References.h"
+#include "care/JoinPlan.h"
 #include "data/history/Fields.h"
 
 #include <functional>
@@ -12,17 +12,6 @@ namespace zv::care {
 /// The deleted-records one cannot share it (SQLite commits each file by itself), so it keeps a record of the
 /// join, written before as begun: whichever moment a station dies at, settleJoins() sees by the live database
 /// whether that transaction took place, and ends the other part or takes the record back.
-
-/// What a join would do.
-struct JoinPlan {
-    String stays; ///< Their names; of an enciphered one its number.
-    String goes;
-    std::vector<Referrer> moves; ///< What refers to the row that goes.
-    Long merged = 0;      ///< How many of these stand beside the other row already, in a table of pairs: of
-                          ///< two that are alike in all columns one is left.
-    history::Fields lost; ///< What the row that goes says and the other does not; the record keeps it.
-    std::vector<String> obstacles; ///< Why it may not be done, Spanish, a sentence each; empty if it may.
-};
 
 /// A school, and who works on it.
 struct Joiner {

@@ -12,8 +12,8 @@ namespace zv::care {
 namespace {
 
 /// Columns that tell rows of one name apart: with another value there they are not meant to be one. Of an
-/// answer its question; of others a number by which the bank or the tax office knows them, where both have
-/// one.
+/// answer its question; of others a number by which the bank or the tax office knows them, what they count
+/// or whom they are for, where both have one.
 constexpr struct {
     StringView table;
     StringView column;
@@ -23,7 +23,17 @@ constexpr struct {
              {u"Presentador", u"NIF"},
              {u"Presentador", u"Sufijo"},
              {u"Emisor", u"CIF"},
-             {u"Emisor", u"Sufijo"}};
+             {u"Emisor", u"Sufijo"},
+             {u"TipoIva", u"Valor"},
+             {u"ponderacion", u"puntuacion"},
+             {u"TipoOcurrencia", u"Lectivo"},
+             {u"Turno", u"TipoTurno"},
+             {u"TipoMiembroCentro", u"Tipo"},
+             {u"TipoTarea", u"codTipoMiembroCentro"},
+             {u"TipoIncidencia", u"Justificante"},
+             {u"TipoIncidencia", u"Boletin"},
+             {u"TipoIncidencia", u"Ausencia"},
+             {u"Observacion", u"DescripcionLarga"}};
 
 struct Candidate {
     Long key = 0;

@@ -122,6 +122,36 @@ bool same(const std::vector<Move>& one, const std::vector<Move>& other)
     });
 }
 
+namespace {
+
+bool meet(const Move& earlier, Long stays, const Move& later, Long laterStays)
+{
+    if (!sameName(earlier.table, later.table))
+        return false;
+    if (earlier.keys.empty() != later.keys.empty())
+        return true; // Of a key that refers itself: rare, and not looked at row by row.
+    if (!earlier.keys.empty() && sameName(earlier.column, later.column))
+        return std::ranges::any_of(later.keys,
+                                   [&](Long key) { return std::ranges::binary_search(earlier.keys, key); });
+    return std::ranges::any_of(earlier.whole, [&](const WholeRow& each) {
+        const Fields now = referringTo(each.fields, earlier.column, stays);
+        return std::ranges::any_of(later.whole, [&](const WholeRow& other) {
+            return history::same(now, other.fields) ||
+                   history::same(now, referringTo(other.fields, later.column, laterStays));
+        });
+    });
+}
+
+} // namespace
+
+bool meet(const std::vector<Move>& earlier, Long stays, const std::vector<Move>& later, Long laterStays)
+{
+    return std::ranges::any_of(earlier, [&](const Move& each) {
+        return std::ranges::any_of(later,
+                                   [&](const Move& other) { return meet(each, stays, other, laterStays); });
+    });
+}
+
 std::vector<Move> movesOf(Connection& base, const std::vector<FoundTable>& found, const Pair& pair)
 {
     std::vector<Move> moves;
@@ -186,12 +216,13 @@ Long reverse(Connection& base, const Move& move, const Pair& pair)
     });
     for (const WholeRow& each : move.whole) {
         const Fields now = referringTo(each.fields, move.column, pair.stays);
+        const Long stand = count(base, move.table, conditionOf(now));
+        if (stand == 0) {
+            // Somebody removed what they had become.
+            left += each.there ? each.times : 1;
+            continue;
+        }
         if (!each.there) {
-            const Long stand = count(base, move.table, conditionOf(now));
-            if (stand == 0) {
-                ++left;
-                continue;
-            }
             if (stand == 1 && canBeSet(move, each)) {
                 refer(base, move, pair.goes, conditionOf(now));
                 continue;

@@ -22,6 +22,9 @@ struct Move {
 };
 bool same(const std::vector<Move>& one, const std::vector<Move>& other);
 
+/// Whether a later join moved, or merged with others, rows that an earlier one had moved.
+bool meet(const std::vector<Move>& earlier, Long stays, const std::vector<Move>& later, Long laterStays);
+
 /// Reads what refers to the row that goes; `found` are the tables of that database.
 std::vector<Move> movesOf(Connection& base, const std::vector<FoundTable>& found, const Pair& pair);
 /// Of two rows that would be alike one is left: how many go.

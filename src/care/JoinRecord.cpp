@@ -22,7 +22,8 @@ enum class Line : Integer {
     liveKeys = 4,
     liveWhole = 5,
     deletedKeys = 6,
-    deletedWhole = 7
+    deletedWhole = 7,
+    undone = 8 ///< In the place of the first: no other join gets its number, which somebody may have noted.
 };
 
 constexpr std::size_t linesAtOnce = 50;
@@ -172,23 +173,35 @@ void readLine(JoinRecord& record, const std::vector<Value>& row)
         return addKeys(moveOf(record.deleted, table, column), text);
     case Line::deletedWhole:
         return addWhole(moveOf(record.deleted, table, column), text);
+    case Line::undone:
+        return;
     }
 }
 
 String keyIs(const Pair& pair) { return String(pair.node->key()) + u"=" + decimalText(pair.goes); }
 
-void makeTable(Connection& borrado)
+bool hasTable(Connection& borrado)
 {
     try {
         borrado.executeNative(u"SELECT MAX(Numero) AS Ultimo FROM RegistroUnion");
-        return;
+        return true;
     } catch (const RuntimeError& error) {
         if (error.number() != failure::tableMissing)
             throw;
+        return false;
     }
+}
+
+void makeTable(Connection& borrado)
+{
+    if (hasTable(borrado))
+        return;
     try {
         borrado.executeNative(schema::joinRecords.definition);
     } catch (const RuntimeError& error) {
+        // Another station's first join may have made it meanwhile.
+        if (hasTable(borrado))
+            return;
         throw RuntimeError(error.number(),
                            u"No se puede hacer la tabla RegistroUnion en la base de borrados, "
                            u"en la que se anota lo que hace falta para deshacerlo: " +
@@ -223,7 +236,7 @@ std::vector<JoinRecord> joinRecords(Connection& borrado, Long number)
         if (error.number() != failure::tableMissing)
             throw;
     }
-    // Of a list that this version does not know nothing can be done.
+    // What is undone has no rows any more; of a list that this version does not know nothing can be done.
     std::erase_if(found, [](const JoinRecord& each) { return each.pair.node == nullptr; });
     return found;
 }
@@ -266,7 +279,16 @@ void drop(Connection& borrado, const JoinRecord& record)
 {
     if (record.reserved && isBare(borrado, record.pair))
         borrado.Execute(u"DELETE FROM " + String(record.pair.node->table) + u" WHERE " + keyIs(record.pair));
-    borrado.executeNative(u"DELETE FROM RegistroUnion WHERE Numero=" + decimalText(record.number));
+    borrado.executeNative(
+        statement(u"DELETE FROM RegistroUnion WHERE Numero={} AND Linea>0", {record.number}));
+    borrado.executeNative(statement(u"UPDATE RegistroUnion SET Clase={}, Texto='' WHERE Numero={}",
+                                    {static_cast<Integer>(Line::undone), record.number}));
+}
+
+void replaceKept(Connection& borrado, Long number, StringView text, StringView with)
+{
+    borrado.executeNative(statement(u"UPDATE RegistroUnion SET Texto=REPLACE(Texto,{},{}) WHERE Numero={}",
+                                    {textLiteral(text), textLiteral(with), number}));
 }
 
 bool isBare(Connection& borrado, const Pair& pair)

@@ -29,8 +29,10 @@ std::vector<JoinRecord> joinRecords(Connection& borrado, Long number = 0);
 Long begin(Connection& borrado, DdlStyle style, JoinRecord record);
 /// Notes within a transaction that it is done, with what was moved in the deleted-records database.
 void end(Connection& borrado, Long number, const std::vector<Move>& deleted);
-/// Removes it, and the reservation.
+/// Removes it, but for its number, and the reservation.
 void drop(Connection& borrado, const JoinRecord& record);
+/// Exchanges one stored text for another in what a record keeps, as when an enciphered one gets another key.
+void replaceKept(Connection& borrado, Long number, StringView text, StringView with);
 /// Whether of the row that goes the deleted-records database has nothing but the number.
 bool isBare(Connection& borrado, const Pair& pair);
 

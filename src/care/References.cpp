@@ -20,8 +20,8 @@ String joined(const std::vector<String>& words)
     return text;
 }
 
-/// Display name of a row: its first text, a person's name whole; else that of the row that it joins to the
-/// one asked about; else its key.
+/// Display name of a row: its first text, a person's name whole; in a table without texts that of the row
+/// that it joins to the one asked about; else its key.
 class Namer {
 public:
     explicit Namer(Connection& connection) : connection_(connection) {}
@@ -39,8 +39,11 @@ public:
         for (const schema::Column& column : table.columns())
             if (column.type == schema::Type::text && !field(row, column.name).empty())
                 return field(row, column.name);
+        // A row that has a name of its own, left empty, is not called by another's.
+        const bool named = std::ranges::any_of(
+            table.columns(), [](const schema::Column& each) { return each.type == schema::Type::text; });
         for (const schema::Column& column : table.columns())
-            if (!column.refersTo.empty() && !sameName(column.refersTo, askedAbout))
+            if (!named && !column.refersTo.empty() && !sameName(column.refersTo, askedAbout))
                 if (String other = nameOfKey(column.refersTo, field(row, column.name)); !other.empty())
                     return other;
         return u"número " + field(row, keyOf(table));
