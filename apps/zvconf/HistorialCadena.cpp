@@ -1,5 +1,6 @@
 #include "zvconf/Historial.h"
 
+#include "care/JoinRecord.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/history/Erasure.h"
@@ -41,7 +42,7 @@ history::Head headIn(const String& text)
 /// What is erased must not stay in the files either.
 void scrub(const School& school, StringView url)
 {
-    if (!engineOf(url).scrub(*school.centro))
+    if (!engineOf(url).scrub(*school.centro) || !engineOf(url).scrub(*school.borrado))
         printLine(u"Alguien tiene abiertas las bases de datos: lo olvidado ya no se ve, pero queda en los "
                   u"ficheros. Repita la orden cuando nadie las use.");
 }
@@ -54,15 +55,24 @@ const schema::Table& tableNamed(StringView name)
     return *table;
 }
 
-/// Says how many texts there are to erase, or, with `--si`, erases them.
-int eraseOrSay(const Options& options, const School& school, Long there, const std::function<Long()>& erase)
+/// Says how many texts there are to erase, or, with `--si`, erases them; and so with the rows that the
+/// records of joins keep.
+int eraseOrSay(const Options& options, const School& school, Long there, const std::function<Long()>& erase,
+               const std::function<Long(bool forgets)>& kept)
 {
     if (!options.has(really.name)) {
         printLine(statement(u"Asientos con textos que se olvidarían: {}. Con --si se olvidan, para siempre.",
                             {there}));
+        if (const Long rows = kept(false); rows != 0)
+            printLine(statement(u"Filas que se guardan para deshacer uniones y se olvidarían: {}.", {rows}));
         return done;
     }
     printLine(statement(u"Asientos olvidados: {}.", {erase()}));
+    if (const Long rows = kept(true); rows != 0)
+        printLine(
+            statement(u"Filas olvidadas de las que se guardan para deshacer uniones: {}. Al deshacerlas no "
+                      u"vuelven.",
+                      {rows}));
     scrub(school, options.values(database.name).front());
     printLine(headText(history::headOf(*school.centro)));
     return done;
@@ -104,8 +114,9 @@ int olvidarHistorial(Arguments arguments)
     const School school = openSchool(options.values(database.name).front());
     return withHistory([&] {
         const auto there = static_cast<Long>(history::entriesAbout(*school.centro, table, key).size());
-        return eraseOrSay(options, school, there,
-                          [&] { return history::eraseAbout(*school.centro, table, key); });
+        return eraseOrSay(
+            options, school, there, [&] { return history::eraseAbout(*school.centro, table, key); },
+            [&](bool forgets) { return care::keptAbout(*school.borrado, table, key, forgets); });
     });
 }
 
@@ -129,8 +140,10 @@ int plazoHistorial(Arguments arguments)
         }
         printLine(statement(u"Plazo: {} meses.", {kept}));
         const Seconds limit = history::monthsBefore(timeHere(), kept);
-        return eraseOrSay(options, school, history::countOlder(centro, limit),
-                          [&] { return history::eraseOlder(centro, limit); });
+        return eraseOrSay(
+            options, school, history::countOlder(centro, limit),
+            [&] { return history::eraseOlder(centro, limit); },
+            [&](bool forgets) { return care::keptBefore(*school.borrado, momentText(limit), forgets); });
     });
 }
 

@@ -141,16 +141,43 @@ private:
     std::vector<FoundTable> deletedTables_;
 };
 
-/// Whether the column has the number in some row, as a number or a text; where that cannot be read, it might.
+/// Whether a text is the number, or a list of numbers with it: "3", "3.00", "3, 5;7".
+bool isOrLists(StringView text, Long key)
+{
+    bool found = false;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find_first_of(u",;| \t\r\n"), text.size());
+        StringView word = text.substr(0, end);
+        text.remove_prefix(std::min(end + 1, text.size()));
+        const std::size_t point = word.find(u'.');
+        if (point != StringView::npos && word.find_first_not_of(u'0', point + 1) == StringView::npos)
+            word = word.substr(0, point);
+        if (word.empty())
+            continue;
+        const std::optional<Long> number = numberIn(word);
+        if (!number)
+            return false;
+        found |= *number == key;
+    }
+    return found;
+}
+
+/// Whether the column has the number in some row, as a number or in a text; where that cannot be read, it
+/// might.
 bool Work::holds(const ForeignPart& part, Long key)
 {
     for (const StringView quote : {u"", u"\""})
         try {
-            const String query =
-                statement(u"SELECT COUNT(*) AS Cuantas FROM {}{}{} WHERE CAST({}{}{} AS VARCHAR(60)) IN "
-                          u"('{}','{}.0','{}.00')",
-                          {quote, part.table, quote, quote, part.column, quote, key, key, key});
-            return CLng(baseOf(bare_, part.database)->executeNative(query)->row().front()) != 0;
+            const String column = statement(u"CAST({}{}{} AS VARCHAR(4000))", {quote, part.column, quote});
+            for (const RecordsetPtr rows =
+                     baseOf(bare_, part.database)
+                         ->executeNative(
+                             statement(u"SELECT DISTINCT {} AS Texto FROM {}{}{} WHERE {} LIKE '%{}%'",
+                                       {column, quote, part.table, quote, column, key}));
+                 !rows->Eof(); rows->MoveNext())
+                if (isOrLists(String() + rows->row().front(), key))
+                    return true;
+            return false;
         } catch (const DataError& error) {
             if (error.number() == failure::connectionLost)
                 throw;
@@ -392,7 +419,7 @@ Long undoJoin(const Joiner& joiner, Long number)
         throw RuntimeError(failure::keyExists,
                            statement(u"El número {} de «{}» lo tiene ya otra fila: no se ha deshecho nada.",
                                      {record.pair.goes, record.name}));
-    Long left = 0;
+    Long left = record.forgotten;
     work.inLive(record.pair, [&](Connection& centro) {
         insertRow(centro, record.pair.node->table, record.gone);
         for (const Move& each : record.live)

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
+#include <set>
 
 namespace zv::care {
 namespace {
@@ -23,6 +25,7 @@ enum class Line : Integer {
     liveWhole = 5,
     deletedKeys = 6,
     deletedWhole = 7,
+    forgotten = 9, ///< In the place of a whole row, which was erased.
     undone = 8 ///< In the place of the first: no other join gets its number, which somebody may have noted.
 };
 
@@ -173,6 +176,9 @@ void readLine(JoinRecord& record, const std::vector<Value>& row)
         return addKeys(moveOf(record.deleted, table, column), text);
     case Line::deletedWhole:
         return addWhole(moveOf(record.deleted, table, column), text);
+    case Line::forgotten:
+        ++record.forgotten;
+        return;
     case Line::undone:
         return;
     }
@@ -289,6 +295,55 @@ void replaceKept(Connection& borrado, Long number, StringView text, StringView w
 {
     borrado.executeNative(statement(u"UPDATE RegistroUnion SET Texto=REPLACE(Texto,{},{}) WHERE Numero={}",
                                     {textLiteral(text), textLiteral(with), number}));
+}
+
+namespace {
+
+using Concerns = std::function<bool(Long number, StringView table, const Fields& row)>;
+
+Long forget(Connection& borrado, bool forgets, const Concerns& concerns)
+{
+    if (!hasTable(borrado))
+        return 0;
+    std::vector<std::pair<Long, Long>> found;
+    for (const RecordsetPtr rows = borrado.executeNative(
+             statement(u"SELECT Numero, Linea, Tabla, Texto FROM RegistroUnion WHERE Clase IN ({},{})",
+                       {static_cast<Integer>(Line::liveWhole), static_cast<Integer>(Line::deletedWhole)}));
+         !rows->Eof(); rows->MoveNext()) {
+        const std::vector<Value> row = rows->row();
+        if (concerns(CLng(row[0]), String() + row[2], history::fieldsIn(String() + row[3])))
+            found.emplace_back(CLng(row[0]), CLng(row[1]));
+    }
+    if (forgets)
+        for (const auto& [number, line] : found)
+            borrado.executeNative(
+                statement(u"UPDATE RegistroUnion SET Clase={}, Texto='' WHERE Numero={} AND Linea={}",
+                          {static_cast<Integer>(Line::forgotten), number, line}));
+    return static_cast<Long>(found.size());
+}
+
+} // namespace
+
+Long keptAbout(Connection& borrado, const schema::Table& table, Long key, bool forgets)
+{
+    return forget(borrado, forgets, [&](Long, StringView name, const Fields& row) {
+        return std::ranges::any_of(definitionOf(name).columns(), [&](const schema::Column& each) {
+            const bool names = sameName(each.refersTo, table.name) ||
+                               (sameName(name, table.name) && sameName(each.name, keyOf(table)));
+            const Value* value = names ? history::valueOf(row, each.name) : nullptr;
+            return value != nullptr && history::same(*value, Value(key));
+        });
+    });
+}
+
+Long keptBefore(Connection& borrado, StringView moment, bool forgets)
+{
+    std::set<Long> numbers;
+    for (const JoinRecord& each : joinRecords(borrado))
+        if (each.moment < moment)
+            numbers.insert(each.number);
+    return forget(borrado, forgets,
+                  [&](Long number, StringView, const Fields&) { return numbers.contains(number); });
 }
 
 bool isBare(Connection& borrado, const Pair& pair)

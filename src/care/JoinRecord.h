@@ -19,6 +19,7 @@ struct JoinRecord {
     bool reserved = false;     ///< The number of the row that goes was put into the deleted-records database.
     history::Fields gone = {}; ///< The row that goes, whole.
     std::vector<Move> live = {};    ///< In the live database.
+    Long forgotten = 0;             ///< Rows that it kept whole, and that were erased for data protection.
     std::vector<Move> deleted = {}; ///< In the deleted-records one; known when it is done.
 };
 
@@ -33,6 +34,11 @@ void end(Connection& borrado, Long number, const std::vector<Move>& deleted);
 void drop(Connection& borrado, const JoinRecord& record);
 /// Exchanges one stored text for another in what a record keeps, as when an enciphered one gets another key.
 void replaceKept(Connection& borrado, Long number, StringView text, StringView with);
+/// Erases the rows that records keep whole and that are about a row, as a pupil's ratings, or that are from
+/// before a moment; without `forgets` it only counts them. Gives their number. Undoing the join does not
+/// bring them back.
+Long keptAbout(Connection& borrado, const schema::Table& table, Long key, bool forgets);
+Long keptBefore(Connection& borrado, StringView moment, bool forgets);
 /// Whether of the row that goes the deleted-records database has nothing but the number.
 bool isBare(Connection& borrado, const Pair& pair);
 

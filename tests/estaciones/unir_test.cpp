@@ -1,5 +1,6 @@
 #include "care/Contents.h"
 #include "care/Join.h"
+#include "care/JoinRecord.h"
 #include "care/LookAlike.h"
 #include "data/Statement.h"
 #include "data/history/HistoryEngine.h"
@@ -253,7 +254,7 @@ TEST_P(Joins, are_refused_with_the_reason_and_change_nothing)
         {"table", u"CREATE TABLE Ajena (de_quien INTEGER)", couple, u"", u"INSERT INTO Ajena VALUES (2)"},
         {"its row", u"", couple, u"La columna de_quien de la tabla ajena", u"DROP TABLE Ajena"},
         {"column", u"ALTER TABLE Tarea ADD COLUMN estado TEXT", couple, u"",
-         u"INSERT INTO Tarea VALUES (1,1,1,'x','2')"},
+         u"INSERT INTO Tarea VALUES (1,1,1,'x','12, 2 ')"},
         {"its text", u"", couple, u"La columna estado de la tabla tarea", u"DELETE FROM Tarea"},
         {"pair",
          u"ALTER TABLE Centro_Idioma ADD COLUMN nota TEXT",
@@ -300,11 +301,15 @@ TEST_P(Joins, are_refused_with_the_reason_and_change_nothing)
     EXPECT_EQ(care::undoJoin(joiner(school), later), 0);
     EXPECT_EQ(care::undoJoin(joiner(school), earlier), 0);
     EXPECT_EQ(care::differences(before, contents()), std::vector<String>());
-    centro.executeNative(u"INSERT INTO Centro_Idioma VALUES (1,1,'a'),(2,1,'a')");
-    const Long languages = care::join(joiner(school), {&nodeFor(u"Idioma"), 1, 2});
-    centro.executeNative(u"DELETE FROM Centro_Idioma");
-    EXPECT_EQ(care::undoJoin(joiner(school), languages), 1);
-    EXPECT_EQ(one(u"SELECT COUNT(*) FROM Centro_Idioma"), 0);
+    for (const bool forgets : {false, true}) {
+        centro.executeNative(u"INSERT INTO Centro_Idioma VALUES (1,1,'a'),(2,1,'a')");
+        const Long languages = care::join(joiner(school), {&nodeFor(u"Idioma"), 1, 2});
+        if (!forgets)
+            centro.executeNative(u"DELETE FROM Centro_Idioma");
+        EXPECT_EQ(care::keptAbout(*school.borrado, *schema::table(u"Idioma"), 2, forgets), 1);
+        EXPECT_EQ(care::undoJoin(joiner(school), languages), 1);
+        EXPECT_EQ(one(u"SELECT COUNT(*) FROM Centro_Idioma"), forgets ? 1 : 0);
+    }
 }
 
 /// What the guards look at is in the table of references, so that no column is forgotten.
