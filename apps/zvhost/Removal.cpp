@@ -114,9 +114,14 @@ std::optional<NamedRow> removeRows(QWidget* parent, Host& host, const Node& node
     if (may.empty())
         return std::nullopt;
     if (asks == Asks::yes) {
-        if (!confirm(parent, QStringLiteral("Eliminar"),
-                     question(host, node, may, refused.join(QStringLiteral("\n\n"))),
-                     QStringLiteral("&Eliminar")))
+        const bool replaces = rows.size() == 1 && mayBeReplaced(host, node, rows.front());
+        const Answer answer =
+            ask(parent, QStringLiteral("Eliminar"),
+                question(host, node, may, refused.join(QStringLiteral("\n\n"))), QStringLiteral("&Eliminar"),
+                replaces ? QStringLiteral("&Sustituir por…") : QString());
+        if (answer == Answer::other)
+            return rows.front();
+        if (answer == Answer::no)
             return std::nullopt;
         // Re-check, against a race: the answer may have taken its time.
         sift(std::vector<NamedRow>(may));

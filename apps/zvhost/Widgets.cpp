@@ -88,17 +88,26 @@ void sayFailure(QWidget* parent, const QString& text, const std::exception& erro
     box.exec();
 }
 
-bool confirm(QWidget* parent, const QString& title, const QString& text, const QString& button)
+Answer ask(QWidget* parent, const QString& title, const QString& text, const QString& button,
+           const QString& other)
 {
     QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, parent);
     box.setTextFormat(Qt::PlainText);
     const QPushButton* yes = box.addButton(button, QMessageBox::AcceptRole);
+    const QPushButton* second = other.isEmpty() ? nullptr : box.addButton(other, QMessageBox::ActionRole);
     QPushButton* no = box.addButton(QStringLiteral("&Cancelar"), QMessageBox::RejectRole);
     box.setDefaultButton(no);
     box.setEscapeButton(no);
     scrollLong(box);
     box.exec();
-    return box.clickedButton() == yes;
+    return box.clickedButton() == yes                           ? Answer::yes
+           : second != nullptr && box.clickedButton() == second ? Answer::other
+                                                                : Answer::no;
+}
+
+bool confirm(QWidget* parent, const QString& title, const QString& text, const QString& button)
+{
+    return ask(parent, title, text, button, {}) == Answer::yes;
 }
 
 bool tried(QWidget* parent, const QString& failed, const std::function<void()>& what)

@@ -22,6 +22,10 @@ void say(QWidget* parent, const QString& title, const QString& text);
 void sayFailure(QWidget* parent, const QString& text, const std::exception& error);
 /// Confirmation: the button says what is done; "Cancelar" is what Enter and Escape press.
 bool confirm(QWidget* parent, const QString& title, const QString& text, const QString& button);
+enum class Answer { no, yes, other };
+/// As confirm(), with another way out behind a second button; none where `other` is "".
+Answer ask(QWidget* parent, const QString& title, const QString& text, const QString& button,
+           const QString& other);
 /// Error boundary: runs a function and shows a failure of it. False if it failed.
 bool tried(QWidget* parent, const QString& failed, const std::function<void()>& what);
 /// Runs work in a thread, under a progress dialog if it takes long. Its failure is rethrown here. `meanwhile`
