@@ -9,6 +9,7 @@
 #include "robot/Rehearsal.h"
 #include "runtime/Convert.h"
 #include "runtime/Json.h"
+#include "suite/sodium/KeyFile.h"
 
 #include <filesystem>
 #include <fstream>
@@ -114,12 +115,11 @@ private:
 
 int importar(Arguments arguments)
 {
-    if (arguments.empty() || arguments.front().starts_with(u"--"))
-        throw UsageError(u"importar lleva el fichero de la lista.");
-    const Options options(arguments.subspan(1), {{u"--nodo", 1}, {u"--bd", 1}, {u"--ensayo"}, {u"--json"}});
+    const Options options(arguments, {{u"--nodo", 1}, {u"--bd", 1}, {u"--ensayo"}, {u"--json"}}, 1);
+    const String& file = options.operand(0, u"el fichero de la lista");
     const String& url = options.values(u"--bd").front();
     const ModuleNode& node = nodeOf(options.values(u"--nodo").front());
-    const std::vector<CsvLine> lines = linesOf(arguments.front());
+    const std::vector<CsvLine> lines = linesOf(file);
     installModule();
     Report report(options, lines.empty() ? 0 : lines.size() - 1);
     Opening by = ourselves();
@@ -132,6 +132,9 @@ int importar(Arguments arguments)
         return report.end();
     }
     const School school = history::withHistory(openSchool(url), url);
+    // Not with a key that does not open what is there: two keys would be mixed.
+    if (sameWord(node.table, u"Enfermedad"))
+        checkKey(school);
     const history::HistoryConnection* const history = history::historyOf(school.centro);
     if (history == nullptr)
         std::cerr

@@ -75,12 +75,27 @@ RecordsetPtr rowsOf(Connection& base, const FoundTable& table)
     return base.executeNative(u"SELECT " + joined(table.columns) + u" FROM " + table.name);
 }
 
+/// Names that are not ours may be of any letters, or words of SQL.
+FoundTable quotedWhereForeign(Database which, FoundTable table)
+{
+    if (isHistory(table.name))
+        return table;
+    const std::vector<String> ours = ownColumns(which, table.name);
+    for (String& each : table.columns)
+        if (!holds(ours, each))
+            each = quotedName(each);
+    if (ours.empty())
+        table.name = quotedName(table.name);
+    return table;
+}
+
 TableContents contentsOf(Connection& base, Database which, FoundTable table)
 {
     std::ranges::sort(table.columns, {}, lowerName);
     TableContents result{.database = which, .table = lowerName(table.name)};
     RowHash hash(table.columns);
-    for (const RecordsetPtr rows = rowsOf(base, table); !rows->Eof(); rows->MoveNext(), ++result.rows)
+    const FoundTable asked = quotedWhereForeign(which, std::move(table));
+    for (const RecordsetPtr rows = rowsOf(base, asked); !rows->Eof(); rows->MoveNext(), ++result.rows)
         hash.add(rows->row(), result.digest);
     return result;
 }
@@ -144,9 +159,38 @@ std::vector<ForeignPart> foreignColumns(const School& school, Engine& engine)
     return found;
 }
 
+String quotedName(StringView name) { return u'"' + Replace(name, u"\"", u"\"\"") + u'"'; }
+
+String ForeignObject::line() const
+{
+    const StringView what = kind == u"trigger" ? u"un disparador"
+                            : kind == u"view"  ? u"una vista"
+                                               : u"un índice";
+    return statement(u"La {} tiene {} que no es de este programa: {}.", {nameOf(database), what, name});
+}
+
+std::vector<ForeignObject> foreignObjects(Connection& base, Database which)
+{
+    std::vector<ForeignObject> found;
+    const RecordsetPtr rows = base.executeNative(
+        u"SELECT type, name FROM sqlite_schema WHERE type<>'table' AND sql IS NOT NULL ORDER BY rowid");
+    for (; !rows->Eof(); rows->MoveNext()) {
+        const std::vector<Value> row = rows->row();
+        const String name = CStr(row[1]);
+        // Our indexes are named by us.
+        if (CStr(row[0]) != u"index" || !(name.starts_with(u"ix_") || isHistory(name)))
+            found.push_back({which, CStr(row[0]), name});
+    }
+    return found;
+}
+
 std::vector<String> foreignParts(const School& school, Engine& engine)
 {
     std::vector<String> lines;
+    if (engine.ddl() == DdlStyle::sqlite)
+        for (const Database which : everyDatabase)
+            for (const ForeignObject& each : foreignObjects(*baseOf(school, which), which))
+                lines.push_back(each.line());
     for (const ForeignPart& each : foreignColumns(school, engine)) {
         String line =
             each.wholeTable
