@@ -78,12 +78,17 @@ public:
             std::cerr << done << " de " << lines_ << " líneas\n";
     }
 
+    bool hasLines() const { return added_ + refused_ > 0; }
     int end() const
     {
         if (json_) {
             JsonObject object;
             object.number(u"entran", added_).number(u"no_entran", refused_);
-            object.raw(u"ensayo", rehearsal_ ? u"true" : u"false").number(u"apertura", opening_);
+            object.raw(u"ensayo", rehearsal_ ? u"true" : u"false");
+            if (opening_ != 0)
+                object.number(u"apertura", opening_);
+            else
+                object.raw(u"apertura", u"null");
             printLine(object.str());
         } else {
             printLine(statement(u"Líneas que entran: {}. Que no: {}.", {added_, refused_}));
@@ -99,7 +104,7 @@ private:
     String undoing(Long opening) const
     {
         return statement(u"Se deshace entero con: zvconf historial deshacer --apertura {} --si --bd '{}'",
-                         {opening, url_});
+                         {opening, Replace(url_, u"'", u"'\\''")});
     }
 
     String url_;
@@ -140,9 +145,15 @@ int importar(Arguments arguments)
         std::cerr
             << "Este centro no tiene activado el historial: lo que se importa no se podrá deshacer de una "
                "vez. Se activa antes con «zvconf historial activar».\n";
-    importList(school, node, lines, by, [&](const ImportedLine& line) {
-        report.tell(line, history != nullptr ? history->openingNumber() : 0);
-    });
+    try {
+        importList(school, node, lines, by, [&](const ImportedLine& line) {
+            report.tell(line, history != nullptr ? history->openingNumber() : 0);
+        });
+    } catch (const ImportError&) {
+        if (report.hasLines())
+            report.end();
+        throw;
+    }
     return report.end();
 }
 

@@ -5,11 +5,13 @@
 #include "data/sqlite/SqliteEngine.h"
 #include "robot/LateEngine.h"
 #include "runtime/Errors.h"
+#include "runtime/System.h"
 #include "suite/sodium/EncryptoApi.h"
 #include "zv/Version.h"
 #include "zvconf/System.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 
 namespace zv::zvconf {
@@ -174,6 +176,9 @@ int runGuarded(std::span<char*> arguments)
         return result;
     } catch (const UsageError& error) {
         std::cerr << "zvconf: " << error.what() << " Con --help se ven las órdenes.\n";
+    } catch (const std::filesystem::filesystem_error& error) {
+        std::cerr << toUtf8(u"zvconf: «" + error.path1().u16string() + u"»: " + wordsFor(error.code()))
+                  << ".\n";
     } catch (const std::exception& error) {
         std::cerr << "zvconf: " << error.what() << '\n';
     }

@@ -231,6 +231,23 @@ Long copyRows(Connection& from, Connection& to, const FoundTable& table)
     return count;
 }
 
+namespace {
+
+/// The same with a failure that names the table.
+Long copyRowsTold(Connection& from, Connection& to, Database which, const FoundTable& table)
+{
+    try {
+        return copyRows(from, to, table);
+    } catch (const DataError& error) {
+        throw RuntimeError(error.number(),
+                           statement(u"La tabla {} de la {} no se puede copiar: {} No se ha copiado nada: el "
+                                     u"centro de partida está como estaba.",
+                                     {table.name, nameOf(which), error.description()}));
+    }
+}
+
+} // namespace
+
 void copyContents(const School& from, Engine& fromEngine, School& to, Engine& toEngine,
                   const std::function<void(StringView table, Long rows)>& tell)
 {
@@ -254,7 +271,7 @@ void copyContents(const School& from, Engine& fromEngine, School& to, Engine& to
             base.executeNative(u"DELETE FROM HistorialCabeza");
         for (const FoundTable& table : fromEngine.tables(*baseOf(from, which)))
             if (!sameName(table.name, registrations))
-                tell(table.name, copyRows(*baseOf(from, which), base, table));
+                tell(table.name, copyRowsTold(*baseOf(from, which), base, which, table));
         transaction.commit();
     }
 }
