@@ -9,6 +9,8 @@ namespace {
     std::istringstream names(SHELL);
     for (std::string name; std::getline(names, name, ':');)
         unsetenv(name.c_str());
+    // What is typed in tests is kept only where one asks for it.
+    setenv("ZV_DIARIO", "no", 1);
     return true;
 }();
 

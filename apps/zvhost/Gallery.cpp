@@ -2,6 +2,7 @@
 
 #include "data/Schools.h"
 #include "forms/ComboBox.h"
+#include "journal/Recorder.h"
 #include "qt/QtDesktop.h"
 #include "session/DialogDirectory.h"
 #include "session/cConstCol.h"
@@ -15,10 +16,15 @@
 #include <QDir>
 #include <QMessageBox>
 #include <QPainter>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QTimer>
 
 namespace zv::host {
 namespace {
+
+const QString unsaved = QStringLiteral("sin-guardar");
+constexpr const char* aside = "aparte";
 
 /// Desktop that draws each window instead of running it, and closes it.
 class DrawingDesktop final : public QtDesktop {
@@ -75,8 +81,12 @@ protected:
         front_ = &window;
         if (message_)
             pressAccept(window);
-        else
+        else if (state_ != unsaved)
             draw(window, window.objectName() + u'-' + state_);
+        else if (window.form().find(u"txtCognitiva") != nullptr) {
+            drawDraft(window);
+            return window.form().Unload();
+        }
         front_ = nullptr;
         goOn(window);
         if (window.alive())
@@ -102,6 +112,30 @@ protected:
     }
 
 private:
+    /// At first a tutor types for two pupils, and the journal is put aside; when it is there again, the bar
+    /// over the same section, and what it shows.
+    void drawDraft(FormWindow& window)
+    {
+        auto* view = window.findChild<QPushButton*>(QStringLiteral("avisoVentanaVer"));
+        if (view == nullptr) {
+            for (const Long pupil : {2, 4})
+                window.act([&](Acts& acts) {
+                    return acts.choose(dynamic_cast<ComboBox&>(*window.form().find(u"cboAlumno")), pupil) &&
+                           acts.type(*window.form().find(u"txtCognitiva"), u"Razona bien y lo explica. ");
+                });
+            copy_file(journal::recorder().file(window.form()), journal::recordedFolder() / aside);
+            return;
+        }
+        draw(window, unsaved);
+        QTimer::singleShot(0, [this] {
+            QApplication::processEvents();
+            if (auto* shown = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+                draw(*shown, unsaved + QStringLiteral("-ver"));
+                shown->reject();
+            }
+        });
+        view->click();
+    }
     void save(const QPixmap& picture, const QString& name)
     {
         const QString file = QDir(folder_).filePath(name + suffix_ + QStringLiteral(".png"));
@@ -144,6 +178,20 @@ void drawNode(Host& host, DrawingDesktop& desktop, const Node& node)
         open(QStringLiteral("sucursales"), cConstCol::Modificado, first, false, true);
     if (node.number == cNombreNodo::Emisor)
         open(QStringLiteral("ordenante"), cConstCol::NUEVO, -2);
+}
+
+/// The bar over a section whose typing was never saved, on journals of its own.
+void drawUnsaved(Host& host, DrawingDesktop& desktop)
+{
+    const QTemporaryDir folder;
+    if (!journal::record(folder.path().toStdU16String()))
+        return;
+    desktop.expect(unsaved);
+    host.open(*nodeOf(cNombreNodo::InfIndiv), cConstCol::NUEVO, 0);
+    const std::filesystem::path& journals = journal::recordedFolder();
+    rename(journals / aside, journals / (aside + toUtf8(journal::extension)));
+    host.open(*nodeOf(cNombreNodo::InfIndiv), cConstCol::NUEVO, 0);
+    journal::recording(false);
 }
 
 void drawHost(MainWindow& window, DrawingDesktop& desktop)
@@ -192,6 +240,7 @@ int drawGallery(const QString& folder, const QString& suffix, std::optional<QSiz
     drawHost(window, desktop);
     for (const Node& node : nodes())
         drawNode(window.host(), desktop, node);
+    drawUnsaved(window.host(), desktop);
     useDesktop(nullptr);
     return desktop.drawn();
 }

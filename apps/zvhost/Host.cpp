@@ -2,6 +2,7 @@
 
 #include "data/Statement.h"
 #include "data/history/HistoryConnection.h"
+#include "qt/QtText.h"
 #include "runtime/Convert.h"
 #include "services/cZEncryptoAPI.h"
 #include "session/DialogDirectory.h"
@@ -10,6 +11,7 @@
 #include "session/cConstCol.h"
 #include "session/cNombreNodo.h"
 #include "suite/Station.h"
+#include "zvhost/Widgets.h"
 
 namespace zv::host {
 
@@ -18,6 +20,8 @@ Host::Host(String url, School school, Choices choices)
 {
     const bool server = school_.centro->engine().name.find(u"SQL Server") != String::npos;
     let(*session_, u"sqlserver", server);
+    // What tells this school from another one on the same machine.
+    let(*session_, u"RutaBD", fromQt(shownUrl(url_)));
     choose(std::move(choices));
 }
 

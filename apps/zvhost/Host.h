@@ -2,6 +2,7 @@
 
 #include "data/Connection.h"
 #include "runtime/PropertyBag.h"
+#include "session/cConstCol.h"
 #include "zvhost/Nodes.h"
 
 #include <functional>
@@ -43,6 +44,8 @@ public:
     std::vector<UserOrProfile> users();
     std::vector<UserOrProfile> profiles();
 
+    /// Hands the session over to the module, for what asks it before a dialog is opened.
+    void handSession() { hand(cConstCol::NUEVO, 0); }
     /// Opens the dialog behind a node and blocks until it has closed. `branches`: a bank for its branches.
     void open(const Node& node, Byte action, Long row, bool branches = false);
     /// Existence check: another station may have deleted the row.

@@ -62,7 +62,7 @@ void MainWindow::placeParts()
     parts_.setChildrenCollapsible(false);
     auto* rows = std::make_unique<QVBoxLayout>(&whole_).release();
     rows->setContentsMargins({});
-    rows->addWidget(&notice_);
+    rows->addWidget(&notice_.bar());
     rows->addWidget(&parts_, 1);
     setCentralWidget(&whole_);
     drawEdges(*this);
@@ -92,15 +92,15 @@ void MainWindow::use(std::unique_ptr<Host> host)
     toldRules_.clear();
     settleJoins();
     tellStatus();
-    if (tree_.chosen() != nullptr) {
-        chosen();
-        tellCuts();
-        return;
-    }
     const Node* last = nodeOf(static_cast<Byte>(memory_.value(lastList).toInt()));
-    // 0 is a node of its own: only a kept one means it.
-    go(last != nullptr && memory_.value(lastList).isValid() ? *last : nodes().front());
+    if (tree_.chosen() != nullptr)
+        chosen();
+    else
+        // 0 is a node of its own: only a kept one means it.
+        go(last != nullptr && memory_.value(lastList).isValid() ? *last : nodes().front());
     tellCuts();
+    tellDrafts();
+    remindOfCopies();
 }
 
 void MainWindow::chosen()
@@ -157,6 +157,7 @@ void MainWindow::openDialog(Byte action, Long row, bool branches)
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
           [&] { host_->open(*node_, action, row, branches); });
     readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
+    notice_.forget(Notice::Drafts::gone);
     tellClosed();
     if (const std::optional<Long> added = page_.selected();
         action == cConstCol::NUEVO && node_->hasList() && added && added != before)
@@ -317,6 +318,7 @@ void MainWindow::chooseSession()
         keepChoices(memory_, *host_);
         if (choices->readOnly)
             undo_.forget();
+        tellDrafts();
     }
     tellStatus();
     // Another person has other sections.

@@ -2,6 +2,7 @@
 
 #include "care/Join.h"
 #include "data/history/Losses.h"
+#include "journal/Journals.h"
 #include "zvhost/Deletion.h"
 #include "zvhost/Host.h"
 #include "zvhost/ListPage.h"
@@ -81,6 +82,9 @@ private:
     void openDialog(Byte action, Long row, bool branches = false);
     /// Whether the school keeps a history.
     bool remembers() const;
+    /// What can be done about something that was lost.
+    std::vector<Bar::Choice> seenOrGiven(const std::function<void()>& shows,
+                                         const std::function<void()>& gives) const;
     /// Tells what the dialog that has closed saved, and what was lost by it.
     void tellClosed();
     void tellSaved(const history::HistoryConnection::Closed& closed);
@@ -89,6 +93,12 @@ private:
     void tellRules(Long section);
     /// Tells of saves that were cut because their station died.
     void tellCuts();
+    /// Tells of what this person typed in this school and never saved, since his program died.
+    void tellDrafts();
+    void remindOfCopies();
+    void tellDraft(const journal::Found& found);
+    /// Opens the dialog that a draft is of, which offers to type it in again.
+    void openDraft(const Node& node, const journal::Opening& opening);
     /// Runs what writes through the history, and reads the list again. False if it failed.
     bool changes(const QString& failed, const std::function<void()>& what);
     void giveBack(const std::vector<history::Loss>& losses);

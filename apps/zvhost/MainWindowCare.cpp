@@ -4,6 +4,7 @@
 #include "qt/QtText.h"
 #include "suite/sodium/KeyFile.h"
 #include "zvhost/MainWindow.h"
+#include "zvhost/Reminder.h"
 #include "zvhost/Widgets.h"
 
 #include <QDate>
@@ -57,6 +58,7 @@ void MainWindow::backUpTo(const QString& file, const QString& phrase)
     });
     if (!made)
         return;
+    Reminder(memory_, *host_).copied(file);
     undo_.tell((report.faults.empty()
                     ? QStringLiteral("Copia comprobada en %1: %2 filas, %3")
                     : QStringLiteral("Copia DEFECTUOSA en %1: %2 filas, %3. ") + toQt(report.faults.front()))
@@ -66,6 +68,17 @@ void MainWindow::backUpTo(const QString& file, const QString& phrase)
                                       : QStringLiteral("sin la clave de las enfermedades")),
                QStringLiteral("Abrir la carpeta"),
                [file] { QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath())); });
+}
+
+void MainWindow::remindOfCopies()
+{
+    if (host_->choices().readOnly)
+        return;
+    if (const QString text = Reminder(memory_, *host_).due(); !text.isEmpty())
+        notice_.tell({.text = text, .choices = {{QStringLiteral("Hacer una copia"), Qt::Key_P, [this] {
+                                                     notice_.next();
+                                                     backUp();
+                                                 }}}});
 }
 
 } // namespace zv::host

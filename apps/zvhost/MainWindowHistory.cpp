@@ -19,6 +19,16 @@ bool MainWindow::remembers() const
     return host_ != nullptr && history::historyOf(host_->school().centro) != nullptr;
 }
 
+/// Nothing is given back where nothing may be written.
+std::vector<Bar::Choice> MainWindow::seenOrGiven(const std::function<void()>& shows,
+                                                 const std::function<void()>& gives) const
+{
+    std::vector<Bar::Choice> choices{{QStringLiteral("Ver"), Qt::Key_R, shows}};
+    if (!host_->choices().readOnly)
+        choices.push_back({QStringLiteral("Devolver"), Qt::Key_D, gives});
+    return choices;
+}
+
 void MainWindow::tellClosed()
 {
     HistoryConnection* history = history::historyOf(host_->school().centro);
@@ -35,15 +45,16 @@ void MainWindow::tellClosed()
         for (const HistoryConnection::Part& each : closed->parts)
             openings.push_back(each.number);
         std::erase(openings, 0);
-        notice_.tell(
-            {Told(*host_).sentence(losses, history::savedShare(*closed, losses)) + u'.',
-             [this, losses, gives] {
-                 showLosses(this, *host_, losses,
-                            host_->choices().readOnly ? nullptr
-                                                      : std::function<void(const std::vector<Loss>&)>(gives));
-             },
-             host_->choices().readOnly ? nullptr : std::function<void()>([gives, losses] { gives(losses); }),
-             openings});
+        notice_.tell({Told(*host_).sentence(losses, history::savedShare(*closed, losses)) + u'.',
+                      seenOrGiven(
+                          [this, losses, gives] {
+                              showLosses(this, *host_, losses,
+                                         host_->choices().readOnly
+                                             ? nullptr
+                                             : std::function<void(const std::vector<Loss>&)>(gives));
+                          },
+                          [gives, losses] { gives(losses); }),
+                      openings});
     } catch (const RuntimeError&) {
         // An extra over the dialog, which has done what it does: where the history cannot be read, nothing is
         // told.
@@ -139,13 +150,14 @@ void MainWindow::tellCuts()
                                            "Está como antes, menos lo que alguien ha cambiado después (%1)")
                                            .arg(left));
             };
-            notice_.tell({text,
-                          [this, cut] {
-                              showHistory(this, *host_,
-                                          {QStringLiteral("Lo que llegó a guardarse"),
-                                           statement(u"Numero>={} AND Guardado={}", {cut.save, cut.save})});
-                          },
-                          host_->choices().readOnly ? nullptr : std::function<void()>(gives)});
+            notice_.tell({text, seenOrGiven(
+                                    [this, cut] {
+                                        showHistory(
+                                            this, *host_,
+                                            {QStringLiteral("Lo que llegó a guardarse"),
+                                             statement(u"Numero>={} AND Guardado={}", {cut.save, cut.save})});
+                                    },
+                                    gives)});
         }
     } catch (const RuntimeError&) {
         // An extra over the list: where the history cannot be read, nothing is told.

@@ -127,21 +127,18 @@ void MainWindow::tellAlike(Long key)
             const Node& node = *node_;
             notice_.tell({.text = QStringLiteral("Ya hay «%1».")
                                       .arg(toQt(each.pair.stays == key ? each.goes : each.stays)),
-                          .shows =
-                              [this, &node, other] {
-                                  go(node);
-                                  page_.select(other);
-                                  page_.enter();
-                              },
-                          .gives = {},
-                          .openings = {},
-                          .joins =
-                              [this, &node, pair = each.pair] {
-                                  notice_.next();
-                                  if (node_ != &node)
-                                      go(node);
-                                  joinRows(pair);
-                              }});
+                          .choices = {{QStringLiteral("Ver"), Qt::Key_R,
+                                       [this, &node, other] {
+                                           go(node);
+                                           page_.select(other);
+                                           page_.enter();
+                                       }},
+                                      {QStringLiteral("Unir"), Qt::Key_U, [this, &node, pair = each.pair] {
+                                           notice_.next();
+                                           if (node_ != &node)
+                                               go(node);
+                                           joinRows(pair);
+                                       }}}});
         }
     } catch (const RuntimeError&) {
         // An extra over the dialog, which has saved its row: where the list cannot be read, nothing is told.

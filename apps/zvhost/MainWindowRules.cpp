@@ -47,10 +47,10 @@ void MainWindow::tellRules(Long section)
     if (const std::size_t more = findings.size() - 1; more > 0)
         text += more == 1 ? QStringLiteral(" Y otro aviso de esta sección.")
                           : QStringLiteral(" Y otros %1 avisos de esta sección.").arg(more);
-    notice_.tell({.text = text,
-                  .shows = [this, findings] { showFindings(this, findings); },
-                  .gives = nullptr,
-                  .foretells = true});
+    notice_.tell(
+        {.text = text,
+         .choices = {{QStringLiteral("Ver"), Qt::Key_R, [this, findings] { showFindings(this, findings); }}},
+         .foretells = true});
 }
 
 } // namespace zv::host

@@ -1,30 +1,26 @@
 #pragma once
 
+#include "qt/Bar.h"
 #include "runtime/Value.h"
 
-#include <QFrame>
-#include <QLabel>
-#include <QPushButton>
-
+#include <filesystem>
 #include <functional>
 #include <vector>
 
 namespace zv::host {
 
-/// Bar over the list: something that a person has to know, with what can be done about it, until it is done
-/// or he has taken note. Each button has its key on it: Alt+R, Alt+D, Alt+U, Alt+E.
-class Notice final : public QFrame {
+/// Queue of what the bar over the list has to tell, each until it is done or a person has taken note.
+class Notice {
 public:
-    Notice();
-
     struct Message {
         QString text;
-        std::function<void()> shows;
-        std::function<void()> gives;     ///< None where nothing may be written.
-        std::vector<Long> openings = {}; ///< Of the dialogs that it tells of.
+        std::vector<Bar::Choice> choices; ///< Beside that of having taken note.
+        std::vector<Long> openings = {};  ///< Of the dialogs that it tells of.
+        std::filesystem::path draft = {}; ///< Journal that it tells of.
         bool foretells = false; ///< What a dialog will do: told until something is told of what one did.
-        std::function<void()> joins = {}; ///< None but where a row is there twice.
     };
+
+    Bar& bar() { return bar_; }
     /// Tells it, behind those that wait already.
     void tell(Message message);
     /// The next one, or none.
@@ -32,13 +28,15 @@ public:
     void forget();
     /// What tells of one of these openings need not be known any more.
     void forget(const std::vector<Long>& openings);
+    enum class Drafts { all, gone };
+    /// What tells of a draft need not be known any more; or only of one that is there no longer.
+    void forget(Drafts which);
 
 private:
-    void button(QPushButton& button, const QString& text, int key, const std::function<void()>& does);
     void follow();
+    void forgetIf(const std::function<bool(const Message&)>& told);
 
-    QLabel text_;
-    QPushButton show_, give_, join_, done_;
+    Bar bar_{QStringLiteral("aviso")};
     std::vector<Message> waiting_; ///< The first one is shown.
 };
 

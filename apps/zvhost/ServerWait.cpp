@@ -4,7 +4,6 @@
 #include "qt/MessageAid.h"
 #include "qt/QtDesktop.h"
 #include "qt/QtText.h"
-#include "zvhost/KeptText.h"
 #include "zvhost/Widgets.h"
 
 #include <QApplication>
@@ -131,7 +130,7 @@ private:
     QLabel choices_{QStringLiteral(
         "Se vuelve a intentar cada 2 s, y cuando vuelva sigue solo lo que se estaba haciendo. "
         "Con «Seguir sin él» eso falla. "
-        "Con «Cerrar el programa» queda en un fichero lo que muestran las ventanas abiertas.")};
+        "Con «Cerrar el programa» lo escrito queda apuntado, y se recupera al abrir la ventana otra vez.")};
     QShortcut help_{Qt::Key_F1, this};
     std::array<QPushButton*, 3> buttons_{};
     QTimer tick_;
@@ -181,16 +180,11 @@ bool ServerWait::waited(const ServerAway& away)
 
 bool ServerWait::kept()
 {
-    const QString text = desktop_.contents();
-    if (text.isEmpty())
-        return true;
-    return tried(inFront(), QStringLiteral("Lo que muestran las ventanas no se ha podido guardar."), [&] {
-        const QString file = keepText(text);
-        say(inFront(), QStringLiteral("Se cierra el programa"),
-            QStringLiteral(
-                "Lo que mostraban las ventanas está en\n%1\nEl programa lo recordará la próxima vez.")
-                .arg(file));
-    });
+    return desktop_.keptDrafts() ||
+           confirm(inFront(), QStringLiteral("Cerrar el programa"),
+                   QStringLiteral(
+                       "Lo que ha escrito en las ventanas abiertas no se ha podido apuntar, y se pierde."),
+                   QStringLiteral("&Cerrar"));
 }
 
 } // namespace zv::host

@@ -19,7 +19,8 @@ namespace zv::host {
 /// but again after a few messages: some dialogs repeat a statement until it succeeds.
 class ServerWait {
 public:
-    /// `end` ends the process, when what the desktop's windows hold has been kept.
+    /// `end` ends the process, when what was typed in the desktop's windows is on the disk, or a person lets
+    /// it go.
     explicit ServerWait(const QtDesktop& desktop, std::function<void()> end = endProcess);
     ServerWait(const ServerWait&) = delete;
     ServerWait& operator=(const ServerWait&) = delete;

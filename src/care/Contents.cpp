@@ -204,8 +204,29 @@ std::vector<String> foreignParts(const School& school, Engine& engine)
     return lines;
 }
 
+namespace {
+
+/// Bytes that are no UTF-8 are read as U+FFFD: where more texts have it than have its bytes, some would be
+/// changed without a word.
+void refuseBytes(Connection& from, const FoundTable& table, const std::map<std::size_t, Long>& replaced)
+{
+    for (const auto& [column, rows] : replaced) {
+        const RecordsetPtr genuine = from.executeNative(
+            statement(u"SELECT COUNT(*) AS n FROM {} WHERE instr(CAST({} AS BLOB), x'EFBFBD')>0",
+                      {table.name, table.columns[column]}));
+        if (CLng(genuine->Fields(u"n")) != rows)
+            throw RuntimeError(failure::otherData,
+                               statement(u"en la columna {} hay letras que no están en UTF-8: corríjalas.",
+                                         {table.columns[column]}));
+    }
+}
+
+} // namespace
+
 Long copyRows(Connection& from, Connection& to, const FoundTable& table)
 {
+    constexpr char16_t replacement = 0xFFFD;
+    std::map<std::size_t, Long> replaced; // Rows with it, by column.
     const String head = u"INSERT INTO " + table.name + u" (" + joined(table.columns) + u") VALUES ";
     Long count = 0;
     String values;
@@ -218,16 +239,20 @@ Long copyRows(Connection& from, Connection& to, const FoundTable& table)
     };
     for (const RecordsetPtr rows = rowsOf(from, table); !rows->Eof(); rows->MoveNext(), ++count) {
         values += waiting == 0 ? u"(" : u",(";
-        bool first = true;
-        for (const Value& each : rows->row()) {
-            values += (first ? u"" : u",") + literal(each);
-            first = false;
+        const std::vector<Value> row = rows->row();
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            values += (column == 0 ? u"" : u",") + literal(row[column]);
+            if (const String* text = row[column].as<String>();
+                text != nullptr && text->find(replacement) != String::npos)
+                ++replaced[column];
         }
         values += u")";
         if (++waiting == rowsAtOnce)
             send();
     }
     send();
+    if (from.engine().name == u"SQLite")
+        refuseBytes(from, table, replaced);
     return count;
 }
 
@@ -238,7 +263,7 @@ Long copyRowsTold(Connection& from, Connection& to, Database which, const FoundT
 {
     try {
         return copyRows(from, to, table);
-    } catch (const DataError& error) {
+    } catch (const RuntimeError& error) {
         throw RuntimeError(error.number(),
                            statement(u"La tabla {} de la {} no se puede copiar: {} No se ha copiado nada: el "
                                      u"centro de partida está como estaba.",

@@ -17,12 +17,6 @@ String shownBy(const Control& field)
     return box != nullptr ? box->Text() : decimalText(dynamic_cast<const ComboBox&>(field).ListIndex());
 }
 
-String textOf(const Control& field)
-{
-    const auto* list = dynamic_cast<const ComboBox*>(&field);
-    return list != nullptr ? list->Text() : shownBy(field);
-}
-
 int pageOf(const SectionControls& controls)
 {
     return controls.strip == nullptr ? 0 : controls.strip->SelectedItem().Index();
@@ -68,10 +62,7 @@ void UnsavedPupils::noteRating()
     const ComboBox& list = *controls_.floating;
     const String answer = decimalText(list.ItemData(list.ListIndex()));
     const Place place{controls_.pupil(), &list, pageOf(controls_), controls_.grid->Row()};
-    Shown& rating = shown_.try_emplace(place, Shown{answer, answer, {}, {}}).first->second;
-    rating.last = answer;
-    rating.question = controls_.grid->TextMatrix(controls_.grid->Row(), 0);
-    rating.text = list.Text();
+    shown_.try_emplace(place, Shown{answer, answer}).first->second.last = answer;
 }
 
 void UnsavedPupils::noteHeld()
@@ -94,11 +85,10 @@ void UnsavedPupils::noteFields(bool arrived)
         const String now = shownBy(*field);
         const auto known = shown_.find(place);
         // What a pupil shows when he comes back is what the dialog kept: another text is no person's doing.
-        if (known != shown_.end() && (!arrived || known->second.last == now)) {
+        if (known != shown_.end() && (!arrived || known->second.last == now))
             known->second.last = now;
-            known->second.text = textOf(*field);
-        } else if (arrived)
-            shown_[place] = {now, now, {}, textOf(*field)};
+        else if (arrived)
+            shown_[place] = {now, now};
     }
 }
 
@@ -109,15 +99,6 @@ std::vector<int> UnsavedPupils::pupils() const
         if (shown.first != shown.last)
             found.insert(std::get<0>(place));
     return {found.begin(), found.end()};
-}
-
-std::vector<UnsavedPupils::Answer> UnsavedPupils::answers() const
-{
-    std::vector<Answer> all;
-    for (const auto& [place, shown] : shown_)
-        all.push_back(
-            {std::get<0>(place), std::get<1>(place), std::get<2>(place), shown.question, shown.text});
-    return all;
 }
 
 UnsavedPupils::Ratings UnsavedPupils::onPage() const

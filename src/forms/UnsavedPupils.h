@@ -25,18 +25,6 @@ public:
     /// Numbers of the pupils for whom a person changed something and did not change it back, in rising order.
     std::vector<int> pupils() const;
 
-    /// What a pupil showed last in a field, or for a rating.
-    struct Answer {
-        int pupil = 0;
-        const Control* field = nullptr;
-        int page = 0;    ///< Of a rating, from 1; else 0.
-        String question; ///< Of a rating, as the grid has it.
-        String text;
-    };
-    /// Of all pupils who have been shown: fields as they stood when the pupil was left or after the last act,
-    /// and the ratings whose lists were open. By pupils in rising order.
-    std::vector<Answer> answers() const;
-
     struct Ratings {
         int given = 0;
         int all = 0;
@@ -52,8 +40,6 @@ private:
     struct Shown {
         String first;
         String last;
-        String question;
-        String text;
     };
     void noteRating();
     void noteFields(bool arrived);

@@ -9,11 +9,14 @@ static_assert(Cipher::headerSize == crypto_secretstream_xchacha20poly1305_HEADER
 static_assert(Cipher::overhead == crypto_secretstream_xchacha20poly1305_ABYTES);
 static_assert(std::tuple_size_v<SecretKey> == crypto_secretstream_xchacha20poly1305_KEYBYTES);
 
-unsigned char* bytesOf(std::string& text) { return reinterpret_cast<unsigned char*>(text.data()); }
+unsigned char* bytesOf(std::string& text)
+{
+    return static_cast<unsigned char*>(static_cast<void*>(text.data()));
+}
 
 const unsigned char* bytesOf(std::string_view text)
 {
-    return reinterpret_cast<const unsigned char*>(text.data());
+    return static_cast<const unsigned char*>(static_cast<const void*>(text.data()));
 }
 
 } // namespace

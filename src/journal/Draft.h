@@ -48,7 +48,7 @@ public:
 private:
     using Latest = std::map<std::size_t, std::size_t>;
     void add(const Act& act);
-    void add(const Change& change, std::vector<Step>& steps, Latest& latest) const;
+    void add(const Change& change, std::vector<Step>& to, Latest& latest) const;
     /// What each place held first and last.
     std::map<std::size_t, Change> net() const;
     std::size_t count(bool texts) const;

@@ -1,5 +1,6 @@
 #include "journal/File.h"
 
+#include <atomic>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -27,7 +28,7 @@ struct File::Handle {
     int descriptor = -1;
     off_t length = 0;
     std::filesystem::path folder;
-    bool named = false; ///< The directory entry is on the disk.
+    std::atomic<bool> named = false; ///< The directory entry is on the disk.
 };
 
 File::File(const std::filesystem::path& path) : handle_(std::make_unique<Handle>())

@@ -46,11 +46,10 @@ std::size_t lengthAt(std::string_view bytes)
 } // namespace
 
 Writer::Writer(const fs::path& folder, const SecretKey& key, const Opening& opening)
-    : path_(freshPath(folder)), file_(path_), cipher_(key),
+    : path_(freshPath(folder)), file_(path_), cipher_(key), waiting_(magic),
       syncing_([this](const std::stop_token& stop) { keepSyncing(stop); })
 {
-    waiting_ = magic;
-    waiting_.append(reinterpret_cast<const char*>(cipher_.header().data()), Cipher::headerSize);
+    waiting_.append(cipher_.header().begin(), cipher_.header().end());
     if (const std::error_code error = write(opening)) {
         remove();
         throw std::system_error(error);

@@ -41,7 +41,7 @@ SecretKey ownKey(const fs::path& folder)
     if (!fs::exists(file, ignored)) {
         randombytes_buf(key.data(), key.size());
         // Another program may have made one meanwhile: what is in the file counts.
-        createPrivateFile(file, {reinterpret_cast<const char*>(key.data()), key.size()});
+        createPrivateFile(file, std::string(key.begin(), key.end()));
     }
     if (openToOthers(file))
         failKey(file, u"la pueden leer otros: quíteles el permiso (" + String(closingCommand()) + u").");

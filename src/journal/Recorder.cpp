@@ -73,6 +73,15 @@ Act asKept(const PersonAct& act)
     return kept;
 }
 
+std::vector<Entry> rowsOf(const MSFlexGrid& grid)
+{
+    std::vector<Entry> rows;
+    rows.reserve(static_cast<std::size_t>(grid.Rows()));
+    for (Long row = 0; row < grid.Rows(); ++row)
+        rows.push_back(rowOf(grid, row));
+    return rows;
+}
+
 bool isCancel(const Control* control)
 {
     const auto* button = dynamic_cast<const CommandButton*>(control);
@@ -149,24 +158,31 @@ void Recorder::acting(const PersonAct& act)
         open->watch = std::make_unique<Watch>(act.form);
         open->opening.title = act.form.Caption();
     }
+    const SectionControls& controls = open->watch->controls();
+    if (controls.grid != nullptr && !controls.isSection() &&
+        dynamic_cast<const CommandButton*>(act.control) != nullptr)
+        inHand_.back().rows = rowsOf(*controls.grid);
     Open* journal = journalOf(*open);
     if (mayOpenOrSave(act) && open == journal)
         write(*journal, Begun{inHand_.back().act}, false);
 }
 
-bool Recorder::isOrdered(const Open& open, const PersonAct& act)
+/// What a person does in a grid, and the buttons that change its rows.
+bool Recorder::isOrdered(const Open& open, const PersonAct& act, const std::vector<Entry>& rowsBefore)
 {
     const SectionControls& controls = open.watch->controls();
     if (controls.isSection() || controls.grid == nullptr || open.closed || act.verb == ActVerb::focus ||
         act.verb == ActVerb::scroll)
         return false;
     const auto* button = dynamic_cast<const CommandButton*>(act.control);
-    return act.control == controls.grid || (button != nullptr && !button->Default() && !button->Cancel());
+    return act.control == controls.grid || (button != nullptr && !button->Default() && !button->Cancel() &&
+                                            rowsOf(*controls.grid) != rowsBefore);
 }
 
 void Recorder::acted(const PersonAct& act, bool done)
 {
     Act kept = std::move(inHand_.back().act);
+    const std::vector<Entry> rows = std::move(inHand_.back().rows);
     inHand_.pop_back();
     Open* open = find(&act.form);
     if (open == nullptr || !open->watch)
@@ -175,7 +191,7 @@ void Recorder::acted(const PersonAct& act, bool done)
     const bool gone = journal == nullptr || journal->closed;
     if (!gone) {
         kept.inner = journal != open;
-        kept.ordered = done && !kept.inner && isOrdered(*open, act);
+        kept.ordered = done && !kept.inner && isOrdered(*open, act, rows);
         kept.closes = open->closed;
         kept.leaves =
             kept.closes && (act.verb == ActVerb::close || act.key == Key::Escape || isCancel(act.control));

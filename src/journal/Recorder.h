@@ -50,8 +50,9 @@ private:
         bool closed = false;
     };
     struct InHand {
-        const Form* form;
+        const Form* form = nullptr;
         Act act;
+        std::vector<Entry> rows = {}; ///< Of the form's grid, before a button was pressed.
     };
 
     Open* find(const Form* form);
@@ -61,7 +62,7 @@ private:
     void start(Open& journal);
     void noteChanges(Open& open, Open& journal, const PersonAct& act, Act& kept);
     std::size_t placeIn(Open& journal, const Place& place);
-    static bool isOrdered(const Open& open, const PersonAct& act);
+    static bool isOrdered(const Open& open, const PersonAct& act, const std::vector<Entry>& rowsBefore);
 
     std::deque<Open> open_;      ///< In the order in which they were loaded.
     std::vector<InHand> inHand_; ///< Acts that have begun, the outermost first.

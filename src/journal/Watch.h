@@ -46,9 +46,9 @@ public:
 
 private:
     struct Watched {
-        Control* control;
-        Input input;
-        Held held;
+        Control* control = nullptr;
+        Input input = Input::text;
+        Held held = {};
     };
     Place placeOf(const Watched& watched) const;
     void noteSubjects();

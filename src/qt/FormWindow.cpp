@@ -3,7 +3,6 @@
 #include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
-#include "qt/Contents.h"
 #include "qt/GridView.h"
 #include "qt/Help.h"
 #include "qt/Legible.h"
@@ -44,8 +43,11 @@ FormWindow::FormWindow(Form& form, QWidget* parent, Zoom* zoom)
     room_.setWidget(sheet_);
     room_.setFrameStyle(QFrame::NoFrame);
     room_.setFocusPolicy(Qt::NoFocus);
-    if (zoom_ != nullptr)
+    if (zoom_ != nullptr) {
         guide_.emplace(form, *this);
+        bar_.emplace(QStringLiteral("avisoVentana"), this);
+        connect(qApp, &QApplication::focusChanged, this, &FormWindow::focusMoved);
+    }
     setObjectName(toQt(form.Name()));
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                    Qt::WindowCloseButtonHint);
@@ -167,7 +169,10 @@ void FormWindow::fit()
     const QSize whole(pixels(form_.Width()), pixels(form_.Height()));
     sheet_->setFixedSize(whole);
     const int line = guide_ && guide_->isSection() ? pixels(lineHeight) : 0;
-    const QSize most = zoom_ == nullptr ? whole : room() - QSize(0, line);
+    const bool barShown = bar_ && !bar_->isHidden();
+    const int least = barShown ? bar_->leastWidth() : 0;
+    const int over = barShown ? bar_->settle(std::max(least, std::min(whole.width(), room().width()))) : 0;
+    const QSize most = zoom_ == nullptr ? whole : room() - QSize(0, line + over);
     const int bar = room_.verticalScrollBar()->sizeHint().width();
     const bool wide = whole.width() > most.width();
     const bool high = whole.height() > most.height();
@@ -176,11 +181,14 @@ void FormWindow::fit()
     room_.setVerticalScrollBarPolicy(shown(high || (wide && whole.height() + bar > most.height())));
     const QSize bars(high ? bar : 0, wide ? bar : 0);
     const QSize inner = (whole + bars).boundedTo(most);
-    room_.setGeometry({QPoint(), inner});
-    setFixedSize(inner + QSize(0, line));
+    room_.setGeometry({{0, over}, inner});
+    const int across = std::max(inner.width(), least);
+    setFixedSize(across, over + inner.height() + line);
+    if (barShown)
+        bar_->setGeometry(0, 0, across, over);
     if (line > 0) {
         const int beside = pixels(margin);
-        guide_->line().setGeometry(beside, inner.height(), inner.width() - 2 * beside, line);
+        guide_->line().setGeometry(beside, over + inner.height(), inner.width() - 2 * beside, line);
     }
 }
 
@@ -201,16 +209,56 @@ void FormWindow::moveInside()
          inside(frame.top(), frame.height(), area.top(), area.height()));
 }
 
+void FormWindow::say(const QString& text, const std::vector<Bar::Choice>& choices)
+{
+    if (!bar_ || !alive_)
+        return;
+    bar_->say(text, choices);
+    fit();
+    if (isVisible())
+        moveInside();
+}
+
+void FormWindow::sayNothing()
+{
+    if (!bar_ || bar_->isHidden())
+        return;
+    if (inBar() && alive_)
+        followFocus();
+    bar_->hide();
+    fit();
+}
+
+bool FormWindow::inBar() const { return bar_ && bar_->isAncestorOf(focusWidget()); }
+
+/// The ring follows a person into the bar, and back.
+void FormWindow::focusMoved(QWidget* from, QWidget* to)
+{
+    if (alive_ && inBar())
+        ring_.setWidget(to);
+    else if (alive_ && !busy() && bar_->isAncestorOf(from) && to != nullptr)
+        followFocus();
+}
+
+bool FormWindow::zoomed(const QKeyEvent& event)
+{
+    if (zoom_ == nullptr || busy() || !zoom_->press(event))
+        return false;
+    follow();
+    moveInside();
+    return true;
+}
+
 bool FormWindow::pressOwn(const QKeyEvent& event)
 {
-    if (zoom_ == nullptr || busy())
-        return false;
-    if (zoom_->press(event)) {
-        follow();
-        moveInside();
+    if (zoomed(event)) {
         followFocus();
         return true;
     }
+    if (zoom_ == nullptr || busy())
+        return false;
+    if (event.key() == Qt::Key_F6 && !bar_->isHidden())
+        return bar_->enter();
     return guide_->press(event, [this](const auto& macro) { return act(macro); });
 }
 
@@ -298,14 +346,6 @@ void FormWindow::takeFocusOver(ControlView& view)
         act([&](Acts& acts) { return acts.focus(view.control()); });
 }
 
-QString FormWindow::contents() const
-{
-    QString text = contentsOf(form_);
-    if (guide_ && guide_->isSection())
-        text += contentsOf(guide_->controls(), guide_->unsaved());
-    return text;
-}
-
 void FormWindow::end()
 {
     alive_ = false;
@@ -366,6 +406,15 @@ void FormWindow::keyPressEvent(QKeyEvent* event)
     // Fallback where no control has the focus: Escape is then a person's way out.
     if (asksForHelp(*event))
         return help();
+    if (inBar()) {
+        if (zoomed(*event))
+            return;
+        if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_F6)
+            followFocus();
+        else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            dynamic_cast<QPushButton&>(*focusWidget()).click();
+        return;
+    }
     if (pressOwn(*event))
         return;
     const auto key = keystrokeOf(*event);

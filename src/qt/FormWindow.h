@@ -1,5 +1,6 @@
 #pragma once
 
+#include "qt/Bar.h"
 #include "qt/ControlView.h"
 #include "qt/FocusRing.h"
 #include "qt/PupilGuide.h"
@@ -39,8 +40,6 @@ public:
     std::optional<bool> takeOutcome() { return std::exchange(outcome_, std::nullopt); }
     bool busy() const override { return busy_ != 0; }
     bool alive() const override { return alive_; }
-    /// What the form holds, to be read: the fields, and what all its pupils showed last.
-    QString contents() const;
     /// Detaches the window from its form, which may be destroyed.
     void end();
     void changed(const PropertyBase& property);
@@ -59,6 +58,12 @@ public:
     }
     /// Ends the set-up: from here on acts are accepted.
     void ready();
+
+    /// Says something in a bar over the form, whose controls stay where they are on their sheet. A bare
+    /// window has none.
+    void say(const QString& text, const std::vector<Bar::Choice>& choices);
+    /// Takes the bar away; the focus goes back to the form.
+    void sayNothing();
 
     void help() override;
     bool pressOwn(const QKeyEvent& event) override;
@@ -82,6 +87,9 @@ private:
     /// Factor to the natural size: that of the desktop's letters as far as the screen allows, and the zoom.
     double scaleWanted() const;
     QSize room() const;
+    bool zoomed(const QKeyEvent& event);
+    bool inBar() const;
+    void focusMoved(QWidget* from, QWidget* to);
     void look();
     /// Font whose metrics fit the sizes that the forms give their controls.
     QFont fittingFont() const;
@@ -97,6 +105,7 @@ private:
     bool alive_ = true;
     Zoom* zoom_;
     double scale_ = 1;
+    std::optional<Bar> bar_;
     QScrollArea room_{this};
     QWidget* sheet_;
     std::optional<PupilGuide> guide_;

@@ -1,5 +1,6 @@
 #include "qt/QtDesktop.h"
 
+#include "journal/Recorder.h"
 #include "qt/Help.h"
 #include "qt/MessageAid.h"
 #include "qt/QtText.h"
@@ -40,6 +41,8 @@ QtDesktop::~QtDesktop()
 {
     if (!waiting_.empty())
         QApplication::restoreOverrideCursor();
+    if (keeps_)
+        journal::onTrouble({});
     // Detached first: the forms may be destroyed already.
     for (Shown& each : windows_) {
         each.window->end();
@@ -56,12 +59,23 @@ FormWindow* QtDesktop::windowOf(const Form& form) const
     return nullptr;
 }
 
-QString QtDesktop::contents() const
+void QtDesktop::keepDrafts()
 {
-    QString text;
-    for (const Shown& each : windows_)
-        text += each.window->contents();
-    return text;
+    if (!journal::record())
+        return;
+    keeps_ = true;
+    journal::onTrouble([this](StringView why) {
+        trouble_ = toQt(why);
+        for (const Shown& each : windows_)
+            each.drafts->tell();
+    });
+}
+
+bool QtDesktop::keptDrafts() const
+{
+    return windows_.empty() || (journal::recording() && std::ranges::all_of(windows_, [](const Shown& each) {
+                                    return journal::recorder().sync(each.window->form());
+                                }));
 }
 
 QWidget* QtDesktop::front() const
@@ -75,7 +89,11 @@ QWidget* QtDesktop::front() const
 void QtDesktop::opened(Form& form)
 {
     forget(form);
-    windows_.push_back({std::make_unique<FormWindow>(form, front(), helps() ? &zoom_ : nullptr), depth_});
+    auto window = std::make_unique<FormWindow>(form, front(), helps() ? &zoom_ : nullptr);
+    auto drafts = std::make_unique<DraftAid>(*window, trouble_);
+    windows_.push_back({std::move(window), depth_, std::move(drafts)});
+    if (helps() && journal::recording())
+        windows_.back().drafts->offer();
     windows_.back().window->show();
 }
 
@@ -92,6 +110,9 @@ void QtDesktop::runModal(Form& form)
     if (!form.Visible())
         forget(form);
     sweep(depth);
+    // What has been taken note of in the other window.
+    for (const Shown& each : windows_)
+        each.drafts->tell();
     // A question and its dialog that go at once leave some desktops without a window that has the keyboard.
     if (QWidget* below = front(); below != nullptr)
         below->activateWindow();

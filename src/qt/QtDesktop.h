@@ -1,6 +1,7 @@
 #pragma once
 
 #include "forms/Desktop.h"
+#include "qt/DraftAid.h"
 #include "qt/FormWindow.h"
 
 #include <set>
@@ -34,10 +35,13 @@ public:
     void boundTo(const QSize& screen) { zoom_.boundTo(screen); }
     /// Draws windows whole, also those that are larger than the screen.
     void showWhole() { boundTo({QWIDGETSIZE_MAX, QWIDGETSIZE_MAX}); }
+    /// Writes down what is typed as it is typed, and offers it again after the program has died, in a bar
+    /// over the dialog, unless ZV_DIARIO=no in the environment says otherwise. For the rest of the process.
+    void keepDrafts();
+    /// Whether all that was typed in the open windows is on the disk; waits for it.
+    bool keptDrafts() const;
     /// How many messages have been shown.
     int told() const { return told_; }
-    /// What all open windows hold, to be read; "" if none is open.
-    QString contents() const;
     /// Lookup: the window of an open form, or nullptr.
     FormWindow* windowOf(const Form& form) const;
 
@@ -61,11 +65,14 @@ private:
     struct Shown {
         std::unique_ptr<FormWindow> window;
         int depth;
+        std::unique_ptr<DraftAid> drafts;
     };
     std::vector<Shown> windows_; ///< In order of opening.
     std::vector<Shown> gone_;    ///< Closed, and kept until no event for their widgets can be pending.
     int depth_ = 0;
     int told_ = 0;
+    bool keeps_ = false;
+    QString trouble_; ///< Why nothing that is typed can be kept, until a person has taken note.
     Zoom zoom_;
     std::set<const Form*> waiting_; ///< Forms that show the hourglass.
 };

@@ -21,6 +21,15 @@ String timeText(const std::tm* time)
     return fromUtf8(text);
 }
 
+/// Day of a text in the format of momentText(): "12/9/2024".
+String dayTold(StringView text)
+{
+    const auto number = [&](std::size_t from, std::size_t length) {
+        return decimalText(numberIn(text.substr(from, length)).value_or(0));
+    };
+    return number(8, 2) + u"/" + number(5, 2) + u"/" + number(0, 4);
+}
+
 } // namespace
 
 std::optional<int> numberIn(StringView digits)
@@ -91,6 +100,17 @@ std::optional<Seconds> localMomentIn(StringView text)
         if (const auto shown = momentIn(localText(result)))
             result += *wanted - *shown;
     return result;
+}
+
+String whenTold(Seconds time, Seconds now)
+{
+    const String local = localText(time);
+    const String hour = decimalText(numberIn(local.substr(11, 2)).value_or(0)) + local.substr(13, 3);
+    const auto sameDay = [&](Seconds other) { return localText(other).substr(0, 10) == local.substr(0, 10); };
+    const String which = sameDay(now)                            ? u"hoy"
+                         : sameDay(now - std::chrono::hours(24)) ? u"ayer"
+                                                                 : u"el " + dayTold(local);
+    return which + (hour.starts_with(u"1:") ? u" a la " : u" a las ") + hour;
 }
 
 } // namespace zv

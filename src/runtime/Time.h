@@ -24,5 +24,8 @@ std::optional<int> numberIn(StringView digits);
 String localText(Seconds time);
 /// Inverse of localText(), with the formats of momentIn(). Of an hour that a night has twice it is either.
 std::optional<Seconds> localMomentIn(StringView text);
+/// Says it in words: "hoy a las 9:14", "ayer a la 1:05", "el 12/9/2024 a las 9:14"; `now` says which day is
+/// today.
+String whenTold(Seconds time, Seconds now);
 
 } // namespace zv

@@ -70,6 +70,8 @@ inline Seen seenIn(const Form& form)
     for (Control* control : form.Controls) {
         std::string& text = seen[toUtf8(form.Name() + u"." + control->fullName())];
         if (const auto* grid = dynamic_cast<const MSFlexGrid*>(control)) {
+            if (!grid->Visible()) // Another page's.
+                continue;
             for (Long row = 1; row < grid->Rows(); ++row)
                 for (Long column = 0; column < grid->Cols(); ++column)
                     if (grid->ColWidth(column) != 0)

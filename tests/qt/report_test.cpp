@@ -143,14 +143,6 @@ TEST_F(Primary, what_takes_the_list_away_commits_to_the_pupil_and_the_cell_being
         EXPECT_EQ(widget(text).findChild<QLabel*>()->text().toInt(),
                   200 - static_cast<int>(text.Text().size()));
         QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(0).center());
-        // What can be read of the section when the program has to end.
-        const std::string kept = tutor.contents().toStdString();
-        for (const Long pupil : {0, 1})
-            EXPECT_THAT(kept, testing::HasSubstr("\n== " + toUtf8(dialog.cboAlumno.List(pupil)) + " ==\n" +
-                                                 toUtf8(dialog.TabInfInd.Tabs(1).Caption) + ", " +
-                                                 toUtf8(dialog.msgValores.TextMatrix(1, 0)) + ": " +
-                                                 (pupil == 0 ? first : " ") + "\n"));
-        EXPECT_NE(kept.find("uno dos"), kept.rfind("uno dos")) << "on the screen and by pupil";
         // Saving with the list open.
         expect(0, 6, rate(6, Qt::Key_End));
         click(dialog.cmdNotaManual1(0));

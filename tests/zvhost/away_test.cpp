@@ -1,12 +1,11 @@
 #include "HostFixture.h"
 
+#include "journal/Journals.h"
+#include "journal/Recorder.h"
 #include "runtime/PrivateFile.h"
-#include "zvhost/KeptText.h"
 #include "zvhost/ServerWait.h"
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 namespace zv::host {
@@ -134,49 +133,55 @@ TEST_F(AwayTest, who_closes_the_program_finds_what_was_typed)
     const std::filesystem::path state =
         std::filesystem::temp_directory_path() / ("zv-estado-" + std::to_string(getpid()));
     setenv("XDG_STATE_HOME", state.c_str(), 1);
-    std::ofstream(state) << "no folder";
+    const auto bar = [this] {
+        const auto& told = *window->findChild<QWidget*>(QStringLiteral("aviso"));
+        return told.isVisible() ? told.findChild<QLabel*>()->text().toStdString() : "";
+    };
     accept([&] {
         then([&] {
             read();
-            EXPECT_THAT(asked, HasSubstr("no se ha podido guardar"));
-            std::filesystem::remove(state);
-            then([&] {
+            EXPECT_THAT(asked, HasSubstr("no se ha podido apuntar")) << "nothing keeps drafts here";
+            key(Qt::Key_Escape);
+            then([this] {
                 EXPECT_THAT(said(), HasSubstr("El servidor no responde"));
-                EXPECT_EQ(ended, 0);
-                then([&] {
-                    read();
-                    EXPECT_THAT(asked, HasSubstr((state / "ZVConfiguracion" / "sin-servidor-").string()));
-                    thenAnswer();
-                    key(Qt::Key_Return);
-                });
-                pressAfter(2);
+                thenAnswer();
+                pressAfter(1);
             });
-            key(Qt::Key_Return);
         });
+        pressAfter(2);
+    });
+    EXPECT_EQ(ended, 0);
+    unsetenv("ZV_DIARIO");
+    screen.keepDrafts();
+    setenv("ZV_DIARIO", "no", 1);
+    weak->away->givenUp = false;
+    std::filesystem::path file;
+    accept([&] {
+        file = journal::journalFiles(journal::recordedFolder()).at(0);
+        copy_file(file, state / "muerto");
+        thenAnswer();
         pressAfter(2);
     });
     EXPECT_EQ(ended, 1);
     EXPECT_EQ(saved(), "0");
-    const std::filesystem::path file = std::filesystem::directory_iterator(state / "ZVConfiguracion")->path();
+    EXPECT_FALSE(exists(file)) << "the dialog did close here";
+    rename(state / "muerto", file);
     EXPECT_FALSE(openToOthers(file));
-    std::ostringstream text;
-    text << std::ifstream(file).rdbuf();
-    EXPECT_THAT(text.str(), HasSubstr("== Nuevo Estado Civil ==\nEstado Civil: Conviviente\n"));
-    for (const bool deletes : {false, true}) {
-        EXPECT_TRUE(exists(file));
-        then([&] {
-            read();
-            EXPECT_THAT(asked,
-                        HasSubstr("Al cerrar sin servidor se guardó lo que mostraban las ventanas, en\n" +
-                                  file.string()));
-            for (QAbstractButton* each : box().findChildren<QAbstractButton*>())
-                if (each->text() == (deletes ? QStringLiteral("&Borrar") : QStringLiteral("&Más tarde")))
-                    QTest::keyClick(each, Qt::Key_Space);
-        });
-        offerKeptTexts(home);
-    }
+    weak->away.reset();
+    window->use(std::make_unique<Host>(u"sqlite:otro.db", school));
+    EXPECT_EQ(bar(), "") << "of another school";
+    window->use(std::make_unique<Host>(u"sqlite:colegio.db", school));
+    EXPECT_THAT(bar(),
+                ContainsRegex("^Hay textos sin guardar de (hoy|ayer) .* en «Nuevo Estado Civil»: 1 texto$"));
+    then([] {
+        key(Qt::Key_R, Qt::AltModifier);
+        key(Qt::Key_Return);
+    });
+    key(Qt::Key_B, Qt::AltModifier);
+    EXPECT_EQ(saved(), "1");
+    EXPECT_EQ(bar(), "");
     EXPECT_FALSE(exists(file));
-    offerKeptTexts(home);
+    journal::recording(false);
     std::filesystem::remove_all(state);
     unsetenv("XDG_STATE_HOME");
 }

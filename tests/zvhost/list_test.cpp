@@ -5,6 +5,7 @@
 #include "session/cNombreNodo.h"
 #include "zvhost/Deletion.h"
 #include "zvhost/People.h"
+#include "zvhost/Reminder.h"
 
 #include <QClipboard>
 #include <QHeaderView>
@@ -285,6 +286,18 @@ TEST_F(ListTest, a_backup_is_made_and_told)
     window->backUpTo(copy, QString());
     EXPECT_EQ(care::checkCopy(copy.toStdU16String()).tables, 137);
     EXPECT_THAT(done(), HasSubstr("Copia comprobada"));
+    // From then on, and from the first day where there is none, a week goes by before anything is said.
+    Remembered memory(Remembered::Where::nowhere);
+    const auto said = [&](int days) {
+        return Reminder(memory, window->host(), QDate::currentDate().addDays(days)).due().toStdString();
+    };
+    EXPECT_EQ(said(-20), "");
+    EXPECT_EQ(said(-13), "");
+    EXPECT_THAT(said(-12), HasSubstr("desde hace 8 días"));
+    Reminder(memory, window->host(), QDate::currentDate().addDays(-12)).copied(copy);
+    EXPECT_EQ(said(7), "") << "the file is of today";
+    EXPECT_THAT(said(8), HasSubstr("de hace 8 días"));
+    EXPECT_EQ(said(8), "") << "once a day";
 }
 
 TEST_F(ListTest, columns_use_the_width_there_is_until_one_is_dragged)

@@ -62,6 +62,7 @@ public:
     explicit QtScreen(std::unique_ptr<OwnApplication> application) : application_(std::move(application))
     {
         desktop_.rememberZoom();
+        desktop_.keepDrafts();
     }
     Desktop& desktop() override { return desktop_; }
     Reach reach() const override

@@ -12,14 +12,6 @@ namespace {
 
 constexpr StringView enciphered = u"Enfermedad";
 
-String day(StringView local)
-{
-    const auto number = [&](std::size_t from, std::size_t length) {
-        return decimalText(numberIn(local.substr(from, length)).value_or(0));
-    };
-    return number(8, 2) + u"/" + number(5, 2) + u"/" + number(0, 4);
-}
-
 String change(StringView table, const Fields& from, const Fields& to)
 {
     String result;
@@ -57,15 +49,7 @@ StringView wordFor(Kind kind)
 String whenTold(StringView moment, Seconds now)
 {
     const auto time = momentIn(moment);
-    if (!time)
-        return String(moment);
-    const String local = localText(*time);
-    const String hour = decimalText(numberIn(local.substr(11, 2)).value_or(0)) + local.substr(13, 3);
-    const auto sameDay = [&](Seconds other) { return localText(other).substr(0, 10) == local.substr(0, 10); };
-    const String which = sameDay(now)                            ? u"hoy"
-                         : sameDay(now - std::chrono::hours(24)) ? u"ayer"
-                                                                 : u"el " + day(local);
-    return which + (hour.starts_with(u"1:") ? u" a la " : u" a las ") + hour;
+    return time ? zv::whenTold(*time, now) : String(moment);
 }
 
 String whoTold(const Opening& opening)

@@ -10,7 +10,7 @@ namespace zv::history {
 
 /// A kind of entry in a word, for lists and JSON: "alta", "cambio".
 StringView wordFor(Kind kind);
-/// "hoy a las 9:14", "ayer a las 9:14", "el 12/9/2024 a las 9:14"; `now` says which day is today.
+/// As zv::whenTold(), of a moment of the history; a text that is none is given as it stands.
 String whenTold(StringView moment, Seconds now);
 /// Who: "ANA en frmBanco"; without a name the user's number.
 String whoTold(const Opening& opening);

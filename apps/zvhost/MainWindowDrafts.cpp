@@ -1,0 +1,73 @@
+// What was typed and never saved, because the program died: told at the start, opened again, thrown away.
+#include "journal/Recorder.h"
+#include "qt/DraftAid.h"
+#include "qt/DraftView.h"
+#include "qt/QtText.h"
+#include "session/cConstCol.h"
+#include "zvhost/MainWindow.h"
+#include "zvhost/Widgets.h"
+
+namespace zv::host {
+
+void MainWindow::tellDrafts()
+{
+    notice_.forget(Notice::Drafts::all);
+    if (!journal::recording())
+        return;
+    host_->handSession();
+    try {
+        for (const journal::Found& each : journal::draftsOfSession(journal::recordedFolder()))
+            tellDraft(each);
+    } catch (const std::exception&) {
+        // The key cannot be read: the first dialog that is opened tells why.
+    }
+}
+
+void MainWindow::tellDraft(const journal::Found& found)
+{
+    const journal::Opening& opening = found.draft.opening;
+    const bool section = opening.section.number != 0;
+    const Node* node = nodeOf(section ? opening.opener : opening.dialog);
+    const QString where =
+        section ? QStringLiteral("«%1» de %2").arg(toQt(opening.title), toQt(opening.section.text))
+                : QStringLiteral("«%1»").arg(toQt(opening.title));
+    std::vector<Bar::Choice> choices;
+    bool there = node != nullptr;
+    if (there && node->hasList() && opening.action == cConstCol::Modificado)
+        tried(this, QStringLiteral("La fila no se ha podido leer."),
+              [&] { there = host_->has(*node, opening.row); });
+    if (there)
+        choices.push_back(
+            {QStringLiteral("Abrir"), Qt::Key_B, [this, node, opening] { openDraft(*node, opening); }});
+    choices.push_back({QStringLiteral("Ver"), Qt::Key_R, [this, found] {
+                           showDraft(
+                               *this,
+                               QStringLiteral("Lo que se escribió y no se guardó, de %1, junto a lo que "
+                                              "había entonces.")
+                                   .arg(timeOf(found.draft)),
+                               zv::rowsOf(found.draft));
+                       }});
+    choices.push_back({QStringLiteral("Descartar"), Qt::Key_D, [this, found] {
+                           if (asksToDiscard(*this, found.draft)) {
+                               journal::discard(found.path);
+                               notice_.forget(Notice::Drafts::gone);
+                           }
+                       }});
+    notice_.tell({QStringLiteral("Hay %1 sin guardar de %2 en %3: %4%5")
+                      .arg(kindOf(found.draft), timeOf(found.draft), where, countOf(found.draft),
+                           there ? QString() : QStringLiteral(". La fila ya no está")),
+                  std::move(choices),
+                  {},
+                  found.path});
+}
+
+void MainWindow::openDraft(const Node& node, const journal::Opening& opening)
+{
+    go(node);
+    if (opening.section.number != 0)
+        openSection(opening.section.number);
+    else
+        openDialog(opening.action, opening.row);
+}
+
+} // namespace zv::host
