@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <vector>
 
 namespace zv::zvconf {
 namespace {
@@ -260,7 +261,16 @@ void refuseWhileOpen(const String& url)
 {
     if (!engineOf(url).exists(locationOf(url)))
         return;
-    for (const Registration& each : registrations(*openSchool(url).centro))
+    std::vector<Registration> open;
+    try {
+        open = registrations(*engineOf(url).open(locationOf(url), Database::centro));
+    } catch (const RuntimeError& error) {
+        if (error.number() == failure::locked || error.number() == failure::connectionLost)
+            throw;
+        printLine(u"De lo que hay no se ha podido leer quién lo tiene abierto, y se aparta como está: " +
+                  error.description());
+    }
+    for (const Registration& each : open)
         if (!each.gone)
             throw RuntimeError(
                 failure::locked,

@@ -1,6 +1,7 @@
 #include "care/Copies.h"
 
 #include "care/Move.h"
+#include "care/Scratch.h"
 #include "data/DataError.h"
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
@@ -15,7 +16,6 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
-#include <random>
 #include <set>
 #include <utility>
 
@@ -26,47 +26,6 @@ namespace fs = std::filesystem;
 
 /// Name of the extracted live database.
 constexpr const char* extractedName = "restaurada.db";
-
-/// As far as the disk knows of owners: a stick with the files of other systems does not.
-void closeToOthers(const fs::path& place, fs::perms owners)
-{
-    std::error_code ignored;
-    fs::permissions(place, owners, ignored);
-}
-
-/// Scratch folder for its owner alone, beside a file; the destructor removes it.
-class Scratch {
-public:
-    explicit Scratch(fs::path file) : folder_(std::move(file))
-    {
-        folder_ += ".haciendo";
-        fs::remove_all(folder_);
-        fs::create_directory(folder_);
-        closeToOthers(folder_, fs::perms::owner_all);
-    }
-    /// The same for a file that is only read: in the system's folder where the file's own takes none.
-    static Scratch toRead(const fs::path& file)
-    {
-        try {
-            return Scratch(file);
-        } catch (const fs::filesystem_error&) {
-            return Scratch(fs::temp_directory_path() /
-                           (file.filename().string() + '-' + std::to_string(std::random_device()())));
-        }
-    }
-    Scratch(const Scratch&) = delete;
-    Scratch& operator=(const Scratch&) = delete;
-    ~Scratch()
-    {
-        std::error_code ignored;
-        fs::remove_all(folder_, ignored);
-    }
-    fs::path file(Database which, const char* name) const { return fileOf(folder_ / name, which); }
-    String url(const char* name) const { return u"sqlite:" + (folder_ / name).u16string(); }
-
-private:
-    fs::path folder_;
-};
 
 /// The school's place, the same from every working folder.
 std::string originOf(StringView url)
@@ -127,13 +86,6 @@ void forgetStations(StringView url)
     }
 }
 
-/// Puts an extracted copy at a place where there is no school.
-void install(const Scratch& scratch, StringView url)
-{
-    if (!engineOf(url).install(locationOf(url), scratch.file(Database::centro, extractedName)))
-        moveSchool(scratch.url(extractedName), url);
-}
-
 /// Removes what would act in the restored school by itself; the lines that tell it.
 std::vector<String> disarm(StringView url)
 {
@@ -188,11 +140,16 @@ CopyReport extracted(const fs::path& file, const Scratch& scratch)
     return report;
 }
 
+[[noreturn]] void failExists(const fs::path& file)
+{
+    throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» ya existe: elija otro nombre.");
+}
+
 CopyReport copied(StringView url, const fs::path& file, const std::string& key, const std::string& passphrase)
 {
     if (fs::exists(file))
-        throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» ya existe: elija otro nombre.");
-    const Scratch scratch(file);
+        failExists(file);
+    const Scratch scratch({file.parent_path()});
     Manifest manifest;
     {
         Engine& engine = engineOf(url);
@@ -218,31 +175,51 @@ CopyReport copied(StringView url, const fs::path& file, const std::string& key, 
     closeToOthers(draft, fs::perms::owner_read | fs::perms::owner_write);
     if (const std::error_code error = owneronly::flush(draft))
         throw fs::filesystem_error("no se puede escribir", file, error);
-    fs::rename(draft, file);
+    if (const std::error_code error = owneronly::place(draft, file); error == std::errc::file_exists)
+        failExists(file);
+    else if (error)
+        throw fs::filesystem_error("no se puede escribir", file, error);
     return report;
+}
+
+/// Room for a copy that is only read, where a full or small stick does not matter.
+Scratch scratchFor(const fs::path& file, const fs::path& near)
+{
+    std::error_code ignored;
+    const std::uintmax_t size = fs::file_size(file, ignored);
+    std::vector<fs::path> folders{fs::temp_directory_path(), file.parent_path()};
+    if (!near.empty())
+        folders.insert(folders.begin(), near);
+    return Scratch(folders, ignored ? 0 : size);
+}
+
+/// URL where the school that is there is kept: a name of its own, even for two in one second.
+String keptUrl(Engine& engine, StringView url)
+{
+    String when = u"antes-" + momentNow().substr(0, 19);
+    std::ranges::replace_if(
+        when, [](char16_t each) { return each == u' ' || each == u':'; }, u'-');
+    for (Long number = 2;; ++number) {
+        const String kept = engine.beside(locationOf(url), when);
+        if (!engine.exists(kept))
+            return String(engine.scheme()) + u":" + kept;
+        when = when.substr(0, 25) + u"-" + decimalText(number);
+    }
 }
 
 String restored(const fs::path& file, StringView url)
 {
-    const Scratch scratch = Scratch::toRead(file);
-    extracted(file, scratch);
     Engine& engine = engineOf(url);
-    if (!engine.exists(locationOf(url))) {
-        install(scratch, url);
-        return {};
+    const Scratch scratch = scratchFor(file, engine.folder(locationOf(url)));
+    extracted(file, scratch);
+    const String kept = engine.exists(locationOf(url)) ? keptUrl(engine, url) : String();
+    if (!engine.install(locationOf(url), scratch.file(Database::centro, extractedName), locationOf(kept))) {
+        const String from = scratch.url(extractedName);
+        Engine& source = engineOf(from);
+        copySchool(
+            source.snapshot(locationOf(from)), source, url, [](StringView, Long) {}, kept);
     }
-    const auto urlOf = [&](StringView location) { return String(engine.scheme()) + u":" + String(location); };
-    const String made = engine.beside(locationOf(url), u"restaurado");
-    // Left behind by a killed process.
-    for (const Database which : everyDatabase)
-        engine.remove(made, which);
-    install(scratch, urlOf(made));
-    String when = u"antes-" + momentNow().substr(0, 19);
-    std::ranges::replace_if(
-        when, [](char16_t each) { return each == u' ' || each == u':'; }, u'-');
-    const String kept = engine.beside(locationOf(url), when);
-    engine.replace(locationOf(url), made, kept);
-    return urlOf(kept);
+    return kept;
 }
 
 /// Error translation: what the system says of files, in a sentence that says what to do.
@@ -272,7 +249,7 @@ CopyReport takeCopy(StringView url, const fs::path& file, const std::string& key
 CopyReport checkCopy(const fs::path& file)
 {
     return told(file, [&] {
-        const Scratch scratch = Scratch::toRead(file);
+        const Scratch scratch = scratchFor(file, {});
         return extracted(file, scratch);
     });
 }

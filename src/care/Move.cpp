@@ -17,14 +17,14 @@ namespace {
 } // namespace
 
 Moved copySchool(const School& school, Engine& source, StringView to,
-                 const std::function<void(StringView table, Long rows)>& tell)
+                 const std::function<void(StringView table, Long rows)>& tell, StringView kept)
 {
     if (const std::vector<String> foreign = foreignParts(school, source); !foreign.empty())
         failFor(foreign,
                 u"No se ha copiado nada: se perderían. Quítelas de ahí, o cópielas con las herramientas del "
                 u"servidor.");
     Moved moved;
-    createSchool(to, [&](School& made) {
+    const auto fill = [&](School& made) {
         Engine& target = engineOf(to);
         copyContents(school, source, made, target, [&](StringView table, Long rows) {
             ++moved.tables;
@@ -36,7 +36,8 @@ Moved copySchool(const School& school, Engine& source, StringView to,
         if (!different.empty())
             failFor(different,
                     u"No se ha copiado nada: lo copiado no es igual. El centro de partida está como estaba.");
-    });
+    };
+    createSchool(to, fill, kept);
     return moved;
 }
 

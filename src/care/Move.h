@@ -10,9 +10,9 @@ struct Moved {
     Long rows = 0;
 };
 
-/// Copies a school that is read already, as moveSchool().
+/// Copies a school that is read already, as moveSchool(). `kept`: as createSchool().
 Moved copySchool(const School& school, Engine& source, StringView to,
-                 const std::function<void(StringView table, Long rows)>& tell);
+                 const std::function<void(StringView table, Long rows)>& tell, StringView kept = {});
 
 /// Copies a school to a place where there is none, of any engine that can make one, and compares both by
 /// content before it is put in place: it is there whole, or not at all. The first stays as it is, and is read

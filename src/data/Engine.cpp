@@ -61,10 +61,9 @@ namespace {
 
 bool Engine::exists(StringView /*location*/) { failMaking(); }
 String Engine::beside(StringView /*location*/, StringView /*word*/) { failMaking(); }
-void Engine::replace(StringView /*location*/, StringView /*with*/, StringView /*kept*/) { failMaking(); }
 
-ForwardedSchoolToBe::ForwardedSchoolToBe(StringView url)
-    : scheme_(engineOf(url).scheme()), inner_(engineOf(url).make(locationOf(url)))
+ForwardedSchoolToBe::ForwardedSchoolToBe(StringView url, StringView kept)
+    : scheme_(engineOf(url).scheme()), inner_(engineOf(url).make(locationOf(url), locationOf(kept)))
 {}
 
 std::filesystem::path fileOf(const std::filesystem::path& live, Database which)

@@ -30,7 +30,7 @@ public:
     /// URL location of its databases meanwhile.
     virtual String location() const = 0;
     /// Moves all three into place, or none; no connection to them may be open. Fails if a school exists there
-    /// by now.
+    /// by now that is not to be kept elsewhere, or a station has one open that the engine would leave behind.
     virtual void putInPlace() = 0;
 };
 
@@ -38,7 +38,7 @@ public:
 /// are another's with a word before them.
 class ForwardedSchoolToBe final : public SchoolToBe {
 public:
-    explicit ForwardedSchoolToBe(StringView url);
+    ForwardedSchoolToBe(StringView url, StringView kept);
     String location() const override { return scheme_ + u":" + inner_->location(); }
     void putInPlace() override { inner_->putInPlace(); }
 
@@ -66,22 +66,25 @@ public:
     /// The three databases, read only, as they all were at one instant, however many stations write
     /// meanwhile: for as long as the connections live. Fails where the engine cannot.
     virtual School snapshot(StringView location);
-    /// Whether there is a school at a location.
+    /// Whether there is a school at a location, or a part of one.
     virtual bool exists(StringView location);
     /// Location of a school beside that one, with a word behind its name.
     virtual String beside(StringView location, StringView word);
-    /// Puts the school of one location (`with`) in the place of another's, which is kept at a third: all
-    /// three databases or none, whenever the process ends. Fails where a station has one open that the engine
-    /// would leave behind.
-    virtual void replace(StringView location, StringView with, StringView kept);
+    /// Folder of a location's files; empty where there are none.
+    virtual std::filesystem::path folder(StringView /*location*/) { return {}; }
     /// Copies the database, as the connection's transaction sees it, into a new SQLite file; false, and
     /// nothing done, where the engine is another.
     virtual bool backup(Connection& /*connection*/, const std::filesystem::path& /*file*/) { return false; }
-    /// Puts copies of three such files (the live one's path) at a location where there is no school, all or
-    /// none; false, and nothing done, where the engine is another.
-    virtual bool install(StringView /*location*/, const std::filesystem::path& /*live*/) { return false; }
-    /// Begins a school at a location. Fails if one of its databases is there already.
-    virtual std::unique_ptr<SchoolToBe> make(StringView location) = 0;
+    /// Puts copies of three such files (the live one's path) at a location, as make(), all or none; false,
+    /// and nothing done, where the engine is another.
+    virtual bool install(StringView /*location*/, const std::filesystem::path& /*live*/, StringView /*kept*/)
+    {
+        return false;
+    }
+    /// Begins a school at a location. `kept`: the location where what is there goes in the moment in which
+    /// the new one takes its place, whole or in parts; its users and their rights stay. Without one it fails
+    /// if one of the databases is there already.
+    virtual std::unique_ptr<SchoolToBe> make(StringView location, StringView kept) = 0;
     /// Makes a new, empty database (no tables yet). Fails if there is one already.
     virtual ConnectionPtr create(StringView location, Database which) = 0;
     /// Deletes a database that create() made; its connections must be closed. A missing one is no failure.

@@ -55,10 +55,10 @@ School openSchool(StringView url, const std::function<void(const School&)>& chec
 }
 School inspectSchool(StringView url) { return existing(url, &Engine::inspect); }
 
-School createSchool(StringView url, const std::function<void(School&)>& fill)
+School createSchool(StringView url, const std::function<void(School&)>& fill, StringView kept)
 {
     Engine& engine = engineOf(url);
-    const std::unique_ptr<SchoolToBe> making = engine.make(locationOf(url));
+    const std::unique_ptr<SchoolToBe> making = engine.make(locationOf(url), locationOf(kept));
     {
         School school;
         for (const Database which : everyDatabase) {

@@ -17,8 +17,8 @@ School openSchool(StringView url, const std::function<void(const School&)>& chec
 School inspectSchool(StringView url);
 /// Creates the three databases with all their tables, empty or filled by the callback, all or nothing: until
 /// all is there they are nowhere to be found. Fails if one exists already or `fill` fails, and then leaves
-/// nothing behind.
-School createSchool(StringView url, const std::function<void(School&)>& fill = {});
+/// nothing behind. `kept`: URL where the one that is there is kept, which then may be.
+School createSchool(StringView url, const std::function<void(School&)>& fill = {}, StringView kept = {});
 /// Temporary databases with all tables, empty, deleted with their connections; "sqlite:" keeps them in
 /// memory.
 School temporarySchool(StringView url = u"sqlite:");

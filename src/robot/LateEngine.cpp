@@ -93,9 +93,9 @@ public:
     {
         return reached(url, which, &Engine::create);
     }
-    std::unique_ptr<SchoolToBe> make(StringView url) override
+    std::unique_ptr<SchoolToBe> make(StringView url, StringView kept) override
     {
-        return std::make_unique<ForwardedSchoolToBe>(url);
+        return std::make_unique<ForwardedSchoolToBe>(url, kept);
     }
     std::vector<String> damage(Connection& connection) override
     {

@@ -43,6 +43,9 @@ std::error_code place(const fs::path& draft, const fs::path& file)
     std::error_code error;
     fs::create_hard_link(draft, file, error);
     std::error_code ignored;
+    // Fallback: some disks have no hard links.
+    if (error && error != std::errc::file_exists && fs::exists(draft, ignored) && !fs::exists(file, ignored))
+        fs::rename(draft, file, error);
     fs::remove(draft, ignored);
     // The directory's entry, which a crash would otherwise lose.
     if (!error)

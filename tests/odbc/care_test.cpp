@@ -9,6 +9,7 @@
 #include "data/odbc/OdbcEngine.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "estaciones/Stations.h"
+#include "odbc/Moving.h"
 #include "robot/OddTexts.h"
 #include "runtime/Convert.h"
 #include "suite/Sample.h"
@@ -69,37 +70,6 @@ void fillByChance(School& school, std::uint32_t seed)
             }
 }
 
-std::vector<care::TableContents> contentsAt(const String& url)
-{
-    return care::contentsOf(inspectSchool(url), engineOf(url));
-}
-
-/// A place on the server for this process alone: tests run beside each other.
-String server() { return u"odbc:DSN=zv_prueba;ESQUEMA=mudanza" + decimalText(static_cast<Long>(getpid())); }
-
-struct Moving : testing::Test {
-    std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("zv-mudar-" + std::to_string(getpid()));
-    Moving()
-    {
-        registerEngine(sqliteEngine(Durability::off));
-        registerEngine(odbcEngine());
-        registerCipher([key = CipherKey::random()](bool) { return key; });
-        std::filesystem::create_directories(folder);
-    }
-    ~Moving() override
-    {
-        std::filesystem::remove_all(folder);
-        remove(server());
-    }
-    static void remove(const String& url)
-    {
-        for (const Database which : {Database::centro, Database::borrado, Database::entrada})
-            engineOf(url).remove(locationOf(url), which);
-    }
-    String file(StringView name) const { return u"sqlite:" + (folder / name).u16string(); }
-};
-
 /// Stations that write a row into the live database and then its twin into that of deleted records, without
 /// pause.
 class Writers {
@@ -133,11 +103,6 @@ private:
     std::atomic<bool> ended_ = false;
     std::vector<std::thread> threads_;
 };
-
-Long rowsOf(const ConnectionPtr& base)
-{
-    return CLng(base->Execute(u"SELECT COUNT(*) AS n FROM profesion WHERE nombre='x'")->Fields(u"n"));
-}
 
 } // namespace
 

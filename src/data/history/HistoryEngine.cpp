@@ -71,22 +71,19 @@ public:
     {
         return String(inner(url).scheme()) + u":" + inner_->beside(locationOf(url), word);
     }
-    void replace(StringView url, StringView with, StringView kept) override
-    {
-        inner(url).replace(locationOf(url), locationOf(with), locationOf(kept));
-    }
+    std::filesystem::path folder(StringView url) override { return inner(url).folder(locationOf(url)); }
     bool backup(Connection& connection, const std::filesystem::path& file) override
     {
         return inner_->backup(opened(connection), file);
     }
-    bool install(StringView url, const std::filesystem::path& live) override
+    bool install(StringView url, const std::filesystem::path& live, StringView kept) override
     {
-        return inner(url).install(locationOf(url), live);
+        return inner(url).install(locationOf(url), live, locationOf(kept));
     }
-    std::unique_ptr<SchoolToBe> make(StringView url) override
+    std::unique_ptr<SchoolToBe> make(StringView url, StringView kept) override
     {
         inner(url);
-        return std::make_unique<ForwardedSchoolToBe>(url);
+        return std::make_unique<ForwardedSchoolToBe>(url, kept);
     }
     ConnectionPtr create(StringView url, Database which) override
     {

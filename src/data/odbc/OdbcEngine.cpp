@@ -157,12 +157,14 @@ bool isTaken(const DataError& failure)
 /// RAII guard of schemas with a temporary name: renamed when they are complete, dropped otherwise.
 class SchemasToBe final : public SchoolToBe {
 public:
-    SchemasToBe(ConnectionText wanted, String name, const Target& target, const String& passing)
-        : wanted_(std::move(wanted)), name_(std::move(name)), passing_(passing), aside_(wanted_),
-          pool_(target)
+    /// `kept`: name for the schemas that are there; empty where none may be.
+    SchemasToBe(ConnectionText wanted, String name, String kept, const Target& target, const String& passing)
+        : wanted_(std::move(wanted)), name_(std::move(name)), kept_(std::move(kept)), passing_(passing),
+          aside_(wanted_), pool_(target)
     {
         aside_.set(u"ESQUEMA", passing);
-        if (const auto taken = existingSchemas(pool_, name_); !taken.empty())
+        const auto taken = existingSchemas(pool_, kept_.empty() ? name_ : kept_);
+        if (!taken.empty())
             failTaken(wanted_, taken.front());
         dropOrphans(pool_, passing);
     }
@@ -183,6 +185,10 @@ public:
     {
         try {
             Transaction transaction([this](StringView each) { pool_.run(each); });
+            if (!kept_.empty()) {
+                giveRights(pool_, name_, passing_);
+                renameSchemas(pool_, name_, kept_);
+            }
             renameSchemas(pool_, passing_, name_);
             transaction.commit();
         } catch (const DataError& failure) {
@@ -196,6 +202,7 @@ public:
 private:
     ConnectionText wanted_;
     String name_;
+    String kept_;
     String passing_;
     ConnectionText aside_;
     Pool pool_;
@@ -247,19 +254,16 @@ public:
     String beside(StringView location, StringView word) override
     {
         ConnectionText text(location);
-        text.set(u"ESQUEMA", schemaOf(text, Database::centro) + u"_" + lowerName(Replace(word, u"-", u"_")));
+        String name = schemaOf(text, Database::centro);
+        const String end = u"_" + lowerName(Replace(word, u"-", u"_"));
+        // Surrogates go in pairs.
+        while (!name.empty() &&
+               (!fits(name + end + String(suffixOf(Database::borrado))) || (name.back() & 0xFC00) == 0xD800))
+            name.pop_back();
+        text.set(u"ESQUEMA", name + end);
         return text.text();
     }
-    void replace(StringView location, StringView with, StringView kept) override
-    {
-        const auto name = [](StringView place) { return schemaOf(ConnectionText(place), Database::centro); };
-        Pool pool(targetToMake(ConnectionText(location), {}));
-        Transaction transaction([&pool](StringView each) { pool.run(each); });
-        renameSchemas(pool, name(location), name(kept));
-        renameSchemas(pool, name(with), name(location));
-        transaction.commit();
-    }
-    std::unique_ptr<SchoolToBe> make(StringView location) override
+    std::unique_ptr<SchoolToBe> make(StringView location, StringView kept) override
     {
         const ConnectionText text(location);
         for (const Database which : everyDatabase)
@@ -267,7 +271,9 @@ public:
         const String passing = passingName(Purpose::nuevo);
         Target target = targetToMake(text, {});
         target.settings.push_back(ownership(passing));
-        return std::make_unique<SchemasToBe>(text, schemaOf(text, Database::centro), target, passing);
+        return std::make_unique<SchemasToBe>(
+            text, schemaOf(text, Database::centro),
+            kept.empty() ? String() : schemaOf(ConnectionText(kept), Database::centro), target, passing);
     }
     ConnectionPtr create(StringView location, Database which) override
     {
@@ -320,13 +326,18 @@ private:
         std::shared_ptr<Outage> outage;
     };
 
+    /// The server truncates names, and the three would collide.
+    static bool fits(StringView schema)
+    {
+        constexpr std::size_t longest = 63;
+        return toUtf8(schema).size() <= longest;
+    }
+
     static String schemaOf(const ConnectionText& text, Database which)
     {
         const String name = text.find(u"ESQUEMA").value_or(u"");
         String result = (name.empty() ? u"centro" : name) + String(suffixOf(which));
-        // The server truncates names, and the three would collide.
-        constexpr std::size_t longest = 63;
-        if (toUtf8(result).size() > longest)
+        if (!fits(result))
             failFor(text, u"nombra un esquema demasiado largo: con «_borrado» y «_entrada» detrás, el nombre "
                           u"no puede pasar de 63 bytes; acorte ESQUEMA.");
         return result;

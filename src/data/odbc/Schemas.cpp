@@ -1,5 +1,6 @@
 #include "data/odbc/Schemas.h"
 
+#include "data/DataError.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
@@ -65,9 +66,56 @@ std::vector<String> existingSchemas(Pool& pool, StringView name)
 
 void renameSchemas(Pool& pool, StringView from, StringView to)
 {
-    for (const Database which : everyDatabase)
-        pool.run(u"ALTER SCHEMA " + quotedName(String(from) + String(suffixOf(which))) + u" RENAME TO " +
-                 quotedName(String(to) + String(suffixOf(which))));
+    for (const String& each : existingSchemas(pool, from))
+        pool.run(u"ALTER SCHEMA " + quotedName(each) + u" RENAME TO " +
+                 quotedName(String(to) + each.substr(from.size())));
+}
+
+namespace {
+
+/// Savepoint: what this user may not do must not end the transaction.
+void runIfAllowed(Pool& pool, StringView text)
+{
+    pool.run(u"SAVEPOINT derecho");
+    try {
+        pool.run(text);
+        pool.run(u"RELEASE SAVEPOINT derecho");
+    } catch (const DataError& failure) {
+        if (!failure.engineCode().starts_with("42501"))
+            throw;
+        pool.run(u"ROLLBACK TO SAVEPOINT derecho");
+    }
+}
+
+} // namespace
+
+void giveRights(Pool& pool, StringView from, StringView to)
+{
+    for (const Database which : everyDatabase) {
+        const String suffix(suffixOf(which));
+        const String old = textLiteral(String(from) + suffix);
+        const String made = textLiteral(String(to) + suffix);
+        const String grant = u"SELECT 1 AS step, format('GRANT %s ON %s TO %s%s', a.privilege_type, part, "
+                             u"CASE WHEN a.grantee=0 THEN 'PUBLIC' ELSE "
+                             u"quote_ident(pg_get_userbyid(a.grantee)) END, "
+                             u"CASE WHEN a.is_grantable THEN ' WITH GRANT OPTION' ELSE '' END) AS text ";
+        const String owner = u"SELECT 2, format('ALTER %s OWNER TO %I', part, pg_get_userbyid(owner)) ";
+        const String parts =
+            u"FROM (SELECT format('SCHEMA %I'," + made +
+            u") AS part, nspacl AS acl, nspowner AS owner FROM pg_namespace WHERE nspname=" + old +
+            u" UNION ALL SELECT format('TABLE %I.%I'," + made +
+            u",c.relname), c.relacl, c.relowner FROM pg_class c "
+            u"JOIN pg_namespace n ON n.oid=c.relnamespace JOIN pg_class d ON d.relname=c.relname "
+            u"JOIN pg_namespace m ON m.oid=d.relnamespace WHERE c.relkind='r' AND d.relkind='r' AND "
+            u"n.nspname=" +
+            old + u" AND m.nspname=" + made + u") AS p";
+        for (const auto& [step, text] :
+             pairs(pool, grant + parts + u", aclexplode(acl) AS a WHERE a.grantee<>owner UNION ALL " + owner +
+                             parts +
+                             u" WHERE pg_get_userbyid(owner)<>current_user AND "
+                             u"pg_has_role(current_user,owner,'MEMBER') ORDER BY 1, 2"))
+            runIfAllowed(pool, text);
+    }
 }
 
 String passingName(Purpose purpose)

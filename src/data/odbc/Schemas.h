@@ -17,7 +17,10 @@ void createSchema(Pool& pool, StringView name);
 void dropSchema(Pool& pool, StringView name);
 /// Which of the three exist.
 std::vector<String> existingSchemas(Pool& pool, StringView name);
-/// Renames the three; to be called in a transaction.
+/// Gives the schemas of one name, and their tables, the owner and the rights of those of another, as far as
+/// this user may; to be called in a transaction.
+void giveRights(Pool& pool, StringView from, StringView to);
+/// Renames those of the three that exist; to be called in a transaction.
 void renameSchemas(Pool& pool, StringView from, StringView to);
 
 /// Kinds of temporary schemas.

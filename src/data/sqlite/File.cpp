@@ -6,6 +6,25 @@
 
 namespace zv::sqlite {
 
+DamagedFile::DamagedFile(const std::filesystem::path& file)
+    : RuntimeError(failure::otherData,
+                   u"«" + file.u16string() +
+                       u"» no es una base de datos, o está dañada: compruebe el nombre, o ponga en su lugar "
+                       u"la última copia de seguridad.")
+{}
+
+std::filesystem::path resolved(std::filesystem::path file)
+{
+    std::error_code error;
+    for (int links = 0; links < 40; ++links) {
+        const std::filesystem::path target = std::filesystem::read_symlink(file, error);
+        if (error)
+            break;
+        file = file.parent_path() / target;
+    }
+    return file;
+}
+
 void failFor(const std::filesystem::path& file, StringView words)
 {
     throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» " + String(words));

@@ -15,6 +15,14 @@ inline constexpr StringView noRightToRead =
 inline constexpr StringView diskFull =
     u"no se puede abrir ni crear: el disco está lleno; deje sitio y repita la orden.";
 
+/// A file that is no database, or not any more.
+class DamagedFile : public RuntimeError {
+public:
+    explicit DamagedFile(const std::filesystem::path& file);
+};
+
+/// Follows links to the file itself, which need not exist.
+std::filesystem::path resolved(std::filesystem::path file);
 /// Fails with a message about a file that tells a person what to do.
 [[noreturn]] void failFor(const std::filesystem::path& file, StringView words);
 /// Precondition checks without the engine: fails where there is no file to open, or already one to create.

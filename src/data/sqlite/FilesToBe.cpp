@@ -1,6 +1,7 @@
 #include "data/sqlite/FilesToBe.h"
 
 #include "data/sqlite/File.h"
+#include "data/sqlite/Replacing.h"
 
 namespace zv::sqlite {
 namespace {
@@ -22,7 +23,7 @@ bool sameFile(const fs::path& one, const fs::path& other)
 
 } // namespace
 
-FilesToBe::Folder::Folder(const fs::path& live) : path_(fs::path(live) += ".creando")
+FilesToBe::Folder::Folder(const fs::path& live) : path_(makingFolderOf(live))
 {
     if (live.empty())
         checkPlace(live, true);
@@ -60,15 +61,19 @@ bool FilesToBe::Folder::lock()
 
 FilesToBe::Folder::~Folder() { lock_.remove(path_); }
 
-FilesToBe::FilesToBe(fs::path live) : live_(std::move(live)), folder_(live_)
+FilesToBe::FilesToBe(fs::path live, fs::path kept)
+    : live_(std::move(live)), kept_(std::move(kept)), folder_(live_)
 {
+    if (resolved(live_) == live_)
+        finishLocked(live_);
     std::error_code ignored;
     // With a live database there they are a school, whatever stands in the folder still.
     if (!fs::exists(live_, ignored))
         takeBack();
     clear();
-    for (const Database which : {Database::centro, Database::borrado, Database::entrada})
-        checkPlace(place(which), true);
+    for (const Database which : everyDatabase)
+        if (kept_.empty())
+            checkPlace(place(which), true);
 }
 
 FilesToBe::~FilesToBe()
@@ -78,9 +83,12 @@ FilesToBe::~FilesToBe()
     clear();
 }
 
-/// Only what this program put there: a folder of that name may hold more.
+/// Only what this program put there: a folder of that name may hold more. Files on their way into place are
+/// still needed.
 void FilesToBe::clear() const
 {
+    if (isBeingReplaced(live_))
+        return;
     for (const Database which : order)
         removeFile(aside(which));
 }
@@ -103,6 +111,11 @@ void FilesToBe::putInPlace()
     for (const Database which : order)
         if (fs::exists(fs::path(aside(which)) += "-wal"))
             failFor(live_, diskFull);
+    if (!kept_.empty()) {
+        replaceFiles(live_, aside(Database::centro), kept_);
+        placed_ = true;
+        return;
+    }
     for (const Database which : order) {
         std::error_code error;
         fs::create_hard_link(aside(which), place(which), error);

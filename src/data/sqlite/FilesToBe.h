@@ -1,7 +1,7 @@
 #pragma once
 
 #include "data/Engine.h"
-#include "data/sqlite/FolderLock.h"
+#include "runtime/FolderLock.h"
 
 namespace zv::sqlite {
 
@@ -10,7 +10,8 @@ namespace zv::sqlite {
 /// left behind by a killed process.
 class FilesToBe final : public SchoolToBe {
 public:
-    explicit FilesToBe(std::filesystem::path live);
+    /// `kept`: where the files that are there go; empty where none may be.
+    FilesToBe(std::filesystem::path live, std::filesystem::path kept);
     FilesToBe(const FilesToBe&) = delete;
     FilesToBe& operator=(const FilesToBe&) = delete;
     ~FilesToBe() override;
@@ -40,6 +41,7 @@ private:
     void clear() const;
 
     std::filesystem::path live_;
+    std::filesystem::path kept_;
     Folder folder_;
     bool placed_ = false;
 };

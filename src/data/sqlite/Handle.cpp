@@ -23,11 +23,14 @@ constexpr const char* writeAheadLog = "PRAGMA journal_mode=WAL;";
 {
     if (isDiskFull(handle))
         failFor(file, diskFull);
+    if (sqlite3_extended_errcode(handle) == SQLITE_READONLY_ROLLBACK)
+        failFor(file,
+                u"tiene a medias algo que se estaba escribiendo cuando se cortó: abra el centro una vez "
+                u"con el programa, y queda como estaba.");
     switch (sqlite3_errcode(handle) & 0xFF) {
     case SQLITE_NOTADB:
     case SQLITE_CORRUPT:
-        failFor(file, u"no es una base de datos, o está dañada: compruebe el nombre, o ponga en su lugar la "
-                      u"última copia de seguridad.");
+        throw DamagedFile(file);
     case SQLITE_CANTOPEN:
     case SQLITE_READONLY:
     case SQLITE_PERM:

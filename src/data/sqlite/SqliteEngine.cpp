@@ -6,8 +6,11 @@
 #include "data/sqlite/Pool.h"
 #include "data/sqlite/Replacing.h"
 #include "runtime/Convert.h"
+#include "runtime/OwnerOnly.h"
 
 #include <sqlite3.h>
+
+#include <algorithm>
 
 namespace zv {
 namespace sqlite {
@@ -83,39 +86,55 @@ public:
     }
     bool exists(StringView location) override
     {
-        std::error_code ignored;
         finishReplacing(pathOf(location, Database::centro));
-        return std::filesystem::exists(pathOf(location, Database::centro), ignored);
+        return std::ranges::any_of(everyDatabase, [&](Database which) {
+            std::error_code ignored;
+            return std::filesystem::exists(pathOf(location, which), ignored);
+        });
     }
     String beside(StringView location, StringView word) override
     {
-        const std::filesystem::path live = pathOf(location, Database::centro);
+        const std::filesystem::path live = resolved(pathOf(location, Database::centro));
         std::filesystem::path name = live.stem();
         name += u"." + String(word);
         name += live.extension();
         return (live.parent_path() / name).u16string();
     }
-    void replace(StringView location, StringView with, StringView kept) override
+    std::filesystem::path folder(StringView location) override
     {
-        replaceFiles(pathOf(location, Database::centro), pathOf(with, Database::centro),
-                     pathOf(kept, Database::centro));
+        const std::filesystem::path live = resolved(pathOf(location, Database::centro));
+        return live.has_parent_path() ? live.parent_path() : ".";
     }
     bool backup(Connection& connection, const std::filesystem::path& file) override
     {
         dynamic_cast<SqliteConnection&>(connection).pool().backup(file);
         return true;
     }
-    bool install(StringView location, const std::filesystem::path& live) override
+    bool install(StringView location, const std::filesystem::path& live, StringView kept) override
     {
-        const std::unique_ptr<SchoolToBe> making = make(location);
-        for (const Database which : {Database::centro, Database::borrado, Database::entrada})
-            std::filesystem::copy_file(fileOf(live, which), pathOf(making->location(), which));
+        const std::unique_ptr<SchoolToBe> making = make(location, kept);
+        for (const Database which : everyDatabase) {
+            const std::filesystem::path file = pathOf(making->location(), which);
+            std::filesystem::copy_file(fileOf(live, which), file);
+            if (const std::error_code error = owneronly::flush(file))
+                throw std::filesystem::filesystem_error("no se puede escribir", file, error);
+        }
         making->putInPlace();
+        owneronly::flush(folder(location));
         return true;
     }
-    std::unique_ptr<SchoolToBe> make(StringView location) override
+    std::unique_ptr<SchoolToBe> make(StringView location, StringView kept) override
     {
-        return std::make_unique<FilesToBe>(pathOf(location, Database::centro));
+        const std::filesystem::path live = pathOf(location, Database::centro);
+        if (kept.empty())
+            return std::make_unique<FilesToBe>(live, std::filesystem::path());
+        for (const Database which : everyDatabase)
+            if (resolved(pathOf(location, which)) != fileOf(resolved(live), which))
+                failFor(
+                    pathOf(location, which),
+                    u"es un enlace y los otros dos ficheros no están al lado de aquel al que lleva: use el "
+                    u"nombre de los ficheros mismos.");
+        return std::make_unique<FilesToBe>(resolved(live), pathOf(kept, Database::centro));
     }
     std::vector<String> damage(Connection& connection) override
     {
@@ -173,10 +192,16 @@ public:
 private:
     ConnectionPtr opened(StringView location, Database which, Opening opening) const
     {
-        if (opening == Opening::existing)
-            finishReplacing(pathOf(location, Database::centro));
-        return std::make_shared<SqliteConnection>(
-            std::make_shared<Pool>(pathOf(location, which), opening, durability_, reuse_));
+        const std::filesystem::path live = pathOf(location, Database::centro);
+        while (true) {
+            if (opening != Opening::fresh)
+                finishReplacing(live);
+            auto connection = std::make_shared<SqliteConnection>(
+                std::make_shared<Pool>(pathOf(location, which), opening, durability_, reuse_));
+            // Race: a restore may have begun meanwhile, and would leave this file behind.
+            if (opening == Opening::fresh || !isBeingReplaced(live))
+                return connection;
+        }
     }
 
     Durability durability_;

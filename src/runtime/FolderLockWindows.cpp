@@ -1,8 +1,8 @@
-#include "data/sqlite/FolderLock.h"
+#include "runtime/FolderLock.h"
 
 #include <windows.h>
 
-namespace zv::sqlite {
+namespace zv {
 
 FolderLock::Result FolderLock::take(const std::filesystem::path& folder)
 {
@@ -48,4 +48,4 @@ void FolderLock::letGo()
 
 FolderLock::~FolderLock() { letGo(); }
 
-} // namespace zv::sqlite
+} // namespace zv

@@ -1,4 +1,4 @@
-#include "data/sqlite/FolderLock.h"
+#include "runtime/FolderLock.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace zv::sqlite {
+namespace zv {
 
 FolderLock::Result FolderLock::take(const std::filesystem::path& folder)
 {
@@ -43,4 +43,4 @@ void FolderLock::letGo()
 
 FolderLock::~FolderLock() { letGo(); }
 
-} // namespace zv::sqlite
+} // namespace zv

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 
-namespace zv::sqlite {
+namespace zv {
 
 /// RAII lock that one program at a time has on a folder. It ends with the program that holds it, however that
 /// ends.
@@ -28,4 +28,4 @@ private:
     std::intptr_t handle_ = none;
 };
 
-} // namespace zv::sqlite
+} // namespace zv
