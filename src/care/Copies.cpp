@@ -212,7 +212,7 @@ String restored(const fs::path& file, StringView url)
     Engine& engine = engineOf(url);
     const Scratch scratch = scratchFor(file, engine.folder(locationOf(url)));
     extracted(file, scratch);
-    const String kept = engine.exists(locationOf(url)) ? keptUrl(engine, url) : String();
+    String kept = engine.exists(locationOf(url)) ? keptUrl(engine, url) : String();
     if (!engine.install(locationOf(url), scratch.file(Database::centro, extractedName), locationOf(kept))) {
         const String from = scratch.url(extractedName);
         Engine& source = engineOf(from);

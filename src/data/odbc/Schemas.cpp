@@ -95,25 +95,24 @@ void giveRights(Pool& pool, StringView from, StringView to)
         const String suffix(suffixOf(which));
         const String old = textLiteral(String(from) + suffix);
         const String made = textLiteral(String(to) + suffix);
-        const String grant = u"SELECT 1 AS step, format('GRANT %s ON %s TO %s%s', a.privilege_type, part, "
-                             u"CASE WHEN a.grantee=0 THEN 'PUBLIC' ELSE "
-                             u"quote_ident(pg_get_userbyid(a.grantee)) END, "
-                             u"CASE WHEN a.is_grantable THEN ' WITH GRANT OPTION' ELSE '' END) AS text ";
-        const String owner = u"SELECT 2, format('ALTER %s OWNER TO %I', part, pg_get_userbyid(owner)) ";
-        const String parts =
-            u"FROM (SELECT format('SCHEMA %I'," + made +
-            u") AS part, nspacl AS acl, nspowner AS owner FROM pg_namespace WHERE nspname=" + old +
-            u" UNION ALL SELECT format('TABLE %I.%I'," + made +
-            u",c.relname), c.relacl, c.relowner FROM pg_class c "
-            u"JOIN pg_namespace n ON n.oid=c.relnamespace JOIN pg_class d ON d.relname=c.relname "
-            u"JOIN pg_namespace m ON m.oid=d.relnamespace WHERE c.relkind='r' AND d.relkind='r' AND "
-            u"n.nspname=" +
-            old + u" AND m.nspname=" + made + u") AS p";
-        for (const auto& [step, text] :
-             pairs(pool, grant + parts + u", aclexplode(acl) AS a WHERE a.grantee<>owner UNION ALL " + owner +
-                             parts +
-                             u" WHERE pg_get_userbyid(owner)<>current_user AND "
-                             u"pg_has_role(current_user,owner,'MEMBER') ORDER BY 1, 2"))
+        const String parts = statement(
+            u"(SELECT format('SCHEMA %I',{}) AS part, nspacl AS acl, nspowner AS owner FROM pg_namespace "
+            u"WHERE nspname={} UNION ALL SELECT format('TABLE %I.%I',{},c.relname), c.relacl, c.relowner "
+            u"FROM pg_class c JOIN pg_namespace n ON n.oid=c.relnamespace "
+            u"JOIN pg_class d ON d.relname=c.relname JOIN pg_namespace m ON m.oid=d.relnamespace "
+            u"WHERE c.relkind='r' AND d.relkind='r' AND n.nspname={} AND m.nspname={}) AS p",
+            {made, old, made, old, made});
+        // Owners last: whoever gives a table away grants nothing on it any more.
+        const String changes = statement(
+            u"SELECT 1 AS step, format('GRANT %s ON %s TO %s%s', a.privilege_type, part, "
+            u"CASE WHEN a.grantee=0 THEN 'PUBLIC' ELSE quote_ident(pg_get_userbyid(a.grantee)) END, "
+            u"CASE WHEN a.is_grantable THEN ' WITH GRANT OPTION' ELSE '' END) AS text "
+            u"FROM {}, aclexplode(acl) AS a WHERE a.grantee<>owner UNION ALL "
+            u"SELECT 2, format('ALTER %s OWNER TO %I', part, pg_get_userbyid(owner)) FROM {} "
+            u"WHERE pg_get_userbyid(owner)<>current_user AND pg_has_role(current_user,owner,'MEMBER') "
+            u"ORDER BY 1, 2",
+            {parts, parts});
+        for (const auto& [step, text] : pairs(pool, changes))
             runIfAllowed(pool, text);
     }
 }
