@@ -242,7 +242,7 @@ Long copyRows(Connection& from, Connection& to, const FoundTable& table)
         const std::vector<Value> row = rows->row();
         for (std::size_t column = 0; column < row.size(); ++column) {
             values += (column == 0 ? u"" : u",") + literal(row[column]);
-            if (const String* text = row[column].as<String>();
+            if (const auto* text = row[column].as<String>();
                 text != nullptr && text->find(replacement) != String::npos)
                 ++replaced[column];
         }
