@@ -201,6 +201,13 @@ TEST_F(Zvconf, says_what_dialogs_will_do_to_the_data_repairs_it_and_takes_that_b
         EXPECT_NE(each.find(u"historial"), String::npos) << toUtf8(each);
     EXPECT_EQ(run("comprobar --datos --bd sqlite:c.db"), 1);
     EXPECT_EQ(run("comprobar --reparar --bd sqlite:c.db"), 2);
+    EXPECT_EQ(run("comprobar --datos --reparar --bd sqlite:c.db"), 0) << out << err;
+    openSchool(url).centro->executeNative(u"UPDATE Emisor SET CIF='B28999886' WHERE IDEmisor=2");
+    openSchool(url).centro->executeNative(u"ALTER TABLE Cuenta DROP COLUMN Numero");
+    run("comprobar --datos --bd sqlite:c.db");
+    EXPECT_EQ(out.find("Ninguna ventana"), std::string::npos) << out;
+    run("comprobar --datos --json --bd sqlite:c.db");
+    EXPECT_NE(out.find("{\"clase\":\"no-mirada\",\"regla\":\"cuenta\""), std::string::npos) << out;
 }
 
 TEST_F(Zvconf, stopped_while_it_makes_a_school_leaves_a_whole_one_or_none)
