@@ -81,13 +81,17 @@ Repaired repairAll(const String& url, const std::vector<Finding>& named)
     return result;
 }
 
+String notLookedAt(StringView rule)
+{
+    return u"No se ha podido mirar «" + String(rule) + u"»: a este centro le faltan tablas o columnas.";
+}
+
 void printEnd(const care::Survey& survey, std::size_t faults, const String& url, const Repaired* repaired)
 {
     for (const StringView each : survey.skipped)
-        printLine(u"No se ha podido mirar «" + String(each) +
-                  u"»: a este centro le faltan tablas o columnas.");
+        printLine(notLookedAt(each));
     const auto advice = survey.findings.size() - faults;
-    if (survey.findings.empty())
+    if (survey.findings.empty() && survey.skipped.empty())
         printLine(u"Ninguna ventana hará con estos datos nada que no se espere.");
     else
         printLine(
@@ -118,6 +122,11 @@ int comprobarDatos(const String& url, bool json, bool repairs)
     if (json) {
         for (const Finding& each : repaired.findings)
             lines.add(jsonOf(each, u"reparado").number(u"apertura", repaired.opening));
+        for (const StringView each : survey.skipped)
+            lines.add(JsonObject()
+                          .text(u"clase", u"no-mirada")
+                          .text(u"regla", each)
+                          .text(u"texto", notLookedAt(each)));
         lines.end();
     } else {
         printEnd(survey, faults, url, repairs ? &repaired : nullptr);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "care/Join.h"
+#include "care/Rules.h"
 #include "data/history/Losses.h"
 #include "journal/Journals.h"
 #include "zvhost/Deletion.h"
@@ -91,6 +92,10 @@ private:
     void takeBack(const std::vector<Long>& openings);
     /// Tells what the report's dialog will do to rows of the section that are not as they should be.
     void tellRules(Long section);
+    /// Mends what has one remedy, as an act of the history.
+    void repairRules(const std::vector<care::Finding>& findings);
+    /// Tells what was done, with the way back where the history has it under this opening; 0 for none.
+    void tellAct(const QString& text, Long act);
     /// Tells of saves that were cut because their station died.
     void tellCuts();
     /// Tells of what this person typed in this school and never saved, since his program died.

@@ -123,6 +123,11 @@ void MainWindow::giveBack(const std::vector<Loss>& losses)
                                     : QStringLiteral("Se han devuelto %1 datos").arg(result.back);
     if (result.newer > 0)
         text += QStringLiteral("; %1 se queda como está: hay algo más nuevo").arg(result.newer);
+    tellAct(text, act);
+}
+
+void MainWindow::tellAct(const QString& text, Long act)
+{
     if (act != 0)
         undo_.did(text, [this, act] { takeBack({act}); });
     else

@@ -5,6 +5,8 @@
 #include "zvhost/ListDialog.h"
 #include "zvhost/MainWindow.h"
 
+#include <algorithm>
+
 namespace zv::host {
 namespace {
 
@@ -12,12 +14,15 @@ using care::Finding;
 
 constexpr ListColumn columns[] = {{u"Qué pasará"}, {u"Qué hacer"}};
 
-void showFindings(QWidget* parent, const std::vector<Finding>& findings)
+void showFindings(QWidget* parent, const std::vector<Finding>& findings, bool offered)
 {
     ListDialog dialog(parent, QStringLiteral("Antes de abrir la sección"), columns, [&] {
         std::vector<Row> rows;
         for (const Finding& each : findings)
-            rows.push_back({static_cast<Long>(rows.size()), {Value(each.text), Value(each.remedy)}});
+            rows.push_back(
+                {static_cast<Long>(rows.size()),
+                 {Value(each.text),
+                  Value(each.remedy + (each.repair && offered ? u" (Lo hace «Reparar».)" : u""))}});
         return rows;
     });
     dialog.setObjectName(QStringLiteral("reglas"));
@@ -47,10 +52,29 @@ void MainWindow::tellRules(Long section)
     if (const std::size_t more = findings.size() - 1; more > 0)
         text += more == 1 ? QStringLiteral(" Y otro aviso de esta sección.")
                           : QStringLiteral(" Y otros %1 avisos de esta sección.").arg(more);
-    notice_.tell(
-        {.text = text,
-         .choices = {{QStringLiteral("Ver"), Qt::Key_R, [this, findings] { showFindings(this, findings); }}},
-         .foretells = true});
+    const bool repairs = !host_->choices().readOnly && std::ranges::any_of(findings, [](const Finding& each) {
+        return each.repair != nullptr;
+    });
+    std::vector<Bar::Choice> choices{{QStringLiteral("Ver"), Qt::Key_R,
+                                      [this, findings, repairs] { showFindings(this, findings, repairs); }}};
+    if (repairs)
+        choices.push_back(
+            {QStringLiteral("Reparar"), Qt::Key_P, [this, findings] { repairRules(findings); }});
+    notice_.tell({.text = text, .choices = choices, .foretells = true});
+}
+
+void MainWindow::repairRules(const std::vector<Finding>& findings)
+{
+    std::size_t done = 0;
+    Long act = 0;
+    if (!changes(QStringLiteral("No se ha podido reparar."),
+                 [&] { act = host_->act([&] { done = care::repair(host_->school(), findings).size(); }); }))
+        return;
+    notice_.next();
+    tellAct(done == 0   ? QStringLiteral("Ya no había nada que reparar")
+            : done == 1 ? QStringLiteral("Se ha reparado 1 fallo")
+                        : QStringLiteral("Se han reparado %1 fallos").arg(done),
+            act);
 }
 
 } // namespace zv::host

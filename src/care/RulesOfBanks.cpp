@@ -221,6 +221,45 @@ void issuer(Facts& facts, Found& found)
     }
 }
 
+/// The text boxes of the dialog take no Null. With an ordering party it says nothing: the choice of the kind
+/// clears the failure; nor with a row of the MTP service in a session without it, which registers the row.
+void nullIssuer(Facts& facts, Found& found)
+{
+    struct Box {
+        std::size_t place;
+        StringView column, word;
+    };
+    constexpr Box boxes[] = {{1, u"Nombre", u"el nombre"},       {2, u"CIF", u"el NIF-CIF"},
+                             {3, u"Sufijo", u"el sufijo"},       {5, u"Direccion", u"la dirección"},
+                             {6, u"Poblacion", u"la población"}, {8, u"CP", u"el código postal"}};
+    for (const auto& row : partyRows(facts)) {
+        const Party party = partyIn(row);
+        std::vector<String> words;
+        std::vector<StringView> columns;
+        for (const Box& box : boxes)
+            if (row[box.place].isNull()) {
+                words.emplace_back(box.word);
+                columns.push_back(box.column);
+            }
+        if (words.empty() || !party.issuer)
+            continue;
+        found
+            .add(u"Emisor", party.id,
+                 statement(
+                     u"Al abrir{} el emisor {} sale «ERROR al consultar la base de datos»: le falta {}, ni "
+                     u"siquiera en blanco.",
+                     {isTrue(row[11]) ? u" con el servicio MTP" : u"", inQuotes(party.name), listed(words)}),
+                 lacksOf(facts, row).empty()
+                     ? u"Ábralo y acepte: lo que falta se guarda en blanco y el mensaje no vuelve a salir."
+                     : u"Ábralo, elija o escriba lo que falta y acepte.")
+            .repair = [columns, id = party.id](Connection& centro) {
+            for (const StringView column : columns)
+                centro.Execute(statement(u"UPDATE Emisor SET {}='' WHERE IDEmisor={} AND {} IS NULL",
+                                         {Value(column), id, Value(column)}));
+        };
+    }
+}
+
 void tax(Found& found, StringView table, Long row, StringView who, const String& name, const String& number)
 {
     if (Trim(number).empty())
@@ -228,7 +267,7 @@ void tax(Found& found, StringView table, Long row, StringView who, const String&
     const TaxNumber state = checkTaxNumber(number);
     if (state == TaxNumber::right)
         return;
-    String text = statement(u"El NIF-CIF de {} {}, {}, ", {Value(who), inQuotes(name), inQuotes(number)});
+    String text = statement(u"El NIF-CIF del {} {}, {}, ", {Value(who), inQuotes(name), inQuotes(number)});
     if (state == TaxNumber::noForm) {
         text += u"no tiene la forma de un NIF, NIE ni CIF.";
     } else {
@@ -246,10 +285,10 @@ void taxNumbers(Facts& facts, Found& found)
     for (const auto& row :
          facts.rows(u"SELECT IDPresentador, Nombre, NIF, Sufijo, CodBanco, CodSucursal FROM "
                     u"Presentador"))
-        tax(found, u"Presentador", longIn(row[0]), u"el presentador", textIn(row[1]), textIn(row[2]));
+        tax(found, u"Presentador", longIn(row[0]), u"presentador", textIn(row[1]), textIn(row[2]));
     for (const auto& row : partyRows(facts)) {
         const Party party = partyIn(row);
-        tax(found, u"Emisor", party.id, party.issuer ? u"el emisor" : u"el ordenante", party.name, party.tax);
+        tax(found, u"Emisor", party.id, party.issuer ? u"emisor" : u"ordenante", party.name, party.tax);
     }
 }
 
@@ -319,6 +358,7 @@ constexpr Rule rules[] = {
     {u"sucursal-incompleta", Area::banks, false, incompleteBranch},
     {u"presentador-incompleto", Area::banks, false, submitter},
     {u"emisor-incompleto", Area::banks, false, issuer},
+    {u"emisor-nulo", Area::banks, false, nullIssuer},
     {u"nif", Area::banks, true, taxNumbers},
     {u"acreedor", Area::banks, true, creditors},
     {u"cuenta", Area::banks, true, accounts},

@@ -43,6 +43,21 @@ bool isListed(Facts& facts, const Pupil& pupil)
     return !pupil.left && facts.looksAt(pupil.section) && facts.section(pupil.section).hasGuidance();
 }
 
+/// The dialog deletes when it saves, and saves nothing of a section in which it lists nobody.
+bool listsSomebody(Facts& facts, Long section)
+{
+    return std::ranges::any_of(
+        facts.pupils(), [&](const Pupil& each) { return each.section == section && isListed(facts, each); });
+}
+
+/// "Al aceptar el consejo de 2º A (2º de ESO) se borra"
+String acceptDeletes(Facts& facts, Long section)
+{
+    return u"Al aceptar el consejo de " + facts.section(section).name +
+           (listsSomebody(facts, section) ? u"" : u", en cuanto esa sección tenga algún alumno,") +
+           u" se borra";
+}
+
 using NotesOf = std::map<Long, std::vector<const Note*>>;
 
 /// Notes by pupil, of those whom a dialog lists.
@@ -120,9 +135,10 @@ void otherSection(Facts& facts, Found& found)
         const bool stays = facts.section(pupil->section).hasGuidance();
         Finding& one =
             found.add(notesTable, notes.front()->key,
-                      statement(u"Al aceptar el consejo de {} se borra lo de {} ({}), que ahora está en {}.",
-                                {facts.section(section).name, pupil->name, answersGiven(notes.size()),
-                                 facts.section(pupil->section).name}),
+                      statement(u"{} lo de {} ({}), que ahora {}.",
+                                {acceptDeletes(facts, section), pupil->name, answersGiven(notes.size()),
+                                 pupil->section == 0 ? String(u"no está en ninguna sección")
+                                                     : u"está en " + facts.section(pupil->section).name}),
                       stays ? u"Páselas a su sección antes de que nadie acepte ese consejo."
                             : u"Si todavía hacen falta, apúntelas antes de que nadie acepte ese consejo.");
         one.section = section;
@@ -150,8 +166,8 @@ void gone(Facts& facts, Found& found)
             continue;
         found
             .add(notesTable, notes.front()->key,
-                 statement(u"Al aceptar el consejo de {} se borra lo de {} ({}), que está de baja.",
-                           {facts.section(section).name, pupil->name, answersGiven(notes.size())}),
+                 statement(u"{} lo de {} ({}), que está de baja.",
+                           {acceptDeletes(facts, section), pupil->name, answersGiven(notes.size())}),
                  u"Si todavía hace falta, apúntelo antes de que nadie acepte ese consejo.")
             .section = section;
     }
@@ -161,17 +177,29 @@ void orphans(Facts& facts, Found& found)
 {
     if (facts.onlySection() != 0)
         return;
-    std::map<Long, std::vector<const Note*>> byPupil;
+    std::map<std::pair<Long, Long>, std::vector<const Note*>> byPlace;
     for (const Note& note : facts.notes())
         if (facts.pupil(note.pupil) == nullptr)
-            byPupil[note.pupil].push_back(&note);
-    for (const auto& [id, notes] : byPupil)
+            byPlace[{note.pupil, note.section}].push_back(&note);
+    for (const auto& [place, notes] : byPlace) {
+        const auto [id, section] = place;
+        const String& name = facts.section(section).name;
+        String where, until = u" ni las borra", remedy = u"restáurelo";
+        if (facts.section(section).hasGuidance()) {
+            until = u", y se borran cuando alguien acepte el consejo de " + name +
+                    (listsSomebody(facts, section) ? u"" : u", en cuanto esa sección tenga algún alumno");
+            remedy += u" antes";
+        } else {
+            where = section == 0 ? String(u", sin sección") : u", puestas en " + name;
+        }
         found.add(
             notesTable, notes.front()->key,
-            statement(u"Del alumno número {}, que ya no está, quedan respuestas del consejo orientador ({}): "
-                      u"ninguna ventana las muestra, y se borran cuando alguien acepte el consejo de {}.",
-                      {id, static_cast<Long>(notes.size()), facts.section(notes.front()->section).name}),
-            u"Si el alumno se borró por error, restáurelo antes; si no, no hace falta hacer nada.");
+            statement(
+                u"Del alumno número {}, que ya no está, quedan respuestas del consejo orientador ({}){}: "
+                u"ninguna ventana las muestra{}.",
+                {id, static_cast<Long>(notes.size()), where, until}),
+            u"Si el alumno se borró por error, " + remedy + u"; si no, no hace falta hacer nada.");
+    }
 }
 
 void incomplete(Facts& facts, Found& found)

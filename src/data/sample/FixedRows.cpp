@@ -98,12 +98,12 @@ constexpr List money[] = {
      u"Fundación Escolar Núñez;G08345670;000;4;6|Comedor Escolar;B47111224;002;5;8"},
     {u"PresentadorMTP", u"Servicio central de cobros|Servicio de cobros de Levante"},
     {u"BancoMTP", u"1|2"},
-    {u"Emisor",
-     u"Colegio San Isidro Labrador;G28123453;000;1;Calle del Álamo, 5;Madrid;28;28015;0;;0|"
-     u"Comedor escolar;B28999886;001;2;;;0;;0;;0|Actividades extraescolares;G08345670;002;0;;;0;;1;;-1|"
-     u"Transporte L'Horta;B46777660;;0;Camí del Mar, 22;Alboraia;46;46120;0;4600012345;0|"
-     u"Librería Peña;B28555449;;0;Calle de la Palma, 8;Madrid;28;28004;0;2800098765;0|"
-     u"Escuela de verano;G47000112;003;3;;;0;;0;;0"},
+    {u"Emisor", u"Colegio San Isidro Labrador;G28123453;000;1;Calle del Álamo, 5;Madrid;28;28015;0;;0|"
+                u"Comedor escolar;B28999886;001;2;'';'';0;'';0;;0|"
+                u"Actividades extraescolares;G08345670;002;0;'';'';0;'';1;;-1|"
+                u"Transporte L'Horta;B46777660;;0;Camí del Mar, 22;Alboraia;46;46120;0;4600012345;0|"
+                u"Librería Peña;B28555449;;0;Calle de la Palma, 8;Madrid;28;28004;0;2800098765;0|"
+                u"Escuela de verano;G47000112;003;3;'';'';0;'';0;;0"},
     {u"Cuenta", u"1;0049 0001 55 2110000011|2;0049 0142 27 2110000022|3;2077 0310 68 3100054321|"
                 u"6;2081 0108 85 0200051332|8;0075 0007 57 0600012345"},
     {u"Centro_Cuenta_Emisor", u"1;1|2;2|3;3|4;4|5;5"},

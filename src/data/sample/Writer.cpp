@@ -21,7 +21,8 @@ void Writer::write(StringView table, StringView text, bool withNumber)
         if (withNumber)
             values.emplace_back(++number);
         for (const StringView field : split(each, u';'))
-            field.empty() ? values.emplace_back(Null()) : values.emplace_back(field);
+            field.empty() ? values.emplace_back(Null())
+                          : values.emplace_back(field == u"''" ? StringView() : field);
         row(table, values);
     }
 }
