@@ -53,16 +53,20 @@ struct Option {
     std::size_t values = 0;
 };
 
-/// Parser of a command line's options. An unknown or repeated one, or one without its values, fails with a
-/// UsageError.
+/// Parser of a command line's options, and of its operands (files, numbers), which stand anywhere among them.
+/// An unknown or repeated option, one without its values, or an operand too many fails with a UsageError.
 class Options {
 public:
-    Options(Arguments arguments, std::initializer_list<Option> known);
+    Options(Arguments arguments, std::initializer_list<Option> known, std::size_t mostOperands = 0);
     bool has(StringView name) const { return given_.contains(name); }
     /// Values of a mandatory option; fails with a UsageError if it is missing.
     const std::vector<String>& values(StringView name) const;
+    /// Operand by its place, from 0; a UsageError that asks for `what` if there is none.
+    const String& operand(std::size_t place, StringView what) const;
+    bool hasOperands() const { return !operands_.empty(); }
 
 private:
+    std::vector<String> operands_;
     std::map<String, std::vector<String>, std::less<>> given_;
 };
 

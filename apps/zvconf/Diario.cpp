@@ -91,20 +91,14 @@ int list(Arguments arguments)
 }
 
 /// The journal that a number of the list names.
-fs::path named(Arguments arguments, const fs::path& folder)
+fs::path named(const Options& options)
 {
-    for (const fs::path& file : journal::journalFiles(folder))
-        if (file.stem().u16string() == arguments.front())
+    const String& number = options.operand(0, u"el número del diario, que dice «zvconf diario lista»");
+    for (const fs::path& file : journal::journalFiles(folderIn(options)))
+        if (file.stem().u16string() == number)
             return file;
-    throw UsageError(u"No hay ningún diario con el número «" + arguments.front() +
+    throw UsageError(u"No hay ningún diario con el número «" + number +
                      u"»: los dice «zvconf diario lista».");
-}
-
-Arguments behindNumber(Arguments arguments, std::size_t words)
-{
-    if (arguments.size() < words || arguments.front().starts_with(u"--"))
-        throw UsageError(u"Falta el número del diario, que dice «zvconf diario lista».");
-    return arguments.subspan(words);
 }
 
 journal::Reading readable(const fs::path& file)
@@ -117,8 +111,8 @@ journal::Reading readable(const fs::path& file)
 
 int see(Arguments arguments)
 {
-    const Options options(behindNumber(arguments, 1), {{u"--carpeta", 1}});
-    const fs::path file = named(arguments, folderIn(options));
+    const Options options(arguments, {{u"--carpeta", 1}}, 1);
+    const fs::path file = named(options);
     const journal::Reading reading = readable(file);
     printLine(line(file, reading));
     for (const journal::Item& item : itemsOf(reading.draft)) {
@@ -211,11 +205,12 @@ std::string guionOf(const Draft& draft)
 
 int asGuion(Arguments arguments)
 {
-    const Options options(behindNumber(arguments, 2), {{u"--carpeta", 1}});
-    const journal::Reading reading = readable(named(arguments, folderIn(options)));
-    const fs::path target(arguments[1]);
+    const Options options(arguments, {{u"--carpeta", 1}}, 2);
+    const journal::Reading reading = readable(named(options));
+    const String& name = options.operand(1, u"el fichero que se escribe");
+    const fs::path target(name);
     if (!createPrivateFile(fs::absolute(target), guionOf(reading.draft)))
-        throw std::runtime_error(toUtf8(u"«" + arguments[1] + u"» ya existe: dé otro nombre."));
+        throw std::runtime_error(toUtf8(u"«" + name + u"» ya existe: dé otro nombre."));
     printLine(u"El guion está en " + target.u16string() +
               u". Lleva datos de personas: bórrelo cuando no haga falta.");
     return done;
@@ -223,8 +218,8 @@ int asGuion(Arguments arguments)
 
 int erase(Arguments arguments)
 {
-    const Options options(behindNumber(arguments, 1), {{u"--carpeta", 1}, {u"--si"}});
-    const fs::path file = named(arguments, folderIn(options));
+    const Options options(arguments, {{u"--carpeta", 1}, {u"--si"}}, 1);
+    const fs::path file = named(options);
     if (journal::inUse(file))
         throw std::runtime_error("Ese diario se está escribiendo: cierre antes su ventana.");
     printLine(line(file, journal::readFile(file, journal::ownKey(file.parent_path()))));

@@ -136,19 +136,8 @@ int plazoHistorial(Arguments arguments)
 
 int exportarHistorial(Arguments arguments)
 {
-    // The file may stand before, between and behind the options.
-    std::vector<String> rest(arguments.begin(), arguments.end());
-    String file;
-    for (auto at = rest.begin(); at != rest.end() && file.empty(); ++at) {
-        if (*at == database.name && at + 1 != rest.end())
-            ++at;
-        else if (!at->starts_with(u'-'))
-            file = *at;
-    }
-    std::erase(rest, file);
-    const Options options(rest, {database, {u"--sin-nombres"}});
-    if (file.empty())
-        throw UsageError(u"exportar quiere el FICHERO que se escribe.");
+    const Options options(arguments, {database, {u"--sin-nombres"}}, 1);
+    const String& file = options.operand(0, u"el fichero que se escribe");
     const School school = inspectSchool(options.values(database.name).front());
     const std::string name = toUtf8(file);
     const std::filesystem::path path = std::u8string(name.begin(), name.end());

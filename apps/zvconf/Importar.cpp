@@ -9,6 +9,7 @@
 #include "robot/Rehearsal.h"
 #include "runtime/Convert.h"
 #include "runtime/Json.h"
+#include "suite/sodium/KeyFile.h"
 
 #include <filesystem>
 #include <fstream>
@@ -77,12 +78,17 @@ public:
             std::cerr << done << " de " << lines_ << " líneas\n";
     }
 
+    bool hasLines() const { return added_ + refused_ > 0; }
     int end() const
     {
         if (json_) {
             JsonObject object;
             object.number(u"entran", added_).number(u"no_entran", refused_);
-            object.raw(u"ensayo", rehearsal_ ? u"true" : u"false").number(u"apertura", opening_);
+            object.raw(u"ensayo", rehearsal_ ? u"true" : u"false");
+            if (opening_ != 0)
+                object.number(u"apertura", opening_);
+            else
+                object.raw(u"apertura", u"null");
             printLine(object.str());
         } else {
             printLine(statement(u"Líneas que entran: {}. Que no: {}.", {added_, refused_}));
@@ -98,7 +104,7 @@ private:
     String undoing(Long opening) const
     {
         return statement(u"Se deshace entero con: zvconf historial deshacer --apertura {} --si --bd '{}'",
-                         {opening, url_});
+                         {opening, Replace(url_, u"'", u"'\\''")});
     }
 
     String url_;
@@ -114,12 +120,11 @@ private:
 
 int importar(Arguments arguments)
 {
-    if (arguments.empty() || arguments.front().starts_with(u"--"))
-        throw UsageError(u"importar lleva el fichero de la lista.");
-    const Options options(arguments.subspan(1), {{u"--nodo", 1}, {u"--bd", 1}, {u"--ensayo"}, {u"--json"}});
+    const Options options(arguments, {{u"--nodo", 1}, {u"--bd", 1}, {u"--ensayo"}, {u"--json"}}, 1);
+    const String& file = options.operand(0, u"el fichero de la lista");
     const String& url = options.values(u"--bd").front();
     const ModuleNode& node = nodeOf(options.values(u"--nodo").front());
-    const std::vector<CsvLine> lines = linesOf(arguments.front());
+    const std::vector<CsvLine> lines = linesOf(file);
     installModule();
     Report report(options, lines.empty() ? 0 : lines.size() - 1);
     Opening by = ourselves();
@@ -132,14 +137,23 @@ int importar(Arguments arguments)
         return report.end();
     }
     const School school = history::withHistory(openSchool(url), url);
+    // Not with a key that does not open what is there: two keys would be mixed.
+    if (sameWord(node.table, u"Enfermedad"))
+        checkKey(school);
     const history::HistoryConnection* const history = history::historyOf(school.centro);
     if (history == nullptr)
         std::cerr
             << "Este centro no tiene activado el historial: lo que se importa no se podrá deshacer de una "
                "vez. Se activa antes con «zvconf historial activar».\n";
-    importList(school, node, lines, by, [&](const ImportedLine& line) {
-        report.tell(line, history != nullptr ? history->openingNumber() : 0);
-    });
+    try {
+        importList(school, node, lines, by, [&](const ImportedLine& line) {
+            report.tell(line, history != nullptr ? history->openingNumber() : 0);
+        });
+    } catch (const ImportError&) {
+        if (report.hasLines())
+            report.end();
+        throw;
+    }
     return report.end();
 }
 

@@ -6,10 +6,15 @@
 
 namespace zv::zvconf {
 
-Options::Options(Arguments arguments, std::initializer_list<Option> known)
+Options::Options(Arguments arguments, std::initializer_list<Option> known, std::size_t mostOperands)
 {
     while (!arguments.empty()) {
         const String& name = arguments.front();
+        if (!name.starts_with(u"--") && operands_.size() < mostOperands) {
+            operands_.push_back(name);
+            arguments = arguments.subspan(1);
+            continue;
+        }
         const auto option = std::ranges::find(known, StringView(name), &Option::name);
         if (option == known.end())
             throw UsageError(u"«" + withoutPassword(name) + u"» no es una opción de esta orden.");
@@ -29,6 +34,13 @@ const std::vector<String>& Options::values(StringView name) const
     if (option == given_.end())
         throw UsageError(u"Falta " + String(name) + u".");
     return option->second;
+}
+
+const String& Options::operand(std::size_t place, StringView what) const
+{
+    if (place >= operands_.size())
+        throw UsageError(u"Falta " + String(what) + u".");
+    return operands_[place];
 }
 
 } // namespace zv::zvconf

@@ -5,11 +5,13 @@
 #include "data/sqlite/SqliteEngine.h"
 #include "robot/LateEngine.h"
 #include "runtime/Errors.h"
+#include "runtime/System.h"
 #include "suite/sodium/EncryptoApi.h"
 #include "zv/Version.h"
 #include "zvconf/System.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 
 namespace zv::zvconf {
@@ -41,11 +43,14 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
       puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
       la persona, o donde diga la variable ZV_CLAVE.
-  zvconf copia FICHERO | --diaria CARPETA | --comprobar --bd URL [--frase FICHERO]
+  zvconf copia FICHERO --bd URL [--frase FICHERO]
       Copia en un fichero las tres bases de datos de un centro tal como están en un instante, aunque se esté
       trabajando, y comprueba lo que daría al restaurarla. Con --frase, cuya primera línea es una frase,
-      lleva también la clave de las enfermedades, cerrada con ella. Con --diaria hace la de hoy en la carpeta y
-      deja las de 7 días, 4 semanas y 12 meses; con --comprobar sólo comprueba una copia que hay.
+      lleva también la clave de las enfermedades, cerrada con ella.
+  zvconf copia --diaria CARPETA --bd URL [--frase FICHERO]
+      Hace la de hoy en la carpeta, si no está, y deja las de 7 días, 4 semanas y 12 meses.
+  zvconf copia FICHERO --comprobar [--frase FICHERO]
+      Comprueba una copia que hay y, con --frase, que la clave se abre con ella.
   zvconf restaurar FICHERO --bd URL [--frase FICHERO]
       Pone el centro de una copia en lugar del que haya, que queda al lado con otro nombre: o todo o nada.
   zvconf mudar --de URL --a URL
@@ -134,7 +139,8 @@ icacls), que nombre la variable ZV_CONTRASENA_FICHERO.
 
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
 algo, la fila que se libera no estaba registrada, un guion ve otra cosa, hay guardados cortados, algo no se
-puede deshacer, una línea no entra); con 2 si la orden no se ha podido hacer.
+puede deshacer, una línea no entra, una copia está estropeada, es de unas bases dañadas o va sin la clave que se
+pidió); con 2 si la orden no se ha podido hacer.
 )";
 
 int run(const std::vector<String>& words)
@@ -170,6 +176,9 @@ int runGuarded(std::span<char*> arguments)
         return result;
     } catch (const UsageError& error) {
         std::cerr << "zvconf: " << error.what() << " Con --help se ven las órdenes.\n";
+    } catch (const std::filesystem::filesystem_error& error) {
+        std::cerr << toUtf8(u"zvconf: «" + error.path1().u16string() + u"»: " + wordsFor(error.code()))
+                  << ".\n";
     } catch (const std::exception& error) {
         std::cerr << "zvconf: " << error.what() << '\n';
     }

@@ -75,12 +75,27 @@ RecordsetPtr rowsOf(Connection& base, const FoundTable& table)
     return base.executeNative(u"SELECT " + joined(table.columns) + u" FROM " + table.name);
 }
 
+/// Names that are not ours may be of any letters, or words of SQL.
+FoundTable quotedWhereForeign(Database which, FoundTable table)
+{
+    if (isHistory(table.name))
+        return table;
+    const std::vector<String> ours = ownColumns(which, table.name);
+    for (String& each : table.columns)
+        if (!holds(ours, each))
+            each = quotedName(each);
+    if (ours.empty())
+        table.name = quotedName(table.name);
+    return table;
+}
+
 TableContents contentsOf(Connection& base, Database which, FoundTable table)
 {
     std::ranges::sort(table.columns, {}, lowerName);
     TableContents result{.database = which, .table = lowerName(table.name)};
     RowHash hash(table.columns);
-    for (const RecordsetPtr rows = rowsOf(base, table); !rows->Eof(); rows->MoveNext(), ++result.rows)
+    const FoundTable asked = quotedWhereForeign(which, std::move(table));
+    for (const RecordsetPtr rows = rowsOf(base, asked); !rows->Eof(); rows->MoveNext(), ++result.rows)
         hash.add(rows->row(), result.digest);
     return result;
 }
@@ -144,9 +159,38 @@ std::vector<ForeignPart> foreignColumns(const School& school, Engine& engine)
     return found;
 }
 
+String quotedName(StringView name) { return u'"' + Replace(name, u"\"", u"\"\"") + u'"'; }
+
+String ForeignObject::line() const
+{
+    const StringView what = kind == u"trigger" ? u"un disparador"
+                            : kind == u"view"  ? u"una vista"
+                                               : u"un índice";
+    return statement(u"La {} tiene {} que no es de este programa: {}.", {nameOf(database), what, name});
+}
+
+std::vector<ForeignObject> foreignObjects(Connection& base, Database which)
+{
+    std::vector<ForeignObject> found;
+    const RecordsetPtr rows = base.executeNative(
+        u"SELECT type, name FROM sqlite_schema WHERE type<>'table' AND sql IS NOT NULL ORDER BY rowid");
+    for (; !rows->Eof(); rows->MoveNext()) {
+        const std::vector<Value> row = rows->row();
+        const String name = CStr(row[1]);
+        // Our indexes are named by us.
+        if (CStr(row[0]) != u"index" || !(name.starts_with(u"ix_") || isHistory(name)))
+            found.push_back({which, CStr(row[0]), name});
+    }
+    return found;
+}
+
 std::vector<String> foreignParts(const School& school, Engine& engine)
 {
     std::vector<String> lines;
+    if (engine.ddl() == DdlStyle::sqlite)
+        for (const Database which : everyDatabase)
+            for (const ForeignObject& each : foreignObjects(*baseOf(school, which), which))
+                lines.push_back(each.line());
     for (const ForeignPart& each : foreignColumns(school, engine)) {
         String line =
             each.wholeTable
@@ -160,8 +204,29 @@ std::vector<String> foreignParts(const School& school, Engine& engine)
     return lines;
 }
 
+namespace {
+
+/// Bytes that are no UTF-8 are read as U+FFFD: where more texts have it than have its bytes, some would be
+/// changed without a word.
+void refuseBytes(Connection& from, const FoundTable& table, const std::map<std::size_t, Long>& replaced)
+{
+    for (const auto& [column, rows] : replaced) {
+        const RecordsetPtr genuine = from.executeNative(
+            statement(u"SELECT COUNT(*) AS n FROM {} WHERE instr(CAST({} AS BLOB), x'EFBFBD')>0",
+                      {table.name, table.columns[column]}));
+        if (CLng(genuine->Fields(u"n")) != rows)
+            throw RuntimeError(failure::otherData,
+                               statement(u"en la columna {} hay letras que no están en UTF-8: corríjalas.",
+                                         {table.columns[column]}));
+    }
+}
+
+} // namespace
+
 Long copyRows(Connection& from, Connection& to, const FoundTable& table)
 {
+    constexpr char16_t replacement = 0xFFFD;
+    std::map<std::size_t, Long> replaced; // Rows with it, by column.
     const String head = u"INSERT INTO " + table.name + u" (" + joined(table.columns) + u") VALUES ";
     Long count = 0;
     String values;
@@ -174,18 +239,39 @@ Long copyRows(Connection& from, Connection& to, const FoundTable& table)
     };
     for (const RecordsetPtr rows = rowsOf(from, table); !rows->Eof(); rows->MoveNext(), ++count) {
         values += waiting == 0 ? u"(" : u",(";
-        bool first = true;
-        for (const Value& each : rows->row()) {
-            values += (first ? u"" : u",") + literal(each);
-            first = false;
+        const std::vector<Value> row = rows->row();
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            values += (column == 0 ? u"" : u",") + literal(row[column]);
+            if (const auto* text = row[column].as<String>();
+                text != nullptr && text->find(replacement) != String::npos)
+                ++replaced[column];
         }
         values += u")";
         if (++waiting == rowsAtOnce)
             send();
     }
     send();
+    if (from.engine().name == u"SQLite")
+        refuseBytes(from, table, replaced);
     return count;
 }
+
+namespace {
+
+/// The same with a failure that names the table.
+Long copyRowsTold(Connection& from, Connection& to, Database which, const FoundTable& table)
+{
+    try {
+        return copyRows(from, to, table);
+    } catch (const RuntimeError& error) {
+        throw RuntimeError(error.number(),
+                           statement(u"La tabla {} de la {} no se puede copiar: {} No se ha copiado nada: el "
+                                     u"centro de partida está como estaba.",
+                                     {table.name, nameOf(which), error.description()}));
+    }
+}
+
+} // namespace
 
 void copyContents(const School& from, Engine& fromEngine, School& to, Engine& toEngine,
                   const std::function<void(StringView table, Long rows)>& tell)
@@ -210,7 +296,7 @@ void copyContents(const School& from, Engine& fromEngine, School& to, Engine& to
             base.executeNative(u"DELETE FROM HistorialCabeza");
         for (const FoundTable& table : fromEngine.tables(*baseOf(from, which)))
             if (!sameName(table.name, registrations))
-                tell(table.name, copyRows(*baseOf(from, which), base, table));
+                tell(table.name, copyRowsTold(*baseOf(from, which), base, which, table));
         transaction.commit();
     }
 }

@@ -38,8 +38,18 @@ struct ForeignPart {
     bool wholeTable = false; ///< Its table is not ours either.
 };
 std::vector<ForeignPart> foreignColumns(const School& school, Engine& engine);
+/// A trigger, a view or an index that is not ours, in a SQLite database.
+struct ForeignObject {
+    Database database = Database::centro;
+    String kind; ///< As in SQL, in small letters.
+    String name;
+    String line() const; ///< Spanish, for a person.
+};
+std::vector<ForeignObject> foreignObjects(Connection& base, Database which);
+/// A name as SQL has one of any letters.
+String quotedName(StringView name);
 /// What a school has that we could not make elsewhere, one line in Spanish for each: tables that are not
-/// ours, columns beside ours.
+/// ours, columns beside ours; of a file also triggers, views and indexes.
 std::vector<String> foreignParts(const School& school, Engine& engine);
 
 /// Copies the named columns of a table's rows into the same table of another database, and gives the number

@@ -3,6 +3,7 @@
 #include "care/Move.h"
 #include "care/Scratch.h"
 #include "data/DataError.h"
+#include "data/SchemaCheck.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/history/Log.h"
@@ -10,9 +11,11 @@
 #include "runtime/OwnerOnly.h"
 #include "runtime/System.h"
 #include "runtime/Time.h"
+#include "zv/Version.h"
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <set>
 #include <utility>
 
@@ -24,31 +27,41 @@ namespace fs = std::filesystem;
 /// Name of the extracted live database.
 constexpr const char* extractedName = "restaurada.db";
 
-std::string contentsText(const std::vector<TableContents>& contents)
+/// The school's place, the same from every working folder.
+std::string originOf(StringView url)
 {
-    std::array<std::uint64_t, 4> sum{};
-    for (const TableContents& each : contents)
-        for (std::size_t i = 0; i < sum.size(); ++i)
-            sum[i] += each.digest[i] * (2 * static_cast<std::uint64_t>(each.rows) + 1);
-    std::string text;
-    for (const std::uint64_t each : sum)
-        text += (text.empty() ? "" : "-") + std::to_string(each);
-    return text;
+    const Engine& engine = engineOf(url);
+    if (engine.scheme() != u"sqlite")
+        return toUtf8(withoutPassword(url));
+    return toUtf8(fs::absolute(fs::path(String(locationOf(url)))).lexically_normal().u16string());
 }
 
-CopyReport reportOf(const Manifest& manifest)
+/// Digest of all tables, each bound to its database, its name and its number of rows.
+std::string contentsText(std::vector<TableContents> contents)
 {
-    const auto entry = [&](const char* name) {
-        const auto found = manifest.find(name);
-        return found == manifest.end() ? String() : fromUtf8(found->second);
-    };
-    const auto number = [&](const char* name) { return numberIn(entry(name)).value_or(0); };
-    return {.moment = entry("momento"),
-            .tables = number("tablas"),
-            .rows = number("filas"),
-            .head = number("historial"),
-            .link = entry("historial-enlace"),
-            .hasKey = manifest.contains("clave")};
+    std::ranges::sort(contents, {}, [](const TableContents& each) {
+        return std::pair(each.database, StringView(each.table));
+    });
+    std::string text;
+    for (const TableContents& each : contents) {
+        text += toUtf8(statement(u"{} {} {}", {nameOf(each.database), each.table, each.rows}));
+        for (const std::uint64_t part : each.digest)
+            text += ' ' + std::to_string(part);
+        text += '\n';
+    }
+    return digestOf(text);
+}
+
+/// The same of a school; "" of one that is too damaged to be read.
+std::string contentsText(const School& school, Engine& engine)
+{
+    try {
+        return contentsText(contentsOf(school, engine));
+    } catch (const DataError&) {
+        if (checkDamage(school, engine).empty())
+            throw;
+        return {};
+    }
 }
 
 history::Head headOf(const School& school)
@@ -73,17 +86,58 @@ void forgetStations(StringView url)
     }
 }
 
-/// Extracts a copy and compares it, by content, with what its manifest says.
-Manifest extracted(const fs::path& file, const Scratch& scratch)
+/// Removes what would act in the restored school by itself; the lines that tell it.
+std::vector<String> disarm(StringView url)
+{
+    std::vector<String> lines;
+    Engine& engine = engineOf(url);
+    for (const Database which : everyDatabase) {
+        const ConnectionPtr base = engine.open(locationOf(url), which);
+        for (const ForeignObject& each : foreignObjects(*base, which)) {
+            if (each.kind == u"index")
+                continue;
+            lines.push_back(each.line() + u" No se restaura.");
+            base->executeNative(u"DROP " + each.kind + u" IF EXISTS " + quotedName(each.name));
+        }
+    }
+    return lines;
+}
+
+[[noreturn]] void refuseCopy(const fs::path& file)
+{
+    throw BadCopy(u"«" + file.u16string() + u"» no da lo que se copió. Use otra copia.");
+}
+
+/// Extracts a copy, compares it by content with what its manifest says, and reports what was extracted.
+CopyReport extracted(const fs::path& file, const Scratch& scratch)
 {
     Manifest manifest =
         unpack(file, [&](std::size_t part) { return scratch.file(everyDatabase[part], extractedName); });
+    CopyReport report;
+    report.moment = fromUtf8(manifest["momento"]);
+    report.hasKey = manifest.contains("clave");
+    if (!momentIn(report.moment) || (report.hasKey && !isWrapped(manifest["clave"])))
+        refuseCopy(file);
     const String url = scratch.url(extractedName);
+    Engine& engine = engineOf(url);
+    report.leftOut = disarm(url);
+    if (std::vector<String> damage = checkDamage(inspectSchool(url), engine); !damage.empty()) {
+        std::ranges::move(damage, std::back_inserter(report.faults));
+        return report;
+    }
     forgetStations(url);
-    if (contentsText(contentsOf(inspectSchool(url), engineOf(url))) != manifest["contenido"])
-        throw RuntimeError(failure::otherData,
-                           u"«" + file.u16string() + u"» no da lo que se copió. Use otra copia.");
-    return manifest;
+    const School school = inspectSchool(url);
+    const std::vector<TableContents> contents = contentsOf(school, engine);
+    if (contentsText(contents) != manifest["contenido"])
+        refuseCopy(file);
+    report.tables = static_cast<Long>(contents.size());
+    for (const TableContents& each : contents)
+        report.rows += each.rows;
+    const history::Head head = headOf(school);
+    report.head = head.number;
+    report.link = head.link;
+    std::ranges::move(checkSchool(school, engine), std::back_inserter(report.faults));
+    return report;
 }
 
 [[noreturn]] void failExists(const fs::path& file)
@@ -103,26 +157,21 @@ CopyReport copied(StringView url, const fs::path& file, const std::string& key, 
         const auto whole = [&](Database which, const ConnectionPtr& connection) {
             return engine.backup(*connection, scratch.file(which, "copia.db"));
         };
-        if (!(whole(Database::centro, school.centro) && whole(Database::borrado, school.borrado) &&
-              whole(Database::entrada, school.entrada)))
+        manifest = {{"momento", toUtf8(momentNow())}, {"origen", originOf(url)}, {"programa", version}};
+        if (whole(Database::centro, school.centro) && whole(Database::borrado, school.borrado) &&
+            whole(Database::entrada, school.entrada)) {
+            manifest["contenido"] = contentsText(school, engine);
+        } else {
             copySchool(school, engine, scratch.url("copia.db"), [](StringView, Long) {});
-        const std::vector<TableContents> contents = contentsOf(school, engine);
-        Long rows = 0;
-        for (const TableContents& each : contents)
-            rows += each.rows;
-        const history::Head head = headOf(school);
-        manifest = {{"momento", toUtf8(momentNow())},
-                    {"tablas", std::to_string(contents.size())},
-                    {"filas", std::to_string(rows)},
-                    {"contenido", contentsText(contents)},
-                    {"historial", std::to_string(head.number)},
-                    {"historial-enlace", toUtf8(head.link)}};
+            manifest["contenido"] =
+                contentsText(inspectSchool(scratch.url("copia.db")), engineOf(scratch.url("copia.db")));
+        }
     }
     if (!key.empty() && !passphrase.empty())
         manifest["clave"] = wrapped(key, passphrase);
     const fs::path draft = scratch.file(Database::centro, "fichero");
     pack(draft, manifest, [&](std::size_t part) { return scratch.file(everyDatabase[part], "copia.db"); });
-    manifest = extracted(draft, scratch);
+    CopyReport report = extracted(draft, scratch);
     closeToOthers(draft, fs::perms::owner_read | fs::perms::owner_write);
     if (const std::error_code error = owneronly::flush(draft))
         throw fs::filesystem_error("no se puede escribir", file, error);
@@ -130,7 +179,7 @@ CopyReport copied(StringView url, const fs::path& file, const std::string& key, 
         failExists(file);
     else if (error)
         throw fs::filesystem_error("no se puede escribir", file, error);
-    return reportOf(manifest);
+    return report;
 }
 
 /// Room for a copy that is only read, where a full or small stick does not matter.
@@ -201,7 +250,7 @@ CopyReport checkCopy(const fs::path& file)
 {
     return told(file, [&] {
         const Scratch scratch = scratchFor(file, {});
-        return reportOf(extracted(file, scratch));
+        return extracted(file, scratch);
     });
 }
 
@@ -209,6 +258,8 @@ String restoreCopy(const fs::path& file, StringView url)
 {
     return told(file, [&] { return restored(file, url); });
 }
+
+bool isOf(const fs::path& file, StringView url) { return manifestOf(file)["origen"] == originOf(url); }
 
 std::optional<std::string> keyIn(const fs::path& file, const std::string& passphrase)
 {

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <new>
+#include <utility>
 #include <vector>
 
 namespace zv::care {
@@ -17,13 +18,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view magic = "ZVConfiguracion copia 1\n";
+/// First line, with the number of the format behind.
+constexpr std::string_view magic = "ZVConfiguracion copia ";
+constexpr std::string_view format = "1";
 constexpr std::size_t longestManifest = 1 << 20;
 constexpr std::size_t block = 1 << 20;
 constexpr int base64 = sodium_base64_VARIANT_ORIGINAL_NO_PADDING;
 using Bytes = std::vector<unsigned char>;
 
 [[noreturn]] void refuse(const fs::path& file, StringView words)
+{
+    throw BadCopy(u"«" + file.u16string() + u"» " + String(words));
+}
+
+[[noreturn]] void failReading(const fs::path& file, StringView words)
 {
     throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» " + String(words));
 }
@@ -72,13 +80,6 @@ private:
     crypto_generichash_state state_{};
 };
 
-std::string digestOf(std::string_view text)
-{
-    Digest digest;
-    digest.add(text);
-    return digest.text();
-}
-
 /// Passes `size` bytes of a file, or all, in blocks to the callback; the number passed.
 std::uintmax_t forEachBlock(std::istream& from, std::uintmax_t size,
                             const std::function<void(std::string_view)>& use)
@@ -108,9 +109,13 @@ std::string written(const Manifest& manifest)
 /// Reads head and manifest; the stream then stands at the first part.
 Manifest readManifest(std::ifstream& from, const fs::path& file)
 {
-    std::string head(magic.size(), '\0');
-    if (!from.read(head.data(), static_cast<std::streamsize>(head.size())) || head != magic)
+    std::string head(magic.size() + format.size() + 1, '\0');
+    if (!from.read(head.data(), static_cast<std::streamsize>(head.size())) || !head.starts_with(magic))
         refuse(file, u"no es una copia de seguridad de este programa, o le falta el principio.");
+    if (!head.ends_with(std::string(format) + "\n"))
+        failReading(file,
+                    u"la hizo una versión más nueva de este programa: ponga esa en este equipo y repita "
+                    u"la orden.");
     std::string text;
     std::string line;
     Manifest manifest;
@@ -134,6 +139,13 @@ std::string entry(const Manifest& manifest, const std::string& name)
     return found == manifest.end() ? std::string() : found->second;
 }
 
+std::uintmax_t sizeIn(const Manifest& manifest, const std::string& part)
+{
+    return std::strtoull(entry(manifest, part + "-bytes").c_str(), nullptr, 10);
+}
+
+constexpr std::size_t beforeSecret = crypto_pwhash_SALTBYTES + crypto_secretbox_NONCEBYTES;
+
 std::array<unsigned char, crypto_secretbox_KEYBYTES> keyFrom(std::string_view passphrase,
                                                              const unsigned char* salt)
 {
@@ -147,6 +159,15 @@ std::array<unsigned char, crypto_secretbox_KEYBYTES> keyFrom(std::string_view pa
 
 } // namespace
 
+BadCopy::BadCopy(String description) : RuntimeError(failure::otherData, std::move(description)) {}
+
+std::string digestOf(std::string_view text)
+{
+    Digest digest;
+    digest.add(text);
+    return digest.text();
+}
+
 void pack(const fs::path& file, Manifest manifest, const std::function<fs::path(std::size_t part)>& partOf)
 {
     for (std::size_t part = 0; part < partNames.size(); ++part) {
@@ -159,7 +180,7 @@ void pack(const fs::path& file, Manifest manifest, const std::function<fs::path(
     }
     std::ofstream to(file, std::ios::binary | std::ios::trunc);
     const std::string text = written(manifest);
-    to << magic << text << digestOf(text) << '\n';
+    to << magic << format << '\n' << text << digestOf(text) << '\n';
     for (std::size_t part = 0; part < partNames.size(); ++part) {
         std::ifstream from(partOf(part), std::ios::binary);
         forEachBlock(from, UINTMAX_MAX, [&](std::string_view bytes) { to << bytes; });
@@ -172,19 +193,25 @@ Manifest manifestOf(const fs::path& file)
 {
     std::ifstream from(file, std::ios::binary);
     if (!from)
-        refuse(file, u"no se puede leer: compruebe el nombre y el permiso.");
-    return readManifest(from, file);
+        failReading(file, u"no se puede leer: compruebe el nombre y el permiso.");
+    Manifest manifest = readManifest(from, file);
+    auto size = static_cast<std::uintmax_t>(from.tellg());
+    for (const char* const part : partNames)
+        size += sizeIn(manifest, part);
+    if (size != fs::file_size(file))
+        refuse(file, u"no está entera. Use otra copia.");
+    return manifest;
 }
 
 Manifest unpack(const fs::path& file, const std::function<fs::path(std::size_t part)>& partOf)
 {
     std::ifstream from(file, std::ios::binary);
     if (!from)
-        refuse(file, u"no se puede leer: compruebe el nombre y el permiso.");
+        failReading(file, u"no se puede leer: compruebe el nombre y el permiso.");
     Manifest manifest = readManifest(from, file);
     for (std::size_t part = 0; part < partNames.size(); ++part) {
         const std::string name = partNames[part];
-        const std::uintmax_t size = std::strtoull(entry(manifest, name + "-bytes").c_str(), nullptr, 10);
+        const std::uintmax_t size = sizeIn(manifest, name);
         Digest digest;
         std::ofstream to(partOf(part), std::ios::binary | std::ios::trunc);
         const std::uintmax_t passed = forEachBlock(from, size, [&](std::string_view bytes) {
@@ -216,16 +243,22 @@ std::string wrapped(std::string_view secret, std::string_view passphrase)
 std::optional<std::string> unwrapped(std::string_view wrapped, std::string_view passphrase)
 {
     useSodium();
-    constexpr std::size_t before = crypto_pwhash_SALTBYTES + crypto_secretbox_NONCEBYTES;
     const auto bytes = bytes64(wrapped);
-    if (!bytes || bytes->size() < before + crypto_secretbox_MACBYTES)
+    if (!bytes || bytes->size() < beforeSecret + crypto_secretbox_MACBYTES)
         return std::nullopt;
-    std::string secret(bytes->size() - before - crypto_secretbox_MACBYTES, '\0');
+    std::string secret(bytes->size() - beforeSecret - crypto_secretbox_MACBYTES, '\0');
     const unsigned char* const nonce = bytes->data() + crypto_pwhash_SALTBYTES;
-    if (crypto_secretbox_open_easy(bytesOf(secret), bytes->data() + before, bytes->size() - before, nonce,
+    if (crypto_secretbox_open_easy(bytesOf(secret), bytes->data() + beforeSecret,
+                                   bytes->size() - beforeSecret, nonce,
                                    keyFrom(passphrase, bytes->data()).data()) != 0)
         return std::nullopt;
     return secret;
+}
+
+bool isWrapped(std::string_view text)
+{
+    const auto bytes = bytes64(text);
+    return bytes && bytes->size() > beforeSecret + crypto_secretbox_MACBYTES;
 }
 
 } // namespace zv::care

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "runtime/String.h"
+#include "runtime/Errors.h"
 
 #include <array>
 #include <filesystem>
@@ -18,6 +18,12 @@ namespace zv::care {
 /// not.
 using Manifest = std::map<std::string, std::string>;
 
+/// A file that is no copy of ours, or not as it was written; the text says what to do.
+class BadCopy : public RuntimeError {
+public:
+    explicit BadCopy(String description);
+};
+
 /// Parts of the container, in their order.
 inline constexpr std::array<const char*, 3> partNames{"centro", "borrado", "entrada"};
 
@@ -27,16 +33,22 @@ inline constexpr std::array<const char*, 3> partNames{"centro", "borrado", "entr
 void pack(const std::filesystem::path& file, Manifest manifest,
           const std::function<std::filesystem::path(std::size_t part)>& partOf);
 
-/// Reads the manifest, checked by its digest. Fails with a RuntimeError that tells a person what is wrong.
+/// Reads the manifest, checked by its digest, and looks that the file has the size it says. Fails with a
+/// BadCopy, or with a RuntimeError where the file cannot be read or a newer version made it.
 Manifest manifestOf(const std::filesystem::path& file);
 /// Extracts the parts to where `partOf` says, checks all and returns the manifest. Fails as manifestOf();
 /// then what was written is not to be used.
 Manifest unpack(const std::filesystem::path& file,
                 const std::function<std::filesystem::path(std::size_t part)>& partOf);
 
+/// Digest of a text (BLAKE2b of 256 bits), as base64.
+std::string digestOf(std::string_view text);
+
 /// Secret text under a passphrase (Argon2id, XChaCha20-Poly1305), as base64; and back, nullopt for another
 /// passphrase.
 std::string wrapped(std::string_view secret, std::string_view passphrase);
 std::optional<std::string> unwrapped(std::string_view wrapped, std::string_view passphrase);
+/// Whether a text can be what wrapped() gave.
+bool isWrapped(std::string_view text);
 
 } // namespace zv::care

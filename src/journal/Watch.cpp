@@ -149,11 +149,11 @@ bool Watch::holdsStill(const Watched& watched)
     const Held& held = watched.held;
     switch (watched.input) {
     case Input::text: {
-        const auto& box = static_cast<const TextBox&>(*watched.control);
+        const auto& box = dynamic_cast<const TextBox&>(*watched.control);
         return box.TextoDoblado().empty() ? box.Text() == held.value.text : typed(box) == held.value.text;
     }
     case Input::list: {
-        const auto& list = static_cast<const ComboBox&>(*watched.control);
+        const auto& list = dynamic_cast<const ComboBox&>(*watched.control);
         const Long index = list.ListIndex();
         return index < 0 ? held.none
                          : !held.none && list.ItemData(index) == held.value.number &&

@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <optional>
 #include <utility>
+#include <variant>
 
 namespace zv {
 namespace {
@@ -41,9 +42,9 @@ public:
     {
         const auto write = history::writeOf(statement);
         if (!write || write->kind != history::Write::Kind::insert || !sameName(write->table, table_))
-            return inner()->Execute(statement);
+            return asked(statement);
         try {
-            RecordsetPtr result = inner()->Execute(statement);
+            RecordsetPtr result = asked(statement);
             ++inserted_;
             return result;
         } catch (const DataError& error) {
@@ -57,12 +58,26 @@ public:
 
     void beginLine() { inserted_ = taken_ = 0; }
     bool inserted() const { return inserted_ > 0; }
+    /// The failure after which every other line would wait and fail alike; "" while there is none.
+    const String& broken() const { return broken_; }
 
 private:
+    RecordsetPtr asked(StringView statement)
+    {
+        try {
+            return inner()->Execute(statement);
+        } catch (const DataError& error) {
+            if (error.number() == failure::locked || error.number() == failure::connectionLost)
+                broken_ = error.description();
+            throw;
+        }
+    }
+
     static constexpr int mostTries = 100;
     String table_;
     int inserted_ = 0;
     int taken_ = 0;
+    String broken_;
 };
 
 CommandButton* buttonOf(const Form& form, StringView caption)
@@ -162,6 +177,7 @@ public:
             result.message = u"La ventana se ha cerrado sin guardar la fila.";
         return result;
     }
+    const String& broken() const { return centro_->broken(); }
 
     void opened(Form& /*form*/) override {}
     void runModal(Form& form) override
@@ -212,9 +228,14 @@ private:
 
     void fillAndAccept(Form& form, const CsvLine& line)
     {
-        for (const auto& [field, column] : fields_)
+        for (const auto& [field, column] : fields_) {
+            if (std::holds_alternative<std::monostate>(field.target) && !line.cells[column].empty() &&
+                !std::exchange(unusedTold_, true))
+                tell(u"Lo de " + between(field.headings.front()) +
+                     u" no se usa: lo calcula la ventana; mire si es lo mismo.");
             if (refusal_ = fillIn(field, csvContent(line.cells[column])); !refusal_.empty())
                 return;
+        }
         CommandButton* const accept = buttonOf(form, u"Aceptar");
         if (accept == nullptr || !Acts().click(*accept))
             refusal_ = u"No se puede pulsar Aceptar.";
@@ -229,7 +250,8 @@ private:
     std::size_t columns_ = 0;
     std::vector<std::pair<ImportField, std::size_t>> fields_; ///< With the column that fills each.
     String messages_;                                         ///< Of the line in hand.
-    String refusal_;                                          ///< Why the line in hand could not be typed.
+    bool unusedTold_ = false;
+    String refusal_; ///< Why the line in hand could not be typed.
 };
 
 } // namespace
@@ -245,8 +267,12 @@ void importList(const School& school, const ModuleNode& node, const std::vector<
         throw ImportError(u"La lista está vacía.");
     Import import(school, node, by);
     import.readHeadings(lines.front());
-    for (auto line = lines.begin() + 1; line != lines.end(); ++line)
+    for (auto line = lines.begin() + 1; line != lines.end(); ++line) {
         tell(import.add(*line));
+        if (!import.broken().empty())
+            throw ImportError(u"Se deja de importar en la línea " + decimalText(line->line) + u". " +
+                              import.broken());
+    }
 }
 
 } // namespace zv

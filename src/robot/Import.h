@@ -19,7 +19,8 @@ struct ImportedLine {
     String message;
 };
 
-/// A list that cannot be imported at all; the text is Spanish and says what to do. Nothing was written.
+/// A list that cannot be imported, or an import that a lost connection or a locked database ended; the text
+/// is Spanish and says what to do. Of a list that cannot be imported nothing was written.
 class ImportError : public std::runtime_error {
 public:
     explicit ImportError(StringView text) : runtime_error(toUtf8(text)) {}
@@ -31,7 +32,8 @@ public:
 /// left with «Cancelar», and each row is written by one statement, whole or not at all. In a school's history
 /// all of it is one opening, `by`. A heading is that of the reference host's list or the field's own caption,
 /// without regard to case and accents. `tell` is called after each line. Fails with an ImportError for a node
-/// or headings that it does not take. Numbers have the Spanish decimal comma.
+/// or headings that it does not take, and after a line at which the database was locked or lost. Numbers have
+/// the Spanish decimal comma.
 void importList(const School& school, const ModuleNode& node, const std::vector<CsvLine>& lines,
                 const Opening& by, const std::function<void(const ImportedLine&)>& tell);
 

@@ -103,6 +103,12 @@ public:
     std::vector<CsvLine> lines()
     {
         std::vector<CsvLine> result;
+        // A spreadsheet's word for what parts the cells, in a line of its own.
+        if (text_.starts_with(u"sep=") && text_.size() > 6 && (text_[5] == u'\r' || text_[5] == u'\n')) {
+            separator_ = text_[4];
+            at_ = 5;
+            takeLineBreak();
+        }
         while (at_ < text_.size()) {
             CsvLine record{.line = line_, .cells = {cell()}};
             while (at_ < text_.size() && separator_ != 0 && text_[at_] == separator_) {

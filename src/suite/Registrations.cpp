@@ -204,7 +204,7 @@ std::optional<Holder> acquire(Connection& centro, const Station& station, String
                           u"VALUES ({},{},{},{},{})",
                           {textLiteral(form), row, user, mine, moment})))
             return std::nullopt;
-        const auto holder = holderOf(centro, form, row);
+        auto holder = holderOf(centro, form, row);
         if (!holder)
             continue;
         const bool shares = sharing == Sharing::withOwnUser && holder->user == user;

@@ -140,6 +140,17 @@ TEST_F(Moving, one_that_stops_leaves_the_first_as_it_was_and_the_second_nowhere)
     openSchool(one).centro->executeNative(u"CREATE TABLE Ajena (x INTEGER)");
     EXPECT_NE(numberOf([&] { care::moveSchool(one, file(u"dos.db")); }, u"Ajena"), 0);
     openSchool(one).centro->executeNative(u"DROP TABLE Ajena");
+    for (const auto& [spoil, mend, word] :
+         {std::tuple(u"CREATE VIEW Ajena AS SELECT 1", u"DROP VIEW Ajena", u"una vista"),
+          {u"CREATE TRIGGER Ajeno AFTER DELETE ON Pais BEGIN SELECT 1; END", u"DROP TRIGGER Ajeno",
+           u"un disparador"},
+          {u"CREATE INDEX Ajeno ON Pais (Descripcion)", u"DROP INDEX Ajeno", u"un índice"},
+          {u"INSERT INTO Pais (IDPais,Descripcion) VALUES (9999,CAST(x'FF41' AS TEXT))",
+           u"DELETE FROM Pais WHERE IDPais=9999", u"tabla Pais de la base del centro no se puede copiar"}}) {
+        openSchool(one).centro->executeNative(spoil);
+        EXPECT_NE(numberOf([&] { care::moveSchool(one, file(u"dos.db")); }, word), 0);
+        openSchool(one).centro->executeNative(mend);
+    }
     for (const StringView change :
          {u"UPDATE Pais SET Descripcion=Descripcion||' ' WHERE IDPais=1",
           u"UPDATE Pais SET Descripcion=NULL WHERE IDPais=1", u"DELETE FROM Pais WHERE IDPais=1"}) {

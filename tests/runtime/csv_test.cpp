@@ -37,6 +37,7 @@ TEST(Csv, reads_what_spreadsheets_write)
         {"a,b;c\n1,2", "1:a,b|c\n2:1,2\n"}, // A tie: spreadsheets in Spain write semicolons.
         {"\"a,b,c\"\tb\n1\t \n", "1:a,b,c|b\n2:1| \n"},
         {"Nombre\rPan, leche; o no\r", "1:Nombre\n2:Pan, leche; o no\n"},
+        {"sep=;\r\na,b;c,d\r\n", "2:a,b|c,d\n"},
         {"Ni\xF1o \x80\n", "1:Niño €\n"},
         {"Niño €\n", "1:Niño €\n"},
         {"\xFF\xFE"s + "a\0\t\0\xF1\0"s, "1:a|ñ\n"},

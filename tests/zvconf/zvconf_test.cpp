@@ -118,6 +118,56 @@ TEST_F(Zvconf, finds_what_the_disk_spoilt)
     EXPECT_EQ(run("comprobar --bd sqlite:c.db"), 1);
     EXPECT_TRUE(out.starts_with("Base del centro: está dañada (")) << out;
     EXPECT_NE(out.find("copia de seguridad"), std::string::npos) << out;
+    // It is copied as it is, and said so; it does not take the place of a school.
+    EXPECT_EQ(run("copia c.zvcopia --bd sqlite:c.db"), 1);
+    EXPECT_NE(out.find("DEFECTUOSA"), std::string::npos) << out;
+    EXPECT_EQ(run("copia --comprobar c.zvcopia"), 1);
+    EXPECT_EQ(run("crear --bd sqlite:d.db"), 0);
+    EXPECT_EQ(run("restaurar c.zvcopia --bd sqlite:d.db"), 2);
+}
+
+TEST_F(Zvconf, copies_say_what_they_hold_and_whether_their_key_is_good)
+{
+    ASSERT_EQ(run("crear --bd sqlite:c.db --ejemplo"), 0) << err;
+    const fs::path key = folder / "clave";
+    fs::copy(key, folder / "buena");
+    std::ofstream(folder / "frase") << "\xEF\xBB\xBFuna frase larga  \r\n";
+    std::ofstream(folder / "misma") << "una frase larga";
+    std::ofstream(folder / "otra") << "otra";
+    fs::create_directory(folder / "d");
+    std::ofstream(folder / "d/copia-2020-01-01.zvcopia") << "nada";
+    openSchool(u"sqlite:" + (folder / "c.db").u16string())
+        .centro->executeNative(u"CREATE TRIGGER ajeno AFTER DELETE ON Pais BEGIN DELETE FROM Alumno; END");
+    const struct {
+        const char* key;
+        const char* arguments;
+        int code;
+        const char* words;
+    } cases[] = {
+        {"buena", "crear --bd sqlite:otro.db", 0, "Creado"},
+        {"buena", "copia --bd sqlite:c.db --frase frase c.zvcopia", 0,
+         "un disparador que no es de este programa"},
+        {"buena", "copia --comprobar c.zvcopia --frase misma", 0, "la frase la abre"},
+        {"buena", "copia c.zvcopia --comprobar --frase otra", 1, "no es su frase"},
+        {"otra", "copia mala.zvcopia --bd sqlite:c.db --frase frase", 1, "la pueden leer otros"},
+        {"buena", "copia --diaria d --bd sqlite:c.db", 0, "2020-01-01.zvcopia» no es una copia"},
+        {"buena", "copia --diaria d --bd sqlite:c.db --frase frase", 1, "Quítela y repita la orden"},
+        {"buena", "copia --diaria d --bd sqlite:otro.db", 2, "es de otro centro"},
+        {nullptr, "restaurar c.zvcopia --bd sqlite:r.db", 0, "La copia lleva la suya"},
+        {nullptr, "restaurar --frase misma --bd sqlite:r.db c.zvcopia", 0, "se leen con la clave"},
+        {nullptr, "importar lista --nodo Enfermedades --bd sqlite:r.db", 2, "«clave», no existe"},
+    };
+    std::ofstream(folder / "lista") << "Nombre\nViruela\n";
+    for (const auto& [with, arguments, code, words] : cases) {
+        fs::remove(key);
+        if (with != nullptr)
+            fs::copy(folder / with, key);
+        EXPECT_EQ(run(arguments), code) << arguments << '\n' << out << err;
+        EXPECT_NE((out + err).find(words), std::string::npos) << arguments << '\n' << out << err;
+    }
+    EXPECT_TRUE(openSchool(u"sqlite:" + (folder / "r.db").u16string())
+                    .centro->executeNative(u"SELECT name FROM sqlite_schema WHERE type='trigger'")
+                    ->Eof());
 }
 
 TEST_F(Zvconf, says_what_dialogs_will_do_to_the_data_repairs_it_and_takes_that_back)
@@ -262,6 +312,12 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"registros --bd sqlite:c.db --liberar frmPais", "A --liberar le falta su valor."},
         {"registros --bd sqlite:c.db --liberar frmPais 3x", "«3x» no es el número de una fila."},
         {"registros --bd sqlite:c.db --liberar frmPais 3 --liberar-todo", "no van juntas"},
+        {"copia", "Falta el fichero de la copia."},
+        {"copia --diaria x", "Falta --bd."},
+        {"copia --comprobar a.zvcopia --bd sqlite:c.db", "--comprobar va sin --bd"},
+        {"copia --diaria x --comprobar", "no van juntas"},
+        {"copia --diaria nada --bd sqlite:c.db", "«nada» no es una carpeta"},
+        {"restaurar --bd sqlite:c.db uno otro", "«otro» no es una opción"},
         {"clave", "A clave le falta qué hacer"},
         {"clave cambiar", "Falta --bd."},
         {"$(printf '\\377')", "no está en UTF-8"},

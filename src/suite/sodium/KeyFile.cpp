@@ -1,9 +1,12 @@
 #include "suite/sodium/KeyFile.h"
 
+#include "runtime/Convert.h"
 #include "runtime/PrivateFile.h"
 #include "runtime/System.h"
 
+#include <algorithm>
 #include <fstream>
+#include <vector>
 
 namespace zv {
 
@@ -82,6 +85,24 @@ std::string keyFileText()
 {
     std::ifstream stream(keyPlace(), std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+bool checkKey(const School& school)
+{
+    std::vector<String> texts;
+    for (const ConnectionPtr& base : {school.centro, school.borrado})
+        for (auto rows = base->Execute(u"Select Nombre, Descripcion From Enfermedad"); !rows->Eof();
+             rows->MoveNext())
+            for (const Value& each : rows->row())
+                if (!each.isNull() && !CStr(each).empty())
+                    texts.push_back(CStr(each));
+    if (texts.empty())
+        return false;
+    const CipherKey key = readKey(keyPlace());
+    if (std::ranges::none_of(texts, [&](const String& each) { return key.open(each).has_value(); }))
+        failFile(keyPlace(), u"no es la de las enfermedades de este centro: ponga en su lugar la buena, que "
+                             u"tienen los demás puestos o una copia.");
+    return true;
 }
 
 bool createKey(const fs::path& file, const CipherKey& key)

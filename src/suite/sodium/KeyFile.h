@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/Connection.h"
 #include "runtime/Errors.h"
 #include "suite/sodium/CipherKey.h"
 
@@ -19,6 +20,9 @@ std::filesystem::path keyPlace();
 CipherKey readKey(const std::filesystem::path& file);
 /// The key file's whole text, as createKey() wrote it; "" where there is none.
 std::string keyFileText();
+/// Whether a school has enciphered texts. Fails as readKey() if it has, and if the key in its place opens
+/// none.
+bool checkKey(const School& school);
 /// Creates a key file, readable only by its owner. False if a file exists already.
 bool createKey(const std::filesystem::path& file, const CipherKey& key);
 
