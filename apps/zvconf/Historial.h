@@ -38,8 +38,6 @@ String rowOf(String& table, const String& number);
 Seconds momentFrom(const String& text);
 /// The live database of a school that has a history; one that has none fails with a RuntimeError.
 std::shared_ptr<history::HistoryConnection> openHistory(StringView url);
-/// As whom the command line writes.
-Opening ourselves();
 /// Does what reads the history's tables, and tells a person what it means where they are missing.
 template <class Work>
 auto withHistory(Work work)

@@ -18,6 +18,7 @@ void showFindings(QWidget* parent, const std::vector<Finding>& findings, bool of
 {
     ListDialog dialog(parent, QStringLiteral("Antes de abrir la sección"), columns, [&] {
         std::vector<Row> rows;
+        rows.reserve(findings.size());
         for (const Finding& each : findings)
             rows.push_back(
                 {static_cast<Long>(rows.size()),

@@ -184,7 +184,9 @@ void orphans(Facts& facts, Found& found)
     for (const auto& [place, notes] : byPlace) {
         const auto [id, section] = place;
         const String& name = facts.section(section).name;
-        String where, until = u" ni las borra", remedy = u"restáurelo";
+        String where;
+        String until = u" ni las borra";
+        String remedy = u"restáurelo";
         if (facts.section(section).hasGuidance()) {
             until = u", y se borran cuando alguien acepte el consejo de " + name +
                     (listsSomebody(facts, section) ? u"" : u", en cuanto esa sección tenga algún alumno");

@@ -305,43 +305,6 @@ void HistoryConnection::addInserted(Appending& log, const Write& write, StringVi
     add(log, {.kind = Kind::added, .table = String(table.name), .row = is->key, .after = textOf(is->fields)});
 }
 
-void HistoryConnection::addDifferences(Appending& log, const Write& write, Rows before, Rows after)
-{
-    const String table(keyed(write.table)->name);
-    // What is the same on both sides was not written; where a key may stand twice, as often as it stands on
-    // both.
-    std::erase_if(before, [&](const Row& was) {
-        const auto is =
-            std::ranges::find_if(after, [&](const Row& each) { return same(each.fields, was.fields); });
-        if (is == after.end())
-            return false;
-        after.erase(is);
-        return true;
-    });
-    for (const Row& was : before) {
-        const auto is = std::ranges::find(after, was.key, &Row::key);
-        if (is == after.end()) {
-            add(log, {.kind = Kind::removed, .table = table, .row = was.key, .before = textOf(was.fields)});
-            continue;
-        }
-        Fields old;
-        Fields now;
-        for (std::size_t i = 0; i < was.fields.size(); ++i)
-            if (!same(was.fields[i].value, is->fields[i].value)) {
-                old.push_back(was.fields[i]);
-                now.push_back(is->fields[i]);
-            }
-        add(log, {.kind = Kind::changed,
-                  .table = table,
-                  .row = was.key,
-                  .before = textOf(old),
-                  .after = textOf(now)});
-        after.erase(is);
-    }
-    for (const Row& is : after)
-        add(log, {.kind = Kind::added, .table = table, .row = is.key, .after = textOf(is.fields)});
-}
-
 /// Adds an entry of the opening in hand, behind the opening's own if it is its first.
 void HistoryConnection::add(Appending& log, Entry entry)
 {
