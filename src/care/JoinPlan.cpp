@@ -21,10 +21,10 @@ constexpr struct {
 
 } // namespace
 
-String heldBy(const Registration& each)
+String heldBy(const Registration& registration)
 {
-    return (each.user == 0 ? String(u"alguien") : u"el usuario " + decimalText(each.user)) +
-           u", en el puesto " + each.station.substr(0, each.station.find_first_of(u" /"));
+    return (registration.user == 0 ? String(u"alguien") : u"el usuario " + decimalText(registration.user)) +
+           u", en el puesto " + registration.station.substr(0, registration.station.find_first_of(u" /"));
 }
 
 void addKind(JoinPlan& plan, const Pair& pair, const Fields& stays, const Fields& goes)
@@ -47,7 +47,8 @@ void addBanks(JoinPlan& plan, Connection& centro, const Pair& pair, const Fields
         const Value* value = history::valueOf(row, column);
         return value == nullptr ? String() : String() + *value;
     };
-    const String one = text(stays, u"Numero"), other = text(goes, u"Numero");
+    const String one = text(stays, u"Numero");
+    const String other = text(goes, u"Numero");
     if (!one.empty() && !other.empty() && one != other)
         plan.warnings.push_back(
             statement(u"«{}» tiene el número {} y «{}» el {}: parecen dos bancos distintos.",
