@@ -34,6 +34,7 @@ protected:
         registerEngine(sqliteEngine());
         installModule();
         std::filesystem::create_directories(folder);
+        unsetenv("ZV_DIARIO");
         record(folder);
     }
     ~Recorded() override

@@ -364,7 +364,7 @@ TEST_F(ListTest, the_manual_is_searched)
         search->close();
     });
     key(Qt::Key_F1, Qt::ControlModifier);
-    EXPECT_EQ(shown.toStdString(), "Hace la de hoy, si no");
+    EXPECT_EQ(shown.toStdString(), "Póngala en el programador de tareas");
 }
 
 TEST_F(ListTest, times_are_said_as_people_say_them)
