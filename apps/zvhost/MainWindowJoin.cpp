@@ -118,7 +118,8 @@ void MainWindow::replaceRow(const NamedRow& row)
 void MainWindow::joinRows(const care::Pair& pair)
 {
     Long number = 0;
-    QString stays, goes;
+    QString stays;
+    QString goes;
     if (!changes(QStringLiteral("No se ha podido sustituir."), [&] {
             const care::JoinPlan plan = care::planOf(joiner(*host_), pair);
             stays = toQt(plan.stays);
