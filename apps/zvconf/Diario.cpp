@@ -22,7 +22,7 @@ constexpr StringView keyNames[] = {u"ENTER", u"ESC", u"TAB", u"",    u"BS",     
 
 fs::path folderIn(const Options& options)
 {
-    const fs::path folder =
+    fs::path folder =
         options.has(u"--carpeta") ? fs::path(options.values(u"--carpeta").front()) : journal::folder();
     if (folder.empty())
         throw std::runtime_error("No se sabe dónde están los diarios: dé su carpeta con --carpeta.");
