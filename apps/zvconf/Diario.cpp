@@ -132,7 +132,7 @@ String controlOf(const Act& act)
 String commandOf(const Act& act)
 {
     String start = String(verbNames[static_cast<std::size_t>(act.verb)]) +
-                         (act.control.empty() ? u"" : u" ") + controlOf(act);
+                   (act.control.empty() ? u"" : u" ") + controlOf(act);
     switch (act.verb) {
     case ActVerb::type:
     case ActVerb::paste:
