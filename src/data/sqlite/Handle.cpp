@@ -157,7 +157,13 @@ std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, Opening op
 void useWriteAheadLog(Handle& handle, const std::filesystem::path& file)
 {
     sqlite3* const database = handle.database.get();
-    if (sqlite3_exec(database, writeAheadLog, nullptr, nullptr, nullptr) != SQLITE_OK)
+    int code = SQLITE_OK;
+    int waited = 0;
+    // Of two connections that change the mode at once the engine refuses one without its busy handler.
+    do
+        code = sqlite3_exec(database, writeAheadLog, nullptr, nullptr, nullptr);
+    while (code == SQLITE_BUSY && waitForOthers(nullptr, waited++) != 0);
+    if (code != SQLITE_OK)
         failOpening(database, file);
 }
 
