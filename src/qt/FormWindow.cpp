@@ -62,6 +62,8 @@ FormWindow::FormWindow(Form& form, QWidget* parent, Zoom* zoom)
 FormWindow::~FormWindow()
 {
     alive_ = false;
+    // The focus moves on once more while the base is destroyed.
+    disconnect(qApp, nullptr, this, nullptr);
     ring_.setParent(nullptr); // It stands beside the focused control, in the control's own parent.
     // Destruction in reverse order: children before their frame.
     while (!views_.empty())

@@ -192,8 +192,9 @@ TEST_F(Zvconf, says_what_dialogs_will_do_to_the_data_repairs_it_and_takes_that_b
     EXPECT_TRUE(care::differences(broken, read()).empty()) << "who only looks changes nothing";
     EXPECT_EQ(run("comprobar --datos --reparar --bd sqlite:c.db"), 0) << out << err;
     std::smatch undo;
-    EXPECT_TRUE(
-        std::regex_search(out, undo, std::regex("Fallos: 2. Consejos: 1.\nReparados: 2.\n.*zvconf (.*)\n")))
+    const std::string mended = out;
+    EXPECT_TRUE(std::regex_search(mended, undo,
+                                  std::regex("Fallos: 2. Consejos: 1.\nReparados: 2.\n.*zvconf (.*)\n")))
         << out;
     EXPECT_EQ(run("comprobar --datos --bd sqlite:c.db"), 0) << "advice alone";
     EXPECT_EQ(run(undo[1].str()), 0) << out << err;
