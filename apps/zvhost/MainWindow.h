@@ -101,7 +101,7 @@ private:
     /// Tells of what this person typed in this school and never saved, since his program died.
     void tellDrafts();
     void remindOfCopies();
-    void tellDraft(const journal::Found& found);
+    void tellDraft(const journal::Found& found, bool here);
     void tellForgotten();
     /// Opens the dialog that a draft is of, which offers to type it in again.
     void openDraft(const Node& node, const journal::Opening& opening);
