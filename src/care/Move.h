@@ -8,6 +8,7 @@ namespace zv::care {
 struct Moved {
     Long tables = 0;
     Long rows = 0;
+    std::vector<TableContents> contents; ///< As read back at the end.
 };
 
 /// Copies a school that is read already, as moveSchool(). `kept`: as createSchool().
