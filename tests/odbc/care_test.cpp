@@ -1,6 +1,6 @@
-#include "care/Copies.h"
-#include "care/Move.h"
-#include "care/Rules.h"
+#include "care/copies/Copies.h"
+#include "care/copies/Move.h"
+#include "care/rules/Rules.h"
 
 #include "data/NumberOf.h"
 #include "data/Schema.h"

@@ -1,7 +1,7 @@
-#include "care/Copies.h"
+#include "care/copies/Copies.h"
 
-#include "care/Move.h"
-#include "care/Scratch.h"
+#include "care/copies/Move.h"
+#include "care/copies/Scratch.h"
 #include "data/DataError.h"
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"

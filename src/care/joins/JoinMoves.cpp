@@ -1,4 +1,4 @@
-#include "care/JoinMoves.h"
+#include "care/joins/JoinMoves.h"
 
 #include "data/Statement.h"
 #include "data/history/Rows.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "care/Contents.h"
+#include "care/copies/Contents.h"
 
 namespace zv::care {
 

@@ -1,4 +1,4 @@
-#include "care/Move.h"
+#include "care/copies/Move.h"
 
 #include "data/DataError.h"
 #include "data/Schools.h"
