@@ -1,7 +1,7 @@
 #pragma once
 
-#include "care/Join.h"
-#include "care/Rules.h"
+#include "care/joins/Join.h"
+#include "care/rules/Rules.h"
 #include "data/history/Losses.h"
 #include "journal/Journals.h"
 #include "zvhost/Deletion.h"

@@ -1,4 +1,4 @@
-#include "care/JoinPlan.h"
+#include "care/joins/JoinPlan.h"
 
 #include "data/Statement.h"
 #include "runtime/Convert.h"

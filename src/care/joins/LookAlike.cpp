@@ -1,4 +1,4 @@
-#include "care/LookAlike.h"
+#include "care/joins/LookAlike.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "care/Findings.h"
+#include "care/rules/Findings.h"
 #include "data/Engine.h"
 
 #include <map>

@@ -1,6 +1,6 @@
-#include "care/CopyFile.h"
+#include "care/copies/CopyFile.h"
 
-#include "care/Sodium.h"
+#include "care/copies/Sodium.h"
 #include "data/DataError.h"
 
 #include <sodium.h>

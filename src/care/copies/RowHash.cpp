@@ -1,6 +1,6 @@
-#include "care/RowHash.h"
+#include "care/copies/RowHash.h"
 
-#include "care/Sodium.h"
+#include "care/copies/Sodium.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 

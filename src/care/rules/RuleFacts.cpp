@@ -1,4 +1,4 @@
-#include "care/RuleFacts.h"
+#include "care/rules/RuleFacts.h"
 
 #include "data/Schools.h"
 #include "data/Statement.h"

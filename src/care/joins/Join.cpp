@@ -1,7 +1,7 @@
-#include "care/Join.h"
+#include "care/joins/Join.h"
 
-#include "care/Contents.h"
-#include "care/JoinRecord.h"
+#include "care/copies/Contents.h"
+#include "care/joins/JoinRecord.h"
 #include "data/DataError.h"
 #include "data/Schools.h"
 #include "data/Statement.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "care/Contents.h"
-#include "care/CopyFile.h"
+#include "care/copies/Contents.h"
+#include "care/copies/CopyFile.h"
 
 namespace zv::care {
 

@@ -1,6 +1,6 @@
 // The rows of a list that a person may take for one.
-#include "care/Join.h"
-#include "care/LookAlike.h"
+#include "care/joins/Join.h"
+#include "care/joins/LookAlike.h"
 #include "data/Statement.h"
 #include "data/history/Words.h"
 #include "runtime/Convert.h"

@@ -1,8 +1,8 @@
 // What the dialogs of the banks and of the parties to the direct debits do with their rows: they look for a
 // bank by its number, for a branch within its bank, and accept nothing that lacks a part. What only a bank
 // checks is advice.
-#include "care/CheckDigits.h"
-#include "care/RuleFacts.h"
+#include "care/rules/CheckDigits.h"
+#include "care/rules/RuleFacts.h"
 
 #include "data/Statement.h"
 #include "runtime/Convert.h"

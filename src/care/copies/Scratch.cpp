@@ -1,4 +1,4 @@
-#include "care/Scratch.h"
+#include "care/copies/Scratch.h"
 
 #include <chrono>
 #include <random>

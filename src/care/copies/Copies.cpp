@@ -1,7 +1,7 @@
-#include "care/Copies.h"
+#include "care/copies/Copies.h"
 
-#include "care/Move.h"
-#include "care/Scratch.h"
+#include "care/copies/Move.h"
+#include "care/copies/Scratch.h"
 #include "data/DataError.h"
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
@@ -162,9 +162,8 @@ CopyReport copied(StringView url, const fs::path& file, const std::string& key, 
             whole(Database::entrada, school.entrada)) {
             manifest["contenido"] = contentsText(school, engine);
         } else {
-            copySchool(school, engine, scratch.url("copia.db"), [](StringView, Long) {});
-            manifest["contenido"] =
-                contentsText(inspectSchool(scratch.url("copia.db")), engineOf(scratch.url("copia.db")));
+            manifest["contenido"] = contentsText(
+                copySchool(school, engine, scratch.url("copia.db"), [](StringView, Long) {}).contents);
         }
     }
     if (!key.empty() && !passphrase.empty())

@@ -1,6 +1,6 @@
-#include "care/Rules.h"
+#include "care/rules/Rules.h"
 
-#include "care/RuleFacts.h"
+#include "care/rules/RuleFacts.h"
 #include "data/Transaction.h"
 
 #include <algorithm>

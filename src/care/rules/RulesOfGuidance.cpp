@@ -1,7 +1,7 @@
 // What the dialog of the guidance council does with a section: it lists the pupils by a search in a text,
 // reads all notes of each, shows and saves those of known questions, and deletes at the end the notes of the
 // section that belong to nobody in its list.
-#include "care/RuleFacts.h"
+#include "care/rules/RuleFacts.h"
 
 #include "data/Statement.h"
 #include "runtime/Convert.h"

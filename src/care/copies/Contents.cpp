@@ -1,6 +1,6 @@
-#include "care/Contents.h"
+#include "care/copies/Contents.h"
 
-#include "care/RowHash.h"
+#include "care/copies/RowHash.h"
 #include "data/DataError.h"
 #include "data/Schema.h"
 #include "data/Schools.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "care/JoinPlan.h"
+#include "care/joins/JoinPlan.h"
 #include "data/history/Fields.h"
 
 #include <functional>

@@ -1,4 +1,4 @@
-#include "care/JoinMoves.h"
+#include "care/joins/JoinMoves.h"
 
 #include "data/Statement.h"
 #include "data/history/Rows.h"
@@ -6,6 +6,9 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <tuple>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace zv::care {
 namespace {
@@ -30,6 +33,14 @@ Fields referringTo(Fields row, StringView column, Long key)
         if (sameName(each.column, column))
             each.value = key;
     return row;
+}
+
+/// What a row is, as a text: of any engine or record, each of which spells the columns its own way.
+String identityOf(StringView table, Fields row)
+{
+    for (history::Field& each : row)
+        each.column = history::nameOf(table, each.column);
+    return conditionOf(row);
 }
 
 String equals(StringView column, Long key) { return String(column) + u"=" + decimalText(key); }
@@ -78,19 +89,20 @@ Move wholeRows(Connection& base, const FoundTable& table, StringView column, con
     const auto read = [&](Long key) {
         return history::rowsOf(base, table.name, table.columns, equals(column, key));
     };
+    std::unordered_map<String, std::size_t> places; // Of what the row will be.
     for (Fields& row : read(pair.goes)) {
-        const auto known = std::ranges::find_if(
-            move.whole, [&](const WholeRow& each) { return history::same(each.fields, row); });
-        if (known == move.whole.end())
+        const auto [place, added] =
+            places.emplace(identityOf(table.name, referringTo(row, column, pair.stays)), move.whole.size());
+        if (added)
             move.whole.push_back({.fields = std::move(row)});
         else
-            ++known->times;
+            ++move.whole[place->second].times;
     }
     if (move.whole.empty())
         return move;
     for (const Fields& row : read(pair.stays))
-        for (WholeRow& each : move.whole)
-            each.there |= history::same(referringTo(each.fields, column, pair.stays), row);
+        if (const auto place = places.find(identityOf(table.name, row)); place != places.end())
+            move.whole[place->second].there = true;
     return move;
 }
 
@@ -105,9 +117,14 @@ Move keyedRows(Connection& base, const schema::Table& table, StringView column, 
     return move;
 }
 
-bool same(const WholeRow& one, const WholeRow& other)
+/// What is to be moved of a table without a key, in an order of its own.
+std::vector<std::tuple<String, Long, bool>> sorted(const Move& move)
 {
-    return one.times == other.times && one.there == other.there && history::same(one.fields, other.fields);
+    std::vector<std::tuple<String, Long, bool>> rows;
+    for (const WholeRow& each : move.whole)
+        rows.emplace_back(identityOf(move.table, each.fields), each.times, each.there);
+    std::ranges::sort(rows);
+    return rows;
 }
 
 } // namespace
@@ -116,9 +133,7 @@ bool same(const std::vector<Move>& one, const std::vector<Move>& other)
 {
     return std::ranges::equal(one, other, [](const Move& a, const Move& b) {
         return sameName(a.table, b.table) && sameName(a.column, b.column) && a.keys == b.keys &&
-               a.whole.size() == b.whole.size() && std::ranges::all_of(a.whole, [&](const WholeRow& each) {
-                   return std::ranges::any_of(b.whole, [&](const WholeRow& row) { return same(each, row); });
-               });
+               sorted(a) == sorted(b);
     });
 }
 
@@ -133,12 +148,12 @@ bool meet(const Move& earlier, Long stays, const Move& later, Long laterStays)
     if (!earlier.keys.empty() && sameName(earlier.column, later.column))
         return std::ranges::any_of(later.keys,
                                    [&](Long key) { return std::ranges::binary_search(earlier.keys, key); });
-    return std::ranges::any_of(earlier.whole, [&](const WholeRow& each) {
-        const Fields now = referringTo(each.fields, earlier.column, stays);
-        return std::ranges::any_of(later.whole, [&](const WholeRow& other) {
-            return history::same(now, other.fields) ||
-                   history::same(now, referringTo(other.fields, later.column, laterStays));
-        });
+    std::unordered_set<String> became;
+    for (const WholeRow& each : earlier.whole)
+        became.insert(identityOf(earlier.table, referringTo(each.fields, earlier.column, stays)));
+    return std::ranges::any_of(later.whole, [&](const WholeRow& each) {
+        return became.contains(identityOf(later.table, each.fields)) ||
+               became.contains(identityOf(later.table, referringTo(each.fields, later.column, laterStays)));
     });
 }
 

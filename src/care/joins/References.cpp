@@ -1,4 +1,4 @@
-#include "care/References.h"
+#include "care/joins/References.h"
 
 #include "data/DataError.h"
 #include "data/Statement.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "care/Contents.h"
+#include "care/copies/Contents.h"
 
 namespace zv::care {
 
@@ -8,6 +8,7 @@ namespace zv::care {
 struct Moved {
     Long tables = 0;
     Long rows = 0;
+    std::vector<TableContents> contents; ///< As read back at the end.
 };
 
 /// Copies a school that is read already, as moveSchool(). `kept`: as createSchool().

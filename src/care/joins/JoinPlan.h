@@ -1,6 +1,6 @@
 #pragma once
 
-#include "care/JoinMoves.h"
+#include "care/joins/JoinMoves.h"
 #include "suite/Registrations.h"
 
 namespace zv::care {

@@ -1,4 +1,4 @@
-#include "care/Move.h"
+#include "care/copies/Move.h"
 
 #include "data/DataError.h"
 #include "data/Schools.h"
@@ -31,8 +31,8 @@ Moved copySchool(const School& school, Engine& source, StringView to,
             moved.rows += rows;
             tell(table, rows);
         });
-        const std::vector<String> different =
-            differences(contentsOf(school, source), contentsOf(made, target));
+        moved.contents = contentsOf(made, target);
+        const std::vector<String> different = differences(contentsOf(school, source), moved.contents);
         if (!different.empty())
             failFor(different,
                     u"No se ha copiado nada: lo copiado no es igual. El centro de partida está como estaba.");

@@ -1,6 +1,6 @@
 // What the dialogs of the individual reports do with a section: they list the pupils that are paired with it,
 // decide by one table alone whether a pupil is new, and save each of them by position and key.
-#include "care/RuleFacts.h"
+#include "care/rules/RuleFacts.h"
 
 #include "data/Statement.h"
 #include "runtime/Convert.h"

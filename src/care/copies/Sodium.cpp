@@ -1,4 +1,4 @@
-#include "care/Sodium.h"
+#include "care/copies/Sodium.h"
 
 #include <sodium.h>
 

@@ -1,6 +1,6 @@
 // What the dialogs of the lists do with their rows, and what the recycle bin does with those that were
 // deleted.
-#include "care/RuleFacts.h"
+#include "care/rules/RuleFacts.h"
 
 #include "data/Schema.h"
 #include "data/Statement.h"

@@ -1,4 +1,4 @@
-#include "care/JoinRecord.h"
+#include "care/joins/JoinRecord.h"
 
 #include "data/DataError.h"
 #include "data/Schema.h"
