@@ -216,15 +216,21 @@ void Typist::type(const Change& change, bool again, Control& control, Known& kno
         known.lost = true;
     } else if (!typing_) {
         item.fate = Fate::typed;
-    } else if (place.input == Input::list || rating) {
-        const auto& list = dynamic_cast<const ComboBox&>(control);
-        const bool there = indexOf(change.after.value, list).has_value();
-        item.fate = !there ? Fate::noPlace : set(control, change.after) ? Fate::typed : Fate::refused;
     } else {
-        item.fate = set(control, change.after) ? Fate::typed : Fate::refused;
-        if (item.fate == Fate::refused && place.input == Input::text)
-            set(control, now); // Not a part of it.
+        item.fate = enter(place, change.after, now, control);
     }
+}
+
+Fate Typist::enter(const Place& place, const Held& after, const Held& now, Control& control)
+{
+    const auto* list = dynamic_cast<const ComboBox*>(&control);
+    if (list != nullptr && !indexOf(after.value, *list))
+        return Fate::noPlace;
+    if (set(control, after))
+        return Fate::typed;
+    if (place.input == Input::text)
+        set(control, now); // Not a part of it.
+    return Fate::refused;
 }
 
 /// Whether somebody chose another option of the group than the draft had found chosen.

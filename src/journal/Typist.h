@@ -31,6 +31,7 @@ private:
 
     void take(const Change& change, bool again);
     void type(const Change& change, bool again, Control& control, Known& known);
+    Fate enter(const Place& place, const Held& after, const Held& now, Control& control);
     void act(const Step& step);
     bool perform(const Act& act, Control& control);
     void inside(Form& inner, const Step& step);
