@@ -1,6 +1,7 @@
 #pragma once
 
 #include "care/Findings.h"
+#include "data/Cells.h"
 #include "data/Engine.h"
 
 #include <map>
@@ -129,10 +130,6 @@ std::span<const Rule> reportRules();
 std::span<const Rule> bankRules();
 std::span<const Rule> listRules();
 
-/// 0 for Null.
-Long longIn(const Value& value);
-/// "" for Null.
-String textIn(const Value& value);
 /// Between «».
 String inQuotes(StringView text);
 /// "a, b y c"
