@@ -63,6 +63,7 @@ public:
     {}
 
     const Rows& rows(StringView query, Database which = Database::centro);
+    Connection& centro() { return *school_.centro; }
     const Decipher& decipher() const { return decipher_; }
     Long onlySection() const { return only_; }
     /// Whether a section is to be looked at.

@@ -35,4 +35,11 @@ StringView definition(Kind kind)
     return {};
 }
 
+StringView definitionOfAll()
+{
+    return u"Las ventanas guardan un informe aunque no tenga nada: lo que falta es lo que espera una "
+           u"familia. No "
+           u"cuentan los alumnos de baja ni los que la ventana no muestra.";
+}
+
 } // namespace zv::progress

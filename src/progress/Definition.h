@@ -15,5 +15,7 @@ StringView wordOf(Kind kind);
 /// What is missing in a report of that kind, as Spanish sentences: the one definition, of which missing() is
 /// the code. The dialogs accept a report that lacks everything; families expect it whole.
 StringView definition(Kind kind);
+/// What holds for all kinds, as Spanish sentences.
+StringView definitionOfAll();
 
 } // namespace zv::progress

@@ -1,6 +1,9 @@
 #include "progress/Panel.h"
 
 #include "data/Cells.h"
+#include "data/Statement.h"
+#include "progress/Classmates.h"
+#include "runtime/Convert.h"
 
 #include <algorithm>
 #include <bit>
@@ -108,6 +111,52 @@ String nameOf(const Pupil& pupil)
     return name;
 }
 
+/// "Nuevas Actitudes (2)" of texts without names of their own.
+String nameOfText(std::size_t part)
+{
+    const StringView name = textParts[part].name;
+    std::size_t first = part;
+    while (first > 0 && textParts[first - 1].name == name)
+        --first;
+    const bool alone = first == part && (part + 1 == textParts.size() || textParts[part + 1].name != name);
+    return String(name) +
+           (alone ? String() : u" (" + decimalText(static_cast<Long>(part - first + 1)) + u")");
+}
+
+/// Pupils of one section, and their names to be sought in one another's texts.
+class Classroom {
+public:
+    explicit Classroom(std::vector<const Pupil*> pupils)
+        : pupils_(std::move(pupils)), names_(namesOf(pupils_))
+    {}
+
+    const std::vector<const Pupil*>& pupils() const { return pupils_; }
+
+    void addStrangers(const Pupil& pupil, Report& report) const
+    {
+        const std::size_t first = report.kind == Kind::secondary ? 0 : firstCommon;
+        for (std::size_t part = first; part < textParts.size(); ++part)
+            for (Mention& each : names_.in(pupil.texts[part], pupil.id)) {
+                const auto who = std::ranges::find(pupils_, each.pupil, &Pupil::id);
+                report.strangers.push_back(
+                    {nameOfText(part), part >= firstCommon, std::move(each.said), each.pupil, nameOf(**who)});
+            }
+    }
+
+private:
+    static std::vector<PupilName> namesOf(const std::vector<const Pupil*>& pupils)
+    {
+        std::vector<PupilName> result;
+        result.reserve(pupils.size());
+        for (const Pupil* each : pupils)
+            result.push_back({each->id, each->given, each->surname1, each->surname2});
+        return result;
+    }
+
+    std::vector<const Pupil*> pupils_; ///< Those who have left among them: their texts were copied too.
+    Classmates names_;
+};
+
 Report reportOf(Kind kind, const Reading& reading, const Pupil& pupil)
 {
     Report report{.kind = kind, .section = pupil.section, .pupil = pupil.id, .name = nameOf(pupil)};
@@ -121,6 +170,22 @@ Report reportOf(Kind kind, const Reading& reading, const Pupil& pupil)
 }
 
 } // namespace
+
+String missingText(const Report& report)
+{
+    if (!report.begun && !report.isWhole())
+        return u"Nada escrito";
+    String text;
+    for (const String& each : report.missing)
+        text += (text.empty() ? u"" : u"; ") + each;
+    return text;
+}
+
+String strangerText(const Stranger& stranger)
+{
+    return statement(u"En «{}» dice «{}», y en su sección está {}.",
+                     {Value(stranger.part), Value(stranger.said), Value(stranger.name)});
+}
 
 bool offers(Kind kind, const Section& section)
 {
@@ -144,8 +209,7 @@ Panel panel(Connection& centro, const Look& look)
                                           .primary = isWanted(Kind::primary)});
     std::map<Long, std::vector<const Pupil*>> bySection;
     for (const Pupil& pupil : reading.pupils)
-        if (!pupil.left)
-            bySection[pupil.section].push_back(&pupil);
+        bySection[pupil.section].push_back(&pupil);
     Panel result;
     for (const auto& [id, section] : reading.sections)
         if (std::ranges::any_of(kinds, [&](Kind kind) { return isWanted(kind) && offers(kind, section); }))
@@ -153,12 +217,20 @@ Panel panel(Connection& centro, const Look& look)
     std::ranges::sort(result.sections, {}, [](const Section& each) {
         return std::tuple(each.kind, each.year, StringView(each.name), each.id);
     });
-    for (const Section& section : result.sections)
-        for (const Kind kind : kinds)
-            if (isWanted(kind) && offers(kind, section))
-                for (const Pupil* pupil : bySection[section.id])
-                    if (kind == Kind::guidance || pupil->paired)
-                        result.reports.push_back(reportOf(kind, reading, *pupil));
+    for (const Section& section : result.sections) {
+        const Classroom classroom(std::move(bySection[section.id]));
+        for (const Kind kind : kinds) {
+            if (!isWanted(kind) || !offers(kind, section))
+                continue;
+            for (const Pupil* pupil : classroom.pupils()) {
+                if (pupil->left || (kind != Kind::guidance && !pupil->paired))
+                    continue;
+                result.reports.push_back(reportOf(kind, reading, *pupil));
+                if (kind != Kind::guidance)
+                    classroom.addStrangers(*pupil, result.reports.back());
+            }
+        }
+    }
     return result;
 }
 

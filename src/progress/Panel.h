@@ -7,6 +7,15 @@
 
 namespace zv::progress {
 
+/// A classmate's name in a text of a report: told beside it, since it may stand there rightly.
+struct Stranger {
+    String part;         ///< The text's name.
+    bool common = false; ///< It is one that all individual reports have.
+    String said;         ///< The name as it stands there.
+    Long pupil = 0;      ///< The classmate.
+    String name;
+};
+
 /// One pupil's report of one kind: what is written of what is expected.
 struct Report {
     Kind kind = Kind::guidance;
@@ -17,6 +26,7 @@ struct Report {
     Long expected = 0;
     bool begun = false; ///< Something is written, expected or not.
     std::vector<String> missing = {};
+    std::vector<Stranger> strangers = {};
 
     bool isWhole() const { return missing.empty(); }
 };
@@ -32,6 +42,11 @@ struct Panel {
     std::vector<Section> sections; ///< Those that have reports, by kind of teaching, year and name.
     std::vector<Report> reports;   ///< By section as above, kind and pupil, as the dialogs list them.
 };
+
+/// What is missing, in words: "Nada escrito", the parts' names, "" for nothing.
+String missingText(const Report& report);
+/// Where a classmate's name stands, as a Spanish sentence.
+String strangerText(const Stranger& stranger);
 
 /// Whether the dialog of a report offers that section to everybody.
 bool offers(Kind kind, const Section& section);
