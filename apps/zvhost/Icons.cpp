@@ -41,6 +41,8 @@ constexpr Drawing drawings[] = {
     {"copiar", "edit-copy", "M 8 8 L 20 8 L 20 21 L 8 21 Z M 5 16 L 4 16 L 4 3 L 16 3 L 16 5"},
     {"encontrar", "edit-find", "O 10 10 6 M 15 15 L 21 21"},
     {"exportar", "document-save-as", "M 12 15 L 12 3 M 8 7 L 12 3 L 16 7 M 5 12 L 5 21 L 19 21 L 19 12"},
+    {"imprimir", "document-print",
+     "M 7 8 L 7 3 L 17 3 L 17 8 M 7 17 L 3 17 L 3 8 L 21 8 L 21 17 L 17 17 M 7 13 L 17 13 L 17 21 L 7 21 Z"},
     {"papelera", "user-trash",
      "M 4 6 L 20 6 M 9 6 L 9 3 L 15 3 L 15 6 M 6 6 L 7 21 L 17 21 L 18 6 M 10 10 L 10 17 M 14 10 L 14 17"},
     {"enuso", "object-locked", padlock},

@@ -35,6 +35,8 @@ public:
     Host& host() { return *host_; }
     /// Chooses a node in the tree.
     void go(const Node& node) { tree_.go(node); }
+    /// Selects a row of the list that is shown.
+    void choose(Long key) { page_.select(key); }
     /// Sets the school to work on, in the place of the one that is open.
     void use(std::unique_ptr<Host> host);
 
@@ -47,6 +49,8 @@ public:
     void copyCell();
     void refresh() { readAgain(ListPage::Added::may); }
     void exportCsv();
+    /// Opens the window that prints the reports of the chosen section.
+    void print();
     void backUp();
     void backUpTo(const QString& file, const QString& phrase);
     void openOther();
@@ -151,9 +155,10 @@ private:
     QTimer watch_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,
-            *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *columns_ = nullptr, *bin_ = nullptr,
-            *rowsInUse_ = nullptr, *history_ = nullptr, *listHistory_ = nullptr, *session_ = nullptr,
-            *open_ = nullptr, *help_ = nullptr, *findHelp_ = nullptr, *quit_ = nullptr, *backUp_ = nullptr;
+            *refresh_ = nullptr, *csv_ = nullptr, *print_ = nullptr, *find_ = nullptr, *columns_ = nullptr,
+            *bin_ = nullptr, *rowsInUse_ = nullptr, *history_ = nullptr, *listHistory_ = nullptr,
+            *session_ = nullptr, *open_ = nullptr, *help_ = nullptr, *findHelp_ = nullptr, *quit_ = nullptr,
+            *backUp_ = nullptr;
 };
 
 } // namespace zv::host

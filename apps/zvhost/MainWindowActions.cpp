@@ -61,6 +61,8 @@ void MainWindow::buildActions()
                            QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_H), [this] { showListHistory(); });
     csv_ = &action(QStringLiteral("exportar"), QStringLiteral("E&xportar la lista…"),
                    QKeySequence(Qt::CTRL | Qt::Key_E), [this] { exportCsv(); });
+    print_ = &action(QStringLiteral("imprimir"), QStringLiteral("&Imprimir…"),
+                     QKeySequence(Qt::CTRL | Qt::Key_P), [this] { print(); });
     bin_ = &action(QStringLiteral("papelera"), QStringLiteral("&Papelera…"),
                    QKeySequence(Qt::CTRL | Qt::Key_R), [this] { recycleBin(); });
     rowsInUse_ = &action(QStringLiteral("enuso"), QStringLiteral("&Filas en uso…"),
@@ -94,7 +96,7 @@ void MainWindow::buildMenus()
     row->addSeparator();
     row->addActions({undoIt_, history_, copy_, copyCell_});
     QMenu* list = menuBar()->addMenu(QStringLiteral("&Lista"));
-    list->addActions({find_, refresh_, columns_, listHistory_, csv_});
+    list->addActions({find_, refresh_, columns_, listHistory_, csv_, print_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
     tools->addActions({bin_, rowsInUse_, backUp_});
     menuBar()->addMenu(QStringLiteral("A&yuda"))->addActions({help_, findHelp_});
@@ -109,6 +111,7 @@ void MainWindow::buildToolBar()
     bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     new_->setIconText(QStringLiteral("Nuevo"));
     csv_->setIconText(QStringLiteral("Exportar"));
+    print_->setIconText(QStringLiteral("Imprimir"));
     bin_->setIconText(QStringLiteral("Papelera"));
     rowsInUse_->setIconText(QStringLiteral("Filas en uso"));
     session_->setIconText(QStringLiteral("Sesión"));
@@ -118,7 +121,7 @@ void MainWindow::buildToolBar()
     bar->addSeparator();
     bar->addActions({bin_, rowsInUse_, session_});
     bar->addSeparator();
-    bar->addActions({ordering_, branches_});
+    bar->addActions({ordering_, branches_, print_});
     QWidget* change = bar->widgetForAction(change_);
     change->setMinimumWidth(change->sizeHint().width());
 }
@@ -156,6 +159,8 @@ void MainWindow::follow()
     change_->setEnabled(row || (node_ != nullptr && !list));
     branches_->setVisible(banks);
     branches_->setEnabled(banks && row);
+    print_->setVisible(node_ != nullptr && node_->hasSections());
+    print_->setEnabled(print_->isVisible() && page_.selected().has_value());
     delete_->setEnabled(rows && list && writes);
     undoIt_->setEnabled(undo_.possible() && writes);
     for (QAction* each : {copy_, copyCell_})
@@ -175,7 +180,7 @@ void MainWindow::showMenu(const QPoint& at)
     menu.addSeparator();
     menu.addActions({copy_, copyCell_});
     menu.addSeparator();
-    menu.addActions({refresh_, history_, listHistory_, csv_});
+    menu.addActions({refresh_, history_, listHistory_, csv_, print_});
     menu.exec(at);
 }
 
