@@ -158,6 +158,8 @@ private:
     {
         const int heads = table.format().headerRowCount();
         QTextCursor behind = table.lastCursorPosition();
+        // One edit, laid out once at its end.
+        behind.beginEditBlock();
         behind.movePosition(QTextCursor::NextBlock);
         QTextTableFormat format = table.format();
         format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
@@ -174,6 +176,7 @@ private:
             }
         }
         table.removeRows(row, table.rows() - row);
+        behind.endEditBlock();
     }
 
     QTextDocument& document_;

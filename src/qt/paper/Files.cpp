@@ -3,6 +3,7 @@
 #include "data/DataError.h"
 #include "qt/QtText.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QMarginsF>
 #include <QPageSize>
@@ -28,6 +29,14 @@ namespace {
 QString nameOf(const Reports& reports, std::size_t place)
 {
     return toQt(reports.section().sheets.at(place).fullName());
+}
+
+/// Through memory: the writer closes its device, which a file that is renamed forbids.
+void writeOdt(const QTextDocument& document, QIODevice& device)
+{
+    QBuffer bytes;
+    QTextDocumentWriter(&bytes, "odf").write(&document);
+    device.write(bytes.data());
 }
 
 /// The reports of one file. False if it was stopped.
@@ -79,7 +88,7 @@ public:
             end.insertFragment(QTextDocumentFragment(one.get()));
         });
         if (done && whole != nullptr)
-            QTextDocumentWriter(&device, "odf").write(whole.get());
+            writeOdt(*whole, device);
         return done;
     }
 
