@@ -119,7 +119,8 @@ String safe(StringView name)
                            (each >= 0x2066 && each <= 0x2069);
         if (turns)
             continue;
-        if (!isPrintable(each) || each == 0x2028 || each == 0x2029 || forbidden.find(each) != forbidden.npos)
+        if (!isPrintable(each) || each == 0x2028 || each == 0x2029 ||
+            forbidden.find(each) != std::u32string_view::npos)
             result += u'-';
         else if (each > 0xFFFF) {
             result += static_cast<char16_t>(0xD7C0 + (each >> 10));

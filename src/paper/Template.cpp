@@ -80,7 +80,7 @@ std::u32string codePoints(StringView text)
         const char32_t unit = text[at];
         const char32_t next = at + 1 < text.size() ? text[at + 1] : 0;
         if (unit >= 0xD800 && unit < 0xDC00 && next >= 0xDC00 && next < 0xE000) {
-            result += 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00);
+            result += static_cast<char32_t>(0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
             ++at;
         } else
             result += unit;
@@ -158,27 +158,79 @@ struct Template::Parser {
             const char16_t mark = name.empty() ? u' ' : name.front();
             if (mark == u'#' || mark == u'^' || mark == u'/')
                 name.remove_prefix(1);
-            if (mark == u'/') {
-                if (within.empty() || name != within)
-                    fail(u"aquí no se puede cerrar «" + String(name) + u"»" +
-                         (within.empty() ? u"." : u": está abierta «" + String(within) + u"»."));
-                at = end + closing.size();
-                return true;
-            }
             if (mark == u'#' || mark == u'^') {
                 part(into, name, mark == u'^', scope);
                 continue;
             }
-            if (!named(name, scope).inner.empty())
-                fail(u"«" + String(name) + u"» es una lista: se escribe {{#" + String(name) + u"}}…{{/" +
-                     String(name) + u"}}.");
-            into.push_back({Node::Is::text, String(name), inTag});
+            if (mark == u'/')
+                checkEnd(name, within);
+            else
+                text(into, name, scope);
             at = end + closing.size();
+            if (mark == u'/')
+                return true;
+        }
+    }
+
+    void checkEnd(StringView name, StringView within) const
+    {
+        if (within.empty() || name != within)
+            fail(u"aquí no se puede cerrar «" + String(name) + u"»" +
+                 (within.empty() ? u"." : u": está abierta «" + String(within) + u"»."));
+    }
+
+    void text(std::vector<Node>& into, StringView name,
+              const std::vector<std::span<const FieldName>>& scope) const
+    {
+        if (!named(name, scope).inner.empty())
+            fail(u"«" + String(name) + u"» es una lista: se escribe {{#" + String(name) + u"}}…{{/" +
+                 String(name) + u"}}.");
+        into.push_back({Node::Is::text, String(name), inTag});
+    }
+};
+
+/// Recursive walk over the nodes, with the lists that it stands in.
+struct Template::Filler {
+    String result = {};
+    Scope scope;
+
+    void fill(const std::vector<Node>& nodes)
+    {
+        for (const Node& node : nodes)
+            fill(node);
+    }
+
+private:
+    void fill(const Node& node)
+    {
+        if (node.is == Node::Is::words) {
+            result += node.text;
+            return;
+        }
+        const String* text = lookUp(scope, node.text, &Fields::texts);
+        if (node.is == Node::Is::text)
+            result += text == nullptr ? String() : escaped(*text, node.inTag);
+        else
+            fillPart(node, text != nullptr && !text->empty());
+    }
+    void fillPart(const Node& node, bool hasText)
+    {
+        const auto* list = lookUp(scope, node.text, &Fields::lists);
+        const bool hasList = list != nullptr && !list->empty();
+        if (node.is == Node::Is::unless || !hasList) {
+            if ((hasText || hasList) == (node.is == Node::Is::part))
+                fill(node.inner);
+            return;
+        }
+        for (const Fields& each : *list) {
+            scope.push_back(&each);
+            fill(node.inner);
+            scope.pop_back();
         }
     }
 };
 
-Template::Template(String file, StringView page, std::span<const FieldName> names)
+Template::Template(const String& file, StringView page, std::span<const FieldName> names)
 {
     std::vector<std::span<const FieldName>> scope{names};
     Parser{file, page}.parse(nodes_, {}, scope);
@@ -186,35 +238,9 @@ Template::Template(String file, StringView page, std::span<const FieldName> name
 
 String Template::fill(const Fields& fields) const
 {
-    String result;
-    Scope scope{&fields};
-    const auto fillIn = [&](const auto& self, const std::vector<Node>& nodes) -> void {
-        for (const Node& node : nodes) {
-            if (node.is == Node::Is::words) {
-                result += node.text;
-                continue;
-            }
-            const String* text = lookUp(scope, node.text, &Fields::texts);
-            if (node.is == Node::Is::text) {
-                result += text == nullptr ? String() : escaped(*text, node.inTag);
-                continue;
-            }
-            const auto* list = lookUp(scope, node.text, &Fields::lists);
-            const bool empty = (text == nullptr || text->empty()) && (list == nullptr || list->empty());
-            if (empty || list == nullptr || list->empty() || node.is == Node::Is::unless) {
-                if (empty == (node.is == Node::Is::unless))
-                    self(self, node.inner);
-                continue;
-            }
-            for (const Fields& each : *list) {
-                scope.push_back(&each);
-                self(self, node.inner);
-                scope.pop_back();
-            }
-        }
-    };
-    fillIn(fillIn, nodes_);
-    return result;
+    Filler filler{.scope = {&fields}};
+    filler.fill(nodes_);
+    return filler.result;
 }
 
 } // namespace zv::paper

@@ -32,7 +32,7 @@ class Template {
 public:
     /// Parses the page; `file` is what messages call it. A field that is not among the names, a part that is
     /// not closed: fails with a RuntimeError (otherData) that says file, line and field.
-    Template(String file, StringView page, std::span<const FieldName> names);
+    Template(const String& file, StringView page, std::span<const FieldName> names);
 
     String fill(const Fields& fields) const;
 
@@ -44,6 +44,7 @@ private:
         std::vector<Node> inner = {};
     };
     struct Parser;
+    struct Filler;
 
     std::vector<Node> nodes_;
 };
