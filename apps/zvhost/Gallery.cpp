@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
@@ -205,6 +206,10 @@ void drawHost(MainWindow& window, DrawingDesktop& desktop)
     desktop.draw(window, QStringLiteral("principal"));
     list(cNombreNodo::Emisor, "principal-emisores");
     list(cNombreNodo::InfIndiv, "principal-informes");
+    window.go(progressNode());
+    window.findChild<QLineEdit*>(QStringLiteral("buscar"))->setText(QStringLiteral("1º A ESO secundaria"));
+    QApplication::processEvents();
+    desktop.draw(window, QStringLiteral("principal-progreso"));
     for (const char* name : {"papelera", "enuso", "sesion", "buscarAyuda"}) {
         // Runs in the dialog's own loop.
         QTimer::singleShot(0, [&] {
