@@ -55,7 +55,7 @@ const Node& nodeNamed(const QString& word)
     const Node* node = !number                      ? nodeOf(fromQt(word))
                        : value >= 0 && value <= 255 ? nodeOf(static_cast<Byte>(value))
                                                     : nullptr;
-    if (node == nullptr)
+    if (node == nullptr || node->isProgress())
         throw std::invalid_argument("«" + word.toStdString() +
                                     "» no es un nodo: ponga su número, o el nombre de su ventana.");
     return *node;

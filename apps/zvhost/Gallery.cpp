@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
@@ -206,6 +207,11 @@ void drawHost(MainWindow& window, DrawingDesktop& desktop)
     desktop.draw(window, QStringLiteral("principal"));
     list(cNombreNodo::Emisor, "principal-emisores");
     list(cNombreNodo::InfIndiv, "principal-informes");
+    window.go(progressNode());
+    window.findChild<QLineEdit*>(QStringLiteral("buscar"))->setText(QStringLiteral("1º A ESO secundaria"));
+    QApplication::processEvents();
+    desktop.draw(window, QStringLiteral("principal-progreso"));
+    window.go(*nodeOf(cNombreNodo::InfIndiv));
     // The first section whose reports are written.
     for (const Section& each : sections(window.host(), *nodeOf(cNombreNodo::InfIndiv)))
         if (each.done > 0) {

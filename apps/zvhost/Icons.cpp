@@ -46,6 +46,8 @@ constexpr Drawing drawings[] = {
     {"papelera", "user-trash",
      "M 4 6 L 20 6 M 9 6 L 9 3 L 15 3 L 15 6 M 6 6 L 7 21 L 17 21 L 18 6 M 10 10 L 10 17 M 14 10 L 14 17"},
     {"enuso", "object-locked", padlock},
+    {"progreso", "view-task",
+     "M 9 6 L 21 6 M 9 12 L 21 12 M 9 18 L 21 18 M 3 6 L 5 8 L 7 4 M 3 12 L 5 14 L 7 10 M 4 18 L 6 18"},
     {"sesion", "user-identity", "O 12 8 4 B 12 22 8 180 -180"},
     {"otro", "document-open", "M 3 6 L 9 6 L 11 8 L 21 8 L 21 19 L 3 19 Z"},
     {"ayuda", "help-contents", "O 12 12 9 B 12 10 3 170 -230 L 12 14 M 12 17 L 12 18"},

@@ -67,14 +67,18 @@ void MainWindow::buildActions()
                    QKeySequence(Qt::CTRL | Qt::Key_R), [this] { recycleBin(); });
     rowsInUse_ = &action(QStringLiteral("enuso"), QStringLiteral("&Filas en uso…"),
                          QKeySequence(Qt::CTRL | Qt::Key_L), [this] { rowsInUse(); });
+    progress_ = &action(QStringLiteral("progreso"), QStringLiteral("&Qué falta en los informes"),
+                        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F), [this] { go(progressNode()); });
     session_ = &action(QStringLiteral("sesion"), QStringLiteral("&Sesión…"),
                        QKeySequence(Qt::CTRL | Qt::Key_U), [this] { chooseSession(); });
     open_ = &action(QStringLiteral("otro"), QStringLiteral("A&brir otro colegio…"),
                     QKeySequence(Qt::CTRL | Qt::Key_O), [this] { openOther(); });
     backUp_ = &action(QStringLiteral("copia"), QStringLiteral("Copia de se&guridad…"),
                       QKeySequence(Qt::CTRL | Qt::Key_G), [this] { backUp(); });
-    help_ = &action(QStringLiteral("ayuda"), QStringLiteral("A&yuda"), QKeySequence(Qt::Key_F1),
-                    [this] { showHelp(*this, QStringLiteral("zvhost")); });
+    help_ = &action(QStringLiteral("ayuda"), QStringLiteral("A&yuda"), QKeySequence(Qt::Key_F1), [this] {
+        const bool progress = node_ != nullptr && node_->isProgress();
+        showHelp(*this, progress ? QStringLiteral("progreso") : QStringLiteral("zvhost"));
+    });
     findHelp_ = &action(QStringLiteral("buscarAyuda"), QStringLiteral("&Buscar en la ayuda…"),
                         QKeySequence(Qt::CTRL | Qt::Key_F1), [this] { searchManual(this); });
     quit_ = &action(QStringLiteral("salir"), QStringLiteral("Sa&lir"), QKeySequence(Qt::CTRL | Qt::Key_Q),
@@ -98,7 +102,7 @@ void MainWindow::buildMenus()
     QMenu* list = menuBar()->addMenu(QStringLiteral("&Lista"));
     list->addActions({find_, refresh_, columns_, listHistory_, csv_, print_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
-    tools->addActions({bin_, rowsInUse_, backUp_});
+    tools->addActions({bin_, rowsInUse_, progress_, backUp_});
     menuBar()->addMenu(QStringLiteral("A&yuda"))->addActions({help_, findHelp_});
 }
 
@@ -156,7 +160,8 @@ void MainWindow::follow()
     change_->setText(!list    ? QStringLiteral("&Abrir")
                      : writes ? QStringLiteral("&Modificar")
                               : QStringLiteral("&Ver"));
-    change_->setEnabled(row || (node_ != nullptr && !list));
+    const bool progress = node_ != nullptr && node_->isProgress();
+    change_->setEnabled(row || (node_ != nullptr && !list && (!progress || page_.selected())));
     branches_->setVisible(banks);
     branches_->setEnabled(banks && row);
     print_->setVisible(node_ != nullptr && node_->hasSections());
@@ -166,7 +171,7 @@ void MainWindow::follow()
     for (QAction* each : {copy_, copyCell_})
         each->setEnabled(rows);
     history_->setVisible(remembers());
-    history_->setEnabled(page_.selected().has_value() && listed() && remembers());
+    history_->setEnabled(page_.selected().has_value() && listed() && !progress && remembers());
     listHistory_->setVisible(remembers());
     listHistory_->setEnabled(list && remembers());
     for (QAction* each : {refresh_, columns_, csv_, find_})

@@ -1,5 +1,5 @@
 // What a report's dialog will do to the rows of a section, told before it opens.
-#include "care/Rules.h"
+#include "care/rules/Rules.h"
 #include "qt/QtText.h"
 #include "session/cNombreNodo.h"
 #include "zvhost/ListDialog.h"
@@ -34,11 +34,11 @@ void showFindings(QWidget* parent, const std::vector<Finding>& findings, bool of
 
 /// An extra over the dialog: where the rows cannot be read, nothing is told. Each finding once, until another
 /// school is opened.
-void MainWindow::tellRules(Long section)
+void MainWindow::tellRules(const Node& node, Long section)
 {
     std::vector<Finding> findings;
     try {
-        const bool guidance = node_->number == cNombreNodo::NotaConsejoOrientador;
+        const bool guidance = node.number == cNombreNodo::NotaConsejoOrientador;
         findings =
             care::survey(host_->school(),
                          {.area = guidance ? care::Area::guidance : care::Area::reports, .section = section})

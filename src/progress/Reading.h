@@ -48,8 +48,8 @@ inline constexpr std::size_t questions = 8;
 /// Section with what decides which reports it has.
 struct Section {
     Long id = 0;
-    String name;
-    String course;
+    String name = {};
+    String course = {};
     Long kind = 0; ///< Kind of teaching.
     Long year = 0;
     bool endsCycle = false;
