@@ -44,7 +44,8 @@ std::vector<Kind> kindsIn(const Panel& panel)
 
 void printHead(const Panel& panel, const Report& first)
 {
-    Long all = 0, lacking = 0;
+    Long all = 0;
+    Long lacking = 0;
     for (const Report& each : panel.reports)
         if (each.section == first.section && each.kind == first.kind) {
             ++all;
@@ -89,7 +90,8 @@ String arrayOf(const std::vector<String>& elements)
 
 JsonObject jsonOf(const Panel& panel, const Report& report)
 {
-    std::vector<String> missing, strangers;
+    std::vector<String> missing;
+    std::vector<String> strangers;
     for (const String& each : report.missing)
         missing.push_back(jsonText(each));
     for (const progress::Stranger& each : report.strangers)

@@ -6,7 +6,6 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
-#include <bit>
 #include <tuple>
 
 namespace zv::progress {
@@ -230,9 +229,10 @@ Panel panel(Connection& centro, const Look& look)
     for (const Pupil& pupil : reading.pupils)
         bySection[pupil.section].push_back(&pupil);
     Panel result;
-    for (const auto& [id, section] : reading.sections)
-        if (std::ranges::any_of(kinds, [&](Kind kind) { return isWanted(kind) && offers(kind, section); }))
-            result.sections.push_back(section);
+    for (const auto& each : reading.sections)
+        if (std::ranges::any_of(kinds,
+                                [&](Kind kind) { return isWanted(kind) && offers(kind, each.second); }))
+            result.sections.push_back(each.second);
     std::ranges::sort(result.sections, {}, [](const Section& each) {
         return std::tuple(each.kind, each.year, StringView(each.name), each.id);
     });

@@ -16,12 +16,10 @@ static_assert(bases.size() == 0x180 - 0xC0);
 constexpr std::array<char16_t, 0x180> letters = [] {
     std::array<char16_t, 0x180> result{};
     for (char16_t unit = 0; unit < 0x180; ++unit) {
-        if (unit >= u'a' && unit <= u'z')
+        if ((unit >= u'a' && unit <= u'z') || (unit >= u'0' && unit <= u'9'))
             result[unit] = unit;
         else if (unit >= u'A' && unit <= u'Z')
             result[unit] = static_cast<char16_t>(unit + 32);
-        else if (unit >= u'0' && unit <= u'9')
-            result[unit] = unit;
         else if (unit >= 0xC0 && bases[unit - 0xC0] != u' ')
             result[unit] = bases[unit - 0xC0];
     }
