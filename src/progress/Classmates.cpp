@@ -3,7 +3,6 @@
 #include "progress/Words.h"
 
 #include <algorithm>
-#include <ranges>
 #include <set>
 
 namespace zv::progress {
