@@ -1,5 +1,7 @@
 #include "zvconf/System.h"
 
+#include "win32/stage/Win32Stage.h"
+
 #include <csignal>
 #include <fcntl.h>
 #include <io.h>
@@ -31,6 +33,8 @@ std::span<const int> endingSignals()
     static constexpr int signals[] = {SIGINT, SIGTERM, SIGBREAK};
     return signals;
 }
+
+StageMaker windowStage() { return win32::win32Stage; }
 
 Utf8Output::Utf8Output()
 {

@@ -107,11 +107,12 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Dice qué filas parecen la misma: sólo cambian mayúsculas, acentos o espacios.
   zvconf unir --hechas | --deshacer NÚMERO --bd URL
       Dice las uniones que se pueden deshacer, o deshace una: todo vuelve a como estaba.
-  zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
+  zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] [--ventanas] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
       Cada guion estrena bases de datos en memoria, o en el motor de --bd, vacías o con --ejemplo llenas
       con el centro de ejemplo; con --en usa, y cambia, las que existen. Con --motor dice qué motor es.
+      Con --ventanas, sólo en Windows, los representa en ventanas de verdad; en los demás, «zvhost guion».
   zvconf azar [--semilla N] [--actos N] [--fallos] [--consulta] [--bd URL]
       Hace N cosas al azar (1000) en todas las ventanas, sobre un centro de ejemplo que estrena, y escribe
       el guion que las repite con «zvconf guion --ejemplo». Otra semilla hace otras cosas. Con --fallos
