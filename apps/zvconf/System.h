@@ -17,6 +17,9 @@ std::span<const int> endingSignals();
 /// A stage in windows of the system; a UsageError where this program has none.
 StageMaker windowStage();
 
+/// The desktop in windows of the system; a UsageError where this program has none.
+std::unique_ptr<Desktop> windowDesktop();
+
 /// RAII guard: as long as it lives, standard output and error take UTF-8 with lines that end in LF, and a
 /// console shows them so.
 class Utf8Output {

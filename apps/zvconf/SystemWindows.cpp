@@ -1,5 +1,6 @@
 #include "zvconf/System.h"
 
+#include "win32/Win32Desktop.h"
 #include "win32/stage/Win32Stage.h"
 
 #include <csignal>
@@ -35,6 +36,8 @@ std::span<const int> endingSignals()
 }
 
 StageMaker windowStage() { return win32::win32Stage; }
+
+std::unique_ptr<Desktop> windowDesktop() { return std::make_unique<win32::Win32Desktop>(); }
 
 Utf8Output::Utf8Output()
 {

@@ -21,7 +21,7 @@ constexpr Command commands[] = {
     {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
     {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
-    {u"importar", importar},   {u"diario", diario},       {u"unir", unir},
+    {u"importar", importar},   {u"diario", diario},       {u"unir", unir},           {u"dialogo", dialogo},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -123,6 +123,9 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       texto de las ventanas, sobre un centro de ejemplo que estrena, y mira que se guarden como se ven o que
       se rechacen con un mensaje, y que no se ejecute más que lo que hace la ventana con un texto normal.
       Con --cada cada cuadro recibe uno de cada N textos.
+  zvconf dialogo NODO [--fila N] --bd URL
+      Abre la ventana de un nodo (su número o su nombre, como los dice «nodos») y termina con ella: con --fila,
+      para cambiar esa fila; sin ella, para una nueva. Sólo en Windows; en los demás, «zvhost dialogo».
   zvconf nodos
       Dice, para quien escribe un anfitrión, los nodos que el módulo atiende, uno en cada línea y separado por
       tabuladores: número, lo que se lleva, ventana, si se abre, si responde a Eliminar, clave de la fila.

@@ -24,8 +24,7 @@ bool between(Long value, Long one, Long other)
 
 } // namespace
 
-GridHeading::GridHeading(HWND grid, Click click) : Window(ListView_GetHeader(grid)), click_(std::move(click))
-{}
+GridHeading::GridHeading(HWND heading, Click click) : Window(heading), click_(std::move(click)) {}
 
 LRESULT GridHeading::receive(UINT message, WPARAM number, LPARAM data)
 {
@@ -53,8 +52,7 @@ LRESULT GridHeading::receive(UINT message, WPARAM number, LPARAM data)
 GridView::GridView(ViewHost& window, MSFlexGrid& grid, HWND parent)
     : ViewOf(window, grid, WC_LISTVIEWW,
              LVS_REPORT | LVS_OWNERDATA | LVS_OWNERDRAWFIXED | LVS_SINGLESEL | LVS_SHOWSELALWAYS | WS_BORDER,
-             0, parent),
-      heading_(handle(), [this](int place) { choose(0, place); })
+             0, parent)
 {}
 
 GridView::~GridView() = default;
@@ -86,9 +84,15 @@ void GridView::followColumns()
         columns_ = std::move(columns);
         dragged_.clear();
         LVCOLUMNW none{};
+        none.mask = LVCF_WIDTH | LVCF_FMT;
         for (std::size_t place = 0; place < columns_.size(); ++place)
             send(handle(), LVM_INSERTCOLUMNW, place, &none);
     }
+    // The system makes it with the first column.
+    if (!heading_ && heading() != nullptr)
+        heading_.emplace(heading(), [this](int place) { choose(0, place); });
+    if (heading_)
+        heading_->setHeight(window().pixels(typed().rowHeight()));
     followTitles();
     const std::vector<int> wanted = widths();
     for (std::size_t place = 0; place < wanted.size(); ++place)

@@ -13,7 +13,7 @@ namespace zv::win32 {
 class GridHeading final : public Window {
 public:
     using Click = std::function<void(int place)>;
-    GridHeading(HWND grid, Click click);
+    GridHeading(HWND heading, Click click);
     void setHeight(int pixels) { height_ = pixels; }
 
 protected:
@@ -36,7 +36,7 @@ public:
     std::optional<std::pair<int, int>> currentColumn() const;
     /// Place of a cell (row 0 is the heading) within the grid's window; empty for one that is not seen.
     RECT cell(Long row, int place) const;
-    HWND heading() const { return heading_.handle(); }
+    HWND heading() const { return ListView_GetHeader(handle()); }
     bool told(UINT message, WPARAM number, LPARAM data, LRESULT& result) override;
 
 protected:
@@ -65,7 +65,7 @@ private:
     std::vector<int> dragged_;  ///< Widths that a person gave them.
     Long chosen_ = 0;           ///< Number of the line that was clicked last.
     int following_ = 0;         ///< Re-entrancy flag: the window is being changed from the model.
-    GridHeading heading_;
+    std::optional<GridHeading> heading_;
 };
 
 } // namespace zv::win32
