@@ -72,11 +72,13 @@ RECT FormWindow::placeOf(const Control& control) const
 {
     RECT place{pixels(control.Left()), pixels(control.Top()), pixels(control.Left() + control.Width()),
                pixels(control.Top() + control.Height())};
+    if (control.frame() == nullptr)
+        OffsetRect(&place, -sheet_.corner().x, -sheet_.corner().y);
     // Over its cell, which the window may have made wider than the model knows.
     if (!bare_ && &control == section_.floating && section_.grid != nullptr) {
         const auto& grid = dynamic_cast<const GridView&>(viewOf(*section_.grid));
         if (const auto column = grid.currentColumn()) {
-            place.left = pixels(section_.grid->Left()) + column->first;
+            place.left = placeOf(*section_.grid).left + column->first;
             place.right = place.left + column->second;
         }
     }
@@ -127,13 +129,7 @@ void FormWindow::follow()
     stack();
 }
 
-void FormWindow::fit()
-{
-    RECT outside{0, 0, pixels(form_.Width()), pixels(form_.Height())};
-    addFrame(outside, handle());
-    SetWindowPos(handle(), nullptr, 0, 0, outside.right - outside.left, outside.bottom - outside.top,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
+void FormWindow::fit() { sheet_.fit({pixels(form_.Width()), pixels(form_.Height())}); }
 
 void FormWindow::centre()
 {
@@ -205,8 +201,13 @@ void FormWindow::followFocus()
         return;
     const Deeper own(busy_);
     SetFocus(wanted);
-    if (active != nullptr)
-        viewOf(*active).followAll();
+    if (active == nullptr)
+        return;
+    viewOf(*active).followAll();
+    RECT seen{};
+    GetWindowRect(wanted, &seen);
+    MapWindowPoints(nullptr, handle(), reinterpret_cast<POINT*>(&seen), 2);
+    sheet_.reveal(seen);
 }
 
 bool FormWindow::focused(const ControlView& view) const
@@ -330,6 +331,13 @@ LRESULT FormWindow::receive(UINT message, WPARAM number, LPARAM data)
             help();
         else if (number == VK_ESCAPE && form_.ActiveControl() == nullptr)
             close();
+        return 0;
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+        sheet_.scroll(message == WM_HSCROLL ? SB_HORZ : SB_VERT, number);
+        return 0;
+    case WM_MOUSEWHEEL:
+        sheet_.turn(number);
         return 0;
     case WM_SETFOCUS:
         followFocus();

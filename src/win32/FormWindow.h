@@ -2,6 +2,7 @@
 
 #include "forms/SectionControls.h"
 #include "win32/ControlView.h"
+#include "win32/Sheet.h"
 
 #include <deque>
 #include <map>
@@ -76,6 +77,7 @@ private:
     bool covered_ = false;
     int dots_;
     Font font_;
+    Sheet sheet_{handle()};
     SectionControls section_;
     HWND tips_ = nullptr;
     std::map<HWND, String> tipTexts_;

@@ -61,6 +61,7 @@ void GridView::followContent()
 {
     const Deeper following(following_);
     name(); // A grid on the pages of a strip has the name of the page.
+    followHeight();
     followColumns();
     send(handle(), LVM_SETITEMCOUNT, static_cast<WPARAM>(typed().Rows()) - 1, LVSICF_NOSCROLL);
     LVITEMW state{};
@@ -70,6 +71,17 @@ void GridView::followContent()
         send(handle(), LVM_SETITEMSTATE, static_cast<WPARAM>(typed().Row()) - 1, &state);
     followScroll();
     InvalidateRect(handle(), nullptr, TRUE);
+}
+
+/// A list asks for its rows' height when it is made, and again when it is told that it was moved.
+void GridView::followHeight()
+{
+    if (std::exchange(height_, window().rowHeight()) == window().rowHeight())
+        return;
+    WINDOWPOS place{};
+    place.hwnd = handle();
+    place.flags = SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
+    send(handle(), WM_WINDOWPOSCHANGED, 0, &place);
 }
 
 void GridView::followColumns()

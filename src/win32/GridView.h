@@ -46,6 +46,7 @@ protected:
     LRESULT receive(UINT message, WPARAM number, LPARAM data) override;
 
 private:
+    void followHeight();
     void followColumns();
     void followTitles();
     /// Widths of the columns shown, in pixels: the model's; in a window that is not bare in the model's
@@ -64,6 +65,7 @@ private:
     std::vector<Long> columns_; ///< Those that are not hidden.
     std::vector<int> dragged_;  ///< Widths that a person gave them.
     Long chosen_ = 0;           ///< Number of the line that was clicked last.
+    int height_ = 0;            ///< Of a row, as it was asked for last.
     int following_ = 0;         ///< Re-entrancy flag: the window is being changed from the model.
     std::optional<GridHeading> heading_;
 };

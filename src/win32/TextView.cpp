@@ -110,7 +110,8 @@ void TextView::tellLeft()
     GetClientRect(handle(), &area);
     // Room for the widest number from the start, so that no line is wrapped anew while one writes.
     const int room = font.width(decimalText(most) + u" ");
-    send(handle(), EM_SETMARGINS, EC_RIGHTMARGIN, MAKELPARAM(0, room));
+    if (HIWORD(send(handle(), EM_GETMARGINS)) != room)
+        send(handle(), EM_SETMARGINS, EC_RIGHTMARGIN, MAKELPARAM(0, room));
     send(left_, WM_SETFONT, reinterpret_cast<WPARAM>(font.handle()), TRUE);
     SetWindowPos(left_, nullptr, area.right - room, area.bottom - font.height(), room, font.height(),
                  SWP_NOZORDER | SWP_NOACTIVATE | (GetFocus() == handle() ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
