@@ -46,6 +46,28 @@ PerScreen::~PerScreen()
         found<decltype(SetThreadDpiAwarenessContext)>("SetThreadDpiAwarenessContext")(before_);
 }
 
+OwnControls::OwnControls()
+{
+    ACTCTXW wanted{};
+    wanted.cbSize = sizeof wanted;
+    wanted.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
+    wanted.lpResourceName = MAKEINTRESOURCEW(2); // A library's, by the system's convention.
+    constexpr DWORD how =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    GetModuleHandleExW(how, reinterpret_cast<const wchar_t*>(&dotsOf), &wanted.hModule);
+    context_ = CreateActCtxW(&wanted);
+    if (context_ != INVALID_HANDLE_VALUE)
+        ActivateActCtx(context_, &cookie_);
+}
+
+OwnControls::~OwnControls()
+{
+    if (context_ == INVALID_HANDLE_VALUE)
+        return;
+    DeactivateActCtx(0, cookie_);
+    ReleaseActCtx(context_);
+}
+
 int dotsOf(HWND window)
 {
     if (auto* dots = found<decltype(GetDpiForWindow)>("GetDpiForWindow"))

@@ -45,6 +45,20 @@ private:
     DPI_AWARENESS_CONTEXT before_;
 };
 
+/// RAII guard: windows are made with the system's controls of today, which the manifest of this library asks
+/// for, whatever the host's own are. Without effect in a program whose manifest asks for them already.
+class OwnControls {
+public:
+    OwnControls();
+    OwnControls(const OwnControls&) = delete;
+    OwnControls& operator=(const OwnControls&) = delete;
+    ~OwnControls();
+
+private:
+    HANDLE context_;
+    ULONG_PTR cookie_ = 0;
+};
+
 /// Dots per inch of the screen that shows the window.
 int dotsOf(HWND window);
 /// Grows what a window is to show by its frame.

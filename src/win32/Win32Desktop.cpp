@@ -54,6 +54,7 @@ void Win32Desktop::opened(Form& form)
 {
     forget(form);
     const PerScreen perScreen;
+    const OwnControls ownControls;
     auto window = std::make_unique<FormWindow>(form, front(), !helps());
     Shown shown{std::move(window), depth_, {}};
     EnumThreadWindows(GetCurrentThreadId(), &collect, reinterpret_cast<LPARAM>(&shown.disabled));
@@ -149,6 +150,7 @@ void Win32Desktop::handlerFailed(const RuntimeError& error)
 void Win32Desktop::tell(Integer flags, StringView title, StringView text)
 {
     const PerScreen perScreen;
+    const OwnControls ownControls;
     showMessage(
         front(), text, flags, title, [this](HWND box) { shown(box); },
         [](HWND box) { showHelp(box, u"mensajes"); });
