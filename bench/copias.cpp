@@ -8,7 +8,7 @@
 
 #include "Measure.h"
 
-#include "care/Copies.h"
+#include "care/copies/Copies.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/odbc/OdbcEngine.h"

@@ -5,7 +5,7 @@
 
 #include "Stage.h"
 
-#include "care/Rules.h"
+#include "care/rules/Rules.h"
 #include "data/sample/SampleSchool.h"
 
 #include <iostream>

@@ -1,4 +1,4 @@
-#include "care/JoinRecord.h"
+#include "care/joins/JoinRecord.h"
 #include "data/Statement.h"
 #include "data/Transaction.h"
 #include "zvconf/Command.h"

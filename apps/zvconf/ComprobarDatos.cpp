@@ -1,6 +1,6 @@
 #include "zvconf/ComprobarDatos.h"
 
-#include "care/Rules.h"
+#include "care/rules/Rules.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/history/HistoryEngine.h"

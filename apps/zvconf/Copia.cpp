@@ -1,6 +1,6 @@
 #include "zvconf/Command.h"
 
-#include "care/Copies.h"
+#include "care/copies/Copies.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"

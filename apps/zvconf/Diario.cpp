@@ -67,8 +67,11 @@ String line(const fs::path& file, const journal::Reading& reading)
         return number + u": no se puede leer: lo escribió otra persona, o su clave ya no está.";
     const journal::Opening& opening = reading.draft.opening;
     const Seconds moment{std::chrono::seconds(std::max(reading.draft.moment, opening.moment))};
-    String text = number + u": " + localText(moment) + u", " + opening.personName + u", " +
-                  opening.schoolName + u", «" + opening.title + u"»";
+    String text =
+        number + u": " + localText(moment) + u", " + opening.personName + u", " + opening.schoolName;
+    if (const StringView origin = opening.origin(); !origin.empty())
+        text += u" en «" + String(origin) + u"»";
+    text += u", «" + opening.title + u"»";
     if (!opening.section.text.empty())
         text += u" de " + opening.section.text;
     text += u": " + contents(reading.draft) + String(wordsFor(reading.end));

@@ -1,6 +1,6 @@
 #include "zvconf/Historial.h"
 
-#include "care/JoinRecord.h"
+#include "care/joins/JoinRecord.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/history/Erasure.h"

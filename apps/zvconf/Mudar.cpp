@@ -1,6 +1,6 @@
 #include "zvconf/Command.h"
 
-#include "care/Move.h"
+#include "care/copies/Move.h"
 #include "data/Statement.h"
 
 namespace zv::zvconf {

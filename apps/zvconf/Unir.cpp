@@ -1,4 +1,4 @@
-#include "care/Join.h"
+#include "care/joins/Join.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/history/HistoryEngine.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "care/References.h"
+#include "care/joins/References.h"
 #include "data/Connection.h"
 #include "data/Schema.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "care/Join.h"
-#include "care/Rules.h"
+#include "care/joins/Join.h"
+#include "care/rules/Rules.h"
 #include "data/history/Losses.h"
 #include "journal/Journals.h"
 #include "zvhost/Deletion.h"
@@ -102,6 +102,7 @@ private:
     void tellDrafts();
     void remindOfCopies();
     void tellDraft(const journal::Found& found);
+    void tellForgotten();
     /// Opens the dialog that a draft is of, which offers to type it in again.
     void openDraft(const Node& node, const journal::Opening& opening);
     /// Runs what writes through the history, and reads the list again. False if it failed.

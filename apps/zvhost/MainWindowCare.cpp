@@ -1,5 +1,5 @@
 // The window's care of the school as a whole.
-#include "care/Copies.h"
+#include "care/copies/Copies.h"
 #include "data/Schools.h"
 #include "qt/QtText.h"
 #include "suite/sodium/KeyFile.h"

@@ -3,11 +3,29 @@
 #include "qt/DraftAid.h"
 #include "qt/DraftView.h"
 #include "qt/QtText.h"
+#include "runtime/Time.h"
 #include "session/cConstCol.h"
 #include "zvhost/MainWindow.h"
 #include "zvhost/Widgets.h"
 
+#include <chrono>
+
 namespace zv::host {
+
+namespace {
+
+/// After how many days a draft is told to be old.
+constexpr int oldDays = 30;
+
+QString ageOf(const journal::Draft& draft)
+{
+    const auto days = std::chrono::duration_cast<std::chrono::days>(timeHere().time_since_epoch() -
+                                                                    std::chrono::seconds(draft.moment))
+                          .count();
+    return days < oldDays ? QString() : QStringLiteral(". Lleva %1 días así: ábralo, o descártelo").arg(days);
+}
+
+} // namespace
 
 void MainWindow::tellDrafts()
 {
@@ -18,6 +36,7 @@ void MainWindow::tellDrafts()
     try {
         for (const journal::Found& each : journal::draftsOfSession(journal::recordedFolder()))
             tellDraft(each);
+        tellForgotten();
     } catch (const std::exception&) {
         // The key cannot be read: the first dialog that is opened tells why.
     }
@@ -53,12 +72,33 @@ void MainWindow::tellDraft(const journal::Found& found)
                                notice_.forget(Notice::Drafts::gone);
                            }
                        }});
-    notice_.tell({QStringLiteral("Hay %1 sin guardar de %2 en %3: %4%5")
-                      .arg(kindOf(found.draft), timeOf(found.draft), where, countOf(found.draft),
-                           there ? QString() : QStringLiteral(". La fila ya no está")),
+    notice_.tell({QStringLiteral("Hay %1 sin guardar de %2 en %3%4: %5%6%7")
+                      .arg(kindOf(found.draft), timeOf(found.draft), where,
+                           originOf(found.draft, journal::sessionOpening()), countOf(found.draft),
+                           there ? QString() : QStringLiteral(". La fila ya no está"), ageOf(found.draft)),
                   std::move(choices),
                   {},
                   found.path});
+}
+
+/// Those that this session never offers, and nobody would think of.
+void MainWindow::tellForgotten()
+{
+    const std::size_t old = journal::forgotten(journal::recordedFolder(), oldDays);
+    if (old == 0)
+        return;
+    notice_.tell(
+        {QStringLiteral("Hay %1 de hace más de %2 días sin guardar que no %3 de este centro o usuario, o "
+                        "que no se %4 leer. «zvconf diario lista» dice de quién, y «zvconf diario "
+                        "borrar» %5 borra.")
+             .arg(old == 1 ? QStringLiteral("un borrador") : QStringLiteral("%1 borradores").arg(old))
+             .arg(oldDays)
+             .arg(old == 1 ? QStringLiteral("es") : QStringLiteral("son"),
+                  old == 1 ? QStringLiteral("puede") : QStringLiteral("pueden"),
+                  old == 1 ? QStringLiteral("lo") : QStringLiteral("los")),
+         {},
+         {},
+         journal::recordedFolder()});
 }
 
 void MainWindow::openDraft(const Node& node, const journal::Opening& opening)

@@ -1,5 +1,5 @@
 // What a report's dialog will do to the rows of a section, told before it opens.
-#include "care/Rules.h"
+#include "care/rules/Rules.h"
 #include "qt/QtText.h"
 #include "session/cNombreNodo.h"
 #include "zvhost/ListDialog.h"

@@ -1,5 +1,7 @@
 #include "journal/Act.h"
 
+#include "session/cConstCol.h"
+
 namespace zv::journal {
 
 bool Place::same(const Place& other) const
@@ -20,8 +22,29 @@ String readAs(const Place& place, const Held& held)
 
 bool Opening::sameAs(const Opening& other) const
 {
-    return school == other.school && person == other.person && dialog == other.dialog && row == other.row &&
-           action == other.action && section.number == other.section.number;
+    if (!sameSession(other) || dialog != other.dialog || section.number != other.section.number)
+        return false;
+    return section.number != 0 ||
+           (action == other.action && (row == other.row || action == cConstCol::NUEVO));
+}
+
+bool Opening::sameSession(const Opening& other) const
+{
+    const auto number = [](const Opening& of) {
+        return StringView(of.school).substr(0, of.school.find(u' '));
+    };
+    return person == other.person && number(*this) == number(other) && schoolName == other.schoolName;
+}
+
+StringView Opening::origin() const
+{
+    const std::size_t start = school.find(u' ') + schoolName.size() + 2;
+    return start < school.size() ? StringView(school).substr(start) : StringView();
+}
+
+bool onlyChooses(StringView dialog)
+{
+    return dialog == u"frmConsejoOrientador1" || dialog == u"frmInformeIndividual";
 }
 
 } // namespace zv::journal

@@ -106,8 +106,16 @@ struct Opening {
     int buttonIndex = -1;
     String title = {};       ///< Caption of the window.
     std::int64_t moment = 0; ///< Seconds since 1970, UTC.
-    /// Whether a person who opens this has the other one's dialog, row and school before him.
+    /// Whether a person who opens this has the other one's dialog, row and school before him, wherever that
+    /// school's databases are now. A new row has no key yet, and a section is one by itself.
     bool sameAs(const Opening& other) const;
+    /// The same school, by number and name, and the same person.
+    bool sameSession(const Opening& other) const;
+    /// RutaBD of the session: where the school's databases were.
+    StringView origin() const;
 };
+
+/// Dialogs in which something is only chosen to open another one: nothing of them can be lost.
+bool onlyChooses(StringView dialog);
 
 } // namespace zv::journal

@@ -12,20 +12,15 @@ bool isOpen(const std::vector<Step>& steps) { return !steps.empty() && steps.bac
 
 } // namespace
 
-std::size_t Draft::first(std::size_t place) const
-{
-    const auto found =
-        std::ranges::find_if(places, [&](const Place& each) { return each.same(places[place]); });
-    return static_cast<std::size_t>(found - places.begin());
-}
-
 bool Draft::add(const Record& record)
 {
     if (const auto* opened = std::get_if<Opening>(&record))
         opening = *opened;
-    else if (const auto* place = std::get_if<Place>(&record))
+    else if (const auto* place = std::get_if<Place>(&record)) {
+        const auto same = std::ranges::find_if(places, [&](const Place& each) { return each.same(*place); });
+        first_.push_back(static_cast<std::size_t>(same - places.begin()));
         places.push_back(*place);
-    else if (const auto* pressed = std::get_if<Begun>(&record))
+    } else if (const auto* pressed = std::get_if<Begun>(&record))
         begun = pressed->act;
     else if (std::holds_alternative<Inner>(record)) {
         Step step;

@@ -34,7 +34,7 @@ public:
     /// False for a record that names a place which is not there.
     bool add(const Record& record);
     /// The first place that is the same.
-    std::size_t first(std::size_t place) const;
+    std::size_t first(std::size_t place) const { return first_[place]; }
     /// Pupils with something that was changed and not changed back.
     std::size_t pupils() const;
     /// Texts, and choices and ticks, that were changed and not changed back.
@@ -53,8 +53,9 @@ private:
     std::map<std::size_t, Change> net() const;
     std::size_t count(bool texts) const;
 
-    Latest latest_ = {};      ///< Step of each place, since the last act in turn.
-    Latest innerLatest_ = {}; ///< The same in the open inner dialog.
+    std::vector<std::size_t> first_ = {}; ///< Of each place.
+    Latest latest_ = {};                  ///< Step of each place, since the last act in turn.
+    Latest innerLatest_ = {};             ///< The same in the open inner dialog.
 };
 
 } // namespace zv::journal

@@ -22,9 +22,13 @@ public:
     std::error_code append(std::string_view bytes);
     /// Returns when all that was appended is on the disk. May be called while another thread appends.
     std::error_code sync();
+    /// Takes out all that was appended. Fails also where the file has been deleted meanwhile.
+    std::error_code empty();
+    const std::filesystem::path& path() const { return path_; }
 
 private:
     struct Handle;
+    std::filesystem::path path_;
     std::unique_ptr<Handle> handle_;
 };
 

@@ -27,17 +27,17 @@ void syncFolder(const std::filesystem::path& folder)
 struct File::Handle {
     int descriptor = -1;
     off_t length = 0;
-    std::filesystem::path folder;
     std::atomic<bool> named = false; ///< The directory entry is on the disk.
 };
 
-File::File(const std::filesystem::path& path) : handle_(std::make_unique<Handle>())
+File::File(const std::filesystem::path& path) : path_(path), handle_(std::make_unique<Handle>())
 {
     handle_->descriptor = open(path.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (handle_->descriptor < 0)
         throw std::system_error(lastError());
-    handle_->folder = path.parent_path();
-    flock(handle_->descriptor, LOCK_EX | LOCK_NB);
+    // Blocking: another program that asks at this moment whether it is in use holds it for an instant.
+    while (flock(handle_->descriptor, LOCK_EX) != 0 && errno == EINTR) {
+    }
 }
 
 File::~File() { close(handle_->descriptor); }
@@ -66,9 +66,18 @@ std::error_code File::sync()
     if (fdatasync(handle_->descriptor) != 0)
         return lastError();
     if (!handle_->named)
-        syncFolder(handle_->folder);
+        syncFolder(path_.parent_path());
     handle_->named = true;
     return {};
+}
+
+std::error_code File::empty()
+{
+    struct stat now {};
+    if (fstat(handle_->descriptor, &now) != 0 || ftruncate(handle_->descriptor, 0) != 0)
+        return lastError();
+    handle_->length = 0;
+    return now.st_nlink > 0 ? std::error_code() : make_error_code(std::errc::no_such_file_or_directory);
 }
 
 bool inUse(const std::filesystem::path& path)

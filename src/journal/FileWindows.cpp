@@ -17,7 +17,7 @@ struct File::Handle {
 };
 
 /// Share mode as lock: others may read and delete the file, and none may write it while it is open.
-File::File(const std::filesystem::path& path) : handle_(std::make_unique<Handle>())
+File::File(const std::filesystem::path& path) : path_(path), handle_(std::make_unique<Handle>())
 {
     if (const std::error_code error = owneronly::write(path, {}))
         throw std::system_error(error);
@@ -48,6 +48,14 @@ std::error_code File::append(std::string_view bytes)
 std::error_code File::sync()
 {
     return FlushFileBuffers(handle_->file) != 0 ? std::error_code() : lastError();
+}
+
+std::error_code File::empty()
+{
+    handle_->length = 0;
+    if (SetFilePointerEx(handle_->file, {}, nullptr, FILE_BEGIN) == 0 || SetEndOfFile(handle_->file) == 0)
+        return lastError();
+    return {};
 }
 
 bool inUse(const std::filesystem::path& path)

@@ -22,7 +22,7 @@ struct Item {
     String now = {};    ///< What the dialog shows; empty where there is no place.
     String draft = {};
     Fate fate = Fate::stored;
-    Change change = {}; ///< For keepOnly().
+    Change change = {}; ///< In the draft.
 };
 
 /// The values of a draft by themselves, without the dialog: `now` is empty, and each would be typed.

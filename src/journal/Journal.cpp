@@ -1,10 +1,8 @@
 #include "journal/Journal.h"
 
-#include "runtime/PrivateFile.h"
-
-#include <chrono>
+#include <algorithm>
 #include <fstream>
-#include <random>
+#include <utility>
 
 namespace zv::journal {
 
@@ -13,21 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view magic = "ZVDIARIO1\n";
-/// How long what was written waits for its sync, which may take as long again on a busy disk.
-constexpr std::chrono::milliseconds pause{250};
 constexpr std::size_t lengthSize = 4;
-
-/// Name that no other program and no other dialog takes.
-fs::path freshPath(const fs::path& folder)
-{
-    makePrivateFolder(folder);
-    std::random_device chance;
-    fs::path path;
-    do
-        path = folder / (std::to_string(chance()) + toUtf8(extension));
-    while (fs::exists(path));
-    return path;
-}
 
 void appendLength(std::string& bytes, std::size_t length)
 {
@@ -45,9 +29,8 @@ std::size_t lengthAt(std::string_view bytes)
 
 } // namespace
 
-Writer::Writer(const fs::path& folder, const SecretKey& key, const Opening& opening)
-    : path_(freshPath(folder)), file_(path_), cipher_(key), waiting_(magic),
-      syncing_([this](const std::stop_token& stop) { keepSyncing(stop); })
+Writer::Writer(std::shared_ptr<Spool> spool, const SecretKey& key, const Opening& opening)
+    : spool_(std::move(spool)), file_(spool_->open()), before_(file_->written), cipher_(key), waiting_(magic)
 {
     waiting_.append(cipher_.header().begin(), cipher_.header().end());
     if (const std::error_code error = write(opening)) {
@@ -56,53 +39,17 @@ Writer::Writer(const fs::path& folder, const SecretKey& key, const Opening& open
     }
 }
 
-Writer::~Writer() = default;
-
 std::error_code Writer::write(const Record& record)
 {
     cipher_.seal(records_.pack(record), sealed_);
     appendLength(waiting_, sealed_.size());
     waiting_ += sealed_;
-    if (const std::error_code error = file_.append(waiting_))
+    if (const std::error_code error = file_->file.append(waiting_))
         return error;
-    written_ += waiting_.size();
+    file_->written += waiting_.size();
     waiting_.clear();
-    const std::lock_guard lock(mutex_);
-    if (!dirty_) {
-        dirty_ = true;
-        woken_.notify_one();
-    }
-    return {};
-}
-
-std::error_code Writer::sync()
-{
-    const std::uint64_t whole = written_;
-    const std::error_code error = file_.sync();
-    if (!error)
-        synced_ = whole;
-    return error;
-}
-
-void Writer::keepSyncing(const std::stop_token& stop)
-{
-    std::unique_lock lock(mutex_);
-    // First the pause: what is typed and accepted at once costs no sync at all.
-    while (woken_.wait(lock, stop, [this] { return dirty_; })) {
-        woken_.wait_for(lock, stop, pause, [] { return false; });
-        if (stop.stop_requested())
-            return;
-        dirty_ = false;
-        lock.unlock();
-        sync();
-        lock.lock();
-    }
-}
-
-void Writer::remove()
-{
-    std::error_code ignored;
-    fs::remove(path_, ignored);
+    spool_->syncSoon(file_);
+    return file_->trouble();
 }
 
 Reading read(std::string_view bytes, const SecretKey& key)

@@ -2,58 +2,43 @@
 
 #include "journal/Cipher.h"
 #include "journal/Draft.h"
-#include "journal/File.h"
 #include "journal/Records.h"
+#include "journal/Spool.h"
 
-#include <atomic>
-#include <condition_variable>
+#include <algorithm>
 #include <cstdint>
-#include <functional>
-#include <mutex>
-#include <thread>
+#include <memory>
 
 namespace zv::journal {
-
-/// Ending of a journal's name.
-inline constexpr StringView extension = u".diario";
 
 /// Writer of one journal: a header, then one enciphered record after another. Each stands in the file when
 /// write() returns, and is on the disk within a second, also while more are written.
 class Writer {
 public:
-    /// A new file in the folder, which is made if need be. Fails with a std::system_error.
-    Writer(const std::filesystem::path& folder, const SecretKey& key, const Opening& opening);
-    ~Writer();
-    Writer(const Writer&) = delete;
-    Writer& operator=(const Writer&) = delete;
+    /// In a file of the spool's folder, which is made if need be. Fails with a std::system_error.
+    Writer(std::shared_ptr<Spool> spool, const SecretKey& key, const Opening& opening);
 
-    /// The failure, if the file takes no more; what it did not take is tried again with the next record.
+    /// The failure, if the file takes no more, or what it took before does not come to the disk; what it did
+    /// not take is tried again with the next record.
     std::error_code write(const Record& record);
     /// Whether something waits that the file has not taken.
     bool pending() const { return !waiting_.empty(); }
     /// Returns when all that was written is on the disk.
-    std::error_code sync();
-    const std::filesystem::path& path() const { return path_; }
+    std::error_code sync() { return file_->sync(); }
+    const std::filesystem::path& path() const { return file_->file.path(); }
     /// Bytes that are on the disk for certain.
-    std::uint64_t synced() const { return synced_; }
-    /// Deletes the file.
-    void remove();
+    std::uint64_t synced() const { return std::max(file_->synced.load(), before_) - before_; }
+    /// Ends the journal: nothing of it is left. To be called last.
+    void remove() { spool_->end(file_); }
 
 private:
-    void keepSyncing(const std::stop_token& stop);
-
-    std::filesystem::path path_;
-    File file_;
+    std::shared_ptr<Spool> spool_;
+    std::shared_ptr<Spooled> file_;
+    std::uint64_t before_; ///< Bytes of the journals that the file held before.
     Cipher cipher_;
     Records records_;
     std::string sealed_;
     std::string waiting_; ///< Bytes that the file has not taken yet.
-    std::atomic<std::uint64_t> written_ = 0;
-    std::atomic<std::uint64_t> synced_ = 0;
-    std::mutex mutex_;
-    std::condition_variable_any woken_;
-    bool dirty_ = false;
-    std::jthread syncing_; ///< Last member: it uses the others.
 };
 
 /// How a journal could be read.

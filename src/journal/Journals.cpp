@@ -3,12 +3,31 @@
 #include "journal/Recorder.h"
 
 #include <algorithm>
+#include <chrono>
 
 namespace zv::journal {
 
 namespace fs = std::filesystem;
 
-std::vector<fs::path> journalFiles(const fs::path& folder)
+namespace {
+
+/// How old a journal is before one that holds nothing is deleted.
+constexpr std::chrono::hours idle{12};
+
+fs::file_time_type::duration ageOf(const fs::path& file)
+{
+    std::error_code error;
+    const fs::file_time_type written = fs::last_write_time(file, error);
+    return error ? fs::file_time_type::duration::zero() : fs::file_time_type::clock::now() - written;
+}
+
+bool isEmpty(const fs::path& file)
+{
+    std::error_code ignored;
+    return fs::file_size(file, ignored) == 0;
+}
+
+std::vector<fs::path> allFiles(const fs::path& folder)
 {
     std::vector<fs::path> found;
     std::error_code ignored;
@@ -19,10 +38,19 @@ std::vector<fs::path> journalFiles(const fs::path& folder)
     return found;
 }
 
+} // namespace
+
+std::vector<fs::path> journalFiles(const fs::path& folder)
+{
+    std::vector<fs::path> found = allFiles(folder);
+    std::erase_if(found, isEmpty);
+    return found;
+}
+
 std::vector<Found> drafts(const fs::path& folder)
 {
     std::vector<Found> found;
-    const std::vector<fs::path> files = journalFiles(folder);
+    const std::vector<fs::path> files = allFiles(folder);
     if (files.empty())
         return found;
     const SecretKey key = ownKey(folder);
@@ -30,8 +58,13 @@ std::vector<Found> drafts(const fs::path& folder)
         if (inUse(file))
             continue;
         Reading reading = readFile(file, key);
-        if (reading.end != End::foreign && !reading.draft.empty())
+        const bool readable = reading.end == End::whole || reading.end == End::torn || isEmpty(file);
+        if (reading.draft.empty() || onlyChooses(reading.draft.opening.dialog)) {
+            if (readable && ageOf(file) > idle)
+                discard(file);
+        } else {
             found.push_back({file, reading.end, std::move(reading.draft)});
+        }
     }
     std::ranges::stable_sort(found, std::ranges::greater(),
                              [](const Found& each) { return each.draft.moment; });
@@ -49,10 +82,18 @@ std::vector<Found> draftsOfSession(const fs::path& folder)
 {
     const Opening session = sessionOpening();
     std::vector<Found> found = drafts(folder);
-    std::erase_if(found, [&](const Found& each) {
-        return each.draft.opening.school != session.school || each.draft.opening.person != session.person;
-    });
+    std::erase_if(found, [&](const Found& each) { return !each.draft.opening.sameSession(session); });
     return found;
+}
+
+std::size_t forgotten(const fs::path& folder, int days)
+{
+    const std::vector<Found> ours = draftsOfSession(folder);
+    const std::vector<fs::path> all = journalFiles(folder);
+    return static_cast<std::size_t>(std::ranges::count_if(all, [&](const fs::path& file) {
+        return ageOf(file) >= std::chrono::days(days) && !inUse(file) &&
+               std::ranges::find(ours, file, &Found::path) == ours.end();
+    }));
 }
 
 void discard(const fs::path& journal)
@@ -61,28 +102,37 @@ void discard(const fs::path& journal)
     fs::remove(journal, ignored);
 }
 
-void keepOnly(const Found& found, const std::vector<Change>& left)
+void keepOnly(Found& found, const std::vector<Item>& left)
 {
+    Found kept;
     if (!left.empty()) {
-        const fs::path folder = found.path.parent_path();
-        Writer kept(folder, ownKey(folder), found.draft.opening);
+        const auto spool = std::make_shared<Spool>(found.path.parent_path());
+        const SecretKey key = ownKey(spool->folder());
+        Writer writer(spool, key, found.draft.opening);
         std::error_code error;
         Act all{.verb = ActVerb::focus, .moment = found.draft.moment};
-        for (const Change& change : left) {
-            all.changes.push_back({all.changes.size(), change.before, change.after});
+        for (const Item& item : left) {
+            all.changes.push_back({all.changes.size(), item.change.before, item.change.after});
+            Place place = found.draft.places[item.change.place];
+            // The row of the dialog's own list, which the steps told that are not kept.
+            if (!item.within.empty() && !place.label.starts_with(item.within))
+                place.label = item.within + u", " + place.label;
             if (!error)
-                error = kept.write(found.draft.places[change.place]);
+                error = writer.write(place);
         }
         if (!error)
-            error = kept.write(all);
+            error = writer.write(all);
         if (!error)
-            error = kept.sync();
+            error = writer.sync();
         if (error) {
-            kept.remove();
+            writer.remove();
             throw std::system_error(error);
         }
+        kept.path = writer.path();
+        kept.draft = readFile(kept.path, key).draft;
     }
     discard(found.path);
+    found = std::move(kept);
 }
 
 } // namespace zv::journal

@@ -23,7 +23,7 @@ struct Settings {
     std::optional<SecretKey> key;
     bool on = false;
     std::function<void(StringView)> tell;
-    String told; ///< The trouble that was told last, until a journal could be written again.
+    String told; ///< The trouble that was told last, until a new journal could be written.
 };
 
 Settings& settings()
@@ -113,13 +113,14 @@ Recorder::Open* Recorder::journalOf(Open& open) { return open.within != nullptr 
 void Recorder::loading(Form& form)
 {
     std::erase_if(open_, [&](const Open& each) { return each.form == &form; });
-    if (!recording())
+    if (!recording() || onlyChooses(form.Name()))
         return;
     Open open{.form = &form, .opening = sessionOpening()};
     open.opening.dialog = form.Name();
-    const Form* opener = inHand_.empty() ? nullptr : inHand_.back().form;
-    if (Open* below = opener != nullptr ? find(opener) : nullptr) {
-        if (std::ranges::find(withinTheirOpener, form.Name()) != std::end(withinTheirOpener)) {
+    if (const Form* opener = inHand_.empty() ? nullptr : inHand_.back().form; opener != nullptr) {
+        Open* below = find(opener);
+        if (below != nullptr &&
+            std::ranges::find(withinTheirOpener, form.Name()) != std::end(withinTheirOpener)) {
             open.within = below->form;
             ++below->inner;
             Record inner(std::in_place_type<Inner>);
@@ -143,6 +144,7 @@ void Recorder::unloaded(Form& form)
         return;
     if (open->writer)
         open->writer->remove();
+    open->writer.reset();
     open->closed = true;
     if (std::ranges::find(inHand_, &form, &InHand::form) == inHand_.end())
         std::erase_if(open_, [&](const Open& each) { return each.form == &form; });
@@ -159,15 +161,22 @@ void Recorder::acting(const PersonAct& act)
         open->opening.title = act.form.Caption();
     }
     const SectionControls& controls = open->watch->controls();
-    if (controls.grid != nullptr && !controls.isSection() &&
-        dynamic_cast<const CommandButton*>(act.control) != nullptr)
-        inHand_.back().rows = rowsOf(*controls.grid);
+    if (controls.grid != nullptr && !controls.isSection()) {
+        InHand& hand = inHand_.back();
+        const bool button = dynamic_cast<const CommandButton*>(act.control) != nullptr;
+        if (button)
+            hand.rows = rowsOf(*controls.grid);
+        const Long row = controls.grid->Row();
+        if ((button || act.control == controls.grid) && hand.act.entry == Entry() && row > 0 &&
+            row < controls.grid->Rows())
+            hand.act.entry = rowOf(*controls.grid, row);
+    }
     Open* journal = journalOf(*open);
     if (mayOpenOrSave(act) && open == journal)
         write(*journal, Begun{inHand_.back().act}, false);
 }
 
-/// What a person does in a grid, and the buttons that change its rows.
+/// What a person does in a grid, and the buttons that change its rows; not the keys that press the form's.
 bool Recorder::isOrdered(const Open& open, const PersonAct& act, const std::vector<Entry>& rowsBefore)
 {
     const SectionControls& controls = open.watch->controls();
@@ -175,8 +184,10 @@ bool Recorder::isOrdered(const Open& open, const PersonAct& act, const std::vect
         act.verb == ActVerb::scroll)
         return false;
     const auto* button = dynamic_cast<const CommandButton*>(act.control);
-    return act.control == controls.grid || (button != nullptr && !button->Default() && !button->Cancel() &&
-                                            rowsOf(*controls.grid) != rowsBefore);
+    if (act.control == controls.grid)
+        return act.key != Key::Enter && act.key != Key::Escape;
+    return (button != nullptr && !button->Default() && !button->Cancel() &&
+            rowsOf(*controls.grid) != rowsBefore);
 }
 
 void Recorder::acted(const PersonAct& act, bool done)
@@ -235,41 +246,38 @@ std::size_t Recorder::placeIn(Open& journal, const Place& place)
     return known->second;
 }
 
-void Recorder::start(Open& journal)
+bool Recorder::start(Open& journal)
 {
     Settings& of = settings();
     try {
         if (!of.key)
             of.key = ownKey(of.folder);
+        if (!spool_ || spool_->folder() != of.folder)
+            spool_ = std::make_shared<Spool>(of.folder);
         journal.opening.moment = now();
-        journal.writer = std::make_unique<Writer>(of.folder, *of.key, journal.opening);
+        journal.writer = std::make_unique<Writer>(spool_, *of.key, journal.opening);
+        of.told.clear();
     } catch (const std::system_error& error) {
-        journal.failed = true;
         tellTrouble(wordsFor(error.code()));
     } catch (const std::exception& error) {
-        journal.failed = true;
         tellTrouble(fromUtf8(error.what()));
     }
+    return journal.writer != nullptr;
 }
 
+/// Before the first change, and while the file cannot be made, records wait.
 void Recorder::write(Open& journal, const Record& record, bool starts)
 {
-    if (journal.failed)
-        return;
+    journal.starts |= starts;
     if (!journal.writer) {
         journal.waiting.push_back(record);
-        if (starts)
-            start(journal);
-        if (journal.writer || journal.failed)
+        if (journal.starts && start(journal))
             for (const Record& each : std::exchange(journal.waiting, {}))
                 write(journal, each, false);
         return;
     }
-    const std::error_code error = journal.writer->write(record);
-    if (error)
+    if (const std::error_code error = journal.writer->write(record))
         tellTrouble(wordsFor(error));
-    else
-        settings().told.clear();
 }
 
 const Opening* Recorder::opening(const Form& form) const
@@ -294,9 +302,10 @@ bool Recorder::sync(const Form& form)
 {
     Open* open = find(&form);
     Open* journal = open != nullptr ? journalOf(*open) : nullptr;
-    if (journal == nullptr || journal->failed)
-        return false;
-    return !journal->writer || (!journal->writer->pending() && !journal->writer->sync());
+    if (journal == nullptr)
+        return onlyChooses(form.Name());
+    return journal->writer == nullptr ? !journal->starts
+                                      : !journal->writer->pending() && !journal->writer->sync();
 }
 
 bool record(const std::filesystem::path& folder)

@@ -24,7 +24,8 @@ public:
     void unloaded(Form& form) override;
     void atRest(Form& /*form*/) override {}
 
-    /// What is open on that form; nullptr for a form that is not loaded, or within another one's journal.
+    /// What is open on that form; nullptr for a form that is not loaded, or within another one's journal, or
+    /// of which nothing can be lost.
     const Opening* opening(const Form& form) const;
     /// The journal of that form; empty while it has none.
     std::filesystem::path file(const Form& form) const;
@@ -44,9 +45,9 @@ private:
         std::unique_ptr<Writer> writer = {};
         std::vector<Record> waiting = {}; ///< Until the first change.
         std::map<PlaceKey, std::size_t> places = {};
-        int inner = 0;    ///< Dialogs that were opened within it.
-        View viewed = {}; ///< That the journal knows.
-        bool failed = false;
+        int inner = 0;       ///< Dialogs that were opened within it.
+        View viewed = {};    ///< That the journal knows.
+        bool starts = false; ///< Something has been changed: it is to be written.
         bool closed = false;
     };
     struct InHand {
@@ -59,11 +60,12 @@ private:
     const Open* find(const Form* form) const;
     Open* journalOf(Open& open);
     void write(Open& journal, const Record& record, bool starts);
-    void start(Open& journal);
+    bool start(Open& journal);
     void noteChanges(Open& open, Open& journal, const PersonAct& act, Act& kept);
     std::size_t placeIn(Open& journal, const Place& place);
     static bool isOrdered(const Open& open, const PersonAct& act, const std::vector<Entry>& rowsBefore);
 
+    std::shared_ptr<Spool> spool_;
     std::deque<Open> open_;      ///< In the order in which they were loaded.
     std::vector<InHand> inHand_; ///< Acts that have begun, the outermost first.
 };

@@ -40,13 +40,11 @@ bool goInto(Form& opener, Person& person, const Opening& opening)
     return button != nullptr && button->accessible() && person.click(*button);
 }
 
-std::vector<Change> Recovery::left(const std::vector<Item>& items)
+std::vector<Item> Recovery::left(std::vector<Item> items)
 {
-    std::vector<Change> result;
-    for (const Item& item : items)
-        if (item.fate != Fate::stored && item.fate != Fate::typed)
-            result.push_back(item.change);
-    return result;
+    std::erase_if(items,
+                  [](const Item& item) { return item.fate == Fate::stored || item.fate == Fate::typed; });
+    return items;
 }
 
 } // namespace zv::journal

@@ -20,7 +20,7 @@ public:
     /// Types all that has a place, then shows the pupil and the page where the person was.
     std::vector<Item> run();
     /// Those of the items that are to be kept: all that was neither stored already nor typed in.
-    static std::vector<Change> left(const std::vector<Item>& items);
+    static std::vector<Item> left(std::vector<Item> items);
 
 private:
     std::vector<Item> go(bool typing);

@@ -129,7 +129,8 @@ Control* Typist::openRating(const Place& place)
 
 Control* Typist::reach(const Place& place)
 {
-    if (place.pupil.number != 0 && !goToPupil(place.pupil))
+    // What belongs to no pupil, or to another dialog's field of that name, is none of what is shown here.
+    if ((place.within != 0) != inner_ || (controls_.isSection() && !goToPupil(place.pupil)))
         return nullptr;
     if (place.input == Input::rating)
         return openRating(place);
@@ -151,6 +152,9 @@ Held Typist::heldAt(const Place& place, const Control& control) const
 
 void Typist::follow(const std::vector<Step>& steps)
 {
+    for (const Step& step : steps)
+        if (step.value)
+            before_.try_emplace(draft_.first(step.value->place), step.value->before);
     for (const Step& step : steps)
         if (!form_.Visible())
             putAside(step, Fate::refused);
@@ -206,7 +210,8 @@ void Typist::type(const Change& change, bool again, Control& control, Known& kno
         item.fate = Fate::typed;
     if (isThere && !(again && typing_ && place.input == Input::list))
         return;
-    if (fresh && !isThere && !same(stored, change.before)) {
+    const auto* option = dynamic_cast<const OptionButton*>(&control);
+    if (fresh && !isThere && (!same(stored, change.before) || (option != nullptr && otherChosen(*option)))) {
         item.fate = Fate::clash;
         known.lost = true;
     } else if (!typing_) {
@@ -217,7 +222,26 @@ void Typist::type(const Change& change, bool again, Control& control, Known& kno
         item.fate = !there ? Fate::noPlace : set(control, change.after) ? Fate::typed : Fate::refused;
     } else {
         item.fate = set(control, change.after) ? Fate::typed : Fate::refused;
+        if (item.fate == Fate::refused && place.input == Input::text)
+            set(control, now); // Not a part of it.
     }
+}
+
+/// Whether somebody chose another option of the group than the draft had found chosen.
+bool Typist::otherChosen(const OptionButton& option) const
+{
+    const auto isStored = [&](const Control* each) {
+        const auto* other = dynamic_cast<const OptionButton*>(each);
+        const auto held = stored_.find({controls_.isSection() ? controls_.pupil() : 0, each});
+        return other != nullptr && other->frame() == option.frame() && held != stored_.end() &&
+               held->second.value.number != 0;
+    };
+    const auto chosen = std::ranges::find_if(form_.Controls, isStored);
+    return chosen != form_.Controls.end() && std::ranges::none_of(before_, [&](const auto& each) {
+               const Place& place = draft_.places[each.first];
+               return place.control == (*chosen)->Name() && place.index == (*chosen)->Index() &&
+                      each.second.value.number != 0;
+           });
 }
 
 bool Typist::set(Control& control, const Held& after)
@@ -316,6 +340,12 @@ bool Typist::perform(const Act& act, Control& control)
         return act.verb == ActVerb::clickCell ? person_.clickCell(*grid, *row, act.second)
                                               : person_.doubleClickCell(*grid, *row, act.second);
     }
+    const auto* button = dynamic_cast<const CommandButton*>(&control);
+    const bool stores = button != nullptr && (button->Default() || button->Cancel());
+    const bool formKey = act.key == Key::Escape || (act.key == Key::Enter && button == nullptr);
+    if (stores || formKey || astray_)
+        return false;
+    astray_ = !standOn(act.entry);
     if (astray_)
         return false;
     switch (act.verb) {
@@ -330,6 +360,23 @@ bool Typist::perform(const Act& act, Control& control)
     }
 }
 
+/// Moves by keys, which choose nothing, to the row on which the person stood; false if it is not there.
+bool Typist::standOn(const Entry& row)
+{
+    if (row == Entry() || controls_.grid == nullptr)
+        return true;
+    MSFlexGrid& grid = *controls_.grid;
+    const auto wanted = indexOf(row, grid);
+    if (wanted && *wanted != grid.Row())
+        makeAccessible(grid);
+    while (wanted && *wanted != grid.Row()) {
+        const Long from = grid.Row();
+        if (!person_.key(grid, from < *wanted ? Key::Down : Key::Up) || grid.Row() == from)
+            return false;
+    }
+    return wanted.has_value();
+}
+
 void Typist::inside(Form& inner, const Step& step)
 {
     if (!step.opens || (step.closing && step.closing->leaves)) {
@@ -337,6 +384,7 @@ void Typist::inside(Form& inner, const Step& step)
         return;
     }
     Typist typist(inner, person_, quiet_, draft_, true);
+    typist.inner_ = true;
     typist.within_ = inner.Caption();
     typist.follow(step.inner);
     typist.settle();

@@ -44,6 +44,8 @@ private:
     Control* openRating(const Place& place);
     void makeAccessible(const Control& control);
     void noteStored();
+    bool otherChosen(const OptionButton& option) const;
+    bool standOn(const Entry& row);
     Held heldAt(const Place& place, const Control& control) const;
     bool set(Control& control, const Held& after);
 
@@ -58,6 +60,9 @@ private:
     /// What was stored: as the dialog showed it before anything was typed, of each pupil.
     std::map<std::pair<Long, const Control*>, Held> stored_;
     std::vector<Long> visited_;
+    /// First change that the draft made to each, by the first place that is the same.
+    std::map<std::size_t, Held> before_;
+    bool inner_ = false;  ///< In a dialog that the draft's own one opened.
     String row_;          ///< That was clicked last.
     bool astray_ = false; ///< The row that the next acts are about is gone.
 };

@@ -51,18 +51,6 @@ QString remark(Fate fate)
     return {};
 }
 
-/// Of a section that was chosen in another dialog: what that one's own draft says is done with it.
-void forgetChoosing(const journal::Opening& opening)
-{
-    journal::Opening choosing = opening;
-    choosing.dialog = opening.opener;
-    choosing.section = {};
-    if (opening.section.number != 0)
-        for (const journal::Found& each : journal::draftsFor(choosing, journal::recordedFolder()))
-            if (each.draft.texts() == 0)
-                journal::discard(each.path);
-}
-
 QString joined(const QString& one, const QString& other)
 {
     return one.isEmpty() || other.isEmpty() ? one + other : one + QStringLiteral(", ") + other;
@@ -126,6 +114,14 @@ QString timeOf(const journal::Draft& draft)
     return toQt(whenTold(Seconds(std::chrono::seconds(draft.moment)), timeHere()));
 }
 
+QString originOf(const journal::Draft& draft, const journal::Opening& now)
+{
+    const StringView origin = draft.opening.origin();
+    return origin.empty() || origin == now.origin()
+               ? QString()
+               : QStringLiteral(", cuando el centro estaba en «%1»").arg(toQt(origin));
+}
+
 std::vector<DraftRow> rowsOf(const std::vector<Item>& items)
 {
     std::vector<DraftRow> rows;
@@ -186,8 +182,9 @@ void DraftAid::tellDraft()
     if (!done_.isEmpty())
         return window_.say(done_, choices);
     choices.insert(choices.begin(), {QStringLiteral("Recuperar"), Qt::Key_R, [this] { recover(); }});
-    QString text = QStringLiteral("Hay %1 sin guardar de %2: %3")
-                       .arg(kindOf(found.draft), timeOf(found.draft), countOf(found.draft));
+    QString text = QStringLiteral("Hay %1 sin guardar de %2%3: %4")
+                       .arg(kindOf(found.draft), timeOf(found.draft),
+                            originOf(found.draft, journal::sessionOpening()), countOf(found.draft));
     if (found.end == journal::End::spoilt)
         text += QStringLiteral(". Lo que seguía no se puede leer");
     window_.say(text, choices);
@@ -223,9 +220,7 @@ void DraftAid::recover()
         return true;
     });
     const std::size_t typed = static_cast<std::size_t>(std::ranges::count(items, Fate::typed, &Item::fate));
-    std::erase_if(items,
-                  [](const Item& each) { return each.fate == Fate::typed || each.fate == Fate::stored; });
-    left_ = std::move(items);
+    left_ = journal::Recovery::left(std::move(items));
     done_ = typed == 0 ? QStringLiteral("No se ha escrito nada")
                        : QStringLiteral("Escrito de nuevo: %1; se guarda con «Aceptar»")
                              .arg(counted(typed, "dato", "datos"));
@@ -234,7 +229,7 @@ void DraftAid::recover()
     // The draft goes when what was typed is on the disk again, and not before.
     try {
         if (journal::recorder().sync(window_.form()) || typed == 0)
-            journal::keepOnly(drafts_.front(), journal::Recovery::left(left_));
+            journal::keepOnly(drafts_.front(), left_);
     } catch (const std::exception& error) {
         trouble_ = QString::fromUtf8(error.what());
     }
@@ -251,7 +246,6 @@ void DraftAid::discard()
 
 void DraftAid::next()
 {
-    forgetChoosing(drafts_.front().draft.opening);
     drafts_.erase(drafts_.begin());
     left_.clear();
     done_.clear();

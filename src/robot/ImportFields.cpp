@@ -1,6 +1,6 @@
 #include "robot/ImportFields.h"
 
-#include "care/LookAlike.h"
+#include "care/joins/LookAlike.h"
 #include "forms/Acts.h"
 #include "runtime/Convert.h"
 

@@ -1,6 +1,6 @@
 #include "robot/Rehearsal.h"
 
-#include "care/Contents.h"
+#include "care/copies/Contents.h"
 #include "data/Schema.h"
 #include "data/Schools.h"
 #include "data/Transaction.h"

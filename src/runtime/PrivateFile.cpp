@@ -26,6 +26,8 @@ void makePrivateFolder(const fs::path& folder)
 {
     if (folder.empty() || fs::is_directory(folder))
         return;
+    if (fs::exists(folder))
+        throw fs::filesystem_error("no se puede crear", folder, make_error_code(std::errc::not_a_directory));
     makePrivateFolder(folder.parent_path());
     owneronly::makeFolder(folder);
 }

@@ -1,5 +1,6 @@
 #include "runtime/System.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <system_error>
 #include <utility>
@@ -33,6 +34,8 @@ String wordsFor(const std::error_code& error)
         {std::errc::file_too_large, u"es demasiado grande para ese disco"},
         {std::errc::io_error, u"el disco falla"},
     };
+    if (error == std::error_code(EDQUOT, std::generic_category()))
+        return u"se ha acabado su cuota de disco";
     for (const auto& [condition, words] : known)
         if (error == condition)
             return String(words);

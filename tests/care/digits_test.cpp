@@ -1,4 +1,4 @@
-#include "care/CheckDigits.h"
+#include "care/rules/CheckDigits.h"
 
 #include "runtime/Convert.h"
 

@@ -1,4 +1,4 @@
-#include "care/Rules.h"
+#include "care/rules/Rules.h"
 #include "data/Schools.h"
 #include "data/Transaction.h"
 #include "data/sample/SampleSchool.h"

@@ -1,6 +1,7 @@
 #include "diario/Dialogs.h"
 
 #include "robot/OddTexts.h"
+#include "session/cConfiguracion.h"
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -151,25 +152,51 @@ TEST_F(JournalTest, that_cannot_be_written_is_told_once_and_work_goes_on)
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit none{5, before.rlim_max};
     inList([&](Form& form, Person& person) {
         Control& box = *form.find(u"txtIdioma");
+        setrlimit(RLIMIT_FSIZE, &none);
         person.type(box, u"a");
+        person.type(box, u"a");
+        EXPECT_EQ(told.size(), 1);
+        EXPECT_FALSE(recorder().sync(form));
+        setrlimit(RLIMIT_FSIZE, &before);
+        person.type(box, u"a");
+        EXPECT_TRUE(recorder().sync(form));
         const rlimit full{std::filesystem::file_size(recorder().file(form)) + 10, before.rlim_max};
         setrlimit(RLIMIT_FSIZE, &full);
         for (int times = 0; times < 5; ++times)
             person.type(box, u"b");
         setrlimit(RLIMIT_FSIZE, &before);
-        EXPECT_EQ(told.size(), 1);
+        EXPECT_EQ(told.size(), 2) << toUtf8(told.back());
         // There is room again: what could not be written comes with the next key.
         person.type(box, u"c");
     });
     const Reading reading = readFile(journalFiles(folder).at(0), key);
     EXPECT_EQ(reading.end, End::whole);
-    EXPECT_EQ(textsOf(reading).size(), 7);
+    EXPECT_EQ(textsOf(reading).size(), 9);
     record(folder / "clave"); // A folder that cannot be.
     inList([&](Form& form, Person& person) { EXPECT_TRUE(person.type(*form.find(u"txtIdioma"), u"a")); });
-    EXPECT_EQ(told.size(), 2);
+    EXPECT_EQ(told.size(), 3);
     onTrouble(nullptr);
+}
+
+TEST_F(JournalTest, that_nobody_here_is_offered_is_counted_when_it_is_old_and_an_empty_one_goes)
+{
+    const auto file = written({u"Uno"});
+    const auto spare = folder / "1.diario";
+    std::ofstream(spare).close();
+    for (const auto& each : {file, spare})
+        last_write_time(each, std::filesystem::file_time_type::clock::now() - std::chrono::days(31));
+    EXPECT_EQ(forgotten(folder, 32), 0);
+    EXPECT_EQ(forgotten(folder, 30), 1);
+    EXPECT_FALSE(exists(spare));
+    cConfiguracion& session = Configuracion();
+    session.intIDUsuario = session.intIdCentro = 1;
+    session.strNombreCentro = u"Centro";
+    session.RutaBD = u"odbc:DSN=otro";
+    EXPECT_EQ(draftsOfSession(folder).size(), 1) << "also where the school has moved";
+    EXPECT_EQ(forgotten(folder, 30), 0);
 }
 
 TEST_F(JournalTest, programs_that_start_at_once_have_one_key)

@@ -84,6 +84,12 @@ const std::vector<Case>& cases()
          "CodAlumno=1 AND codMateria=2 AND codTipo=3: la fila vuelve\nAlumno_InfIndPrim CodAlumno=1 AND "
          "codMateria=2 AND codTipo=3: la fila vuelve",
          ratings, "1 4 1 4 1 5"},
+        {"of two ratings of a subject one changes",
+         "INSERT INTO Alumno_InfIndPrim VALUES (1,2,3,4)\nINSERT INTO Alumno_InfIndPrim VALUES "
+         "(1,2,3,1)\nANA: UPDATE Alumno_InfIndPrim SET codResp=2 WHERE codResp=4",
+         "Alumno_InfIndPrim CodAlumno=1 AND codMateria=2 AND codTipo=3: la fila se quita\nAlumno_InfIndPrim "
+         "CodAlumno=1 AND codMateria=2 AND codTipo=3: la fila vuelve",
+         ratings, "1 1 1 4"},
         {"what is enciphered is not shown",
          "INSERT INTO Enfermedad VALUES (1,'AbC=','x')\nANA: UPDATE Enfermedad SET Nombre='dEf=' WHERE "
          "IDEnfermedad=1",

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "care/Contents.h"
+#include "care/copies/Contents.h"
 #include "data/Schools.h"
 #include "data/odbc/OdbcEngine.h"
 #include "data/sqlite/SqliteEngine.h"

@@ -1,6 +1,6 @@
 #include "odbc/Moving.h"
 
-#include "care/Copies.h"
+#include "care/copies/Copies.h"
 #include "data/NumberOf.h"
 #include "estaciones/Stations.h"
 #include "suite/Sample.h"

@@ -33,7 +33,7 @@ struct Drafts : Hands {
         const std::filesystem::path file = journal::recorder().file(window.form());
         std::filesystem::copy(file, created / "muerto");
         window.form().Unload();
-        EXPECT_FALSE(exists(file));
+        EXPECT_THAT(journal::journalFiles(journal::recordedFolder()), testing::IsEmpty());
         std::filesystem::rename(created / "muerto", file);
     }
     /// As a window manager would, once the window in front has closed.
@@ -155,6 +155,8 @@ TEST_F(Drafts, are_offered_seen_typed_in_and_kept_until_they_are_thrown_away)
     EXPECT_EQ(CLng(kept.at(1)), 1);
     open([&](FormWindow& window) {
         EXPECT_THAT(told(window), HasSubstr("2 alumnos, 2 textos"));
+        press(window, Qt::Key_R);
+        EXPECT_THAT(told(window), HasSubstr("No se ha escrito nada. Sin escribir: 2"));
         in(window, Qt::Key_D, [&](QWidget& box) {
             QTest::keyClick(box.focusWidget(), Qt::Key_Backtab);
             QTest::keyClick(box.focusWidget(), Qt::Key_Space);
@@ -170,8 +172,10 @@ TEST_F(Drafts, that_cannot_be_kept_are_told_once_and_work_goes_on)
     std::filesystem::remove_all(created / "estado");
     std::ofstream(created / "estado") << "no folder";
     open([&](FormWindow& window) {
+        EXPECT_EQ(told(window), "") << "nothing can be lost yet";
+        write(window, 0, "Lee");
         picture(window, "lleno");
-        EXPECT_THAT(told(window), HasSubstr("no se puede ir apuntando")) << "since the section was chosen";
+        EXPECT_THAT(told(window), HasSubstr("no se puede ir apuntando"));
         EXPECT_FALSE(hand.keptDrafts());
         press(window, Qt::Key_E);
         write(window, 1, "Suma");

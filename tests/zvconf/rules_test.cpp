@@ -1,5 +1,5 @@
 // The rules against the dialog itself: whose answers it loses when a tutor opens a section and accepts.
-#include "care/Rules.h"
+#include "care/rules/Rules.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/sqlite/SqliteEngine.h"

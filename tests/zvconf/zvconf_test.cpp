@@ -1,4 +1,4 @@
-#include "care/Contents.h"
+#include "care/copies/Contents.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/sqlite/SqliteEngine.h"

@@ -1,6 +1,6 @@
 #include "HostFixture.h"
 
-#include "care/Copies.h"
+#include "care/copies/Copies.h"
 #include "data/Statement.h"
 #include "session/cNombreNodo.h"
 #include "zvhost/Deletion.h"

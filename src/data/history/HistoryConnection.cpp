@@ -189,6 +189,9 @@ RecordsetPtr HistoryConnection::runNoted(StringView statement, const Write& writ
         Appending log = appendingTo(*inner());
         const bool inserts = write.kind == Write::Kind::insert;
         Rows before = inserts ? Rows() : rowsOf(write, write.where);
+        // A row is found again by its key alone: others that have it must be known from before.
+        if (write.kind == Write::Kind::update && keyed(write.table)->key == schema::Key::repeated)
+            before = rowsAgain(write, before);
         result = run(statement);
         if (inserts) {
             addInserted(log, write, statement);
