@@ -10,6 +10,7 @@
 #include <memory>
 #include <windows.h>
 
+#include <objbase.h>
 #include <shellapi.h>
 
 namespace zv::zvconf {
@@ -37,7 +38,12 @@ std::span<const int> endingSignals()
 
 StageMaker windowStage() { return win32::win32Stage; }
 
-std::unique_ptr<Desktop> windowDesktop() { return std::make_unique<win32::Win32Desktop>(); }
+std::unique_ptr<Desktop> windowDesktop()
+{
+    // For the process: each window tells screen readers what it is through COM.
+    static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    return std::make_unique<win32::Win32Desktop>();
+}
 
 Utf8Output::Utf8Output()
 {

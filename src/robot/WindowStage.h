@@ -53,7 +53,12 @@ public:
     void acting(const std::function<void()>& events)
     {
         ++acting_;
-        events();
+        try {
+            events();
+        } catch (...) {
+            --acting_;
+            throw;
+        }
         --acting_;
         breathe();
         if (mistake_)

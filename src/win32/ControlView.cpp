@@ -55,7 +55,12 @@ void ControlView::show(const String& text)
         SetWindowTextW(handle(), wide(shown_ = text));
 }
 
-void ControlView::name() { tellName(handle(), accessibleNameOf(control_), description()); }
+void ControlView::name()
+{
+    const std::pair both(accessibleNameOf(control_), description());
+    if (std::exchange(told_, both) != both)
+        tellName(handle(), both.first, both.second);
+}
 
 String ControlView::description() const { return accessibleDescriptionOf(control_); }
 

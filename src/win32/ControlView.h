@@ -4,6 +4,8 @@
 #include "win32/Win32Keys.h"
 #include "win32/Window.h"
 
+#include <utility>
+
 namespace zv::win32 {
 
 class ControlView;
@@ -91,6 +93,7 @@ private:
     Control& control_;
     Characters characters_;
     String shown_;
+    std::pair<String, String> told_; ///< Name and description, as screen readers were told last.
     bool waiting_ = false;
 };
 

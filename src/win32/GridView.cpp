@@ -53,7 +53,9 @@ GridView::GridView(ViewHost& window, MSFlexGrid& grid, HWND parent)
     : ViewOf(window, grid, WC_LISTVIEWW,
              LVS_REPORT | LVS_OWNERDATA | LVS_OWNERDRAWFIXED | LVS_SINGLESEL | LVS_SHOWSELALWAYS | WS_BORDER,
              0, parent)
-{}
+{
+    send(handle(), LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_DOUBLEBUFFER, LVS_EX_DOUBLEBUFFER);
+}
 
 GridView::~GridView() = default;
 

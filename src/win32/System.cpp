@@ -14,6 +14,12 @@ Function* found(const char* name)
     return reinterpret_cast<Function*>(reinterpret_cast<void*>(address));
 }
 
+decltype(&SetThreadDpiAwarenessContext) threadSetter()
+{
+    static auto* const setter = found<decltype(SetThreadDpiAwarenessContext)>("SetThreadDpiAwarenessContext");
+    return setter;
+}
+
 /// RAII guard: a device to measure with.
 class Measure {
 public:
@@ -36,14 +42,14 @@ private:
 
 PerScreen::PerScreen() : before_(nullptr)
 {
-    if (auto* set = found<decltype(SetThreadDpiAwarenessContext)>("SetThreadDpiAwarenessContext"))
-        before_ = set(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+    if (threadSetter() != nullptr)
+        before_ = threadSetter()(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
 }
 
 PerScreen::~PerScreen()
 {
     if (before_ != nullptr)
-        found<decltype(SetThreadDpiAwarenessContext)>("SetThreadDpiAwarenessContext")(before_);
+        threadSetter()(before_);
 }
 
 OwnControls::OwnControls()

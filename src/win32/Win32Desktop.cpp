@@ -75,6 +75,7 @@ void Win32Desktop::runModal(Form& form)
     FormWindow* window = windowOf(form);
     if (window == nullptr)
         return;
+    const PerScreen perScreen;
     const int depth = depth_;
     {
         const Deeper deeper(depth_);
@@ -191,6 +192,7 @@ void Win32Desktop::changed(PropertyOwner& owner, const PropertyBase* property)
     FormWindow* window = windowOf(form);
     if (window == nullptr || !window->alive())
         return;
+    const PerScreen perScreen;
     if (control != nullptr)
         window->controlChanged(*control, property);
     else if (property == &form.MousePointer)
