@@ -41,6 +41,7 @@ int importar(Arguments arguments);
 int historial(Arguments arguments);
 int diario(Arguments arguments);
 int unir(Arguments arguments);
+int progreso(Arguments arguments);
 
 /// Invalid command line; the text is Spanish.
 class UsageError : public std::runtime_error {

@@ -5,9 +5,9 @@
 #include "data/Statement.h"
 #include "data/history/HistoryEngine.h"
 #include "runtime/Convert.h"
-#include "runtime/Json.h"
 #include "services/cZEncryptoAPI.h"
 #include "zvconf/Historial.h"
+#include "zvconf/JsonLines.h"
 
 #include <algorithm>
 
@@ -42,20 +42,6 @@ JsonObject jsonOf(const Finding& each, StringView kind)
         .raw(u"reparable", each.repair ? u"true" : u"false");
     return result;
 }
-
-/// An array, an element a line, as they come.
-class JsonLines {
-public:
-    void add(const JsonObject& element)
-    {
-        printLine((begun_ ? u"," : u"[") + element.str());
-        begun_ = true;
-    }
-    void end() const { printLine(begun_ ? u"]" : u"[]"); }
-
-private:
-    bool begun_ = false;
-};
 
 struct Repaired {
     std::vector<Finding> findings;

@@ -21,7 +21,8 @@ constexpr Command commands[] = {
     {u"crear", crear},         {u"comprobar", comprobar}, {u"registros", registros}, {u"clave", clave},
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
     {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
-    {u"importar", importar},   {u"diario", diario},       {u"unir", unir},           {u"dialogo", dialogo},
+    {u"importar", importar},   {u"diario", diario},       {u"unir", unir},           {u"progreso", progreso},
+    {u"dialogo", dialogo},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -107,6 +108,10 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Dice qué filas parecen la misma: sólo cambian mayúsculas, acentos o espacios.
   zvconf unir --hechas | --deshacer NÚMERO --bd URL
       Dice las uniones que se pueden deshacer, o deshace una: todo vuelve a como estaba.
+  zvconf progreso [--seccion N] [--tipo consejo | eso | primaria] [--faltan] [--json | --csv] --bd URL
+      Dice, por sección y alumno, qué está escrito del consejo orientador y de los informes individuales y qué
+      falta, y qué cuenta como que falta; con --faltan, sólo de quien falta algo. Avisa de un texto en el que sale
+      el nombre de otro alumno de la sección, por si se copió.
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] [--ventanas] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
@@ -144,7 +149,7 @@ icacls), que nombre la variable ZV_CONTRASENA_FICHERO.
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
 algo, la fila que se libera no estaba registrada, un guion ve otra cosa, hay guardados cortados, algo no se
 puede deshacer, una línea no entra, una copia está estropeada, es de unas bases dañadas o va sin la clave que se
-pidió); con 2 si la orden no se ha podido hacer.
+pidió, a un informe le falta algo); con 2 si la orden no se ha podido hacer.
 )";
 
 int run(const std::vector<String>& words)

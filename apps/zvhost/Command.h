@@ -16,5 +16,6 @@ int mainWindow(const QStringList& words);
 int dialogo(const QStringList& words);
 int guion(const QStringList& words);
 int galeria(const QStringList& words);
+int informe(const QStringList& words);
 
 } // namespace zv::host

@@ -15,9 +15,9 @@
 #include "zvhost/ServerWait.h"
 #include "zvhost/Start.h"
 #include "zvhost/Widgets.h"
+#include "zvhost/Words.h"
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QProcess>
 #include <QTimer>
 
@@ -29,36 +29,6 @@ namespace {
 
 /// Default pace: what a person takes over an act.
 constexpr std::chrono::milliseconds personsPace{600};
-
-/// Command-line parser of one command; a line that cannot be understood throws.
-class Words {
-public:
-    Words(const QStringList& words, const QList<QCommandLineOption>& options)
-    {
-        parser_.addOptions(options);
-        if (!parser_.parse(QStringList(QStringLiteral("zvhost")) + words))
-            throw std::invalid_argument(parser_.errorText().toStdString());
-    }
-    bool has(const QString& name) const { return parser_.isSet(name); }
-    QString text(const QString& name) const { return parser_.value(name); }
-    QStringList rest() const { return parser_.positionalArguments(); }
-    template <class Number>
-    Number number(const QString& name, Number otherwise) const
-    {
-        if (!has(name))
-            return otherwise;
-        bool understood = false;
-        const int number = text(name).toInt(&understood);
-        if (!understood || number < std::numeric_limits<Number>::min() ||
-            number > std::numeric_limits<Number>::max())
-            throw std::invalid_argument("«" + text(name).toStdString() + "» no vale para --" +
-                                        name.toStdString() + ".");
-        return static_cast<Number>(number);
-    }
-
-private:
-    QCommandLineParser parser_;
-};
 
 /// RAII guard: the dialogs open in windows as long as it lives.
 class OnScreen {
@@ -78,15 +48,6 @@ private:
     ServerWait wait_{desktop_};
 };
 
-QCommandLineOption valued(const char* name)
-{
-    QCommandLineOption option(QString::fromLatin1(name));
-    option.setValueName(QStringLiteral("VALOR"));
-    return option;
-}
-
-QCommandLineOption plain(const char* name) { return QCommandLineOption(QString::fromLatin1(name)); }
-
 const Node& nodeNamed(const QString& word)
 {
     bool number = false;
@@ -94,7 +55,7 @@ const Node& nodeNamed(const QString& word)
     const Node* node = !number                      ? nodeOf(fromQt(word))
                        : value >= 0 && value <= 255 ? nodeOf(static_cast<Byte>(value))
                                                     : nullptr;
-    if (node == nullptr)
+    if (node == nullptr || node->isProgress())
         throw std::invalid_argument("«" + word.toStdString() +
                                     "» no es un nodo: ponga su número, o el nombre de su ventana.");
     return *node;

@@ -9,11 +9,13 @@
 #include "session/cNombreNodo.h"
 #include "suite/Sample.h"
 #include "zvhost/MainWindow.h"
+#include "zvhost/Sections.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
@@ -205,7 +207,18 @@ void drawHost(MainWindow& window, DrawingDesktop& desktop)
     desktop.draw(window, QStringLiteral("principal"));
     list(cNombreNodo::Emisor, "principal-emisores");
     list(cNombreNodo::InfIndiv, "principal-informes");
-    for (const char* name : {"papelera", "enuso", "sesion", "buscarAyuda"}) {
+    window.go(progressNode());
+    window.findChild<QLineEdit*>(QStringLiteral("buscar"))->setText(QStringLiteral("1º A ESO secundaria"));
+    QApplication::processEvents();
+    desktop.draw(window, QStringLiteral("principal-progreso"));
+    window.go(*nodeOf(cNombreNodo::InfIndiv));
+    // The first section whose reports are written.
+    for (const Section& each : sections(window.host(), *nodeOf(cNombreNodo::InfIndiv)))
+        if (each.done > 0) {
+            window.choose(each.id);
+            break;
+        }
+    for (const char* name : {"imprimir", "papelera", "enuso", "sesion", "buscarAyuda"}) {
         // Runs in the dialog's own loop.
         QTimer::singleShot(0, [&] {
             QApplication::processEvents();

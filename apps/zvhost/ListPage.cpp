@@ -1,5 +1,6 @@
 #include "zvhost/ListPage.h"
 
+#include "progress/Definition.h"
 #include "qt/QtText.h"
 
 #include <QHeaderView>
@@ -9,6 +10,19 @@
 #include <algorithm>
 
 namespace zv::host {
+namespace {
+
+/// What counts as missing in a kind of report, by its name, which stands in bold.
+QString definitionOf(const QString& report)
+{
+    QString text;
+    for (const progress::Kind kind : progress::kinds)
+        if (const QString name = toQt(nameOf(kind)); name == report)
+            text = QStringLiteral("<b>%1</b>%2 ").arg(name, toQt(definition(kind)).mid(name.size()));
+    return text + toQt(progress::definitionOfAll());
+}
+
+} // namespace
 
 ListPage::ListPage(Calls calls) : calls_(std::move(calls))
 {
@@ -32,6 +46,11 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     direct_.setObjectName(QStringLiteral("abrir"));
     direct_.setAutoDefault(true);
     explanation_.setWordWrap(true);
+    whole_.setObjectName(QStringLiteral("completos"));
+    whole_.setText(QStringLiteral("&Mostrar también los completos"));
+    definition_.setObjectName(QStringLiteral("definicion"));
+    definition_.setWordWrap(true);
+    definition_.setTextFormat(Qt::RichText);
     arrange();
 
     connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) {
@@ -44,9 +63,12 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     connect(&table_, &QTableView::doubleClicked, this, [this] { calls_.opened(); });
     connect(&table_, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& at) { calls_.menu(table_.viewport()->mapToGlobal(at)); });
-    connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            [this] { calls_.selected(); });
+    connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        tellDefinition();
+        calls_.selected();
+    });
     connect(&direct_, &QPushButton::clicked, this, [this] { calls_.direct(); });
+    connect(&whole_, &QCheckBox::toggled, this, [this] { hideWhole(); });
 }
 
 void ListPage::arrange()
@@ -54,9 +76,14 @@ void ListPage::arrange()
     auto* rows = std::make_unique<QVBoxLayout>(this).release();
     rows->addWidget(&title_);
     rows->addWidget(&explanation_);
+    count_.setObjectName(QStringLiteral("cuenta"));
     rows->addWidget(&search_);
     rows->addWidget(&table_, 1);
-    rows->addWidget(&count_);
+    auto* foot = std::make_unique<QHBoxLayout>().release();
+    rows->addLayout(foot);
+    foot->addWidget(&count_, 1);
+    foot->addWidget(&whole_);
+    rows->addWidget(&definition_);
     rows->addWidget(&direct_, 0, Qt::AlignLeft);
     rows->addStretch();
 }
@@ -78,6 +105,9 @@ void ListPage::show(const Node& node, std::vector<Row> rows, const ListLook& loo
     table_.setAccessibleName(toQt(node.name));
     if (node.hasList())
         showParts(true, {}, {});
+    else if (node.isProgress())
+        showParts(true, {},
+                  QStringLiteral("Informes a los que les falta algo. Intro abre el del alumno elegido."));
     else if (rows.empty())
         showParts(false, QStringLiteral("A&brir…"),
                   QStringLiteral("Elija la enseñanza, el curso y la sección en la ventana que se abre."));
@@ -106,11 +136,33 @@ void ListPage::showProgress(const Node& node)
         table_.setItemDelegateForColumn(static_cast<int>(column),
                                         node.columns[column].kind == ListColumn::Kind::progress ? &progress_
                                                                                                 : nullptr);
+    const auto column = std::ranges::find(node.columns, ListColumn::Kind::progress, &ListColumn::kind);
+    lacking_ = node.isProgress() ? static_cast<int>(column - node.columns.begin()) : -1;
+    whole_.setVisible(node.isProgress());
+    definition_.setVisible(node.isProgress());
+    hideWhole();
+}
+
+void ListPage::tellDefinition()
+{
+    const QModelIndex row = table_.currentIndex();
+    if (lacking_ >= 0)
+        definition_.setText(definitionOf(row.siblingAtColumn(lacking_ - 1).data().toString()));
+}
+
+void ListPage::hideWhole()
+{
+    view_.hideWhole(whole_.isChecked() ? -1 : lacking_);
+    tellCount();
+    tellDefinition();
 }
 
 void ListPage::showGroup(const QString& name)
 {
     title_.setText(name);
+    lacking_ = -1;
+    whole_.hide();
+    definition_.hide();
     showParts(false, {}, QStringLiteral("Elija una de sus listas."));
     model_.show({}, {});
     calls_.selected();
@@ -213,6 +265,12 @@ QString ListPage::rowsAsText() const
 
 void ListPage::tellCount()
 {
+    if (lacking_ >= 0) {
+        const auto [lacking, all] = view_.lacking(lacking_);
+        count_.setText(lacking == 0 ? QStringLiteral("No falta nada en %1 informes").arg(all)
+                                    : QStringLiteral("Faltan %1 de %2 informes").arg(lacking).arg(all));
+        return;
+    }
     const int all = model_.rowCount();
     const int seen = view_.rowCount();
     const QString rows = all == 1 ? QStringLiteral("1 fila") : QStringLiteral("%1 filas").arg(all);

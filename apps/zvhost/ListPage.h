@@ -5,6 +5,7 @@
 #include "zvhost/Remembered.h"
 #include "zvhost/RowsModel.h"
 
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -70,6 +71,9 @@ private:
     void arrange();
     void showParts(bool list, const QString& direct, const QString& explanation);
     void showProgress(const Node& node);
+    void hideWhole();
+    /// Follows the row: what is called missing in a report of its kind.
+    void tellDefinition();
     QString nameAt(int row) const;
     void tellCount();
 
@@ -81,6 +85,9 @@ private:
     QLineEdit search_;
     ListTable table_;
     QLabel count_;
+    QCheckBox whole_; ///< On the page of what reports lack: shows those that lack nothing too.
+    QLabel definition_;
+    int lacking_ = -1; ///< Its column of progress; -1 on another page.
     QPushButton direct_;
     ProgressDelegate progress_;
 };

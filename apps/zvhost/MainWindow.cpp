@@ -43,7 +43,7 @@ MainWindow::MainWindow(Remembered::Where memory)
     connect(&tree_, &QTreeWidget::itemActivated, this, [this](const QTreeWidgetItem* item) {
         if (item->parent() == nullptr)
             return;
-        if (node_ != nullptr && !node_->hasList() && !page_.selected())
+        if (node_ != nullptr && node_->hasSections() && !page_.selected())
             openDirect();
         else
             page_.enter();
@@ -123,6 +123,8 @@ std::vector<Row> MainWindow::readRows()
 {
     if (node_->hasList())
         return host_->rows(*node_);
+    if (node_->isProgress())
+        return readProgress();
     sections_.clear();
     if (node_->hasSections())
         sections_ = sections(*host_, *node_);
@@ -151,11 +153,11 @@ void MainWindow::readAgain(ListPage::Added added)
     markHeld();
 }
 
-void MainWindow::openDialog(Byte action, Long row, bool branches)
+void MainWindow::openDialog(const Node& node, Byte action, Long row, bool branches)
 {
     const std::optional<Long> before = page_.selected();
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
-          [&] { host_->open(*node_, action, row, branches); });
+          [&] { host_->open(node, action, row, branches); });
     readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
     notice_.forget(Notice::Drafts::gone);
     tellClosed();
@@ -170,7 +172,10 @@ void MainWindow::openChosen()
 {
     if (node_->hasList())
         changeRow();
-    else if (const std::optional<Long> section = page_.selected())
+    else if (node_->isProgress()) {
+        if (const std::optional<Long> report = page_.selected())
+            openReport(*report);
+    } else if (const std::optional<Long> section = page_.selected())
         openSection(*section);
     else
         openDirect();
@@ -198,7 +203,7 @@ void MainWindow::openSection(Long id)
     const auto section = std::ranges::find(sections_, id, &Section::id);
     if (section == sections_.end() || !mayWrite(toQt(node_->name)))
         return;
-    tellRules(id);
+    tellRules(*node_, id);
     // Runs in the window's own loop, which begins once it is shown.
     QTimer::singleShot(0, this, [chosen = *section] { chooseSection(chosen); });
     openDialog(cConstCol::NUEVO, 0);
@@ -322,7 +327,7 @@ void MainWindow::chooseSession()
     }
     tellStatus();
     // Another person has other sections.
-    if (node_ != nullptr && node_->hasSections())
+    if (node_ != nullptr && !node_->hasList())
         chosen();
     follow();
 }

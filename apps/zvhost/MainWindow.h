@@ -4,6 +4,7 @@
 #include "care/rules/Rules.h"
 #include "data/history/Losses.h"
 #include "journal/Journals.h"
+#include "progress/Panel.h"
 #include "zvhost/Deletion.h"
 #include "zvhost/Host.h"
 #include "zvhost/ListPage.h"
@@ -35,6 +36,8 @@ public:
     Host& host() { return *host_; }
     /// Chooses a node in the tree.
     void go(const Node& node) { tree_.go(node); }
+    /// Selects a row of the list that is shown.
+    void choose(Long key) { page_.select(key); }
     /// Sets the school to work on, in the place of the one that is open.
     void use(std::unique_ptr<Host> host);
 
@@ -47,6 +50,8 @@ public:
     void copyCell();
     void refresh() { readAgain(ListPage::Added::may); }
     void exportCsv();
+    /// Opens the window that prints the reports of the chosen section.
+    void print();
     void backUp();
     void backUpTo(const QString& file, const QString& phrase);
     void openOther();
@@ -76,11 +81,19 @@ private:
     void openChosen();
     void openDirect();
     void openSection(Long id);
+    /// Reads what the reports lack, of the sections of the person of the session.
+    std::vector<Row> readProgress();
+    /// Opens the report of that row of the page: its dialog, at its section and pupil.
+    void openReport(Long row);
     /// Reads the rows of the node that is shown: its own, or the sections.
     std::vector<Row> readRows();
     bool listed() const { return node_ != nullptr && !node_->columns.empty(); }
     bool mayWrite(const QString& title);
-    void openDialog(Byte action, Long row, bool branches = false);
+    void openDialog(Byte action, Long row, bool branches = false)
+    {
+        openDialog(*node_, action, row, branches);
+    }
+    void openDialog(const Node& node, Byte action, Long row, bool branches = false);
     /// Whether the school keeps a history.
     bool remembers() const;
     /// What can be done about something that was lost.
@@ -91,7 +104,7 @@ private:
     void tellSaved(const history::HistoryConnection::Closed& closed);
     void takeBack(const std::vector<Long>& openings);
     /// Tells what the report's dialog will do to rows of the section that are not as they should be.
-    void tellRules(Long section);
+    void tellRules(const Node& node, Long section);
     /// Mends what has one remedy, as an act of the history.
     void repairRules(const std::vector<care::Finding>& findings);
     /// Tells what was done, with the way back where the history has it under this opening; 0 for none.
@@ -101,7 +114,7 @@ private:
     /// Tells of what this person typed in this school and never saved, since his program died.
     void tellDrafts();
     void remindOfCopies();
-    void tellDraft(const journal::Found& found);
+    void tellDraft(const journal::Found& found, bool here);
     void tellForgotten();
     /// Opens the dialog that a draft is of, which offers to type it in again.
     void openDraft(const Node& node, const journal::Opening& opening);
@@ -147,14 +160,16 @@ private:
     QLabel database_, user_, mode_;
     Undo undo_;
     std::optional<Wanted> wanted_;
-    std::set<String> toldRules_;    ///< What tellRules() has told of this school.
-    std::vector<Section> sections_; ///< Those that are listed on the page of a report.
+    std::set<String> toldRules_;            ///< What tellRules() has told of this school.
+    std::vector<progress::Report> reports_; ///< Those of the page of what they lack.
+    std::vector<Section> sections_;         ///< Those that are listed on the page of a report.
     QTimer watch_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,
-            *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr, *columns_ = nullptr, *bin_ = nullptr,
-            *rowsInUse_ = nullptr, *history_ = nullptr, *listHistory_ = nullptr, *session_ = nullptr,
-            *open_ = nullptr, *help_ = nullptr, *findHelp_ = nullptr, *quit_ = nullptr, *backUp_ = nullptr;
+            *progress_ = nullptr, *print_ = nullptr, *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr,
+            *columns_ = nullptr, *bin_ = nullptr, *rowsInUse_ = nullptr, *history_ = nullptr,
+            *listHistory_ = nullptr, *session_ = nullptr, *open_ = nullptr, *help_ = nullptr,
+            *findHelp_ = nullptr, *quit_ = nullptr, *backUp_ = nullptr;
 };
 
 } // namespace zv::host

@@ -61,18 +61,24 @@ void MainWindow::buildActions()
                            QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_H), [this] { showListHistory(); });
     csv_ = &action(QStringLiteral("exportar"), QStringLiteral("E&xportar la lista…"),
                    QKeySequence(Qt::CTRL | Qt::Key_E), [this] { exportCsv(); });
+    print_ = &action(QStringLiteral("imprimir"), QStringLiteral("&Imprimir…"),
+                     QKeySequence(Qt::CTRL | Qt::Key_P), [this] { print(); });
     bin_ = &action(QStringLiteral("papelera"), QStringLiteral("&Papelera…"),
                    QKeySequence(Qt::CTRL | Qt::Key_R), [this] { recycleBin(); });
     rowsInUse_ = &action(QStringLiteral("enuso"), QStringLiteral("&Filas en uso…"),
                          QKeySequence(Qt::CTRL | Qt::Key_L), [this] { rowsInUse(); });
+    progress_ = &action(QStringLiteral("progreso"), QStringLiteral("&Qué falta en los informes"),
+                        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F), [this] { go(progressNode()); });
     session_ = &action(QStringLiteral("sesion"), QStringLiteral("&Sesión…"),
                        QKeySequence(Qt::CTRL | Qt::Key_U), [this] { chooseSession(); });
     open_ = &action(QStringLiteral("otro"), QStringLiteral("A&brir otro colegio…"),
                     QKeySequence(Qt::CTRL | Qt::Key_O), [this] { openOther(); });
     backUp_ = &action(QStringLiteral("copia"), QStringLiteral("Copia de se&guridad…"),
                       QKeySequence(Qt::CTRL | Qt::Key_G), [this] { backUp(); });
-    help_ = &action(QStringLiteral("ayuda"), QStringLiteral("A&yuda"), QKeySequence(Qt::Key_F1),
-                    [this] { showHelp(*this, QStringLiteral("zvhost")); });
+    help_ = &action(QStringLiteral("ayuda"), QStringLiteral("A&yuda"), QKeySequence(Qt::Key_F1), [this] {
+        const bool progress = node_ != nullptr && node_->isProgress();
+        showHelp(*this, progress ? QStringLiteral("progreso") : QStringLiteral("zvhost"));
+    });
     findHelp_ = &action(QStringLiteral("buscarAyuda"), QStringLiteral("&Buscar en la ayuda…"),
                         QKeySequence(Qt::CTRL | Qt::Key_F1), [this] { searchManual(this); });
     quit_ = &action(QStringLiteral("salir"), QStringLiteral("Sa&lir"), QKeySequence(Qt::CTRL | Qt::Key_Q),
@@ -94,9 +100,9 @@ void MainWindow::buildMenus()
     row->addSeparator();
     row->addActions({undoIt_, history_, copy_, copyCell_});
     QMenu* list = menuBar()->addMenu(QStringLiteral("&Lista"));
-    list->addActions({find_, refresh_, columns_, listHistory_, csv_});
+    list->addActions({find_, refresh_, columns_, listHistory_, csv_, print_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
-    tools->addActions({bin_, rowsInUse_, backUp_});
+    tools->addActions({bin_, rowsInUse_, progress_, backUp_});
     menuBar()->addMenu(QStringLiteral("A&yuda"))->addActions({help_, findHelp_});
 }
 
@@ -109,6 +115,7 @@ void MainWindow::buildToolBar()
     bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     new_->setIconText(QStringLiteral("Nuevo"));
     csv_->setIconText(QStringLiteral("Exportar"));
+    print_->setIconText(QStringLiteral("Imprimir"));
     bin_->setIconText(QStringLiteral("Papelera"));
     rowsInUse_->setIconText(QStringLiteral("Filas en uso"));
     session_->setIconText(QStringLiteral("Sesión"));
@@ -118,7 +125,7 @@ void MainWindow::buildToolBar()
     bar->addSeparator();
     bar->addActions({bin_, rowsInUse_, session_});
     bar->addSeparator();
-    bar->addActions({ordering_, branches_});
+    bar->addActions({ordering_, branches_, print_});
     QWidget* change = bar->widgetForAction(change_);
     change->setMinimumWidth(change->sizeHint().width());
 }
@@ -153,15 +160,18 @@ void MainWindow::follow()
     change_->setText(!list    ? QStringLiteral("&Abrir")
                      : writes ? QStringLiteral("&Modificar")
                               : QStringLiteral("&Ver"));
-    change_->setEnabled(row || (node_ != nullptr && !list));
+    const bool progress = node_ != nullptr && node_->isProgress();
+    change_->setEnabled(row || (node_ != nullptr && !list && (!progress || page_.selected())));
     branches_->setVisible(banks);
     branches_->setEnabled(banks && row);
+    print_->setVisible(node_ != nullptr && node_->hasSections());
+    print_->setEnabled(print_->isVisible() && page_.selected().has_value());
     delete_->setEnabled(rows && list && writes);
     undoIt_->setEnabled(undo_.possible() && writes);
     for (QAction* each : {copy_, copyCell_})
         each->setEnabled(rows);
     history_->setVisible(remembers());
-    history_->setEnabled(page_.selected().has_value() && listed() && remembers());
+    history_->setEnabled(page_.selected().has_value() && listed() && !progress && remembers());
     listHistory_->setVisible(remembers());
     listHistory_->setEnabled(list && remembers());
     for (QAction* each : {refresh_, columns_, csv_, find_})
@@ -175,7 +185,7 @@ void MainWindow::showMenu(const QPoint& at)
     menu.addSeparator();
     menu.addActions({copy_, copyCell_});
     menu.addSeparator();
-    menu.addActions({refresh_, history_, listHistory_, csv_});
+    menu.addActions({refresh_, history_, listHistory_, csv_, print_});
     menu.exec(at);
 }
 

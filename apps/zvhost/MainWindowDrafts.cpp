@@ -35,14 +35,17 @@ void MainWindow::tellDrafts()
     host_->handSession();
     try {
         for (const journal::Found& each : journal::draftsOfSession(journal::recordedFolder()))
-            tellDraft(each);
+            tellDraft(each, true);
+        for (const journal::Found& each : journal::draftsElsewhere(journal::recordedFolder()))
+            tellDraft(each, false);
         tellForgotten();
     } catch (const std::exception&) {
         // The key cannot be read: the first dialog that is opened tells why.
     }
 }
 
-void MainWindow::tellDraft(const journal::Found& found)
+/// Of one from elsewhere a person has to say first that its school is this one, which has moved.
+void MainWindow::tellDraft(const journal::Found& found, bool here)
 {
     const journal::Opening& opening = found.draft.opening;
     const bool section = opening.section.number != 0;
@@ -51,13 +54,19 @@ void MainWindow::tellDraft(const journal::Found& found)
         section ? QStringLiteral("«%1» de %2").arg(toQt(opening.title), toQt(opening.section.text))
                 : QStringLiteral("«%1»").arg(toQt(opening.title));
     std::vector<Bar::Choice> choices;
-    bool there = node != nullptr;
+    bool there = here && node != nullptr;
     if (there && node->hasList() && opening.action == cConstCol::Modificado)
         tried(this, QStringLiteral("La fila no se ha podido leer."),
               [&] { there = host_->has(*node, opening.row); });
     if (there)
         choices.push_back(
             {QStringLiteral("Abrir"), Qt::Key_B, [this, node, opening] { openDraft(*node, opening); }});
+    if (!here)
+        choices.push_back({QStringLiteral("Traer aquí"), Qt::Key_T, [this, found] {
+                               tried(this, QStringLiteral("No se ha podido traer."),
+                                     [&] { journal::bringHere(found); });
+                               tellDrafts();
+                           }});
     choices.push_back({QStringLiteral("Ver"), Qt::Key_R, [this, found] {
                            showDraft(
                                *this,
@@ -72,13 +81,16 @@ void MainWindow::tellDraft(const journal::Found& found)
                                notice_.forget(Notice::Drafts::gone);
                            }
                        }});
-    notice_.tell({QStringLiteral("Hay %1 sin guardar de %2 en %3%4: %5%6%7")
-                      .arg(kindOf(found.draft), timeOf(found.draft), where,
-                           originOf(found.draft, journal::sessionOpening()), countOf(found.draft),
-                           there ? QString() : QStringLiteral(". La fila ya no está"), ageOf(found.draft)),
-                  std::move(choices),
-                  {},
-                  found.path});
+    const QString origin =
+        QStringLiteral(" del centro que está o estaba en «%1»").arg(toQt(opening.origin()));
+    notice_.tell(
+        {QStringLiteral("Hay %1 sin guardar de %2 en %3%4: %5%6%7")
+             .arg(kindOf(found.draft), timeOf(found.draft), where, here ? QString() : origin,
+                  countOf(found.draft), there || !here ? QString() : QStringLiteral(". La fila ya no está"),
+                  ageOf(found.draft)),
+         std::move(choices),
+         {},
+         found.path});
 }
 
 /// Those that this session never offers, and nobody would think of.

@@ -34,11 +34,11 @@ void showFindings(QWidget* parent, const std::vector<Finding>& findings, bool of
 
 /// An extra over the dialog: where the rows cannot be read, nothing is told. Each finding once, until another
 /// school is opened.
-void MainWindow::tellRules(Long section)
+void MainWindow::tellRules(const Node& node, Long section)
 {
     std::vector<Finding> findings;
     try {
-        const bool guidance = node_->number == cNombreNodo::NotaConsejoOrientador;
+        const bool guidance = node.number == cNombreNodo::NotaConsejoOrientador;
         findings =
             care::survey(host_->school(),
                          {.area = guidance ? care::Area::guidance : care::Area::reports, .section = section})

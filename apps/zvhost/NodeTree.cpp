@@ -1,6 +1,7 @@
 #include "zvhost/NodeTree.h"
 
 #include "qt/QtText.h"
+#include "session/cNombreNodo.h"
 #include "zvhost/RowsModel.h"
 
 #include <QApplication>
@@ -18,7 +19,7 @@ NodeTree::NodeTree()
     setUniformRowHeights(true); // Measured once: the first paint waits for it.
     const QSize height(0, fontMetrics().height() * 4 / 3);
     QTreeWidgetItem* group = nullptr;
-    for (const Node& node : nodes()) {
+    const auto add = [&](const Node& node) {
         if (group == nullptr || group->text(0) != toQt(node.group)) {
             group = std::make_unique<QTreeWidgetItem>(this, QStringList(toQt(node.group))).release();
             group->setFlags(Qt::ItemIsEnabled);
@@ -30,6 +31,11 @@ NodeTree::NodeTree()
         auto* item = std::make_unique<QTreeWidgetItem>(group, QStringList(toQt(node.name))).release();
         item->setData(0, Qt::UserRole, node.number);
         item->setSizeHint(0, height);
+    };
+    for (const Node& node : nodes()) {
+        add(node);
+        if (node.number == cNombreNodo::InfIndiv)
+            add(progressNode());
     }
     expandAll();
     // By a screen reader, which selects alone; of rows the toolkit would select the one of that number in its
@@ -62,6 +68,13 @@ void NodeTree::go(const Node& node)
     for (QTreeWidgetItem* each : lists())
         if (nodeAt(each) == &node)
             setCurrentItem(each);
+}
+
+void NodeTree::note(const Node& node, const QString& text)
+{
+    for (QTreeWidgetItem* each : lists())
+        if (nodeAt(each) == &node)
+            each->setText(0, toQt(node.name) + (text.isEmpty() ? text : QStringLiteral(" (%1)").arg(text)));
 }
 
 const Node* NodeTree::chosen() const { return nodeAt(currentItem()); }

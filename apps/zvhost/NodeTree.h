@@ -16,6 +16,8 @@ public:
     void go(const Node& node);
     /// The chosen node; nullptr on a group.
     const Node* chosen() const;
+    /// Sets what stands behind a node's name; "" for nothing.
+    void note(const Node& node, const QString& text);
     static const Node* nodeAt(const QTreeWidgetItem* item);
     /// Width that its longest name needs.
     int wholeWidth() const;

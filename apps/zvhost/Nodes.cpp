@@ -42,6 +42,9 @@ constexpr ListColumn answer[] = {{u"Descripción"}, {u"Apartado"}};
 
 constexpr ListColumn section[] = {{u"Enseñanza"}, {u"Curso"}, {u"Sección"}, {u"Hecho", Kind::progress}};
 
+constexpr ListColumn report[] = {{u"Sección"}, {u"Alumno"},     {u"Informe"}, {u"Escrito", Kind::progress},
+                                 {u"Falta"},   {u"Otro nombre"}};
+
 constexpr StringView people = u"Datos de las personas";
 constexpr StringView towns = u"Lugares";
 constexpr StringView pupils = u"Alumnado";
@@ -226,8 +229,21 @@ std::span<const Node> nodes()
     return all;
 }
 
+const Node& progressNode()
+{
+    static const Node node{.number = 255,
+                           .group = reports,
+                           .name = u"Qué falta en los informes",
+                           .one = u"informe",
+                           .form = {},
+                           .columns = report};
+    return node;
+}
+
 const Node* nodeOf(Byte number)
 {
+    if (number == progressNode().number)
+        return &progressNode();
     const auto all = nodes();
     const auto found = std::ranges::find(all, number, &Node::number);
     return found == all.end() ? nullptr : &*found;

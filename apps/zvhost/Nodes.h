@@ -37,11 +37,15 @@ struct Node {
 
     bool hasList() const { return !query.empty(); }
     /// A node of the reports: no list of its own, but one of the sections.
-    bool hasSections() const { return query.empty() && !columns.empty(); }
+    bool hasSections() const { return query.empty() && !columns.empty() && !form.empty(); }
+    /// The page of what the reports lack: the host's own, with no dialog behind it.
+    bool isProgress() const { return form.empty(); }
 };
 
 /// All nodes, sorted by group.
 std::span<const Node> nodes();
+/// The page of what the reports lack. It is none of nodes(), but has a number like theirs.
+const Node& progressNode();
 /// Lookup by number, or by a dialog's name; nullptr if there is none.
 const Node* nodeOf(Byte number);
 const Node* nodeOf(StringView form);

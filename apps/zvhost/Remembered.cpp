@@ -21,14 +21,15 @@ QString listKey(int node, const char* what)
     return QStringLiteral("lista%1/%2").arg(node).arg(QLatin1String(what));
 }
 
-/// Key of a school's session; "" for one whose URL must not be stored.
-QString sessionKey(const Host& host)
+/// Key of what is kept of a school; "" for one whose URL must not be stored.
+QString schoolKey(const char* what, const String& url)
 {
-    const QString url = toQt(host.url());
-    if (shownUrl(host.url()) != url)
+    if (shownUrl(url) != toQt(url))
         return {};
-    return QStringLiteral("sesiones/") + QString::fromLatin1(QUrl::toPercentEncoding(url));
+    return QLatin1String(what) + u'/' + QString::fromLatin1(QUrl::toPercentEncoding(toQt(url)));
 }
+
+QString sessionKey(const Host& host) { return schoolKey("sesiones", host.url()); }
 
 } // namespace
 
@@ -105,6 +106,18 @@ void keepChoices(Remembered& memory, const Host& host)
     if (const QString key = sessionKey(host); !key.isEmpty())
         memory.set(key, QVariantList{int{choices.user}, toQt(choices.userName), int{choices.profile},
                                      choices.mtp, choices.readOnly});
+}
+
+QString paperOf(const Remembered& memory, const String& url)
+{
+    const QString key = schoolKey("papel", url);
+    return key.isEmpty() ? QString() : memory.value(key).toString();
+}
+
+void keepPaper(Remembered& memory, const String& url, const QString& folder)
+{
+    if (const QString key = schoolKey("papel", url); !key.isEmpty())
+        memory.set(key, folder);
 }
 
 } // namespace zv::host

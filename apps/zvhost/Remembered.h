@@ -47,4 +47,9 @@ void keepLook(Remembered& memory, int node, const ListLook& look);
 std::optional<Choices> choicesOf(const Remembered& memory, Host& host);
 void keepChoices(Remembered& memory, const Host& host);
 
+/// Folder of the paper of the school at that URL; "" for the program's own. Of a school whose URL has a
+/// password nothing is kept.
+QString paperOf(const Remembered& memory, const String& url);
+void keepPaper(Remembered& memory, const String& url, const QString& folder);
+
 } // namespace zv::host

@@ -106,12 +106,44 @@ void RowsView::search(const QString& words)
     invalidateFilter();
 }
 
-bool RowsView::filterAcceptsRow(int row, const QModelIndex& parent) const
+void RowsView::hideWhole(int column)
+{
+    whole_ = column;
+    invalidateFilter();
+}
+
+bool RowsView::isFound(int row) const
 {
     QString text;
-    for (int column = 0; column < sourceModel()->columnCount(parent); ++column)
-        text += plainLetters(sourceModel()->index(row, column, parent).data().toString()) + u'\n';
+    for (int column = 0; !words_.isEmpty() && column < sourceModel()->columnCount(); ++column)
+        text += plainLetters(sourceModel()->index(row, column).data().toString()) + u'\n';
     return std::ranges::all_of(words_, [&](const QString& word) { return text.contains(word); });
+}
+
+bool RowsView::isWhole(int row, int column) const
+{
+    const QStringList parts =
+        sourceModel()->index(row, column).data().toString().split(QStringLiteral(" de "));
+    return parts.front() == parts.back();
+}
+
+std::pair<int, int> RowsView::lacking(int column) const
+{
+    std::pair<int, int> counts;
+    for (int row = 0; row < sourceModel()->rowCount(); ++row)
+        if (isFound(row)) {
+            counts.first += isWhole(row, column) ? 0 : 1;
+            ++counts.second;
+        }
+    return counts;
+}
+
+bool RowsView::filterAcceptsRow(int row, const QModelIndex& /*parent*/) const
+{
+    const auto tells = [&] {
+        return !sourceModel()->index(row, sourceModel()->columnCount() - 1).data().toString().isEmpty();
+    };
+    return (whole_ < 0 || !isWhole(row, whole_) || tells()) && isFound(row);
 }
 
 bool RowsView::lessThan(const QModelIndex& left, const QModelIndex& right) const

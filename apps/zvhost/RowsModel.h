@@ -43,6 +43,11 @@ public:
     RowsView();
     /// Sets the filter: rows that hold every word somewhere.
     void search(const QString& words);
+    /// Hides rows whose progress in that column is whole and whose last column has nothing to tell; -1 for
+    /// none.
+    void hideWhole(int column);
+    /// Of the rows that the search finds, those that are not whole in that column, and all.
+    std::pair<int, int> lacking(int column) const;
     /// Exports what is shown now, for a spreadsheet: UTF-8 with its mark, semicolons, one heading row.
     QByteArray csv() const;
 
@@ -51,7 +56,11 @@ protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 
 private:
+    bool isFound(int row) const;
+    bool isWhole(int row, int column) const;
+
     QStringList words_;
+    int whole_ = -1; ///< Column of which whole rows are hidden.
     QCollator collator_;
 };
 

@@ -2,11 +2,14 @@
 
 #include "data/Statement.h"
 #include "forms/ComboBox.h"
+#include "forms/SectionControls.h"
+#include "progress/Panel.h"
 #include "qt/FormWindow.h"
 #include "runtime/Convert.h"
 #include "session/cNombreNodo.h"
 
 #include <QApplication>
+#include <QTimer>
 
 #include <algorithm>
 #include <set>
@@ -14,17 +17,14 @@
 namespace zv::host {
 namespace {
 
-constexpr Long primary = 2;
-constexpr Long secondary = 3;
-constexpr Long sixthForm = 4;
-
-/// Whether the report's window offers sections of a course: the guidance is given in two years of the
-/// secondary stage; a primary report at the end of a cycle; a secondary one in any year.
+/// Whether the report's window offers sections of a course.
 bool offered(const Node& node, Long kind, Long year, bool endsCycle)
 {
-    if (node.number == cNombreNodo::NotaConsejoOrientador)
-        return kind == secondary && (year == 2 || year == 4);
-    return kind == primary ? endsCycle : kind == secondary || kind == sixthForm;
+    using progress::Kind;
+    const progress::Section section{.kind = kind, .year = year, .endsCycle = endsCycle};
+    return node.number == cNombreNodo::NotaConsejoOrientador
+               ? offers(Kind::guidance, section)
+               : offers(Kind::primary, section) || offers(Kind::secondary, section);
 }
 
 /// Condition of the sections that the person tutors or teaches.
@@ -85,36 +85,54 @@ void countPupils(Connection& centro, const Node& node, std::vector<Section>& all
     }
 }
 
+FormWindow* frontWindow() { return dynamic_cast<FormWindow*>(QApplication::activeModalWidget()); }
+
+void choosePupil(Long pupil)
+{
+    FormWindow* window = frontWindow();
+    if (window == nullptr || !window->alive())
+        return;
+    if (ComboBox* pupils = SectionControls(window->form()).pupils; pupils != nullptr)
+        if (const Long place = pupils->find(pupil); place >= 0)
+            window->act([&](Acts& acts) { return acts.choose(*pupils, place); });
+}
+
 } // namespace
+
+std::vector<Section> offeredSections(Host& host, const Node& node)
+{
+    std::vector<Section> found;
+    Connection& centro = *host.school().centro;
+    const String query = u"SELECT Seccion.IDSeccion, Seccion.Descripcion AS Seccion, Curso.IDCurso, "
+                         u"Curso.Descripcion AS Curso, "
+                         u"Curso.Orden, Curso.finciclo, TipoEnsenanza.IDTipoEnsenanza, "
+                         u"TipoEnsenanza.Nombre FROM (Seccion INNER "
+                         u"JOIN Curso ON Seccion.CodCurso=Curso.IDCurso) INNER JOIN TipoEnsenanza ON "
+                         u"Curso.codTipoEnsenanza=TipoEnsenanza.IDTipoEnsenanza" +
+                         (host.choices().profile == 0 ? String() : own(host)) +
+                         u" ORDER BY TipoEnsenanza.IDTipoEnsenanza, Curso.Orden, Seccion.Descripcion";
+    for (const RecordsetPtr rows = centro.Execute(query); !rows->Eof(); rows->MoveNext()) {
+        const std::vector<Value> row = rows->row();
+        if (offered(node, CLng(row[6]), row[4].isNull() ? 0 : CLng(row[4]),
+                    !row[5].isNull() && CLng(row[5]) != 0))
+            found.push_back({CLng(row[0]), CLng(row[2]), CLng(row[6]), String() + row[1], String() + row[3],
+                             String() + row[7]});
+    }
+    return found;
+}
 
 std::vector<Section> sections(Host& host, const Node& node)
 {
-    std::vector<Section> found;
     try {
-        Connection& centro = *host.school().centro;
-        const String query = u"SELECT Seccion.IDSeccion, Seccion.Descripcion AS Seccion, Curso.IDCurso, "
-                             u"Curso.Descripcion AS Curso, "
-                             u"Curso.Orden, Curso.finciclo, TipoEnsenanza.IDTipoEnsenanza, "
-                             u"TipoEnsenanza.Nombre FROM (Seccion INNER "
-                             u"JOIN Curso ON Seccion.CodCurso=Curso.IDCurso) INNER JOIN TipoEnsenanza ON "
-                             u"Curso.codTipoEnsenanza=TipoEnsenanza.IDTipoEnsenanza" +
-                             (host.choices().profile == 0 ? String() : own(host)) +
-                             u" ORDER BY TipoEnsenanza.IDTipoEnsenanza, Curso.Orden, Seccion.Descripcion";
-        for (const RecordsetPtr rows = centro.Execute(query); !rows->Eof(); rows->MoveNext()) {
-            const std::vector<Value> row = rows->row();
-            if (offered(node, CLng(row[6]), row[4].isNull() ? 0 : CLng(row[4]),
-                        !row[5].isNull() && CLng(row[5]) != 0))
-                found.push_back({CLng(row[0]), CLng(row[2]), CLng(row[6]), String() + row[1],
-                                 String() + row[3], String() + row[7]});
-        }
-        countPupils(centro, node, found);
+        std::vector<Section> found = offeredSections(host, node);
+        countPupils(*host.school().centro, node, found);
+        return found;
     } catch (const RuntimeError& error) {
         // The window itself asks for a section then.
         if (error.number() != failure::tableMissing && error.number() != failure::columnMissing)
             throw;
-        found.clear();
+        return {};
     }
-    return found;
 }
 
 std::vector<Row> rowsOf(const std::vector<Section>& sections)
@@ -128,9 +146,9 @@ std::vector<Row> rowsOf(const std::vector<Section>& sections)
     return rows;
 }
 
-void chooseSection(const Section& section)
+void chooseSection(const Section& section, Long pupil)
 {
-    auto* window = dynamic_cast<FormWindow*>(QApplication::activeModalWidget());
+    auto* window = frontWindow();
     if (window == nullptr)
         return;
     const std::pair<StringView, Long> choices[] = {
@@ -144,6 +162,9 @@ void chooseSection(const Section& section)
             return;
         window->act([box, place](Acts& acts) { return acts.choose(*box, place); });
     }
+    // Runs in the second window's own loop.
+    if (pupil != 0)
+        QTimer::singleShot(0, QApplication::instance(), [pupil] { choosePupil(pupil); });
     if (Control* next = window->alive() ? window->form().find(u"cmdNotaManual1", 0) : nullptr)
         window->act([next](Acts& acts) { return acts.click(*next); });
 }

@@ -32,6 +32,13 @@ constexpr const char* help = R"(zvhost: la configuración del centro, en su escr
   zvhost galeria CARPETA [--oscuro] [--puntos N] [--tamano ANCHOxALTO]
       Dibuja todas las ventanas como imágenes, a 96 y a 192 puntos por pulgada (al 100 y al 200 %), o sólo
       a N; con --tamano, como caben en una pantalla de esos píxeles.
+  zvhost informe --bd URL --seccion N --tipo TIPO CARPETA [--alumno N]... [--todos-en-uno] [--odt]
+                 [--papel CARPETA] [--fecha AAAA-MM-DD]
+      Escribe en CARPETA los informes de una sección como PDF (PDF/A-1b), uno por alumno o, con
+      --todos-en-uno, uno solo; con --odt, para retocarlos. TIPO es primaria, eso o consejo. --papel es la carpeta del centro, con su
+      logotipo, su nombre y sus plantillas. No le hace falta pantalla; con Ctrl+C se detiene.
+  zvhost informe --plantillas CARPETA
+      Escribe en CARPETA las plantillas del programa, para cambiarlas.
   zvhost --version
   zvhost --help
 
@@ -61,8 +68,8 @@ bool prepareScreen(bool needed)
                         qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
     if (!screen && needed) {
         std::cerr
-            << "zvhost: no hay pantalla. Ábralo en un escritorio, o use «zvhost guion», «zvhost galeria» o "
-               "zvconf.\n";
+            << "zvhost: no hay pantalla. Ábralo en un escritorio, o use «zvhost guion», «zvhost galeria», "
+               "«zvhost informe» o zvconf.\n";
         return false;
     }
     if (!screen)
@@ -94,7 +101,7 @@ int run(int argc, char** argv)
         std::cout << "zvhost " << version << '\n';
         return done;
     }
-    const bool drawn = word == "guion" || word == "galeria";
+    const bool drawn = word == "guion" || word == "galeria" || word == "informe";
     if (!prepareScreen(!drawn))
         return failed;
     QApplication application(argc, argv);
@@ -116,6 +123,7 @@ int run(int argc, char** argv)
     return word == "dialogo"   ? dialogo(words.mid(2))
            : word == "guion"   ? guion(words.mid(2))
            : word == "galeria" ? galeria(words.mid(2))
+           : word == "informe" ? informe(words.mid(2))
                                : mainWindow(words.mid(1));
 }
 

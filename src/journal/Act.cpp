@@ -28,12 +28,13 @@ bool Opening::sameAs(const Opening& other) const
            (action == other.action && (row == other.row || action == cConstCol::NUEVO));
 }
 
-bool Opening::sameSession(const Opening& other) const
+bool Opening::elsewhere(const Opening& other) const
 {
     const auto number = [](const Opening& of) {
         return StringView(of.school).substr(0, of.school.find(u' '));
     };
-    return person == other.person && number(*this) == number(other) && schoolName == other.schoolName;
+    return school != other.school && person == other.person && number(*this) == number(other) &&
+           schoolName == other.schoolName;
 }
 
 StringView Opening::origin() const

@@ -106,11 +106,14 @@ struct Opening {
     int buttonIndex = -1;
     String title = {};       ///< Caption of the window.
     std::int64_t moment = 0; ///< Seconds since 1970, UTC.
-    /// Whether a person who opens this has the other one's dialog, row and school before him, wherever that
-    /// school's databases are now. A new row has no key yet, and a section is one by itself.
+    /// Whether a person who opens this has the other one's dialog, row and school before him. A new row has
+    /// no key yet, and a section is one by itself.
     bool sameAs(const Opening& other) const;
-    /// The same school, by number and name, and the same person.
-    bool sameSession(const Opening& other) const;
+    /// The same school and person.
+    bool sameSession(const Opening& other) const { return school == other.school && person == other.person; }
+    /// The same person and, by number and name, the same school in another place: it has moved, or that is
+    /// another one which is called the same.
+    bool elsewhere(const Opening& other) const;
     /// RutaBD of the session: where the school's databases were.
     StringView origin() const;
 };

@@ -82,6 +82,10 @@ void Draft::add(const Change& change, std::vector<Step>& to, Latest& latest) con
     const std::size_t place = first(change.place);
     if (const auto known = latest.find(place); known != latest.end()) {
         const std::size_t old = known->second;
+        if (old + 1 == to.size()) { // Letter after letter.
+            to[old].value->after = change.after;
+            return;
+        }
         merged.before = to[old].value->before;
         to.erase(to.begin() + static_cast<std::ptrdiff_t>(old));
         for (auto& [other, step] : latest)

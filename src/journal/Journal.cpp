@@ -52,7 +52,7 @@ std::error_code Writer::write(const Record& record)
     return file_->trouble();
 }
 
-Reading read(std::string_view bytes, const SecretKey& key)
+Reading read(std::string_view bytes, const SecretKey& key, const Each& each)
 {
     Reading result;
     Cipher::Header header{};
@@ -73,17 +73,19 @@ Reading read(std::string_view bytes, const SecretKey& key)
         const auto record = plain ? records.unpack(*plain) : std::nullopt;
         if (!record || std::holds_alternative<Opening>(*record) != first || !result.draft.add(*record))
             return result;
+        if (each)
+            each(*record);
         bytes.remove_prefix(lengthSize + length);
         result.end = End::whole;
     }
     return result;
 }
 
-Reading readFile(const fs::path& path, const SecretKey& key)
+Reading readFile(const fs::path& path, const SecretKey& key, const Each& each)
 {
     std::ifstream stream(path, std::ios::binary);
     const std::string bytes(std::istreambuf_iterator<char>(stream), {});
-    return read(bytes, key);
+    return read(bytes, key, each);
 }
 
 } // namespace zv::journal

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 namespace zv::journal {
@@ -55,9 +56,10 @@ struct Reading {
     Draft draft = {};
 };
 
-/// Reads the bytes of a journal, as far as they are sound. Never fails.
-Reading read(std::string_view bytes, const SecretKey& key);
+/// Reads the bytes of a journal, as far as they are sound, and tells each record. Never fails.
+using Each = std::function<void(const Record&)>;
+Reading read(std::string_view bytes, const SecretKey& key, const Each& each = {});
 /// Reads a journal's file; one that cannot be read is foreign.
-Reading readFile(const std::filesystem::path& path, const SecretKey& key);
+Reading readFile(const std::filesystem::path& path, const SecretKey& key, const Each& each = {});
 
 } // namespace zv::journal

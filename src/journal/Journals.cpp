@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 
 namespace zv::journal {
 
@@ -86,9 +87,39 @@ std::vector<Found> draftsOfSession(const fs::path& folder)
     return found;
 }
 
+std::vector<Found> draftsElsewhere(const fs::path& folder)
+{
+    const Opening session = sessionOpening();
+    std::vector<Found> found = drafts(folder);
+    std::erase_if(found, [&](const Found& each) { return !each.draft.opening.elsewhere(session); });
+    return found;
+}
+
+void bringHere(const Found& found)
+{
+    const auto spool = std::make_shared<Spool>(found.path.parent_path());
+    const SecretKey key = ownKey(spool->folder());
+    Opening opening = found.draft.opening;
+    opening.school = sessionOpening().school;
+    Writer here(spool, key, opening);
+    std::error_code error;
+    readFile(found.path, key, [&](const Record& record) {
+        if (!error && !std::holds_alternative<Opening>(record))
+            error = here.write(record);
+    });
+    if (!error)
+        error = here.sync();
+    if (error) {
+        here.remove();
+        throw std::system_error(error);
+    }
+    discard(found.path);
+}
+
 std::size_t forgotten(const fs::path& folder, int days)
 {
-    const std::vector<Found> ours = draftsOfSession(folder);
+    std::vector<Found> ours = draftsOfSession(folder);
+    std::ranges::move(draftsElsewhere(folder), std::back_inserter(ours));
     const std::vector<fs::path> all = journalFiles(folder);
     return static_cast<std::size_t>(std::ranges::count_if(all, [&](const fs::path& file) {
         return ageOf(file) >= std::chrono::days(days) && !inUse(file) &&

@@ -16,12 +16,17 @@ struct Found {
 /// are left out, and deleted when they are some hours old, and so is what is no journal left out. Fails as
 /// ownKey() does.
 std::vector<Found> drafts(const std::filesystem::path& folder);
-/// Those of the dialog that is being opened: the same school, person, dialog, row and section; of a school
-/// that has moved, those too.
+/// Those of the dialog that is being opened: the same school, person, dialog, row and section.
 std::vector<Found> draftsFor(const Opening& opening, const std::filesystem::path& folder);
 /// Those of the session's school and person.
 std::vector<Found> draftsOfSession(const std::filesystem::path& folder);
-/// How many journals are older than so many days, and not the session's: another school's or person's, or
+/// Those of the session's person and of a school of the same number and name in another place, which may be
+/// the session's before it moved.
+std::vector<Found> draftsElsewhere(const std::filesystem::path& folder);
+/// Makes a draft the session's school's, where a person says that it is. It is on the disk when this returns.
+/// Fails with a std::system_error; the journal stays as it was then.
+void bringHere(const Found& found);
+/// How many journals are older than so many days, and neither of the above: another school's or person's, or
 /// such that cannot be read. Those of programs that run are left out.
 std::size_t forgotten(const std::filesystem::path& folder, int days);
 /// Every journal's file, also those that cannot be read or are being written; but for empty ones, which

@@ -114,14 +114,6 @@ QString timeOf(const journal::Draft& draft)
     return toQt(whenTold(Seconds(std::chrono::seconds(draft.moment)), timeHere()));
 }
 
-QString originOf(const journal::Draft& draft, const journal::Opening& now)
-{
-    const StringView origin = draft.opening.origin();
-    return origin.empty() || origin == now.origin()
-               ? QString()
-               : QStringLiteral(", cuando el centro estaba en «%1»").arg(toQt(origin));
-}
-
 std::vector<DraftRow> rowsOf(const std::vector<Item>& items)
 {
     std::vector<DraftRow> rows;
@@ -182,9 +174,8 @@ void DraftAid::tellDraft()
     if (!done_.isEmpty())
         return window_.say(done_, choices);
     choices.insert(choices.begin(), {QStringLiteral("Recuperar"), Qt::Key_R, [this] { recover(); }});
-    QString text = QStringLiteral("Hay %1 sin guardar de %2%3: %4")
-                       .arg(kindOf(found.draft), timeOf(found.draft),
-                            originOf(found.draft, journal::sessionOpening()), countOf(found.draft));
+    QString text = QStringLiteral("Hay %1 sin guardar de %2: %3")
+                       .arg(kindOf(found.draft), timeOf(found.draft), countOf(found.draft));
     if (found.end == journal::End::spoilt)
         text += QStringLiteral(". Lo que seguía no se puede leer");
     window_.say(text, choices);

@@ -50,8 +50,6 @@ QString kindOf(const journal::Draft& draft);
 QString countOf(const journal::Draft& draft);
 /// "hoy a las 10:42": when it was typed last.
 QString timeOf(const journal::Draft& draft);
-/// ", cuando el centro estaba en …", of a school that has moved since; else "".
-QString originOf(const journal::Draft& draft, const journal::Opening& now);
 /// The lines of the view: values of a draft beside what the dialog shows, or beside what it held then, where
 /// no dialog is open.
 std::vector<DraftRow> rowsOf(const std::vector<journal::Item>& items);

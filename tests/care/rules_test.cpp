@@ -116,6 +116,11 @@ const Planted faults[] = {
     {"primaria-de-mas",
      {u"DELETE FROM Alumno_MateriaDetalles WHERE codAlumno=50 AND codMateriaDetalles=15"},
      "se borran valoraciones de"},
+    {"informe-otro-nombre",
+     {u"UPDATE Alumno_InfInd SET Valoracion='Sofía ha progresado.' WHERE CodAlumno=304"},
+     "de D'Angelo Bosch, Ana María: En «Valoración del aprendizaje y promoción» dice «Sofía», y en su "
+     "sección "
+     "está Gil Serra, Sofía."},
     {"banco-repetido",
      {u"UPDATE Banco SET Numero='0049' WHERE IDBanco=3"},
      "«Banco de Ahorro Peninsular» y «Crédito Cantábrico» tienen el mismo número, 0049"},

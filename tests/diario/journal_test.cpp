@@ -195,8 +195,11 @@ TEST_F(JournalTest, that_nobody_here_is_offered_is_counted_when_it_is_old_and_an
     session.intIDUsuario = session.intIdCentro = 1;
     session.strNombreCentro = u"Centro";
     session.RutaBD = u"odbc:DSN=otro";
-    EXPECT_EQ(draftsOfSession(folder).size(), 1) << "also where the school has moved";
+    EXPECT_EQ(draftsOfSession(folder).size(), 0);
     EXPECT_EQ(forgotten(folder, 30), 0);
+    bringHere(draftsElsewhere(folder).at(0));
+    EXPECT_EQ(textsOf({End::whole, draftsOfSession(folder).at(0).draft}), std::vector<String>{u"Uno"});
+    EXPECT_EQ(journalFiles(folder).size(), 1);
 }
 
 TEST_F(JournalTest, programs_that_start_at_once_have_one_key)

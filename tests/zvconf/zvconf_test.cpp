@@ -189,6 +189,14 @@ TEST_F(Zvconf, says_what_dialogs_will_do_to_the_data_repairs_it_and_takes_that_b
         std::regex_search(out, std::regex("^\\[\\{\"clase\":\"fallo\",\"regla\":\"consejo-incompleto\".*"
                                           "\"reparable\":true\\}\n,.*\n,\\{\"clase\":\"consejo\",")))
         << out;
+    EXPECT_EQ(run("progreso --json --faltan --tipo eso --seccion 13 --bd sqlite:c.db"), 1) << err;
+    EXPECT_TRUE(std::regex_search(
+        out, std::regex(
+                 "^\\[\\{\"clase\":\"definicion\",\"tipo\":\"eso\".*\\}\n(,.*\n)*"
+                 ",\\{\"clase\":\"informe\",\"tipo\":\"eso\",\"seccion\":13,.*\"alumno\":304,.*\"escrito\":2,"
+                 "\"esperado\":9,\"empezado\":true,\"falta\":\\[\"Cognitivas-Intelectuales\",.*"
+                 "\"nombresAjenos\":\\[\\]\\}\n")))
+        << out;
     EXPECT_TRUE(care::differences(broken, read()).empty()) << "who only looks changes nothing";
     EXPECT_EQ(run("comprobar --datos --reparar --bd sqlite:c.db"), 0) << out << err;
     std::smatch undo;
@@ -319,6 +327,8 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"copia --diaria x --comprobar", "no van juntas"},
         {"copia --diaria nada --bd sqlite:c.db", "«nada» no es una carpeta"},
         {"restaurar --bd sqlite:c.db uno otro", "«otro» no es una opción"},
+        {"progreso --bd sqlite:c.db --tipo bachiller", "no es un tipo de informe"},
+        {"progreso --bd sqlite:c.db --json --csv", "no van juntas"},
         {"clave", "A clave le falta qué hacer"},
         {"clave cambiar", "Falta --bd."},
         {"$(printf '\\377')", "no está en UTF-8"},

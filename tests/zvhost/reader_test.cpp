@@ -98,6 +98,8 @@ TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
         window->go(node);
         walk(*window);
     }
+    window->go(progressNode());
+    walk(*window);
     onlyLook();
     window->go(*nodeOf(cNombreNodo::InfIndiv));
     list().setFocus();

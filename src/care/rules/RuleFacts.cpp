@@ -6,10 +6,6 @@
 
 namespace zv::care {
 
-Long longIn(const Value& value) { return value.isNull() || value.isEmpty() ? 0 : CLng(value); }
-
-String textIn(const Value& value) { return String() + value; }
-
 String inQuotes(StringView text) { return u"«" + String(text) + u"»"; }
 
 String listed(const std::vector<String>& words)

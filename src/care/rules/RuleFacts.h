@@ -1,6 +1,7 @@
 #pragma once
 
 #include "care/rules/Findings.h"
+#include "data/Cells.h"
 #include "data/Engine.h"
 
 #include <map>
@@ -62,6 +63,7 @@ public:
     {}
 
     const Rows& rows(StringView query, Database which = Database::centro);
+    Connection& centro() { return *school_.centro; }
     const Decipher& decipher() const { return decipher_; }
     Long onlySection() const { return only_; }
     /// Whether a section is to be looked at.
@@ -129,10 +131,6 @@ std::span<const Rule> reportRules();
 std::span<const Rule> bankRules();
 std::span<const Rule> listRules();
 
-/// 0 for Null.
-Long longIn(const Value& value);
-/// "" for Null.
-String textIn(const Value& value);
 /// Between «».
 String inQuotes(StringView text);
 /// "a, b y c"

@@ -3,6 +3,7 @@
 #include "care/rules/RuleFacts.h"
 
 #include "data/Statement.h"
+#include "progress/Panel.h"
 #include "runtime/Convert.h"
 
 #include <algorithm>
@@ -327,6 +328,20 @@ void droppedRating(Facts& facts, Found& found)
     }
 }
 
+void otherName(Facts& facts, Found& found)
+{
+    for (const progress::Kind kind : {progress::Kind::secondary, progress::Kind::primary})
+        for (const progress::Report& report :
+             progress::panel(facts.centro(), {.kind = kind, .section = facts.onlySection()}).reports)
+            for (const progress::Stranger& each : report.strangers)
+                found
+                    .add(each.common ? common : secondary, report.pupil,
+                         statement(u"En el informe de {}, de {}: {}",
+                                   {facts.section(report.section).name, report.name, strangerText(each)}),
+                         u"Mire si el texto se copió de otro alumno; si no, déjelo.")
+                    .section = report.section;
+}
+
 constexpr Rule rules[] = {
     {u"informe-no-abre", Area::reports, false, unopenable},
     {u"informe-sin-alumno", Area::reports, false, missing},
@@ -337,6 +352,7 @@ constexpr Rule rules[] = {
     {u"primaria-respuesta-eliminada", Area::reports, false, deletedRating},
     {u"primaria-repetida", Area::reports, false, doubleRating},
     {u"primaria-de-mas", Area::reports, false, droppedRating},
+    {u"informe-otro-nombre", Area::reports, true, otherName},
 };
 
 } // namespace

@@ -1,0 +1,401 @@
+// Reports on paper, taken apart again by programs that are not ours.
+#include "HostFixture.h"
+
+#include "data/Statement.h"
+#include "qt/paper/Files.h"
+#include "robot/OddTexts.h"
+#include "zvhost/PrintDialog.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <cmath>
+#include <numeric>
+
+namespace zv::host {
+namespace {
+
+using paper::Kind;
+using paper::Reports;
+
+constexpr Long primarySection = 3;
+constexpr Long secondarySection = 13;
+constexpr Long advisedSection = 15;
+const std::pair<Kind, Long> written[] = {
+    {Kind::primary, primarySection}, {Kind::secondary, secondarySection}, {Kind::guidance, advisedSection}};
+
+QString output(const QString& program, const QStringList& words)
+{
+    QProcess run;
+    run.start(program, words);
+    EXPECT_TRUE(run.waitForFinished(60'000)) << program.toStdString();
+    EXPECT_EQ(run.exitCode(), 0) << program.toStdString() << run.readAllStandardError().toStdString();
+    return QString::fromUtf8(run.readAllStandardOutput());
+}
+
+/// What is left to compare of a text: its letters, in whatever form, without blanks and marks that nobody
+/// sees.
+QString bare(const QString& text)
+{
+    QString result;
+    for (const char32_t each : text.normalized(QString::NormalizationForm_KC).toUcs4())
+        if (const auto category = QChar::category(each); each <= 0xFFFF && !QChar::isSpace(each) &&
+                                                         category != QChar::Other_Format &&
+                                                         category != QChar::Other_Control)
+            result += QChar(static_cast<char16_t>(each));
+    return result;
+}
+
+bool turns(const QString& text)
+{
+    return std::ranges::any_of(text, [](QChar each) {
+        const auto direction = each.direction();
+        return direction == QChar::DirR || direction == QChar::DirAL ||
+               (direction >= QChar::DirLRE && direction <= QChar::DirPDF) ||
+               (direction >= QChar::DirLRI && direction <= QChar::DirPDI);
+    });
+}
+
+bool holdsLettersOf(const QString& page, const QString& text)
+{
+    return std::ranges::all_of(text, [&](QChar each) { return page.count(each) >= text.count(each); });
+}
+
+/// The pages of a file, as pdftotext reads them in the order in which they were painted.
+QStringList pagesOf(const QString& file)
+{
+    QStringList pages =
+        output(QStringLiteral("pdftotext"), {QStringLiteral("-raw"), file, QStringLiteral("-")}).split(u'\f');
+    pages.removeLast();
+    return pages;
+}
+
+const paper::Progress goOn = [](int, int, const QString&) { return true; };
+
+} // namespace
+
+struct PaperTest : HostTest {
+    QTemporaryDir folder;
+
+    Reports reports(Kind kind, Long section, const QString& own = {})
+    {
+        return {*school.centro, kind, section, own.isEmpty() ? paper::Letterhead() : paper::Letterhead(own),
+                std::chrono::year(2026) / 6 / 19};
+    }
+    static std::vector<std::size_t> everybody(const Reports& all)
+    {
+        std::vector<std::size_t> places(all.section().sheets.size());
+        std::iota(places.begin(), places.end(), 0);
+        return places;
+    }
+    paper::Made make(const Reports& all, paper::Into into = paper::Into::each,
+                     paper::Format format = paper::Format::pdf)
+    {
+        return makeFiles(all, everybody(all), folder.path(), format, into, goOn);
+    }
+    void run(const String& statement) { school.centro->Execute(statement); }
+    /// All fifteen texts of every pupil of the secondary section.
+    void writeSecondary(const std::function<String(Long pupil, int text)>& text)
+    {
+        const Reports all = reports(Kind::secondary, secondarySection);
+        for (const paper::Sheet& sheet : all.section().sheets) {
+            const auto values = [&](int first, int last) {
+                String row = u"(" + decimalText(sheet.pupil);
+                for (int each = first; each < last; ++each)
+                    row += u"," + textLiteral(text(sheet.pupil, each));
+                return row + u")";
+            };
+            for (const StringView table : {u"Alumno_InfInd", u"Alumno_InfIndESO"})
+                run(u"DELETE FROM " + String(table) + u" WHERE CodAlumno=" + decimalText(sheet.pupil));
+            run(u"INSERT INTO Alumno_InfInd VALUES " + values(0, 3));
+            run(u"INSERT INTO Alumno_InfIndESO VALUES " + values(3, 15));
+        }
+    }
+};
+
+TEST_F(PaperTest, every_text_stands_whole_on_its_pupils_pages_and_on_nobody_elses)
+{
+    const std::vector<String> odd = oddTexts();
+    std::map<std::pair<Long, int>, QString> texts;
+    std::size_t next = 0;
+    writeSecondary([&](Long pupil, int text) {
+        String one = odd[next++ % odd.size()];
+        if (one.find_first_of(StringView(u"\0\uFFFE\uFFFF", 3)) != String::npos || !isWellFormed(one))
+            one = u"común";
+        one = u"p" + decimalText(pupil) + u"t" + decimalText(text) + u": " + String(cut(one, 180)) + u" ¶";
+        texts[{pupil, text}] = toQt(one);
+        return one;
+    });
+    const Reports all = reports(Kind::secondary, secondarySection);
+    const paper::Made made = make(all);
+    ASSERT_EQ(made.files.size(), qsizetype(all.section().sheets.size()));
+    int whole = 0;
+    int told = 0;
+    int pairs = 0;
+    for (std::size_t place = 0; place < all.section().sheets.size(); ++place) {
+        const Long pupil = all.section().sheets[place].pupil;
+        QString page = bare(pagesOf(made.files[qsizetype(place)]).join(u'\n'));
+        const QString lacking = all.lacking(place);
+        for (const auto& [owner, text] : texts) {
+            const QString wanted = bare(text);
+            if (owner.first != pupil) {
+                EXPECT_FALSE(page.contains(QStringLiteral("p%1t%2:").arg(owner.first).arg(owner.second)));
+                ++pairs;
+                continue;
+            }
+            QString lacks;
+            paper::addLacking(text.toStdU16String(), lacks);
+            if (!lacks.isEmpty()) {
+                ++told;
+                EXPECT_TRUE(lacking.contains(lacks.front())) << text.toStdString();
+                EXPECT_TRUE(page.contains(QStringLiteral("p%1t%2:").arg(owner.first).arg(owner.second)));
+            } else if (turns(text))
+                EXPECT_TRUE(holdsLettersOf(page, wanted)) << text.toStdString();
+            else
+                EXPECT_TRUE(page.contains(wanted)) << wanted.toStdString() << '\n' << page.toStdString();
+            ++whole;
+        }
+    }
+    for (std::size_t place = 0; place < all.section().sheets.size(); ++place) {
+        const QString page = bare(pagesOf(made.files[qsizetype(place)]).join(u'\n'));
+        for (std::size_t other = 0; other < all.section().sheets.size(); ++other, ++pairs)
+            EXPECT_EQ(page.contains(bare(toQt(all.section().sheets[other].fullName()))), other == place);
+    }
+    // And every answer in words.
+    for (const auto& [kind, section] : {written[0], written[2]}) {
+        const Reports answered = reports(kind, section);
+        const QStringList files = make(answered).files;
+        for (std::size_t place = 0; place < answered.section().sheets.size(); ++place) {
+            const QString page = bare(pagesOf(files[qsizetype(place)]).join(u'\n'));
+            const paper::Sheet& sheet = answered.section().sheets[place];
+            std::vector<String> words = sheet.answers;
+            words.insert(words.end(), {sheet.assessment, sheet.difficulties, sheet.measures});
+            for (const paper::Area& area : sheet.areas)
+                words.insert(words.end(), area.answers.begin(), area.answers.end());
+            for (const String& each : words)
+                EXPECT_TRUE(page.contains(bare(toQt(each)))) << toUtf8(each);
+            whole += static_cast<int>(words.size());
+        }
+    }
+    std::cout << whole << " texts, " << told << " of them told as lacking, " << pairs << " pairs\n";
+    EXPECT_GT(whole, 1'000);
+    EXPECT_GT(pairs, 10'000);
+}
+
+/// Word of a page and its box in points.
+struct Word {
+    int page;
+    QRectF box;
+    QString text;
+};
+std::vector<Word> wordsOf(const QString& file)
+{
+    static const QRegularExpression word(QStringLiteral(
+        "<page |<word xMin=\"([\\d.]+)\" yMin=\"([\\d.]+)\" xMax=\"([\\d.]+)\" yMax=\"([\\d.]+)\">([^<]*)<"));
+    std::vector<Word> words;
+    int page = 0;
+    const QString text =
+        output(QStringLiteral("pdftotext"), {QStringLiteral("-bbox"), file, QStringLiteral("-")});
+    for (const QRegularExpressionMatch& found : word.globalMatch(text)) {
+        if (found.captured(1).isEmpty()) {
+            ++page;
+            continue;
+        }
+        const auto side = [&](int part) { return found.captured(part).toDouble(); };
+        words.push_back(
+            {page, QRectF(QPointF(side(1), side(2)), QPointF(side(3), side(4))), found.captured(5)});
+    }
+    return words;
+}
+
+TEST_F(PaperTest, texts_of_200_wide_letters_are_neither_cut_nor_broken_over_pages_nor_over_one_another)
+{
+    const String wide(200, u'W');
+    writeSecondary([&](Long, int) { return wide; });
+    run(u"UPDATE TipoRespInfInd SET Descripcion='" + wide + u"' WHERE IDResp IN (2,4,9,11,14)");
+    run(u"UPDATE ConsejoOrientador_Respuesta SET Descripcion='" + wide + u"'");
+    const QStringList headings{QStringLiteral("Respecto al Propio Alumno"),
+                               QStringLiteral("Utilización de Procedimientos"),
+                               QStringLiteral("Nuevas Actitudes"),
+                               QStringLiteral("Valoración por áreas"),
+                               QStringLiteral("Dificultades de asimilación en las distintas áreas"),
+                               QStringLiteral("Aplicación de medidas educativas")};
+    for (const auto& [kind, section] : written) {
+        const Reports all = reports(kind, section);
+        // One who is no draft: the word across the page lies under everything.
+        std::size_t place = 0;
+        while (kind != Kind::primary && all.isDraft(place))
+            ++place;
+        const paper::Made made =
+            makeFiles(all, std::vector{place}, folder.path(), paper::Format::pdf, paper::Into::each, goOn);
+        const QStringList pages = pagesOf(made.files.front());
+        for (const QString& page : pages) {
+            const QStringList lines = page.trimmed().split(u'\n');
+            if (kind != Kind::secondary) {
+                EXPECT_EQ(page.count(u'W') % 200, 0) << page.toStdString();
+            }
+            // Painted after the foot, which comes first.
+            EXPECT_FALSE(headings.contains(lines.back())) << page.toStdString();
+        }
+        if (kind == Kind::secondary) {
+            EXPECT_EQ(pages.join(QString()).count(u'W'), 3000);
+        }
+        const std::vector<Word> words = wordsOf(made.files.front());
+        for (std::size_t one = 0; one < words.size(); ++one) {
+            EXPECT_TRUE(QRectF(36, 30, 523, 782).contains(words[one].box)) << words[one].text.toStdString();
+            for (std::size_t other = one + 1; other < words.size() && words[other].page == words[one].page;
+                 ++other)
+                if (!all.isDraft(place)) {
+                    const QRectF both = words[one].box & words[other].box;
+                    EXPECT_FALSE(both.width() > 1 && both.height() > 3)
+                        << words[one].text.toStdString() << " / " << words[other].text.toStdString();
+                }
+        }
+    }
+}
+
+TEST_F(PaperTest, files_are_archives_whose_letters_are_embedded_large_and_dark_enough)
+{
+    for (const auto& [kind, section] : written) {
+        const Reports all = reports(kind, section);
+        const paper::Made made = make(all, paper::Into::one);
+        ASSERT_EQ(made.files.size(), 1);
+        const QString file = made.files.front();
+        EXPECT_THAT(output(QStringLiteral("qpdf"), {QStringLiteral("--check"), file}).toStdString(),
+                    HasSubstr("No syntax or stream encoding errors found"));
+        const std::string plain = output(QStringLiteral("qpdf"),
+                                         {QStringLiteral("--qdf"), QStringLiteral("--object-streams=disable"),
+                                          file, QStringLiteral("-")})
+                                      .toStdString();
+        for (const char* has :
+             {"pdfaid:part=\"1\" pdfaid:conformance=\"B\"", "/GTS_PDFA1", "/DestOutputProfile"})
+            EXPECT_THAT(plain, HasSubstr(has));
+        for (const char* hasNot :
+             {"/SMask <", "/SMask 1", "/Transparency", "/Encrypt", "/JavaScript", "/ca 0"})
+            EXPECT_THAT(plain, testing::Not(HasSubstr(hasNot)));
+        QStringList fonts =
+            output(QStringLiteral("pdffonts"), {file}).split(u'\n', Qt::SkipEmptyParts).mid(2);
+        EXPECT_FALSE(fonts.isEmpty());
+        for (const QString& font : fonts)
+            EXPECT_TRUE(font.contains(QRegularExpression(QStringLiteral("\\byes +(yes|no) +yes\\b"))))
+                << font.toStdString();
+        const QString sizes = output(QStringLiteral("pdftohtml"),
+                                     {QStringLiteral("-xml"), QStringLiteral("-i"), QStringLiteral("-zoom"),
+                                      QStringLiteral("1"), QStringLiteral("-stdout"), file});
+        static const QRegularExpression size(QStringLiteral("<fontspec [^>]*size=\"(\\d+)\""));
+        int seen = 0;
+        for (const QRegularExpressionMatch& found : size.globalMatch(sizes)) {
+            EXPECT_GE(found.captured(1).toInt(), 10) << found.captured(0).toStdString();
+            ++seen;
+        }
+        EXPECT_GT(seen, 2);
+        int drafts = 0;
+        for (std::size_t place = 0; place < all.section().sheets.size(); ++place)
+            drafts += all.isDraft(place) ? 1 : 0;
+        EXPECT_GT(drafts, 0);
+        const QStringList pages = pagesOf(file);
+        EXPECT_EQ(pages.filter(QStringLiteral("Página 1 de ")).filter(QStringLiteral("Borrador · ")).size(),
+                  drafts);
+        EXPECT_EQ(pages.filter(QStringLiteral("Borrador. Falta: ")).size(), drafts);
+    }
+    // Every colour of letters on every ground, the word across the page among them.
+    const auto light = [](const QColor& color) {
+        const auto part = [](double share) {
+            return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
+    };
+    ASSERT_EQ(paper::Letterhead::writeTemplates(folder.path()), 3);
+    for (const QFileInfo& each : QDir(folder.path()).entryInfoList({QStringLiteral("*.html")})) {
+        QFile file(each.filePath());
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        const QString page = QString::fromUtf8(file.readAll());
+        static const QRegularExpression colors(QStringLiteral("(bgcolor=\"|[^-]color: )(#[0-9a-f]{6})"));
+        QList<QColor> inks{QColor(51, 51, 51)};
+        QList<QColor> grounds{Qt::white, QColor(229, 229, 229)};
+        for (const QRegularExpressionMatch& found : colors.globalMatch(page))
+            (found.captured(1).startsWith(u'b') ? grounds : inks).append(QColor(found.captured(2)));
+        EXPECT_GT(inks.size(), 3);
+        for (const QColor& ink : inks)
+            for (const QColor& ground : grounds)
+                EXPECT_GE((light(ground) + 0.05) / (light(ink) + 0.05), 7)
+                    << ink.name().toStdString() << ground.name().toStdString();
+    }
+}
+
+TEST_F(PaperTest, what_was_made_before_a_stop_stays_whole_and_nothing_else)
+{
+    const Reports all = reports(Kind::secondary, secondarySection);
+    const paper::Progress third = [](int done, int, const QString&) { return done < 3; };
+    for (const auto& [into, files] : {std::pair(paper::Into::each, 3), std::pair(paper::Into::one, 0)}) {
+        const QTemporaryDir place;
+        const paper::Made made =
+            makeFiles(all, everybody(all), place.path(), paper::Format::pdf, into, third);
+        EXPECT_TRUE(made.stopped);
+        EXPECT_EQ(made.files.size(), files);
+        EXPECT_EQ(QDir(place.path()).entryList(QDir::Files | QDir::Hidden).size(), files);
+        for (const QString& file : made.files)
+            output(QStringLiteral("qpdf"), {QStringLiteral("--check"), file});
+    }
+}
+
+TEST_F(PaperTest, the_window_writes_the_ticked_ones_on_the_schools_paper)
+{
+    Remembered memory(Remembered::Where::nowhere);
+    PrintDialog dialog(window.get(), window->host(), memory, Kind::secondary, secondarySection);
+    auto& pupils = *dialog.findChild<QListWidget*>(QStringLiteral("alumnos"));
+    const int all = pupils.count();
+    dialog.show();
+    QApplication::processEvents();
+    QFile name(folder.filePath(QStringLiteral("centro.txt")));
+    ASSERT_TRUE(name.open(QIODevice::WriteOnly) && name.write("Escola «Mar & Cel»\n") > 0);
+    name.close();
+    QImage logo(300, 200, QImage::Format_ARGB32);
+    logo.fill(Qt::transparent);
+    ASSERT_TRUE(logo.save(folder.filePath(QStringLiteral("logo.png"))));
+    dialog.usePaper(folder.path());
+    for (int row = 2; row < all; ++row)
+        pupils.item(row)->setCheckState(Qt::Unchecked);
+    const QString into = folder.filePath(QStringLiteral("salida"));
+    dialog.write(into, paper::Format::pdf);
+    dialog.write(into, paper::Format::odt);
+    QStringList made = QDir(into).entryList(QDir::Files, QDir::Name);
+    ASSERT_EQ(made.size(), 4);
+    EXPECT_THAT(
+        pagesOf(QDir(into).filePath(made.filter(QStringLiteral(".pdf")).front())).front().toStdString(),
+        HasSubstr("Escola «Mar & Cel»"));
+    const QString odt = QDir(into).filePath(made.filter(QStringLiteral(".odt")).front());
+    const QString content = output(
+        QStringLiteral("python3"),
+        {QStringLiteral("-c"),
+         QStringLiteral(
+             "import sys,zipfile;sys.stdout.buffer.write(zipfile.ZipFile(sys.argv[1]).read('content.xml'))"),
+         odt});
+    EXPECT_THAT(content.toStdString(), HasSubstr("Escola «Mar &amp; Cel»"));
+    if (qEnvironmentVariableIsSet("ZV_LARGO")) {
+        output(QStringLiteral("soffice"),
+               {QStringLiteral("--headless"),
+                QStringLiteral("-env:UserInstallation=file://") + folder.filePath(QStringLiteral("perfil")),
+                QStringLiteral("--convert-to"), QStringLiteral("pdf"), QStringLiteral("--outdir"),
+                folder.path(), odt});
+        EXPECT_THAT(pagesOf(folder.filePath(QFileInfo(odt).completeBaseName() + QStringLiteral(".pdf")))
+                        .join(QString())
+                        .toStdString(),
+                    HasSubstr("Escola «Mar & Cel»"));
+    }
+    // A template with a slip in it prints nothing and says where it is.
+    QFile page(folder.filePath(QStringLiteral("eso.html")));
+    ASSERT_TRUE(page.open(QIODevice::WriteOnly) && page.write("<p>\n{{alumna}}</p>") > 0);
+    page.close();
+    dialog.load();
+    EXPECT_EQ(pupils.count(), 0);
+    QStringList told;
+    for (const QLabel* each : dialog.findChildren<QLabel*>())
+        told += each->text();
+    EXPECT_THAT(told.join(u'\n').toStdString(),
+                HasSubstr("eso.html está mal, línea 2: no hay ningún campo «alumna»"));
+}
+
+} // namespace zv::host
