@@ -33,6 +33,7 @@ int guion(Arguments arguments);
 int azar(Arguments arguments);
 int textos(Arguments arguments);
 int nodos(Arguments arguments);
+int dialogo(Arguments arguments);
 int mudar(Arguments arguments);
 int copia(Arguments arguments);
 int restaurar(Arguments arguments);

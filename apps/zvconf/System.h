@@ -1,6 +1,6 @@
 #pragma once
 
-#include "runtime/String.h"
+#include "robot/Play.h"
 
 #include <span>
 #include <vector>
@@ -13,6 +13,12 @@ std::vector<String> commandLine(std::span<char*> arguments);
 
 /// The signals by which the system or a person asks a program to end.
 std::span<const int> endingSignals();
+
+/// A stage in windows of the system; a UsageError where this program has none.
+StageMaker windowStage();
+
+/// The desktop in windows of the system; a UsageError where this program has none.
+std::unique_ptr<Desktop> windowDesktop();
 
 /// RAII guard: as long as it lives, standard output and error take UTF-8 with lines that end in LF, and a
 /// console shows them so.

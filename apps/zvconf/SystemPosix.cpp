@@ -26,6 +26,16 @@ std::span<const int> endingSignals()
     return signals;
 }
 
+StageMaker windowStage()
+{
+    throw UsageError(u"Aquí las ventanas las abre «zvhost guion»; --ventanas es de zvconf en Windows.");
+}
+
+std::unique_ptr<Desktop> windowDesktop()
+{
+    throw UsageError(u"Aquí las ventanas las abre «zvhost dialogo»; esta orden es de zvconf en Windows.");
+}
+
 // Streams take bytes as they are.
 Utf8Output::Utf8Output() = default;
 Utf8Output::~Utf8Output() { std::cout.flush(); }

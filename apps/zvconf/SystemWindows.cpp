@@ -1,5 +1,8 @@
 #include "zvconf/System.h"
 
+#include "win32/Win32Desktop.h"
+#include "win32/stage/Win32Stage.h"
+
 #include <csignal>
 #include <fcntl.h>
 #include <io.h>
@@ -7,6 +10,7 @@
 #include <memory>
 #include <windows.h>
 
+#include <objbase.h>
 #include <shellapi.h>
 
 namespace zv::zvconf {
@@ -30,6 +34,15 @@ std::span<const int> endingSignals()
 {
     static constexpr int signals[] = {SIGINT, SIGTERM, SIGBREAK};
     return signals;
+}
+
+StageMaker windowStage() { return win32::win32Stage; }
+
+std::unique_ptr<Desktop> windowDesktop()
+{
+    // For the process: each window tells screen readers what it is through COM.
+    static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    return std::make_unique<win32::Win32Desktop>();
 }
 
 Utf8Output::Utf8Output()

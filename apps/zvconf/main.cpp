@@ -22,6 +22,7 @@ constexpr Command commands[] = {
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
     {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
     {u"importar", importar},   {u"diario", diario},       {u"unir", unir},           {u"progreso", progreso},
+    {u"dialogo", dialogo},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -111,11 +112,12 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Dice, por sección y alumno, qué está escrito del consejo orientador y de los informes individuales y qué
       falta, y qué cuenta como que falta; con --faltan, sólo de quien falta algo. Avisa de un texto en el que sale
       el nombre de otro alumno de la sección, por si se copió.
-  zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] FICHERO...
+  zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] [--ventanas] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
       Cada guion estrena bases de datos en memoria, o en el motor de --bd, vacías o con --ejemplo llenas
       con el centro de ejemplo; con --en usa, y cambia, las que existen. Con --motor dice qué motor es.
+      Con --ventanas, sólo en Windows, los representa en ventanas de verdad; en los demás, «zvhost guion».
   zvconf azar [--semilla N] [--actos N] [--fallos] [--consulta] [--bd URL]
       Hace N cosas al azar (1000) en todas las ventanas, sobre un centro de ejemplo que estrena, y escribe
       el guion que las repite con «zvconf guion --ejemplo». Otra semilla hace otras cosas. Con --fallos
@@ -126,6 +128,9 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       texto de las ventanas, sobre un centro de ejemplo que estrena, y mira que se guarden como se ven o que
       se rechacen con un mensaje, y que no se ejecute más que lo que hace la ventana con un texto normal.
       Con --cada cada cuadro recibe uno de cada N textos.
+  zvconf dialogo NODO [--fila N] --bd URL
+      Abre la ventana de un nodo (su número o su nombre, como los dice «nodos») y termina con ella: con --fila,
+      para cambiar esa fila; sin ella, para una nueva. Sólo en Windows; en los demás, «zvhost dialogo».
   zvconf nodos
       Dice, para quien escribe un anfitrión, los nodos que el módulo atiende, uno en cada línea y separado por
       tabuladores: número, lo que se lleva, ventana, si se abre, si responde a Eliminar, clave de la fila.

@@ -1,13 +1,13 @@
 #include "qt/ControlView.h"
 
-#include "qt/Names.h"
+#include "forms/Names.h"
+#include "forms/ViewRules.h"
 #include "qt/QtKeys.h"
 #include "qt/QtText.h"
 
 #include <QKeyEvent>
 #include <QTextDocument>
 
-#include <algorithm>
 #include <utility>
 
 namespace zv {
@@ -23,10 +23,7 @@ void ControlView::watch()
 
 void ControlView::changed(const PropertyBase* property)
 {
-    const Control& c = control();
-    const PropertyBase* placing[] = {&c.Enabled, &c.Visible, &c.ToolTipText, &c.Left,
-                                     &c.Top,     &c.Width,   &c.Height};
-    if (std::ranges::find(placing, property) != std::end(placing))
+    if (places(control(), property))
         return followPlace();
     if (!inBulk())
         return followContent();
@@ -59,9 +56,9 @@ void ControlView::followPlace()
 
 void ControlView::name()
 {
-    if (const QString name = accessibleNameOf(control()); !name.isEmpty())
+    if (const QString name = toQt(accessibleNameOf(control())); !name.isEmpty())
         input().setAccessibleName(name);
-    describe(accessibleDescriptionOf(control()));
+    describe(toQt(accessibleDescriptionOf(control())));
 }
 
 void ControlView::describe(const QString& text)

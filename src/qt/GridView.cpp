@@ -1,5 +1,6 @@
 #include "qt/GridView.h"
 
+#include "forms/ViewRules.h"
 #include "qt/Columns.h"
 #include "qt/QtText.h"
 
@@ -31,9 +32,6 @@ Qt::Alignment alignmentOf(Integer number)
         return Qt::AlignLeft | Qt::AlignVCenter;
     }
 }
-
-/// Whether the grid's lines stand for rows: a click chooses the whole line, not the cell.
-bool hasLines(const MSFlexGrid& grid) { return grid.Rows() > 1 && grid.RowData(1) != 0; }
 
 } // namespace
 

@@ -1,21 +1,9 @@
 #include "qt/NotesEdit.h"
 
+#include "forms/ViewRules.h"
+#include "qt/QtText.h"
+
 namespace zv {
-
-namespace {
-
-/// Roughly, while there is much; to the letter at the end.
-QString leftInWords(int left)
-{
-    for (const int mark : {50, 20, 10})
-        if (left > mark)
-            return QStringLiteral("Quedan más de %1 caracteres").arg(mark);
-    return left == 0   ? QStringLiteral("No caben más caracteres")
-           : left == 1 ? QStringLiteral("Queda 1 carácter")
-                       : QStringLiteral("Quedan %1 caracteres").arg(left);
-}
-
-} // namespace
 
 NotesEdit::NotesEdit(QWidget* parent) : QPlainTextEdit(parent)
 {
@@ -35,7 +23,7 @@ void NotesEdit::tellLeft(int left, int most)
     if (viewportMargins().right() != room)
         setViewportMargins(0, 0, room, 0);
     told_ = most == 0 ? QString() : QString::number(left);
-    said_ = most == 0 ? QString() : leftInWords(left);
+    said_ = most == 0 ? QString() : toQt(leftInWords(left));
     describe(description_);
     tell(window()->focusWidget() == this);
     place();

@@ -44,18 +44,4 @@ std::size_t placeOfShown(StringView text, qsizetype place)
     return at;
 }
 
-TextChange changeBetween(const QString& before, const QString& after, qsizetype caret)
-{
-    const qsizetype shorter = std::min(before.size(), after.size());
-    // Common suffix first, and no further than the caret: what stands behind it was not edited.
-    const qsizetype behind = std::min(shorter, after.size() - std::clamp<qsizetype>(caret, 0, after.size()));
-    qsizetype tail = 0;
-    while (tail < behind && before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
-        ++tail;
-    qsizetype start = 0;
-    while (start < shorter - tail && before[start] == after[start])
-        ++start;
-    return {start, before.size() - tail - start, after.mid(start, after.size() - tail - start)};
-}
-
 } // namespace zv

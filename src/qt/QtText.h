@@ -20,14 +20,4 @@ String unshown(const QString& text);
 qsizetype shownPlace(StringView text, std::size_t place);
 std::size_t placeOfShown(StringView text, qsizetype place);
 
-/// Diff of two texts: one replacement, of `removed` characters from `start` on.
-struct TextChange {
-    qsizetype start = 0;
-    qsizetype removed = 0;
-    QString inserted;
-};
-/// Smallest diff of two texts. `caret` is where the new one was just edited; among equal characters it tells
-/// which are new.
-TextChange changeBetween(const QString& before, const QString& after, qsizetype caret);
-
 } // namespace zv

@@ -49,9 +49,10 @@ void TextView::followContent()
     const qsizetype caretWanted = shownPlace(model, start);
     const QString before = text();
     if (before != wanted) {
-        const TextChange change = changeBetween(before, wanted, caretWanted);
-        select({change.start, change.removed});
-        insert(change.inserted); // A replacement and not setText(), which would empty the undo stack.
+        const TextChange change =
+            changeBetween(fromQt(before), fromQt(wanted), static_cast<std::size_t>(caretWanted));
+        select(placeOf(change));
+        insert(toQt(change.inserted)); // A replacement and not setText(), which would empty the undo stack.
         if (!own_)
             forgetEdits();
     }
@@ -59,6 +60,11 @@ void TextView::followContent()
     const Selection selected{caretWanted, shownPlace(model, start + length) - caretWanted};
     if (focused() && selection() != selected)
         select(selected);
+}
+
+TextView::Selection TextView::placeOf(const TextChange& change)
+{
+    return {static_cast<qsizetype>(change.start), static_cast<qsizetype>(change.removed)};
 }
 
 bool TextView::focused() const { return window().focusWidget() == &input(); }
@@ -92,11 +98,13 @@ void TextView::takeOver()
 void TextView::takeTextOver()
 {
     const String& model = box().Text();
-    const TextChange change = changeBetween(shown(model), text(), caret());
-    const auto start = static_cast<Long>(placeOfShown(model, change.start));
-    const Long length = static_cast<Long>(placeOfShown(model, change.start + change.removed)) - start;
+    const TextChange change =
+        changeBetween(fromQt(shown(model)), fromQt(text()), static_cast<std::size_t>(caret()));
+    const Selection place = placeOf(change);
+    const auto start = static_cast<Long>(placeOfShown(model, place.start));
+    const Long length = static_cast<Long>(placeOfShown(model, place.start + place.length)) - start;
     act([&](Acts& acts) {
-        return acts.select(box(), start, length) && acts.paste(box(), unshown(change.inserted));
+        return acts.select(box(), start, length) && acts.paste(box(), unshown(toQt(change.inserted)));
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "forms/ViewRules.h"
 #include "qt/ControlView.h"
 #include "qt/NotesEdit.h"
 #include "qt/QtText.h"
@@ -38,6 +39,7 @@ protected:
     bool handle(QObject& watched, QEvent& event) override;
 
 private:
+    static Selection placeOf(const TextChange& change);
     bool focused() const;
     void takeOver();
     void takeTextOver();

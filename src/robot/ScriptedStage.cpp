@@ -1,31 +1,25 @@
 #include "robot/ScriptedStage.h"
 
-#include "forms/Acts.h"
+#include "robot/WindowStage.h"
 
 namespace zv {
 
 namespace {
 
-class ScriptedDesktop final : public Desktop {
+/// A desktop that shows nothing.
+class NoScreen : public Desktop {
 public:
-    explicit ScriptedDesktop(Play& play) : play_(play) {}
-    void opened(Form& form) override { play_.opened(form); }
-    void runModal(Form& form) override { play_.goOnWhileOpen(form); }
-    void closed(Form& form) override { play_.closed(form); }
-    void messageBox(StringView prompt, Integer flags, StringView title) override
-    {
-        play_.messageBox(prompt, flags, title);
-    }
-    void beep() override { play_.beep(); }
-    void doEvents() override { play_.repainted(); }
-    void handlerFailed(const RuntimeError& error) override { play_.failed(error); }
-    void changed(PropertyOwner& owner, const PropertyBase* property) override
-    {
-        play_.changed(owner, property);
-    }
+    void opened(Form&) override {}
+    void closed(Form&) override {}
+    void messageBox(StringView, Integer, StringView) override {}
+    void doEvents() override {}
+    void handlerFailed(const RuntimeError&) override {}
+};
 
-private:
-    Play& play_;
+class ScriptedDesktop final : public Reporting<NoScreen> {
+public:
+    using Reporting::Reporting;
+    void runModal(Form& form) override { goOn(form); }
 };
 
 } // namespace

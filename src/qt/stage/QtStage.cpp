@@ -76,28 +76,14 @@ bool hit(QWidget& widget, QPoint where)
     return window.childAt(widget.mapTo(&window, where)) == &widget;
 }
 
-/// Place of a column among those shown; -1 for a hidden one. Fails with 381 if there is none.
-int placeOf(const MSFlexGrid& grid, Long column)
-{
-    int place = grid.ColWidth(column) == 0 ? -1 : 0;
-    for (Long before = 0; before < column && place >= 0; ++before)
-        place += grid.ColWidth(before) != 0;
-    return place;
-}
-
 constexpr std::initializer_list<QEvent::Type> oneClick = {QEvent::MouseButtonPress,
                                                           QEvent::MouseButtonRelease};
 constexpr std::initializer_list<QEvent::Type> secondClick = {QEvent::MouseButtonDblClick,
                                                              QEvent::MouseButtonRelease};
 
-class RealPerson final : public Person {
+class RealPerson final : public WindowPerson<StageDesktop> {
 public:
-    explicit RealPerson(StageDesktop& desktop) : desktop_(desktop) {}
-
-    bool focus(Control& control) override
-    {
-        return directly(control.form(), [&](Acts& acts) { return acts.focus(control); });
-    }
+    using WindowPerson::WindowPerson;
 
     bool click(Control& control) override
     {
@@ -107,18 +93,6 @@ public:
         if (!hit(widget, where))
             return directly(control.form(), [&](Acts& acts) { return acts.click(control); });
         return really(control.form(), [&] { sendMouse(widget, where, oneClick); });
-    }
-
-    bool type(Control& control, StringView text) override
-    {
-        bool reached = focus(control);
-        while (reached && !text.empty()) {
-            const Keystroke key = takeKey(text);
-            reached = open(control) && really(control.form(), [&] {
-                          sendKey(widgetOf(control), 0, Qt::NoModifier, toQt(std::get<String>(key)));
-                      });
-        }
-        return reached;
     }
 
     bool key(Control& control, Key key) override
@@ -131,11 +105,6 @@ public:
     {
         QApplication::clipboard()->setText(toQt(text));
         return really(box.form(), [&] { sendKey(widgetOf(box), Qt::Key_V, Qt::ControlModifier, QString()); });
-    }
-
-    bool select(TextBox& box, Long start, Long length) override
-    {
-        return directly(box.form(), [&](Acts& acts) { return acts.select(box, start, length); });
     }
 
     bool choose(ComboBox& box, Long index) override
@@ -167,11 +136,6 @@ public:
         return really(grid.form(), [&] { sendMouse(target, target.rect().center(), secondClick); });
     }
 
-    bool scroll(MSFlexGrid& grid, Long row) override
-    {
-        return directly(grid.form(), [&](Acts& acts) { return acts.scroll(grid, row); });
-    }
-
     bool clickTab(TabStrip& strip, Long tab) override
     {
         auto& bar = dynamic_cast<QTabBar&>(widgetOf(strip));
@@ -183,38 +147,20 @@ public:
 
     bool clickBackground(Form& form) override
     {
-        return really(form, [&] { sendMouse(*desktop_.windowOf(form), {1, 1}, oneClick); });
+        return really(form, [&] { sendMouse(*windowOf(form), {1, 1}, oneClick); });
     }
 
     bool close(Form& form) override
     {
-        return really(form, [&] { desktop_.windowOf(form)->close(); });
+        return really(form, [&] { windowOf(form)->close(); });
     }
 
 private:
-    bool open(const Control& control) const { return desktop_.windowOf(control.form()) != nullptr; }
-    QWidget& widgetOf(const Control& control) const
+    void character(Control& control, const String& text) override
     {
-        return desktop_.windowOf(control.form())->viewOf(control).input();
+        sendKey(widgetOf(control), 0, Qt::NoModifier, toQt(text));
     }
-    bool really(Form& form, const std::function<void()>& events)
-    {
-        FormWindow& window = *desktop_.windowOf(form);
-        window.inStep();
-        window.takeOutcome();
-        bool done = false;
-        desktop_.acting([&] {
-            events();
-            done = window.takeOutcome().value_or(false);
-        });
-        return done;
-    }
-    bool directly(Form& form, const std::function<bool(Acts&)>& act)
-    {
-        FormWindow& window = *desktop_.windowOf(form);
-        return really(form, [&] { window.act(act); });
-    }
-    StageDesktop& desktop_;
+    QWidget& widgetOf(const Control& control) const { return viewOf(control).input(); }
 };
 
 } // namespace

@@ -1,0 +1,69 @@
+#include "zvconf/Command.h"
+
+#include "data/Schools.h"
+#include "data/history/HistoryEngine.h"
+#include "module/Module.h"
+#include "runtime/Convert.h"
+#include "session/HostSession.h"
+#include "session/NodeTable.h"
+#include "session/cAsignarDatos.h"
+#include "session/cConstCol.h"
+#include "zvconf/System.h"
+
+#include <algorithm>
+
+namespace zv::zvconf {
+
+namespace {
+
+const ModuleNode& nodeNamed(const String& word)
+{
+    const auto nodes = moduleNodes();
+    const auto found = std::ranges::find_if(nodes, [&](const ModuleNode& node) {
+        return node.opens && (word == decimalText(node.number) || sameName(word, node.dialog));
+    });
+    if (found == nodes.end())
+        throw UsageError(u"«" + word + u"» no es un nodo que se abra: los dice «zvconf nodos».");
+    return *found;
+}
+
+Long rowNumber(const String& word)
+{
+    try {
+        return CLng(word);
+    } catch (const RuntimeError&) {
+        throw UsageError(u"«" + word + u"» no es el número de una fila.");
+    }
+}
+
+/// RAII guard: the dialogs open there as long as it lives.
+class Using {
+public:
+    explicit Using(Desktop& screen) { useDesktop(&screen); }
+    Using(const Using&) = delete;
+    Using& operator=(const Using&) = delete;
+    ~Using() { useDesktop(nullptr); }
+};
+
+} // namespace
+
+int dialogo(Arguments arguments)
+{
+    const Options options(arguments, {{u"--bd", 1}, {u"--fila", 1}}, 1);
+    const ModuleNode& node = nodeNamed(options.operand(0, u"el nodo"));
+    const Long row = options.has(u"--fila") ? rowNumber(options.values(u"--fila").front()) : 0;
+    const auto screen = windowDesktop();
+    const String& url = options.values(u"--bd").front();
+    const School school = history::withHistory(openSchool(url), url);
+    installModule();
+    const auto session = newHostSession(school);
+    let(*session, u"Accion", row > 0 ? cConstCol::Modificado : cConstCol::NUEVO);
+    let(*session, u"lngRowData", row);
+    cAsignarDatos facade;
+    facade.ObtenerDatos(session);
+    const Using shown(*screen);
+    facade.ActivarFormulario(node.number);
+    return done;
+}
+
+} // namespace zv::zvconf

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "win32/System.h"
+
+namespace zv::win32 {
+
+/// Opens the suite's help file, or else the manual's page (the name of a dialog, or "mensajes") that stands
+/// in a folder "manual" beside the program; where there is neither, says so.
+void showHelp(HWND owner, const String& page);
+
+} // namespace zv::win32

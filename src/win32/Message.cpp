@@ -1,0 +1,95 @@
+#include "win32/Message.h"
+
+#include "forms/Desktop.h"
+
+namespace zv::win32 {
+
+namespace {
+
+constexpr Integer signBits = 112;
+constexpr wchar_t dialogClass[] = L"#32770";
+
+UINT signOf(Integer flags)
+{
+    switch (flags & signBits) {
+    case sign::critical:
+        return MB_ICONERROR;
+    case sign::exclamation:
+        return MB_ICONWARNING;
+    case sign::information:
+        return MB_ICONINFORMATION;
+    default:
+        return 0;
+    }
+}
+
+/// What the box that is coming up is told; one at a time comes up.
+struct Coming {
+    const std::function<void(HWND)>& shown;
+    const std::function<void(HWND)>& help;
+    HWND box = nullptr;
+};
+Coming*& coming()
+{
+    static Coming* now = nullptr;
+    return now;
+}
+
+/// The box's own button speaks the system's language.
+LRESULT CALLBACK atWindows(int code, WPARAM number, LPARAM data)
+{
+    const auto window = reinterpret_cast<HWND>(number);
+    wchar_t kind[std::size(dialogClass) + 1]{};
+    if (code == HCBT_ACTIVATE && coming() != nullptr && coming()->box == nullptr &&
+        GetClassNameW(window, kind, std::size(kind)) > 0 && std::wstring_view(kind) == dialogClass) {
+        coming()->box = window;
+        for (const int button : {IDOK, IDCANCEL})
+            if (GetDlgItem(window, button) != nullptr)
+                SetDlgItemTextW(window, button, L"Aceptar");
+        if (coming()->shown)
+            coming()->shown(window);
+    }
+    return CallNextHookEx(nullptr, code, number, data);
+}
+
+LRESULT CALLBACK atKeys(int code, WPARAM number, LPARAM data)
+{
+    const auto& message = *reinterpret_cast<const MSG*>(data);
+    if (code == MSGF_DIALOGBOX && message.message == WM_KEYDOWN && message.wParam == VK_F1 &&
+        coming() != nullptr && coming()->help) {
+        coming()->help(coming()->box);
+        return TRUE;
+    }
+    return CallNextHookEx(nullptr, code, number, data);
+}
+
+/// RAII guard: this thread's hooks while a box is up.
+class Hooks {
+public:
+    explicit Hooks(Coming& now) : before_(std::exchange(coming(), &now)) {}
+    Hooks(const Hooks&) = delete;
+    Hooks& operator=(const Hooks&) = delete;
+    ~Hooks()
+    {
+        UnhookWindowsHookEx(windows_);
+        UnhookWindowsHookEx(keys_);
+        coming() = before_;
+    }
+
+private:
+    Coming* before_;
+    HHOOK windows_ = SetWindowsHookExW(WH_CBT, atWindows, nullptr, GetCurrentThreadId());
+    HHOOK keys_ = SetWindowsHookExW(WH_MSGFILTER, atKeys, nullptr, GetCurrentThreadId());
+};
+
+} // namespace
+
+void showMessage(HWND owner, StringView prompt, Integer flags, StringView title,
+                 const std::function<void(HWND)>& shown, const std::function<void(HWND)>& help)
+{
+    Coming now{shown, help};
+    const Hooks hooks(now);
+    MessageBoxW(owner, wide(String(prompt)), wide(String(title)), MB_OK | signOf(flags));
+}
+
+} // namespace zv::win32

@@ -1,0 +1,142 @@
+#include "win32/System.h"
+
+#include <algorithm>
+
+namespace zv::win32 {
+
+namespace {
+
+/// A function that older systems lack, or nullptr.
+template <class Function>
+Function* found(const char* name)
+{
+    const FARPROC address = GetProcAddress(GetModuleHandleW(L"user32.dll"), name);
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(address));
+}
+
+decltype(&SetThreadDpiAwarenessContext) threadSetter()
+{
+    static auto* const setter = found<decltype(SetThreadDpiAwarenessContext)>("SetThreadDpiAwarenessContext");
+    return setter;
+}
+
+/// RAII guard: a device to measure with.
+class Measure {
+public:
+    explicit Measure(HFONT font) : before_(SelectObject(device_, font)) {}
+    Measure(const Measure&) = delete;
+    Measure& operator=(const Measure&) = delete;
+    ~Measure()
+    {
+        SelectObject(device_, before_);
+        ReleaseDC(nullptr, device_);
+    }
+    HDC device() const { return device_; }
+
+private:
+    HDC device_ = GetDC(nullptr);
+    HGDIOBJ before_;
+};
+
+} // namespace
+
+PerScreen::PerScreen() : before_(nullptr)
+{
+    if (threadSetter() != nullptr)
+        before_ = threadSetter()(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);
+}
+
+PerScreen::~PerScreen()
+{
+    if (before_ != nullptr)
+        threadSetter()(before_);
+}
+
+OwnControls::OwnControls()
+{
+    ACTCTXW wanted{};
+    wanted.cbSize = sizeof wanted;
+    wanted.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
+    wanted.lpResourceName = MAKEINTRESOURCEW(2); // A library's, by the system's convention.
+    constexpr DWORD how =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    GetModuleHandleExW(how, reinterpret_cast<const wchar_t*>(&dotsOf), &wanted.hModule);
+    context_ = CreateActCtxW(&wanted);
+    if (context_ != INVALID_HANDLE_VALUE)
+        ActivateActCtx(context_, &cookie_);
+}
+
+OwnControls::~OwnControls()
+{
+    if (context_ == INVALID_HANDLE_VALUE)
+        return;
+    DeactivateActCtx(0, cookie_);
+    ReleaseActCtx(context_);
+}
+
+int dotsOf(HWND window)
+{
+    if (auto* dots = found<decltype(GetDpiForWindow)>("GetDpiForWindow"))
+        return static_cast<int>(dots(window));
+    const Measure measure(nullptr);
+    return GetDeviceCaps(measure.device(), LOGPIXELSX);
+}
+
+void addFrame(RECT& inside, HWND window)
+{
+    const auto style = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE));
+    const auto extended = static_cast<DWORD>(GetWindowLongPtrW(window, GWL_EXSTYLE));
+    if (auto* adjust = found<decltype(AdjustWindowRectExForDpi)>("AdjustWindowRectExForDpi"))
+        adjust(&inside, style, FALSE, extended, static_cast<UINT>(dotsOf(window)));
+    else
+        AdjustWindowRectEx(&inside, style, FALSE, extended);
+}
+
+Font::Font(int pixels, int hundredths, bool bold)
+{
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    LOGFONTW& font = metrics.lfMessageFont;
+    font.lfHeight = -pixels;
+    font.lfWidth = 0;
+    font.lfQuality = CLEARTYPE_QUALITY;
+    if (bold)
+        font.lfWeight = FW_BOLD;
+    handle_ = CreateFontIndirectW(&font);
+    if (hundredths >= 100)
+        return;
+    TEXTMETRICW usual{};
+    {
+        const Measure measure(handle_);
+        GetTextMetricsW(measure.device(), &usual);
+    }
+    DeleteObject(handle_);
+    font.lfWidth = std::max<LONG>(1, usual.tmAveCharWidth * hundredths / 100);
+    handle_ = CreateFontIndirectW(&font);
+}
+
+Font::~Font()
+{
+    if (handle_ != nullptr)
+        DeleteObject(handle_);
+}
+
+int Font::height() const
+{
+    const Measure measure(handle_);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(measure.device(), &metrics);
+    return metrics.tmHeight;
+}
+
+int Font::width(StringView text) const
+{
+    const Measure measure(handle_);
+    SIZE size{};
+    GetTextExtentPoint32W(measure.device(), reinterpret_cast<const wchar_t*>(text.data()),
+                          static_cast<int>(text.size()), &size);
+    return size.cx;
+}
+
+} // namespace zv::win32

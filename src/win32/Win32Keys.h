@@ -1,0 +1,27 @@
+#pragma once
+
+#include "forms/Keys.h"
+#include "win32/System.h"
+
+#include <optional>
+
+namespace zv::win32 {
+
+/// Maps WM_KEYDOWN to a key that the dialogs know; empty for one that belongs to the window (shortcuts,
+/// selecting with Shift, function keys) or that comes as a character.
+std::optional<Key> keyOf(WPARAM code);
+
+/// Joins the units of WM_CHAR to characters.
+class Characters {
+public:
+    /// The character that is complete with that unit; empty for half of one, and for those that are commands.
+    std::optional<String> take(wchar_t unit);
+
+private:
+    char16_t first_ = 0;
+};
+
+/// Whether the key is held down.
+inline bool held(int code) { return GetKeyState(code) < 0; }
+
+} // namespace zv::win32

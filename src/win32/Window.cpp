@@ -1,0 +1,118 @@
+#include "win32/Window.h"
+
+#include "runtime/Errors.h"
+
+#include <exception>
+
+namespace zv::win32 {
+
+namespace {
+
+/// Of a window: the object that owns it. Others may put a routine of theirs before ours, as tips do.
+constexpr wchar_t ownerProperty[] = L"ZVConfiguracion";
+
+std::exception_ptr& held()
+{
+    static std::exception_ptr failure;
+    return failure;
+}
+
+HWND senderOf(UINT message, WPARAM, LPARAM data)
+{
+    switch (message) {
+    case WM_COMMAND:
+    case WM_CTLCOLORSTATIC:
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORBTN:
+        return reinterpret_cast<HWND>(data);
+    case WM_NOTIFY:
+        return reinterpret_cast<const NMHDR*>(data)->hwndFrom;
+    case WM_DRAWITEM:
+        return reinterpret_cast<const DRAWITEMSTRUCT*>(data)->hwndItem;
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
+
+Window::Window(const wchar_t* kind, DWORD style, DWORD extended, HWND parent)
+    : handle_(CreateWindowExW(extended, kind, L"", style, CW_USEDEFAULT, CW_USEDEFAULT, 0, 0, parent, nullptr,
+                              GetModuleHandleW(nullptr), nullptr))
+{
+    if (handle_ == nullptr)
+        fail(failure::invalidCall, u"Windows no ha podido crear una ventana");
+    hook();
+}
+
+Window::Window(HWND made) : handle_(made), owned_(false) { hook(); }
+
+void Window::hook()
+{
+    SetPropW(handle_, ownerProperty, this);
+    before_ = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(handle_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&procedure)));
+}
+
+Window::~Window()
+{
+    if (handle_ != nullptr && owned_)
+        DestroyWindow(handle_);
+    else if (handle_ != nullptr && RemovePropW(handle_, ownerProperty) != nullptr)
+        SetWindowLongPtrW(handle_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_));
+}
+
+Window* Window::of(HWND window)
+{
+    return window == nullptr ? nullptr : static_cast<Window*>(GetPropW(window, ownerProperty));
+}
+
+void Window::rethrowHeld()
+{
+    if (held())
+        std::rethrow_exception(std::exchange(held(), nullptr));
+}
+
+LRESULT Window::receive(UINT message, WPARAM number, LPARAM data)
+{
+    LRESULT result = 0;
+    Window* child = of(senderOf(message, number, data));
+    if (child != nullptr && child->told(message, number, data, result))
+        return result;
+    return inherited(message, number, data);
+}
+
+LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM number, LPARAM data)
+{
+    Window* owner = of(window);
+    if (message == WM_NCDESTROY) {
+        const WNDPROC before = owner->before_;
+        owner->handle_ = nullptr;
+        RemovePropW(window, ownerProperty);
+        return CallWindowProcW(before, window, message, number, data);
+    }
+    try {
+        return owner->receive(message, number, data);
+    } catch (...) {
+        held() = std::current_exception();
+        return 0;
+    }
+}
+
+/// Its routine is the system's, so that it outlives the library that registered it.
+const wchar_t* Window::ourClass()
+{
+    static constexpr const wchar_t* name = L"ZVConfiguracion.Ventana";
+    WNDCLASSEXW kind{};
+    kind.cbSize = sizeof kind;
+    kind.style = CS_HREDRAW | CS_VREDRAW;
+    kind.lpfnWndProc = DefWindowProcW;
+    kind.hInstance = GetModuleHandleW(nullptr);
+    kind.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    kind.hbrBackground = GetSysColorBrush(COLOR_3DFACE);
+    kind.lpszClassName = name;
+    RegisterClassExW(&kind); // Or it is there already.
+    return name;
+}
+
+} // namespace zv::win32
