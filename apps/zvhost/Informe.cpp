@@ -99,8 +99,12 @@ int informe(const QStringList& words)
         });
     const auto drafts =
         std::ranges::count_if(places, [&](std::size_t place) { return reports.isDraft(place); });
-    std::cout << made.files.size() << " ficheros en " << utf8(folder) << "; " << drafts << " de "
-              << places.size() << " informes son borradores, porque les falta algo.\n";
+    std::cout << made.files.size() << (made.files.size() == 1 ? " fichero en " : " ficheros en ")
+              << utf8(folder);
+    if (drafts > 0)
+        std::cout << "; " << drafts << " de " << places.size()
+                  << " informes son borradores, porque les falta algo";
+    std::cout << ".\n";
     if (made.stopped)
         std::cerr << "zvhost: se ha detenido; lo que estaba hecho queda entero.\n";
     return made.stopped ? failed : done;

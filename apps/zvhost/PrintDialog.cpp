@@ -213,7 +213,9 @@ void PrintDialog::write(const QString& folder, paper::Format format)
                                     together_.isChecked() ? paper::Into::one : paper::Into::each, progress);
         });
     tell((made.stopped ? QStringLiteral("Se ha detenido; lo que estaba hecho queda entero. ") : QString()) +
-         QStringLiteral("%1 ficheros en %2").arg(made.files.size()).arg(QDir::toNativeSeparators(folder)));
+         (made.files.size() == 1 ? QStringLiteral("1 fichero")
+                                 : QStringLiteral("%1 ficheros").arg(made.files.size())) +
+         QStringLiteral(" en ") + QDir::toNativeSeparators(folder));
 }
 
 void PrintDialog::print()

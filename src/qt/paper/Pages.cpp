@@ -2,6 +2,7 @@
 
 #include "paper/Template.h"
 #include "qt/paper/Breaks.h"
+#include "qt/paper/Flowing.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QGlyphRun>
@@ -136,6 +137,7 @@ std::unique_ptr<QTextDocument> flowing(const Text& text)
 {
     auto document = std::make_unique<QTextDocument>();
     fill(*document, text);
+    suitWriter(*document);
     return document;
 }
 
