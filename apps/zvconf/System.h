@@ -30,7 +30,7 @@ public:
     ~Utf8Output();
 
 private:
-    unsigned before_ = 0; ///< The console's code page; 0 where there is none to put back.
+    [[maybe_unused]] unsigned before_ = 0; ///< The console's code page; 0 where there is none to put back.
 };
 
 } // namespace zv::zvconf
