@@ -223,11 +223,15 @@ void PrintDialog::print()
     QPrinter printer(QPrinter::HighResolution);
     printer.setPageSize(QPageSize(QPageSize::A4));
     QPrintDialog dialog(&printer, this);
+    dialog.setOption(QAbstractPrintDialog::PrintPageRange, false); // Pupils are ticked instead.
     if (dialog.exec() != QDialog::Accepted)
         return;
     run(QStringLiteral("No se ha podido imprimir."),
         [&](paper::Places places, const paper::Progress& progress) {
-            paper::print(*reports_, places, printer, progress);
+            if (!paper::print(*reports_, places, printer, progress)) {
+                printer.abort();
+                tell(QStringLiteral("Se ha detenido: no se ha mandado nada a la impresora, o no todo."));
+            }
         });
 }
 

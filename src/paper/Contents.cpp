@@ -191,7 +191,9 @@ String dayInWords(Day day)
 
 String fileName(const SectionSheets& section)
 {
-    return safe(String(progress::wordOf(section.kind)) + u" " + section.section);
+    // Stages have sections of the same name.
+    return safe(String(progress::wordOf(section.kind)) + u" " +
+                (section.course.empty() ? u"" : section.course + u" ") + section.section);
 }
 
 String fileName(const SectionSheets& section, const Sheet& sheet)

@@ -47,6 +47,8 @@ String escaped(StringView text, bool inTag)
             result += u"&gt;";
         else if (each == u'"')
             result += u"&quot;";
+        else if (each == u'\'')
+            result += u"&#39;";
         else
             append(result, each == u'\t' || isPrintable(each) ? each : replacement);
         before = each;

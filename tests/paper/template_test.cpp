@@ -23,9 +23,9 @@ TEST(TemplateTest, fills_texts_escaped_and_parts_once_for_each_or_not_at_all)
               {.texts = {{u"area", u"Dos"}}, .lists = {{u"notas", {}}}}}}}};
     const std::tuple<const char*, StringView, std::string> cases[] = {
         {"text", u"{{alumno}}",
-         "<span style=\"white-space:pre-wrap\">&lt;b&gt;&amp;&quot;'<br/>b<br/>c<br/><br/>d  e��</span>"},
+         "<span style=\"white-space:pre-wrap\">&lt;b&gt;&amp;&quot;&#39;<br/>b<br/>c<br/><br/>d  e��</span>"},
         {"in a tag it has no tags", u"<td title=\"{{alumno}}\">",
-         "<td title=\"&lt;b&gt;&amp;&quot;' b c  d  e��\">"},
+         "<td title=\"&lt;b&gt;&amp;&quot;&#39; b c  d  e��\">"},
         {"empty", u"a{{#medidas}}no{{/medidas}}{{^medidas}}sí{{/medidas}}{{#alumno}}1{{/alumno}}", "así1"},
         {"lists in lists, and what is around them",
          u"<{{#areas}}{{area}}:{{#notas}}[{{respuesta}}{{^respuesta}}—{{/respuesta}}{{area}}]{{/notas}};{{/"

@@ -145,6 +145,9 @@ bool print(const Reports& reports, Places places, QPrinter& printer, const Progr
 {
     printer.setFullPage(true);
     QPainter painter(&printer);
+    if (!painter.isActive())
+        throw RuntimeError(failure::otherData,
+                           u"La impresora no responde: mire si está encendida, o elija otra.");
     const QSizeF paper = printer.pageLayout().fullRect(QPageLayout::Millimeter).size();
     const double fits = std::min({1.0, paper.width() / 210, paper.height() / 297});
     painter.scale(fits, fits);
