@@ -3,11 +3,21 @@
 #include "qt/QtText.h"
 #include "runtime/Convert.h"
 
+#include <algorithm>
+
 namespace zv::paper {
 namespace {
 
 /// So many of what is missing are named, and how many more there are.
 constexpr std::size_t mostNamed = 4;
+
+bool isEmpty(const Sheet& sheet)
+{
+    const auto none = [](const auto& texts) { return std::ranges::all_of(texts, &String::empty); };
+    return sheet.difficulties.empty() && sheet.assessment.empty() && sheet.measures.empty() &&
+           none(sheet.abilities) && none(sheet.procedures) && none(sheet.attitudes) && none(sheet.answers) &&
+           std::ranges::all_of(sheet.areas, [&](const Area& each) { return none(each.answers); });
+}
 
 } // namespace
 
@@ -21,8 +31,9 @@ Reports::Reports(Connection& centro, Kind kind, Long section, const Letterhead& 
 String Reports::missing(std::size_t place) const
 {
     const auto found = missing_.find(section_.sheets.at(place).pupil);
+    // Of whom no report is expected, an empty one is a draft all the same.
     if (found == missing_.end())
-        return {};
+        return isEmpty(section_.sheets[place]) ? String(u"todo") : String();
     String named;
     for (std::size_t each = 0; each < std::min(found->second.size(), mostNamed); ++each)
         named += (named.empty() ? u"" : u"; ") + found->second[each];
