@@ -7,6 +7,7 @@
 #include "zvhost/PrintDialog.h"
 
 #include <QDir>
+#include <QPrinter>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -162,7 +163,7 @@ TEST_F(PaperTest, every_text_stands_whole_on_its_pupils_pages_and_on_nobody_else
     for (std::size_t place = 0; place < all.section().sheets.size(); ++place) {
         const QString page = bare(pagesOf(made.files[qsizetype(place)]).join(u'\n'));
         for (std::size_t other = 0; other < all.section().sheets.size(); ++other, ++pairs)
-            EXPECT_EQ(page.contains(bare(toQt(all.section().sheets[other].fullName()))), other == place);
+            EXPECT_EQ(page.contains(bare(toQt(all.section().sheets[other].fullName))), other == place);
     }
     // And every answer in words.
     for (const auto& [kind, section] : {written[0], written[2]}) {
@@ -183,6 +184,82 @@ TEST_F(PaperTest, every_text_stands_whole_on_its_pupils_pages_and_on_nobody_else
     std::cout << whole << " texts, " << told << " of them told as lacking, " << pairs << " pairs\n";
     EXPECT_GT(whole, 1'000);
     EXPECT_GT(pairs, 10'000);
+}
+
+TEST_F(PaperTest, a_draft_is_whatever_lacks_something_whoever_wrote_it_and_whoever_shows_it)
+{
+    const auto sheetOf = [](const Reports& all, Long pupil) -> const paper::Sheet& {
+        return *std::ranges::find(all.section().sheets, pupil, &paper::Sheet::pupil);
+    };
+    const Long left = reports(Kind::secondary, secondarySection).section().sheets.front().pupil;
+    const std::vector<paper::Sheet> advised = reports(Kind::guidance, advisedSection).section().sheets;
+    const Long hidden = advised[1].pupil;
+    const Long several = 10'000 + hidden;
+    // Half a report of somebody who has left since.
+    run(statement(u"UPDATE Alumno SET fechabaja='1/2/2026' WHERE IDAlumno={}", {left}));
+    run(statement(u"UPDATE Alumno_InfInd SET Valoracion='  ' WHERE CodAlumno={}", {left}));
+    // One whom the window does not show, with one answer; the last of two notes; answers and questions
+    // without words.
+    run(statement(u"UPDATE Alumno SET IDAlumno={},Apellido_1=NULL WHERE IDAlumno={}",
+                  {several, advised[0].pupil}));
+    run(statement(u"UPDATE Alumno SET Nombre=NULL,Apellido_1='',Apellido_2=NULL WHERE IDAlumno={}",
+                  {hidden}));
+    run(u"DELETE FROM ConsejoOrientador_Nota");
+    run(u"DELETE FROM ConsejoOrientador_Respuesta");
+    run(u"UPDATE ConsejoOrientador SET Descripcion=' ' WHERE IDConsejoOrientador=3");
+    for (Long question = 1; question <= 8; ++question) {
+        run(statement(u"INSERT INTO ConsejoOrientador_Respuesta VALUES ({},{},'Sí {}')",
+                      {question, question, question}));
+        run(statement(u"INSERT INTO ConsejoOrientador_Nota VALUES ({},{},{},{},{})",
+                      {question, several, advisedSection, question, question}));
+    }
+    run(u"INSERT INTO ConsejoOrientador_Respuesta VALUES (20,2,NULL)");
+    run(statement(u"INSERT INTO ConsejoOrientador_Nota VALUES (10,{},{},0,1)", {several, advisedSection}));
+    run(statement(u"INSERT INTO ConsejoOrientador_Nota VALUES (11,{},{},20,2)", {several, advisedSection}));
+    run(statement(u"INSERT INTO ConsejoOrientador_Nota VALUES (12,{},{},3,3)", {hidden, advisedSection}));
+    const Reports guidance = reports(Kind::guidance, advisedSection);
+    const Reports secondary = reports(Kind::secondary, secondarySection);
+    EXPECT_TRUE(sheetOf(secondary, left).left);
+    EXPECT_THAT(sheetOf(secondary, left).missing,
+                testing::Contains(String(u"Valoración del aprendizaje y promoción")));
+    EXPECT_EQ(sheetOf(secondary, left).assessment, u"");
+    EXPECT_EQ(sheetOf(guidance, several).missing.size(), 2U);
+    EXPECT_EQ(sheetOf(guidance, several).answers[1], u"");
+    EXPECT_TRUE(sheetOf(guidance, hidden).hidden);
+    EXPECT_EQ(sheetOf(guidance, hidden).missing.size(), 7U);
+    const auto place =
+        static_cast<std::size_t>(std::ranges::find(guidance.section().sheets, hidden, &paper::Sheet::pupil) -
+                                 guidance.section().sheets.begin());
+    EXPECT_THAT(guidance.fileName(place).toStdString(), HasSubstr("Alumno " + std::to_string(hidden)));
+    EXPECT_THAT(toUtf8(guidance.text(place).html.toStdU16String()), HasSubstr("La pregunta 3"));
+    // A report of another stage, and one of none.
+    run(u"UPDATE Seccion SET CodCurso=NULL WHERE IDSeccion=15");
+    for (const auto& [kind, section] :
+         {std::pair(Kind::primary, secondarySection), std::pair(Kind::guidance, primarySection),
+          std::pair(Kind::guidance, Long{15})})
+        EXPECT_THROW(reports(kind, section), RuntimeError);
+}
+
+TEST_F(PaperTest, names_of_files_have_room_in_any_folder_and_a_printer_gets_what_a_file_does)
+{
+    const String wide(100, u'字');
+    run(u"UPDATE Alumno SET Nombre='" + wide + u"',Apellido_1='" + wide + u"'");
+    run(u"UPDATE Seccion SET Descripcion='" + wide + u"'");
+    run(u"UPDATE Curso SET Descripcion='" + wide + u"'");
+    const Reports all = reports(Kind::secondary, secondarySection);
+    EXPECT_EQ(make(all).files.size(), qsizetype(all.section().sheets.size()));
+    const QStringList written = pagesOf(make(all, paper::Into::one).files.front());
+    for (const bool stops : {false, true}) {
+        QPrinter printer(QPrinter::HighResolution);
+        printer.setOutputFileName(folder.filePath(QStringLiteral("impreso.pdf")));
+        printer.setPageSize(QPageSize(QPageSize::A4));
+        EXPECT_EQ(print(all, everybody(all), printer,
+                        [stops](int done, int, const QString&) { return !stops || done < 2; }),
+                  !stops);
+        const QStringList printed = pagesOf(printer.outputFileName());
+        EXPECT_EQ(printed.size() < written.size(), stops);
+        EXPECT_EQ(printed.front(), written.front());
+    }
 }
 
 /// Word of a page and its box in points.

@@ -10,6 +10,7 @@
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QSaveFile>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocumentFragment>
 #include <QTextDocumentWriter>
@@ -28,7 +29,7 @@ namespace {
 
 QString nameOf(const Reports& reports, std::size_t place)
 {
-    return toQt(reports.section().sheets.at(place).fullName());
+    return toQt(reports.section().sheets.at(place).fullName);
 }
 
 /// Through memory: the writer closes its device, which a file that is renamed forbids.
@@ -80,7 +81,7 @@ public:
                 whole = std::move(one);
                 return;
             }
-            QTextBlockFormat newPage;
+            QTextBlockFormat newPage = one->begin().blockFormat(); // The fragment's first takes this one.
             newPage.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
             QTextCursor end(whole.get());
             end.movePosition(QTextCursor::End);

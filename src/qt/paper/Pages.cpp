@@ -138,6 +138,25 @@ std::unique_ptr<QTextDocument> flowing(const Text& text)
     auto document = std::make_unique<QTextDocument>();
     fill(*document, text);
     suitWriter(*document);
+    const auto add = [&](QTextCursor::MoveOperation where, const QString& what, double points,
+                         Qt::Alignment side) {
+        QTextBlockFormat block;
+        block.setAlignment(side);
+        QTextCharFormat letters;
+        letters.setFontPointSize(points);
+        letters.setForeground(ink);
+        QTextCursor cursor(document.get());
+        cursor.movePosition(where);
+        cursor.insertBlock(block, letters);
+        if (where == QTextCursor::Start) {
+            cursor.movePosition(where);
+            cursor.setBlockFormat(block);
+        }
+        cursor.insertText(what, letters);
+    };
+    add(QTextCursor::End, text.footer, 10, Qt::AlignLeft);
+    if (text.draft)
+        add(QTextCursor::Start, QStringLiteral("Borrador"), 36, Qt::AlignHCenter);
     return document;
 }
 
