@@ -8,7 +8,7 @@ set "quitar="
 set "callado="
 set "rama=HKCU"
 set "modo=/n /i:user"
-set "para=la cuenta %USERNAME%"
+set "para=su cuenta de Windows"
 set "palabra="
 set "fin=0"
 set "sistema=%SystemRoot%\System32"
@@ -50,16 +50,21 @@ for %%d in (ZVConfiguracion ZVDatos) do if exist "%otra%\%%d.dll" %sistema%\regs
 echo Antes estaba en "%otra%": esa carpeta ya se puede borrar.
 :registrar
 %sistema%\regsvr32.exe /s %modo% "%aqui%\ZVConfiguracion.dll"
-if errorlevel 1 goto deshacer
+set "codigo=%errorlevel%"
+if not "%codigo%"=="0" goto deshacer
 %sistema%\regsvr32.exe /s %modo% "%aqui%\ZVDatos.dll"
-if errorlevel 1 goto deshacer
+set "codigo=%errorlevel%"
+if not "%codigo%"=="0" goto deshacer
 %sistema%\reg.exe add "%clave%" /f /v InstallLocation /d "%aqui%" >nul
-if errorlevel 1 goto deshacer
+set "codigo=%errorlevel%"
+if not "%codigo%"=="0" goto deshacer
 %sistema%\reg.exe add "%clave%" /f /v DisplayName /d "ZVConfiguracion" >nul
 %sistema%\reg.exe add "%clave%" /f /v DisplayVersion /d "@VERSION@" >nul
 %sistema%\reg.exe add "%clave%" /f /v Publisher /d "ZVConfiguracion" >nul
-%sistema%\reg.exe add "%clave%" /f /v UninstallString /d "\"%aqui%\quitar.cmd\"%palabra%" >nul
-%sistema%\reg.exe add "%clave%" /f /v QuietUninstallString /d "\"%aqui%\quitar.cmd\"%palabra% /callado" >nul
+rem Entre las comillas de dentro, para cmd no hay comillas.
+set "orden=%aqui:&=^&%\quitar.cmd"
+%sistema%\reg.exe add "%clave%" /f /v UninstallString /d "\"%orden%\"%palabra%" >nul
+%sistema%\reg.exe add "%clave%" /f /v QuietUninstallString /d "\"%orden%\"%palabra% /callado" >nul
 %sistema%\reg.exe add "%clave%" /f /v NoModify /t REG_DWORD /d 1 >nul
 %sistema%\reg.exe add "%clave%" /f /v NoRepair /t REG_DWORD /d 1 >nul
 echo Instalado para %para%, en "%aqui%".
@@ -70,7 +75,8 @@ goto fin
 for %%d in (ZVConfiguracion ZVDatos) do %sistema%\regsvr32.exe /s /u %modo% "%aqui%\%%d.dll"
 call :olvidar
 set "fin=2"
-echo No se puede escribir en el registro de Windows: no queda nada instalado.
+echo No se ha podido registrar: no queda nada instalado. El programa que registra termina con %codigo%.
+if "%codigo%"=="3" echo La DLL no se puede cargar: o no es la del ZIP, o este Windows no es de 64 bits.
 if "%rama%"=="HKLM" goto administrador
 goto fin
 
@@ -141,7 +147,7 @@ goto :eof
 
 :desregistrar_una
 %sistema%\regsvr32.exe /s /u %modo% "%aqui%\%~1.dll"
-if errorlevel 1 set "mal=1"
+if not "%errorlevel%"=="0" set "mal=1"
 goto :eof
 
 rem Una cuenta tiene la clave de encima desde lo primero que se instala para ella sola.
