@@ -236,10 +236,8 @@ void PrintDialog::print()
         return;
     run(QStringLiteral("No se ha podido imprimir."),
         [&](paper::Places places, const paper::Progress& progress) {
-            if (!paper::print(*reports_, places, printer, progress)) {
-                printer.abort();
+            if (!paper::print(*reports_, places, printer, progress))
                 tell(QStringLiteral("Se ha detenido: no se ha mandado nada a la impresora, o no todo."));
-            }
         });
 }
 

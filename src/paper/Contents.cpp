@@ -199,7 +199,8 @@ String fileName(const SectionSheets& section)
     // Stages have sections of the same name.
     const String course = safe(section.course, longestLabel);
     return String(progress::wordOf(section.kind)) + (course.empty() ? u"" : u" ") + course + u" " +
-           safe(section.section, longestLabel);
+           safe(section.section, longestLabel) +
+           (section.hasNamesake ? u" (" + decimalText(section.id) + u")" : u"");
 }
 
 String fileName(const SectionSheets& section, const Sheet& sheet)

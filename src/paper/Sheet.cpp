@@ -53,6 +53,13 @@ void readHeading(Connection& centro, Long id, SectionSheets& section)
     section.section = textIn(rows.front()[0]);
     section.course = textIn(rows.front()[1]);
     section.teaching = textIn(rows.front()[2]);
+    section.id = id;
+    const Rows all = read(centro, u"SELECT Seccion.Descripcion, Curso.Descripcion FROM Seccion LEFT JOIN "
+                                  u"Curso ON Seccion.CodCurso=Curso.IDCurso");
+    section.hasNamesake =
+        std::ranges::count_if(all, [&](const std::vector<Value>& each) {
+            return sameName(textIn(each[0]), section.section) && sameName(textIn(each[1]), section.course);
+        }) > 1;
     section.school = readText(centro, u"SELECT Nombre FROM Centro ORDER BY IDCentro");
     const String tutor = u" FROM Personal INNER JOIN Seccion ON Personal.IDPersonal=Seccion.CodTutor WHERE "
                          u"Seccion.IDSeccion=" +
@@ -72,7 +79,8 @@ std::vector<Question> questionsOf(std::span<const String> names, const std::map<
     for (const String& name : names)
         result.push_back({name});
     for (const auto& [key, answer] : answers)
-        if (answer.question >= 1 && answer.question <= static_cast<Long>(result.size()))
+        if (!answer.text.empty() && answer.question >= 1 &&
+            answer.question <= static_cast<Long>(result.size()))
             result[static_cast<std::size_t>(answer.question - 1)].answers.push_back(answer.text);
     return result;
 }

@@ -52,6 +52,8 @@ struct SectionSheets {
     String teaching;
     String course;
     String section;
+    Long id = 0;
+    bool hasNamesake = false; ///< Another section of the school has its name and its course's.
     String tutor;
     std::vector<Question> questions = {}; ///< The five kinds of rating, or the questions of the guidance.
     std::vector<Sheet> sheets = {};

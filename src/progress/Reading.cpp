@@ -140,11 +140,10 @@ void Reader::readAnswers(const String& query, std::map<Long, Answer>& answers, s
 {
     forEachRow(query, [&](const std::vector<Value>& row) {
         String text = textIn(row[2]);
-        if (isBlank(text))
-            return;
         const Long question = longIn(row[1]);
-        answers[longIn(row[0])] = {question, std::move(text)};
-        if (question >= 1 && question <= static_cast<Long>(possible.size()))
+        const bool isNone = isBlank(text);
+        answers[longIn(row[0])] = {question, isNone ? String() : std::move(text)};
+        if (!isNone && question >= 1 && question <= static_cast<Long>(possible.size()))
             possible[static_cast<std::size_t>(question - 1)] = true;
     });
 }
@@ -167,7 +166,8 @@ void Reader::readGuidance()
                        return;
                    const auto answer = reading_.guidanceAnswers.find(longIn(row[2]));
                    pupil->answers[static_cast<std::size_t>(question - 1)] =
-                       answer != reading_.guidanceAnswers.end() && answer->second.question == question
+                       answer != reading_.guidanceAnswers.end() && answer->second.question == question &&
+                               !answer->second.text.empty()
                            ? answer->first
                            : 0;
                });
@@ -194,7 +194,7 @@ void Reader::readTextsOf(StringView table, std::size_t first, std::size_t last)
                });
 }
 
-/// An answer counts as long as it is in the catalogue, under whatever type: the dialog shows it.
+/// An answer counts as long as it is in the catalogue, under whatever type: the dialog shows the first.
 void Reader::readRatings()
 {
     forEachRow(u"SELECT Alumno_MateriaDetalles.codAlumno, Materia.IDMateria, Materia.Nombre FROM "
@@ -232,6 +232,12 @@ void Reader::readRatings()
                    Long& first = subject->answers[static_cast<std::size_t>(type - 1)];
                    first = first == 0 ? answer : first;
                });
+    for (Pupil& pupil : reading_.pupils)
+        for (Subject& subject : pupil.subjects)
+            std::ranges::replace_if(
+                subject.answers,
+                [&](Long answer) { return answer != 0 && reading_.ratingAnswers.at(answer).text.empty(); },
+                Long{0});
 }
 
 } // namespace

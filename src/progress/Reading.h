@@ -55,10 +55,10 @@ struct Section {
     bool endsCycle = false;
 };
 
-/// Answer of a catalogue that has a text; one without is none, on paper and for whoever reads it.
+/// Answer of a catalogue. One without a text is none, on paper and for whoever reads it.
 struct Answer {
     Long question = 0; ///< Question of the guidance or type of rating that lists it.
-    String text;
+    String text;       ///< "" of blanks too.
 };
 
 /// Subject of a pupil with the answers to its types of rating: their keys, 0 for none.

@@ -47,6 +47,8 @@ QFont font(double points)
     result.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans Condensed"),
                         QStringLiteral("DejaVu Sans"), QStringLiteral("sans-serif")});
     result.setPointSizeF(points);
+    // Some spacing, which nobody sees, keeps fi and fl from becoming one letter that no search finds.
+    result.setLetterSpacing(QFont::AbsoluteSpacing, 0.02);
     result.setHintingPreference(QFont::PreferNoHinting);
     return result;
 }
