@@ -54,6 +54,7 @@ private:
     std::vector<int> widths() const;
     void followScroll();
     void scrolled();
+    void drawFocus() const;
     void draw(const DRAWITEMSTRUCT& row) const;
     void drawCell(HDC device, RECT place, Long row, Long column) const;
     bool selected(Long row, Long column) const;
