@@ -1,6 +1,7 @@
 #include "zvconf/System.h"
 
 #include "win32/Win32Desktop.h"
+#include "win32/stage/Win32Gallery.h"
 #include "win32/stage/Win32Stage.h"
 
 #include <csignal>
@@ -46,6 +47,13 @@ std::unique_ptr<Desktop> windowDesktop()
     desktop->rememberZoom();
     desktop->keepDrafts();
     return desktop;
+}
+
+Gallery drawWindows(const String& folder, const School& school)
+{
+    static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    const win32::Gallery drawn = win32::drawGallery(folder, school);
+    return {drawn.pictures, drawn.dots};
 }
 
 Utf8Output::Utf8Output()

@@ -52,9 +52,8 @@ std::optional<Keystroke> keystrokeOf(const QKeyEvent& event)
     const bool types = held == Qt::NoModifier || shift ||
                        (held & ~Qt::ShiftModifier) == (Qt::ControlModifier | Qt::AltModifier);
     const String text = fromQt(event.text());
-    if (!types || text.empty() || !event.text().front().isPrint())
-        if (text.size() != 2 || !event.text().front().isHighSurrogate())
-            return std::nullopt;
+    if (!types || text.empty() || !isWritten(text.front()))
+        return std::nullopt;
     return text;
 }
 

@@ -25,8 +25,16 @@ void ControlView::followPlace()
     const UINT shown = control_.Visible() ? SWP_SHOWWINDOW : SWP_HIDEWINDOW;
     SetWindowPos(handle(), nullptr, place.left, place.top, place.right - place.left, heightIn(place),
                  SWP_NOZORDER | SWP_NOACTIVATE | shown);
-    EnableWindow(handle(), control_.Enabled());
+    EnableWindow(handle(), enabled());
     window_.tip(handle(), control_.ToolTipText());
+}
+
+bool ControlView::enabled() const
+{
+    const Control* outer = &control_;
+    while (outer != nullptr && outer->Enabled())
+        outer = outer->frame();
+    return outer == nullptr;
 }
 
 void ControlView::show(const String& text)

@@ -64,6 +64,8 @@ protected:
     ViewHost& window() const { return window_; }
 
 private:
+    /// Whether it is, and all that it stands in.
+    bool enabled() const;
     /// Whether the message was a key that the dialogs know.
     bool keyed(UINT message, WPARAM number);
     ViewHost& window_;

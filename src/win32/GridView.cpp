@@ -11,6 +11,7 @@ namespace zv::win32 {
 namespace {
 
 constexpr int cellMargin = 4;
+constexpr int focusEdge = 2;
 
 UINT alignmentOf(Integer number) { return number == 4 ? DT_CENTER : number == 7 ? DT_RIGHT : DT_LEFT; }
 
@@ -222,6 +223,22 @@ bool GridView::selected(Long row, Long column) const
     return between(row, grid.Row(), grid.RowSel()) && between(column, grid.Col(), grid.ColSel());
 }
 
+/// Frames the rows of the grid that has the focus: its cell may be the heading's, or out of sight.
+void GridView::drawFocus() const
+{
+    RECT title{};
+    GetClientRect(heading(), &title);
+    RECT rows{};
+    GetClientRect(handle(), &rows);
+    rows.top = title.bottom;
+    const HDC device = GetDC(handle());
+    for (int line = 0; line < focusEdge; ++line) {
+        FrameRect(device, &rows, GetSysColorBrush(COLOR_HIGHLIGHT));
+        InflateRect(&rows, -1, -1);
+    }
+    ReleaseDC(handle(), device);
+}
+
 void GridView::draw(const DRAWITEMSTRUCT& drawn) const
 {
     const Long row = static_cast<Long>(drawn.itemID) + 1;
@@ -352,6 +369,13 @@ LRESULT GridView::receive(UINT message, WPARAM number, LPARAM data)
         return 0;
     case WM_RBUTTONDOWN:
         return 0;
+    case WM_SETFOCUS: // It is drawn otherwise; and what scrolls takes the edge with it.
+    case WM_KILLFOCUS:
+    case WM_VSCROLL:
+    case WM_MOUSEWHEEL:
+    case LVM_SCROLL:
+        InvalidateRect(handle(), nullptr, FALSE);
+        break;
     case WM_NOTIFY: {
         const auto code = reinterpret_cast<const NMHDR*>(data)->code;
         const LRESULT result = inherited(message, number, data);
@@ -363,6 +387,8 @@ LRESULT GridView::receive(UINT message, WPARAM number, LPARAM data)
         break;
     }
     const LRESULT result = ViewOf::receive(message, number, data);
+    if (message == WM_PAINT && GetFocus() == handle())
+        drawFocus();
     if (message == WM_VSCROLL || message == WM_MOUSEWHEEL)
         scrolled();
     return result;

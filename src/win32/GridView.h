@@ -60,6 +60,7 @@ private:
     void dragged();
     void followScroll();
     void scrolled();
+    void drawFocus() const;
     void draw(const DRAWITEMSTRUCT& row) const;
     void drawCell(HDC device, RECT place, Long row, Long column) const;
     bool selected(Long row, Long column) const;

@@ -110,25 +110,26 @@ double systemLetters()
     return std::abs(static_cast<double>(messageFont().lfHeight)) / system.pixels(largestFont);
 }
 
-Font::Font(int pixels, int hundredths, bool bold)
+Font::Font(int pixels)
 {
     LOGFONTW font = messageFont();
     font.lfHeight = -pixels;
     font.lfWidth = 0;
     font.lfQuality = CLEARTYPE_QUALITY;
-    if (bold)
-        font.lfWeight = FW_BOLD;
     handle_ = CreateFontIndirectW(&font);
-    if (hundredths >= 100)
-        return;
+}
+
+Font Font::narrowed(int hundredths) const
+{
+    LOGFONTW font{};
+    GetObjectW(handle_, sizeof font, &font);
     TEXTMETRICW usual{};
-    {
-        const Measure measure(handle_);
-        GetTextMetricsW(measure.device(), &usual);
-    }
-    DeleteObject(handle_);
+    const Measure measure(handle_);
+    GetTextMetricsW(measure.device(), &usual);
     font.lfWidth = std::max<LONG>(1, usual.tmAveCharWidth * hundredths / 100);
-    handle_ = CreateFontIndirectW(&font);
+    Font result;
+    result.handle_ = CreateFontIndirectW(&font);
+    return result;
 }
 
 Font::~Font()

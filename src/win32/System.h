@@ -71,8 +71,8 @@ void addFrame(RECT& inside, HWND window);
 class Font {
 public:
     Font() = default;
-    /// The system's own for dialogs, so many pixels high and its letters so many hundredths as wide.
-    explicit Font(int pixels, int hundredths = 100, bool bold = false);
+    /// The system's own for dialogs, so many pixels high.
+    explicit Font(int pixels);
     Font(Font&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
     Font& operator=(Font&& other) noexcept
     {
@@ -81,6 +81,8 @@ public:
     }
     ~Font();
     HFONT handle() const { return handle_; }
+    /// The same, as high, its letters so many hundredths as wide.
+    Font narrowed(int hundredths) const;
     int height() const;
     int width(StringView text) const { return widest({&text, 1}); }
     /// Width of the widest of the texts.

@@ -19,9 +19,6 @@ constexpr std::pair<WPARAM, Key> shifted[] = {
     {VK_BACK, Key::Backspace},
 };
 
-constexpr wchar_t firstLetter = 0x20; ///< What stands before are commands.
-constexpr wchar_t rubout = 0x7f;
-
 template <std::size_t N>
 std::optional<Key> among(const std::pair<WPARAM, Key> (&keys)[N], WPARAM code)
 {
@@ -84,7 +81,7 @@ std::optional<String> Characters::take(wchar_t unit)
     }
     if (IS_LOW_SURROGATE(unit) && first != 0)
         return String{first, static_cast<char16_t>(unit)};
-    if (unit < firstLetter || unit == rubout)
+    if (!isWritten(static_cast<char16_t>(unit)))
         return std::nullopt;
     return String(1, static_cast<char16_t>(unit));
 }
