@@ -334,6 +334,7 @@ void FormWindow::say(const String& text, const std::vector<BarChoice>& choices)
 {
     if (!bar_ || !alive())
         return;
+    const OwnControls ownControls;
     bar_->say(text, choices);
     fit();
     moveInside();
