@@ -273,6 +273,10 @@ void FormWindow::end()
     alive_ = false;
     KillTimer(handle(), minuteTimer);
     ShowWindow(handle(), SW_HIDE);
+    // One that was disabled while it saved is no longer the active one, and hands the keyboard to nobody.
+    const HWND active = GetActiveWindow();
+    if ((active == nullptr || active == handle()) && IsWindowVisible(owner_) != 0)
+        SetActiveWindow(owner_);
 }
 
 void FormWindow::cover(bool covered)
