@@ -43,7 +43,10 @@ std::unique_ptr<Desktop> windowDesktop()
 {
     // For the process: each window tells screen readers what it is through COM.
     static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
-    return std::make_unique<win32::Win32Desktop>();
+    auto desktop = std::make_unique<win32::Win32Desktop>();
+    desktop->rememberZoom();
+    desktop->keepDrafts();
+    return desktop;
 }
 
 Gallery drawWindows(const String& folder, const School& school)

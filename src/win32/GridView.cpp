@@ -1,9 +1,8 @@
 #include "win32/GridView.h"
 
-#include "forms/ViewRules.h"
+#include "views/ViewRules.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include <windowsx.h>
 
@@ -97,7 +96,7 @@ void GridView::followColumns()
         while (send(handle(), LVM_DELETECOLUMN) != 0) {
         }
         columns_ = std::move(columns);
-        dragged_.clear();
+        shares_.clear();
         LVCOLUMNW none{};
         none.mask = LVCF_WIDTH | LVCF_FMT;
         for (std::size_t place = 0; place < columns_.size(); ++place)
@@ -128,22 +127,53 @@ void GridView::followTitles()
     }
 }
 
+int GridView::room() const
+{
+    RECT place{};
+    GetWindowRect(handle(), &place);
+    const int height = static_cast<int>(place.bottom - place.top) - 2 * GetSystemMetrics(SM_CYBORDER);
+    const bool scrolls = window().pixels(typed().rowHeight()) * typed().Rows() > height;
+    return static_cast<int>(place.right - place.left) - 2 * GetSystemMetrics(SM_CXBORDER) -
+           (scrolls ? GetSystemMetrics(SM_CXVSCROLL) : 0);
+}
+
+std::vector<ColumnNeed> GridView::needs() const
+{
+    const Font& font = window().font();
+    const int letter = font.width(u"n");
+    const Long rows = std::min<Long>(typed().Rows(), measuredRows + 1);
+    std::vector<ColumnNeed> all;
+    for (const Long column : columns_) {
+        std::vector<StringView> texts;
+        for (Long row = 0; row < rows; ++row)
+            texts.push_back(typed().TextMatrix(row, column));
+        all.push_back({font.widest(texts) + 2 * cellMargin + 3 * letter, titleWidth(column), 12 * letter});
+    }
+    return all;
+}
+
+int GridView::titleWidth(Long column) const
+{
+    return window().font().width(typed().TextMatrix(0, column)) + 4 * cellMargin;
+}
+
 std::vector<int> GridView::widths() const
 {
-    if (dragged_.size() == columns_.size() && !dragged_.empty())
-        return dragged_;
     std::vector<int> all;
     for (const Long column : columns_)
         all.push_back(window().pixels(typed().ColWidth(column)));
-    RECT inside{};
-    GetClientRect(handle(), &inside);
-    const int natural = std::accumulate(all.begin(), all.end(), 0);
-    if (window().bare() || natural > inside.right || natural == 0)
+    if (window().bare() || all.empty())
         return all;
-    for (int& each : all)
-        each = each * inside.right / natural;
-    all.back() += inside.right - std::accumulate(all.begin(), all.end(), 0);
-    return all;
+    return columnWidths(
+        std::move(all), shares_, room(), [this] { return needs(); }, titleWidth(columns_.back()));
+}
+
+void GridView::dragged()
+{
+    shares_.clear();
+    for (std::size_t place = 0; place < columns_.size(); ++place)
+        shares_.push_back(static_cast<double>(send(handle(), LVM_GETCOLUMNWIDTH, place)) / room());
+    followContent();
 }
 
 void GridView::followScroll()
@@ -292,7 +322,7 @@ void GridView::press(const Keystroke& key)
 
 bool GridView::paged(WPARAM code)
 {
-    if (code != VK_PRIOR && code != VK_NEXT)
+    if ((code != VK_PRIOR && code != VK_NEXT) || held(VK_CONTROL))
         return false;
     const Long rows = typed().visibleRows();
     const Long top = typed().TopRow() + (code == VK_NEXT ? rows : -rows);
@@ -350,12 +380,7 @@ LRESULT GridView::receive(UINT message, WPARAM number, LPARAM data)
         const auto code = reinterpret_cast<const NMHDR*>(data)->code;
         const LRESULT result = inherited(message, number, data);
         if (code == static_cast<UINT>(HDN_ENDTRACKW) || code == static_cast<UINT>(HDN_ENDTRACKA))
-            window().later([this] {
-                dragged_.clear();
-                for (std::size_t place = 0; place < columns_.size(); ++place)
-                    dragged_.push_back(static_cast<int>(send(handle(), LVM_GETCOLUMNWIDTH, place)));
-                window().columnsMoved();
-            });
+            window().later([this] { dragged(); });
         return result;
     }
     default:

@@ -1,7 +1,8 @@
 #include "win32/TextView.h"
 
-#include "forms/ViewRules.h"
 #include "runtime/Convert.h"
+#include "views/ViewRules.h"
+#include "win32/Clipboard.h"
 
 #include <algorithm>
 
@@ -18,20 +19,6 @@ DWORD styleOf(const TextBox& box)
 {
     const DWORD lines = ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_VSCROLL;
     return (box.MultiLine() ? lines : ES_AUTOHSCROLL) | (box.RightAligned() ? ES_RIGHT : ES_LEFT);
-}
-
-String clipboard(HWND window)
-{
-    String text;
-    if (OpenClipboard(window) == 0)
-        return text;
-    if (HANDLE data = GetClipboardData(CF_UNICODETEXT); data != nullptr) {
-        if (const auto* units = static_cast<const char16_t*>(GlobalLock(data)); units != nullptr)
-            text = units;
-        GlobalUnlock(data);
-    }
-    CloseClipboard();
-    return text;
 }
 
 /// As the system keeps texts of several lines; of a box of one, as they come.
@@ -156,7 +143,7 @@ void TextView::takeOver()
 
 void TextView::paste()
 {
-    const String text = withLines(clipboard(handle()), typed().MultiLine());
+    const String text = withLines(clipboardText(handle()), typed().MultiLine());
     const Deeper own(own_);
     act([&](Acts& acts) { return acts.paste(typed(), text); });
 }
