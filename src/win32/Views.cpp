@@ -334,7 +334,7 @@ LRESULT ListView::receive(UINT message, WPARAM number, LPARAM data)
             return inherited(message, number, data);
         break;
     case WM_SYSKEYDOWN: // Not every system's list lets the window have Alt with F4.
-        if (number != VK_UP && number != VK_DOWN)
+        if (number == VK_F4)
             return DefWindowProcW(handle(), message, number, data);
         break;
     case WM_MOUSEWHEEL:
