@@ -21,9 +21,12 @@ function(zv_resources library folder)
     set(width -m32)
     set(ZV_ARCHITECTURE x86)
   endif()
+  # It notes the time, in words and as a number, and the same source would never make the same library again.
+  set(untimed "s/( at ).{24}(\\nW*\\x13\\0).{4}/$1Thu Jan  1 00:00:00 1970$2\\0\\0\\0\\0/s or die")
   add_custom_command(OUTPUT ${ZV_TYPES} DEPENDS ${definition}
                      COMMAND sh -c "(echo 'import \"oaidl.idl\"$<SEMICOLON>' && iconv -f UTF-8 -t CP1252 ${definition}) >${made}.idl"
                      COMMAND ${ZV_WIDL} ${width} -I${ZV_WIDL_HEADERS} -L${ZV_WIDL_TYPES} -t -o ${ZV_TYPES} ${made}.idl
+                     COMMAND perl -0777 -pi -e "${untimed}" ${ZV_TYPES}
                      VERBATIM)
   target_sources(${library} PRIVATE ${made}.rc ${ZV_TYPES})
   set_source_files_properties(${made}.rc PROPERTIES OBJECT_DEPENDS ${ZV_TYPES} SKIP_PRECOMPILE_HEADERS ON)

@@ -9,6 +9,7 @@ set(CMAKE_FIND_ROOT_PATH /usr/${ZV_MINGW})
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+# Without the time of linking, so that the same sources make the same bytes.
 foreach(kind EXE SHARED)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT -static)
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
 endforeach()

@@ -34,6 +34,7 @@ int azar(Arguments arguments);
 int textos(Arguments arguments);
 int nodos(Arguments arguments);
 int dialogo(Arguments arguments);
+int galeria(Arguments arguments);
 int mudar(Arguments arguments);
 int copia(Arguments arguments);
 int restaurar(Arguments arguments);

@@ -36,15 +36,6 @@ Long rowNumber(const String& word)
     }
 }
 
-/// RAII guard: the dialogs open there as long as it lives.
-class Using {
-public:
-    explicit Using(Desktop& screen) { useDesktop(&screen); }
-    Using(const Using&) = delete;
-    Using& operator=(const Using&) = delete;
-    ~Using() { useDesktop(nullptr); }
-};
-
 } // namespace
 
 int dialogo(Arguments arguments)
@@ -61,7 +52,7 @@ int dialogo(Arguments arguments)
     let(*session, u"lngRowData", row);
     cAsignarDatos facade;
     facade.ObtenerDatos(session);
-    const Using shown(*screen);
+    const UsingDesktop shown(*screen);
     facade.ActivarFormulario(node.number);
     return done;
 }

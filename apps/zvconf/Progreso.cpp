@@ -126,6 +126,10 @@ void printJson(const Panel& panel, bool onlyMissing)
                       .text(u"clase", u"definicion")
                       .text(u"tipo", wordOf(kind))
                       .text(u"texto", definition(kind)));
+    lines.add(JsonObject()
+                  .text(u"clase", u"definicion")
+                  .text(u"tipo", u"todos")
+                  .text(u"texto", progress::definitionOfAll()));
     for (const Report& each : panel.reports)
         if (isWanted(each, onlyMissing))
             lines.add(jsonOf(panel, each));
@@ -167,6 +171,9 @@ int progreso(Arguments arguments)
     if (options.has(u"--seccion"))
         look.section = numberFrom(options.values(u"--seccion").front());
     const Panel panel = progress::panel(*inspectSchool(options.values(u"--bd").front()).centro, look);
+    if (look.section != 0 && panel.sections.empty())
+        throw RuntimeError(failure::otherData,
+                           statement(u"La sección {} no está, o no tiene esos informes.", {look.section}));
     const bool onlyMissing = options.has(u"--faltan");
     if (options.has(u"--json"))
         printJson(panel, onlyMissing);

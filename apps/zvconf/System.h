@@ -20,6 +20,16 @@ StageMaker windowStage();
 /// The desktop in windows of the system; a UsageError where this program has none.
 std::unique_ptr<Desktop> windowDesktop();
 
+/// Pictures that were drawn, and their dots per inch.
+struct Gallery {
+    int pictures = 0;
+    int dots = 0;
+};
+
+/// Draws every dialog of that school in windows of the system as pictures in a folder; a UsageError where
+/// this program has none.
+Gallery drawWindows(const String& folder, const School& school);
+
 /// RAII guard: as long as it lives, standard output and error take UTF-8 with lines that end in LF, and a
 /// console shows them so.
 class Utf8Output {

@@ -36,6 +36,11 @@ std::unique_ptr<Desktop> windowDesktop()
     throw UsageError(u"Aquí las ventanas las abre «zvhost dialogo»; esta orden es de zvconf en Windows.");
 }
 
+Gallery drawWindows(const String& /*folder*/, const School& /*school*/)
+{
+    throw UsageError(u"Aquí las ventanas las dibuja «zvhost galeria»; esta orden es de zvconf en Windows.");
+}
+
 // Streams take bytes as they are.
 Utf8Output::Utf8Output() = default;
 Utf8Output::~Utf8Output() { std::cout.flush(); }

@@ -1,6 +1,7 @@
 #include "zvconf/System.h"
 
 #include "win32/Win32Desktop.h"
+#include "win32/stage/Win32Gallery.h"
 #include "win32/stage/Win32Stage.h"
 
 #include <csignal>
@@ -42,7 +43,17 @@ std::unique_ptr<Desktop> windowDesktop()
 {
     // For the process: each window tells screen readers what it is through COM.
     static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
-    return std::make_unique<win32::Win32Desktop>();
+    auto desktop = std::make_unique<win32::Win32Desktop>();
+    desktop->rememberZoom();
+    desktop->keepDrafts();
+    return desktop;
+}
+
+Gallery drawWindows(const String& folder, const School& school)
+{
+    static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    const win32::Gallery drawn = win32::drawGallery(folder, school);
+    return {drawn.pictures, drawn.dots};
 }
 
 Utf8Output::Utf8Output()

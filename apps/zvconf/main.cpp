@@ -22,7 +22,7 @@ constexpr Command commands[] = {
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
     {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
     {u"importar", importar},   {u"diario", diario},       {u"unir", unir},           {u"progreso", progreso},
-    {u"dialogo", dialogo},
+    {u"dialogo", dialogo},     {u"galeria", galeria},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -131,6 +131,10 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
   zvconf dialogo NODO [--fila N] --bd URL
       Abre la ventana de un nodo (su número o su nombre, como los dice «nodos») y termina con ella: con --fila,
       para cambiar esa fila; sin ella, para una nueva. Sólo en Windows; en los demás, «zvhost dialogo».
+  zvconf galeria CARPETA
+      Dibuja en la carpeta todas las ventanas, con un centro de ejemplo, como imágenes PNG: nuevas, para cambiar una
+      fila, con un mensaje y de consulta. Salen a la escala que tenga la pantalla (96 puntos por pulgada es el 100 %);
+      no la tape mientras dura. Sólo en Windows; en los demás, «zvhost galeria».
   zvconf nodos
       Dice, para quien escribe un anfitrión, los nodos que el módulo atiende, uno en cada línea y separado por
       tabuladores: número, lo que se lleva, ventana, si se abre, si responde a Eliminar, clave de la fila.

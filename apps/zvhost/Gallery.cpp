@@ -4,7 +4,8 @@
 #include "forms/ComboBox.h"
 #include "journal/Recorder.h"
 #include "qt/QtDesktop.h"
-#include "session/DialogDirectory.h"
+#include "qt/QtText.h"
+#include "robot/Portraits.h"
 #include "session/cConstCol.h"
 #include "session/cNombreNodo.h"
 #include "suite/Sample.h"
@@ -25,7 +26,7 @@
 namespace zv::host {
 namespace {
 
-const QString unsaved = QStringLiteral("sin-guardar");
+constexpr StringView unsaved = u"sin-guardar";
 constexpr const char* aside = "aparte";
 
 /// Desktop that draws each window instead of running it, and closes it.
@@ -39,58 +40,26 @@ public:
 
     int drawn() const { return drawn_; }
     void draw(QWidget& widget, const QString& name) { save(widget.grab(), name); }
-    /// Sets the state that the next windows are drawn in; `message`: their accept button is pressed.
-    void expect(const QString& state, bool message = false)
-    {
-        state_ = state;
-        message_ = message;
-    }
+    /// Sets how the next windows are drawn.
+    void expect(const Portrait& portrait) { portrait_ = portrait; }
 
 protected:
-    /// Opens the nested dialog, which only this one leads to.
-    void goOn(FormWindow& window) const
-    {
-        const bool primary = state_ == QStringLiteral("primaria");
-        const auto click = [&](StringView name, int index) {
-            if (Control* button = window.alive() ? window.form().find(name, index) : nullptr)
-                window.act([&](Acts& acts) { return acts.click(*button); });
-        };
-        // Cascading lists: the first sections are those for which the sample's tutors have written something.
-        for (const StringView list : {u"cboTipoEnsenanza", u"cboCursos", u"cboSecciones"})
-            if (auto* box = dynamic_cast<ComboBox*>(window.form().find(list)))
-                window.act([&](Acts& acts) {
-                    const bool secondary = !primary && list == u"cboTipoEnsenanza";
-                    return acts.choose(*box, secondary ? std::min<Long>(1, box->ListCount() - 1) : 0);
-                });
-        click(u"cmdNotaManual1", 0);
-        if (Control* branches = window.alive() ? window.form().find(u"msgBanco") : nullptr) {
-            // Acts, so that they do nothing where the grid is hidden.
-            window.act(
-                [&](Acts& acts) { return acts.key(*branches, Key::Up) && acts.type(*branches, u" "); });
-            click(u"cmdBotonera", state_ == QStringLiteral("sucursales") ? 3 : 2);
-        }
-    }
-    static void pressAccept(FormWindow& window)
-    {
-        for (Control* each : window.form().Controls)
-            if (auto* button = dynamic_cast<CommandButton*>(each); button != nullptr && button->Default())
-                window.act([&](Acts& acts) { return acts.click(*button); });
-    }
     void runWindow(FormWindow& window) override
     {
+        const WindowAct act = [&](const auto& what) { window.act(what); };
         window.ready();
         QApplication::processEvents();
         front_ = &window;
-        if (message_)
-            pressAccept(window);
-        else if (state_ != unsaved)
-            draw(window, window.objectName() + u'-' + state_);
+        if (portrait_.message)
+            pressAccept(window.form(), act);
+        else if (portrait_.state != unsaved)
+            draw(window, nameOf(window));
         else if (window.form().find(u"txtCognitiva") != nullptr) {
             drawDraft(window);
             return window.form().Unload();
         }
         front_ = nullptr;
-        goOn(window);
+        leadOn(window.form(), portrait_, act);
         if (window.alive())
             window.form().Unload();
     }
@@ -110,7 +79,7 @@ protected:
         painter.drawPixmap(front_->pos() - area.topLeft(), whole);
         painter.drawPixmap(box.pos() - area.topLeft(), box.grab());
         painter.end();
-        save(both, front_->objectName() + u'-' + state_);
+        save(both, nameOf(*front_));
     }
 
 private:
@@ -128,16 +97,17 @@ private:
             copy_file(journal::recorder().file(window.form()), journal::recordedFolder() / aside);
             return;
         }
-        draw(window, unsaved);
+        draw(window, toQt(unsaved));
         QTimer::singleShot(0, [this] {
             QApplication::processEvents();
             if (auto* shown = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
-                draw(*shown, unsaved + QStringLiteral("-ver"));
+                draw(*shown, toQt(unsaved) + QStringLiteral("-ver"));
                 shown->reject();
             }
         });
         view->click();
     }
+    QString nameOf(const QWidget& window) const { return window.objectName() + u'-' + toQt(portrait_.state); }
     void save(const QPixmap& picture, const QString& name)
     {
         const QString file = QDir(folder_).filePath(name + suffix_ + QStringLiteral(".png"));
@@ -149,38 +119,10 @@ private:
 
     QString folder_;
     QString suffix_;
-    QString state_;
-    bool message_ = false;
+    Portrait portrait_;
     QWidget* front_ = nullptr;
     int drawn_ = 0;
 };
-
-void drawNode(Host& host, DrawingDesktop& desktop, const Node& node)
-{
-    const Long first = node.hasList() ? host.rows(node).front().key : 0;
-    const auto open = [&](const QString& state, Byte action, Long row, bool message = false,
-                          bool branches = false) {
-        desktop.expect(state, message);
-        host.open(node, action, row, branches);
-    };
-    open(QStringLiteral("nuevo"), cConstCol::NUEVO, 0);
-    if (node.number == cNombreNodo::InfIndiv)
-        open(QStringLiteral("primaria"), cConstCol::NUEVO, 0);
-    if (!node.hasList())
-        return;
-    open(QStringLiteral("cambio"), cConstCol::Modificado, first);
-    open(QStringLiteral("mensaje"), cConstCol::NUEVO, 0, true);
-    Choices choices = host.choices();
-    choices.readOnly = true;
-    host.choose(choices);
-    open(QStringLiteral("consulta"), cConstCol::Modificado, first);
-    choices.readOnly = false;
-    host.choose(choices);
-    if (node.number == cNombreNodo::OC_Bancos)
-        open(QStringLiteral("sucursales"), cConstCol::Modificado, first, false, true);
-    if (node.number == cNombreNodo::Emisor)
-        open(QStringLiteral("ordenante"), cConstCol::NUEVO, -2);
-}
 
 /// The bar over a section whose typing was never saved, on journals of its own.
 void drawUnsaved(Host& host, DrawingDesktop& desktop)
@@ -188,7 +130,7 @@ void drawUnsaved(Host& host, DrawingDesktop& desktop)
     const QTemporaryDir folder;
     if (!journal::record(folder.path().toStdU16String()))
         return;
-    desktop.expect(unsaved);
+    desktop.expect({.state = unsaved});
     host.open(*nodeOf(cNombreNodo::InfIndiv), cConstCol::NUEVO, 0);
     const std::filesystem::path& journals = journal::recordedFolder();
     rename(journals / aside, journals / (aside + toUtf8(journal::extension)));
@@ -251,8 +193,7 @@ int drawGallery(const QString& folder, const QString& suffix, std::optional<QSiz
                       .boundedTo(screen.value_or(QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))));
     window.show();
     drawHost(window, desktop);
-    for (const Node& node : nodes())
-        drawNode(window.host(), desktop, node);
+    openForPortraits(school, [&](const Portrait& next) { desktop.expect(next); });
     drawUnsaved(window.host(), desktop);
     useDesktop(nullptr);
     return desktop.drawn();

@@ -53,13 +53,19 @@ std::vector<std::size_t> placesIn(const Words& given, const paper::SectionSheets
     return places;
 }
 
-void tellLacking(const paper::Reports& reports, const std::vector<std::size_t>& places)
+void tellOdd(const paper::Reports& reports, const std::vector<std::size_t>& places)
 {
-    for (const std::size_t place : places)
+    for (const std::size_t place : places) {
+        const paper::Sheet& sheet = reports.section().sheets[place];
+        const std::string name = utf8(toQt(sheet.fullName));
+        if (sheet.hidden)
+            std::cerr << "Aviso: la ventana del consejo no muestra a " << name
+                      << ", porque su número acaba el de otro; sale lo que otro programa haya escrito.\n";
         if (const QString lacking = reports.lacking(place); !lacking.isEmpty())
-            std::cerr << "Aviso: en el de " << utf8(toQt(reports.section().sheets[place].fullName()))
+            std::cerr << "Aviso: en el de " << name
                       << " hay caracteres que ninguna letra de este equipo puede mostrar: " << utf8(lacking)
                       << '\n';
+    }
 }
 
 } // namespace
@@ -87,7 +93,7 @@ int informe(const QStringList& words)
     const paper::Reports reports(*school.centro, kind, given.number<Long>(QStringLiteral("seccion"), 0),
                                  own.isEmpty() ? paper::Letterhead() : paper::Letterhead(own), dayIn(given));
     const std::vector<std::size_t> places = placesIn(given, reports.section());
-    tellLacking(reports, places);
+    tellOdd(reports, places);
     std::signal(SIGINT, [](int) { stopped = 1; });
     const QString folder = given.rest().front();
     const paper::Made made = paper::makeFiles(

@@ -19,6 +19,7 @@
 #include <QSplitter>
 #include <QTimer>
 
+#include <map>
 #include <set>
 
 class QMenu;
@@ -162,7 +163,8 @@ private:
     std::optional<Wanted> wanted_;
     std::set<String> toldRules_;            ///< What tellRules() has told of this school.
     std::vector<progress::Report> reports_; ///< Those of the page of what they lack.
-    std::vector<Section> sections_;         ///< Those that are listed on the page of a report.
+    std::map<std::pair<progress::Kind, Long>, Long> reportKeys_; ///< Their rows, by kind and pupil.
+    std::vector<Section> sections_; ///< Those that are listed on the page of a report.
     QTimer watch_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,

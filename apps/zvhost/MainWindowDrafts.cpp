@@ -1,10 +1,11 @@
 // What was typed and never saved, because the program died: told at the start, opened again, thrown away.
 #include "journal/Recorder.h"
-#include "qt/DraftAid.h"
+#include "qt/Asking.h"
 #include "qt/DraftView.h"
 #include "qt/QtText.h"
 #include "runtime/Time.h"
 #include "session/cConstCol.h"
+#include "views/DraftAid.h"
 #include "zvhost/MainWindow.h"
 #include "zvhost/Widgets.h"
 
@@ -68,15 +69,13 @@ void MainWindow::tellDraft(const journal::Found& found, bool here)
                                tellDrafts();
                            }});
     choices.push_back({QStringLiteral("Ver"), Qt::Key_R, [this, found] {
-                           showDraft(
-                               *this,
-                               QStringLiteral("Lo que se escribió y no se guardó, de %1, junto a lo que "
-                                              "había entonces.")
-                                   .arg(timeOf(found.draft)),
-                               zv::rowsOf(found.draft));
+                           showDraft(*this,
+                                     u"Lo que se escribió y no se guardó, de " + timeOf(found.draft) +
+                                         u", junto a lo que había entonces.",
+                                     zv::rowsOf(found.draft));
                        }});
     choices.push_back({QStringLiteral("Descartar"), Qt::Key_D, [this, found] {
-                           if (asksToDiscard(*this, found.draft)) {
+                           if (zv::asks(*this, discarding(found.draft))) {
                                journal::discard(found.path);
                                notice_.forget(Notice::Drafts::gone);
                            }
@@ -85,9 +84,9 @@ void MainWindow::tellDraft(const journal::Found& found, bool here)
         QStringLiteral(" del centro que está o estaba en «%1»").arg(toQt(opening.origin()));
     notice_.tell(
         {QStringLiteral("Hay %1 sin guardar de %2 en %3%4: %5%6%7")
-             .arg(kindOf(found.draft), timeOf(found.draft), where, here ? QString() : origin,
-                  countOf(found.draft), there || !here ? QString() : QStringLiteral(". La fila ya no está"),
-                  ageOf(found.draft)),
+             .arg(toQt(kindOf(found.draft)), toQt(timeOf(found.draft)), where, here ? QString() : origin,
+                  toQt(countOf(found.draft)),
+                  there || !here ? QString() : QStringLiteral(". La fila ya no está"), ageOf(found.draft)),
          std::move(choices),
          {},
          found.path});

@@ -17,9 +17,6 @@ const Node& nodeOfKind(Kind kind)
     return *nodeOf(kind == Kind::guidance ? cNombreNodo::NotaConsejoOrientador : cNombreNodo::InfIndiv);
 }
 
-/// Stable while the list is read again.
-Long keyOf(const Report& report) { return report.pupil * 4 + static_cast<Long>(report.kind); }
-
 std::vector<Value> cellsOf(const Report& report, const Section& section)
 {
     String strangers;
@@ -47,7 +44,10 @@ std::vector<Row> MainWindow::readProgress()
     for (const Report& each : reports_)
         if (const auto section = std::ranges::find(sections_, each.section, &Section::id);
             section != sections_.end()) {
-            rows.push_back({keyOf(each), cellsOf(each, *section)});
+            // Stable while the list is read again.
+            const auto next = static_cast<Long>(reportKeys_.size());
+            rows.push_back({reportKeys_.try_emplace({each.kind, each.pupil}, next).first->second,
+                            cellsOf(each, *section)});
             lacking += each.isWhole() ? 0U : 1U;
         }
     tree_.note(progressNode(), lacking == 0 ? QString() : QString::number(lacking));
@@ -56,7 +56,10 @@ std::vector<Row> MainWindow::readProgress()
 
 void MainWindow::openReport(Long row)
 {
-    const auto report = std::ranges::find(reports_, row, keyOf);
+    const auto report = std::ranges::find_if(reports_, [&](const Report& each) {
+        const auto key = reportKeys_.find({each.kind, each.pupil});
+        return key != reportKeys_.end() && key->second == row;
+    });
     if (report == reports_.end())
         return;
     const Node& node = nodeOfKind(report->kind);

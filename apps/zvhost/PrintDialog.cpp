@@ -55,6 +55,8 @@ PrintDialog::PrintDialog(QWidget* parent, Host& host, Remembered& memory, paper:
         if (reports_ && item != nullptr)
             paper::print(*reports_, std::vector{item->data(placeRole).value<std::size_t>()}, *printer,
                          [](int, int, const QString&) { return true; });
+        else
+            QPainter(printer).end(); // A blank page; without one the former stays.
     });
     resize(QSize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 44)
                .boundedTo(parent != nullptr ? parent->window()->size()
@@ -136,9 +138,11 @@ void PrintDialog::load()
     for (std::size_t place = 0; place < all; ++place) {
         auto* item =
             std::make_unique<QListWidgetItem>(
-                toQt(reports_->section().sheets[place].fullName()) +
+                toQt(reports_->section().sheets[place].fullName) +
                     (reports_->isDraft(place) ? QStringLiteral(" (borrador)") : QString()) +
                     (reports_->section().sheets[place].left ? QStringLiteral(" (de baja)") : QString()) +
+                    (reports_->section().sheets[place].hidden ? QStringLiteral(" (su ventana no lo muestra)")
+                                                              : QString()) +
                     (reports_->lacking(place).isEmpty() ? QString() : QStringLiteral(" (faltan letras)")),
                 &pupils_)
                 .release();
@@ -169,6 +173,7 @@ void PrintDialog::follow()
 
 void PrintDialog::showPupil()
 {
+    preview_.updatePreview();
     const QListWidgetItem* item = pupils_.currentItem();
     if (!reports_ || item == nullptr)
         return;
@@ -176,7 +181,6 @@ void PrintDialog::showPupil()
     tell(lacking.isEmpty()
              ? QString()
              : QStringLiteral("Caracteres que ninguna letra de este equipo puede mostrar: %1").arg(lacking));
-    preview_.updatePreview();
 }
 
 std::vector<std::size_t> PrintDialog::ticked() const
@@ -188,14 +192,14 @@ std::vector<std::size_t> PrintDialog::ticked() const
     return places;
 }
 
-void PrintDialog::run(const QString& failed,
+bool PrintDialog::run(const QString& failed,
                       const std::function<void(paper::Places, const paper::Progress&)>& work)
 {
     const std::vector<std::size_t> places = ticked();
     QProgressDialog progress(QString(), QStringLiteral("&Detener"), 0, static_cast<int>(places.size()), this);
     progress.setWindowTitle(QStringLiteral("Un momento"));
     progress.setWindowModality(Qt::WindowModal);
-    tried(this, failed, [&] {
+    return tried(this, failed, [&] {
         work(places, [&](int done, int all, const QString& name) {
             progress.setLabelText(QStringLiteral("%1 de %2: %3").arg(done + 1).arg(all).arg(name));
             progress.setValue(done); // Handles events too.
@@ -207,11 +211,15 @@ void PrintDialog::run(const QString& failed,
 void PrintDialog::write(const QString& folder, paper::Format format)
 {
     paper::Made made;
-    run(QStringLiteral("Los informes no se han podido escribir."),
-        [&](paper::Places places, const paper::Progress& progress) {
-            made = paper::makeFiles(*reports_, places, folder, format,
-                                    together_.isChecked() ? paper::Into::one : paper::Into::each, progress);
-        });
+    const auto make = [&](paper::Places places, const paper::Progress& progress) {
+        made = paper::makeFiles(*reports_, places, folder, format,
+                                together_.isChecked() ? paper::Into::one : paper::Into::each, progress);
+    };
+    if (!run(QStringLiteral("Los informes no se han podido escribir."), make)) {
+        tell(QStringLiteral("No están todos; los que se hicieron antes del fallo quedan enteros en ") +
+             QDir::toNativeSeparators(folder));
+        return;
+    }
     tell((made.stopped ? QStringLiteral("Se ha detenido; lo que estaba hecho queda entero. ") : QString()) +
          (made.files.size() == 1 ? QStringLiteral("1 fichero")
                                  : QStringLiteral("%1 ficheros").arg(made.files.size())) +
@@ -228,10 +236,8 @@ void PrintDialog::print()
         return;
     run(QStringLiteral("No se ha podido imprimir."),
         [&](paper::Places places, const paper::Progress& progress) {
-            if (!paper::print(*reports_, places, printer, progress)) {
-                printer.abort();
+            if (!paper::print(*reports_, places, printer, progress))
                 tell(QStringLiteral("Se ha detenido: no se ha mandado nada a la impresora, o no todo."));
-            }
         });
 }
 

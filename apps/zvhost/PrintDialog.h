@@ -37,8 +37,8 @@ private:
     void showPupil();
     void tell(const QString& text);
     std::vector<std::size_t> ticked() const;
-    /// Runs work on the ticked ones under a progress window with a way to stop it.
-    void run(const QString& failed, const std::function<void(paper::Places, const paper::Progress&)>& work);
+    /// Runs work on the ticked ones under a progress window with a way to stop it. False if it failed.
+    bool run(const QString& failed, const std::function<void(paper::Places, const paper::Progress&)>& work);
 
     Host& host_;
     Remembered& memory_;

@@ -128,7 +128,8 @@ void frmBanco::readBranches(ResumeNext& next, Recordset& branches, Recordset& ba
         text(&cSucursal::CodigoPostal, u"CodigoPostal");
         next([&] { branch.CodProvincia = CInt(branches.Fields(u"CodProvincia")); });
         branch.Estado = cConstCol::NoModificado;
-        next([&] { gColSucursal().Add(branch, Str(branch.IDSucursal)); });
+        const String key = Str(branch.IDSucursal);
+        next([&] { gColSucursal().Add(std::move(branch), key); });
     }
 }
 

@@ -26,16 +26,9 @@ public:
         if (!cursor_->onlyReads())
             refuse(failure::otherData, u"una instrucción que escribe no se repite");
         cursor_ = again_(statement_);
+        asked_.clear();
     }
-    Value Fields(StringView name) override
-    {
-        const std::vector<String>& names = opened().names();
-        const auto found =
-            std::ranges::find_if(names, [&](const String& each) { return sameName(each, name); });
-        if (found == names.end())
-            refuse(failure::unknownField, name);
-        return value(present()[static_cast<std::size_t>(found - names.begin())]);
-    }
+    Value Fields(StringView name) override { return value(present()[placeOf(name)]); }
     std::vector<Value> row() override
     {
         std::vector<Value> result;
@@ -52,6 +45,26 @@ public:
     }
 
 private:
+    /// Of equal names the first counts. Dialogs ask the same of each row in the same order: what came next in
+    /// the row before is tried first.
+    std::size_t placeOf(StringView name)
+    {
+        const std::vector<String>& names = opened().names();
+        if (turn_ == asked_.size())
+            turn_ = 0;
+        if (turn_ < asked_.size() && asked_[turn_].first == name)
+            return asked_[turn_++].second;
+        const auto found =
+            std::ranges::find_if(names, [&](const String& each) { return sameName(each, name); });
+        if (found == names.end())
+            refuse(failure::unknownField, name);
+        const auto place = static_cast<std::size_t>(found - names.begin());
+        if (asked_.size() < names.size()) {
+            asked_.emplace_back(name, place);
+            turn_ = asked_.size();
+        }
+        return place;
+    }
     Cursor& opened() const
     {
         if (!cursor_)
@@ -79,6 +92,8 @@ private:
     String statement_;
     Again again_;
     std::unique_ptr<Cursor> cursor_;
+    std::vector<std::pair<String, std::size_t>> asked_;
+    std::size_t turn_ = 0; ///< Of what was asked.
 };
 
 String hexadecimal(char16_t unit)
@@ -109,7 +124,8 @@ void Cursor::fetch()
     if (over_)
         return;
     try {
-        Row row;
+        Row row = std::move(spare_);
+        row.clear();
         if (read(row)) {
             rows_.push_back(std::move(row));
             return;
@@ -129,6 +145,7 @@ void Cursor::takeAll()
 
 void Cursor::advance()
 {
+    spare_ = std::move(rows_.front());
     rows_.pop_front();
     ++passed_;
     if (rows_.size() < 2)

@@ -49,6 +49,7 @@ private:
     void fetch();
 
     std::deque<Row> rows_;
+    Row spare_;                        ///< Room of the row that was passed last, for the next one.
     std::optional<DataError> failure_; ///< Deferred failure of the read-ahead, behind the rows read so far.
     std::uint64_t passed_ = 0;
     bool over_ = false;

@@ -44,6 +44,15 @@ bool hasDesktop();
 /// Sets the current desktop, which the caller keeps alive; nullptr removes it.
 void useDesktop(Desktop* desktop);
 
+/// RAII guard: the dialogs open there as long as it lives, and nowhere afterwards.
+class UsingDesktop {
+public:
+    explicit UsingDesktop(Desktop& screen) { useDesktop(&screen); }
+    UsingDesktop(const UsingDesktop&) = delete;
+    UsingDesktop& operator=(const UsingDesktop&) = delete;
+    ~UsingDesktop() { useDesktop(nullptr); }
+};
+
 /// Registers a callback for the time that a dialog waits for a person: a heartbeat, say.
 void onWaiting(std::function<void()> act);
 /// Runs that callback. A desktop whose person takes his time calls this about once a minute, between two

@@ -29,6 +29,9 @@ using Keystroke = std::variant<Key, String>;
 /// Takes the first character off a text, as a key; a pair of surrogates is one.
 Keystroke takeKey(StringView& text);
 
+/// Whether a keyboard gives that character to be written: those of control are commands to a window.
+constexpr bool isWritten(char16_t unit) { return unit >= u' ' && unit != u'\x7f'; }
+
 /// Queue of keys that a program sends, replayed after the key in hand.
 class KeyQueue {
 public:

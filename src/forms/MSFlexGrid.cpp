@@ -38,10 +38,10 @@ void MSFlexGrid::resize(Long rows, Long columns)
         fail(failure::invalidProperty);
     const auto width = static_cast<std::size_t>(columns);
     keepInside(rows, columns);
-    content_.rows.resize(static_cast<std::size_t>(rows), {std::vector<String>(width), 0});
-    if (width != content_.widths.size())
-        for (GridRow& row : content_.rows)
-            row.cells.resize(width);
+    const std::size_t before = width == content_.widths.size() ? content_.rows.size() : 0;
+    content_.rows.resize(static_cast<std::size_t>(rows));
+    for (std::size_t row = before; row < content_.rows.size(); ++row)
+        content_.rows[row].cells.resize(width);
     content_.widths.resize(width, defaultColumnWidth);
     content_.alignments.resize(width, 1);
     Rows.store(rows);
@@ -71,7 +71,7 @@ void MSFlexGrid::moveTo(Long row, Long column)
 
 void MSFlexGrid::setTextMatrix(Long row, Long column, StringView text)
 {
-    rowAt(row).cells[columnAt(column)] = String(text);
+    rowAt(row).cells[columnAt(column)].assign(text);
     contentChanged();
 }
 

@@ -32,6 +32,12 @@ public:
     /// Returns when what was done on that form is on the disk; false if it could not be written, or if
     /// nothing of that form is.
     bool sync(const Form& form);
+    /// Ends the thread in the background while no dialog is open.
+    void rest()
+    {
+        if (spool_ && open_.empty())
+            spool_->rest();
+    }
     /// The journal of that form, to prove what is on the disk; nullptr while it has none.
     const Writer* writer(const Form& form) const;
 

@@ -75,6 +75,15 @@ void Spool::syncSoon(const std::shared_ptr<Spooled>& file)
     woken_.notify_one();
 }
 
+void Spool::rest()
+{
+    syncing_ = {};
+    for (const auto& each : std::exchange(waiting_, {})) {
+        each->waits_ = false;
+        static_cast<void>(each->sync());
+    }
+}
+
 void Spool::end(const std::shared_ptr<Spooled>& file)
 {
     bool reached = false;

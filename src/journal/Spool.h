@@ -53,6 +53,9 @@ public:
     std::shared_ptr<Spooled> open();
     /// What was written to it will be on the disk within a second.
     void syncSoon(const std::shared_ptr<Spooled>& file);
+    /// Ends the thread until something is to be synced again; what waits comes to the disk before this
+    /// returns. No journal is being written meanwhile.
+    void rest();
     /// Its journal has ended: nothing of it is left.
     void end(const std::shared_ptr<Spooled>& file);
 

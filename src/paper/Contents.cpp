@@ -11,7 +11,8 @@ namespace {
 constexpr std::array<StringView, 12> months = {u"enero",      u"febrero", u"marzo",     u"abril",
                                                u"mayo",       u"junio",   u"julio",     u"agosto",
                                                u"septiembre", u"octubre", u"noviembre", u"diciembre"};
-/// Name of a file in units; the longest names of people come near.
+/// Parts of a file's name in bytes of UTF-8, so that all of them stay below the 255 of file systems.
+constexpr std::size_t longestLabel = 60;
 constexpr std::size_t longestName = 100;
 
 constexpr FieldName text[] = {{u"titulo"}, {u"texto"}};
@@ -110,11 +111,15 @@ std::vector<Fields> answersOf(const SectionSheets& section, const Sheet& sheet)
 
 /// What every file system takes as part of a name. Marks that turn the direction of writing go: they would
 /// let a name look like another.
-String safe(StringView name)
+String safe(StringView name, std::size_t longest)
 {
     constexpr std::u32string_view forbidden = U"<>:\"/\\|?*";
     String result;
-    for (const char32_t each : codePoints(name)) {
+    for (const char32_t each : codePoints(Trim(String(name)))) {
+        const std::size_t bytes = each < 0x80 ? 1 : each < 0x800 ? 2 : each < 0x10000 ? 3 : 4;
+        if (bytes > longest)
+            break;
+        longest -= bytes;
         const bool turns = (each >= 0x200E && each <= 0x200F) || (each >= 0x202A && each <= 0x202E) ||
                            (each >= 0x2066 && each <= 0x2069);
         if (turns)
@@ -128,7 +133,7 @@ String safe(StringView name)
         } else
             result += static_cast<char16_t>(each);
     }
-    result = Trim(cut(result, longestName));
+    result = Trim(result);
     while (!result.empty() && result.back() == u'.')
         result.pop_back();
     return result;
@@ -147,7 +152,7 @@ Fields fieldsOf(const SectionSheets& section, const Sheet& sheet, const Heading&
 {
     Fields fields{.texts = {{u"centro", heading.school.empty() ? section.school : heading.school},
                             {u"logo", heading.logo ? u"sí" : u""},
-                            {u"alumno", sheet.fullName()},
+                            {u"alumno", sheet.fullName},
                             {u"nombre", sheet.name},
                             {u"apellidos", Trim(sheet.firstSurname + u" " + sheet.secondSurname)},
                             {u"numero", decimalText(sheet.number)},
@@ -192,8 +197,10 @@ String dayInWords(Day day)
 String fileName(const SectionSheets& section)
 {
     // Stages have sections of the same name.
-    return safe(String(progress::wordOf(section.kind)) + u" " +
-                (section.course.empty() ? u"" : section.course + u" ") + section.section);
+    const String course = safe(section.course, longestLabel);
+    return String(progress::wordOf(section.kind)) + (course.empty() ? u"" : u" ") + course + u" " +
+           safe(section.section, longestLabel) +
+           (section.hasNamesake ? u" (" + decimalText(section.id) + u")" : u"");
 }
 
 String fileName(const SectionSheets& section, const Sheet& sheet)
@@ -202,7 +209,7 @@ String fileName(const SectionSheets& section, const Sheet& sheet)
         decimalText(std::max<std::int64_t>(10, static_cast<std::int64_t>(section.sheets.size())));
     const String number = decimalText(sheet.number);
     return fileName(section) + u" " + String(most.size() - std::min(most.size(), number.size()), u'0') +
-           number + u" " + safe(sheet.fullName());
+           number + u" " + safe(sheet.fullName, longestName);
 }
 
 } // namespace zv::paper

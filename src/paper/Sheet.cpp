@@ -2,18 +2,21 @@
 
 #include "data/Cells.h"
 #include "data/Statement.h"
-#include "progress/Reading.h"
+#include "progress/Panel.h"
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
-#include <optional>
+#include <span>
 
 namespace zv::paper {
 namespace {
 
+using progress::Answer;
+using progress::Pupil;
+using progress::Reading;
 using Rows = std::vector<std::vector<Value>>;
-using Places = std::map<Long, std::size_t>;
 
 Rows read(Connection& centro, const String& query)
 {
@@ -50,6 +53,13 @@ void readHeading(Connection& centro, Long id, SectionSheets& section)
     section.section = textIn(rows.front()[0]);
     section.course = textIn(rows.front()[1]);
     section.teaching = textIn(rows.front()[2]);
+    section.id = id;
+    const Rows all = read(centro, u"SELECT Seccion.Descripcion, Curso.Descripcion FROM Seccion LEFT JOIN "
+                                  u"Curso ON Seccion.CodCurso=Curso.IDCurso");
+    section.hasNamesake =
+        std::ranges::count_if(all, [&](const std::vector<Value>& each) {
+            return sameName(textIn(each[0]), section.section) && sameName(textIn(each[1]), section.course);
+        }) > 1;
     section.school = readText(centro, u"SELECT Nombre FROM Centro ORDER BY IDCentro");
     const String tutor = u" FROM Personal INNER JOIN Seccion ON Personal.IDPersonal=Seccion.CodTutor WHERE "
                          u"Seccion.IDSeccion=" +
@@ -60,183 +70,104 @@ void readHeading(Connection& centro, Long id, SectionSheets& section)
     }
 }
 
-/// Questions up to a number, in the order of their keys; one that the school lacks has no text.
-std::vector<Question> readQuestions(Connection& centro, StringView questions, StringView answers,
-                                    std::size_t most)
+String written(const String& text) { return isBlank(text) ? String() : text; }
+
+/// The questions with what may be answered to each, in the order of the answers' keys.
+std::vector<Question> questionsOf(std::span<const String> names, const std::map<Long, Answer>& answers)
 {
-    std::vector<Question> result(most);
-    for (std::size_t place = 0; place < most; ++place)
-        result[place].id = static_cast<Long>(place + 1);
-    const auto at = [&](const Value& id) {
-        const Long place = longIn(id);
-        return place >= 1 && place <= static_cast<Long>(most) ? &result[static_cast<std::size_t>(place) - 1]
-                                                              : nullptr;
-    };
-    for (const auto& row : read(centro, String(questions)))
-        if (Question* question = at(row[0]))
-            question->text = textIn(row[1]);
-    for (const auto& row : read(centro, String(answers)))
-        if (Question* question = at(row[0]))
-            question->answers.push_back(textIn(row[1]));
+    std::vector<Question> result;
+    for (const String& name : names)
+        result.push_back({name});
+    for (const auto& [key, answer] : answers)
+        if (!answer.text.empty() && answer.question >= 1 &&
+            answer.question <= static_cast<Long>(result.size()))
+            result[static_cast<std::size_t>(answer.question - 1)].answers.push_back(answer.text);
     return result;
 }
 
-/// Adds the pupil of a row that begins with key and names. Nothing if he is there already: a broken school
-/// may pair him twice.
-Sheet* add(SectionSheets& section, Places& places, const std::vector<Value>& row)
+String textOf(const std::map<Long, Answer>& answers, Long key)
 {
-    if (!places.emplace(longIn(row[0]), section.sheets.size()).second)
-        return nullptr;
-    section.sheets.push_back({.pupil = longIn(row[0]),
-                              .number = static_cast<int>(section.sheets.size()) + 1,
-                              .firstSurname = textIn(row[1]),
-                              .secondSurname = textIn(row[2]),
-                              .name = textIn(row[3]),
-                              .difficulties = {},
-                              .assessment = {},
-                              .measures = {}});
-    return &section.sheets.back();
+    const auto found = answers.find(key);
+    return found == answers.end() ? String() : found->second.text;
 }
 
-Sheet* sheetOf(SectionSheets& section, const Places& places, const Value& pupil)
+/// The texts go into the sheet in the order of the parts' table.
+void fillTexts(const Pupil& pupil, Sheet& sheet)
 {
-    const auto place = places.find(longIn(pupil));
-    return place == places.end() ? nullptr : &section.sheets[place->second];
+    std::size_t part = 0;
+    const auto take = [&](String& text) { text = written(pupil.texts.at(part++)); };
+    std::ranges::for_each(sheet.abilities, take);
+    std::ranges::for_each(sheet.procedures, take);
+    std::ranges::for_each(sheet.attitudes, take);
+    for (String* text : {&sheet.difficulties, &sheet.assessment, &sheet.measures})
+        take(*text);
 }
 
-/// Condition of those whom the section holds by their own row.
-String ofSection(StringView column, Long id)
+void fillAnswers(const Reading& reading, const Pupil& pupil, Sheet& sheet)
 {
-    return statement(u"{} IN (SELECT IDAlumno FROM Alumno WHERE codseccion={})", {Value(column), id});
-}
-
-Places readReports(Connection& centro, Long id, SectionSheets& section)
-{
-    const bool secondary = section.kind == Kind::secondary;
-    const Rows rows = read(
-        centro,
-        u"SELECT Alumno.IDAlumno, Alumno.Apellido_1, Alumno.Apellido_2, Alumno.Nombre, Alumno.fechabaja, "
-        u"Alumno_InfInd.Dificultad, Alumno_InfInd.Valoracion, Alumno_InfInd.Apreciacion" +
-            String(secondary ? u", Alumno1, Alumno2, Alumno3, Alumno4, Alumno5, Procedimiento1, "
-                               u"Procedimiento2, Procedimiento3, Procedimiento4, Procedimiento5, Actitud1, "
-                               u"Actitud2"
-                             : u"") +
-            u" FROM " + (secondary ? u"((" : u"(") +
-            u"Alumno INNER JOIN Seccion_Alumno ON Alumno.IDAlumno=Seccion_Alumno.codAlumno AND "
-            u"Alumno.codseccion=Seccion_Alumno.codSeccion) LEFT JOIN Alumno_InfInd ON "
-            u"Alumno.IDAlumno=Alumno_InfInd.CodAlumno" +
-            (secondary ? u") LEFT JOIN Alumno_InfIndESO ON Alumno.IDAlumno=Alumno_InfIndESO.CodAlumno"
-                       : u"") +
-            u" WHERE Alumno.codseccion=" + decimalText(id) +
-            u" ORDER BY Alumno.Apellido_1, Alumno.Apellido_2, Alumno.Nombre, Alumno.IDAlumno");
-    Places places;
-    for (const auto& row : rows) {
-        Sheet* sheet = add(section, places, row);
-        if (sheet == nullptr)
-            continue;
-        sheet->left = !textIn(row[4]).empty();
-        std::size_t column = 5;
-        const auto take = [&](String& text) { text = textIn(row[column++]); };
-        for (String* text : {&sheet->difficulties, &sheet->assessment, &sheet->measures})
-            take(*text);
-        if (!secondary)
-            continue;
-        std::ranges::for_each(sheet->abilities, take);
-        std::ranges::for_each(sheet->procedures, take);
-        std::ranges::for_each(sheet->attitudes, take);
+    for (const progress::Subject& subject : pupil.subjects) {
+        Area area{reading.subjects.at(subject.id)};
+        std::ranges::transform(subject.answers, area.answers.begin(),
+                               [&](Long key) { return textOf(reading.ratingAnswers, key); });
+        sheet.areas.push_back(std::move(area));
     }
-    return places;
+    std::ranges::transform(pupil.answers, std::back_inserter(sheet.answers),
+                           [&](Long key) { return textOf(reading.guidanceAnswers, key); });
 }
 
-/// The areas are those that the report's window lists; the first answer counts, whatever its kind is now.
-void readRatings(Connection& centro, Long id, SectionSheets& section, const Places& places)
+Sheet sheetOf(Kind kind, const Reading& reading, const Pupil& pupil)
 {
-    section.questions = readQuestions(centro, u"SELECT IDTipo, Descripcion FROM TipoInfInd",
-                                      u"SELECT CodTipo, Descripcion FROM TipoRespInfInd ORDER BY IDResp",
-                                      progress::ratingTabs.size());
-    for (std::size_t place = 0; place < progress::ratingTabs.size(); ++place)
-        if (section.questions[place].text.empty())
-            section.questions[place].text = progress::ratingTabs[place];
-    std::map<std::pair<Long, Long>, std::size_t> areas;
-    for (const auto& row :
-         read(centro, u"SELECT Alumno_MateriaDetalles.codAlumno, Materia.IDMateria, Materia.Nombre FROM "
-                      u"Alumno_MateriaDetalles INNER JOIN (MateriaDetalles INNER JOIN Materia ON "
-                      u"Materia.IDMateria=MateriaDetalles.codMateria) ON "
-                      u"MateriaDetalles.IDMateriaDetalles=Alumno_MateriaDetalles.codMateriaDetalles WHERE "
-                      u"Materia.codTipoMateria=4 AND " +
-                          ofSection(u"Alumno_MateriaDetalles.codAlumno", id) +
-                          u" ORDER BY Materia.Nombre, Materia.IDMateria"))
-        if (Sheet* sheet = sheetOf(section, places, row[0]);
-            sheet != nullptr &&
-            areas.emplace(std::pair(sheet->pupil, longIn(row[1])), sheet->areas.size()).second)
-            sheet->areas.push_back({textIn(row[2])});
-    for (const auto& row :
-         read(centro, u"SELECT Alumno_InfIndPrim.CodAlumno, Alumno_InfIndPrim.codMateria, "
-                      u"Alumno_InfIndPrim.codTipo, TipoRespInfInd.Descripcion FROM Alumno_InfIndPrim INNER "
-                      u"JOIN TipoRespInfInd ON Alumno_InfIndPrim.codResp=TipoRespInfInd.IDResp WHERE " +
-                          ofSection(u"Alumno_InfIndPrim.CodAlumno", id))) {
-        Sheet* sheet = sheetOf(section, places, row[0]);
-        const auto area = areas.find({longIn(row[0]), longIn(row[1])});
-        const Long type = longIn(row[2]);
-        if (sheet == nullptr || area == areas.end() || type < 1 ||
-            type > static_cast<Long>(progress::ratingTabs.size()))
-            continue;
-        String& answer = sheet->areas[area->second].answers[static_cast<std::size_t>(type) - 1];
-        if (answer.empty())
-            answer = textIn(row[3]);
-    }
+    Sheet sheet;
+    sheet.pupil = pupil.id;
+    sheet.left = pupil.left;
+    sheet.fullName = nameOf(pupil);
+    sheet.firstSurname = pupil.surname1;
+    sheet.secondSurname = pupil.surname2;
+    sheet.name = pupil.given;
+    progress::Report report = reportOf(kind, reading, pupil);
+    sheet.missing = std::move(report.missing);
+    // Nothing is a draft too where nothing is expected.
+    if (!report.begun && sheet.missing.empty())
+        sheet.missing = {u"todo"};
+    fillTexts(pupil, sheet);
+    fillAnswers(reading, pupil, sheet);
+    return sheet;
 }
 
-/// Those who have left get no advice. An answer that belongs to another question now shows as none, and of
-/// several notes on one question the last counts, as in the window.
-void readGuidance(Connection& centro, Long id, SectionSheets& section)
+void refuseOther(Kind kind, const progress::Section& section, const String& teaching)
 {
-    section.questions = readQuestions(
-        centro, u"SELECT IDConsejoOrientador, Descripcion FROM ConsejoOrientador",
-        u"SELECT CodConsejoOrientador, Descripcion FROM ConsejoOrientador_Respuesta ORDER BY IDCOResp",
-        progress::questions);
-    Places places;
-    for (const auto& row :
-         read(centro, u"SELECT IDAlumno, Apellido_1, Apellido_2, Nombre FROM Alumno WHERE (fechabaja='' OR "
-                      u"fechabaja IS NULL) AND codseccion=" +
-                          decimalText(id) + u" ORDER BY Apellido_1, Apellido_2, Nombre, IDAlumno"))
-        if (Sheet* sheet = add(section, places, row))
-            sheet->answers.resize(progress::questions);
-    for (const auto& row : read(
-             centro, u"SELECT ConsejoOrientador_Nota.codAlumno, ConsejoOrientador_Nota.codConsejoOrientador, "
-                     u"ConsejoOrientador_Respuesta.CodConsejoOrientador AS deLaRespuesta, "
-                     u"ConsejoOrientador_Respuesta.Descripcion FROM ConsejoOrientador_Nota LEFT JOIN "
-                     u"ConsejoOrientador_Respuesta ON "
-                     u"ConsejoOrientador_Nota.codCOResp=ConsejoOrientador_Respuesta.IDCOResp WHERE " +
-                         ofSection(u"ConsejoOrientador_Nota.codAlumno", id) + u" ORDER BY IDCORNota")) {
-        Sheet* sheet = sheetOf(section, places, row[0]);
-        const Long question = longIn(row[1]);
-        if (sheet == nullptr || question < 1 || question > static_cast<Long>(progress::questions))
-            continue;
-        sheet->answers[static_cast<std::size_t>(question) - 1] =
-            longIn(row[2]) == question ? textIn(row[3]) : String();
-    }
+    if (!has(section, kind))
+        throw RuntimeError(failure::otherData,
+                           statement(u"La sección «{}» no lleva «{}»: {}.",
+                                     {Value(section.name), Value(nameOf(kind)),
+                                      Value(section.kind == 0 ? String(u"no tiene curso o enseñanza")
+                                                              : u"es de «" + teaching + u"»")}));
 }
 
 } // namespace
-
-String Sheet::fullName() const
-{
-    return firstSurname + (secondSurname.empty() ? u"" : u" ") + secondSurname + u", " + name;
-}
 
 SectionSheets readSheets(Connection& centro, Kind kind, Long section)
 {
     SectionSheets result;
     result.kind = kind;
     readHeading(centro, section, result);
-    if (kind == Kind::guidance) {
-        readGuidance(centro, section, result);
-        return result;
-    }
-    const Places places = readReports(centro, section, result);
+    const Reading reading = progress::read(centro, {.section = section,
+                                                    .guidance = kind == Kind::guidance,
+                                                    .secondary = kind == Kind::secondary,
+                                                    .primary = kind == Kind::primary});
+    refuseOther(kind, reading.sections.at(section), result.teaching);
+    if (kind == Kind::guidance)
+        result.questions = questionsOf(reading.questionNames, reading.guidanceAnswers);
     if (kind == Kind::primary)
-        readRatings(centro, section, result, places);
+        result.questions = questionsOf(reading.ratingNames, reading.ratingAnswers);
+    std::vector<const Pupil*> pupils;
+    for (const Pupil& each : reading.pupils)
+        pupils.push_back(&each);
+    for (const auto& [pupil, hidden] : listed(kind, pupils)) {
+        result.sheets.push_back(sheetOf(kind, reading, *pupil));
+        result.sheets.back().number = static_cast<int>(result.sheets.size());
+        result.sheets.back().hidden = hidden;
+    }
     return result;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "progress/Missing.h"
+#include "data/Connection.h"
+#include "progress/Definition.h"
 
 #include <array>
 #include <vector>
@@ -17,11 +18,13 @@ struct Area {
 };
 
 /// All that is stored of one pupil for one kind of report, each text in its own spelling; "" where nothing
-/// is.
+/// or only blanks are.
 struct Sheet {
     Long pupil = 0;
-    int number = 0;    ///< Place in the section's list, from 1.
-    bool left = false; ///< Has left the school; the individual reports list him still.
+    int number = 0;      ///< Place in the section's list, from 1.
+    bool left = false;   ///< Has left the school; the individual reports list him still.
+    bool hidden = false; ///< The guidance's window does not show him.
+    String fullName;     ///< As lists have it: "Surname Surname, Name".
     String firstSurname;
     String secondSurname;
     String name;
@@ -33,14 +36,11 @@ struct Sheet {
     std::array<String, 2> attitudes = {};
     std::vector<Area> areas = {};     ///< Of the primary report: those that the pupil takes.
     std::vector<String> answers = {}; ///< Of the guidance, in the order of its questions.
-
-    /// As lists have it: "Surname Surname, Name".
-    String fullName() const;
+    std::vector<String> missing = {}; ///< What a family expects and is not there, in words.
 };
 
 /// A question, and what may be answered.
 struct Question {
-    Long id = 0;
     String text;
     std::vector<String> answers = {}; ///< In the order of their keys.
 };
@@ -52,13 +52,16 @@ struct SectionSheets {
     String teaching;
     String course;
     String section;
+    Long id = 0;
+    bool hasNamesake = false; ///< Another section of the school has its name and its course's.
     String tutor;
     std::vector<Question> questions = {}; ///< The five kinds of rating, or the questions of the guidance.
     std::vector<Sheet> sheets = {};
 };
 
-/// Reads a section as the report's window lists it, by a number of statements that does not depend on the
-/// pupils. Fails with a DataError where the database does, and with otherData where there is no such section.
+/// Reads a section, by a number of statements that does not depend on the pupils: those whom the report's
+/// window reads. Fails with a DataError where the database does, and with otherData where there is no such
+/// section or its kind of teaching has no such report.
 SectionSheets readSheets(Connection& centro, Kind kind, Long section);
 
 } // namespace zv::paper

@@ -12,7 +12,7 @@ inline constexpr Kind kinds[] = {Kind::guidance, Kind::secondary, Kind::primary}
 /// Name of a kind for people, and the word that commands take for it: "consejo", "eso", "primaria".
 StringView nameOf(Kind kind);
 StringView wordOf(Kind kind);
-/// What is missing in a report of that kind, as Spanish sentences: the one definition, of which missing() is
+/// What is missing in a report of that kind, as Spanish sentences: the one definition, of which reportOf() is
 /// the code. The dialogs accept a report that lacks everything; families expect it whole.
 StringView definition(Kind kind);
 /// What holds for all kinds, as Spanish sentences.

@@ -49,10 +49,12 @@ private:
 void accountGuidance(const Reading& reading, const Pupil& pupil, Report& report)
 {
     Account account(report);
-    report.begun = pupil.answered != 0;
-    for (std::size_t question = 0; question < questions; ++question)
-        if ((reading.asked >> question & 1U) != 0)
-            account.part((pupil.answered >> question & 1U) != 0, reading.questionNames[question]);
+    for (std::size_t question = 0; question < questions; ++question) {
+        const bool given = pupil.answers[question] != 0;
+        report.begun = report.begun || given;
+        if (reading.asked[question])
+            account.part(given, reading.questionNames[question]);
+    }
 }
 
 /// Measures go with difficulties: a family that reads of these wants to know what is done.
@@ -90,24 +92,15 @@ void accountPrimary(const Reading& reading, const Pupil& pupil, Report& report)
     for (std::size_t type = 0; type < ratingTabs.size(); ++type) {
         std::vector<String> lacking;
         for (const Subject& subject : pupil.subjects) {
-            const bool given = (subject.rated >> type & 1U) != 0;
+            const bool given = subject.answers[type] != 0;
             report.begun = report.begun || given;
             if (!given)
                 lacking.push_back(reading.subjects.at(subject.id));
         }
-        if ((reading.rated >> type & 1U) != 0)
+        if (reading.rated[type])
             account.parts(ratingTabs[type], lacking, pupil.subjects.size());
     }
     accountCommon(pupil, report);
-}
-
-String nameOf(const Pupil& pupil)
-{
-    String name = pupil.surname1;
-    for (const auto& [mark, part] : {std::pair(u" ", &pupil.surname2), std::pair(u", ", &pupil.given)})
-        if (!part->empty())
-            name += (name.empty() ? u"" : mark) + *part;
-    return name;
 }
 
 /// "Nuevas Actitudes (2)" of texts without names of their own.
@@ -156,37 +149,6 @@ private:
     Classmates names_;
 };
 
-/// The pupils whom a report's dialog lists and who have not left. That of the guidance seeks each in the text
-/// of its list, where it finds 12 in 112.
-std::vector<const Pupil*> listed(Kind kind, const std::vector<const Pupil*>& pupils)
-{
-    std::vector<const Pupil*> result;
-    std::vector<String> numbers;
-    for (const Pupil* pupil : pupils) {
-        if (pupil->left || (kind != Kind::guidance && !pupil->paired))
-            continue;
-        const String number = decimalText(pupil->id);
-        if (kind == Kind::guidance &&
-            std::ranges::any_of(numbers, [&](const String& each) { return each.ends_with(number); }))
-            continue;
-        numbers.push_back(number);
-        result.push_back(pupil);
-    }
-    return result;
-}
-
-Report reportOf(Kind kind, const Reading& reading, const Pupil& pupil)
-{
-    Report report{.kind = kind, .section = pupil.section, .pupil = pupil.id, .name = nameOf(pupil)};
-    if (kind == Kind::guidance)
-        accountGuidance(reading, pupil, report);
-    else if (kind == Kind::secondary)
-        accountSecondary(pupil, report);
-    else
-        accountPrimary(reading, pupil, report);
-    return report;
-}
-
 } // namespace
 
 String missingText(const Report& report)
@@ -205,17 +167,60 @@ String strangerText(const Stranger& stranger)
                      {Value(stranger.part), Value(stranger.said), Value(stranger.name)});
 }
 
+bool has(const Section& section, Kind kind)
+{
+    return kind == Kind::primary    ? section.kind == primaryStage
+           : kind == Kind::guidance ? section.kind == secondaryStage
+                                    : section.kind == secondaryStage || section.kind == sixthForm;
+}
+
 bool offers(Kind kind, const Section& section)
 {
+    if (!has(section, kind))
+        return false;
     switch (kind) {
     case Kind::guidance:
-        return section.kind == secondaryStage && (section.year == 2 || section.year == 4);
+        return section.year == 2 || section.year == 4;
     case Kind::secondary:
-        return section.kind == secondaryStage || section.kind == sixthForm;
+        return true;
     case Kind::primary:
-        return section.kind == primaryStage && section.endsCycle;
+        return section.endsCycle;
     }
     return false;
+}
+
+std::vector<Listed> listed(Kind kind, const std::vector<const Pupil*>& section)
+{
+    std::vector<Listed> result;
+    std::vector<String> numbers;
+    for (const Pupil* pupil : section) {
+        if (kind != Kind::guidance) {
+            if (pupil->paired)
+                result.push_back({pupil});
+            continue;
+        }
+        if (pupil->left)
+            continue;
+        String number = decimalText(pupil->id);
+        const bool hidden =
+            std::ranges::any_of(numbers, [&](const String& each) { return each.ends_with(number); });
+        result.push_back({pupil, hidden});
+        if (!hidden)
+            numbers.push_back(std::move(number));
+    }
+    return result;
+}
+
+Report reportOf(Kind kind, const Reading& reading, const Pupil& pupil)
+{
+    Report report{.kind = kind, .section = pupil.section, .pupil = pupil.id, .name = nameOf(pupil)};
+    if (kind == Kind::guidance)
+        accountGuidance(reading, pupil, report);
+    else if (kind == Kind::secondary)
+        accountSecondary(pupil, report);
+    else
+        accountPrimary(reading, pupil, report);
+    return report;
 }
 
 Panel panel(Connection& centro, const Look& look)
@@ -241,7 +246,9 @@ Panel panel(Connection& centro, const Look& look)
         for (const Kind kind : kinds) {
             if (!isWanted(kind) || !offers(kind, section))
                 continue;
-            for (const Pupil* pupil : listed(kind, classroom.pupils())) {
+            for (const auto& [pupil, hidden] : listed(kind, classroom.pupils())) {
+                if (pupil->left || hidden)
+                    continue;
                 result.reports.push_back(reportOf(kind, reading, *pupil));
                 if (kind != Kind::guidance)
                     classroom.addStrangers(*pupil, result.reports.back());

@@ -48,8 +48,22 @@ String missingText(const Report& report);
 /// Where a classmate's name stands, as a Spanish sentence.
 String strangerText(const Stranger& stranger);
 
+/// Whether the section's kind of teaching has that report.
+bool has(const Section& section, Kind kind);
 /// Whether the dialog of a report offers that section to everybody.
 bool offers(Kind kind, const Section& section);
+
+/// Pupil whose report a section has.
+struct Listed {
+    const Pupil* pupil = nullptr;
+    bool hidden = false; ///< Falls to the guidance's window, which seeks each in the text of its list, where
+                         ///< it finds 12 in 112.
+};
+/// Those of a section whom a report's dialog reads, in its order; the individual reports have those who have
+/// left too.
+std::vector<Listed> listed(Kind kind, const std::vector<const Pupil*>& section);
+/// What a pupil's report has and lacks; nothing of classmates.
+Report reportOf(Kind kind, const Reading& reading, const Pupil& pupil);
 
 /// Reads how far the reports are, in a few statements, whatever the number of pupils. Fails with a DataError
 /// where the database does.

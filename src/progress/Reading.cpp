@@ -6,15 +6,24 @@
 
 #include <algorithm>
 #include <functional>
+#include <span>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace zv::progress {
 namespace {
 
 constexpr Long ratedSubjects = 4; ///< Kind of the subjects that the primary report rates.
 
-unsigned bitOf(Long number) { return 1U << static_cast<unsigned>(number - 1); }
+/// Name for people, in one line.
+String named(const String& text, StringView otherwise, Long number)
+{
+    if (isBlank(text))
+        return String(otherwise) + decimalText(number);
+    String name = text;
+    std::ranges::replace_if(
+        name, [](char16_t each) { return each < u' '; }, u' ');
+    return name;
+}
 
 /// Loader of one reading: each statement into its part.
 class Reader {
@@ -55,6 +64,8 @@ private:
 
     void readSections();
     void readPupils();
+    void readNames(const String& query, std::span<String> names);
+    void readAnswers(const String& query, std::map<Long, Answer>& answers, std::span<bool> possible);
     void readGuidance();
     void readTexts();
     void readTextsOf(StringView table, std::size_t first, std::size_t last);
@@ -72,7 +83,7 @@ void Reader::readSections()
     if (wanted_.section != 0)
         where = statement(u" WHERE Seccion.IDSeccion={}", {wanted_.section});
     forEachRow(u"SELECT Seccion.IDSeccion, Seccion.Descripcion AS Seccion, Curso.Descripcion AS Curso, "
-               u"Curso.codTipoEnsenanza, Curso.Orden, Curso.finciclo FROM Seccion INNER JOIN Curso ON "
+               u"Curso.codTipoEnsenanza, Curso.Orden, Curso.finciclo FROM Seccion LEFT JOIN Curso ON "
                u"Seccion.CodCurso=Curso.IDCurso" +
                    where,
                [&](const std::vector<Value>& row) {
@@ -92,7 +103,7 @@ void Reader::readPupils()
     if (wanted_.section != 0)
         where = statement(u" WHERE codseccion={}", {wanted_.section});
     forEachRow(u"SELECT IDAlumno, codseccion, fechabaja, Apellido_1, Apellido_2, Nombre FROM Alumno" + where +
-                   u" ORDER BY Apellido_1, Apellido_2, Nombre",
+                   u" ORDER BY Apellido_1, Apellido_2, Nombre, IDAlumno",
                [&](const std::vector<Value>& row) {
                    Pupil pupil;
                    pupil.id = longIn(row[0]);
@@ -115,34 +126,50 @@ void Reader::readPupils()
                });
 }
 
-/// An answer counts where its question's list holds it, whatever section the note is of.
+void Reader::readNames(const String& query, std::span<String> names)
+{
+    forEachRow(query, [&](const std::vector<Value>& row) {
+        const Long number = longIn(row[0]);
+        if (number >= 1 && number <= static_cast<Long>(names.size()))
+            if (String& name = names[static_cast<std::size_t>(number - 1)]; !isBlank(textIn(row[1])))
+                name = named(textIn(row[1]), {}, number);
+    });
+}
+
+void Reader::readAnswers(const String& query, std::map<Long, Answer>& answers, std::span<bool> possible)
+{
+    forEachRow(query, [&](const std::vector<Value>& row) {
+        String text = textIn(row[2]);
+        const Long question = longIn(row[1]);
+        const bool isNone = isBlank(text);
+        answers[longIn(row[0])] = {question, isNone ? String() : std::move(text)};
+        if (!isNone && question >= 1 && question <= static_cast<Long>(possible.size()))
+            possible[static_cast<std::size_t>(question - 1)] = true;
+    });
+}
+
+/// An answer counts where its question's list holds it, whatever section the note is of; of several notes on
+/// one question the last, as in the window.
 void Reader::readGuidance()
 {
     for (std::size_t place = 0; place < questions; ++place)
-        reading_.questionNames[place] = u"La pregunta " + decimalText(static_cast<Long>(place + 1));
-    const auto isQuestion = [](Long number) { return number >= 1 && number <= Long{questions}; };
-    forEachRow(u"SELECT IDConsejoOrientador, Descripcion FROM ConsejoOrientador",
+        reading_.questionNames[place] = named({}, u"La pregunta ", static_cast<Long>(place + 1));
+    readNames(u"SELECT IDConsejoOrientador, Descripcion FROM ConsejoOrientador", reading_.questionNames);
+    readAnswers(u"SELECT IDCOResp, CodConsejoOrientador, Descripcion FROM ConsejoOrientador_Respuesta",
+                reading_.guidanceAnswers, reading_.asked);
+    forEachRow(u"SELECT codAlumno, codConsejoOrientador, codCOResp FROM ConsejoOrientador_Nota" +
+                   ofSection(u" WHERE ", u"codAlumno") + u" ORDER BY IDCORNota",
                [&](const std::vector<Value>& row) {
-                   const Long number = longIn(row[0]);
-                   if (const String name = textIn(row[1]); isQuestion(number) && !isBlank(name))
-                       reading_.questionNames[static_cast<std::size_t>(number - 1)] = name;
-               });
-    std::unordered_map<Long, Long> questionOf;
-    forEachRow(u"SELECT IDCOResp, CodConsejoOrientador FROM ConsejoOrientador_Respuesta",
-               [&](const std::vector<Value>& row) {
-                   if (const Long number = longIn(row[1]); isQuestion(number)) {
-                       questionOf[longIn(row[0])] = number;
-                       reading_.asked |= bitOf(number);
-                   }
-               });
-    forEachRow(u"SELECT codAlumno, codConsejoOrientador, codCOResp FROM ConsejoOrientador_Nota WHERE "
-               u"codCOResp>0" +
-                   ofSection(u" AND ", u"codAlumno"),
-               [&](const std::vector<Value>& row) {
-                   const auto answer = questionOf.find(longIn(row[2]));
                    Pupil* pupil = pupilOf(row[0]);
-                   if (pupil != nullptr && answer != questionOf.end() && answer->second == longIn(row[1]))
-                       pupil->answered |= bitOf(answer->second);
+                   const Long question = longIn(row[1]);
+                   if (pupil == nullptr || question < 1 || question > Long{questions})
+                       return;
+                   const auto answer = reading_.guidanceAnswers.find(longIn(row[2]));
+                   pupil->answers[static_cast<std::size_t>(question - 1)] =
+                       answer != reading_.guidanceAnswers.end() && answer->second.question == question &&
+                               !answer->second.text.empty()
+                           ? answer->first
+                           : 0;
                });
 }
 
@@ -167,15 +194,15 @@ void Reader::readTextsOf(StringView table, std::size_t first, std::size_t last)
                });
 }
 
-/// An answer counts as long as it is in the catalogue, under whatever type: the dialog shows it.
+/// An answer counts as long as it is in the catalogue, under whatever type: the dialog shows the first.
 void Reader::readRatings()
 {
-    std::unordered_map<Long, Long> sectionOfTaught;
     forEachRow(u"SELECT Alumno_MateriaDetalles.codAlumno, Materia.IDMateria, Materia.Nombre FROM "
                u"Alumno_MateriaDetalles INNER JOIN (MateriaDetalles INNER JOIN Materia ON "
                u"Materia.IDMateria=MateriaDetalles.codMateria) ON MateriaDetalles.IDMateriaDetalles="
                u"Alumno_MateriaDetalles.codMateriaDetalles WHERE Materia.codTipoMateria=" +
-                   decimalText(ratedSubjects) + ofSection(u" AND ", u"Alumno_MateriaDetalles.codAlumno"),
+                   decimalText(ratedSubjects) + ofSection(u" AND ", u"Alumno_MateriaDetalles.codAlumno") +
+                   u" ORDER BY Materia.Nombre, Materia.IDMateria",
                [&](const std::vector<Value>& row) {
                    Pupil* pupil = pupilOf(row[0]);
                    const Long subject = longIn(row[1]);
@@ -184,29 +211,45 @@ void Reader::readRatings()
                        return;
                    pupil->subjects.push_back({.id = subject});
                    if (const auto [place, isNew] = reading_.subjects.try_emplace(subject); isNew)
-                       place->second = textIn(row[2]);
+                       place->second = named(textIn(row[2]), u"Materia ", subject);
                });
-    std::unordered_set<Long> answers;
-    forEachRow(u"SELECT IDResp, CodTipo FROM TipoRespInfInd", [&](const std::vector<Value>& row) {
-        answers.insert(longIn(row[0]));
-        if (const Long type = longIn(row[1]); type >= 1 && type <= Long{ratingTabs.size()})
-            reading_.rated |= bitOf(type);
-    });
-    forEachRow(u"SELECT CodAlumno, codMateria, codTipo, codResp FROM Alumno_InfIndPrim WHERE codResp>0" +
-                   ofSection(u" AND ", u"CodAlumno"),
+    std::ranges::copy(ratingTabs, reading_.ratingNames.begin());
+    readNames(u"SELECT IDTipo, Descripcion FROM TipoInfInd", reading_.ratingNames);
+    readAnswers(u"SELECT IDResp, CodTipo, Descripcion FROM TipoRespInfInd", reading_.ratingAnswers,
+                reading_.rated);
+    forEachRow(u"SELECT CodAlumno, codMateria, codTipo, codResp FROM Alumno_InfIndPrim" +
+                   ofSection(u" WHERE ", u"CodAlumno"),
                [&](const std::vector<Value>& row) {
                    Pupil* pupil = pupilOf(row[0]);
                    const Long type = longIn(row[2]);
+                   const Long answer = longIn(row[3]);
                    if (pupil == nullptr || type < 1 || type > Long{ratingTabs.size()} ||
-                       !answers.contains(longIn(row[3])))
+                       !reading_.ratingAnswers.contains(answer))
                        return;
                    const auto subject = std::ranges::find(pupil->subjects, longIn(row[1]), &Subject::id);
-                   if (subject != pupil->subjects.end())
-                       subject->rated |= bitOf(type);
+                   if (subject == pupil->subjects.end())
+                       return;
+                   Long& first = subject->answers[static_cast<std::size_t>(type - 1)];
+                   first = first == 0 ? answer : first;
                });
+    for (Pupil& pupil : reading_.pupils)
+        for (Subject& subject : pupil.subjects)
+            std::ranges::replace_if(
+                subject.answers,
+                [&](Long answer) { return answer != 0 && reading_.ratingAnswers.at(answer).text.empty(); },
+                Long{0});
 }
 
 } // namespace
+
+String nameOf(const Pupil& pupil)
+{
+    String name = pupil.surname1;
+    for (const auto& [mark, part] : {std::pair(u" ", &pupil.surname2), std::pair(u", ", &pupil.given)})
+        if (!isBlank(*part))
+            name += (name.empty() ? u"" : mark) + *part;
+    return named(name, u"Alumno ", pupil.id);
+}
 
 Reading read(Connection& centro, const Wanted& wanted) { return Reader(centro, wanted).read(); }
 

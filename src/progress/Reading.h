@@ -50,15 +50,21 @@ struct Section {
     Long id = 0;
     String name = {};
     String course = {};
-    Long kind = 0; ///< Kind of teaching.
+    Long kind = 0; ///< Kind of teaching; 0 of a section without course.
     Long year = 0;
     bool endsCycle = false;
 };
 
-/// Subject of a pupil, with a bit for each type that is rated in it.
+/// Answer of a catalogue. One without a text is none, on paper and for whoever reads it.
+struct Answer {
+    Long question = 0; ///< Question of the guidance or type of rating that lists it.
+    String text;       ///< "" of blanks too.
+};
+
+/// Subject of a pupil with the answers to its types of rating: their keys, 0 for none.
 struct Subject {
     Long id = 0;
-    unsigned rated = 0;
+    std::array<Long, ratingTabs.size()> answers = {};
 };
 
 /// Pupil of a section with what his reports hold.
@@ -69,18 +75,24 @@ struct Pupil {
     bool paired = false; ///< Stands in the table of pairs too, as the individual reports want it.
     String surname1, surname2, given;
     std::array<String, textParts.size()> texts;
-    std::vector<Subject> subjects; ///< Those that the primary report rates.
-    unsigned answered = 0;         ///< A bit for each question of the guidance with an answer.
+    std::vector<Subject> subjects;            ///< Those that the primary report rates, by name.
+    std::array<Long, questions> answers = {}; ///< To the guidance: their keys, 0 for none.
 };
+
+/// "Abad Arias, Pablo" in one line; "Alumno 55" of one without a name.
+String nameOf(const Pupil& pupil);
 
 /// What reports are made of, as the dialogs would show it.
 struct Reading {
     std::map<Long, Section> sections;
     std::vector<Pupil> pupils; ///< In the dialogs' order.
     std::map<Long, String> subjects;
-    std::array<String, questions> questionNames;
-    unsigned asked = 0; ///< A bit for each question that has a possible answer.
-    unsigned rated = 0; ///< A bit for each type that has one.
+    std::array<String, questions> questionNames; ///< "La pregunta 3" of one without a text.
+    std::array<String, ratingTabs.size()> ratingNames;
+    std::map<Long, Answer> guidanceAnswers; ///< By key.
+    std::map<Long, Answer> ratingAnswers;
+    std::array<bool, questions> asked = {}; ///< The question has a possible answer.
+    std::array<bool, ratingTabs.size()> rated = {};
 };
 
 struct Wanted {

@@ -1,14 +1,11 @@
 #include "qt/ControlView.h"
 
-#include "forms/Names.h"
-#include "forms/ViewRules.h"
 #include "qt/QtKeys.h"
 #include "qt/QtText.h"
+#include "views/Names.h"
 
 #include <QKeyEvent>
 #include <QTextDocument>
-
-#include <utility>
 
 namespace zv {
 
@@ -19,29 +16,6 @@ void ControlView::watch()
     // No click focus by the toolkit: a click gives the focus through the acts.
     input().setFocusPolicy(control().takesFocus() ? Qt::TabFocus : Qt::NoFocus);
     input().installEventFilter(this);
-}
-
-void ControlView::changed(const PropertyBase* property)
-{
-    if (places(control(), property))
-        return followPlace();
-    if (!inBulk())
-        return followContent();
-    if (!std::exchange(waiting_, true))
-        later([this] { flush(); });
-}
-
-void ControlView::flush()
-{
-    if (std::exchange(waiting_, false))
-        followContent();
-}
-
-void ControlView::followAll()
-{
-    waiting_ = false;
-    followPlace();
-    followContent();
 }
 
 void ControlView::followPlace()
@@ -67,14 +41,6 @@ void ControlView::describe(const QString& text)
         input().setAccessibleDescription(text);
 }
 
-bool ControlView::act(const std::function<bool(Acts&)>& what) { return window_.act(what); }
-
-void ControlView::click()
-{
-    if (window_.mayClick(control()))
-        act([this](Acts& acts) { return acts.click(control()); });
-}
-
 void ControlView::later(const std::function<void()>& what)
 {
     const auto ifThere = [this, what] {
@@ -86,13 +52,7 @@ void ControlView::later(const std::function<void()>& what)
 
 bool ControlView::press(const Keystroke& key)
 {
-    const bool clicks = key == Keystroke(Key::Enter) || key == Keystroke(String(u" "));
-    if (clicks && !window_.mayClick(control()))
-        return true;
-    if (const Key* named = std::get_if<Key>(&key))
-        act([&](Acts& acts) { return acts.key(control(), *named); });
-    else
-        act([&](Acts& acts) { return acts.type(control(), std::get<String>(key)); });
+    pressKey(key);
     return true;
 }
 

@@ -2,6 +2,7 @@
 
 #include "qt/EdgeStyle.h"
 #include "qt/Legible.h"
+#include "qt/QtText.h"
 
 #include <QBoxLayout>
 #include <QClipboard>
@@ -21,29 +22,18 @@ namespace zv {
 
 namespace {
 
-struct Column {
-    const char* title;
-    QString DraftRow::*text;
-};
-
-constexpr Column columns[] = {{"De quién", &DraftRow::whom},
-                              {"Campo", &DraftRow::field},
-                              {"Guardado ahora", &DraftRow::stored},
-                              {"Borrador", &DraftRow::draft},
-                              {"Observación", &DraftRow::state}};
-
 /// Of the cells whose text is to be copied as it stands.
 constexpr int wholeText = Qt::UserRole;
 
 class DraftWindow final : public QDialog {
 public:
-    DraftWindow(QWidget& owner, const QString& heading, const std::vector<DraftRow>& rows) : QDialog(&owner)
+    DraftWindow(QWidget& owner, const String& heading, const std::vector<DraftRow>& rows) : QDialog(&owner)
     {
         setObjectName(QStringLiteral("borrador"));
-        setWindowTitle(QStringLiteral("Textos sin guardar"));
+        setWindowTitle(toQt(draftTitle));
         setSizeGripEnabled(true);
         keepLegible(*this);
-        heading_.setText(heading);
+        heading_.setText(toQt(heading));
         heading_.setTextFormat(Qt::PlainText);
         heading_.setWordWrap(true);
         column_.addWidget(&heading_);
@@ -85,23 +75,22 @@ private:
         table_.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
         table_.verticalHeader()->hide();
         table_.setRowCount(static_cast<int>(rows.size()));
-        for (const Column& each : columns)
-            if (std::ranges::any_of(rows, [&](const DraftRow& row) { return !(row.*each.text).isEmpty(); }))
+        for (const DraftColumn& each : draftColumns)
+            if (std::ranges::any_of(rows, [&](const DraftRow& row) { return !(row.*each.text).empty(); }))
                 add(each, rows);
         table_.horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
         table_.setCurrentCell(0, 0);
     }
-    void add(const Column& column, const std::vector<DraftRow>& rows)
+    void add(const DraftColumn& column, const std::vector<DraftRow>& rows)
     {
         const int place = table_.columnCount();
         table_.insertColumn(place);
-        table_.setHorizontalHeaderItem(
-            place, std::make_unique<QTableWidgetItem>(QString::fromUtf8(column.title)).release());
-        const bool value = column.text == &DraftRow::stored || column.text == &DraftRow::draft;
+        table_.setHorizontalHeaderItem(place,
+                                       std::make_unique<QTableWidgetItem>(toQt(column.title)).release());
         for (int line = 0; const DraftRow& row : rows) {
-            const QString& text = row.*column.text;
+            const QString text = toQt(row.*column.text);
             auto* item =
-                std::make_unique<QTableWidgetItem>(value && text.isEmpty() ? QStringLiteral("(vacío)") : text)
+                std::make_unique<QTableWidgetItem>(column.value && text.isEmpty() ? toQt(emptyValue) : text)
                     .release();
             item->setData(wholeText, text);
             item->setTextAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -137,7 +126,7 @@ private:
 
 } // namespace
 
-void showDraft(QWidget& owner, const QString& heading, const std::vector<DraftRow>& rows)
+void showDraft(QWidget& owner, const String& heading, const std::vector<DraftRow>& rows)
 {
     DraftWindow(owner, heading, rows).exec();
 }

@@ -3,71 +3,46 @@
 #include "qt/Bar.h"
 #include "qt/ControlView.h"
 #include "qt/FocusRing.h"
-#include "qt/PupilGuide.h"
 #include "qt/Zoom.h"
+#include "views/FormView.h"
+#include "views/Measures.h"
 
 #include <QDialog>
 #include <QEventLoop>
+#include <QLabel>
 #include <QScrollArea>
 
-#include <map>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace zv {
 
 /// Window (view) of a form, from the form's opening until the form is hidden or unloaded. The form lies on a
 /// sheet, which scrolls where it is larger than the screen.
-class FormWindow final : public QDialog, private ViewHost {
+class FormWindow final : public QDialog, public FormView<ViewHost, ControlView> {
 public:
     /// Without a zoom the window is bare: keys and buttons do what the model does and no more, and the sheet
     /// has its natural size.
     FormWindow(Form& form, QWidget* parent, Zoom* zoom);
     ~FormWindow() override;
 
-    Form& form() const { return form_; }
-    ControlView& viewOf(const Control& control) const { return *views_.at(byControl_.at(&control)); }
-    int pixels(Long twips) const override;
-    Long twips(int pixels) const;
+    int pixels(Long twips) const override { return scale().pixels(twips); }
+    /// Of a text in the form's letters, in twips.
+    Long textWidth(StringView text) const;
     QRect placeOf(const Control& control) const override;
-    bool bare() const override { return !guide_; }
-    void columnsMoved() override;
 
-    bool act(const std::function<bool(Acts&)>& what) override;
-    /// Takes the result of the last act out: whether it could be done; empty if none ended since the last
-    /// call.
-    std::optional<bool> takeOutcome() { return std::exchange(outcome_, std::nullopt); }
-    bool busy() const override { return busy_ != 0; }
-    bool alive() const override { return alive_; }
     /// Detaches the window from its form, which may be destroyed.
     void end();
-    void changed(const PropertyBase& property);
-    void controlChanged(Control& control, const PropertyBase* property);
-    /// Runs every coalesced update.
-    void inStep();
     QWidget* focusWidget() const override { return QDialog::focusWidget(); }
-    void takeFocusOver(ControlView& view) override;
     /// Nested event loop: lets a person act until the form is no longer visible.
     void run();
-    /// A statement has returned: paints how far a save has come. No event is handled.
-    void working()
-    {
-        if (guide_)
-            guide_->working();
-    }
-    /// Ends the set-up: from here on acts are accepted.
-    void ready();
-
-    /// Says something in a bar over the form, whose controls stay where they are on their sheet. A bare
-    /// window has none.
-    void say(const QString& text, const std::vector<Bar::Choice>& choices);
-    /// Takes the bar away; the focus goes back to the form.
-    void sayNothing();
+    void say(const String& text, const std::vector<BarChoice>& choices) override;
+    void sayNothing() override;
+    bool asks(const Question& question) override;
+    void showDraft(const String& heading, const std::vector<DraftRow>& rows) override;
 
     void help() override;
     bool pressOwn(const QKeyEvent& event) override;
-    bool mayClick(const Control& control) override;
 
     void reject() override;
 
@@ -78,10 +53,9 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    void build();
+    Scale scale() const { return Scale(logicalDpiX() * scale_); }
     void follow();
-    /// Sizes of sheet and window: whole, or as large as the screen allows.
-    void fit();
+    void fit() override;
     /// After the size has changed: not beyond the screen's edges.
     void moveInside();
     /// Factor to the natural size: that of the desktop's letters as far as the screen allows, and the zoom.
@@ -90,31 +64,29 @@ private:
     bool zoomed(const QKeyEvent& event);
     bool inBar() const;
     void focusMoved(QWidget* from, QWidget* to);
-    void look();
     /// Font whose metrics fit the sizes that the forms give their controls.
     QFont fittingFont() const;
-    bool fits(const QFontMetrics& font) const;
-    void stack();
-    void followFocus();
+    void followCaption() override;
+    void followEnabled() override { setEnabled(form().Enabled()); }
+    void followFocus() override;
     /// Where a grid is higher than the window, its current line stays in sight.
     void followCell();
+    void inStepNow() override;
+    void showLine(const String& text) override;
+    void paintLine(const String& text) override;
+    bool isFocused(const ControlView& view) const override { return view.input().hasFocus(); }
+    void putUnder(ControlView& view) override { view.widget().lower(); }
+    void putOver(ControlView& view) override { view.widget().raise(); }
 
-    Form& form_;
     // Before the widgets: those send events here while they are made.
-    int busy_ = 1;
-    bool alive_ = true;
     Zoom* zoom_;
     double scale_ = 1;
     std::optional<Bar> bar_;
     QScrollArea room_{this};
     QWidget* sheet_;
-    std::optional<PupilGuide> guide_;
+    QLabel line_{this};
     FocusRing ring_;
-    std::vector<std::unique_ptr<ControlView>> views_; ///< Parents first: a frame before what is in it.
-    std::map<const Control*, std::size_t> byControl_;
-    std::vector<Control*> stacked_; ///< Cache of the stacking order (`Form::frontToBack`) last applied.
     QEventLoop loop_;
-    std::optional<bool> outcome_;
 };
 
 } // namespace zv

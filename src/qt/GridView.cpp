@@ -1,8 +1,8 @@
 #include "qt/GridView.h"
 
-#include "forms/ViewRules.h"
 #include "qt/Columns.h"
 #include "qt/QtText.h"
+#include "views/ViewRules.h"
 
 #include <QAbstractTableModel>
 #include <QHeaderView>
@@ -180,27 +180,13 @@ int GridView::room() const
 std::vector<int> GridView::widths() const
 {
     std::vector<int> all;
-    int natural = 0;
-    for (int place = 0; place < cells_->columnCount({}); ++place) {
+    for (int place = 0; place < cells_->columnCount({}); ++place)
         all.push_back(window().pixels(control().ColWidth(cells_->columnAt(place))));
-        natural += all.back();
-    }
     if (window().bare() || all.empty())
         return all;
-    if (shares_.size() == all.size())
-        std::ranges::transform(shares_, all.begin(),
-                               [&](double share) { return static_cast<int>(std::lround(share * room())); });
-    else if (natural <= room()) {
-        for (int& each : all)
-            each = each * room() / natural;
-        if (!std::ranges::equal(columnNeeds(widget()), all, std::less_equal()))
-            all = columnsIn(widget(), room());
-    }
-    // The last one has what is left, and never less than its title.
-    const int others = std::accumulate(all.begin(), all.end() - 1, 0);
     const int title = widget().horizontalHeader()->sectionSizeHint(static_cast<int>(all.size()) - 1);
-    all.back() = std::max(room() - others, natural > room() ? all.back() : title);
-    return all;
+    return columnWidths(
+        std::move(all), shares_, room(), [this] { return columnNeeds(widget()); }, title);
 }
 
 void GridView::dragged()

@@ -1,7 +1,7 @@
 #include "qt/NotesEdit.h"
 
-#include "forms/ViewRules.h"
 #include "qt/QtText.h"
+#include "views/ViewRules.h"
 
 namespace zv {
 

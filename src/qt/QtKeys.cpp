@@ -52,10 +52,28 @@ std::optional<Keystroke> keystrokeOf(const QKeyEvent& event)
     const bool types = held == Qt::NoModifier || shift ||
                        (held & ~Qt::ShiftModifier) == (Qt::ControlModifier | Qt::AltModifier);
     const String text = fromQt(event.text());
-    if (!types || text.empty() || !event.text().front().isPrint())
-        if (text.size() != 2 || !event.text().front().isHighSurrogate())
-            return std::nullopt;
+    if (!types || text.empty() || !isWritten(text.front()))
+        return std::nullopt;
     return text;
+}
+
+std::optional<Chord> chordOf(const QKeyEvent& event)
+{
+    constexpr std::pair<int, Chord::Key> keys[] = {
+        {Qt::Key_Tab, Chord::Key::tab},       {Qt::Key_Backtab, Chord::Key::tab},
+        {Qt::Key_PageUp, Chord::Key::pageUp}, {Qt::Key_PageDown, Chord::Key::pageDown},
+        {Qt::Key_Return, Chord::Key::enter},  {Qt::Key_Enter, Chord::Key::enter},
+        {Qt::Key_Delete, Chord::Key::remove}, {Qt::Key_D, Chord::Key::d},
+    };
+    const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
+    const auto* found = std::ranges::find(keys, event.key(), &std::pair<int, Chord::Key>::first);
+    constexpr Qt::KeyboardModifiers known = Qt::ControlModifier | Qt::ShiftModifier | Qt::AltModifier;
+    if (found == std::end(keys) || (held & ~known) != Qt::NoModifier)
+        return std::nullopt;
+    return Chord{.key = found->second,
+                 .control = held.testFlag(Qt::ControlModifier),
+                 .shift = held.testFlag(Qt::ShiftModifier),
+                 .alt = held.testFlag(Qt::AltModifier)};
 }
 
 } // namespace zv

@@ -8,7 +8,8 @@ namespace zv {
 
 inline QString toQt(StringView text)
 {
-    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+    // Not fromUtf16, which takes a byte order mark away.
+    return QStringView(text.data(), static_cast<qsizetype>(text.size())).toString();
 }
 inline String fromQt(const QString& text) { return text.toStdU16String(); }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "forms/ViewRules.h"
 #include "qt/ControlView.h"
 #include "qt/NotesEdit.h"
 #include "qt/QtText.h"
+#include "views/ViewRules.h"
 
 #include <QLineEdit>
 

@@ -2,16 +2,10 @@
 
 #include <QSettings>
 
-#include <algorithm>
-
 namespace zv {
 
 namespace {
 
-constexpr int usual = 100;
-constexpr int step = 10;
-constexpr int least = 60;
-constexpr int most = 300;
 const QString key = QStringLiteral("zoom");
 
 /// The module's own settings, whichever program it is loaded into.
@@ -21,8 +15,8 @@ QSettings settings() { return QSettings(QStringLiteral("ZVConfiguracion"), QStri
 
 void Zoom::remember()
 {
-    remembered_ = true;
-    percent_ = std::clamp(settings().value(key, usual).toInt(), least, most);
+    Magnification::remember(settings().value(key).toInt(),
+                            [](int percent) { settings().setValue(key, percent); });
 }
 
 bool Zoom::press(const QKeyEvent& event)
@@ -34,20 +28,18 @@ bool Zoom::press(const QKeyEvent& event)
     switch (event.key()) {
     case Qt::Key_Plus:
     case Qt::Key_Equal:
-        percent_ = std::min(percent_ + step, most);
+        change(Change::larger);
         break;
     case Qt::Key_Minus:
     case Qt::Key_Underscore:
-        percent_ = std::max(percent_ - step, least);
+        change(Change::smaller);
         break;
     case Qt::Key_0:
-        percent_ = usual;
+        change(Change::usual);
         break;
     default:
         return false;
     }
-    if (remembered_)
-        settings().setValue(key, percent_);
     return true;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "views/Magnification.h"
+
 #include <QKeyEvent>
 #include <QSize>
 
@@ -11,11 +13,9 @@ namespace zv {
 /// knows.
 inline QSize withoutFrame(const QSize& screen) { return screen - QSize(8, 40); }
 
-/// Magnification of the dialogs, which a person sets with Ctrl and + − 0 in any of them.
-class Zoom {
+/// Magnification of the dialogs, by the toolkit's keys and settings.
+class Zoom final : public Magnification {
 public:
-    /// In hundredths of the size that desktop and screen ask for.
-    int percent() const { return percent_; }
     /// Reads what was set last, and from now on keeps what is set.
     void remember();
     /// Whether it was a zoom key; the size has changed then.
@@ -27,8 +27,6 @@ public:
 
 private:
     std::optional<QSize> bound_;
-    int percent_ = 100;
-    bool remembered_ = false;
 };
 
 } // namespace zv

@@ -101,8 +101,7 @@ public:
         bool reached = focus(control);
         while (reached && !text.empty()) {
             const Keystroke key = takeKey(text);
-            reached =
-                open(control) && really(control.form(), [&] { character(control, std::get<String>(key)); });
+            reached = open(control) && write(control, std::get<String>(key));
         }
         return reached;
     }
@@ -149,6 +148,13 @@ protected:
     }
 
 private:
+    bool write(Control& control, const String& text)
+    {
+        if (!isWritten(text.front()))
+            return directly(control.form(), [&](Acts& acts) { return acts.type(control, text); });
+        return really(control.form(), [&] { character(control, text); });
+    }
+
     StageDesktop& desktop_;
 };
 

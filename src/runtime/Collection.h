@@ -3,7 +3,7 @@
 #include "runtime/Errors.h"
 
 #include <list>
-#include <map>
+#include <unordered_map>
 
 namespace zv {
 
@@ -24,7 +24,7 @@ public:
 
     void Add(T item, StringView key = {})
     {
-        if (!key.empty() && byKey_.find(key) != byKey_.end())
+        if (!key.empty() && byKey_.contains(key))
             fail(failure::keyTaken, key);
         entries_.push_back({std::move(item), String(key)});
         if (!key.empty())
@@ -81,7 +81,7 @@ private:
         return found;
     }
     Entries entries_;
-    std::map<String, typename Entries::iterator, NameLess> byKey_;
+    std::unordered_map<String, typename Entries::iterator, NameHash, SameName> byKey_;
 };
 
 } // namespace zv

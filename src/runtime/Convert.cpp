@@ -304,6 +304,13 @@ Currency CCur(const Value& value)
 
 String CStr(const Value& value) { return std::visit(ToText{region().decimalMark}, value.data()); }
 
+String CStr(Value&& value)
+{
+    if (value.as<String>() == nullptr)
+        return CStr(std::as_const(value));
+    return std::get<String>(std::move(value).data());
+}
+
 ObjectPtr CObj(const Value& value)
 {
     const auto* object = value.as<ObjectPtr>();

@@ -18,6 +18,8 @@ Currency CCur(const Value& value);
 /// Text of a value: numbers with the regional decimal mark and no leading blank, truth values
 /// "Verdadero"/"Falso".
 String CStr(const Value& value);
+/// The same of a value that nobody else needs: its text is taken, not copied.
+String CStr(Value&& value);
 /// The object in a value. Fails with 91 for no object, with 13 for anything else.
 ObjectPtr CObj(const Value& value);
 

@@ -152,6 +152,16 @@ bool NameLess::operator()(StringView a, StringView b) const
                                         [](char16_t x, char16_t y) { return lowerUnit(x) < lowerUnit(y); });
 }
 
+std::size_t NameHash::operator()(StringView name) const
+{
+    constexpr std::uint64_t basis = 0xCBF29CE484222325; // FNV-1a
+    constexpr std::uint64_t prime = 0x100000001B3;
+    std::uint64_t hash = basis;
+    for (const char16_t unit : name)
+        hash = (hash ^ lowerUnit(unit)) * prime;
+    return static_cast<std::size_t>(hash);
+}
+
 String Trim(StringView text)
 {
     const std::size_t first = text.find_first_not_of(u' ');

@@ -27,6 +27,15 @@ struct NameLess {
     using is_transparent = void;
     bool operator()(StringView a, StringView b) const;
 };
+/// Hash and equality for those where no order is wanted.
+struct NameHash {
+    using is_transparent = void;
+    std::size_t operator()(StringView name) const;
+};
+struct SameName {
+    using is_transparent = void;
+    bool operator()(StringView a, StringView b) const { return sameName(a, b); }
+};
 
 /// Strips blanks (U+0020 only) at both ends.
 String Trim(StringView text);

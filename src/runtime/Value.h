@@ -65,7 +65,8 @@ public:
 
     bool isEmpty() const { return std::holds_alternative<Empty>(data_); }
     bool isNull() const { return std::holds_alternative<Null>(data_); }
-    const Data& data() const { return data_; }
+    const Data& data() const& { return data_; }
+    Data data() && { return std::move(data_); }
     template <class T>
     const T* as() const
     {

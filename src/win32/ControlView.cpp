@@ -1,7 +1,6 @@
 #include "win32/ControlView.h"
 
-#include "forms/Names.h"
-#include "forms/ViewRules.h"
+#include "views/Names.h"
 #include "win32/Accessible.h"
 
 #include <utility>
@@ -10,31 +9,12 @@ namespace zv::win32 {
 
 ControlView::ControlView(ViewHost& window, Control& control, const wchar_t* kind, DWORD style, DWORD extended,
                          HWND parent)
-    : Window(kind, childStyle | style, extended, parent), window_(window), control_(control)
+    : Window(kind, childStyle | style, extended, parent), ViewBase(window), window_(window), control_(control)
 {}
 
-void ControlView::changed(const PropertyBase* property)
+void ControlView::followFont()
 {
-    if (places(control_, property))
-        return followPlace();
-    if (!inBulk())
-        return followContent();
-    if (!std::exchange(waiting_, true))
-        window_.later([this] { flush(); });
-}
-
-void ControlView::flush()
-{
-    if (std::exchange(waiting_, false))
-        followContent();
-}
-
-void ControlView::followAll()
-{
-    waiting_ = false;
-    followPlace();
     send(handle(), WM_SETFONT, reinterpret_cast<WPARAM>(window_.font().handle()), TRUE);
-    followContent();
 }
 
 void ControlView::followPlace()
@@ -45,8 +25,16 @@ void ControlView::followPlace()
     const UINT shown = control_.Visible() ? SWP_SHOWWINDOW : SWP_HIDEWINDOW;
     SetWindowPos(handle(), nullptr, place.left, place.top, place.right - place.left, heightIn(place),
                  SWP_NOZORDER | SWP_NOACTIVATE | shown);
-    EnableWindow(handle(), control_.Enabled());
+    EnableWindow(handle(), enabled());
     window_.tip(handle(), control_.ToolTipText());
+}
+
+bool ControlView::enabled() const
+{
+    const Control* outer = &control_;
+    while (outer != nullptr && outer->Enabled())
+        outer = outer->frame();
+    return outer == nullptr;
 }
 
 void ControlView::show(const String& text)
@@ -64,28 +52,21 @@ void ControlView::name()
 
 String ControlView::description() const { return accessibleDescriptionOf(control_); }
 
-bool ControlView::click()
-{
-    return act([this](Acts& acts) { return acts.click(control_); });
-}
-
-void ControlView::press(const Keystroke& key)
-{
-    if (const Key* named = std::get_if<Key>(&key))
-        act([&](Acts& acts) { return acts.key(control_, *named); });
-    else
-        act([&](Acts& acts) { return acts.type(control_, std::get<String>(key)); });
-}
+void ControlView::press(const Keystroke& key) { pressKey(key); }
 
 bool ControlView::keyed(UINT message, WPARAM number)
 {
     flush();
     if (message == WM_CHAR) {
         const auto character = characters_.take(static_cast<wchar_t>(number));
-        if (character)
+        if (character && !window_.typeOwn(*character))
             press(*character);
         return character.has_value() || IS_HIGH_SURROGATE(number);
     }
+    if (window_.pressOwn(message, number))
+        return true;
+    if (message == WM_SYSKEYDOWN)
+        return false;
     if (number == VK_F1)
         window_.help();
     const auto key = keyOf(number);
@@ -105,6 +86,11 @@ LRESULT ControlView::receive(UINT message, WPARAM number, LPARAM data)
     case WM_CHAR:
         if (keyed(message, number) || !hasOwnKeys())
             return 0;
+        break;
+    case WM_SYSKEYDOWN:
+        // The system has to know that Alt was not pressed alone: else it opens a menu when that is let go.
+        if (keyed(message, number))
+            return DefWindowProcW(handle(), message, number, data);
         break;
     case WM_KEYUP:
         if (!hasOwnKeys())

@@ -1,26 +1,18 @@
 #include "win32/FormWindow.h"
 
-#include "forms/ComboBox.h"
 #include "forms/Desktop.h"
-#include "forms/MSFlexGrid.h"
-#include "forms/TabStrip.h"
+#include "win32/DraftView.h"
 #include "win32/GridView.h"
 #include "win32/Help.h"
+#include "win32/Message.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace zv::win32 {
 
 namespace {
 
-constexpr int twipsPerInch = 1440;
-/// Metrics that the forms assume, in twips: 105 for an ordinary letter, 315 for the height of a field.
-constexpr StringView ordinaryLetters = u"abcdeghknopqsuvxyz";
-constexpr Long letterWidth = 105;
-constexpr Long lineHeight = 255;
-constexpr Long largestFont = 180;
-constexpr Long smallestFont = 140;
+constexpr Long margin = 240;
 constexpr UINT laterMessage = WM_APP + 1;
 constexpr UINT_PTR minuteTimer = 1;
 constexpr UINT minute = 60'000;
@@ -28,9 +20,9 @@ constexpr DWORD windowStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDR
 
 } // namespace
 
-FormWindow::FormWindow(Form& form, HWND owner, bool bare)
-    : Window(ourClass(), windowStyle, WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, owner), form_(form),
-      owner_(owner), bare_(bare), dots_(dotsOf(handle())), section_(form)
+FormWindow::FormWindow(Form& form, HWND owner, Zoom* zoom)
+    : Window(ourClass(), windowStyle, WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, owner), FormView(form),
+      owner_(owner), zoom_(zoom), section_(form)
 {
     tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
                             0, 0, 0, 0, handle(), nullptr, GetModuleHandleW(nullptr), nullptr);
@@ -39,7 +31,16 @@ FormWindow::FormWindow(Form& form, HWND owner, bool bare)
             LoadImageW(nullptr, wide(form.Icon.file), IMAGE_ICON, 0, 0, LR_LOADFROMFILE | LR_DEFAULTSIZE));
     if (icon_ != nullptr)
         send(handle(), WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(icon_));
-    build();
+    if (zoom_ != nullptr) {
+        offerMore();
+        bar_.emplace(*this, handle());
+    }
+    if (hasLine())
+        line_ = CreateWindowExW(0, WC_STATICW, L"", childStyle | WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0,
+                                0, 0, 0, handle(), nullptr, GetModuleHandleW(nullptr), nullptr);
+    build([this](Control& control, const ControlView* frame) {
+        return makeView(*this, control, frame != nullptr ? frame->handle() : handle());
+    });
     follow();
     // Where the focus is always shows: the acts move it, whoever acts.
     send(handle(), WM_CHANGEUISTATE, MAKEWPARAM(UIS_CLEAR, UISF_HIDEFOCUS), 0);
@@ -48,24 +49,11 @@ FormWindow::FormWindow(Form& form, HWND owner, bool bare)
 
 FormWindow::~FormWindow()
 {
-    alive_ = false;
-    // Destruction in reverse order: children before their frame.
-    while (!views_.empty())
-        views_.pop_back();
+    destroyViews();
     if (tips_ != nullptr)
         DestroyWindow(tips_);
     if (icon_ != nullptr)
         DestroyIcon(icon_);
-}
-
-int FormWindow::pixels(Long twips) const
-{
-    return static_cast<int>(std::lround(static_cast<double>(twips) * dots_ / twipsPerInch));
-}
-
-Long FormWindow::twips(int pixels) const
-{
-    return static_cast<Long>(std::lround(static_cast<double>(pixels) * twipsPerInch / dots_));
 }
 
 RECT FormWindow::placeOf(const Control& control) const
@@ -73,22 +61,16 @@ RECT FormWindow::placeOf(const Control& control) const
     RECT place{pixels(control.Left()), pixels(control.Top()), pixels(control.Left() + control.Width()),
                pixels(control.Top() + control.Height())};
     if (control.frame() == nullptr)
-        OffsetRect(&place, -sheet_.corner().x, -sheet_.corner().y);
+        OffsetRect(&place, sheet_.origin().x, sheet_.origin().y);
     // Over its cell, which the window may have made wider than the model knows.
-    if (!bare_ && &control == section_.floating && section_.grid != nullptr) {
-        const auto& grid = dynamic_cast<const GridView&>(viewOf(*section_.grid));
+    if (const MSFlexGrid* under = this->under(control)) {
+        const auto& grid = dynamic_cast<const GridView&>(viewOf(*under));
         if (const auto column = grid.currentColumn()) {
-            place.left = placeOf(*section_.grid).left + column->first;
+            place.left = placeOf(*under).left + column->first;
             place.right = place.left + column->second;
         }
     }
     return place;
-}
-
-void FormWindow::columnsMoved()
-{
-    if (alive_ && !bare_ && section_.floating != nullptr && byControl_.contains(section_.floating))
-        viewOf(*section_.floating).followPlace();
 }
 
 int FormWindow::rowHeight() const
@@ -98,38 +80,64 @@ int FormWindow::rowHeight() const
 
 Font FormWindow::fittingFont() const
 {
-    const int most = pixels(letterWidth * static_cast<Long>(ordinaryLetters.size()));
-    for (int size = pixels(largestFont); size > pixels(smallestFont); --size)
-        if (Font font(size); font.height() <= pixels(lineHeight) && font.width(ordinaryLetters) <= most)
-            return font;
-    return Font(pixels(smallestFont));
+    return Font(fittingLetters(scale_, [](int size) {
+        const Font font(size);
+        return LetterSize{font.height(), font.width(ordinaryLetters)};
+    }));
 }
 
-void FormWindow::build()
+double FormWindow::scaleWanted() const
 {
-    for (Control* control : form_.Controls) {
-        const HWND parent = control->frame() != nullptr ? viewOf(*control->frame()).handle() : handle();
-        views_.push_back(makeView(*this, *control, parent));
-        byControl_[control] = views_.size() - 1;
-    }
+    if (zoom_ == nullptr)
+        return 1;
+    const Scale natural(dotsOf(handle()));
+    const SIZE room = sheet_.room();
+    const Long line = hasLine() ? lineHeight : 0;
+    return magnified(systemLetters(), static_cast<double>(room.cx) / natural.pixels(form().Width()),
+                     static_cast<double>(room.cy) / natural.pixels(form().Height() + line), zoom_->percent());
 }
 
 void FormWindow::follow()
 {
-    const Deeper own(busy_);
-    dots_ = dotsOf(handle());
+    const Deeper own = ownDoing();
+    scale_ = Scale(dotsOf(handle()) * scaleWanted());
     font_ = fittingFont();
-    SetWindowTextW(handle(), wide(form_.Caption()));
+    followCaption();
     followEnabled();
     fit();
-    for (const auto& view : views_)
-        view->followAll();
-    for (const auto& view : views_)
-        view->name();
-    stack();
+    followControls();
 }
 
-void FormWindow::fit() { sheet_.fit({pixels(form_.Width()), pixels(form_.Height())}); }
+void FormWindow::fit()
+{
+    const bool barShown = bar_ && bar_->shown();
+    const SIZE whole{pixels(form().Width()), pixels(form().Height())};
+    const LONG least = barShown ? bar_->leastWidth() : 0;
+    const LONG across = std::min(sheet_.room().cx, std::max(least, whole.cx));
+    const int over = barShown ? bar_->settle(static_cast<int>(across)) : 0;
+    const int under = line_ != nullptr ? pixels(lineHeight) : 0;
+    const LONG before = sheet_.origin().y;
+    sheet_.fit(whole, over, under, static_cast<int>(least));
+    RECT inside{};
+    GetClientRect(handle(), &inside);
+    if (barShown && inside.right != across)
+        bar_->settle(inside.right);
+    if (line_ != nullptr) {
+        send(line_, WM_SETFONT, reinterpret_cast<WPARAM>(font_.handle()), TRUE);
+        MoveWindow(line_, pixels(margin), inside.bottom - under, inside.right - 2 * pixels(margin), under,
+                   TRUE);
+    }
+    if (sheet_.origin().y != before)
+        followSheet();
+}
+
+void FormWindow::followSheet()
+{
+    const Deeper own = ownDoing();
+    for (const auto& view : views())
+        if (view->control().frame() == nullptr)
+            view->followPlace();
+}
 
 void FormWindow::centre()
 {
@@ -144,62 +152,55 @@ void FormWindow::centre()
     GetWindowRect(handle(), &own);
     const LONG width = own.right - own.left;
     const LONG height = own.bottom - own.top;
-    const auto inside = [](LONG at, LONG size, LONG from, LONG to) {
-        return std::clamp(at, from, std::max(from, to - size));
-    };
     const RECT& work = screen.rcWork;
+    const auto inside = [](LONG at, LONG size, LONG from, LONG to) {
+        return within(static_cast<int>(at), static_cast<int>(size), static_cast<int>(from),
+                      static_cast<int>(to));
+    };
     SetWindowPos(handle(), nullptr,
                  inside((around.left + around.right - width) / 2, width, work.left, work.right),
                  inside((around.top + around.bottom - height) / 2, height, work.top, work.bottom), 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void FormWindow::stack()
+/// After the size has changed: not beyond the screen's edges.
+void FormWindow::moveInside()
 {
-    // Z order: tabs and grids lie under what stands in their place; what was brought to the front lies over
-    // all. A window that is made later lies, here, under the others.
-    constexpr UINT only = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
-    for (const auto& view : views_)
-        if (dynamic_cast<GridView*>(view.get()) != nullptr)
-            SetWindowPos(view->handle(), HWND_BOTTOM, 0, 0, 0, 0, only);
-    for (const auto& view : views_)
-        if (dynamic_cast<TabStrip*>(&view->control()) != nullptr)
-            SetWindowPos(view->handle(), HWND_BOTTOM, 0, 0, 0, 0, only);
-    stacked_ = form_.frontToBack();
-    for (auto control = stacked_.rbegin(); control != stacked_.rend(); ++control)
-        SetWindowPos(viewOf(**control).handle(), HWND_TOP, 0, 0, 0, 0, only);
+    MONITORINFO screen{};
+    screen.cbSize = sizeof screen;
+    GetMonitorInfoW(MonitorFromWindow(handle(), MONITOR_DEFAULTTONEAREST), &screen);
+    RECT own{};
+    GetWindowRect(handle(), &own);
+    const auto inside = [](LONG at, LONG end, LONG from, LONG to) {
+        return within(static_cast<int>(at), static_cast<int>(end - at), static_cast<int>(from),
+                      static_cast<int>(to));
+    };
+    const RECT& work = screen.rcWork;
+    SetWindowPos(handle(), nullptr, inside(own.left, own.right, work.left, work.right),
+                 inside(own.top, own.bottom, work.top, work.bottom), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-bool FormWindow::act(const std::function<bool(Acts&)>& what)
+void FormWindow::putUnder(ControlView& view)
 {
-    if (!alive_)
-        return false;
-    bool done = false;
-    {
-        const Deeper deeper(busy_);
-        Acts acts;
-        done = what(acts);
-    }
-    outcome_ = done;
-    if (alive_ && !busy())
-        inStep();
-    return done;
+    SetWindowPos(view.handle(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
-void FormWindow::inStep()
+/// Over the other controls; what stands around the sheet lies over all.
+void FormWindow::putOver(ControlView& view)
 {
-    for (const auto& view : views_)
-        view->flush();
-    followFocus();
+    const HWND around = line_ != nullptr ? line_ : bar_ ? bar_->handle() : HWND_TOP;
+    SetWindowPos(view.handle(), view.control().frame() == nullptr ? around : HWND_TOP, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void FormWindow::followFocus()
 {
-    const Control* active = form_.ActiveControl();
+    const Control* active = form().ActiveControl();
     const HWND wanted = active != nullptr ? viewOf(*active).handle() : handle();
     if (GetActiveWindow() != handle() || GetFocus() == wanted)
         return;
-    const Deeper own(busy_);
+    const Deeper own = ownDoing();
     SetFocus(wanted);
     if (active == nullptr)
         return;
@@ -212,15 +213,7 @@ void FormWindow::followFocus()
 
 bool FormWindow::focused(const ControlView& view) const
 {
-    return form_.ActiveControl() == &view.control() && GetFocus() == view.handle();
-}
-
-void FormWindow::takeFocusOver(ControlView& view)
-{
-    if (busy() || GetFocus() != view.handle() || form_.ActiveControl() == &view.control())
-        return;
-    if (!view.control().takesFocus() || !act([&](Acts& acts) { return acts.focus(view.control()); }))
-        followFocus();
+    return form().ActiveControl() == &view.control() && GetFocus() == view.handle();
 }
 
 void FormWindow::later(std::function<void()> what)
@@ -231,7 +224,7 @@ void FormWindow::later(std::function<void()> what)
 
 void FormWindow::runLater()
 {
-    while (alive_ && !later_.empty()) {
+    while (alive() && !later_.empty()) {
         const auto what = std::move(later_.front());
         later_.pop_front();
         what();
@@ -259,7 +252,7 @@ void FormWindow::tip(HWND window, const String& text)
 void FormWindow::help()
 {
     if (!busy())
-        showHelp(handle(), form_.Name());
+        showHelp(handle(), form().Name());
 }
 
 void FormWindow::show()
@@ -270,7 +263,7 @@ void FormWindow::show()
 
 void FormWindow::end()
 {
-    alive_ = false;
+    detach();
     KillTimer(handle(), minuteTimer);
     ShowWindow(handle(), SW_HIDE);
 }
@@ -278,59 +271,114 @@ void FormWindow::end()
 void FormWindow::cover(bool covered)
 {
     covered_ = covered;
-    if (alive_)
+    if (alive())
         followEnabled();
 }
 
-void FormWindow::followEnabled() { EnableWindow(handle(), form_.Enabled() && !covered_); }
-
-void FormWindow::changed(const PropertyBase& property)
+void FormWindow::disable(std::vector<HWND> others)
 {
-    if (&property == &form_.Caption)
-        SetWindowTextW(handle(), wide(form_.Caption()));
-    else if (&property == &form_.Enabled)
-        followEnabled();
-    else if (&property == &form_.Width || &property == &form_.Height)
-        fit();
+    disabled_ = std::move(others);
+    for (const HWND other : disabled_)
+        EnableWindow(other, FALSE);
 }
 
-void FormWindow::controlChanged(Control& control, const PropertyBase* property)
+void FormWindow::giveBack()
 {
-    viewOf(control).changed(property);
-    if (property == nullptr && stacked_ != form_.frontToBack())
-        stack();
+    for (const HWND other : std::exchange(disabled_, {}))
+        EnableWindow(other, TRUE);
 }
 
-void FormWindow::ready()
+void FormWindow::followCaption() { SetWindowTextW(handle(), wide(form().Caption())); }
+
+void FormWindow::followEnabled() { EnableWindow(handle(), form().Enabled() && !covered_); }
+
+void FormWindow::showLine(const String& text) { SetWindowTextW(line_, wide(text)); }
+
+void FormWindow::paintLine(const String& text)
 {
-    busy_ = 0;
-    inStep();
+    showLine(text);
+    UpdateWindow(line_);
 }
 
-void FormWindow::close()
+bool FormWindow::pressOwn(UINT message, WPARAM code)
 {
-    if (!busy())
-        act([this](Acts& acts) { return acts.close(form_); });
+    if (zoom_ == nullptr || busy() || !taken(message, code))
+        return false;
+    // What such a key types besides: a sign, or a letter at which the system would beep.
+    MSG character{};
+    for (const UINT typed : {WM_CHAR, WM_SYSCHAR})
+        PeekMessageW(&character, nullptr, typed, typed, PM_REMOVE);
+    return true;
+}
+
+bool FormWindow::taken(UINT message, WPARAM code)
+{
+    if (const auto change = zoomOf(code)) {
+        zoom_->change(*change);
+        follow();
+        moveInside();
+        if (!bar_->focused())
+            followFocus();
+        return true;
+    }
+    if (message == WM_SYSKEYDOWN && !held(VK_CONTROL) && bar_->press(code))
+        return true;
+    if (code == VK_F6 && bar_->shown()) {
+        bar_->enter();
+        return true;
+    }
+    return pressChord(chordOf(code), {});
+}
+
+void FormWindow::say(const String& text, const std::vector<BarChoice>& choices)
+{
+    if (!bar_ || !alive())
+        return;
+    bar_->say(text, choices);
+    fit();
+    moveInside();
+}
+
+void FormWindow::sayNothing()
+{
+    if (!bar_ || !bar_->shown())
+        return;
+    bar_->hide();
+    fit();
+}
+
+bool FormWindow::asks(const Question& question)
+{
+    const OwnControls ownControls;
+    return askQuestion(handle(), question);
+}
+
+void FormWindow::showDraft(const String& heading, const std::vector<DraftRow>& rows)
+{
+    const OwnControls ownControls;
+    win32::showDraft(handle(), font_, heading, rows);
 }
 
 LRESULT FormWindow::receive(UINT message, WPARAM number, LPARAM data)
 {
-    if (!alive_)
+    if (!alive())
         return inherited(message, number, data);
     switch (message) {
     case WM_CLOSE:
-        close();
+        closeForm();
         return 0;
     case WM_LBUTTONDOWN:
         if (!busy())
-            act([this](Acts& acts) { return acts.clickBackground(form_); });
+            act([this](Acts& acts) { return acts.clickBackground(form()); });
         return 0;
     case WM_KEYDOWN:
+        if (pressOwn(message, number))
+            return 0;
         // Where no control has the focus: Escape is then a person's way out.
         if (number == VK_F1)
             help();
-        else if (number == VK_ESCAPE && form_.ActiveControl() == nullptr)
-            close();
+        else if (number == VK_ESCAPE && form().ActiveControl() == nullptr)
+            closeForm();
         return 0;
     case WM_HSCROLL:
     case WM_VSCROLL:
@@ -353,7 +401,7 @@ LRESULT FormWindow::receive(UINT message, WPARAM number, LPARAM data)
         reinterpret_cast<MEASUREITEMSTRUCT*>(data)->itemHeight = static_cast<UINT>(rowHeight());
         return TRUE;
     case WM_SETCURSOR:
-        if (form_.MousePointer() != pointer::hourglass)
+        if (form().MousePointer() != pointer::hourglass)
             break;
         SetCursor(LoadCursorW(nullptr, IDC_WAIT));
         return TRUE;

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "forms/SectionControls.h"
-#include "win32/ControlView.h"
+#include "views/FormView.h"
+#include "views/Measures.h"
+#include "win32/Bar.h"
 #include "win32/Sheet.h"
+#include "win32/Zoom.h"
 
 #include <deque>
 #include <map>
@@ -11,82 +14,78 @@
 namespace zv::win32 {
 
 /// Window (view) of a form, from the form's opening until the form is hidden or unloaded.
-class FormWindow final : public Window, private ViewHost {
+class FormWindow final : public Window, public FormView<ViewHost, ControlView> {
 public:
-    /// A bare window shows what the model says and no more.
-    FormWindow(Form& form, HWND owner, bool bare);
+    /// Without a zoom the window is bare: it shows what the model says and no more.
+    FormWindow(Form& form, HWND owner, Zoom* zoom);
     ~FormWindow() override;
 
-    Form& form() const { return form_; }
-    ControlView& viewOf(const Control& control) const { return *views_.at(byControl_.at(&control)); }
-    int pixels(Long twips) const override;
-    Long twips(int pixels) const;
+    int pixels(Long twips) const override { return scale_.pixels(twips); }
+    /// Of a text in the form's letters, in twips.
+    Long textWidth(StringView text) const { return scale_.twips(font_.width(text)); }
     const Font& font() const override { return font_; }
 
-    bool act(const std::function<bool(Acts&)>& what) override;
-    /// Takes the result of the last act out: whether it could be done; empty if none ended since the last
-    /// call.
-    std::optional<bool> takeOutcome() { return std::exchange(outcome_, std::nullopt); }
-    bool busy() const override { return busy_ != 0; }
-    bool alive() const override { return alive_; }
     void show();
     /// Detaches the window from its form, which may be destroyed.
     void end();
     /// While another window is in front of it, nobody acts on it.
     void cover(bool covered);
-    void changed(const PropertyBase& property);
-    void controlChanged(Control& control, const PropertyBase* property);
-    void inStep() override;
-    /// Ends the set-up: from here on acts are accepted.
-    void ready();
+    /// The thread's other windows, which it keeps from a person as long as it is there; given back.
+    void disable(std::vector<HWND> others);
+    void giveBack();
     /// Runs what was put off until the message in hand had ended.
     void runLater();
+    /// Sizes, letters and content, for the screen that the window is on.
+    void follow();
+
+    void say(const String& text, const std::vector<BarChoice>& choices) override;
+    void sayNothing() override;
+    bool asks(const Question& question) override;
+    void showDraft(const String& heading, const std::vector<DraftRow>& rows) override;
 
 protected:
     LRESULT receive(UINT message, WPARAM number, LPARAM data) override;
 
 private:
-    Deeper ownDoing() override { return Deeper(busy_); }
     RECT placeOf(const Control& control) const override;
-    bool bare() const override { return bare_; }
-    void columnsMoved() override;
     int rowHeight() const override;
     bool focused(const ControlView& view) const override;
-    void takeFocusOver(ControlView& view) override;
     void tip(HWND window, const String& text) override;
     void help() override;
+    bool pressOwn(UINT message, WPARAM code) override;
+    bool taken(UINT message, WPARAM code);
+    bool typeOwn(const String& character) override { return !busy() && pressChord({}, character); }
     void later(std::function<void()> what) override;
 
-    void build();
-    /// Sizes, letters and content, for the screen that the window is on.
-    void follow();
     Font fittingFont() const;
-    void fit();
+    double scaleWanted() const;
     void centre();
-    void stack();
-    void followFocus();
-    void followEnabled();
-    void close();
+    void moveInside();
+    void followSheet();
+    void followCaption() override;
+    void followEnabled() override;
+    void followFocus() override;
+    void fit() override;
+    void showLine(const String& text) override;
+    void paintLine(const String& text) override;
+    bool isFocused(const ControlView& view) const override { return GetFocus() == view.handle(); }
+    void putUnder(ControlView& view) override;
+    void putOver(ControlView& view) override;
 
-    Form& form_;
     HWND owner_;
-    bool bare_;
-    // Before the controls' windows: those send messages here while they are made.
-    int busy_ = 1;
-    bool alive_ = true;
+    Zoom* zoom_;
     bool covered_ = false;
-    int dots_;
+    Scale scale_;
     Font font_;
-    Sheet sheet_{handle()};
+    Sheet sheet_{handle(), [this] { followSheet(); }};
     SectionControls section_;
+    std::optional<Bar> bar_;
+    HWND line_ = nullptr; ///< Under the form of a section; else nullptr.
     HWND tips_ = nullptr;
     std::map<HWND, String> tipTexts_;
     HICON icon_ = nullptr;
-    std::vector<std::unique_ptr<ControlView>> views_; ///< Parents first: a frame before what is in it.
-    std::map<const Control*, std::size_t> byControl_;
-    std::vector<Control*> stacked_; ///< Cache of the stacking order (`Form::frontToBack`) last applied.
+    std::vector<HWND> disabled_;
     std::deque<std::function<void()>> later_;
-    std::optional<bool> outcome_;
 };
 
 } // namespace zv::win32

@@ -1,9 +1,8 @@
 #include "win32/GridView.h"
 
-#include "forms/ViewRules.h"
+#include "views/ViewRules.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include <windowsx.h>
 
@@ -12,6 +11,7 @@ namespace zv::win32 {
 namespace {
 
 constexpr int cellMargin = 4;
+constexpr int focusEdge = 2;
 
 UINT alignmentOf(Integer number) { return number == 4 ? DT_CENTER : number == 7 ? DT_RIGHT : DT_LEFT; }
 
@@ -96,7 +96,7 @@ void GridView::followColumns()
         while (send(handle(), LVM_DELETECOLUMN) != 0) {
         }
         columns_ = std::move(columns);
-        dragged_.clear();
+        shares_.clear();
         LVCOLUMNW none{};
         none.mask = LVCF_WIDTH | LVCF_FMT;
         for (std::size_t place = 0; place < columns_.size(); ++place)
@@ -127,22 +127,53 @@ void GridView::followTitles()
     }
 }
 
+int GridView::room() const
+{
+    RECT place{};
+    GetWindowRect(handle(), &place);
+    const int height = static_cast<int>(place.bottom - place.top) - 2 * GetSystemMetrics(SM_CYBORDER);
+    const bool scrolls = window().pixels(typed().rowHeight()) * typed().Rows() > height;
+    return static_cast<int>(place.right - place.left) - 2 * GetSystemMetrics(SM_CXBORDER) -
+           (scrolls ? GetSystemMetrics(SM_CXVSCROLL) : 0);
+}
+
+std::vector<ColumnNeed> GridView::needs() const
+{
+    const Font& font = window().font();
+    const int letter = font.width(u"n");
+    const Long rows = std::min<Long>(typed().Rows(), measuredRows + 1);
+    std::vector<ColumnNeed> all;
+    for (const Long column : columns_) {
+        std::vector<StringView> texts;
+        for (Long row = 0; row < rows; ++row)
+            texts.push_back(typed().TextMatrix(row, column));
+        all.push_back({font.widest(texts) + 2 * cellMargin + 3 * letter, titleWidth(column), 12 * letter});
+    }
+    return all;
+}
+
+int GridView::titleWidth(Long column) const
+{
+    return window().font().width(typed().TextMatrix(0, column)) + 4 * cellMargin;
+}
+
 std::vector<int> GridView::widths() const
 {
-    if (dragged_.size() == columns_.size() && !dragged_.empty())
-        return dragged_;
     std::vector<int> all;
     for (const Long column : columns_)
         all.push_back(window().pixels(typed().ColWidth(column)));
-    RECT inside{};
-    GetClientRect(handle(), &inside);
-    const int natural = std::accumulate(all.begin(), all.end(), 0);
-    if (window().bare() || natural > inside.right || natural == 0)
+    if (window().bare() || all.empty())
         return all;
-    for (int& each : all)
-        each = each * inside.right / natural;
-    all.back() += inside.right - std::accumulate(all.begin(), all.end(), 0);
-    return all;
+    return columnWidths(
+        std::move(all), shares_, room(), [this] { return needs(); }, titleWidth(columns_.back()));
+}
+
+void GridView::dragged()
+{
+    shares_.clear();
+    for (std::size_t place = 0; place < columns_.size(); ++place)
+        shares_.push_back(static_cast<double>(send(handle(), LVM_GETCOLUMNWIDTH, place)) / room());
+    followContent();
 }
 
 void GridView::followScroll()
@@ -190,6 +221,22 @@ bool GridView::selected(Long row, Long column) const
     if (hasLines(grid))
         return chosen_ == grid.RowData(row);
     return between(row, grid.Row(), grid.RowSel()) && between(column, grid.Col(), grid.ColSel());
+}
+
+/// Frames the rows of the grid that has the focus: its cell may be the heading's, or out of sight.
+void GridView::drawFocus() const
+{
+    RECT title{};
+    GetClientRect(heading(), &title);
+    RECT rows{};
+    GetClientRect(handle(), &rows);
+    rows.top = title.bottom;
+    const HDC device = GetDC(handle());
+    for (int line = 0; line < focusEdge; ++line) {
+        FrameRect(device, &rows, GetSysColorBrush(COLOR_HIGHLIGHT));
+        InflateRect(&rows, -1, -1);
+    }
+    ReleaseDC(handle(), device);
 }
 
 void GridView::draw(const DRAWITEMSTRUCT& drawn) const
@@ -275,7 +322,7 @@ void GridView::press(const Keystroke& key)
 
 bool GridView::paged(WPARAM code)
 {
-    if (code != VK_PRIOR && code != VK_NEXT)
+    if ((code != VK_PRIOR && code != VK_NEXT) || held(VK_CONTROL))
         return false;
     const Long rows = typed().visibleRows();
     const Long top = typed().TopRow() + (code == VK_NEXT ? rows : -rows);
@@ -322,22 +369,26 @@ LRESULT GridView::receive(UINT message, WPARAM number, LPARAM data)
         return 0;
     case WM_RBUTTONDOWN:
         return 0;
+    case WM_SETFOCUS: // It is drawn otherwise; and what scrolls takes the edge with it.
+    case WM_KILLFOCUS:
+    case WM_VSCROLL:
+    case WM_MOUSEWHEEL:
+    case LVM_SCROLL:
+        InvalidateRect(handle(), nullptr, FALSE);
+        break;
     case WM_NOTIFY: {
         const auto code = reinterpret_cast<const NMHDR*>(data)->code;
         const LRESULT result = inherited(message, number, data);
         if (code == static_cast<UINT>(HDN_ENDTRACKW) || code == static_cast<UINT>(HDN_ENDTRACKA))
-            window().later([this] {
-                dragged_.clear();
-                for (std::size_t place = 0; place < columns_.size(); ++place)
-                    dragged_.push_back(static_cast<int>(send(handle(), LVM_GETCOLUMNWIDTH, place)));
-                window().columnsMoved();
-            });
+            window().later([this] { dragged(); });
         return result;
     }
     default:
         break;
     }
     const LRESULT result = ViewOf::receive(message, number, data);
+    if (message == WM_PAINT && GetFocus() == handle())
+        drawFocus();
     if (message == WM_VSCROLL || message == WM_MOUSEWHEEL)
         scrolled();
     return result;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "forms/MSFlexGrid.h"
+#include "views/Columns.h"
 #include "win32/ControlView.h"
 
 #include <optional>
@@ -49,11 +50,17 @@ private:
     void followHeight();
     void followColumns();
     void followTitles();
-    /// Widths of the columns shown, in pixels: the model's; in a window that is not bare in the model's
-    /// proportion over all the room there is.
+    /// Widths of the columns shown, in pixels: the model's; in a window that is not bare as the texts need
+    /// them, or as a person has dragged them.
     std::vector<int> widths() const;
+    std::vector<ColumnNeed> needs() const;
+    int titleWidth(Long column) const;
+    /// Width for the columns, in pixels.
+    int room() const;
+    void dragged();
     void followScroll();
     void scrolled();
+    void drawFocus() const;
     void draw(const DRAWITEMSTRUCT& row) const;
     void drawCell(HDC device, RECT place, Long row, Long column) const;
     bool selected(Long row, Long column) const;
@@ -62,11 +69,11 @@ private:
     void clicked(int x, int y);
     void choose(Long row, int place);
     void noteChosen();
-    std::vector<Long> columns_; ///< Those that are not hidden.
-    std::vector<int> dragged_;  ///< Widths that a person gave them.
-    Long chosen_ = 0;           ///< Number of the line that was clicked last.
-    int height_ = 0;            ///< Of a row, as it was asked for last.
-    int following_ = 0;         ///< Re-entrancy flag: the window is being changed from the model.
+    std::vector<Long> columns_;  ///< Those that are not hidden.
+    std::vector<double> shares_; ///< Shares of the room that a person gave them.
+    Long chosen_ = 0;            ///< Number of the line that was clicked last.
+    int height_ = 0;             ///< Of a row, as it was asked for last.
+    int following_ = 0;          ///< Re-entrancy flag: the window is being changed from the model.
     std::optional<GridHeading> heading_;
 };
 

@@ -1,6 +1,7 @@
 #include "win32/Message.h"
 
 #include "forms/Desktop.h"
+#include "runtime/Convert.h"
 
 namespace zv::win32 {
 
@@ -90,6 +91,35 @@ void showMessage(HWND owner, StringView prompt, Integer flags, StringView title,
     Coming now{shown, help};
     const Hooks hooks(now);
     MessageBoxW(owner, wide(String(prompt)), wide(String(title)), MB_OK | signOf(flags));
+}
+
+bool askQuestion(HWND owner, const Question& question)
+{
+    constexpr int yes = 100;
+    constexpr int no = 101;
+    String title(static_cast<std::size_t>(GetWindowTextLengthW(owner)), u'\0');
+    GetWindowTextW(owner, reinterpret_cast<wchar_t*>(title.data()), static_cast<int>(title.size()) + 1);
+    const TASKDIALOG_BUTTON buttons[] = {{yes, wide(question.yes)}, {no, wide(question.no)}};
+    TASKDIALOGCONFIG box{};
+    box.cbSize = sizeof box;
+    box.hwndParent = owner;
+    box.dwFlags = TDF_ALLOW_DIALOG_CANCELLATION | TDF_POSITION_RELATIVE_TO_WINDOW;
+    box.pszWindowTitle = wide(title);
+    box.pszMainIcon = TD_WARNING_ICON;
+    box.pszMainInstruction = wide(question.text);
+    box.pszContent = wide(question.detail);
+    box.cButtons = static_cast<UINT>(std::size(buttons));
+    box.pButtons = buttons;
+    box.nDefaultButton = no;
+    int pressed = no;
+    // Looked up when it is needed: the system's older controls, which a host may have loaded, lack it.
+    const FARPROC address = GetProcAddress(LoadLibraryW(L"comctl32.dll"), "TaskDialogIndirect");
+    const auto ask = reinterpret_cast<decltype(&TaskDialogIndirect)>(reinterpret_cast<void*>(address));
+    if (ask != nullptr && SUCCEEDED(ask(&box, &pressed, nullptr, nullptr)))
+        return pressed == yes;
+    const String all = question.text + u"\r\n\r\n" + question.detail + u"\r\n\r\n¿" + question.yes + u"?";
+    return MessageBoxW(owner, wide(Replace(all, u"&", u"")), wide(title),
+                       MB_YESNO | MB_DEFBUTTON2 | MB_ICONWARNING) == IDYES;
 }
 
 } // namespace zv::win32

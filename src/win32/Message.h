@@ -3,6 +3,7 @@
 #include "win32/System.h"
 
 #include "runtime/Value.h"
+#include "views/WindowAids.h"
 
 #include <functional>
 
@@ -13,5 +14,8 @@ namespace zv::win32 {
 /// runs at F1.
 void showMessage(HWND owner, StringView prompt, Integer flags, StringView title,
                  const std::function<void(HWND)>& shown = {}, const std::function<void(HWND)>& help = {});
+
+/// Asks in a modal box of the system; true for `yes`.
+bool askQuestion(HWND owner, const Question& question);
 
 } // namespace zv::win32

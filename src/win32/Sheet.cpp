@@ -1,5 +1,7 @@
 #include "win32/Sheet.h"
 
+#include "views/Measures.h"
+
 #include <algorithm>
 
 namespace zv::win32 {
@@ -23,27 +25,37 @@ SIZE Sheet::page() const
 {
     RECT inside{};
     GetClientRect(window_, &inside);
-    return {inside.right, inside.bottom};
+    return {inside.right, std::max<LONG>(0, inside.bottom - over_ - under_)};
 }
 
-void Sheet::fit(SIZE whole)
+SIZE Sheet::room() const
 {
-    whole_ = whole;
     MONITORINFO screen{};
     screen.cbSize = sizeof screen;
     GetMonitorInfoW(MonitorFromWindow(window_, MONITOR_DEFAULTTONEAREST), &screen);
-    const SIZE room{screen.rcWork.right - screen.rcWork.left, screen.rcWork.bottom - screen.rcWork.top};
-    RECT outside{0, 0, whole.cx, whole.cy};
+    RECT frame{};
+    addFrame(frame, window_);
+    return {screen.rcWork.right - screen.rcWork.left - (frame.right - frame.left),
+            screen.rcWork.bottom - screen.rcWork.top - (frame.bottom - frame.top)};
+}
+
+void Sheet::fit(SIZE whole, int over, int under, int least)
+{
+    whole_ = whole;
+    over_ = over;
+    under_ = under;
+    const SIZE most = room();
+    const SIZE bar{GetSystemMetrics(SM_CXVSCROLL), GetSystemMetrics(SM_CYHSCROLL)};
+    const ScrollBars bars =
+        scrollBars({whole.cx, whole.cy}, {most.cx, most.cy - over - under}, {bar.cx, bar.cy});
+    const LONG across = std::max<LONG>(least, whole.cx + (bars.down ? bar.cx : 0));
+    const LONG down = whole.cy + over + under + (bars.across ? bar.cy : 0);
+    RECT outside{0, 0, std::min(most.cx, across), std::min(most.cy, down)};
     addFrame(outside, window_);
-    SIZE size{outside.right - outside.left, outside.bottom - outside.top};
-    const bool wide =
-        size.cx > room.cx || (size.cy > room.cy && size.cx + GetSystemMetrics(SM_CXVSCROLL) > room.cx);
-    const bool high = size.cy > room.cy || (wide && size.cy + GetSystemMetrics(SM_CYHSCROLL) > room.cy);
-    size.cx = std::min(room.cx, size.cx + (high ? GetSystemMetrics(SM_CXVSCROLL) : 0));
-    size.cy = std::min(room.cy, size.cy + (wide ? GetSystemMetrics(SM_CYHSCROLL) : 0));
-    ShowScrollBar(window_, SB_HORZ, wide);
-    ShowScrollBar(window_, SB_VERT, high);
-    SetWindowPos(window_, nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    ShowScrollBar(window_, SB_HORZ, bars.across);
+    ShowScrollBar(window_, SB_VERT, bars.down);
+    SetWindowPos(window_, nullptr, 0, 0, outside.right - outside.left, outside.bottom - outside.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     moveTo(corner_);
 }
 
@@ -64,11 +76,10 @@ void Sheet::moveTo(POINT corner)
         SCROLLINFO info{sizeof info, SIF_ALL, 0, each.whole - 1, static_cast<UINT>(each.page), each.at, 0};
         SetScrollInfo(window_, each.bar, &info, TRUE);
     }
-    const POINT by{corner_.x - corner.x, corner_.y - corner.y};
+    if (corner.x == corner_.x && corner.y == corner_.y)
+        return;
     corner_ = corner;
-    if (by.x != 0 || by.y != 0)
-        ScrollWindowEx(window_, by.x, by.y, nullptr, nullptr, nullptr, nullptr,
-                       SW_SCROLLCHILDREN | SW_INVALIDATE | SW_ERASE);
+    moved_();
 }
 
 void Sheet::scroll(int bar, WPARAM number)
@@ -110,7 +121,7 @@ void Sheet::reveal(const RECT& part)
 {
     const SIZE seen = page();
     moveTo({showing(corner_.x, seen.cx, part.left, part.right),
-            showing(corner_.y, seen.cy, part.top, part.bottom)});
+            showing(corner_.y, seen.cy, part.top - over_, part.bottom - over_)});
 }
 
 } // namespace zv::win32

@@ -1,6 +1,9 @@
 #include "win32/System.h"
 
+#include "views/Measures.h"
+
 #include <algorithm>
+#include <cmath>
 
 namespace zv::win32 {
 
@@ -37,6 +40,14 @@ private:
     HDC device_ = GetDC(nullptr);
     HGDIOBJ before_;
 };
+
+LOGFONTW messageFont()
+{
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    return metrics.lfMessageFont;
+}
 
 } // namespace
 
@@ -92,28 +103,33 @@ void addFrame(RECT& inside, HWND window)
         AdjustWindowRectEx(&inside, style, FALSE, extended);
 }
 
-Font::Font(int pixels, int hundredths, bool bold)
+double systemLetters()
 {
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof metrics;
-    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-    LOGFONTW& font = metrics.lfMessageFont;
+    const Measure measure(nullptr);
+    const Scale system(GetDeviceCaps(measure.device(), LOGPIXELSX));
+    return std::abs(static_cast<double>(messageFont().lfHeight)) / system.pixels(largestFont);
+}
+
+Font::Font(int pixels)
+{
+    LOGFONTW font = messageFont();
     font.lfHeight = -pixels;
     font.lfWidth = 0;
     font.lfQuality = CLEARTYPE_QUALITY;
-    if (bold)
-        font.lfWeight = FW_BOLD;
     handle_ = CreateFontIndirectW(&font);
-    if (hundredths >= 100)
-        return;
+}
+
+Font Font::narrowed(int hundredths) const
+{
+    LOGFONTW font{};
+    GetObjectW(handle_, sizeof font, &font);
     TEXTMETRICW usual{};
-    {
-        const Measure measure(handle_);
-        GetTextMetricsW(measure.device(), &usual);
-    }
-    DeleteObject(handle_);
+    const Measure measure(handle_);
+    GetTextMetricsW(measure.device(), &usual);
     font.lfWidth = std::max<LONG>(1, usual.tmAveCharWidth * hundredths / 100);
-    handle_ = CreateFontIndirectW(&font);
+    Font result;
+    result.handle_ = CreateFontIndirectW(&font);
+    return result;
 }
 
 Font::~Font()
@@ -130,13 +146,17 @@ int Font::height() const
     return metrics.tmHeight;
 }
 
-int Font::width(StringView text) const
+int Font::widest(std::span<const StringView> texts) const
 {
     const Measure measure(handle_);
-    SIZE size{};
-    GetTextExtentPoint32W(measure.device(), reinterpret_cast<const wchar_t*>(text.data()),
-                          static_cast<int>(text.size()), &size);
-    return size.cx;
+    LONG widest = 0;
+    for (const StringView text : texts) {
+        SIZE size{};
+        GetTextExtentPoint32W(measure.device(), reinterpret_cast<const wchar_t*>(text.data()),
+                              static_cast<int>(text.size()), &size);
+        widest = std::max(widest, size.cx);
+    }
+    return static_cast<int>(widest);
 }
 
 } // namespace zv::win32

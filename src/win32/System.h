@@ -11,6 +11,7 @@
 
 #include <commctrl.h>
 
+#include <span>
 #include <utility>
 
 namespace zv::win32 {
@@ -61,27 +62,17 @@ private:
 
 /// Dots per inch of the screen that shows the window.
 int dotsOf(HWND window);
+/// How much larger the system's letters are than the dialogs' own.
+double systemLetters();
 /// Grows what a window is to show by its frame.
 void addFrame(RECT& inside, HWND window);
-
-/// RAII guard of a flag or a depth: so long as it lives the count is one higher.
-class Deeper {
-public:
-    explicit Deeper(int& count) : count_(count) { ++count_; }
-    Deeper(const Deeper&) = delete;
-    Deeper& operator=(const Deeper&) = delete;
-    ~Deeper() { --count_; }
-
-private:
-    int& count_;
-};
 
 /// RAII owner of a font.
 class Font {
 public:
     Font() = default;
-    /// The system's own for dialogs, so many pixels high and its letters so many hundredths as wide.
-    explicit Font(int pixels, int hundredths = 100, bool bold = false);
+    /// The system's own for dialogs, so many pixels high.
+    explicit Font(int pixels);
     Font(Font&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
     Font& operator=(Font&& other) noexcept
     {
@@ -90,8 +81,12 @@ public:
     }
     ~Font();
     HFONT handle() const { return handle_; }
+    /// The same, as high, its letters so many hundredths as wide.
+    Font narrowed(int hundredths) const;
     int height() const;
-    int width(StringView text) const;
+    int width(StringView text) const { return widest({&text, 1}); }
+    /// Width of the widest of the texts.
+    int widest(std::span<const StringView> texts) const;
 
 private:
     HFONT handle_ = nullptr;

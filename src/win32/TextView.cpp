@@ -1,7 +1,8 @@
 #include "win32/TextView.h"
 
-#include "forms/ViewRules.h"
 #include "runtime/Convert.h"
+#include "views/ViewRules.h"
+#include "win32/Clipboard.h"
 
 #include <algorithm>
 
@@ -12,27 +13,12 @@ namespace {
 constexpr WPARAM unlimited = 0x7ffffffe; ///< The model limits.
 constexpr WPARAM pasteCommand = 0x16;    ///< Control with V, as a character.
 constexpr WPARAM selectAllCommand = 0x01;
-constexpr WPARAM rubout = 0x7f;
 constexpr WPARAM commands[] = {0x03, 0x18, 0x1a}; ///< Control with C, X, Z.
 
 DWORD styleOf(const TextBox& box)
 {
     const DWORD lines = ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN | WS_VSCROLL;
     return (box.MultiLine() ? lines : ES_AUTOHSCROLL) | (box.RightAligned() ? ES_RIGHT : ES_LEFT);
-}
-
-String clipboard(HWND window)
-{
-    String text;
-    if (OpenClipboard(window) == 0)
-        return text;
-    if (HANDLE data = GetClipboardData(CF_UNICODETEXT); data != nullptr) {
-        if (const auto* units = static_cast<const char16_t*>(GlobalLock(data)); units != nullptr)
-            text = units;
-        GlobalUnlock(data);
-    }
-    CloseClipboard();
-    return text;
 }
 
 /// As the system keeps texts of several lines; of a box of one, as they come.
@@ -157,7 +143,7 @@ void TextView::takeOver()
 
 void TextView::paste()
 {
-    const String text = withLines(clipboard(handle()), typed().MultiLine());
+    const String text = withLines(clipboardText(handle()), typed().MultiLine());
     const Deeper own(own_);
     act([&](Acts& acts) { return acts.paste(typed(), text); });
 }
@@ -194,7 +180,7 @@ bool TextView::edits(UINT message, WPARAM number)
         paste();
         return true;
     }
-    if (message != WM_CHAR || (number >= L' ' && number != rubout))
+    if (message != WM_CHAR || isWritten(static_cast<char16_t>(number)))
         return false;
     if (number == selectAllCommand) {
         send(handle(), EM_SETSEL, 0, -1);
@@ -203,8 +189,51 @@ bool TextView::edits(UINT message, WPARAM number)
     return std::ranges::find(commands, number) == std::end(commands);
 }
 
+RECT TextView::inside() const
+{
+    RECT inside{};
+    GetWindowRect(handle(), &inside);
+    OffsetRect(&inside, -inside.left, -inside.top);
+    InflateRect(&inside, -GetSystemMetrics(SM_CXEDGE), -GetSystemMetrics(SM_CYEDGE));
+    return inside;
+}
+
+/// The system writes a single line at the top of its client area: that is made as high as the line, in the
+/// middle of the box.
+LRESULT TextView::frame(UINT message, WPARAM number, LPARAM data)
+{
+    const LRESULT result = inherited(message, number, data);
+    if (typed().MultiLine())
+        return result;
+    if (message == WM_NCCALCSIZE) {
+        RECT& client = *reinterpret_cast<RECT*>(data);
+        const LONG spare = client.bottom - client.top - window().font().height();
+        InflateRect(&client, 0, -std::max<LONG>(0, spare / 2));
+    } else if (message == WM_NCPAINT) {
+        const HDC device = GetWindowDC(handle());
+        RECT client{};
+        GetClientRect(handle(), &client);
+        RECT place{};
+        GetWindowRect(handle(), &place);
+        MapWindowPoints(handle(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+        OffsetRect(&client, -place.left, -place.top);
+        ExcludeClipRect(device, client.left, client.top, client.right, client.bottom);
+        const RECT around = inside();
+        FillRect(device, &around,
+                 GetSysColorBrush(IsWindowEnabled(handle()) != 0 ? COLOR_WINDOW : COLOR_3DFACE));
+        ReleaseDC(handle(), device);
+    } else if (message == WM_ENABLE) {
+        RedrawWindow(handle(), nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE);
+    } else if (result == HTBORDER || result == HTNOWHERE) {
+        return HTCLIENT;
+    }
+    return result;
+}
+
 LRESULT TextView::receive(UINT message, WPARAM number, LPARAM data)
 {
+    if (message == WM_NCCALCSIZE || message == WM_NCPAINT || message == WM_NCHITTEST || message == WM_ENABLE)
+        return frame(message, number, data);
     if (message == WM_CTLCOLORSTATIC) {
         const auto device = reinterpret_cast<HDC>(number);
         SetTextColor(device, GetSysColor(COLOR_GRAYTEXT));

@@ -32,6 +32,9 @@ private:
     void paste();
     void tellLeft();
     bool edits(UINT message, WPARAM number);
+    LRESULT frame(UINT message, WPARAM number, LPARAM data);
+    /// What is within the edge, in the window's own coordinates.
+    RECT inside() const;
     HWND left_ = nullptr; ///< Counter of the characters that are left, in the margin; or nullptr.
     int following_ = 0;   ///< Re-entrancy flag: the window is being changed from the model.
     int taking_ = 0;      ///< Re-entrancy flag: the model is being changed from the window.

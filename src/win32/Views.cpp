@@ -14,7 +14,9 @@ namespace {
 
 constexpr Long tabHeight = 360;
 constexpr Long tabPadding = 90;
-constexpr int normal = 100; ///< Width of letters, in hundredths.
+constexpr int aboveTabs = 2; ///< In pixels, as the next: where the chosen tab stands out.
+constexpr int paneEdge = 2;  ///< Of the pane under the tabs.
+constexpr int normal = 100;  ///< Width of letters, in hundredths.
 constexpr int closest = 70;
 constexpr COLORREF mandatoryColour = RGB(0xb3, 0x26, 0x1e);
 constexpr int entriesSeen = 12; ///< Of an opened list.
@@ -73,7 +75,7 @@ void LabelView::followContent()
     const bool wraps = place.bottom - place.top > 2 * window().font().height();
     fits_ = wraps || needed <= width || width <= 0;
     if (!fits_)
-        close_ = Font(window().font().height() * 4 / 5, std::max(closest, normal * width / needed));
+        close_ = window().font().narrowed(std::max(closest, normal * width / needed));
     InvalidateRect(handle(), nullptr, TRUE);
 }
 
@@ -133,10 +135,16 @@ void FrameView::paint()
 
 LRESULT FrameView::receive(UINT message, WPARAM number, LPARAM data)
 {
-    if (message != WM_PAINT)
-        return ViewOf::receive(message, number, data);
-    paint();
-    return 0;
+    if (message == WM_PAINT) {
+        paint();
+        return 0;
+    }
+    // What stands in it looks as it does.
+    if (message == WM_ENABLE && window().alive())
+        for (HWND each = GetWindow(handle(), GW_CHILD); each != nullptr; each = GetWindow(each, GW_HWNDNEXT))
+            if (auto* view = dynamic_cast<ControlView*>(of(each)))
+                view->followPlace();
+    return ViewOf::receive(message, number, data);
 }
 
 template <class C>
@@ -190,7 +198,7 @@ void TabsView::followContent()
 {
     TabStrip& strip = typed();
     send(handle(), TCM_SETPADDING, 0, MAKELPARAM(window().pixels(tabPadding), 3));
-    send(handle(), TCM_SETITEMSIZE, 0, MAKELPARAM(0, window().pixels(tabHeight) - 2));
+    send(handle(), TCM_SETITEMSIZE, 0, MAKELPARAM(0, window().pixels(tabHeight) - aboveTabs - paneEdge));
     while (TabCtrl_GetItemCount(handle()) > strip.tabCount())
         TabCtrl_DeleteItem(handle(), TabCtrl_GetItemCount(handle()) - 1);
     for (Long tab = 1; tab <= strip.tabCount(); ++tab) {
@@ -217,8 +225,25 @@ bool TabsView::told(UINT message, WPARAM, LPARAM data, LRESULT&)
     return false;
 }
 
+/// Paints the pane as the pages on it are, of which it is larger.
+void TabsView::fillPane() const
+{
+    RECT pane{};
+    GetClientRect(handle(), &pane);
+    InflateRect(&pane, -paneEdge, -paneEdge);
+    pane.top = window().pixels(tabHeight);
+    const HDC device = GetDC(handle());
+    FillRect(device, &pane, GetSysColorBrush(COLOR_3DFACE));
+    ReleaseDC(handle(), device);
+}
+
 LRESULT TabsView::receive(UINT message, WPARAM number, LPARAM data)
 {
+    if (message == WM_PAINT) {
+        const LRESULT result = ViewOf::receive(message, number, data);
+        fillPane();
+        return result;
+    }
     if ((message != WM_LBUTTONDOWN && message != WM_LBUTTONDBLCLK) || !window().alive())
         return ViewOf::receive(message, number, data);
     TCHITTESTINFO hit{{GET_X_LPARAM(data), GET_Y_LPARAM(data)}, 0};

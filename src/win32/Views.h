@@ -55,6 +55,9 @@ public:
 protected:
     void followContent() override;
     LRESULT receive(UINT message, WPARAM number, LPARAM data) override;
+
+private:
+    void fillPane() const;
 };
 
 /// View of a drop-down list.

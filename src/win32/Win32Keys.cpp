@@ -19,9 +19,6 @@ constexpr std::pair<WPARAM, Key> shifted[] = {
     {VK_BACK, Key::Backspace},
 };
 
-constexpr wchar_t firstLetter = 0x20; ///< What stands before are commands.
-constexpr wchar_t rubout = 0x7f;
-
 template <std::size_t N>
 std::optional<Key> among(const std::pair<WPARAM, Key> (&keys)[N], WPARAM code)
 {
@@ -43,6 +40,38 @@ std::optional<Key> keyOf(WPARAM code)
     return among(shifted, code);
 }
 
+std::optional<Chord> chordOf(WPARAM code)
+{
+    constexpr std::pair<WPARAM, Chord::Key> keys[] = {
+        {VK_TAB, Chord::Key::tab},      {VK_PRIOR, Chord::Key::pageUp},  {VK_NEXT, Chord::Key::pageDown},
+        {VK_RETURN, Chord::Key::enter}, {VK_DELETE, Chord::Key::remove}, {L'D', Chord::Key::d},
+    };
+    const auto* found = std::ranges::find(keys, code, &std::pair<WPARAM, Chord::Key>::first);
+    if (found == std::end(keys))
+        return std::nullopt;
+    return Chord{
+        .key = found->second, .control = held(VK_CONTROL), .shift = held(VK_SHIFT), .alt = held(VK_MENU)};
+}
+
+std::optional<Magnification::Change> zoomOf(WPARAM code)
+{
+    if (!held(VK_CONTROL) || held(VK_MENU))
+        return std::nullopt;
+    switch (code) {
+    case VK_OEM_PLUS:
+    case VK_ADD:
+        return Magnification::Change::larger;
+    case VK_OEM_MINUS:
+    case VK_SUBTRACT:
+        return Magnification::Change::smaller;
+    case L'0':
+    case VK_NUMPAD0:
+        return Magnification::Change::usual;
+    default:
+        return std::nullopt;
+    }
+}
+
 std::optional<String> Characters::take(wchar_t unit)
 {
     const char16_t first = std::exchange(first_, u'\0');
@@ -52,7 +81,7 @@ std::optional<String> Characters::take(wchar_t unit)
     }
     if (IS_LOW_SURROGATE(unit) && first != 0)
         return String{first, static_cast<char16_t>(unit)};
-    if (unit < firstLetter || unit == rubout)
+    if (!isWritten(static_cast<char16_t>(unit)))
         return std::nullopt;
     return String(1, static_cast<char16_t>(unit));
 }

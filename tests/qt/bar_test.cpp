@@ -7,16 +7,15 @@ namespace zv::test {
 struct Bars : WindowTest {
     std::string done;
     FormWindow& front() { return *screen.windowOf(ficha); }
-    std::vector<Bar::Choice> choices()
+    std::vector<BarChoice> choices()
     {
-        return {{QStringLiteral("Recuperar"), Qt::Key_R, [this] { done += "R"; }},
-                {QStringLiteral("Ver"), Qt::Key_V, [this] { done += "V"; }},
-                {QStringLiteral("Descartar"), Qt::Key_D, [this] { front().sayNothing(); }}};
+        return {{u"Recuperar", u'R', [this] { done += "R"; }},
+                {u"Ver", u'V', [this] { done += "V"; }},
+                {u"Descartar", u'D', [this] { front().sayNothing(); }}};
     }
     void say()
     {
-        front().say(QStringLiteral("Hay textos sin guardar de hoy a las 10:42: 14 alumnos, 23 textos"),
-                    choices());
+        front().say(u"Hay textos sin guardar de hoy a las 10:42: 14 alumnos, 23 textos", choices());
     }
 };
 

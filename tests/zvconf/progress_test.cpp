@@ -182,7 +182,10 @@ void disturb(Connection& centro, std::mt19937& dice)
         u"UPDATE Alumno SET codseccion=16 WHERE IDAlumno%14={}",
         u"DELETE FROM Alumno_MateriaDetalles WHERE codMateriaDetalles%14={}",
         u"UPDATE Materia SET codTipoMateria=1 WHERE IDMateria={}",
-        u"UPDATE Curso SET finciclo=0, Orden=4 WHERE IDCurso={}"};
+        u"UPDATE Curso SET finciclo=0, Orden=4 WHERE IDCurso={}",
+        u"INSERT INTO ConsejoOrientador_Nota SELECT IDCORNota+(SELECT MAX(IDCORNota) FROM "
+        u"ConsejoOrientador_Nota),codAlumno,codSeccion,"
+        u"codCOResp*(IDCORNota%2),codConsejoOrientador FROM ConsejoOrientador_Nota WHERE codAlumno%14<{}"};
     centro.executeNative(statement(all[dice() % std::size(all)], {number}));
 }
 

@@ -9,6 +9,11 @@ namespace {
 /// Windows live no longer than the call that opens them, and belong to its thread: any thread may call next.
 class Win32Screen final : public Screen {
 public:
+    Win32Screen()
+    {
+        desktop_.rememberZoom();
+        desktop_.keepDrafts();
+    }
     Desktop& desktop() override { return desktop_; }
     Reach reach() const override { return Reach::here; }
 

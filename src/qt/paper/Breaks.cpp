@@ -8,6 +8,7 @@
 #include <QTextTable>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace zv::paper {
@@ -17,6 +18,9 @@ namespace {
 constexpr double tolerance = 2;
 /// Each break is made once; a document of so many is none of ours.
 constexpr int mostBreaks = 400;
+/// Shares of a page.
+constexpr double highestHead = 0.4;
+constexpr double longestText = 0.4;
 
 /// Block or table of the document's outermost frame.
 struct Piece {
@@ -38,10 +42,11 @@ public:
     {
         collect();
         for (std::size_t place = 0; place < pieces_.size(); ++place)
-            if (isHeading(pieces_[place]) ? mendHeading(place)
-                                          : pieces_[place].table != nullptr && mendTable(place))
+            if (isHeading(pieces_[place])         ? mendHeading(place)
+                : pieces_[place].table != nullptr ? mendTable(place)
+                                                  : mendText(place))
                 return true;
-        return false;
+        return !std::exchange(endMended_, true) && mendEnd();
     }
 
 private:
@@ -88,12 +93,27 @@ private:
         return {whole.top,
                 lines->lineCount() > 0 ? whole.top + lines->lineAt(0).rect().bottom() : whole.bottom};
     }
-    bool isEmpty(const Piece& piece) const { return piece.table == nullptr && piece.block.length() <= 1; }
+    static bool isEmpty(const Piece& piece)
+    {
+        return piece.table == nullptr && piece.block.text().trimmed().isEmpty();
+    }
     bool breaksBefore(const Piece& piece) const
     {
         const auto policy = piece.table != nullptr ? piece.table->format().pageBreakPolicy()
                                                    : piece.block.blockFormat().pageBreakPolicy();
         return (policy & QTextFormat::PageBreak_AlwaysBefore) != 0;
+    }
+    static void setBreak(const Piece& piece, QTextFormat::PageBreakFlags policy)
+    {
+        if (piece.table != nullptr) {
+            QTextTableFormat format = piece.table->format();
+            format.setPageBreakPolicy(policy);
+            piece.table->setFormat(format);
+        } else {
+            QTextBlockFormat format = piece.block.blockFormat();
+            format.setPageBreakPolicy(policy);
+            QTextCursor(piece.block).setBlockFormat(format);
+        }
     }
     /// Begins a page with the piece and the headings above it. False if it does so already.
     bool breakBefore(std::size_t place)
@@ -104,15 +124,7 @@ private:
         const Piece& piece = pieces_[place];
         if (place == 0 || breaksBefore(piece))
             return false;
-        if (piece.table != nullptr) {
-            QTextTableFormat format = piece.table->format();
-            format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
-            piece.table->setFormat(format);
-        } else {
-            QTextBlockFormat format = piece.block.blockFormat();
-            format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
-            QTextCursor(piece.block).setBlockFormat(format);
-        }
+        setBreak(piece, QTextFormat::PageBreak_AlwaysBefore);
         return true;
     }
     bool mendHeading(std::size_t place)
@@ -125,9 +137,53 @@ private:
         return !fits({ofBlock(pieces_[place].block).top, beginningOf(pieces_[next]).bottom}) &&
                breakBefore(place);
     }
+    /// A paragraph stands on one page, unless it is so long that much of the page before would be empty.
+    bool mendText(std::size_t place)
+    {
+        const Span whole = ofBlock(pieces_[place].block);
+        return !isEmpty(pieces_[place]) && !fits(whole) &&
+               whole.bottom - whole.top < document_.pageSize().height() * longestText && breakBefore(place);
+    }
+    /// What ends a report, its signatures say, stands on no page alone.
+    bool mendEnd()
+    {
+        const auto before = [&](std::size_t place) {
+            while (place > 0 && isEmpty(pieces_[place - 1]))
+                --place;
+            return place;
+        };
+        const std::size_t last = before(pieces_.size());
+        const std::size_t other = last == 0 ? 0 : before(last - 1);
+        if (other == 0)
+            return false;
+        const Piece& former = pieces_[other - 1];
+        const double end = former.table != nullptr ? ofRow(*former.table, former.table->rows() - 1).bottom
+                                                   : ofBlock(former.block).bottom;
+        if (page(beginningOf(pieces_[last - 1]).top) == page(end - tolerance))
+            return false;
+        setBreak(pieces_[last - 1], QTextFormat::PageBreak_Auto);
+        if (former.table == nullptr || former.table->rows() - former.table->format().headerRowCount() < 2)
+            return breakBefore(other - 1);
+        split(*former.table, former.table->rows() - 1);
+        return true;
+    }
+    /// A head that would leave no room for the rows under it is repeated on no page.
+    bool shortenHead(QTextTable& table) const
+    {
+        QTextTableFormat format = table.format();
+        const int heads = format.headerRowCount();
+        if (heads == 0 || ofRow(table, heads - 1).bottom - ofRow(table, 0).top <
+                              document_.pageSize().height() * highestHead)
+            return false;
+        format.setHeaderRowCount(0);
+        table.setFormat(format);
+        return true;
+    }
     bool mendTable(std::size_t place)
     {
         QTextTable& table = *pieces_[place].table;
+        if (shortenHead(table))
+            return true;
         const int heads = table.format().headerRowCount();
         for (int row = 0; row < table.rows(); ++row) {
             if (fits(ofRow(table, row)))
@@ -181,6 +237,7 @@ private:
 
     QTextDocument& document_;
     std::vector<Piece> pieces_;
+    bool endMended_ = false;
 };
 
 } // namespace

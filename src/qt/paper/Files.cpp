@@ -10,6 +10,7 @@
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QSaveFile>
+#include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocumentFragment>
 #include <QTextDocumentWriter>
@@ -19,16 +20,18 @@
 namespace zv::paper {
 namespace {
 
-[[noreturn]] void fail(const QSaveFile& file)
+constexpr StringView notPrinted =
+    u"No ha salido todo: mire si queda sitio en el disco, o si la impresora está encendida.";
+
+[[noreturn]] void fail(const QSaveFile& file, const QString& why)
 {
-    throw RuntimeError(
-        failure::otherData,
-        fromQt(QStringLiteral("No se puede escribir %1: %2").arg(file.fileName(), file.errorString())));
+    throw RuntimeError(failure::otherData,
+                       fromQt(QStringLiteral("No se puede escribir %1: %2").arg(file.fileName(), why)));
 }
 
 QString nameOf(const Reports& reports, std::size_t place)
 {
-    return toQt(reports.section().sheets.at(place).fullName());
+    return toQt(reports.section().sheets.at(place).fullName);
 }
 
 /// Through memory: the writer closes its device, which a file that is renamed forbids.
@@ -64,8 +67,8 @@ public:
         return forEach(places, [&](std::size_t place) {
             const Pages pages(reports_.text(place));
             for (int page = 0; page < pages.count(); ++page) {
-                if (!first)
-                    newPage();
+                if (!first && !newPage())
+                    throw RuntimeError(failure::otherData, String(notPrinted));
                 first = false;
                 pages.paint(painter, page);
             }
@@ -80,7 +83,7 @@ public:
                 whole = std::move(one);
                 return;
             }
-            QTextBlockFormat newPage;
+            QTextBlockFormat newPage = one->begin().blockFormat(); // The fragment's first takes this one.
             newPage.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
             QTextCursor end(whole.get());
             end.movePosition(QTextCursor::End);
@@ -125,12 +128,13 @@ Made makeFiles(const Reports& reports, Places places, const QString& folder, For
         QSaveFile file(QDir(folder).filePath(
             name + (format == Format::pdf ? QStringLiteral(".pdf") : QStringLiteral(".odt"))));
         if (!file.open(QIODevice::WriteOnly))
-            fail(file);
+            fail(file, file.errorString());
         made.stopped = !(format == Format::pdf ? writer.pdf(file, of, name) : writer.odt(file, of));
         if (made.stopped)
             return;
-        if (!file.commit())
-            fail(file);
+        // Flushed first: on a full disk the commit would put what was cut in its place.
+        if (!file.flush() || file.error() != QFileDevice::NoError || !file.commit())
+            fail(file, QStringLiteral("mire si queda sitio en el disco."));
         made.files += file.fileName();
     };
     if (into == Into::one && !places.empty())
@@ -151,9 +155,15 @@ bool print(const Reports& reports, Places places, QPrinter& printer, const Progr
     const QSizeF paper = printer.pageLayout().fullRect(QPageLayout::Millimeter).size();
     const double fits = std::min({1.0, paper.width() / 210, paper.height() / 297});
     painter.scale(fits, fits);
-    return Writer(reports, progress, static_cast<int>(places.size())).painted(painter, places, [&] {
-        return printer.newPage();
-    });
+    const bool whole =
+        Writer(reports, progress, static_cast<int>(places.size())).painted(painter, places, [&] {
+            return printer.newPage();
+        });
+    if (!whole)
+        printer.abort(); // While it is painted on; afterwards everything is on its way.
+    if (!painter.end() || printer.printerState() == QPrinter::Error)
+        throw RuntimeError(failure::otherData, String(notPrinted));
+    return whole;
 }
 
 } // namespace zv::paper

@@ -28,7 +28,8 @@ struct Made {
 /// stays, and of one file for all nothing does. Fails with a RuntimeError (otherData) that names the file.
 Made makeFiles(const Reports& reports, Places places, const QString& folder, Format format, Into into,
                const Progress& progress);
-/// Prints them, on A4 or shrunk to the paper that there is. False if it was stopped.
+/// Prints them, on A4 or shrunk to the paper that there is. False if it was stopped, and taken back as far as
+/// the printer allows. Fails with a RuntimeError (otherData).
 bool print(const Reports& reports, Places places, QPrinter& printer, const Progress& progress);
 
 } // namespace zv::paper

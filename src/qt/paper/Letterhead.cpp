@@ -1,5 +1,6 @@
 #include "qt/paper/Letterhead.h"
 
+#include "data/Cells.h"
 #include "data/DataError.h"
 #include "qt/QtText.h"
 #include "runtime/Convert.h"
@@ -8,6 +9,8 @@
 #include <QFile>
 #include <QImageReader>
 #include <QPainter>
+#include <QSaveFile>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -19,6 +22,8 @@ namespace {
 
 /// Width of a logo in dots; more adds nothing on paper but size.
 constexpr int widestLogo = 1200;
+/// Times its height; a longer one would leave no room for the school's name.
+constexpr double longestLogo = 3;
 
 [[noreturn]] void fail(const QString& text) { throw RuntimeError(failure::otherData, fromQt(text)); }
 
@@ -44,15 +49,39 @@ String textOf(const QString& name)
 
 QString templateName(Kind kind) { return toQt(progress::wordOf(kind)) + QStringLiteral(".html"); }
 
-/// On white: the archive's PDF has no transparency.
+/// On white, since the archive's PDF has no transparency; a long one with white above and below, since pages
+/// give it a height.
 QImage flat(const QImage& picture)
 {
-    QImage result(picture.width() > widestLogo ? picture.scaledToWidth(widestLogo, Qt::SmoothTransformation)
-                                               : picture);
-    QImage paper(result.size(), QImage::Format_RGB32);
+    const QImage result(
+        picture.width() > widestLogo ? picture.scaledToWidth(widestLogo, Qt::SmoothTransformation) : picture);
+    QImage paper(result.width(), std::max(result.height(), qCeil(result.width() / longestLogo)),
+                 QImage::Format_RGB32);
     paper.fill(Qt::white);
-    QPainter(&paper).drawImage(0, 0, result);
+    QPainter(&paper).drawImage(0, (paper.height() - result.height()) / 2, result);
     return paper;
+}
+
+/// Fails with what to do.
+QImage logoIn(const QString& name)
+{
+    QImageReader reader(name);
+    const QImage picture = reader.read();
+    if (picture.isNull())
+        fail(QStringLiteral(
+                 "No se puede leer el logotipo %1: %2. Guárdelo como PNG de no más de 3000 puntos de "
+                 "ancho.")
+                 .arg(name, reader.errorString()));
+    return flat(picture);
+}
+
+/// Writes beside its place, so that a full disk leaves what was there.
+void write(const QString& name, const QByteArray& bytes)
+{
+    QSaveFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
+        !file.commit())
+        fail(QStringLiteral("No se puede escribir %1: %2").arg(name, file.errorString()));
 }
 
 } // namespace
@@ -66,11 +95,7 @@ Letterhead::Letterhead(const QString& folder) : folder_(folder)
         const QString name = files.filePath(QStringLiteral("logo.") + QLatin1String(suffix));
         if (!QFile::exists(name))
             continue;
-        QImageReader reader(name);
-        const QImage picture = reader.read();
-        if (picture.isNull())
-            fail(QStringLiteral("No se puede leer el logotipo %1: %2").arg(name, reader.errorString()));
-        logo_ = flat(picture);
+        logo_ = logoIn(name);
         break;
     }
     if (const QString name = files.filePath(QStringLiteral("centro.txt")); QFile::exists(name))
@@ -83,7 +108,10 @@ Template Letterhead::page(Kind kind) const
     const QString own = folder_.isEmpty() ? QString() : QDir(folder_).filePath(templateName(kind));
     const QString name =
         !own.isEmpty() && QFile::exists(own) ? own : QStringLiteral(":/plantillas/") + templateName(kind);
-    return {fromQt(name), textOf(name), fieldNames(kind)};
+    String text = textOf(name);
+    if (isBlank(text))
+        fail(QStringLiteral("%1 está vacío: bórrelo para usar la plantilla del programa.").arg(name));
+    return {fromQt(name), std::move(text), fieldNames(kind)};
 }
 
 int Letterhead::writeTemplates(const QString& folder)
@@ -96,10 +124,7 @@ int Letterhead::writeTemplates(const QString& folder)
         const QString name = QDir(folder).filePath(templateName(kind));
         if (QFile::exists(name))
             continue;
-        const QByteArray page = bytesOf(QStringLiteral(":/plantillas/") + templateName(kind));
-        QFile file(name);
-        if (!file.open(QIODevice::WriteOnly) || file.write(page) != page.size())
-            fail(QStringLiteral("No se puede escribir %1: %2").arg(name, file.errorString()));
+        write(name, bytesOf(QStringLiteral(":/plantillas/") + templateName(kind)));
         ++written;
     }
     return written;

@@ -47,6 +47,8 @@ QFont font(double points)
     result.setFamilies({QStringLiteral("Liberation Sans"), QStringLiteral("DejaVu Sans Condensed"),
                         QStringLiteral("DejaVu Sans"), QStringLiteral("sans-serif")});
     result.setPointSizeF(points);
+    // Some spacing, which nobody sees, keeps fi and fl from becoming one letter that no search finds.
+    result.setLetterSpacing(QFont::AbsoluteSpacing, 0.02);
     result.setHintingPreference(QFont::PreferNoHinting);
     return result;
 }
@@ -138,6 +140,25 @@ std::unique_ptr<QTextDocument> flowing(const Text& text)
     auto document = std::make_unique<QTextDocument>();
     fill(*document, text);
     suitWriter(*document);
+    const auto add = [&](QTextCursor::MoveOperation where, const QString& what, double points,
+                         Qt::Alignment side) {
+        QTextBlockFormat block;
+        block.setAlignment(side);
+        QTextCharFormat letters;
+        letters.setFontPointSize(points);
+        letters.setForeground(ink);
+        QTextCursor cursor(document.get());
+        cursor.movePosition(where);
+        cursor.insertBlock(block, letters);
+        if (where == QTextCursor::Start) {
+            cursor.movePosition(where);
+            cursor.setBlockFormat(block);
+        }
+        cursor.insertText(what, letters);
+    };
+    add(QTextCursor::End, text.footer, 10, Qt::AlignLeft);
+    if (text.draft)
+        add(QTextCursor::Start, QStringLiteral("Borrador"), 36, Qt::AlignHCenter);
     return document;
 }
 

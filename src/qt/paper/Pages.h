@@ -37,7 +37,7 @@ private:
     std::unique_ptr<QTextDocument> document_;
 };
 
-/// The same text without pages, for a word processor.
+/// The same text without pages, for a word processor: what stands on every page stands above and below it.
 std::unique_ptr<QTextDocument> flowing(const Text& text);
 
 /// Adds the characters of a text that paper cannot show: those that no font has and those that are none.

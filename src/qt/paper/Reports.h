@@ -5,8 +5,6 @@
 
 #include <QDate>
 
-#include <map>
-
 namespace zv::paper {
 
 inline Day dayOf(const QDate& day) { return std::chrono::year(day.year()) / day.month() / day.day(); }
@@ -14,14 +12,14 @@ inline Day dayOf(const QDate& day) { return std::chrono::year(day.year()) / day.
 /// Reports of a section, read and ready to be set.
 class Reports {
 public:
-    /// Reads the section, what is missing in it, and the template. Fails with a RuntimeError.
+    /// Reads the section and the template. Fails with a RuntimeError.
     Reports(Connection& centro, Kind kind, Long section, const Letterhead& letterhead, Day day);
 
     const SectionSheets& section() const { return section_; }
     /// Text of the sheet at a place of the section.
     Text text(std::size_t place) const;
     /// Whether something obligatory is missing in it.
-    bool isDraft(std::size_t place) const { return !missing(place).empty(); }
+    bool isDraft(std::size_t place) const { return !section_.sheets.at(place).missing.empty(); }
     /// The characters of it that paper cannot show; "" if it can show them all.
     QString lacking(std::size_t place) const;
     QString fileName(std::size_t place) const;
@@ -31,7 +29,6 @@ private:
     Fields fields(std::size_t place) const;
 
     SectionSheets section_;
-    std::map<Long, std::vector<String>> missing_;
     Heading heading_;
     QImage logo_;
     Template page_;

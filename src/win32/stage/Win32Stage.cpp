@@ -3,6 +3,7 @@
 #include "forms/ComboBox.h"
 #include "forms/TabStrip.h"
 #include "robot/WindowStage.h"
+#include "win32/Clipboard.h"
 #include "win32/GridView.h"
 #include "win32/Win32Desktop.h"
 
@@ -65,20 +66,6 @@ public:
 private:
     std::array<BYTE, 256> before_{};
 };
-
-void putOnClipboard(StringView text)
-{
-    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
-    auto* units = static_cast<char16_t*>(GlobalLock(memory));
-    text.copy(units, text.size());
-    units[text.size()] = u'\0';
-    GlobalUnlock(memory);
-    if (OpenClipboard(nullptr) == 0)
-        return;
-    EmptyClipboard();
-    SetClipboardData(CF_UNICODETEXT, memory);
-    CloseClipboard();
-}
 
 void sendMouse(HWND window, POINT where, std::initializer_list<UINT> messages)
 {
@@ -164,7 +151,7 @@ public:
 
     bool paste(TextBox& box, StringView text) override
     {
-        putOnClipboard(text);
+        putOnClipboard(nullptr, text);
         return really(box.form(), [&] { send(handleOf(box), WM_CHAR, pasteCommand, 1); });
     }
 

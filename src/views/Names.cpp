@@ -1,4 +1,4 @@
-#include "forms/Names.h"
+#include "views/Names.h"
 
 #include "forms/ComboBox.h"
 #include "forms/Controls.h"

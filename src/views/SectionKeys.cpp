@@ -1,4 +1,4 @@
-#include "forms/SectionKeys.h"
+#include "views/SectionKeys.h"
 
 #include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"

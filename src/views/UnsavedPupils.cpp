@@ -1,4 +1,4 @@
-#include "forms/UnsavedPupils.h"
+#include "views/UnsavedPupils.h"
 
 #include "forms/ComboBox.h"
 #include "forms/Controls.h"

@@ -1,4 +1,4 @@
-#include "forms/ViewRules.h"
+#include "views/ViewRules.h"
 
 #include "runtime/Convert.h"
 

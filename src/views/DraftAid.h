@@ -2,17 +2,12 @@
 
 #include "journal/Journals.h"
 #include "journal/Recovery.h"
-#include "qt/DraftView.h"
-
-#include <QString>
+#include "views/HostWindow.h"
+#include "views/WindowAids.h"
 
 #include <vector>
 
-class QWidget;
-
 namespace zv {
-
-class FormWindow;
 
 /// What a window does about typing that was never saved, in the bar over its form: it tells of the drafts
 /// that died programs left of this dialog, types them in again, shows them, throws them away. The dialog
@@ -20,7 +15,9 @@ class FormWindow;
 class DraftAid {
 public:
     /// `trouble`: why nothing can be kept, of all windows, until a person has taken note; "" for nothing.
-    DraftAid(FormWindow& window, QString& trouble) : window_(window), trouble_(trouble) {}
+    DraftAid(Form& form, HostWindow& window, WindowAids& aids, String& trouble)
+        : form_(form), window_(window), aids_(aids), trouble_(trouble)
+    {}
 
     /// Tells of the drafts of the dialog that has been opened, one after the other.
     void offer();
@@ -35,21 +32,23 @@ private:
     void next();
     std::vector<journal::Item> preview();
 
-    FormWindow& window_;
+    Form& form_;
+    HostWindow& window_;
+    WindowAids& aids_;
     std::vector<journal::Found> drafts_; ///< The first one is told of.
     std::vector<journal::Item> left_;    ///< Of the first one, when the rest of it has been typed in.
-    QString done_;                       ///< That it has been.
-    QString& trouble_;
+    String done_;                        ///< That it has been.
+    String& trouble_;
 };
 
-/// Asks whether to throw a draft away for good.
-bool asksToDiscard(QWidget& owner, const journal::Draft& draft);
+/// Whether to throw a draft away for good.
+Question discarding(const journal::Draft& draft);
 /// "textos", or "cambios" where a draft has none.
-QString kindOf(const journal::Draft& draft);
+String kindOf(const journal::Draft& draft);
 /// "14 alumnos, 23 textos, 2 elecciones": what a draft has that was not saved.
-QString countOf(const journal::Draft& draft);
+String countOf(const journal::Draft& draft);
 /// "hoy a las 10:42": when it was typed last.
-QString timeOf(const journal::Draft& draft);
+String timeOf(const journal::Draft& draft);
 /// The lines of the view: values of a draft beside what the dialog shows, or beside what it held then, where
 /// no dialog is open.
 std::vector<DraftRow> rowsOf(const std::vector<journal::Item>& items);

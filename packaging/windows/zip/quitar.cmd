@@ -1,0 +1,1 @@
+@"%~dp0instalar.cmd" /quitar %*
