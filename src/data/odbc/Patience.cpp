@@ -10,6 +10,7 @@
 #include <vector>
 
 #ifdef __linux__
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
@@ -29,14 +30,25 @@ namespace fs = std::filesystem;
 
 const fs::path ownFiles = "/proc/self/fd";
 
+/// Whether it is on its way to a machine that has not answered yet.
+bool isConnecting(int file)
+{
+    int domain = 0;
+    int type = 0;
+    socklen_t size = sizeof domain;
+    getsockopt(file, SOL_SOCKET, SO_DOMAIN, &domain, &size);
+    getsockopt(file, SOL_SOCKET, SO_TYPE, &type, &size);
+    return type == SOCK_STREAM && (domain == AF_INET || domain == AF_INET6);
+}
+
 /// Filters out local sockets that are no database's, such as those of a desktop's services.
-bool leadsToServer(int file)
+bool leadsToServer(int file, bool alsoConnecting)
 {
     sockaddr_un peer{};
     socklen_t size = sizeof peer;
     // NOLINTNEXTLINE(*-reinterpret-cast): sockets take their addresses so.
     if (getpeername(file, reinterpret_cast<sockaddr*>(&peer), &size) != 0)
-        return false;
+        return alsoConnecting && errno == ENOTCONN && isConnecting(file);
     const std::string_view path(peer.sun_path, strnlen(peer.sun_path, sizeof peer.sun_path));
     return peer.sun_family != AF_UNIX || path.find(".s.PGSQL.") != std::string_view::npos ||
            path.ends_with(".sock");
@@ -59,7 +71,7 @@ std::set<std::string> Socket::open()
 
 void Socket::expect() { before_ = open(); }
 
-void Socket::find()
+void Socket::find(bool alsoConnecting)
 {
     if (!before_)
         return;
@@ -67,7 +79,7 @@ void Socket::find()
     for (const std::string& each : open()) {
         int file = -1;
         std::from_chars(each.data() + each.find(' ') + 1, each.data() + each.size(), file);
-        if (!before_->contains(each) && leadsToServer(file))
+        if (!before_->contains(each) && leadsToServer(file, alsoConnecting))
             fresh.push_back(file);
     }
     if (fresh.size() == 1)
@@ -106,7 +118,7 @@ std::optional<bool> Socket::ended() const
 
 bool Socket::cut()
 {
-    find();
+    find(true);
     return copy_ >= 0 && shutdown(copy_, SHUT_RDWR) == 0;
 }
 
@@ -129,7 +141,7 @@ std::thread quietThread(const std::function<void()>& life)
 // Not supported: such a system does not list a process's sockets.
 std::set<std::string> Socket::open() { return {}; }
 void Socket::expect() {}
-void Socket::find() {}
+void Socket::find(bool /*alsoConnecting*/) {}
 void Socket::noticeSilentNetwork() {}
 Socket::~Socket() = default;
 std::optional<bool> Socket::ended() const { return std::nullopt; }

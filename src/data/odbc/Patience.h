@@ -18,9 +18,9 @@ public:
     Socket& operator=(const Socket&) = delete;
     ~Socket();
 
-    /// To be called before connecting, and find() afterwards.
+    /// To be called before connecting, and find() afterwards; or, with `alsoConnecting`, meanwhile.
     void expect();
-    void find();
+    void find(bool alsoConnecting = false);
     /// Whether it is known, or can be found while a call connects.
     bool isWithinReach() const { return copy_ >= 0 || before_; }
     /// A network that no longer answers ends it within ten seconds, also under a call.

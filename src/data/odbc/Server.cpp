@@ -41,7 +41,7 @@ constexpr std::array servers{
                        u"tx_isolation='READ-COMMITTED', NAMES utf8mb4 COLLATE utf8mb4_nopad_bin",
            .patience = u"SET max_statement_time={}",
            .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY",
-           .driverOptions = u"CHARSET=utf8mb4"},
+           .driverOptions = u"CHARSET=utf8mb4;CONN_TIMEOUT=5"},
     Server{.name = u"MySQL",
            .dialect = standardSql,
            .keepsAllTexts = true,
