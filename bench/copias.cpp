@@ -123,7 +123,7 @@ double bareBackup(const Setting& setting)
 void large(const Setting& setting)
 {
     const School school = openSchool(setting.url);
-    const bool file = engineOf(setting.url).ddl() == DdlStyle::sqlite;
+    const bool file = engineOf(setting.url).ddl(*school.centro) == DdlStyle::sqlite;
     const String text = file ? u"hex(randomblob(1000))" : u"repeat(md5(random()::text),62)";
     const Long rows = setting.megabytes * 500;
     school.centro->executeNative(

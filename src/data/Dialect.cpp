@@ -162,6 +162,24 @@ bool isQuery(StringView statement)
     return sameName(statement.substr(first.start, first.length), u"select");
 }
 
+StringView folded(StringView statement, String& room)
+{
+    room = statement;
+    Tokens tokens(statement);
+    const Token first = tokens.next();
+    const bool defines = sameName(statement.substr(first.start, first.length), u"create");
+    std::size_t grown = 0;
+    for (Token token = first; token.kind != Token::Kind::end; token = tokens.next()) {
+        const StringView name = statement.substr(token.start, token.length);
+        if (token.kind != Token::Kind::name || StringView(u"\"[`").find(name.front()) != StringView::npos)
+            continue;
+        const String to = defines && sameName(name, u"text") ? String(u"longtext") : lowerName(name);
+        room.replace(token.start + grown, token.length, to);
+        grown += to.size() - token.length;
+    }
+    return room;
+}
+
 StringView inDialect(StringView statement, const Dialect& dialect, String& room)
 {
     Rewriter rewriter(statement, dialect);

@@ -13,7 +13,7 @@ enum class Database { centro, borrado, entrada };
 inline constexpr Database everyDatabase[] = {Database::centro, Database::borrado, Database::entrada};
 
 /// How an engine writes the definition of a table.
-enum class DdlStyle { sqlite, postgresql };
+enum class DdlStyle { sqlite, postgresql, mariadb };
 
 /// A table found in a database, its columns in physical order.
 struct FoundTable {
@@ -53,7 +53,8 @@ class Engine {
 public:
     virtual ~Engine() = default;
     virtual StringView scheme() const = 0;
-    virtual DdlStyle ddl() const = 0;
+    /// Of a database that this engine opened: one engine may reach several kinds.
+    virtual DdlStyle ddl(Connection& connection) = 0;
     /// Opens an existing database. `location` is the URL without its scheme. Fails with a RuntimeError that
     /// tells a person what to do: file missing, no database, no right to it.
     virtual ConnectionPtr open(StringView location, Database which) = 0;

@@ -8,13 +8,18 @@ namespace {
 
 /// An engine's spelling of the DDL; a member for each thing that engines write differently.
 struct Spelling {
-    StringView wholeNumber, text, decimal;
+    StringView text, decimal;
+    StringView length;        ///< Function that counts a text's characters.
     StringView automaticKey;  ///< Suffix of the type of a generated key.
     StringView ownKeyOptions; ///< Suffix of the columns of a table whose rows bring their key.
     StringView otherOptions;  ///< Suffix of those of any other table.
     StringView once = {};     ///< Prologue, before all tables.
     StringView automatic =
         {}; ///< Epilogue of a table with a generated key; pattern of its name, its key, and its key.
+    StringView boundedText = {}; ///< Pattern of a text's type, if bounded; of its width and one: one letter
+                                 ///< more, since what is too long by blanks alone is cut without a failure.
+    StringView indexedPart = {}; ///< Suffix of an unbounded text in an index.
+    bool checksGeneratedKeys = true;
 };
 
 /// Trigger that generates a key as the largest plus one: a sequence would sooner or later give one that a row
@@ -27,15 +32,15 @@ constexpr StringView nextKey =
 
 const Spelling& spelling(DdlStyle style)
 {
-    static constexpr Spelling sqlite{.wholeNumber = u"INTEGER",
-                                     .text = u"TEXT",
+    static constexpr Spelling sqlite{.text = u"TEXT",
                                      .decimal = u"REAL",
+                                     .length = u"length",
                                      .automaticKey = u" PRIMARY KEY",
                                      .ownKeyOptions = u" STRICT, WITHOUT ROWID",
                                      .otherOptions = u" STRICT"};
-    static constexpr Spelling postgresql{.wholeNumber = u"INTEGER",
-                                         .text = u"TEXT",
+    static constexpr Spelling postgresql{.text = u"TEXT",
                                          .decimal = u"DOUBLE PRECISION",
+                                         .length = u"length",
                                          .automaticKey = u" PRIMARY KEY",
                                          .ownKeyOptions = u"",
                                          .otherOptions = u"",
@@ -43,29 +48,48 @@ const Spelling& spelling(DdlStyle style)
                                          .automatic =
                                              u"CREATE TRIGGER zv_clave BEFORE INSERT ON {} FOR EACH ROW "
                                              u"WHEN (NEW.{} IS NULL) EXECUTE FUNCTION zv_clave('{}')"};
-    return style == DdlStyle::postgresql ? postgresql : sqlite;
+    static constexpr Spelling mariadb{.text = u"LONGTEXT",
+                                      .decimal = u"DOUBLE",
+                                      .length = u"char_length",
+                                      .automaticKey = u" AUTO_INCREMENT PRIMARY KEY",
+                                      .ownKeyOptions = u" ENGINE=InnoDB",
+                                      .otherOptions = u" ENGINE=InnoDB",
+                                      .boundedText = u"VARCHAR({})",
+                                      .indexedPart = u"(100)",
+                                      .checksGeneratedKeys = false};
+    switch (style) {
+    case DdlStyle::postgresql:
+        return postgresql;
+    case DdlStyle::mariadb:
+        return mariadb;
+    case DdlStyle::sqlite:
+        break;
+    }
+    return sqlite;
 }
 
-StringView typeName(Type type, const Spelling& as)
+String typeName(const Column& column, const Spelling& as)
 {
-    switch (type) {
+    switch (column.type) {
     case Type::text:
-        return as.text;
+        return column.width > 0 && !as.boundedText.empty()
+                   ? statement(as.boundedText, {Long{column.width + 1}})
+                   : String(as.text);
     case Type::decimal:
-        return as.decimal;
+        return String(as.decimal);
     default:
-        return as.wholeNumber;
+        return u"INTEGER";
     }
 }
 
 /// CHECK constraint of a range, named so that the engine's message tells a person what is wrong.
 String range(StringView column, StringView least, StringView most)
 {
-    return statement(u" CONSTRAINT \"{}: de {} a {}\" CHECK ({} BETWEEN {} AND {})",
+    return statement(u", CONSTRAINT \"{}: de {} a {}\" CHECK ({} BETWEEN {} AND {})",
                      {column, least, most, column, least, most});
 }
 
-String limits(const Column& column)
+String limits(const Column& column, const Spelling& as)
 {
     switch (column.type) {
     case Type::integer:
@@ -76,8 +100,8 @@ String limits(const Column& column)
         return range(column.name, u"0", u"255");
     case Type::text:
         if (column.width > 0)
-            return statement(u" CONSTRAINT \"{}: como mucho {} caracteres\" CHECK (length({})<={})",
-                             {column.name, Long{column.width}, column.name, Long{column.width}});
+            return statement(u", CONSTRAINT \"{}: como mucho {} caracteres\" CHECK ({}({})<={})",
+                             {column.name, Long{column.width}, as.length, column.name, Long{column.width}});
         break;
     case Type::flag:
     case Type::decimal:
@@ -99,26 +123,32 @@ std::span<const Column> keyOf(const Table& table) { return table.columns().first
 String tableDefinition(const Table& table, const Spelling& as)
 {
     String columns;
+    String checks;
     for (std::size_t i = 0; i < table.count; ++i) {
         const Column& column = table.columns()[i];
-        columns += (i == 0 ? u"" : u", ") + String(column.name) + u" " + String(typeName(column.type, as));
+        columns += (i == 0 ? u"" : u", ") + String(column.name) + u" " + typeName(column, as);
         if (i < table.keyColumns && table.key == Key::given)
             columns += u" NOT NULL";
-        if (i == 0 && table.key == Key::automatic)
+        const bool generated = i == 0 && table.key == Key::automatic;
+        if (generated)
             columns += as.automaticKey;
-        columns += limits(column);
+        if (!generated || as.checksGeneratedKeys)
+            checks += limits(column, as);
     }
+    columns += checks;
     if (table.key == Key::given)
         columns += u", PRIMARY KEY (" + joinedNames(keyOf(table)) + u")";
     return statement(u"CREATE TABLE {} ({}){}",
                      {table.name, columns, table.key == Key::given ? as.ownKeyOptions : as.otherOptions});
 }
 
-void addIndexes(std::vector<String>& statements, const Table& table)
+void addIndexes(std::vector<String>& statements, const Table& table, const Spelling& as)
 {
     const auto add = [&](std::span<const Column> columns) {
-        statements.push_back(statement(u"CREATE INDEX ix_{}_{} ON {} ({})",
-                                       {table.name, columns.front().name, table.name, joinedNames(columns)}));
+        const bool unbounded = columns.front().type == Type::text && columns.front().width == 0;
+        statements.push_back(statement(u"CREATE INDEX ix_{}_{} ON {} ({}{})",
+                                       {table.name, columns.front().name, table.name, joinedNames(columns),
+                                        unbounded ? as.indexedPart : u""}));
     };
     if (table.key == Key::repeated)
         add(keyOf(table));
@@ -143,7 +173,7 @@ std::vector<String> definition(Database which, DdlStyle style)
         }
         // No indexes for deleted records, of which only the largest key is asked for.
         if (which != Database::borrado)
-            addIndexes(result, each);
+            addIndexes(result, each, as);
     }
     return result;
 }

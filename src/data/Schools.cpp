@@ -24,11 +24,11 @@ const ConnectionPtr& baseOf(const School& school, Database which)
 
 namespace {
 
-void makeTables(Connection& connection, Database which, DdlStyle style)
+void makeTables(Engine& engine, Connection& connection, Database which)
 {
     // One transaction: each statement by itself would wait for the disk.
     Transaction transaction(connection);
-    for (const String& each : schema::definition(which, style))
+    for (const String& each : schema::definition(which, engine.ddl(connection)))
         connection.executeNative(each);
     transaction.commit();
 }
@@ -63,7 +63,7 @@ School createSchool(StringView url, const std::function<void(School&)>& fill, St
         School school;
         for (const Database which : everyDatabase) {
             baseOf(school, which) = engine.create(making->location(), which);
-            makeTables(*baseOf(school, which), which, engine.ddl());
+            makeTables(engine, *baseOf(school, which), which);
         }
         if (fill)
             fill(school);
@@ -78,7 +78,7 @@ School temporarySchool(StringView url)
     School school;
     for (const Database which : everyDatabase) {
         baseOf(school, which) = engine.temporary(locationOf(url), which);
-        makeTables(*baseOf(school, which), which, engine.ddl());
+        makeTables(engine, *baseOf(school, which), which);
     }
     return school;
 }

@@ -79,7 +79,10 @@ private:
 class LateEngine final : public Engine {
 public:
     StringView scheme() const override { return u"tardia"; }
-    DdlStyle ddl() const override { return inner_ ? inner_->ddl() : DdlStyle::sqlite; }
+    DdlStyle ddl(Connection& connection) override
+    {
+        return inner_->ddl(*dynamic_cast<LateSchoolConnection&>(connection).inner());
+    }
     ConnectionPtr open(StringView url, Database which) override { return reached(url, which, &Engine::open); }
     ConnectionPtr inspect(StringView url, Database which) override
     {

@@ -8,6 +8,7 @@
 #include "data/sqlite/SqliteEngine.h"
 #include "module/Module.h"
 #include "robot/ScriptedStage.h"
+#include "runtime/Convert.h"
 
 #include <gmock/gmock.h>
 #include <sys/wait.h>
@@ -48,8 +49,10 @@ protected:
     Stations()
     {
         std::filesystem::create_directory(folder);
-        url = fromUtf8(GetParam() == "sqlite" ? "sqlite:" + (folder / "colegio.db").string()
-                                              : "odbc:DSN=zv_prueba;ESQUEMA=puestos" + to_string(getpid()));
+        const std::string source = isMaria() ? "zv_maria" : "zv_prueba";
+        url = fromUtf8(GetParam() == "sqlite"
+                           ? "sqlite:" + (folder / "colegio.db").string()
+                           : "odbc:DSN=" + source + ";ESQUEMA=puestos" + to_string(getpid()));
         registerEngine(sqliteEngine());
         registerEngine(odbcEngine());
         installModule();
@@ -59,6 +62,19 @@ protected:
         for (const Database which : {Database::centro, Database::borrado, Database::entrada})
             engineOf(url).remove(locationOf(url), which);
         std::filesystem::remove_all(folder);
+    }
+    static bool isMaria() { return GetParam() == "mariadb"; }
+    /// Ends all links to the server but that one.
+    static void endLinks(Connection& but)
+    {
+        if (!isMaria())
+            but.Execute(u"SELECT pg_terminate_backend(pid,5000) FROM pg_stat_activity WHERE "
+                        u"backend_type='client backend' AND pid<>pg_backend_pid()");
+        else
+            for (const RecordsetPtr rows = but.Execute(u"SELECT ID FROM information_schema.PROCESSLIST WHERE "
+                                                       u"ID<>CONNECTION_ID() AND USER='zv'");
+                 !rows->Eof(); rows->MoveNext())
+                but.Execute(u"KILL " + decimalText(CLng(rows->row().front())));
     }
     void create() { createSchool(url, fillSampleSchool); }
     void createWithHistory()

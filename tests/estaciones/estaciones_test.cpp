@@ -181,7 +181,11 @@ TEST_P(Stations, one_killed_while_it_makes_a_school_leaves_none_and_the_next_cle
         const Process player = start([&](int out) {
             School school = temporarySchool(url);
             const std::string name =
-                toUtf8(CStr(school.centro->executeNative(u"SELECT current_schema()")->row().front())) + "\n";
+                toUtf8(CStr(school.centro
+                                ->executeNative(isMaria() ? u"SELECT DATABASE()" : u"SELECT current_schema()")
+                                ->row()
+                                .front())) +
+                "\n";
             static_cast<void>(!write(out, name.data(), name.size()));
             die(school);
             return 0;
@@ -197,7 +201,9 @@ TEST_P(Stations, one_killed_while_it_makes_a_school_leaves_none_and_the_next_cle
     if (GetParam() == "sqlite")
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 3);
     else
-        EXPECT_EQ(one(u"SELECT COUNT(*) FROM pg_namespace WHERE nspname='" + fromUtf8(made) + u"'"), 0);
+        EXPECT_EQ(one(u"SELECT COUNT(*) FROM information_schema.schemata WHERE schema_name='" +
+                      fromUtf8(made) + u"'"),
+                  0);
 }
 
 constexpr const char* refused = R"(abrir 65 2 1
@@ -246,7 +252,9 @@ TEST_P(Hindered, a_table_that_another_holds_past_the_wait_costs_a_message)
         other = openSchool(url);
         other.centro->executeNative(GetParam() == "sqlite" ? u"BEGIN IMMEDIATE" : u"BEGIN");
         if (GetParam() != "sqlite")
-            other.centro->executeNative(u"LOCK TABLE EstadoCivil, RegistroActivo IN EXCLUSIVE MODE");
+            other.centro->executeNative(isMaria()
+                                            ? u"LOCK TABLES EstadoCivil READ, RegistroActivo READ"
+                                            : u"LOCK TABLE EstadoCivil, RegistroActivo IN EXCLUSIVE MODE");
     };
     meet(begin, [&] { other = {}; });
 }
@@ -284,7 +292,7 @@ protected:
         onServerAway(nullptr);
         url = u"sqlite:" + (folder / "nada.db").u16string();
     }
-    OwnServer own{folder};
+    OwnServer own{folder, GetParam()};
     WaitForServer wait;
 };
 
@@ -307,10 +315,8 @@ TEST_P(LostServer, that_says_nothing_is_waited_for_once_and_not_by_each_statemen
     create();
     const School school = openSchool(url);
     const auto number = [&] { return numberOf([&] { school.centro->Execute(u"Select * from Pais"); }); };
-    school.borrado->Execute(u"SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE "
-                            u"backend_type='client backend' AND pid<>pg_backend_pid()");
-    pid_t process = 0;
-    std::ifstream(own.place() + "/data/postmaster.pid") >> process;
+    endLinks(*school.borrado);
+    const pid_t process = own.process();
     ::kill(process, SIGSTOP);
     const auto begun = std::chrono::steady_clock::now();
     for (int i = 0; i < 100; ++i)
@@ -346,8 +352,7 @@ TEST_P(LostServer, that_ends_an_idle_link_or_is_waited_for_between_two_answers_o
             return;
         if (ended > 4)
             return own.to("cortar");
-        other.centro->Execute(u"SELECT pg_terminate_backend(pid,5000) FROM pg_stat_activity WHERE "
-                              u"backend_type='client backend' AND pid<>pg_backend_pid()");
+        endLinks(*other.centro);
     });
     const Guion guion = readGuion(save);
     Play play(guion, undisturbed, scriptedStage);
@@ -357,10 +362,10 @@ TEST_P(LostServer, that_ends_an_idle_link_or_is_waited_for_between_two_answers_o
     EXPECT_GT(ended, 6);
 }
 
-INSTANTIATE_TEST_SUITE_P(each, LostServer, testing::Values("postgres"));
-INSTANTIATE_TEST_SUITE_P(each, Stations, testing::Values("sqlite", "postgres"),
+INSTANTIATE_TEST_SUITE_P(each, LostServer, testing::Values("postgres", "mariadb"));
+INSTANTIATE_TEST_SUITE_P(each, Stations, testing::Values("sqlite", "postgres", "mariadb"),
                          [](const auto& each) { return each.param; });
-INSTANTIATE_TEST_SUITE_P(each, Hindered, testing::Values("sqlite", "postgres"),
+INSTANTIATE_TEST_SUITE_P(each, Hindered, testing::Values("sqlite", "postgres", "mariadb"),
                          [](const auto& each) { return each.param; });
 INSTANTIATE_TEST_SUITE_P(each, FullDisk, testing::Values("sqlite"));
 

@@ -472,7 +472,7 @@ TEST_P(Joins, are_ordered_shown_and_undone_by_the_command_line)
     EXPECT_EQ(readKey(keyPlace()).open(plain(back->row()[2])), u"leve");
 }
 
-INSTANTIATE_TEST_SUITE_P(, Joins, testing::Values("sqlite", "postgres"),
+INSTANTIATE_TEST_SUITE_P(, Joins, testing::Values("sqlite", "postgres", "mariadb"),
                          [](const auto& each) { return each.param; });
 
 } // namespace

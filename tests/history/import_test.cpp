@@ -93,7 +93,7 @@ TEST_P(Imported, an_import_that_is_cut_leaves_whole_lines_which_go_as_one)
     EXPECT_GT(cut, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(each, Imported, testing::Values("sqlite", "postgres"),
+INSTANTIATE_TEST_SUITE_P(each, Imported, testing::Values("sqlite", "postgres", "mariadb"),
                          [](const auto& each) { return each.param; });
 
 } // namespace

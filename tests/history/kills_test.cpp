@@ -259,7 +259,7 @@ TEST_P(Killed, the_command_line_tells_of_dead_stations_only_and_takes_back)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(each, Killed, testing::Values("sqlite", "postgres"),
+INSTANTIATE_TEST_SUITE_P(each, Killed, testing::Values("sqlite", "postgres", "mariadb"),
                          [](const auto& each) { return each.param; });
 
 } // namespace

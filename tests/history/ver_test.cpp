@@ -73,7 +73,7 @@ TEST_P(Seen, the_command_line_lists_and_undoes)
     EXPECT_EQ(one(u"SELECT COUNT(*) FROM Enfermedad"), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(each, Seen, testing::Values("sqlite", "postgres"),
+INSTANTIATE_TEST_SUITE_P(each, Seen, testing::Values("sqlite", "postgres", "mariadb"),
                          [](const auto& each) { return each.param; });
 
 } // namespace

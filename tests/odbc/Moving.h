@@ -19,12 +19,6 @@ inline std::vector<care::TableContents> contentsAt(const String& url)
     return care::contentsOf(inspectSchool(url), engineOf(url));
 }
 
-/// A place on the server for this process alone: tests run beside each other.
-inline String server()
-{
-    return u"odbc:DSN=zv_prueba;ESQUEMA=mudanza" + decimalText(static_cast<Long>(getpid()));
-}
-
 struct Moving : testing::Test {
     std::filesystem::path folder =
         std::filesystem::temp_directory_path() / ("zv-mudar-" + std::to_string(getpid()));
@@ -35,17 +29,24 @@ struct Moving : testing::Test {
         registerCipher([key = CipherKey::random()](bool) { return key; });
         std::filesystem::create_directories(folder);
     }
-    ~Moving() override
-    {
-        std::filesystem::remove_all(folder);
-        remove(server());
-    }
+    ~Moving() override { std::filesystem::remove_all(folder); }
     static void remove(const String& url)
     {
         for (const Database which : {Database::centro, Database::borrado, Database::entrada})
             engineOf(url).remove(locationOf(url), which);
     }
     String file(StringView name) const { return u"sqlite:" + (folder / name).u16string(); }
+};
+
+/// With a place on a server for this process alone: tests run beside each other.
+struct MovingToServer : Moving, testing::WithParamInterface<const char*> {
+    ~MovingToServer() override { remove(server()); }
+    static bool isMaria() { return GetParam() == std::string("mariadb"); }
+    static String server()
+    {
+        return (isMaria() ? u"odbc:DSN=zv_maria;ESQUEMA=mudanza" : u"odbc:DSN=zv_prueba;ESQUEMA=mudanza") +
+               decimalText(static_cast<Long>(getpid()));
+    }
 };
 
 inline Long rowsOf(const ConnectionPtr& base)

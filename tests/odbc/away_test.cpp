@@ -9,12 +9,13 @@
 namespace zv {
 namespace {
 
-struct Own {
-    OwnServer server{std::filesystem::temp_directory_path() / ("zv-ausente-" + std::to_string(getpid()))};
+struct Own : testing::WithParamInterface<const char*> {
+    OwnServer server{std::filesystem::temp_directory_path() / ("zv-ausente-" + std::to_string(getpid())),
+                     GetParam()};
 };
 
 /// A server that goes away, and a person who waits for it or does not.
-class Away : private Own, public OneDatabase {
+class Away : public Own, public OneDatabase {
 protected:
     Away() : OneDatabase(odbcEngine(), server.location())
     {
@@ -46,7 +47,7 @@ private:
     };
 };
 
-TEST_F(Away, is_waited_for_before_a_statement_is_sent_and_never_after)
+TEST_P(Away, is_waited_for_before_a_statement_is_sent_and_never_after)
 {
     server.to("cortar");
     EXPECT_EQ(insert(1), 0);
@@ -55,7 +56,11 @@ TEST_F(Away, is_waited_for_before_a_statement_is_sent_and_never_after)
         std::this_thread::sleep_for(std::chrono::milliseconds(400));
         server.to("cortar");
     });
-    EXPECT_EQ(numberOf([&] { base->Execute(u"Insert into t Select 2 From pg_sleep(20)"); }),
+    EXPECT_EQ(numberOf([&] {
+                  base->Execute(GetParam() == std::string("mariadb")
+                                    ? u"Insert into t Select SLEEP(20)"
+                                    : u"Insert into t Select 2 From pg_sleep(20)");
+              }),
               failure::connectionLost);
     power.join();
     EXPECT_EQ(asked, 1) << "it may have run";
@@ -64,7 +69,7 @@ TEST_F(Away, is_waited_for_before_a_statement_is_sent_and_never_after)
     EXPECT_EQ(all(u"Select a from t order by a"), u"1 3 ");
 }
 
-TEST_F(Away, is_waited_for_before_a_transaction_and_not_within_it)
+TEST_P(Away, is_waited_for_before_a_transaction_and_not_within_it)
 {
     server.to("cortar");
     base->Execute(u"BEGIN");
@@ -85,7 +90,7 @@ TEST_F(Away, is_waited_for_before_a_transaction_and_not_within_it)
     EXPECT_EQ(all(u"Select a from t order by a"), u"1 5 ");
 }
 
-TEST_F(Away, that_was_given_up_is_told_so_until_a_link_opens_and_nobody_waits_who_has_no_person)
+TEST_P(Away, that_was_given_up_is_told_so_until_a_link_opens_and_nobody_waits_who_has_no_person)
 {
     const auto words = [this] {
         try {
@@ -120,6 +125,9 @@ TEST_F(Away, that_was_given_up_is_told_so_until_a_link_opens_and_nobody_waits_wh
     answer = [this](const ServerAway& away) { return back(away); };
     EXPECT_EQ(words(), u"");
 }
+
+INSTANTIATE_TEST_SUITE_P(each, Away, testing::Values("postgres", "mariadb"),
+                         [](const auto& each) { return each.param; });
 
 } // namespace
 } // namespace zv

@@ -187,7 +187,7 @@ std::vector<ForeignObject> foreignObjects(Connection& base, Database which)
 std::vector<String> foreignParts(const School& school, Engine& engine)
 {
     std::vector<String> lines;
-    if (engine.ddl() == DdlStyle::sqlite)
+    if (engine.ddl(*school.centro) == DdlStyle::sqlite)
         for (const Database which : everyDatabase)
             for (const ForeignObject& each : foreignObjects(*baseOf(school, which), which))
                 lines.push_back(each.line());

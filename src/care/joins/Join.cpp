@@ -73,7 +73,7 @@ public:
     Connection& deleted() { return *bare_.borrado; }
     const std::vector<FoundTable>& liveTables() { return tables(liveTables_, live()); }
     const std::vector<FoundTable>& deletedTables() { return tables(deletedTables_, deleted()); }
-    DdlStyle style() { return engine_.ddl(); }
+    DdlStyle style() { return engine_.ddl(live()); }
 
     /// The row, or nothing.
     std::optional<Fields> row(const Pair& pair, Long key)
@@ -94,11 +94,14 @@ public:
         const bool noted = history::historyOf(school_.centro) != nullptr && history::isActive(live());
         const ActGuard act(*school_.centro, by_);
         Transaction transaction = writing(*school_.centro, style());
+        // Reads what is there when a lock is granted, and keeps others out of the gaps between rows.
+        if (style() == DdlStyle::mariadb)
+            live().executeNative(u"SET TRANSACTION ISOLATION LEVEL SERIALIZABLE");
         std::optional<history::Appending> head;
         // As all that write: the head first, and then the tables.
         if (noted)
             head.emplace(live());
-        if (style() == DdlStyle::postgresql)
+        if (style() != DdlStyle::sqlite)
             lock(pair, found);
         work(*school_.centro);
         school_.centro->dialogAtRest();
@@ -129,7 +132,9 @@ private:
             names.push_back(each.table->name);
         for (const FoundTable& each : found)
             if (std::ranges::any_of(names, [&](StringView name) { return sameName(name, each.name); }))
-                live().executeNative(u"LOCK TABLE " + each.name + u" IN SHARE ROW EXCLUSIVE MODE");
+                live().executeNative(style() == DdlStyle::mariadb
+                                         ? u"SELECT COUNT(*) FROM " + each.name + u" FOR UPDATE"
+                                         : u"LOCK TABLE " + each.name + u" IN SHARE ROW EXCLUSIVE MODE");
     }
     bool holds(const ForeignPart& part, Long key);
 

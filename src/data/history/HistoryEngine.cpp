@@ -51,7 +51,7 @@ void switchOn(Connection& centro)
 class HistoryEngine final : public Engine {
 public:
     StringView scheme() const override { return prefix; }
-    DdlStyle ddl() const override { return inner_ ? inner_->ddl() : DdlStyle::sqlite; }
+    DdlStyle ddl(Connection& connection) override { return inner_->ddl(opened(connection)); }
     ConnectionPtr open(StringView url, Database which) override
     {
         ConnectionPtr connection = inner(url).open(locationOf(url), which);

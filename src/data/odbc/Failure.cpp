@@ -24,10 +24,16 @@ constexpr std::array rules{
     Rule{"23000", 2601, u"", failure::keyExists},                  // SQL Server, a unique index
     Rule{"23000", -1605, u"", failure::keyExists},                 // Access
     Rule{"HY000", 19, u"PRIMARY KEY must be", failure::keyExists}, // SQLite of old
+    // What a user may not do.
+    Rule{"42501", 0, u"", failure::otherData},                                                  // PostgreSQL
+    Rule{"42000", 1044, u"", failure::otherData}, Rule{"42000", 1142, u"", failure::otherData}, // MariaDB
+    Rule{"42000", 1143, u"", failure::otherData}, Rule{"42000", 1227, u"", failure::otherData}, // MariaDB
     // Constraint violation, data type mismatch.
     Rule{"23", 0, u"", failure::brokenConstraint}, Rule{"22", 0, u"", failure::brokenConstraint},
-    Rule{"HY000", 19, u"", failure::brokenConstraint}, // SQLite
-    Rule{"HY000", 20, u"", failure::brokenConstraint}, // SQLite, a mismatch
+    Rule{"HY000", 19, u"", failure::brokenConstraint},   // SQLite
+    Rule{"HY000", 20, u"", failure::brokenConstraint},   // SQLite, a mismatch
+    Rule{"45000", 0, u"", failure::brokenConstraint},    // MariaDB, a trigger's own
+    Rule{"HY000", 1364, u"", failure::brokenConstraint}, // MariaDB, a column without a default
     // Missing table, missing column, syntax error.
     Rule{"42P01", 0, u"", failure::tableMissing}, // PostgreSQL
     Rule{"42S02", 0, u"", failure::tableMissing},
@@ -37,12 +43,12 @@ constexpr std::array rules{
     Rule{"07002", -3010, u"", failure::columnMissing},                // Access parses it as a parameter
     Rule{"HY000", 1, u"no such column", failure::columnMissing},      // SQLite
     Rule{"HY000", 1, u"has no column named", failure::columnMissing}, // SQLite
-    Rule{"42501", 0, u"", failure::otherData},                        // PostgreSQL, permission denied
     Rule{"42", 0, u"", failure::badStatement}, Rule{"37000", 0, u"", failure::badStatement},
     Rule{"21", 0, u"", failure::badStatement}, Rule{"HY000", 1, u"", failure::badStatement}, // SQLite
     // Lock conflicts and timeouts.
     Rule{"55P03", 0, u"", failure::locked}, // PostgreSQL, lock_timeout
     Rule{"57014", 0, u"", failure::locked}, // PostgreSQL, statement_timeout
+    Rule{"", 1969, u"", failure::locked},   // MariaDB, max_statement_time; drivers give it any state
     Rule{"40", 0, u"", failure::locked},    // Deadlocks, serialization
     Rule{"HYT00", 0, u"", failure::locked}, Rule{"HY000", 1205, u"", failure::locked}, // MariaDB, lock wait
     Rule{"HY000", 1222, u"", failure::locked},  // SQL Server, lock wait
@@ -53,6 +59,7 @@ constexpr std::array rules{
     Rule{"08", 0, u"", failure::connectionLost},
     Rule{"57P", 0, u"", failure::connectionLost}, // PostgreSQL, shutdown or startup
     Rule{"HYT01", 0, u"", failure::connectionLost},
+    Rule{"70100", 1927, u"", failure::connectionLost}, // MariaDB, killed by an administrator
     Rule{"HY000", 2006, u"", failure::connectionLost}, // MariaDB
     Rule{"HY000", 2013, u"", failure::connectionLost}, // MariaDB
 };

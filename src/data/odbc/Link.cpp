@@ -85,9 +85,11 @@ Diagnosis DriverHandle::diagnosis() const
 }
 
 Link::Link(StringView connectionText, std::chrono::seconds patience)
-    : connection_(SQL_HANDLE_DBC, environment()), socket_([&] { connect(connectionText); }),
-      longest_(patience), patience_(socket_, patience)
-{}
+    : connection_(SQL_HANDLE_DBC, environment()), longest_(patience)
+{
+    connect(connectionText);
+    patience_.emplace(socket_, patience);
+}
 
 void Link::connect(StringView connectionText)
 {
@@ -98,9 +100,16 @@ void Link::connect(StringView connectionText)
     SQLSMALLINT length = 0;
     if (connectionText.size() > INT16_MAX)
         throw DataError(failure::connectionLost, "", u"la cadena de conexión es demasiado larga", u"");
-    if (!went(SQLDriverConnectW(connection_.get(), nullptr, wide(connectionText.data()),
-                                static_cast<SQLSMALLINT>(connectionText.size()), nullptr, 0, &length,
-                                SQL_DRIVER_NOPROMPT)))
+    socket_.expect();
+    // A driver may keep to its timeout only until the server's kernel has answered.
+    Patience login(socket_, std::chrono::seconds(loginSeconds + 1));
+    login.begin();
+    const SQLRETURN connected = SQLDriverConnectW(connection_.get(), nullptr, wide(connectionText.data()),
+                                                  static_cast<SQLSMALLINT>(connectionText.size()), nullptr, 0,
+                                                  &length, SQL_DRIVER_NOPROMPT);
+    login.end();
+    socket_.find();
+    if (!went(connected))
         throw odbc::failureOf(connection_.diagnosis(), true, u"");
 }
 
@@ -125,6 +134,25 @@ String escaped(StringView name)
     return result;
 }
 
+/// Name as an argument of a catalogue query; none if it is empty. It keeps the text that it points to.
+class Argument {
+public:
+    explicit Argument(String name) : name_(std::move(name)) {}
+    SQLWCHAR* text() const { return name_.empty() ? nullptr : wide(name_.data()); }
+    SQLSMALLINT length() const { return static_cast<SQLSMALLINT>(name_.size()); }
+
+private:
+    String name_;
+};
+
+/// Both names of a schema, of which the driver wants one.
+struct Arguments {
+    Argument catalog, schema;
+    Arguments(Link::Where where, const String& name)
+        : catalog(where.isCatalog ? name : String()), schema(where.isCatalog ? String() : name)
+    {}
+};
+
 } // namespace
 
 /// Reads a catalogue query to its end: never a part of it, which would read as missing tables.
@@ -139,28 +167,38 @@ void Link::forEachFound(const DriverHandle& statement, std::int16_t asked, const
         throw odbc::failureOf(statement.diagnosis(), false, u"");
 }
 
-std::vector<FoundTable> Link::tables(StringView schema)
+std::vector<FoundTable> Link::tables(Where where)
 {
+    constexpr SQLUSMALLINT catalogColumn = 1;
     constexpr SQLUSMALLINT tableColumn = 3;
     constexpr SQLUSMALLINT nameColumn = 4;
-    String name = escaped(schema);
-    SQLWCHAR* const where = name.empty() ? nullptr : wide(name.data());
-    const auto length = static_cast<SQLSMALLINT>(name.size());
+    // A catalogue may be a pattern or not: what others such a pattern finds is left out.
+    const Arguments asked(where, where.isCatalog ? String(where.schema) : escaped(where.schema));
+    const auto isAsked = [&](const DriverHandle& row) {
+        return !where.isCatalog || characters(row, catalogColumn) == where.schema;
+    };
     // Some drivers give the columns of indexes too.
     std::set<String> real;
     String kinds = u"TABLE,VIEW";
     const DriverHandle named(SQL_HANDLE_STMT, connection_.get());
     forEachFound(named, waiting([&] {
-                     return SQLTablesW(named.get(), nullptr, 0, where, length, nullptr, 0, wide(kinds.data()),
-                                       static_cast<SQLSMALLINT>(kinds.size()));
+                     return SQLTablesW(named.get(), asked.catalog.text(), asked.catalog.length(),
+                                       asked.schema.text(), asked.schema.length(), nullptr, 0,
+                                       wide(kinds.data()), static_cast<SQLSMALLINT>(kinds.size()));
                  }),
-                 [&] { real.insert(characters(named, tableColumn)); });
+                 [&] {
+                     if (isAsked(named))
+                         real.insert(characters(named, tableColumn));
+                 });
     const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
     std::vector<FoundTable> result;
     forEachFound(statement, waiting([&] {
-                     return SQLColumnsW(statement.get(), nullptr, 0, where, length, nullptr, 0, nullptr, 0);
+                     return SQLColumnsW(statement.get(), asked.catalog.text(), asked.catalog.length(),
+                                        asked.schema.text(), asked.schema.length(), nullptr, 0, nullptr, 0);
                  }),
                  [&] {
+                     if (!isAsked(statement))
+                         return;
                      const String table = characters(statement, tableColumn);
                      if (!real.contains(table))
                          return;
@@ -171,15 +209,16 @@ std::vector<FoundTable> Link::tables(StringView schema)
     return result;
 }
 
-std::vector<UniqueIndex> Link::uniqueIndexes(StringView schema, StringView table)
+std::vector<UniqueIndex> Link::uniqueIndexes(Where where, StringView table)
 {
     constexpr SQLUSMALLINT nameColumn = 6;
     constexpr SQLUSMALLINT columnColumn = 9;
+    const Arguments asked(where, String(where.schema));
     const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
     std::vector<UniqueIndex> result;
     if (!went(waiting([&] {
-            return SQLStatisticsW(statement.get(), nullptr, 0, schema.empty() ? nullptr : wide(schema.data()),
-                                  static_cast<SQLSMALLINT>(schema.size()), wide(table.data()),
+            return SQLStatisticsW(statement.get(), asked.catalog.text(), asked.catalog.length(),
+                                  asked.schema.text(), asked.schema.length(), wide(table.data()),
                                   static_cast<SQLSMALLINT>(table.size()), SQL_INDEX_UNIQUE, SQL_QUICK);
         })))
         return result;
@@ -194,15 +233,15 @@ std::vector<UniqueIndex> Link::uniqueIndexes(StringView schema, StringView table
     return result;
 }
 
-std::vector<String> Link::primaryKey(StringView schema, StringView table)
+std::vector<String> Link::primaryKey(Where where, StringView table)
 {
     constexpr SQLUSMALLINT columnColumn = 4;
+    const Arguments asked(where, String(where.schema));
     const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
     std::vector<String> result;
     if (went(waiting([&] {
-            return SQLPrimaryKeysW(statement.get(), nullptr, 0,
-                                   schema.empty() ? nullptr : wide(schema.data()),
-                                   static_cast<SQLSMALLINT>(schema.size()), wide(table.data()),
+            return SQLPrimaryKeysW(statement.get(), asked.catalog.text(), asked.catalog.length(),
+                                   asked.schema.text(), asked.schema.length(), wide(table.data()),
                                    static_cast<SQLSMALLINT>(table.size()));
         })))
         while (SQL_SUCCEEDED(waiting([&] { return SQLFetch(statement.get()); })))

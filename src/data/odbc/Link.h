@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace zv::odbc {
@@ -43,12 +44,17 @@ public:
 
     /// Name and version of the engine, as reported by the driver.
     EngineInfo engine() const;
-    /// The tables of a schema (any, if empty), with their columns.
-    std::vector<FoundTable> tables(StringView schema);
+    /// Schema that catalogue queries are about; any, if its name is empty.
+    struct Where {
+        StringView schema;
+        bool isCatalog = false; ///< What the driver calls a catalogue.
+    };
+    /// Its tables, with their columns.
+    std::vector<FoundTable> tables(Where where);
     /// Catalogue queries: unique indexes of a table, columns of its primary key. Names match the server's
     /// catalogue with regard to case; the result is empty if the driver does not support them.
-    std::vector<UniqueIndex> uniqueIndexes(StringView schema, StringView table);
-    std::vector<String> primaryKey(StringView schema, StringView table);
+    std::vector<UniqueIndex> uniqueIndexes(Where where, StringView table);
+    std::vector<String> primaryKey(Where where, StringView table);
     void begin();
     void end(bool commit);
 
@@ -56,19 +62,20 @@ public:
     DataError failure(const DriverHandle& handle, StringView text);
     bool isLost() const { return lost_; }
     /// Whether a timeout cut the link.
-    bool wasCut() const { return patience_.ranOut(); }
+    bool wasCut() const { return patience_ && patience_->ranOut(); }
     /// Whether the peer closed the connection while it was idle; nullopt if only a statement can tell.
     std::optional<bool> wasEnded() const { return socket_.ended(); }
     /// Time since its last statement.
     Patience::Clock::duration idle() const { return Patience::Clock::now() - used_; }
     void* get() const { return connection_.get(); }
+    void noticeSilentNetwork() { socket_.noticeSilentNetwork(); }
     /// Runs a blocking call of the driver under the timeout.
     template <class Call>
     std::int16_t waiting(Call&& call)
     {
-        patience_.begin();
+        patience_->begin();
         const std::int16_t result = call();
-        patience_.end();
+        patience_->end();
         used_ = Patience::Clock::now();
         return result;
     }
@@ -83,7 +90,7 @@ private:
     DriverHandle connection_;
     Socket socket_;
     std::chrono::seconds longest_;
-    Patience patience_;
+    std::optional<Patience> patience_; ///< Of its calls, once it is connected.
     Patience::Clock::time_point used_ = Patience::Clock::now();
     bool lost_ = false;
 };

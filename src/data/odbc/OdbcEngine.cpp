@@ -1,13 +1,11 @@
 #include "data/odbc/OdbcEngine.h"
 
+#include "data/Schools.h"
 #include "data/Statement.h"
-#include "data/Transaction.h"
-#include "data/odbc/ConnectionText.h"
-#include "data/odbc/Password.h"
+#include "data/odbc/Location.h"
 #include "data/odbc/Schemas.h"
 #include "runtime/Convert.h"
 
-#include <charconv>
 #include <map>
 
 namespace zv {
@@ -16,7 +14,10 @@ namespace {
 
 class OdbcConnection final : public Connection {
 public:
-    explicit OdbcConnection(std::shared_ptr<Pool> pool) : pool_(std::move(pool)) {}
+    /// `schema`: selected before each statement, on a pool that has several; else empty.
+    explicit OdbcConnection(std::shared_ptr<Pool> pool, String schema = {})
+        : pool_(std::move(pool)), schema_(std::move(schema))
+    {}
 
     RecordsetPtr Execute(StringView statement) override
     {
@@ -25,33 +26,24 @@ public:
     }
     RecordsetPtr executeNative(StringView statement) override
     {
-        return recordsetOf(String(statement), pool_->run(statement),
-                           [pool = pool_](StringView again) { return pool->run(again); });
+        String room;
+        if (!server().dialect.namesInAnyCase)
+            statement = folded(statement, room);
+        const auto run = [pool = pool_, schema = schema_](StringView each) {
+            if (!schema.empty())
+                pool->run(schemasOf(*pool->target().server).select(schema));
+            return pool->run(each);
+        };
+        return recordsetOf(String(statement), run(statement), run);
     }
     EngineInfo engine() override { return pool_->engine(); }
-    Pool& pool() { return *pool_; }
+    std::vector<FoundTable> tables() { return schema_.empty() ? pool_->tables() : pool_->tables(schema_); }
+    const Server& server() const { return *pool_->target().server; }
 
 private:
     std::shared_ptr<Pool> pool_;
+    String schema_;
 };
-
-[[noreturn]] void failFor(const ConnectionText& text, StringView words,
-                          std::int32_t number = failure::otherData)
-{
-    throw RuntimeError(number, u"«" + text.shown() + u"» " + String(words));
-}
-
-/// Advice for a refused connection, by SQLSTATE: the driver manager's own ones are for what this machine
-/// lacks.
-String whyClosed(const DataError& failure)
-{
-    const std::string& code = failure.engineCode();
-    if (code.starts_with("IM002"))
-        return u"nombra una fuente de datos que este equipo no tiene: corrija DSN, o créela (odbc.ini)";
-    if (code.starts_with("IM003") || code.starts_with("01000"))
-        return u"nombra un controlador de ODBC que este equipo no tiene: instálelo, o corrija Driver";
-    return u"no responde: compruebe el servidor, la base, el usuario y la contraseña";
-}
 
 /// Probe by a round trip: an old driver converts to one code page, and would corrupt all letters outside it.
 bool takesAllTexts(const std::shared_ptr<Link>& link)
@@ -69,89 +61,19 @@ bool takesAllTexts(const std::shared_ptr<Link>& link)
     }
 }
 
-/// Attribute that selects the database, on servers without schemas.
-StringView nameAttribute(const ConnectionText& text)
-{
-    for (const StringView name : {u"DATABASE", u"DBQ", u"DB", u"DSN"})
-        if (text.find(name))
-            return name;
-    failFor(text, u"no nombra ninguna base de datos: añada DATABASE=NOMBRE o DSN=NOMBRE.");
-}
-
-void nameDatabase(ConnectionText& text, Placing placing, Database which)
-{
-    const StringView attribute = nameAttribute(text);
-    const String live = *text.find(attribute);
-    if (placing == Placing::files && !sameName(attribute, u"DSN"))
-        text.set(attribute, fileOf(live, which).u16string());
-    else
-        text.set(attribute, live + String(suffixOf(which)));
-}
-
-void addOptions(ConnectionText& text, StringView options)
-{
-    for (std::size_t from = 0; from < options.size();) {
-        const std::size_t end = std::min(options.find(u';', from), options.size());
-        const StringView option = options.substr(from, end - from);
-        const std::size_t sign = option.find(u'=');
-        if (!text.find(option.substr(0, sign)))
-            text.set(option.substr(0, sign), String(option.substr(sign + 1)));
-        from = end + 1;
-    }
-}
-
-/// Connection string for the driver: without our own attributes, and with a password from outside.
-ConnectionText forDriver(ConnectionText text)
-{
-    text.take(u"ESQUEMA");
-    text.take(u"ESPERA");
-    if (!text.find(u"PWD") && !text.find(u"Password"))
-        if (const std::optional<String> password = passwordFromOutside())
-            text.set(u"PWD", *password);
-    return text;
-}
-
-/// Timeout of a statement, enforced by servers that can (Server::patience); zero: none.
-std::chrono::seconds longestStatement(const ConnectionText& text)
-{
-    const std::optional<String> wish = text.find(u"ESPERA");
-    if (!wish)
-        return std::chrono::seconds(60);
-    const std::string digits = toUtf8(*wish);
-    constexpr Long longest = 86400;
-    Long number = -1;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (error != std::errc() || end != digits.data() + digits.size() || number < 0 || number > longest)
-        failFor(text, u"espera mal: ESPERA=N es el número de segundos que puede tardar una instrucción, "
-                      u"hasta 86400; con 0, los que hagan falta.");
-    return std::chrono::seconds(number);
-}
-
-/// Timeout of the connection, longer than that of a statement: a live server would have ended the statement
-/// by then.
-std::chrono::seconds longestSilence(const ConnectionText& text)
-{
-    const std::chrono::seconds longest = longestStatement(text);
-    return longest.count() == 0 ? longest : longest + std::chrono::seconds(5);
-}
-
-/// Without the schema, whose temporary name would tell a person nothing.
-ConnectionText nameless(ConnectionText text)
-{
-    text.take(u"ESQUEMA");
-    return text;
-}
-
 [[noreturn]] void failTaken(const ConnectionText& text, StringView schema)
 {
     failFor(text, u"ya tiene el esquema «" + String(schema) +
                       u"»: elija otro con ESQUEMA=NOMBRE, o quítelo antes.");
 }
 
-bool isTaken(const DataError& failure)
+/// What a user who may not create a school is told.
+void failIfForbidden(const Schemas& schemas, const ConnectionText& text, const DataError& failure)
 {
-    // Race: of two that create it at the same moment, one violates the unique key of the catalogue.
-    return failure.engineCode().starts_with("42P06") || failure.number() == failure::keyExists;
+    if (schemas.isForbidden(failure))
+        failFor(nameless(text),
+                u"no deja a este usuario crear esquemas: pida a quien administra el servidor " +
+                    String(schemas.rightToCreate()) + u", o que los cree él.");
 }
 
 /// RAII guard of schemas with a temporary name: renamed when they are complete, dropped otherwise.
@@ -163,10 +85,10 @@ public:
           aside_(wanted_), pool_(target)
     {
         aside_.set(u"ESQUEMA", passing);
-        const auto taken = existingSchemas(pool_, kept_.empty() ? name_ : kept_);
+        const auto taken = schemas().existing(pool_, kept_.empty() ? name_ : kept_);
         if (!taken.empty())
             failTaken(wanted_, taken.front());
-        dropOrphans(pool_, passing);
+        schemas().dropOrphans(pool_, passing);
     }
     SchemasToBe(const SchemasToBe&) = delete;
     SchemasToBe& operator=(const SchemasToBe&) = delete;
@@ -175,7 +97,7 @@ public:
         try {
             for (const Database which : everyDatabase)
                 if (!placed_)
-                    dropSchema(pool_, passing_ + String(suffixOf(which)));
+                    schemas().drop(pool_, schemaName(passing_, which));
         } catch (const RuntimeError&) {
             // Server gone: leftovers are dropped by the next process that creates schemas (dropOrphans).
         }
@@ -184,22 +106,19 @@ public:
     void putInPlace() override
     {
         try {
-            Transaction transaction([this](StringView each) { pool_.run(each); });
-            if (!kept_.empty()) {
-                giveRights(pool_, name_, passing_);
-                renameSchemas(pool_, name_, kept_);
-            }
-            renameSchemas(pool_, passing_, name_);
-            transaction.commit();
+            schemas().place(pool_, passing_, name_, kept_);
         } catch (const DataError& failure) {
-            if (isTaken(failure))
+            if (schemas().isTaken(failure))
                 failTaken(wanted_, name_);
+            failIfForbidden(schemas(), wanted_, failure);
             throw;
         }
         placed_ = true;
     }
 
 private:
+    const Schemas& schemas() const { return schemasOf(*pool_.target().server); }
+
     ConnectionText wanted_;
     String name_;
     String kept_;
@@ -212,7 +131,7 @@ private:
 class OdbcEngine final : public Engine {
 public:
     StringView scheme() const override { return u"odbc"; }
-    DdlStyle ddl() const override { return DdlStyle::postgresql; }
+    DdlStyle ddl(Connection& connection) override { return opened(connection).server().ddl; }
 
     ConnectionPtr open(StringView location, Database which) override
     {
@@ -223,25 +142,31 @@ public:
         const ConnectionText text(location);
         return existing(text, which, serverOf(text).server->readOnlySettings);
     }
-    /// One transaction that sees one instant, and two that see the same.
     School snapshot(StringView location) override
     {
         ConnectionText text(location);
-        if (serverOf(text).server->placing != Placing::schemas)
+        const Server& server = *serverOf(text).server;
+        if (server.placing != Placing::schemas)
             return Engine::snapshot(location);
-        // Without the savepoint that the driver sets around each statement: inside one no instant is shared.
-        text.set(u"Protocol", u"7.4-0");
-        School read{existing(text, Database::centro, {}), existing(text, Database::borrado, {}),
-                    existing(text, Database::entrada, {})};
-        String instant;
-        for (const ConnectionPtr& each : {read.centro, read.borrado, read.entrada}) {
-            each->executeNative(u"BEGIN");
-            each->executeNative(u"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY");
-            if (instant.empty())
-                instant = CStr(
-                    each->executeNative(u"SELECT pg_export_snapshot() AS Instante")->Fields(u"Instante"));
-            else
-                each->executeNative(u"SET TRANSACTION SNAPSHOT " + textLiteral(instant));
+        const Schemas& schemas = schemasOf(server);
+        if (!schemas.oneLinkReadsAll())
+            // Without the savepoint that PostgreSQL's driver sets around each statement: inside one no
+            // instant is shared.
+            text.set(u"Protocol", u"7.4-0");
+        std::vector<std::shared_ptr<Pool>> pools;
+        std::vector<Pool*> begun;
+        for (const Database which : everyDatabase) {
+            pools.push_back(existingPool(text, which, {}));
+            if (begun.empty() || !schemas.oneLinkReadsAll())
+                begun.push_back(pools.back().get());
+        }
+        schemas.beginSnapshot(begun);
+        School read;
+        for (const Database which : everyDatabase) {
+            const auto place = static_cast<std::size_t>(which);
+            baseOf(read, which) = schemas.oneLinkReadsAll()
+                                      ? std::make_shared<OdbcConnection>(pools[0], schemaOf(text, which))
+                                      : std::make_shared<OdbcConnection>(pools[place]);
         }
         return read;
     }
@@ -249,7 +174,7 @@ public:
     {
         const ConnectionText text(location);
         Pool pool(targetToMake(text, {}));
-        return !existingSchemas(pool, schemaOf(text, Database::centro)).empty();
+        return !schemasOf(*pool.target().server).existing(pool, schemaOf(text, Database::centro)).empty();
     }
     String beside(StringView location, StringView word) override
     {
@@ -257,8 +182,9 @@ public:
         String name = schemaOf(text, Database::centro);
         const String end = u"_" + lowerName(Replace(word, u"-", u"_"));
         // Surrogates go in pairs.
+        const Schemas& schemas = schemasAt(text);
         while (!name.empty() &&
-               (!fits(name + end + String(suffixOf(Database::borrado))) || (name.back() & 0xFC00) == 0xD800))
+               (!schemas.fits(schemaName(name + end, Database::borrado)) || (name.back() & 0xFC00) == 0xD800))
             name.pop_back();
         text.set(u"ESQUEMA", name + end);
         return text.text();
@@ -270,7 +196,7 @@ public:
             schemaOf(text, which);
         const String passing = passingName(Purpose::nuevo);
         Target target = targetToMake(text, {});
-        target.settings.push_back(ownership(passing));
+        target.settings.push_back(schemasOf(*target.server).ownership(passing));
         return std::make_unique<SchemasToBe>(
             text, schemaOf(text, Database::centro),
             kept.empty() ? String() : schemaOf(ConnectionText(kept), Database::centro), target, passing);
@@ -280,64 +206,83 @@ public:
         const ConnectionText text(location);
         Target target = targetToMake(text, schemaOf(text, which));
         if (isPassing(target.schema))
-            target.settings.push_back(ownership(schemaOf(text, Database::centro)));
-        auto pool = std::make_shared<Pool>(target);
+            target.settings.push_back(schemasOf(*target.server).ownership(schemaOf(text, Database::centro)));
+        const Schemas& schemas = schemasOf(*target.server);
+        Pool maker(withoutSchema(target));
         try {
-            createSchema(*pool, target.schema);
+            schemas.create(maker, target.schema);
         } catch (const DataError& failure) {
-            if (isTaken(failure))
+            if (schemas.isTaken(failure))
                 failTaken(text, target.schema);
-            if (failure.engineCode().starts_with("42501"))
-                failFor(nameless(text),
-                        u"no deja a este usuario crear esquemas: pida a quien administra el servidor "
-                        u"GRANT CREATE ON DATABASE, o que los cree él.");
+            failIfForbidden(schemas, text, failure);
             throw;
         }
-        return std::make_shared<OdbcConnection>(pool);
+        return std::make_shared<OdbcConnection>(std::make_shared<Pool>(target));
     }
     void remove(StringView location, Database which) override
     {
         const ConnectionText text(location);
-        Pool pool(targetToMake(text, schemaOf(text, which)));
-        dropSchema(pool, pool.target().schema);
+        Pool pool(targetToMake(text, {}));
+        schemasOf(*pool.target().server).drop(pool, schemaOf(text, which));
     }
     ConnectionPtr temporary(StringView location, Database which) override
     {
         const ConnectionText text(location);
         const String name = passingName(Purpose::guion);
-        Target target = targetToMake(text, name + String(suffixOf(which)));
-        target.settings.push_back(ownership(name));
-        auto schema = std::make_shared<TemporarySchema>(target);
+        Target target = targetToMake(text, schemaName(name, which));
+        target.settings.push_back(schemasOf(*target.server).ownership(name));
+        const Schemas& schemas = schemasOf(*target.server);
+        std::shared_ptr<TemporarySchema> schema;
+        try {
+            schema = std::make_shared<TemporarySchema>(withoutSchema(target), target);
+        } catch (const DataError& failure) {
+            failIfForbidden(schemas, text, failure);
+            throw;
+        }
         if (which == Database::centro)
-            dropOrphans(schema->pool, name);
+            schemas.dropOrphans(schema->pool, name);
         return std::make_shared<OdbcConnection>(std::shared_ptr<Pool>(schema, &schema->pool));
     }
-    std::vector<FoundTable> tables(Connection& connection) override
-    {
-        auto* ours = dynamic_cast<OdbcConnection*>(&connection);
-        if (!ours)
-            fail(failure::typeMismatch);
-        return ours->pool().tables();
-    }
+    std::vector<FoundTable> tables(Connection& connection) override { return opened(connection).tables(); }
 
 private:
     struct KnownServer {
         const Server* server = nullptr;
         std::shared_ptr<Outage> outage;
+        String standing;         ///< Schema that its data source names.
+        bool smallNames = false; ///< The server keeps the names of schemas in small letters.
     };
 
-    /// The server truncates names, and the three would collide.
-    static bool fits(StringView schema)
+    static OdbcConnection& opened(Connection& connection)
     {
-        constexpr std::size_t longest = 63;
-        return toUtf8(schema).size() <= longest;
+        auto* ours = dynamic_cast<OdbcConnection*>(&connection);
+        if (!ours)
+            fail(failure::typeMismatch);
+        return *ours;
     }
 
-    static String schemaOf(const ConnectionText& text, Database which)
+    const Schemas& schemasAt(const ConnectionText& text)
     {
-        const String name = text.find(u"ESQUEMA").value_or(u"");
-        String result = (name.empty() ? u"centro" : name) + String(suffixOf(which));
-        if (!fits(result))
+        const Server& server = *serverOf(text).server;
+        if (server.placing != Placing::schemas)
+            failFor(text,
+                    u"es un motor en el que las bases las crea su administrador; ábrala cuando exista.");
+        return schemasOf(server);
+    }
+
+    /// ESQUEMA, else what the location or its data source names, else «centro».
+    String schemaOf(const ConnectionText& text, Database which)
+    {
+        const Schemas& schemas = schemasAt(text);
+        const KnownServer& known = serverOf(text);
+        String name = text.find(u"ESQUEMA").value_or(u"");
+        for (const StringView attribute : schemas.attributes())
+            if (name.empty())
+                name = text.find(attribute).value_or(u"");
+        if (name.empty())
+            name = known.standing.empty() ? String(u"centro") : known.standing;
+        String result = schemaName(known.smallNames ? lowerName(name) : name, which);
+        if (!schemas.fits(result))
             failFor(text, u"nombra un esquema demasiado largo: con «_borrado» y «_entrada» detrás, el nombre "
                           u"no puede pasar de 63 bytes; acorte ESQUEMA.");
         return result;
@@ -347,19 +292,40 @@ private:
     const KnownServer& serverOf(const ConnectionText& text)
     {
         const ConnectionText plain = forDriver(text);
-        const std::chrono::seconds patience = longestSilence(text);
         const auto known = servers_.find(plain.text());
         if (known != servers_.end())
             return known->second;
         try {
-            const auto link = std::make_shared<Link>(plain.text(), patience);
+            const auto link = firstLink(plain, longestSilence(text));
             const Server& found = serverNamed(link->engine().name);
             if (found.keepsAllTexts && !takesAllTexts(link))
                 failFor(text, u"tiene un controlador sin Unicode, que estropearía las letras: use el que lo "
                               u"tiene («PostgreSQL Unicode», «MariaDB Unicode»; para un fichero, sqlite:).");
-            return servers_[plain.text()] = {&found, std::make_shared<Outage>()};
+            KnownServer result{&found, std::make_shared<Outage>(), {}, false};
+            if (const StringView asked =
+                    found.placing == Placing::schemas ? schemasOf(found).standing() : u"";
+                !asked.empty()) {
+                const StatementRows answer(link, asked);
+                result.standing = CStr(*answer.row()->at(0));
+                result.smallNames = CLng(*answer.row()->at(1)) != 0;
+            }
+            return servers_[plain.text()] = result;
         } catch (const DataError& failure) {
             failFor(text, whyClosed(failure) + u" (" + failure.engineText() + u").", failure::connectionLost);
+        }
+    }
+
+    /// Where the database that the text names is not there, to the server itself: it may be about to be made.
+    static std::shared_ptr<Link> firstLink(ConnectionText plain, std::chrono::seconds patience)
+    {
+        try {
+            return std::make_shared<Link>(plain.text(), patience);
+        } catch (const DataError& failure) {
+            if (!mariadbSchemas().isMissing(failure))
+                throw;
+            for (const StringView attribute : mariadbSchemas().attributes())
+                plain.take(attribute);
+            return std::make_shared<Link>(plain.text(), patience);
         }
     }
 
@@ -374,6 +340,9 @@ private:
                       .outage = known.outage};
         ConnectionText plain = forDriver(text);
         addOptions(plain, target.server->driverOptions);
+        if (target.server->placing == Placing::schemas)
+            for (const StringView attribute : schemasOf(*target.server).attributes())
+                plain.take(attribute);
         target.connectionText = plain.text();
         if (!target.server->settings.empty())
             target.settings.emplace_back(target.server->settings);
@@ -381,20 +350,29 @@ private:
             target.settings.push_back(
                 statement(target.server->patience, {static_cast<Long>(longestStatement(text).count())}));
         if (!target.schema.empty())
-            target.settings.push_back(searchPath(target.schema));
+            target.settings.push_back(schemasOf(*target.server).select(target.schema));
         return target;
     }
 
     Target targetToMake(const ConnectionText& text, String schema)
     {
-        const Server& server = *serverOf(text).server;
-        if (!server.makesSchools)
-            failFor(text,
-                    u"es un motor en el que las bases las crea su administrador; ábrala cuando exista.");
+        schemasAt(text);
         return targetIn(text, std::move(schema));
     }
 
-    ConnectionPtr existing(ConnectionText text, Database which, StringView more)
+    /// The same before its schema is selected.
+    static Target withoutSchema(Target target)
+    {
+        std::erase(target.settings, schemasOf(*target.server).select(target.schema));
+        return target;
+    }
+
+    ConnectionPtr existing(const ConnectionText& text, Database which, StringView more)
+    {
+        return std::make_shared<OdbcConnection>(existingPool(text, which, more));
+    }
+
+    std::shared_ptr<Pool> existingPool(ConnectionText text, Database which, StringView more)
     {
         const Server& server = *serverOf(text).server;
         String schema;
@@ -405,12 +383,24 @@ private:
         Target target = targetIn(text, schema);
         if (!more.empty())
             target.settings.emplace_back(more);
-        auto pool = std::make_shared<Pool>(target);
-        if (!schema.empty() &&
-            !pool->run(u"SELECT nspname FROM pg_namespace WHERE nspname=" + textLiteral(schema))->row())
-            failFor(text, u"no tiene el esquema «" + schema +
-                              u"»: diga cuál con ESQUEMA=NOMBRE, o cree antes la base de datos.");
-        return std::make_shared<OdbcConnection>(std::move(pool));
+        if (schema.empty())
+            return std::make_shared<Pool>(target);
+        const Schemas& schemas = schemasOf(server);
+        try {
+            auto pool = std::make_shared<Pool>(target);
+            if (schemas.holds(*pool, schema))
+                return pool;
+        } catch (const DataError& failure) {
+            if (schemas.isForbidden(failure))
+                failFor(text,
+                        u"no deja a este usuario ver el esquema «" + schema +
+                            u"», o no lo tiene: diga cuál con ESQUEMA=NOMBRE, o pida a quien administra "
+                            u"el servidor los permisos sobre él.");
+            if (!schemas.isMissing(failure))
+                throw;
+        }
+        failFor(text, u"no tiene el esquema «" + schema +
+                          u"»: diga cuál con ESQUEMA=NOMBRE, o cree antes la base de datos.");
     }
 
     std::map<String, KnownServer> servers_;

@@ -10,9 +10,12 @@
 #include <vector>
 
 #ifdef __linux__
+#include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -27,14 +30,25 @@ namespace fs = std::filesystem;
 
 const fs::path ownFiles = "/proc/self/fd";
 
+/// Whether it is on its way to a machine that has not answered yet.
+bool isConnecting(int file)
+{
+    int domain = 0;
+    int type = 0;
+    socklen_t size = sizeof domain;
+    getsockopt(file, SOL_SOCKET, SO_DOMAIN, &domain, &size);
+    getsockopt(file, SOL_SOCKET, SO_TYPE, &type, &size);
+    return type == SOCK_STREAM && (domain == AF_INET || domain == AF_INET6);
+}
+
 /// Filters out local sockets that are no database's, such as those of a desktop's services.
-bool leadsToServer(int file)
+bool leadsToServer(int file, bool alsoConnecting)
 {
     sockaddr_un peer{};
     socklen_t size = sizeof peer;
     // NOLINTNEXTLINE(*-reinterpret-cast): sockets take their addresses so.
     if (getpeername(file, reinterpret_cast<sockaddr*>(&peer), &size) != 0)
-        return false;
+        return alsoConnecting && errno == ENOTCONN && isConnecting(file);
     const std::string_view path(peer.sun_path, strnlen(peer.sun_path, sizeof peer.sun_path));
     return peer.sun_family != AF_UNIX || path.find(".s.PGSQL.") != std::string_view::npos ||
            path.ends_with(".sock");
@@ -55,17 +69,37 @@ std::set<std::string> Socket::open()
     return result;
 }
 
-void Socket::find(const std::set<std::string>& before)
+void Socket::expect() { before_ = open(); }
+
+void Socket::find(bool alsoConnecting)
 {
+    if (!before_)
+        return;
     std::vector<int> fresh;
     for (const std::string& each : open()) {
         int file = -1;
         std::from_chars(each.data() + each.find(' ') + 1, each.data() + each.size(), file);
-        if (!before.contains(each) && leadsToServer(file))
+        if (!before_->contains(each) && leadsToServer(file, alsoConnecting))
             fresh.push_back(file);
     }
     if (fresh.size() == 1)
         copy_ = fcntl(fresh.front(), F_DUPFD_CLOEXEC, 0);
+    before_.reset();
+}
+
+void Socket::noticeSilentNetwork()
+{
+    constexpr unsigned milliseconds = 10'000;
+    constexpr int idle = 4;
+    constexpr int interval = 2;
+    constexpr int probes = 3;
+    constexpr int on = 1;
+    // On a local socket they fail, and nothing is lost.
+    setsockopt(copy_, IPPROTO_TCP, TCP_USER_TIMEOUT, &milliseconds, sizeof milliseconds);
+    setsockopt(copy_, SOL_SOCKET, SO_KEEPALIVE, &on, sizeof on);
+    setsockopt(copy_, IPPROTO_TCP, TCP_KEEPIDLE, &idle, sizeof idle);
+    setsockopt(copy_, IPPROTO_TCP, TCP_KEEPINTVL, &interval, sizeof interval);
+    setsockopt(copy_, IPPROTO_TCP, TCP_KEEPCNT, &probes, sizeof probes);
 }
 
 Socket::~Socket()
@@ -82,7 +116,11 @@ std::optional<bool> Socket::ended() const
     return poll(&state, 1, 0) > 0;
 }
 
-void Socket::cut() { shutdown(copy_, SHUT_RDWR); }
+bool Socket::cut()
+{
+    find(true);
+    return copy_ >= 0 && shutdown(copy_, SHUT_RDWR) == 0;
+}
 
 namespace {
 
@@ -102,10 +140,12 @@ std::thread quietThread(const std::function<void()>& life)
 #else
 // Not supported: such a system does not list a process's sockets.
 std::set<std::string> Socket::open() { return {}; }
-void Socket::find(const std::set<std::string>& /*before*/) {}
+void Socket::expect() {}
+void Socket::find(bool /*alsoConnecting*/) {}
+void Socket::noticeSilentNetwork() {}
 Socket::~Socket() = default;
 std::optional<bool> Socket::ended() const { return std::nullopt; }
-void Socket::cut() {}
+bool Socket::cut() { return false; }
 static std::thread quietThread(const std::function<void()>& life) { return std::thread(life); }
 #endif
 
@@ -165,9 +205,8 @@ private:
             const auto now = Patience::Clock::now();
             for (Patience* each : all_) {
                 if (each->deadline_ <= now) {
-                    each->ranOut_ = true;
                     each->deadline_ = Patience::Clock::time_point::max();
-                    each->socket_.cut();
+                    each->ranOut_ = each->socket_.cut();
                 }
                 awake_ = std::min(awake_, each->deadline_);
             }
@@ -188,7 +227,7 @@ private:
 
 Patience::Patience(Socket& socket, std::chrono::seconds longest) : socket_(socket), longest_(longest)
 {
-    if (!socket.ended() || longest.count() == 0)
+    if (!socket.isWithinReach() || longest.count() == 0)
         return;
     watchdog_ = Watchdog::shared();
     watchdog_->add(*this);

@@ -13,27 +13,28 @@ namespace zv::odbc {
 /// meanwhile), or the system does not list a process's descriptors.
 class Socket {
 public:
-    /// Calls `connect`, and finds the socket.
-    template <class Connect>
-    explicit Socket(Connect&& connect)
-    {
-        const std::set<std::string> before = open();
-        connect();
-        find(before);
-    }
+    Socket() = default;
     Socket(const Socket&) = delete;
     Socket& operator=(const Socket&) = delete;
     ~Socket();
 
+    /// To be called before connecting, and find() afterwards; or, with `alsoConnecting`, meanwhile.
+    void expect();
+    void find(bool alsoConnecting = false);
+    /// Whether it is known, or can be found while a call connects.
+    bool isWithinReach() const { return copy_ >= 0 || before_; }
+    /// A network that no longer answers ends it within ten seconds, also under a call.
+    void noticeSilentNetwork();
     /// Whether the peer or the network closed the connection; nullopt if the socket is unknown.
     std::optional<bool> ended() const;
-    /// Shuts the socket down, so that a thread blocked in a driver's call on it returns with an error.
-    void cut();
+    /// Shuts the socket down, so that a thread blocked in a driver's call on it returns with an error. False
+    /// if it is unknown.
+    bool cut();
 
 private:
     static std::set<std::string> open();
-    void find(const std::set<std::string>& before);
 
+    std::optional<std::set<std::string>> before_; ///< Sockets that were open before, while one is expected.
     int copy_ = -1; ///< Duplicated descriptor: its number cannot be reused when the driver closes its own.
 };
 
@@ -45,7 +46,7 @@ class Patience {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// `longest` zero, or a socket that is unknown: no timeout.
+    /// `longest` zero, or a socket out of reach: no timeout.
     Patience(Socket& socket, std::chrono::seconds longest);
     Patience(const Patience&) = delete;
     Patience& operator=(const Patience&) = delete;

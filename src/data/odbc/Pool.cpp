@@ -3,6 +3,8 @@
 #include "data/ServerAway.h"
 
 #include <algorithm>
+#include <random>
+#include <thread>
 #include <utility>
 
 namespace zv::odbc {
@@ -45,6 +47,22 @@ bool hasEnded(const std::shared_ptr<Link>& link)
     return false;
 }
 
+/// Whether a server ended the statement because of another station's, and did nothing of it: a deadlock, or
+/// transactions that no order of one behind the other explains.
+bool isConflict(const DataError& failure)
+{
+    return failure.engineCode().starts_with("40001") || failure.engineCode().starts_with("40P01");
+}
+
+constexpr int conflictRetries = 5;
+
+/// A little longer each time, and not in step with the others.
+void pauseBeforeRetry(int again)
+{
+    std::random_device chance;
+    std::this_thread::sleep_for(std::chrono::milliseconds((1 << again) + static_cast<int>(chance() % 8)));
+}
+
 /// Whether time can mend it: not what this machine lacks.
 bool mayPass(const DataError& failure)
 {
@@ -57,10 +75,17 @@ DataError lostTransaction(StringView statement)
     return {failure::connectionLost, "40000", u"la transacción se ha perdido con la conexión", statement};
 }
 
+/// Whether MariaDB itself refused, by the range of its numbers; those of its driver are from 2000 on.
+bool isServersOwn(const DataError& failure)
+{
+    const std::string& code = failure.engineCode();
+    return code.size() - code.find('/') == sizeof "/1000" - 1 && code[code.find('/') + 1] == '1';
+}
+
 Absence absence(const DataError& failure)
 {
     // PostgreSQL's driver has one state for both; what the server itself says has its severity in front.
-    return {failure.engineCode().starts_with("28") ||
+    return {failure.engineCode().starts_with("28") || isServersOwn(failure) ||
                 failure.engineText().find(u"FATAL:") != StringView::npos,
             failure.engineText()};
 }
@@ -91,6 +116,8 @@ void Pool::pauseAfter(const DataError& failure)
 std::shared_ptr<Link> Pool::open() const
 {
     auto fresh = std::make_shared<Link>(target_.connectionText, target_.patience);
+    if (target_.server->wantsKeepalive)
+        fresh->noticeSilentNetwork();
     for (const String& setting : target_.settings)
         StatementRows(fresh, setting);
     return fresh;
@@ -186,10 +213,11 @@ Pool::TableIndexes Pool::indexesOf(StringView table, const std::shared_ptr<Link>
     // A link of its own within a transaction, since a failed one rejects all further statements (PostgreSQL).
     const std::shared_ptr<Link> asked = transaction_ ? freshLink() : on;
     for (const String& name : {String(table), lowerName(table)}) {
-        TableIndexes found{asked->uniqueIndexes(target_.schema, name), {}};
+        const Link::Where where{target_.schema, target_.server->schemasAreCatalogs};
+        TableIndexes found{asked->uniqueIndexes(where, name), {}};
         if (found.unique.empty())
             continue;
-        found.primaryKey = asked->primaryKey(target_.schema, name);
+        found.primaryKey = asked->primaryKey(where, name);
         return found;
     }
     return {};
@@ -231,6 +259,20 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
         throw lostTransaction(statement);
     while (!on->cursors.empty())
         on->cursors.back()->takeAll();
+    for (int again = 0;; ++again) {
+        try {
+            return send(statement, on);
+        } catch (const DataError& failure) {
+            // The server took back all that the statement did, and it is a transaction by itself.
+            if (transaction_ || again == conflictRetries || !isConflict(failure))
+                throw;
+        }
+        pauseBeforeRetry(again);
+    }
+}
+
+std::unique_ptr<Cursor> Pool::send(StringView statement, const std::shared_ptr<Link>& on)
+{
     try {
         auto rows = std::make_unique<StatementRows>(on, statement);
         return rows->hasColumns() ? std::move(rows) : nullptr;
@@ -247,6 +289,9 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
 }
 
 EngineInfo Pool::engine() { return link()->engine(); }
-std::vector<FoundTable> Pool::tables() { return link()->tables(target_.schema); }
+std::vector<FoundTable> Pool::tables(StringView schema)
+{
+    return link()->tables({schema, target_.server->schemasAreCatalogs});
+}
 
 } // namespace zv::odbc

@@ -43,7 +43,9 @@ public:
     /// somebody to wait (ServerAway.h).
     std::unique_ptr<Cursor> run(StringView statement);
     EngineInfo engine();
-    std::vector<FoundTable> tables();
+    /// The tables of its schema, or of another one.
+    std::vector<FoundTable> tables() { return tables(target_.schema); }
+    std::vector<FoundTable> tables(StringView schema);
 
 private:
     struct TableIndexes {
@@ -58,6 +60,7 @@ private:
     void noticeLosses();
     void pauseAfter(const DataError& failure);
     bool controlsTransaction(StringView statement);
+    std::unique_ptr<Cursor> send(StringView statement, const std::shared_ptr<Link>& on);
     TableIndexes indexesOf(StringView table, const std::shared_ptr<Link>& on);
     bool isTakenKey(const DataError& failure, const std::shared_ptr<Link>& on);
 

@@ -4,24 +4,71 @@
 #include "data/odbc/Pool.h"
 
 #include <array>
+#include <span>
 
 namespace zv::odbc {
 
-/// Suffix of a database's schema: NAME, NAME_borrado, NAME_entrada.
-StringView suffixOf(Database which);
-/// In the order of creation and renaming.
+/// How a kind of server keeps schools side by side: three schemas each, NAME, NAME_borrado, NAME_entrada. On
+/// MariaDB a schema is a database.
+class Schemas {
+public:
+    Schemas() = default;
+    Schemas(const Schemas&) = delete;
+    Schemas& operator=(const Schemas&) = delete;
+    virtual ~Schemas() = default;
 
-/// Setting of a link that selects the schema (search_path).
-String searchPath(StringView schema);
-void createSchema(Pool& pool, StringView name);
-void dropSchema(Pool& pool, StringView name);
-/// Which of the three exist.
-std::vector<String> existingSchemas(Pool& pool, StringView name);
-/// Gives the schemas of one name, and their tables, the owner and the rights of those of another, as far as
-/// this user may; to be called in a transaction.
-void giveRights(Pool& pool, StringView from, StringView to);
-/// Renames those of the three that exist; to be called in a transaction.
-void renameSchemas(Pool& pool, StringView from, StringView to);
+    /// Whether the server keeps a name whole; truncated, the three would collide.
+    virtual bool fits(StringView name) const = 0;
+    /// Attributes of a connection string that name a schema, where it has no ESQUEMA.
+    virtual std::vector<StringView> attributes() const { return {}; }
+    /// Query for the schema that a new link stands in, and whether the server keeps names of schemas in small
+    /// letters; empty where there is nothing to ask.
+    virtual StringView standing() const { return {}; }
+    /// Setting of a link that selects the schema.
+    virtual String select(StringView schema) const = 0;
+    /// Setting for the links of the creator of temporary schemas: a lock, held as long as one of the links
+    /// lives, marks them as owned.
+    virtual String ownership(StringView name) const = 0;
+
+    virtual void create(Pool& pool, StringView name) const = 0;
+    virtual void drop(Pool& pool, StringView name) const = 0;
+    /// Which of the three exist.
+    virtual std::vector<String> existing(Pool& pool, StringView name) const = 0;
+    /// Whether a schema that a link selected is there.
+    virtual bool holds(Pool& pool, StringView name) const = 0;
+    /// Whether a schema was there already: of two that create it at the same moment, one finds it so.
+    virtual bool isTaken(const DataError& failure) const = 0;
+    /// Whether the schema that a link was to select is not there.
+    virtual bool isMissing(const DataError& failure) const = 0;
+    /// Whether this user may not create or see it, and what he should be given.
+    virtual bool isForbidden(const DataError& failure) const = 0;
+    virtual StringView rightToCreate() const = 0;
+    /// Moves the three schemas `passing` to `name`, and what is there, unless `kept` is empty, to `kept`; all
+    /// or nothing. Owners and rights of what was there are those of the new ones, as far as this user may.
+    virtual void place(Pool& pool, StringView passing, StringView name, StringView kept) const = 0;
+    /// Garbage collection: drops temporary schemas without an owner. Those that this user may not drop stay.
+    virtual void dropOrphans(Pool& pool, StringView ownName) const = 0;
+    /// Begins transactions in which all pools, or all schemas of a single one, are seen as of one instant.
+    virtual void beginSnapshot(std::span<Pool* const> pools) const = 0;
+    /// Whether one link can read all three, and beginSnapshot() wants it so.
+    virtual bool oneLinkReadsAll() const { return false; }
+
+protected:
+    /// Tries to drop orphans; a lost connection alone is a failure.
+    void dropOrphan(Pool& pool, StringView schema) const;
+};
+
+/// Of a server with Placing::schemas.
+const Schemas& schemasOf(const Server& server);
+const Schemas& postgresqlSchemas();
+const Schemas& mariadbSchemas();
+
+/// Name of a database's schema, of a school's.
+String schemaName(StringView school, Database which);
+/// A name as it stands in a statement.
+String quotedName(StringView name);
+/// The rows of a query for two texts.
+std::vector<std::array<String, 2>> pairs(Pool& pool, StringView statement);
 
 /// Kinds of temporary schemas.
 enum class Purpose {
@@ -31,18 +78,14 @@ enum class Purpose {
 /// Unique random name for temporary schemas.
 String passingName(Purpose purpose);
 bool isPassing(StringView name);
-/// Setting for the links of the creator of temporary schemas: a shared advisory lock, held as long as one of
-/// the links lives, marks them as owned.
-String ownership(StringView name);
-/// Garbage collection: drops temporary schemas without an owner. Those that this user may not drop stay.
-void dropOrphans(Pool& pool, StringView ownName);
 
 /// RAII owner of a temporary schema.
 struct TemporarySchema {
+    Pool owner; ///< Holds the lock also while a lost link of `pool` is not yet replaced.
     Pool pool;
-    Pool owner; ///< Second link, so that the lock is held while a lost one of `pool` is not yet replaced.
 
-    explicit TemporarySchema(const Target& target);
+    /// `schemaless`: the same target before a schema is selected.
+    TemporarySchema(const Target& schemaless, const Target& target);
     TemporarySchema(const TemporarySchema&) = delete;
     TemporarySchema& operator=(const TemporarySchema&) = delete;
     ~TemporarySchema();

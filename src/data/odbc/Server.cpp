@@ -13,7 +13,6 @@ constexpr std::array servers{
     // server (keepalive). UTC, so that timestamps of all stations compare, also across a change of clocks.
     Server{.name = u"PostgreSQL",
            .dialect = standardSql,
-           .makesSchools = true,
            .keepsAllTexts = true,
            .placing = Placing::schemas,
            .settings = u"SET lock_timeout='5s'; SET standard_conforming_strings=on; SET timezone='UTC'",
@@ -27,12 +26,22 @@ constexpr std::array servers{
     // No translation: the dialogs are written in its dialect.
     Server{.name = u"ACCESS", .placing = Placing::files},
     Server{.name = u"SQLite", .dialect = standardSql, .keepsAllTexts = true, .placing = Placing::files},
+    // Names fold, so that nobody has to ask for lower_case_table_names. Each statement sees what was
+    // committed before it, as elsewhere. The driver fetches all rows at once.
     Server{.name = u"MariaDB",
-           .dialect = standardSql,
+           .dialect = {.joinTexts = u"||", .deleteWithStar = false, .namesInAnyCase = false},
            .keepsAllTexts = true,
-           .settings = u"SET SESSION sql_mode='ANSI,STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES', "
-                       u"innodb_lock_wait_timeout=5, time_zone='+00:00'",
-           .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY"},
+           .placing = Placing::schemas,
+           .ddl = DdlStyle::mariadb,
+           .schemasAreCatalogs = true,
+           .wantsKeepalive = true,
+           .settings = u"SET sql_mode='ANSI,STRICT_ALL_TABLES,NO_BACKSLASH_ESCAPES,NO_AUTO_VALUE_ON_ZERO,"
+                       u"ERROR_FOR_DIVISION_BY_ZERO,NO_ENGINE_SUBSTITUTION', innodb_lock_wait_timeout=5, "
+                       u"lock_wait_timeout=5, time_zone='+00:00', "
+                       u"tx_isolation='READ-COMMITTED', NAMES utf8mb4 COLLATE utf8mb4_nopad_bin",
+           .patience = u"SET max_statement_time={}",
+           .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY",
+           .driverOptions = u"CHARSET=utf8mb4;CONN_TIMEOUT=5"},
     Server{.name = u"MySQL",
            .dialect = standardSql,
            .keepsAllTexts = true,

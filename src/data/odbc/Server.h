@@ -1,13 +1,14 @@
 #pragma once
 
 #include "data/Dialect.h"
+#include "data/Engine.h"
 
 namespace zv::odbc {
 
 /// How the three databases of a school are told apart on a kind of server.
 enum class Placing {
-    schemas,   ///< Schemas of one database: NAME, NAME_borrado, NAME_entrada.
-    databases, ///< Databases, or data sources: NAME, NAME_borrado, NAME_entrada.
+    schemas,   ///< Schemas of one server: NAME, NAME_borrado, NAME_entrada. We can create them.
+    databases, ///< Databases, or data sources, of an administrator: NAME, NAME_borrado, NAME_entrada.
     files      ///< Files side by side: colegio.db, colegio.borrado.db, colegio.entrada.db.
 };
 
@@ -15,13 +16,15 @@ enum class Placing {
 struct Server {
     StringView name; ///< Prefix of the engine's name as the driver reports it.
     Dialect dialect = {};
-    bool makesSchools = false;  ///< Whether we can create schools there; else an administrator does.
     bool keepsAllTexts = false; ///< It stores all of Unicode, if the driver does.
     Placing placing = Placing::databases;
-    StringView settings = {};         ///< Statements run first on each link.
-    StringView patience = {};         ///< Pattern of the statement that sets the timeout, in seconds.
-    StringView readOnlySettings = {}; ///< Statements run in addition for a read-only link.
-    StringView driverOptions = {};    ///< Defaults for attributes missing in the connection string.
+    DdlStyle ddl = DdlStyle::postgresql; ///< Tells also how its schemas are made, see Schemas.h.
+    bool schemasAreCatalogs = false;     ///< Whether its driver has them as catalogues in its queries.
+    bool wantsKeepalive = false;         ///< Its driver has no options for a network that no longer answers.
+    StringView settings = {};            ///< Statements run first on each link.
+    StringView patience = {};            ///< Pattern of the statement that sets the timeout, in seconds.
+    StringView readOnlySettings = {};    ///< Statements run in addition for a read-only link.
+    StringView driverOptions = {};       ///< Defaults for attributes missing in the connection string.
 };
 
 /// Lookup by the name that a driver reports; the default for an unknown one leaves statements untranslated.

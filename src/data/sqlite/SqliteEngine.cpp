@@ -50,7 +50,7 @@ class SqliteEngine final : public Engine {
 public:
     SqliteEngine(Durability durability, Reuse reuse) : durability_(durability), reuse_(reuse) {}
     StringView scheme() const override { return u"sqlite"; }
-    DdlStyle ddl() const override { return DdlStyle::sqlite; }
+    DdlStyle ddl(Connection& /*connection*/) override { return DdlStyle::sqlite; }
     ConnectionPtr open(StringView location, Database which) override
     {
         return opened(location, which, Opening::existing);
