@@ -170,6 +170,7 @@ void FormWindow::say(const String& text, const std::vector<BarChoice>& choices)
     if (!bar_ || !alive())
         return;
     std::vector<Bar::Choice> shown;
+    shown.reserve(choices.size());
     // Letters are their own keys.
     for (const BarChoice& each : choices)
         shown.push_back({toQt(each.text), static_cast<Qt::Key>(each.key), each.does});

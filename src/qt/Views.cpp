@@ -232,10 +232,7 @@ std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, QWidge
         viewFor<TabStrip, TabsView>,
         viewFor<MSFlexGrid, GridView>,
     };
-    for (const Maker make : makers)
-        if (auto view = make(window, control, parent))
-            return view;
-    fail(failure::invalidCall, control.fullName());
+    return viewBy(makers, window, control, parent);
 }
 
 } // namespace zv

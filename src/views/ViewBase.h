@@ -1,6 +1,7 @@
 #pragma once
 
 #include "forms/Keys.h"
+#include "runtime/Errors.h"
 #include "views/HostWindow.h"
 
 namespace zv {
@@ -43,5 +44,15 @@ private:
     HostWindow& base_;
     bool waiting_ = false;
 };
+
+/// Factory: the view by the first maker that knows the kind of the control.
+template <class Maker, std::size_t N, class Host, class Parent>
+auto viewBy(const Maker (&makers)[N], Host& window, Control& control, Parent&& parent)
+{
+    for (const Maker make : makers)
+        if (auto view = make(window, control, parent))
+            return view;
+    fail(failure::invalidCall, control.fullName());
+}
 
 } // namespace zv

@@ -128,7 +128,7 @@ protected:
     /// A window, and the depth of nested modal forms when it opened.
     struct Shown {
         std::unique_ptr<Window> window;
-        int depth;
+        int depth = 0;
         std::unique_ptr<DraftAid> drafts;
     };
 

@@ -266,6 +266,10 @@ void FormWindow::end()
     detach();
     KillTimer(handle(), minuteTimer);
     ShowWindow(handle(), SW_HIDE);
+    // One that was disabled while it saved is no longer the active one, and hands the keyboard to nobody.
+    const HWND active = GetActiveWindow();
+    if ((active == nullptr || active == handle()) && IsWindowVisible(owner_) != 0)
+        SetActiveWindow(owner_);
 }
 
 void FormWindow::cover(bool covered)
@@ -334,6 +338,7 @@ void FormWindow::say(const String& text, const std::vector<BarChoice>& choices)
 {
     if (!bar_ || !alive())
         return;
+    const OwnControls ownControls;
     bar_->say(text, choices);
     fit();
     moveInside();

@@ -333,6 +333,10 @@ LRESULT ListView::receive(UINT message, WPARAM number, LPARAM data)
         if (opened()) // Until it closes the keys are the list's.
             return inherited(message, number, data);
         break;
+    case WM_SYSKEYDOWN: // Not every system's list lets the window have Alt with F4.
+        if (number == VK_F4)
+            return DefWindowProcW(handle(), message, number, data);
+        break;
     case WM_MOUSEWHEEL:
         return opened() ? inherited(message, number, data) : 0; // A closed list is not chosen from so.
     case WM_LBUTTONDOWN:
@@ -361,10 +365,7 @@ std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, HWND p
         viewFor<TabStrip, TabsView>,
         viewFor<MSFlexGrid, GridView>,
     };
-    for (const Maker make : makers)
-        if (auto view = make(window, control, parent))
-            return view;
-    fail(failure::invalidCall, control.fullName());
+    return viewBy(makers, window, control, parent);
 }
 
 } // namespace zv::win32

@@ -7,6 +7,7 @@
 #include "forms/TabStrip.h"
 #include "journal/Recorder.h"
 #include "module/Hosted.h"
+#include "module/Section.h"
 #include "qt/QtDesktop.h"
 #include "qt/Screen.h"
 
@@ -73,16 +74,6 @@ struct Hands : testing::Test {
     }
     std::filesystem::path created; ///< Empty in another process.
 
-    /// The first section of that kind of teaching for which the sample has pupils.
-    static void choose(FormWindow& window, Long kind)
-    {
-        for (const StringView list : {u"cboTipoEnsenanza", u"cboCursos", u"cboSecciones"})
-            window.act([&](Acts& acts) {
-                auto& box = dynamic_cast<ComboBox&>(*window.form().find(list));
-                return acts.choose(box, list == u"cboTipoEnsenanza" ? box.find(kind) : 0);
-            });
-        window.act([&](Acts& acts) { return acts.click(*window.form().find(u"cmdNotaManual1", 0)); });
-    }
     /// What all inputs hold; of a section, those of each pupil.
     static std::string state(FormWindow& window)
     {

@@ -22,7 +22,7 @@ struct Drafts : Hands {
             if (window.form().Name() == u"frmInfIndESO")
                 does(window);
             else
-                choose(window, 3);
+                chooseSection(window, 3);
         };
         openNode(school, cNombreNodo::InfIndiv);
     }

@@ -56,7 +56,7 @@ struct Killed : Hands {
             if (window.form().Name() == what.dialog)
                 does(window);
             else
-                choose(window, what.kind);
+                chooseSection(window, what.kind);
         };
         openNode(school, what.node, what.action, what.row);
     }

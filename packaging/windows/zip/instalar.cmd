@@ -97,6 +97,8 @@ set "mal="
 for %%d in (ZVConfiguracion ZVDatos) do call :desregistrar_una %%d
 if defined mal goto no_quitado
 call :olvidar
+rem Lo que las ventanas recuerdan de esta cuenta.
+%sistema%\reg.exe delete "HKCU\Software\ZVConfiguracion" /f >nul 2>nul
 if not defined antes echo No estaba instalado para %para%.
 if defined antes echo Quitado para %para%. La carpeta "%aqui%" ya se puede borrar.
 echo Los colegios y la clave de las enfermedades siguen donde estaban.

@@ -1,7 +1,7 @@
 #include "data/sample/SampleSchool.h"
-#include "forms/ComboBox.h"
 #include "journal/Journals.h"
 #include "module/Hosted.h"
+#include "module/Section.h"
 #include "win32/Win32Desktop.h"
 
 #include <gmock/gmock.h>
@@ -86,12 +86,7 @@ struct Ventanas : testing::Test {
         hand->does = [&](FormWindow& window) {
             if (window.form().Name() == what.dialog)
                 return does(window);
-            for (const StringView list : {u"cboTipoEnsenanza", u"cboCursos", u"cboSecciones"})
-                window.act([&](Acts& acts) {
-                    auto& box = dynamic_cast<ComboBox&>(*window.form().find(list));
-                    return acts.choose(box, list == u"cboTipoEnsenanza" ? box.find(3) : 0);
-                });
-            window.act([&](Acts& acts) { return acts.click(*window.form().find(u"cmdNotaManual1", 0)); });
+            test::chooseSection(window, 3);
         };
         test::openNode(school, what.node, what.action, what.row);
     }
