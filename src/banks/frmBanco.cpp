@@ -5,6 +5,8 @@
 #include "forms/Layout.h"
 #include "session/cConstCol.h"
 
+#include <utility>
+
 namespace zv {
 
 namespace {

@@ -1,6 +1,7 @@
 #include "data/Cursor.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zv {
 namespace {
