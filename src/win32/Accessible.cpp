@@ -7,10 +7,9 @@
 
 namespace zv::win32 {
 
-namespace {
-
-/// RAII owner of the system's annotation service, of one call: the thread may have left COM by the next.
-class Service {
+/// RAII owner of the system's annotation service, kept no longer than a Naming: the thread may have left COM
+/// afterwards.
+class Naming::Service {
 public:
     Service()
     {
@@ -50,22 +49,36 @@ private:
     bool entered_ = false;
 };
 
-} // namespace
+thread_local Naming::Service* Naming::current_ = nullptr;
+
+Naming::Naming()
+{
+    if (current_ == nullptr) {
+        own_ = std::make_unique<Service>();
+        current_ = own_.get();
+    }
+}
+
+Naming::~Naming()
+{
+    if (own_)
+        current_ = nullptr;
+}
 
 void tellName(HWND window, const String& name, const String& description)
 {
     if (name.empty() && description.empty())
         return;
-    const Service service;
-    service.set(window, PROPID_ACC_NAME, name);
-    service.set(window, PROPID_ACC_DESCRIPTION, description);
+    const Naming naming;
+    Naming::current_->set(window, PROPID_ACC_NAME, name);
+    Naming::current_->set(window, PROPID_ACC_DESCRIPTION, description);
 }
 
 void tellGroup(HWND window, const String& name)
 {
-    const Service service;
-    service.set(window, PROPID_ACC_NAME, name);
-    service.setRole(window, ROLE_SYSTEM_GROUPING);
+    const Naming naming;
+    Naming::current_->set(window, PROPID_ACC_NAME, name);
+    Naming::current_->setRole(window, ROLE_SYSTEM_GROUPING);
 }
 
 } // namespace zv::win32

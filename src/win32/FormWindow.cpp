@@ -1,6 +1,7 @@
 #include "win32/FormWindow.h"
 
 #include "forms/Desktop.h"
+#include "win32/Accessible.h"
 #include "win32/DraftView.h"
 #include "win32/GridView.h"
 #include "win32/Help.h"
@@ -24,8 +25,6 @@ FormWindow::FormWindow(Form& form, HWND owner, Zoom* zoom)
     : Window(ourClass(), windowStyle, WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, owner), FormView(form),
       owner_(owner), zoom_(zoom), section_(form)
 {
-    tips_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
-                            0, 0, 0, 0, handle(), nullptr, GetModuleHandleW(nullptr), nullptr);
     if (!form.Icon.file.empty())
         icon_ = static_cast<HICON>(
             LoadImageW(nullptr, wide(form.Icon.file), IMAGE_ICON, 0, 0, LR_LOADFROMFILE | LR_DEFAULTSIZE));
@@ -38,6 +37,8 @@ FormWindow::FormWindow(Form& form, HWND owner, Zoom* zoom)
     if (hasLine())
         line_ = CreateWindowExW(0, WC_STATICW, L"", childStyle | WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0,
                                 0, 0, 0, handle(), nullptr, GetModuleHandleW(nullptr), nullptr);
+    const Naming naming;
+    const Measuring measuring;
     build([this](Control& control, const ControlView* frame) {
         return makeView(*this, control, frame != nullptr ? frame->handle() : handle());
     });
@@ -236,6 +237,10 @@ void FormWindow::tip(HWND window, const String& text)
     String& last = tipTexts_[window];
     if (last == text)
         return;
+    if (tips_ == nullptr)
+        tips_ =
+            CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
+                            0, 0, 0, 0, handle(), nullptr, GetModuleHandleW(nullptr), nullptr);
     TTTOOLINFOW tool{};
     tool.cbSize = TTTOOLINFOW_V2_SIZE;
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;

@@ -23,6 +23,8 @@ decltype(&SetThreadDpiAwarenessContext) threadSetter()
     return setter;
 }
 
+thread_local HDC shared = nullptr; ///< While a Measuring lives.
+
 /// RAII guard: a device to measure with.
 class Measure {
 public:
@@ -32,12 +34,13 @@ public:
     ~Measure()
     {
         SelectObject(device_, before_);
-        ReleaseDC(nullptr, device_);
+        if (device_ != shared)
+            ReleaseDC(nullptr, device_);
     }
     HDC device() const { return device_; }
 
 private:
-    HDC device_ = GetDC(nullptr);
+    HDC device_ = shared != nullptr ? shared : GetDC(nullptr);
     HGDIOBJ before_;
 };
 
@@ -108,6 +111,18 @@ double systemLetters()
     const Measure measure(nullptr);
     const Scale system(GetDeviceCaps(measure.device(), LOGPIXELSX));
     return std::abs(static_cast<double>(messageFont().lfHeight)) / system.pixels(largestFont);
+}
+
+Measuring::Measuring() : first_(shared == nullptr)
+{
+    if (first_)
+        shared = GetDC(nullptr);
+}
+
+Measuring::~Measuring()
+{
+    if (first_)
+        ReleaseDC(nullptr, std::exchange(shared, nullptr));
 }
 
 Font::Font(int pixels)

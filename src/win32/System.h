@@ -67,6 +67,19 @@ double systemLetters();
 /// Grows what a window is to show by its frame.
 void addFrame(RECT& inside, HWND window);
 
+/// RAII guard: as long as one lives on a thread, texts are measured with one device, which is costly to ask
+/// for.
+class Measuring {
+public:
+    Measuring();
+    Measuring(const Measuring&) = delete;
+    Measuring& operator=(const Measuring&) = delete;
+    ~Measuring();
+
+private:
+    bool first_; ///< On its thread.
+};
+
 /// RAII owner of a font.
 class Font {
 public:

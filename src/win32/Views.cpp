@@ -280,8 +280,9 @@ void ListView::fill()
     const RECT place = window().placeOf(control());
     int width = std::max<int>(typed().DroppedWidth(), place.right - place.left);
     constexpr std::size_t looked = 200;
-    for (std::size_t entry = 0; entry < std::min(entries_.size(), looked); ++entry)
-        width = std::max(width, window().font().width(entries_[entry]) + window().font().height() * 2);
+    const std::vector<StringView> texts(entries_.begin(),
+                                        entries_.begin() + std::min(entries_.size(), looked));
+    width = std::max(width, window().font().widest(texts) + window().font().height() * 2);
     send(handle(), CB_SETDROPPEDWIDTH, static_cast<WPARAM>(width));
 }
 

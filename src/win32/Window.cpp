@@ -3,13 +3,44 @@
 #include "runtime/Errors.h"
 
 #include <exception>
+#include <mutex>
+#include <unordered_map>
 
 namespace zv::win32 {
 
 namespace {
 
-/// Of a window: the object that owns it. Others may put a routine of theirs before ours, as tips do.
-constexpr wchar_t ownerProperty[] = L"ZVConfiguracion";
+/// Which object owns a window, of any thread's: asked for at each message, where a property of the window is
+/// a call of the system. Others may put a routine of theirs before ours, as tips do.
+class Owners {
+public:
+    void put(HWND window, Window* owner)
+    {
+        const std::lock_guard lock(mutex_);
+        owners_[window] = owner;
+    }
+    bool remove(HWND window)
+    {
+        const std::lock_guard lock(mutex_);
+        return owners_.erase(window) != 0;
+    }
+    Window* of(HWND window)
+    {
+        const std::lock_guard lock(mutex_);
+        const auto found = owners_.find(window);
+        return found == owners_.end() ? nullptr : found->second;
+    }
+
+private:
+    std::mutex mutex_;
+    std::unordered_map<HWND, Window*> owners_;
+};
+
+Owners& owners()
+{
+    static Owners all;
+    return all;
+}
 
 std::exception_ptr& held()
 {
@@ -49,7 +80,7 @@ Window::Window(HWND made) : handle_(made), owned_(false) { hook(); }
 
 void Window::hook()
 {
-    SetPropW(handle_, ownerProperty, this);
+    owners().put(handle_, this);
     before_ = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(handle_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&procedure)));
 }
@@ -58,14 +89,11 @@ Window::~Window()
 {
     if (handle_ != nullptr && owned_)
         DestroyWindow(handle_);
-    else if (handle_ != nullptr && RemovePropW(handle_, ownerProperty) != nullptr)
+    else if (handle_ != nullptr && owners().remove(handle_))
         SetWindowLongPtrW(handle_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before_));
 }
 
-Window* Window::of(HWND window)
-{
-    return window == nullptr ? nullptr : static_cast<Window*>(GetPropW(window, ownerProperty));
-}
+Window* Window::of(HWND window) { return window == nullptr ? nullptr : owners().of(window); }
 
 void Window::rethrowHeld()
 {
@@ -88,7 +116,7 @@ LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM number, LPA
     if (message == WM_NCDESTROY) {
         const WNDPROC before = owner->before_;
         owner->handle_ = nullptr;
-        RemovePropW(window, ownerProperty);
+        owners().remove(window);
         return CallWindowProcW(before, window, message, number, data);
     }
     try {
