@@ -125,7 +125,7 @@ void Cursor::fetch()
     if (over_)
         return;
     try {
-        Row row = std::move(spare_);
+        Row row = std::exchange(spare_, {});
         row.clear();
         if (read(row)) {
             rows_.push_back(std::move(row));

@@ -6,6 +6,8 @@
 #include "reports/cConsejoOrientador.h"
 #include "runtime/Collection.h"
 
+#include <map>
+
 namespace zv {
 
 /// The guidance council's answers for a whole section, pupil by pupil: a unit of work that stays in memory
