@@ -35,9 +35,10 @@ std::optional<String> decodeCommon(std::string_view bytes)
 
 Value textOf(sqlite3_value* value)
 {
+    // The engine's bytes are unsigned. NOLINTNEXTLINE(*-reinterpret-cast)
     if (const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value)))
         if (auto decoded = decodeCommon({text, static_cast<std::size_t>(sqlite3_value_bytes(value))}))
-            return Value(*std::move(decoded));
+            return *std::move(decoded);
     const auto* text = static_cast<const char16_t*>(sqlite3_value_text16(value));
     const auto bytes = static_cast<std::size_t>(sqlite3_value_bytes16(value));
     return text ? Value(String(text, bytes / sizeof(char16_t))) : Value(String());
