@@ -29,11 +29,15 @@ const ModuleNode& nodeNamed(const String& word)
 
 Long rowNumber(const String& word)
 {
+    // Without a sign or a mark, which a conversion would round.
+    const bool digits = !word.empty() && word.find_first_not_of(u"0123456789") == String::npos;
     try {
-        return CLng(word);
+        if (const Long row = digits ? CLng(word) : 0; row > 0)
+            return row;
     } catch (const RuntimeError&) {
-        throw UsageError(u"«" + word + u"» no es el número de una fila.");
+        // Too large for a key.
     }
+    throw UsageError(u"«" + word + u"» no es el número de una fila: es un número entero desde 1.");
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "runtime/System.h"
+#include "runtime/SystemWords.h"
 
 #include <windows.h>
 
@@ -46,7 +47,7 @@ std::optional<char16_t> chosenDecimalMark()
     return static_cast<char16_t>(mark[0]);
 }
 
-String wordsFor(const std::error_code& error)
+String systemWords(const std::error_code& error)
 {
     wchar_t words[512]{};
     const DWORD size = error.category() != std::system_category()

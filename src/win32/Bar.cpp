@@ -145,7 +145,7 @@ int Bar::settle(int width)
     const int inner = beside ? std::max(words, high) : words + margin() + high;
     send(text_, WM_SETFONT, reinterpret_cast<WPARAM>(font.handle()), TRUE);
     MoveWindow(text_, margin(), margin() + (beside ? (inner - words) / 2 : 0), across, words, TRUE);
-    int at = width - leastWidth() + margin();
+    int at = std::max(margin(), width - leastWidth() + margin()); // Of too many the last are cut.
     for (const auto& each : buttons_) {
         send(each->handle(), WM_SETFONT, reinterpret_cast<WPARAM>(font.handle()), TRUE);
         MoveWindow(each->handle(), at, margin() + inner - high, each->width(), high, TRUE);

@@ -10,6 +10,7 @@ set "rama=HKCU"
 set "modo=/n /i:user"
 set "para=su cuenta de Windows"
 set "palabra="
+set "mal_dicho="
 set "fin=0"
 set "sistema=%SystemRoot%\System32"
 rem Lo que ve en su lugar un programa de 32 bits que ejecute esto.
@@ -27,11 +28,12 @@ if /i "%~1"=="/maquina" set "modo="
 if /i "%~1"=="/maquina" set "palabra= /maquina"
 if /i "%~1"=="/maquina" set "para=todas las cuentas"
 if /i "%~1"=="/maquina" set "uso="
-if defined uso goto uso
+if defined uso set "mal_dicho=1"
 shift
 goto leer
 
 :leido
+if defined mal_dicho goto uso
 set "faltan="
 for %%f in (ZVConfiguracion.dll ZVDatos.dll zvconf.exe) do if not exist "%aqui%\%%f" set "faltan=1"
 if defined faltan goto faltan
