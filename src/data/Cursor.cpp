@@ -29,7 +29,11 @@ public:
         cursor_ = again_(statement_);
         asked_.clear();
     }
-    Value Fields(StringView name) override { return value(present()[placeOf(name)]); }
+    Value Fields(StringView name) override
+    {
+        const std::size_t place = placeOf(name); // First: an unknown name is told where there is no row too.
+        return value(present()[place]);
+    }
     std::vector<Value> row() override
     {
         std::vector<Value> result;

@@ -115,7 +115,7 @@ String safe(StringView name, std::size_t longest)
 {
     constexpr std::u32string_view forbidden = U"<>:\"/\\|?*";
     String result;
-    for (const char32_t each : codePoints(Trim(String(name)))) {
+    for (const char32_t each : codePoints(Trim(name))) {
         const std::size_t bytes = each < 0x80 ? 1 : each < 0x800 ? 2 : each < 0x10000 ? 3 : 4;
         if (bytes > longest)
             break;

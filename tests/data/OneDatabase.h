@@ -31,6 +31,22 @@ protected:
             EXPECT_EQ(numberOf([&] { base->Execute(each.statement); }), each.number)
                 << toUtf8(each.statement);
     }
+    /// What goes wrong with a table T of a key, something else unique and a number below 10, whose first row
+    /// is (1,'a',-2): on every engine the same.
+    void expectTheCommonNumbers() const
+    {
+        base->Execute(u"Insert into T values (1,'a',-2)");
+        expectNumbers({
+            Case{u"Insert into t values (1,'b',3)", failure::keyExists},
+            Case{u"Insert into t values (2,'a',3)", failure::brokenConstraint},
+            Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
+            Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
+            Case{u"Select * from nada", failure::tableMissing},
+            Case{u"Select nada from t", failure::columnMissing},
+            Case{u"Selec * from t", failure::badStatement},
+            Case{u"Insert into t values (7,'7',7); Select 1", failure::badStatement},
+        });
+    }
     /// A table as a school may have it: what no two rows may have alike is the key, and something else
     /// besides.
     void expectTheKeyAloneIsTaken() const

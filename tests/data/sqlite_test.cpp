@@ -21,31 +21,23 @@ TEST_F(Memory, each_failure_has_its_number)
     base->Execute(
         u"CREATE TABLE t (k INTEGER NOT NULL PRIMARY KEY, u TEXT UNIQUE, c INTEGER NOT NULL CHECK (c < 10)) "
         u"STRICT, WITHOUT ROWID");
-    base->Execute(u"Insert into T values (1,'a',-2)");
+    expectTheCommonNumbers();
     base->Execute(u"CREATE TABLE r (k INTEGER PRIMARY KEY)");
     base->executeNative(
         u"CREATE TRIGGER g BEFORE DELETE ON t BEGIN SELECT 1; SELECT RAISE(ABORT,'no such table'); END");
     expectNumbers({
-        Case{u"Insert into t values (1,'b',3)", failure::keyExists},
-        Case{u"Insert into t values (2,'a',3)", failure::brokenConstraint},
-        Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
         Case{u"Insert into t values (2,'b',Null)", failure::brokenConstraint},
-        Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
         Case{u"Insert into r values ('x')", failure::brokenConstraint},
         Case{u"Delete * From t", failure::brokenConstraint},
-        Case{u"Select * from nada", failure::tableMissing},
-        Case{u"Select nada from t", failure::columnMissing},
         Case{u"Select \"nada\" from t", failure::columnMissing},
         Case{u"Update t Set nada='x'", failure::columnMissing},
         Case{u"Insert into t (k,nada) values (1,2)", failure::columnMissing},
         Case{u"Insert into t values (1,'a')", failure::badStatement},
-        Case{u"Selec * from t", failure::badStatement},
         Case{u"Select * from t where k=", failure::badStatement},
         Case{u"Select 'it's' from t", failure::badStatement},
         Case{u"Select nada(k) from t", failure::badStatement},
         Case{u"", failure::badStatement},
         Case{u" -- 'x'", failure::badStatement},
-        Case{u"Insert into t values (7,'7',7); Select 1", failure::badStatement},
         Case{u"Select abs(-9223372036854775808) from t", failure::otherData},
         Case{u"COMMIT", failure::otherData},
     });
@@ -101,6 +93,7 @@ TEST_F(Memory, rows_stream_and_tell_what_they_lack)
     EXPECT_TRUE(CBool(get(none, u"EOF")));
     EXPECT_EQ(numberOf([&] { call(none, u"MoveNext"); }), failure::noRow);
     EXPECT_EQ(numberOf([&] { get(none, u"Fields", {Value(u"a")}); }), failure::noRow);
+    EXPECT_EQ(numberOf([&] { get(none, u"Fields", {Value(u"j")}); }), failure::unknownField);
     EXPECT_EQ(numberOf([&] { get(none, u"Fields"); }), failure::argumentCount);
     base->Execute(u"Insert into t values (5)");
     call(none, u"MoveFirst");

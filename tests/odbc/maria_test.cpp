@@ -31,23 +31,15 @@ TEST_F(Maria, each_failure_has_its_number)
 {
     base->Execute(u"CREATE TABLE T (k INTEGER NOT NULL PRIMARY KEY, u VARCHAR(9) UNIQUE, c INTEGER NOT NULL "
                   u"CHECK (c < 10))");
-    base->Execute(u"Insert into T values (1,'a',-2)");
+    expectTheCommonNumbers();
     expectNumbers({
-        Case{u"Insert into t values (1,'b',3)", failure::keyExists},
-        Case{u"Insert into t values (2,'a',3)", failure::brokenConstraint},
-        Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
         Case{u"Insert into t values (2,'b',Null)", failure::brokenConstraint},
         Case{u"Insert into t (k) values (2)", failure::brokenConstraint},
-        Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
         Case{u"Insert into t values ('','b',3)", failure::brokenConstraint},
         Case{u"Insert into t values (99999999999,'b',3)", failure::brokenConstraint},
         Case{u"Insert into t values (2,'0123456789',3)", failure::brokenConstraint},
         Case{u"Insert into t values (1/0,'b',3)", failure::brokenConstraint},
         Case{u"Insert into t values (2,'b')", failure::badStatement},
-        Case{u"Select * from nada", failure::tableMissing},
-        Case{u"Select nada from t", failure::columnMissing},
-        Case{u"Selec * from t", failure::badStatement},
-        Case{u"Insert into t values (7,'7',7); Select 1", failure::badStatement},
         Case{u"Select 'a\xD800'", failure::otherData},
         Case{u"CREATE USER nadie", failure::otherData},
         Case{u"CREATE DATABASE de_otro", failure::otherData},

@@ -88,17 +88,9 @@ TEST_F(Server, each_failure_has_its_number)
 {
     base->Execute(
         u"CREATE TABLE t (k INTEGER NOT NULL PRIMARY KEY, u TEXT UNIQUE, c INTEGER CHECK (c < 10))");
-    base->Execute(u"Insert into T values (1,'a',-2)");
+    expectTheCommonNumbers();
     expectNumbers({
-        Case{u"Insert into t values (1,'b',3)", failure::keyExists},
-        Case{u"Insert into t values (2,'a',3)", failure::brokenConstraint},
-        Case{u"Insert into t values (2,'b',10)", failure::brokenConstraint},
-        Case{u"Insert into t values ('x','b',3)", failure::brokenConstraint},
         Case{u"Insert into t values (99999999999,'b',3)", failure::brokenConstraint},
-        Case{u"Select * from nada", failure::tableMissing},
-        Case{u"Select nada from t", failure::columnMissing},
-        Case{u"Selec * from t", failure::badStatement},
-        Case{u"Insert into t values (7,'7',7); Select 1", failure::badStatement},
         Case{u"Select 1/0 from t", failure::brokenConstraint},
         Case{u"Select 'a\xD800'", failure::otherData},
     });
