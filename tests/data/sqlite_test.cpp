@@ -123,6 +123,10 @@ TEST_F(Memory, values_have_their_kinds)
     EXPECT_EQ(*row[4].as<String>(), u"");
     EXPECT_TRUE(row[5].isNull() && row[6].isNull());
     EXPECT_EQ(*row[7].as<String>(), u"ñé");
+    // Bytes of another program that are no text: cut in a letter, one written too long, one of no letter.
+    EXPECT_EQ(all(u"SELECT CAST(x'41C3' AS TEXT) UNION ALL SELECT CAST(x'C080C3B1' AS TEXT) UNION ALL SELECT "
+                  u"CAST(x'C3B1FF' AS TEXT)"),
+              u"A\uFFFD \uFFFDñ ñ\uFFFD ");
     EXPECT_EQ(base->engine().name, u"SQLite");
     EXPECT_TRUE(base->engine().version.starts_with(u"3."));
 }
