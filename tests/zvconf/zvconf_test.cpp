@@ -197,6 +197,8 @@ TEST_F(Zvconf, says_what_dialogs_will_do_to_the_data_repairs_it_and_takes_that_b
                  "\"esperado\":9,\"empezado\":true,\"falta\":\\[\"Cognitivas-Intelectuales\",.*"
                  "\"nombresAjenos\":\\[\\]\\}\n")))
         << out;
+    EXPECT_EQ(run("progreso --seccion 99 --bd sqlite:c.db"), 2) << "nothing asked for is not all whole";
+    EXPECT_EQ(run("progreso --seccion 13 --tipo primaria --bd sqlite:c.db"), 2);
     EXPECT_TRUE(care::differences(broken, read()).empty()) << "who only looks changes nothing";
     EXPECT_EQ(run("comprobar --datos --reparar --bd sqlite:c.db"), 0) << out << err;
     std::smatch undo;

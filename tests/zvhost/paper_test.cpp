@@ -2,6 +2,7 @@
 #include "HostFixture.h"
 #include "PdfText.h"
 
+#include "data/NumberOf.h"
 #include "data/Statement.h"
 #include "qt/paper/Files.h"
 #include "robot/OddTexts.h"
@@ -15,7 +16,9 @@
 #include <QXmlStreamReader>
 
 #include <cmath>
+#include <csignal>
 #include <numeric>
+#include <sys/resource.h>
 
 namespace zv::host {
 namespace {
@@ -354,6 +357,38 @@ TEST_F(PaperTest, what_was_made_before_a_stop_stays_whole_and_nothing_else)
     }
 }
 
+TEST_F(PaperTest, a_disk_that_fills_is_told_and_leaves_what_was_there)
+{
+    const Reports all = reports(Kind::secondary, secondarySection);
+    const std::vector<std::size_t> first{0};
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
+    std::signal(SIGXFSZ, SIG_IGN);
+    // Whether the last bytes are still on their way when the file ends, or the first ones fail already.
+    for (const auto& [format, room] :
+         {std::pair(paper::Format::odt, 100), std::pair(paper::Format::pdf, 100),
+          std::pair(paper::Format::odt, 2'000), std::pair(paper::Format::pdf, 20'000)}) {
+        const QString name =
+            makeFiles(all, first, folder.path(), format, paper::Into::each, goOn).files.front();
+        const auto bytes = [&] {
+            QFile file(name);
+            EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+            return file.readAll();
+        };
+        const QByteArray before = bytes();
+        ASSERT_GT(before.size(), room);
+        std::cout.flush();
+        const rlimit tight{static_cast<rlim_t>(room), usual.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &tight);
+        const auto number =
+            numberOf([&] { makeFiles(all, first, folder.path(), format, paper::Into::each, goOn); });
+        setrlimit(RLIMIT_FSIZE, &usual);
+        EXPECT_EQ(number, failure::otherData) << room;
+        EXPECT_EQ(bytes(), before) << room;
+    }
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
+}
+
 TEST_F(PaperTest, the_window_writes_the_ticked_ones_on_the_schools_paper)
 {
     Remembered memory(Remembered::Where::nowhere);
@@ -388,6 +423,11 @@ TEST_F(PaperTest, the_window_writes_the_ticked_ones_on_the_schools_paper)
          odt});
     EXPECT_THAT(content.toStdString(), HasSubstr("Escola «Mar &amp; Cel»"));
     EXPECT_FALSE(content.contains(QLatin1String("text-position=\"100%\""))) << "it would be tiny";
+    // What PDF has on each page: whose it is, and that it is a draft.
+    const bool draft = pupils.item(0)->text().contains(QStringLiteral("(borrador)"));
+    EXPECT_EQ(content.contains(QStringLiteral(">Borrador<")), draft);
+    EXPECT_TRUE(
+        content.contains(pupils.item(0)->text().section(QStringLiteral(" ("), 0, 0) + QStringLiteral(" · ")));
     // Cells beyond the table's columns are shown by no word processor.
     int columns = 0;
     int cells = 0;

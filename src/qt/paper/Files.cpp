@@ -159,11 +159,13 @@ bool print(const Reports& reports, Places places, QPrinter& printer, const Progr
         Writer(reports, progress, static_cast<int>(places.size())).painted(painter, places, [&] {
             return printer.newPage();
         });
-    if (!whole)
+    if (!whole) {
         printer.abort(); // While it is painted on; afterwards everything is on its way.
+        return false;
+    }
     if (!painter.end() || printer.printerState() == QPrinter::Error)
         throw RuntimeError(failure::otherData, String(notPrinted));
-    return whole;
+    return true;
 }
 
 } // namespace zv::paper
