@@ -144,7 +144,7 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
 URL es sqlite:FICHERO (junto a colegio.db están colegio.borrado.db y colegio.entrada.db), o un servidor
 por ODBC: odbc:DSN=NOMBRE u odbc:Driver=...;Server=...;Database=...;UID=...;PWD=... Las tres bases son
 los esquemas (en MariaDB, las bases de datos) ESQUEMA, ESQUEMA_borrado y ESQUEMA_entrada: añada ESQUEMA=NOMBRE,
-o será «centro».
+o será «centro» (en MariaDB, la base que nombre Database o la fuente de datos).
 Con historial: delante de uno de estos URL se activa el historial de ese centro.
 Una instrucción que pasa de 60 segundos falla; ESPERA=N pone otro plazo, y ESPERA=0 ninguno.
 Una contraseña en el URL la ve cualquiera en la lista de procesos: quite PWD=, y póngala en odbc.ini, en

@@ -89,4 +89,6 @@ String unquotedName(StringView name)
     return String(quotes ? name.substr(1, name.size() - 2) : name);
 }
 
+String quotedName(StringView name) { return u'"' + Replace(name, u"\"", u"\"\"") + u'"'; }
+
 } // namespace zv

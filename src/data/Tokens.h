@@ -34,5 +34,7 @@ private:
 
 /// A name without the quotes of its own: "x", [x] or `x`.
 String unquotedName(StringView name);
+/// A name as SQL has one of any letters: "x".
+String quotedName(StringView name);
 
 } // namespace zv

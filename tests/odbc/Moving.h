@@ -42,6 +42,11 @@ struct Moving : testing::Test {
 struct MovingToServer : Moving, testing::WithParamInterface<const char*> {
     ~MovingToServer() override { remove(server()); }
     static bool isMaria() { return GetParam() == std::string("mariadb"); }
+    /// That server's, and a file beside the first of them.
+    std::vector<String> places() const
+    {
+        return isMaria() ? std::vector{server()} : std::vector{file(u"uno.db"), server()};
+    }
     static String server()
     {
         return (isMaria() ? u"odbc:DSN=zv_maria;ESQUEMA=mudanza" : u"odbc:DSN=zv_prueba;ESQUEMA=mudanza") +

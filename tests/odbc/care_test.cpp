@@ -167,7 +167,7 @@ TEST_P(MovingToServer, one_that_stops_leaves_the_first_as_it_was_and_the_second_
 
 TEST_P(MovingToServer, copies_while_stations_write_are_whole_and_of_one_instant)
 {
-    for (const String& url : {file(u"uno.db"), server()}) {
+    for (const String& url : places()) {
         createSchool(url, fillSample);
         const std::filesystem::path copy = folder / "una.zvcopia";
         const int stations = times(4, 8);
@@ -227,7 +227,7 @@ TEST_F(Moving, a_copy_that_changed_is_refused_and_a_restore_that_is_killed_leave
 TEST_P(MovingToServer, a_restore_that_is_killed_leaves_the_old_or_the_new)
 {
     std::mt19937 numbers(7);
-    for (const String& url : {file(u"uno.db"), server()}) {
+    for (const String& url : places()) {
         const std::filesystem::path copy = folder / "una.zvcopia";
         createSchool(url, fillSample);
         care::takeCopy(url, copy, "", "");

@@ -140,19 +140,31 @@ TEST_F(Maria, links_that_end_and_locks_are_told_apart_and_a_deadlock_is_repeated
     EXPECT_EQ(numberOf([&] { second->Execute(u"Update t set a=8"); }), failure::locked);
     base->executeNative(u"ROLLBACK");
     EXPECT_EQ(all(u"Select a from t"), u"1 2 ");
-    // Of two that wait for each other the server takes back the one that wrote less: it is repeated.
-    base->executeNative(u"BEGIN");
-    base->executeNative(u"Insert into t Select 100+seq From seq_1_to_50");
-    base->Execute(u"Update t set a=20 where a=2");
-    std::int32_t number = -1;
-    std::thread waiting(
-        [&] { number = numberOf([&] { second->Execute(u"Update t set a=a+1 where a<100"); }); });
-    usleep(300'000);
-    base->Execute(u"Update t set a=10 where a=1");
-    base->executeNative(u"COMMIT");
-    waiting.join();
-    EXPECT_EQ(number, 0);
-    EXPECT_EQ(all(u"Select a from t where a<100"), u"11 21 ");
+    // Of two that wait for each other the server takes back the one that wrote less: a statement is repeated,
+    // of a transaction nothing is there, what follows in it included.
+    for (const bool inTransaction : {false, true}) {
+        base->executeNative(u"Delete from t");
+        base->executeNative(u"Insert into t values (1),(2)");
+        base->executeNative(u"BEGIN");
+        base->executeNative(u"Insert into t Select 100+seq From seq_1_to_50");
+        base->Execute(u"Update t set a=20 where a=2");
+        if (inTransaction)
+            second->executeNative(u"BEGIN");
+        std::int32_t number = -1;
+        std::thread waiting(
+            [&] { number = numberOf([&] { second->Execute(u"Update t set a=a+1 where a<100"); }); });
+        usleep(300'000);
+        base->Execute(u"Update t set a=10 where a=1");
+        base->executeNative(u"COMMIT");
+        waiting.join();
+        EXPECT_EQ(number, inTransaction ? failure::locked : 0);
+        if (inTransaction) {
+            EXPECT_EQ(numberOf([&] { second->Execute(u"Insert into t values (50)"); }), failure::locked);
+            EXPECT_EQ(numberOf([&] { second->executeNative(u"COMMIT"); }), failure::locked);
+        }
+        EXPECT_EQ(all(u"Select a from t where a<100"), inTransaction ? u"10 20 " : u"11 21 ");
+    }
+    EXPECT_EQ(numberOf([&] { second->Execute(u"Insert into t values (50)"); }), 0);
 }
 
 TEST_F(Maria, who_may_not_make_a_school_is_told_what_to_ask_for)

@@ -5,6 +5,7 @@
 #include "data/Schema.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
+#include "data/Tokens.h"
 #include "data/Transaction.h"
 #include "data/history/Log.h"
 #include "runtime/Convert.h"
@@ -158,8 +159,6 @@ std::vector<ForeignPart> foreignColumns(const School& school, Engine& engine)
     });
     return found;
 }
-
-String quotedName(StringView name) { return u'"' + Replace(name, u"\"", u"\"\"") + u'"'; }
 
 String ForeignObject::line() const
 {

@@ -46,8 +46,6 @@ struct ForeignObject {
     String line() const; ///< Spanish, for a person.
 };
 std::vector<ForeignObject> foreignObjects(Connection& base, Database which);
-/// A name as SQL has one of any letters.
-String quotedName(StringView name);
 /// What a school has that we could not make elsewhere, one line in Spanish for each: tables that are not
 /// ours, columns beside ours; of a file also triggers, views and indexes.
 std::vector<String> foreignParts(const School& school, Engine& engine);

@@ -6,6 +6,7 @@
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
+#include "data/Tokens.h"
 #include "data/history/Log.h"
 #include "runtime/Convert.h"
 #include "runtime/OwnerOnly.h"

@@ -3,6 +3,7 @@
 #include "data/UniqueIndex.h"
 
 #include <array>
+#include <charconv>
 
 namespace zv::odbc {
 namespace {
@@ -87,6 +88,16 @@ DataError failureOf(const Diagnosis& diagnosis, bool lost, StringView statement)
 {
     return {lost ? failure::connectionLost : numberOf(diagnosis, statement),
             diagnosis.state + "/" + std::to_string(diagnosis.native), diagnosis.words, statement};
+}
+
+std::int32_t ownNumber(const DataError& failure)
+{
+    const std::string& code = failure.engineCode();
+    const std::size_t mark = code.find('/');
+    std::int32_t number = 0;
+    if (mark != std::string::npos)
+        std::from_chars(code.data() + mark + 1, code.data() + code.size(), number);
+    return number;
 }
 
 } // namespace zv::odbc

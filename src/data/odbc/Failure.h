@@ -15,4 +15,7 @@ struct Diagnosis {
 /// overrides the record.
 DataError failureOf(const Diagnosis& diagnosis, bool lost, StringView statement);
 
+/// The engine's own number of a failure that failureOf() made; 0 for any other.
+std::int32_t ownNumber(const DataError& failure);
+
 } // namespace zv::odbc

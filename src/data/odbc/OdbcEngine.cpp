@@ -76,7 +76,8 @@ void failIfForbidden(const Schemas& schemas, const ConnectionText& text, const D
                     String(schemas.rightToCreate()) + u", o que los cree él.");
 }
 
-/// RAII guard of schemas with a temporary name: renamed when they are complete, dropped otherwise.
+/// RAII guard of schemas with a temporary name: what is under it in the end is dropped, and a complete school
+/// has another by then.
 class SchemasToBe final : public SchoolToBe {
 public:
     /// `kept`: name for the schemas that are there; empty where none may be.
@@ -96,8 +97,7 @@ public:
     {
         try {
             for (const Database which : everyDatabase)
-                if (!placed_)
-                    schemas().drop(pool_, schemaName(passing_, which));
+                schemas().drop(pool_, schemaName(passing_, which));
         } catch (const RuntimeError&) {
             // Server gone: leftovers are dropped by the next process that creates schemas (dropOrphans).
         }
@@ -113,7 +113,6 @@ public:
             failIfForbidden(schemas(), wanted_, failure);
             throw;
         }
-        placed_ = true;
     }
 
 private:
@@ -125,7 +124,6 @@ private:
     String passing_;
     ConnectionText aside_;
     Pool pool_;
-    bool placed_ = false;
 };
 
 class OdbcEngine final : public Engine {
@@ -234,7 +232,7 @@ public:
         const Schemas& schemas = schemasOf(*target.server);
         std::shared_ptr<TemporarySchema> schema;
         try {
-            schema = std::make_shared<TemporarySchema>(withoutSchema(target), target);
+            schema = std::make_shared<TemporarySchema>(target);
         } catch (const DataError& failure) {
             failIfForbidden(schemas, text, failure);
             throw;
@@ -335,6 +333,7 @@ private:
         Target target{.server = known.server,
                       .connectionText = {},
                       .schema = std::move(schema),
+                      .selection = {},
                       .patience = longestSilence(text),
                       .settings = {},
                       .outage = known.outage};
@@ -350,7 +349,7 @@ private:
             target.settings.push_back(
                 statement(target.server->patience, {static_cast<Long>(longestStatement(text).count())}));
         if (!target.schema.empty())
-            target.settings.push_back(schemasOf(*target.server).select(target.schema));
+            target.selection = schemasOf(*target.server).select(target.schema);
         return target;
     }
 
@@ -358,13 +357,6 @@ private:
     {
         schemasAt(text);
         return targetIn(text, std::move(schema));
-    }
-
-    /// The same before its schema is selected.
-    static Target withoutSchema(Target target)
-    {
-        std::erase(target.settings, schemasOf(*target.server).select(target.schema));
-        return target;
     }
 
     ConnectionPtr existing(const ConnectionText& text, Database which, StringView more)

@@ -1,6 +1,7 @@
 #include "data/odbc/Pool.h"
 
 #include "data/ServerAway.h"
+#include "data/odbc/Failure.h"
 
 #include <algorithm>
 #include <random>
@@ -55,6 +56,8 @@ bool isConflict(const DataError& failure)
 }
 
 constexpr int conflictRetries = 5;
+/// MariaDB's number of a conflict for which it takes back not the statement but the transaction around it.
+constexpr std::int32_t wholeTransaction = 1213;
 
 /// A little longer each time, and not in step with the others.
 void pauseBeforeRetry(int again)
@@ -75,11 +78,11 @@ DataError lostTransaction(StringView statement)
     return {failure::connectionLost, "40000", u"la transacción se ha perdido con la conexión", statement};
 }
 
-/// Whether MariaDB itself refused, by the range of its numbers; those of its driver are from 2000 on.
+/// Whether MariaDB itself refused, by the range of its numbers; those of its driver are between.
 bool isServersOwn(const DataError& failure)
 {
-    const std::string& code = failure.engineCode();
-    return code.size() - code.find('/') == sizeof "/1000" - 1 && code[code.find('/') + 1] == '1';
+    const std::int32_t number = ownNumber(failure);
+    return (number >= 1000 && number < 2000) || number >= 3000;
 }
 
 Absence absence(const DataError& failure)
@@ -120,6 +123,8 @@ std::shared_ptr<Link> Pool::open() const
         fresh->noticeSilentNetwork();
     for (const String& setting : target_.settings)
         StatementRows(fresh, setting);
+    if (!target_.selection.empty())
+        StatementRows(fresh, target_.selection);
     return fresh;
 }
 
@@ -185,7 +190,8 @@ std::shared_ptr<Link> Pool::link()
 }
 
 /// Intercepts transaction statements: ODBC has calls for them, and drivers object to the statements. A
-/// transaction whose link was lost has been rolled back, and can end in no other way.
+/// transaction whose link was lost, or taken back for a conflict, has been rolled back, and can end in no
+/// other way.
 bool Pool::controlsTransaction(StringView statement)
 {
     if (sameName(statement, u"BEGIN") && !transaction_) {
@@ -200,11 +206,14 @@ bool Pool::controlsTransaction(StringView statement)
     if (!sameName(statement, u"COMMIT") && !sameName(statement, u"ROLLBACK"))
         return false;
     const std::shared_ptr<Link> ended = std::exchange(transaction_, nullptr);
+    const std::optional<DataError> undone = std::exchange(undone_, std::nullopt);
     const bool commits = sameName(statement, u"COMMIT");
     if (ended->isLost() && commits)
         throw lostTransaction(statement);
     if (!ended->isLost())
-        ended->end(commits);
+        ended->end(commits && !undone);
+    if (commits && undone)
+        throw DataError(*undone);
     return true;
 }
 
@@ -254,6 +263,9 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
     refuseUnstorable(statement);
     if (controlsTransaction(statement))
         return nullptr;
+    // What would follow is a part of it alone.
+    if (undone_)
+        throw DataError(*undone_);
     const std::shared_ptr<Link> on = link();
     if (on->isLost())
         throw lostTransaction(statement);
@@ -263,9 +275,13 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
         try {
             return send(statement, on);
         } catch (const DataError& failure) {
-            // The server took back all that the statement did, and it is a transaction by itself.
-            if (transaction_ || again == conflictRetries || !isConflict(failure))
+            if (!isConflict(failure) || on->isLost() || again == conflictRetries)
                 throw;
+            if (transaction_ && ownNumber(failure) == wholeTransaction)
+                undone_ = failure;
+            if (transaction_)
+                throw;
+            // The server took back all that the statement did, and it is a transaction by itself.
         }
         pauseBeforeRetry(again);
     }

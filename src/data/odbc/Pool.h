@@ -25,6 +25,7 @@ struct Target {
     const Server* server = nullptr;
     String connectionText;
     String schema;                   ///< Empty on servers without schemas.
+    String selection;                ///< Statement that selects it on a new link; empty if none does.
     std::chrono::seconds patience{}; ///< Timeout of a driver's call, see Link.
     std::vector<String> settings;    ///< Statements run on each new link.
     std::shared_ptr<Outage> outage;
@@ -69,6 +70,7 @@ private:
     std::map<String, TableIndexes> indexes_; ///< Cache by the table's name in lower case.
     int lossesSeen_ = 0;
     std::shared_ptr<Link> transaction_; ///< Link of the transaction until it ends, lost or not; or nullptr.
+    std::optional<DataError> undone_;   ///< Conflict for which the server took the transaction back.
 };
 
 } // namespace zv::odbc

@@ -40,8 +40,6 @@ const Schemas& schemasOf(const Server& server)
 
 String schemaName(StringView school, Database which) { return String(school) + String(suffixOf(which)); }
 
-String quotedName(StringView name) { return u"\"" + Replace(name, u"\"", u"\"\"") + u"\""; }
-
 std::vector<std::array<String, 2>> pairs(Pool& pool, StringView statement)
 {
     std::vector<std::array<String, 2>> result;
@@ -72,8 +70,15 @@ String passingName(Purpose purpose)
 
 bool isPassing(StringView name) { return name.starts_with(ofGuion) || name.starts_with(ofNewSchool); }
 
-TemporarySchema::TemporarySchema(const Target& schemaless, const Target& target)
-    : owner(schemaless), pool(created(owner, target))
+Target withoutSchema(Target target)
+{
+    target.schema.clear();
+    target.selection.clear();
+    return target;
+}
+
+TemporarySchema::TemporarySchema(const Target& target)
+    : owner(withoutSchema(target)), pool(created(owner, target))
 {}
 
 TemporarySchema::~TemporarySchema()

@@ -65,8 +65,6 @@ const Schemas& mariadbSchemas();
 
 /// Name of a database's schema, of a school's.
 String schemaName(StringView school, Database which);
-/// A name as it stands in a statement.
-String quotedName(StringView name);
 /// The rows of a query for two texts.
 std::vector<std::array<String, 2>> pairs(Pool& pool, StringView statement);
 
@@ -79,13 +77,15 @@ enum class Purpose {
 String passingName(Purpose purpose);
 bool isPassing(StringView name);
 
+/// The same target for links that select no schema, which may not be there yet.
+Target withoutSchema(Target target);
+
 /// RAII owner of a temporary schema.
 struct TemporarySchema {
     Pool owner; ///< Holds the lock also while a lost link of `pool` is not yet replaced.
     Pool pool;
 
-    /// `schemaless`: the same target before a schema is selected.
-    TemporarySchema(const Target& schemaless, const Target& target);
+    explicit TemporarySchema(const Target& target);
     TemporarySchema(const TemporarySchema&) = delete;
     TemporarySchema& operator=(const TemporarySchema&) = delete;
     ~TemporarySchema();

@@ -1,5 +1,7 @@
 #include "data/DataError.h"
 #include "data/Statement.h"
+#include "data/Tokens.h"
+#include "data/odbc/Failure.h"
 #include "data/odbc/Schemas.h"
 #include "runtime/Convert.h"
 
@@ -11,12 +13,9 @@ namespace {
 /// By the binary order of UTF-8 and without padding: texts compare and sort as in the other engines.
 constexpr StringView letters = u" CHARACTER SET utf8mb4 COLLATE utf8mb4_nopad_bin";
 
-/// Whether it has one of the engine's own numbers.
-bool isOneOf(const DataError& failure, std::initializer_list<std::string_view> numbers)
+bool isOneOf(const DataError& failure, std::initializer_list<std::int32_t> numbers)
 {
-    const std::string_view code = failure.engineCode();
-    const std::string_view number = code.substr(code.find('/') + 1);
-    return std::ranges::find(numbers, number) != numbers.end();
+    return std::ranges::find(numbers, ownNumber(failure)) != numbers.end();
 }
 
 String placeOf(StringView schema, StringView table) { return quotedName(schema) + u"." + quotedName(table); }
@@ -72,19 +71,18 @@ public:
         return result;
     }
     bool holds(Pool& /*pool*/, StringView /*name*/) const override { return true; }
-    bool isTaken(const DataError& failure) const override { return isOneOf(failure, {"1007", "1050"}); }
-    bool isMissing(const DataError& failure) const override { return isOneOf(failure, {"1049"}); }
-    bool isForbidden(const DataError& failure) const override
-    {
-        return isOneOf(failure, {"1044", "1142", "1227"});
-    }
+    bool isTaken(const DataError& failure) const override { return isOneOf(failure, {1007, 1050}); }
+    bool isMissing(const DataError& failure) const override { return isOneOf(failure, {1049}); }
+    bool isForbidden(const DataError& failure) const override { return isOneOf(failure, {1044, 1142, 1227}); }
     StringView rightToCreate() const override
     {
-        return u"GRANT ALL PRIVILEGES sobre `zv\\_%`.* y sobre las tres bases del centro";
+        return u"GRANT ALL PRIVILEGES sobre `zv\\_%`.*, sobre la base del centro y sobre las que empiezan "
+               u"por su "
+               u"nombre y «_»";
     }
 
     /// One statement renames all tables or none. A database cannot be renamed; rights belong to its name, and
-    /// stay.
+    /// stay. What the tables are moved from stays too, empty.
     void place(Pool& pool, StringView passing, StringView name, StringView kept) const override
     {
         String renames;
@@ -111,8 +109,6 @@ public:
                     dropOrphan(pool, made);
             throw;
         }
-        for (const Database which : everyDatabase)
-            dropOrphan(pool, schemaName(passing, which));
     }
 
     /// The server frees a lock with the session that held it, however that ends.

@@ -1,5 +1,6 @@
 #include "data/DataError.h"
 #include "data/Statement.h"
+#include "data/Tokens.h"
 #include "data/Transaction.h"
 #include "data/odbc/Schemas.h"
 #include "runtime/Convert.h"
