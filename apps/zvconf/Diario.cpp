@@ -4,6 +4,7 @@
 #include "journal/Journals.h"
 #include "robot/Guion.h"
 #include "runtime/Convert.h"
+#include "runtime/Counted.h"
 #include "runtime/PrivateFile.h"
 #include "runtime/Time.h"
 #include "session/NodeTable.h"
@@ -29,19 +30,18 @@ fs::path folderIn(const Options& options)
     return folder;
 }
 
-String counted(std::size_t count, StringView one, StringView many)
+String anyOf(std::size_t count, StringView one, StringView several)
 {
-    return count == 0 ? String()
-                      : decimalText(static_cast<Long>(count)) + u" " + String(count == 1 ? one : many);
+    return count == 0 ? String() : counted(count, one, several);
 }
 
 String contents(const Draft& draft)
 {
     String all;
     for (const String& part :
-         {counted(draft.pupils(), u"alumno", u"alumnos"), counted(draft.texts(), u"texto", u"textos"),
-          counted(draft.choices(), u"elección", u"elecciones"),
-          counted(draft.rows(), u"fila de su lista", u"filas de su lista")})
+         {anyOf(draft.pupils(), u"alumno", u"alumnos"), anyOf(draft.texts(), u"texto", u"textos"),
+          anyOf(draft.choices(), u"elección", u"elecciones"),
+          anyOf(draft.rows(), u"fila de su lista", u"filas de su lista")})
         all += (all.empty() || part.empty() ? u"" : u", ") + part;
     return all.empty() ? String(u"nada que recuperar") : all;
 }

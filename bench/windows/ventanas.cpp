@@ -1,9 +1,8 @@
 // Dialogs in windows of the system: what opening one costs against a bare window with the same controls, and
 // whether many openings leave something behind.
 //   bench_ventanas.exe [PAIRS]            medians of so many openings of each, in turn; 101 without a number
-//   bench_ventanas.exe --fugas [OPENINGS] handles and memory before and after; 1000 without a number. It ends
-//   with 1 where
-//                                         a handle is left
+//   bench_ventanas.exe --fugas [OPENINGS] handles and memory before and after; 1000 without a number
+// The second ends with 1 where a handle is left.
 #include "Bare.h"
 
 #include "data/Schools.h"

@@ -1,6 +1,5 @@
 #include "qt/FormWindow.h"
 
-#include "forms/ComboBox.h"
 #include "qt/Asking.h"
 #include "qt/DraftView.h"
 #include "qt/GridView.h"

@@ -31,7 +31,7 @@ std::vector<Portrait> portraitsOf(const ModuleNode& node, Long first)
     all.push_back({.state = u"mensaje", .action = cConstCol::NUEVO, .message = true});
     all.push_back({.state = u"consulta", .action = cConstCol::Modificado, .row = first, .readOnly = true});
     if (node.number == cNombreNodo::OC_Bancos)
-        all.push_back({.state = branchList, .action = cConstCol::Modificado, .row = first, .branches = true});
+        all.push_back({.state = branchList, .action = cConstCol::Modificado, .row = first});
     if (node.number == cNombreNodo::Emisor)
         all.push_back({.state = u"ordenante", .action = cConstCol::NUEVO, .row = -2});
     return all;
@@ -59,7 +59,7 @@ void openForPortraits(const School& school, const std::function<void(const Portr
             let(*session, u"Accion", each.action);
             let(*session, u"lngRowData", each.row);
             facade.ObtenerDatos(session);
-            if (each.branches)
+            if (each.state == branchList)
                 facade.BloquearBanco();
             next(each);
             if (node.opens)

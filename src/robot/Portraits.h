@@ -14,7 +14,6 @@ struct Portrait {
     Long row = 0;
     bool message = false;  ///< Its accept button is pressed, and the picture is of the message that comes.
     bool readOnly = false; ///< In a session that may not change data.
-    bool branches = false; ///< A bank for its branches.
 };
 
 /// Opens every dialog behind a node on a sample school, in each state worth a picture: on its table's first

@@ -2,6 +2,7 @@
 
 #include "journal/Recorder.h"
 #include "runtime/Convert.h"
+#include "runtime/Counted.h"
 #include "runtime/Time.h"
 
 #include <algorithm>
@@ -13,11 +14,6 @@ namespace {
 
 using journal::Fate;
 using journal::Item;
-
-String counted(std::size_t count, StringView one, StringView several)
-{
-    return decimalText(static_cast<std::int64_t>(count)) + u" " + String(count == 1 ? one : several);
-}
 
 String shown(const journal::Held& held, journal::Input input)
 {

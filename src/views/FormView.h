@@ -24,7 +24,7 @@ public:
     FormView& operator=(const FormView&) = delete;
 
     Form& form() const { return form_; }
-    View& viewOf(const Control& control) const { return *views_.at(byControl_.at(&control)); }
+    View& viewOf(const Control& control) const { return *byControl_.at(&control); }
 
     bool act(const std::function<bool(Acts&)>& what) final
     {
@@ -130,9 +130,9 @@ protected:
     void build(const Make& make)
     {
         for (Control* control : form_.Controls) {
-            byControl_[control] = views_.size();
             views_.push_back(
                 make(*control, control->frame() != nullptr ? &viewOf(*control->frame()) : nullptr));
+            byControl_[control] = views_.back().get();
         }
     }
     /// Copies everything of the controls from the model to the screen.
@@ -199,7 +199,7 @@ private:
     int busy_ = 1;
     bool alive_ = true;
     std::vector<std::unique_ptr<View>> views_; ///< Parents first: a frame before what is in it.
-    std::map<const Control*, std::size_t> byControl_;
+    std::map<const Control*, View*> byControl_;
     std::vector<Control*> stacked_; ///< Cache of the stacking order (`Form::frontToBack`) last applied.
     std::optional<bool> outcome_;
     std::optional<PupilGuide> guide_;

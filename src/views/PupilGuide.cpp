@@ -2,6 +2,7 @@
 
 #include "forms/ComboBox.h"
 #include "runtime/Convert.h"
+#include "runtime/Counted.h"
 
 namespace zv {
 
@@ -37,10 +38,7 @@ constexpr std::pair<Chord, Macro> chords[] = {
 constexpr std::chrono::milliseconds noticeable{300};
 constexpr std::chrono::milliseconds again{100};
 
-String counted(std::size_t pupils)
-{
-    return pupils == 1 ? String(u"1 alumno") : decimalText(static_cast<std::int64_t>(pupils)) + u" alumnos";
-}
+String countedPupils(std::size_t pupils) { return counted(pupils, u"alumno", u"alumnos"); }
 
 /// Of so many, so many.
 String part(int given, int all) { return decimalText(given) + u" de " + decimalText(all); }
@@ -57,7 +55,7 @@ bool PupilGuide::press(const Chord& chord, const Run& run)
 
 bool PupilGuide::type(StringView typed, const Run& run)
 {
-    return run([&](Acts& acts) { return keys_.rate(acts, typed); });
+    return keys_.atRating() && run([&](Acts& acts) { return keys_.rate(acts, typed); });
 }
 
 bool PupilGuide::mayClick(const Control& control)
@@ -75,7 +73,7 @@ bool PupilGuide::mayLeave()
     unsaved_.look();
     const std::size_t pupils = unsaved_.pupils().size();
     return pupils == 0 || aids_.asks({.text = cut_ ? String(u"Puede haber cambios sin guardar")
-                                                   : u"Cambios sin guardar de " + counted(pupils),
+                                                   : u"Cambios sin guardar de " + countedPupils(pupils),
                                       .detail = u"Si sale ahora, se pierden. «Aceptar» los guarda.",
                                       .yes = u"Salir sin guardar",
                                       .no = u"Seguir aquí"});
@@ -101,7 +99,7 @@ bool PupilGuide::look()
     else if (page.all > 0)
         text += u" · " + part(page.given, page.all) + u" valoraciones en esta pestaña";
     if (const std::size_t changed = unsaved_.pupils().size(); changed > 0 && !cut_)
-        text += u" · sin guardar: " + counted(changed);
+        text += u" · sin guardar: " + countedPupils(changed);
     return std::exchange(line_, text) != text;
 }
 

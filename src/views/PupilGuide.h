@@ -30,7 +30,6 @@ public:
 
     bool isSection() const { return controls_.isSection(); }
     const SectionControls& controls() const { return controls_; }
-    const UnsavedPupils& unsaved() const { return unsaved_; }
     /// What the line under the form says. Empty where the form holds no section.
     const String& line() const { return line_; }
     /// Runs the macro of a key, or of a character, through the window; false: it has its plain meaning.

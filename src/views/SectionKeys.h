@@ -15,6 +15,8 @@ public:
     bool goToPage(Acts& acts, Long step);
     /// Shows the next pupil (-1: the one before) on the same page, and comes back to the same field.
     bool goToPupil(Acts& acts, Long step);
+    /// Whether the focus is in a rating's cell or in the list over it.
+    bool atRating() const;
     /// Type-ahead in a rating's cell or in the list over it: what was typed is sought at the start of the
     /// answers' numbers and texts. The only one that fits, or the one with just that number, is chosen, and
     /// the cell below is next; among several the list stays open for more letters.
@@ -28,7 +30,6 @@ public:
 
 private:
     bool inList() const;
-    bool atRating() const;
     bool openList(Acts& acts);
     bool choose(Acts& acts, Long entry);
     bool toContent(Acts& acts);

@@ -18,15 +18,16 @@ String clipboardText(HWND asking)
 
 void putOnClipboard(HWND owner, StringView text)
 {
+    if (OpenClipboard(owner) == 0)
+        return;
     const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
     auto* units = static_cast<char16_t*>(GlobalLock(memory));
     text.copy(units, text.size());
     units[text.size()] = u'\0';
     GlobalUnlock(memory);
-    if (OpenClipboard(owner) == 0)
-        return;
     EmptyClipboard();
-    SetClipboardData(CF_UNICODETEXT, memory);
+    if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) // Else it is the clipboard's.
+        GlobalFree(memory);
     CloseClipboard();
 }
 

@@ -20,11 +20,24 @@ constexpr int lines = 32;
 /// In one line, as a table shows it.
 String flat(const String& text) { return Replace(Replace(text, u"\r\n", u" "), u"\n", u" "); }
 
+/// RAII guard: no keys nor clicks for that window. It ends before the window over it goes: else the system
+/// gives the keyboard to another program.
+class Disabled {
+public:
+    explicit Disabled(HWND window) : window_(window) { EnableWindow(window_, FALSE); }
+    Disabled(const Disabled&) = delete;
+    Disabled& operator=(const Disabled&) = delete;
+    ~Disabled() { EnableWindow(window_, TRUE); }
+
+private:
+    HWND window_;
+};
+
 class DraftWindow final : public Window {
 public:
     DraftWindow(HWND owner, const Font& font, const String& heading, const std::vector<DraftRow>& rows)
         : Window(ourClass(), topStyle, WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, owner), owner_(owner),
-          font_(font), rows_(rows), heading_(child(WC_STATICW, SS_NOPREFIX, 0, 0)),
+          font_(font.narrowed(100)), rows_(rows), heading_(child(WC_STATICW, SS_NOPREFIX, 0, 0)),
           table_(child(WC_LISTVIEWW, LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP | WS_BORDER, 0, 0)),
           whole_(child(WC_EDITW, ES_MULTILINE | ES_READONLY | WS_VSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE, 0)),
           copy_(child(WC_BUTTONW, BS_PUSHBUTTON | WS_TABSTOP, 0, copyButton)),
@@ -42,7 +55,7 @@ public:
     void run()
     {
         ShowWindow(handle(), SW_SHOW);
-        EnableWindow(owner_, FALSE);
+        const Disabled owner(owner_);
         SetFocus(table_);
         MSG message{};
         while (!done_ && GetMessageW(&message, nullptr, 0, 0) > 0) {
@@ -52,8 +65,6 @@ public:
             }
             rethrowHeld();
         }
-        // Before this goes: else the system gives the keyboard to another program.
-        EnableWindow(owner_, TRUE);
         if (message.message == WM_QUIT)
             PostQuitMessage(static_cast<int>(message.wParam));
     }
@@ -120,21 +131,18 @@ private:
                 cell.pszText = reinterpret_cast<wchar_t*>(text.data());
                 send(table_, column == 0 ? LVM_INSERTITEMW : LVM_SETITEMTEXTW, column == 0 ? 0 : row, &cell);
             }
+        measureColumns();
         LVITEMW first{};
         first.state = first.stateMask = LVIS_FOCUSED | LVIS_SELECTED;
         send(table_, LVM_SETITEMSTATE, 0, &first);
     }
     void place()
     {
-        MONITORINFO screen{};
-        screen.cbSize = sizeof screen;
-        GetMonitorInfoW(MonitorFromWindow(owner_, MONITOR_DEFAULTTONEAREST), &screen);
-        const RECT& work = screen.rcWork;
+        const RECT work = workAreaOf(owner_);
         const int width = std::min<int>(font_.width(u"nn") * letters, (work.right - work.left) * 9 / 10);
         const int height = std::min<int>(font_.height() * lines, (work.bottom - work.top) * 9 / 10);
         SetWindowPos(handle(), nullptr, (work.left + work.right - width) / 2,
                      (work.top + work.bottom - height) / 2, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
-        layOut();
     }
     void layOut() const
     {
@@ -154,21 +162,23 @@ private:
         MoveWindow(close_, inside.right - button - gap, foot, button, 2 * line, TRUE);
         followColumns();
     }
-    void followColumns() const
+    void measureColumns()
     {
-        std::vector<ColumnNeed> needs;
         const int letter = font_.width(u"n");
         for (const DraftColumn* each : columns_) {
             std::vector<String> texts{String(each->title)};
             for (std::size_t row = 0; row < std::min<std::size_t>(rows_.size(), measuredRows); ++row)
                 texts.push_back(shown(*each, rows_[row]));
             const std::vector<StringView> views(texts.begin(), texts.end());
-            needs.push_back(
+            needs_.push_back(
                 {font_.widest(views) + 3 * letter, font_.width(each->title) + 3 * letter, 12 * letter});
         }
+    }
+    void followColumns() const
+    {
         RECT inside{};
         GetClientRect(table_, &inside);
-        const std::vector<int> widths = columnsIn(needs, inside.right);
+        const std::vector<int> widths = columnsIn(needs_, inside.right);
         for (std::size_t column = 0; column < widths.size(); ++column)
             send(table_, LVM_SETCOLUMNWIDTH, column, MAKELPARAM(widths[column], 0));
     }
@@ -191,9 +201,10 @@ private:
     void copy() const { putOnClipboard(handle(), drafts()); }
 
     HWND owner_;
-    const Font& font_;
+    const Font font_; ///< Its own: the owner's may change meanwhile, with the system's.
     const std::vector<DraftRow>& rows_;
     std::vector<const DraftColumn*> columns_; ///< Those in which there is something.
+    std::vector<ColumnNeed> needs_;           ///< Of those.
     bool done_ = false;
     HWND heading_;
     HWND table_;

@@ -140,46 +140,37 @@ void FormWindow::followSheet()
             view->followPlace();
 }
 
-void FormWindow::centre()
+void FormWindow::moveTo(LONG x, LONG y, const RECT& work)
 {
-    MONITORINFO screen{};
-    screen.cbSize = sizeof screen;
-    GetMonitorInfoW(MonitorFromWindow(owner_ != nullptr ? owner_ : handle(), MONITOR_DEFAULTTONEAREST),
-                    &screen);
-    RECT around = screen.rcWork;
-    if (owner_ != nullptr && IsIconic(owner_) == 0)
-        GetWindowRect(owner_, &around);
     RECT own{};
     GetWindowRect(handle(), &own);
-    const LONG width = own.right - own.left;
-    const LONG height = own.bottom - own.top;
-    const RECT& work = screen.rcWork;
     const auto inside = [](LONG at, LONG size, LONG from, LONG to) {
         return within(static_cast<int>(at), static_cast<int>(size), static_cast<int>(from),
                       static_cast<int>(to));
     };
-    SetWindowPos(handle(), nullptr,
-                 inside((around.left + around.right - width) / 2, width, work.left, work.right),
-                 inside((around.top + around.bottom - height) / 2, height, work.top, work.bottom), 0, 0,
+    SetWindowPos(handle(), nullptr, inside(x, own.right - own.left, work.left, work.right),
+                 inside(y, own.bottom - own.top, work.top, work.bottom), 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void FormWindow::centre()
+{
+    const RECT work = workAreaOf(owner_ != nullptr ? owner_ : handle());
+    RECT around = work;
+    if (owner_ != nullptr && IsIconic(owner_) == 0)
+        GetWindowRect(owner_, &around);
+    RECT own{};
+    GetWindowRect(handle(), &own);
+    moveTo((around.left + around.right - (own.right - own.left)) / 2,
+           (around.top + around.bottom - (own.bottom - own.top)) / 2, work);
 }
 
 /// After the size has changed: not beyond the screen's edges.
 void FormWindow::moveInside()
 {
-    MONITORINFO screen{};
-    screen.cbSize = sizeof screen;
-    GetMonitorInfoW(MonitorFromWindow(handle(), MONITOR_DEFAULTTONEAREST), &screen);
     RECT own{};
     GetWindowRect(handle(), &own);
-    const auto inside = [](LONG at, LONG end, LONG from, LONG to) {
-        return within(static_cast<int>(at), static_cast<int>(end - at), static_cast<int>(from),
-                      static_cast<int>(to));
-    };
-    const RECT& work = screen.rcWork;
-    SetWindowPos(handle(), nullptr, inside(own.left, own.right, work.left, work.right),
-                 inside(own.top, own.bottom, work.top, work.bottom), 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    moveTo(own.left, own.top, workAreaOf(handle()));
 }
 
 void FormWindow::putUnder(ControlView& view)
@@ -367,6 +358,7 @@ void FormWindow::showDraft(const String& heading, const std::vector<DraftRow>& r
 {
     const OwnControls ownControls;
     win32::showDraft(handle(), font_, heading, rows);
+    followEnabled();
 }
 
 LRESULT FormWindow::receive(UINT message, WPARAM number, LPARAM data)

@@ -59,6 +59,8 @@ private:
 
     Font fittingFont() const;
     double scaleWanted() const;
+    /// With that corner, as far as the screen's edges let it.
+    void moveTo(LONG x, LONG y, const RECT& work);
     void centre();
     void moveInside();
     void followSheet();

@@ -30,13 +30,11 @@ SIZE Sheet::page() const
 
 SIZE Sheet::room() const
 {
-    MONITORINFO screen{};
-    screen.cbSize = sizeof screen;
-    GetMonitorInfoW(MonitorFromWindow(window_, MONITOR_DEFAULTTONEAREST), &screen);
+    const RECT work = workAreaOf(window_);
     RECT frame{};
     addFrame(frame, window_);
-    return {screen.rcWork.right - screen.rcWork.left - (frame.right - frame.left),
-            screen.rcWork.bottom - screen.rcWork.top - (frame.bottom - frame.top)};
+    return {work.right - work.left - (frame.right - frame.left),
+            work.bottom - work.top - (frame.bottom - frame.top)};
 }
 
 void Sheet::fit(SIZE whole, int over, int under, int least)

@@ -106,6 +106,14 @@ void addFrame(RECT& inside, HWND window)
         AdjustWindowRectEx(&inside, style, FALSE, extended);
 }
 
+RECT workAreaOf(HWND window)
+{
+    MONITORINFO screen{};
+    screen.cbSize = sizeof screen;
+    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &screen);
+    return screen.rcWork;
+}
+
 double systemLetters()
 {
     const Measure measure(nullptr);

@@ -66,6 +66,8 @@ int dotsOf(HWND window);
 double systemLetters();
 /// Grows what a window is to show by its frame.
 void addFrame(RECT& inside, HWND window);
+/// What a screen leaves to windows, of the screen that shows most of that one.
+RECT workAreaOf(HWND window);
 
 /// RAII guard: as long as one lives on a thread, texts are measured with one device, which is costly to ask
 /// for.

@@ -48,8 +48,9 @@ if defined quitar goto quitar
 
 rem La version de otra carpeta se quita con sus propias DLL, que saben lo que registraron.
 if not defined otra goto registrar
-for %%d in (ZVConfiguracion ZVDatos) do if exist "%otra%\%%d.dll" %sistema%\regsvr32.exe /s /u %modo% "%otra%\%%d.dll"
-echo Antes estaba en "%otra%": esa carpeta ya se puede borrar.
+set "mal="
+for %%d in (ZVConfiguracion ZVDatos) do if exist "%otra%\%%d.dll" call :desregistrar_una "%otra%\%%d.dll"
+if defined mal goto no_quitado
 :registrar
 %sistema%\regsvr32.exe /s %modo% "%aqui%\ZVConfiguracion.dll"
 set "codigo=%errorlevel%"
@@ -69,6 +70,7 @@ set "orden=%aqui:&=^&%\quitar.cmd"
 %sistema%\reg.exe add "%clave%" /f /v QuietUninstallString /d "\"%orden%\"%palabra% /callado" >nul
 %sistema%\reg.exe add "%clave%" /f /v NoModify /t REG_DWORD /d 1 >nul
 %sistema%\reg.exe add "%clave%" /f /v NoRepair /t REG_DWORD /d 1 >nul
+if defined otra echo Antes estaba en "%otra%": esa carpeta ya se puede borrar.
 echo Instalado para %para%, en "%aqui%".
 echo No mueva la carpeta. Si la mueve, ejecute otra vez su instalar.cmd.
 goto fin
@@ -96,7 +98,7 @@ for %%f in (ZVConfiguracion.dll ZVDatos.dll zvconf.exe) do call :mirar %%f
 if defined abierto goto abierto
 :desregistrar
 set "mal="
-for %%d in (ZVConfiguracion ZVDatos) do call :desregistrar_una %%d
+for %%d in (ZVConfiguracion ZVDatos) do call :desregistrar_una "%aqui%\%%d.dll"
 if defined mal goto no_quitado
 call :olvidar
 rem Lo que las ventanas recuerdan de esta cuenta.
@@ -150,7 +152,7 @@ echo Un programa tiene abierto %~1.
 goto :eof
 
 :desregistrar_una
-%sistema%\regsvr32.exe /s /u %modo% "%aqui%\%~1.dll"
+%sistema%\regsvr32.exe /s /u %modo% "%~1"
 if not "%errorlevel%"=="0" set "mal=1"
 goto :eof
 
