@@ -56,7 +56,7 @@ int check(const ListedSchool& school, const Options& options)
 
 fs::path folderIn(const Options& options)
 {
-    const fs::path folder(options.values(u"--carpeta").front());
+    fs::path folder(options.values(u"--carpeta").front());
     if (!fs::is_directory(folder))
         throw RuntimeError(failure::otherData,
                            u"«" + folder.u16string() + u"» no es una carpeta: hágala, o dé otra.");

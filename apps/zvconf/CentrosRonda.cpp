@@ -12,11 +12,27 @@
 #include <iostream>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace zv::zvconf {
 namespace {
 
 using Result = Outcome::Result;
+
+/// No more lines than a person reads of one school among many: the first, and the last two, which count them.
+String shortened(const String& text)
+{
+    constexpr std::size_t first = 10;
+    constexpr std::size_t last = 2;
+    std::vector<std::size_t> ends;
+    for (std::size_t end = text.find(u'\n'); end != String::npos; end = text.find(u'\n', end + 1))
+        ends.push_back(end);
+    if (ends.size() <= first + last)
+        return text;
+    return text.substr(0, ends[first - 1]) +
+           statement(u"\n(... y {} líneas más)", {static_cast<Long>(ends.size() + 1 - first - last)}) +
+           text.substr(ends[ends.size() - last]);
+}
 
 /// What a process wrote, as lines of text; whatever bytes it wrote.
 String linesOf(std::string bytes)
@@ -33,7 +49,7 @@ String linesOf(std::string bytes)
     }
     while (text.ends_with(u'\n'))
         text.pop_back();
-    return Replace(text, u"zvconf: ", u"");
+    return shortened(Replace(text, u"zvconf: ", u""));
 }
 
 Outcome outcomeOf(const ChildEnd& end)

@@ -68,7 +68,13 @@ public:
         check(posix_spawn_file_actions_addopen(&files_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
         check(posix_spawn_file_actions_adddup2(&files_, output, STDOUT_FILENO));
         check(posix_spawn_file_actions_adddup2(&files_, output, STDERR_FILENO));
-        check(posix_spawnattr_setflags(&how_, POSIX_SPAWN_SETPGROUP));
+        // A terminal's signal may come before it has left our group, and waits for it then.
+        sigset_t terminals{};
+        sigemptyset(&terminals);
+        for (const int each : {SIGINT, SIGQUIT, SIGHUP})
+            sigaddset(&terminals, each);
+        check(posix_spawnattr_setsigmask(&how_, &terminals));
+        check(posix_spawnattr_setflags(&how_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK));
     }
     Beginning(const Beginning&) = delete;
     Beginning& operator=(const Beginning&) = delete;
@@ -113,9 +119,11 @@ std::span<const int> endingSignals()
 ChildEnd runSelf(const std::vector<String>& arguments)
 {
     std::vector<std::string> texts{"zvconf"};
+    std::vector<char*> words;
+    texts.reserve(arguments.size() + 1);
+    words.reserve(arguments.size() + 2);
     for (const String& each : arguments)
         texts.push_back(toUtf8(each));
-    std::vector<char*> words;
     for (std::string& each : texts)
         words.push_back(each.data());
     words.push_back(nullptr);

@@ -96,6 +96,12 @@ TEST_F(Centros, those_that_fail_stop_no_other)
     }
     EXPECT_EQ(run("centros copia lista --carpeta nohay"), 2) << "before anything is done";
 
+    for (const char* each : {"nula.db", "nula.borrado.db", "nula.entrada.db"})
+        std::ofstream(folder / each).flush();
+    std::ofstream(folder / "mala") << "nula sqlite:nula.db\n";
+    EXPECT_EQ(run("centros comprobar mala"), 1) << err;
+    EXPECT_NE(out.find(" líneas más)\n  Defectos: "), std::string::npos) << out;
+
     // The names of pupils are for who looks at that school.
     openSchool(u"sqlite:" + (folder / "c1.db").u16string())
         .centro->Execute(u"UPDATE Alumno SET fechabaja='1/1/2025' WHERE IDAlumno=356");
