@@ -1,6 +1,8 @@
 #include "data/Cursor.h"
 
 #include <algorithm>
+#include <concepts>
+#include <cstring>
 #include <utility>
 
 namespace zv {
@@ -57,7 +59,7 @@ private:
         const std::vector<String>& names = opened().names();
         if (turn_ == asked_.size())
             turn_ = 0;
-        if (turn_ < asked_.size() && asked_[turn_].first == name)
+        if (turn_ < asked_.size() && isExactly(asked_[turn_].first, name))
             return asked_[turn_++].second;
         const auto found =
             std::ranges::find_if(names, [&](const String& each) { return sameName(each, name); });
@@ -69,6 +71,12 @@ private:
             turn_ = asked_.size();
         }
         return place;
+    }
+    /// As units, not letter by letter: it is asked for every field.
+    static bool isExactly(StringView one, StringView other)
+    {
+        return one.size() == other.size() &&
+               std::memcmp(one.data(), other.data(), one.size() * sizeof(char16_t)) == 0;
     }
     Cursor& opened() const
     {
@@ -85,9 +93,9 @@ private:
     }
     Value value(const Cursor::Field& field) const
     {
-        if (!field)
+        if (std::holds_alternative<Cursor::Bytes>(field))
             refuse(failure::otherData, u"el campo contiene bytes y no se puede leer");
-        return *field;
+        return Cursor::valueOf(field);
     }
     [[noreturn]] void refuse(std::int32_t number, StringView detail = {}) const
     {
@@ -114,6 +122,18 @@ bool isSurrogate(char16_t unit, char16_t first) { return (unit & 0xFC00) == firs
 
 } // namespace
 
+Value Cursor::valueOf(const Field& field)
+{
+    return std::visit(
+        []<class Data>(const Data& data) -> Value {
+            if constexpr (std::same_as<Data, Bytes>)
+                return {};
+            else
+                return data;
+        },
+        field);
+}
+
 void Cursor::begin()
 {
     fetch();
@@ -130,7 +150,6 @@ void Cursor::fetch()
         return;
     try {
         Row row = std::exchange(spare_, {});
-        row.clear();
         if (read(row)) {
             rows_.push_back(std::move(row));
             return;
@@ -182,7 +201,7 @@ RecordsetPtr recordsetOf(String statement, std::unique_ptr<Cursor> cursor,
     return std::make_shared<Rows>(std::move(statement), std::move(cursor), std::move(again));
 }
 
-Value wholeNumber(std::int64_t number)
+Cursor::Field wholeNumber(std::int64_t number)
 {
     if (number >= INT32_MIN && number <= INT32_MAX)
         return static_cast<Long>(number);

@@ -173,6 +173,7 @@ TEST_F(Files, who_waits_too_long_fails_as_locked)
 TEST_F(Files, a_file_that_was_taken_away_is_a_lost_connection)
 {
     const ConnectionPtr here = made();
+    std::this_thread::sleep_for(std::chrono::milliseconds(10)); // A look is believed for a few of them.
     fs::rename(at(u"colegio.db"), at(u"fuera.db"));
     EXPECT_EQ(numberOf([&] { here->Execute(u"Delete * From t"); }), failure::connectionLost);
     const ConnectionPtr anew = made();
