@@ -52,15 +52,16 @@ public:
     }
 
 private:
-    /// Of equal names the first counts. Dialogs ask the same of each row in the same order: what came next in
-    /// the row before is tried first.
+    /// Of equal names the first counts. Dialogs ask the same of each row in much the same order: what came
+    /// next in the row before is tried first.
     std::size_t placeOf(StringView name)
     {
         const std::vector<String>& names = opened().names();
-        if (turn_ == asked_.size())
-            turn_ = 0;
-        if (turn_ < asked_.size() && isExactly(asked_[turn_].first, name))
-            return asked_[turn_++].second;
+        for (std::size_t tried = 0; tried < asked_.size(); ++tried) {
+            const auto& [asked, place] = asked_[turn_++ % asked_.size()];
+            if (isExactly(asked, name))
+                return place;
+        }
         const auto found =
             std::ranges::find_if(names, [&](const String& each) { return sameName(each, name); });
         if (found == names.end())
@@ -68,7 +69,7 @@ private:
         const auto place = static_cast<std::size_t>(found - names.begin());
         if (asked_.size() < names.size()) {
             asked_.emplace_back(name, place);
-            turn_ = asked_.size();
+            turn_ = 0;
         }
         return place;
     }
@@ -106,7 +107,7 @@ private:
     Again again_;
     std::unique_ptr<Cursor> cursor_;
     std::vector<std::pair<String, std::size_t>> asked_;
-    std::size_t turn_ = 0; ///< Of what was asked.
+    std::size_t turn_ = 0; ///< Of what was asked, counted on and on.
 };
 
 String hexadecimal(char16_t unit)
