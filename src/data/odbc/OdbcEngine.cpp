@@ -298,8 +298,8 @@ private:
                     found.placing == Placing::schemas ? schemasOf(found).standing() : u"";
                 !asked.empty()) {
                 const StatementRows answer(link, asked);
-                result.standing = CStr(*answer.row()->at(0));
-                result.smallNames = CLng(*answer.row()->at(1)) != 0;
+                result.standing = CStr(answer.value(0));
+                result.smallNames = CLng(answer.value(1)) != 0;
             }
             return servers_[called] = result;
         } catch (const DataError& failure) {

@@ -14,13 +14,12 @@ Probe probe(const std::shared_ptr<Link>& link, const Server& kind)
                                            (kind.session.empty() ? String() : u", " + String(kind.session)));
         if (!rows.row())
             return result;
-        const auto& field = rows.row()->front();
-        const String* found = field ? field->as<String>() : nullptr;
+        const String* found = std::get_if<String>(&rows.row()->front());
         result.takesAllTexts = found && *found == text;
         if (kind.session.empty())
             return result;
-        result.session = CLng(*rows.row()->at(1));
-        result.isDirect = link->leadsTo(result.session, CLng(*rows.row()->at(2)));
+        result.session = CLng(rows.value(1));
+        result.isDirect = link->leadsTo(result.session, CLng(rows.value(2)));
     } catch (const DataError&) {
         if (link->isLost())
             throw;

@@ -83,11 +83,11 @@ void requireServing(const std::shared_ptr<Link>& link)
     bool isNode = false;
     {
         const StatementRows answer(link, kind.serving);
-        if (CLng(*answer.row()->at(0)) == 0)
+        if (CLng(answer.value(0)) == 0)
             throw DataError(failure::connectionLost, "57P03",
                             u"no admite cambios: está de reserva, o no ve a la mayoría de los suyos",
                             kind.serving);
-        isNode = CLng(*answer.row()->at(1)) != 0;
+        isNode = CLng(answer.value(1)) != 0;
     }
     if (isNode)
         StatementRows(link, kind.nodeSettings);
