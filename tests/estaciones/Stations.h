@@ -81,11 +81,12 @@ protected:
     }
     static bool isRegion() { return GetParam() == "galera" || GetParam() == "reserva"; }
     /// The school as a station finds it: those of a region begin at servers of their own.
-    String urlOf(std::size_t station) const
+    String urlOf(int station) const
     {
         std::string list;
         for (std::size_t each = 0; each < servers.size(); ++each)
-            list += (each == 0 ? ";SERVIDORES=" : ",") + servers[(station + each) % servers.size()];
+            list += (each == 0 ? ";SERVIDORES=" : ",") +
+                    servers[(static_cast<std::size_t>(station) + each) % servers.size()];
         return url.substr(0, url.find(u";SERVIDORES")) + fromUtf8(list);
     }
     static bool isMaria() { return GetParam() == "mariadb"; }

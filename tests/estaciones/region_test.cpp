@@ -5,6 +5,8 @@
 
 #include <sys/mman.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <random>
@@ -83,7 +85,7 @@ void Region::count(const School& school, const Station& station, std::size_t row
 
 int Region::live(std::size_t number) const
 {
-    const School school = openSchool(urlOf(number));
+    const School school = openSchool(urlOf(static_cast<int>(number)));
     const Station station{u"puesto " + decimalText(static_cast<Long>(number)),
                           [](StringView) { return false; }};
     auto last = Clock::now();
@@ -135,7 +137,7 @@ TEST_P(Region, loses_nothing_and_grants_nothing_twice_whichever_server_dies_whil
         EXPECT_EQ(statusOf(each), 0);
     std::size_t saved = 0;
     for (std::size_t server = 0; server < servers.size(); ++server) {
-        const School school = openSchool(urlOf(server));
+        const School school = openSchool(urlOf(static_cast<int>(server)));
         std::multiset<String> there;
         const RecordsetPtr all = school.centro->Execute(u"Select Descripcion From EstadoCivil");
         for (; !all->Eof(); all->MoveNext())
