@@ -160,6 +160,7 @@ por ODBC: odbc:DSN=NOMBRE u odbc:Driver=...;Server=...;Database=...;UID=...;PWD=
 los esquemas (en MariaDB, las bases de datos) ESQUEMA, ESQUEMA_borrado y ESQUEMA_entrada: añada ESQUEMA=NOMBRE,
 o será «centro» (en MariaDB, la base que nombre Database o la fuente de datos).
 Con historial: delante de uno de estos URL se activa el historial de ese centro.
+Si varios servidores llevan lo mismo, SERVIDORES=uno:3306,otro:3306 es su lista: sirve el primero que admite cambios.
 Una instrucción que pasa de 60 segundos falla; ESPERA=N pone otro plazo, y ESPERA=0 ninguno.
 Una contraseña en el URL la ve cualquiera en la lista de procesos: quite PWD=, y póngala en odbc.ini, en
 la variable ZV_CONTRASENA, o en la primera línea del fichero, suyo y de nadie más (chmod 600; en Windows,

@@ -18,6 +18,7 @@
 #include <filesystem>
 #include <functional>
 #include <iostream>
+#include <sstream>
 
 namespace zv {
 
@@ -25,6 +26,14 @@ using std::to_string;
 
 /// With ZV_LARGO in the environment, as often as a night allows; else as often as a minute does.
 inline int times(int brief, int night) { return std::getenv("ZV_LARGO") ? night : brief; }
+
+/// Servers that stand together, where the tool for them has started some (tools/region): "galera" or
+/// "reserva".
+inline std::vector<std::string> regions()
+{
+    const char* kind = std::getenv("ZV_REGION");
+    return kind ? std::vector<std::string>{kind} : std::vector<std::string>{};
+}
 
 /// A connection whose statements are seen before ("va") and, unless they fail, after they ran ("hecho").
 class Watched final : public ConnectionDecorator {
@@ -49,10 +58,17 @@ protected:
     Stations()
     {
         std::filesystem::create_directory(folder);
+        const std::string schema = ";ESQUEMA=puestos" + to_string(getpid());
         const std::string source = isMaria() ? "zv_maria" : "zv_prueba";
-        url = fromUtf8(GetParam() == "sqlite"
-                           ? "sqlite:" + (folder / "colegio.db").string()
-                           : "odbc:DSN=" + source + ";ESQUEMA=puestos" + to_string(getpid()));
+        if (const char* list = isRegion() ? std::getenv("ZV_REGION_SERVIDORES") : nullptr) {
+            std::istringstream names(list);
+            for (std::string each; std::getline(names, each, ',');)
+                servers.push_back(each);
+        }
+        url = fromUtf8(isRegion()               ? "odbc:DSN=zv_region" + schema
+                       : GetParam() == "sqlite" ? "sqlite:" + (folder / "colegio.db").string()
+                                                : "odbc:DSN=" + source + schema);
+        url = urlOf(0);
         registerEngine(sqliteEngine());
         registerEngine(odbcEngine());
         installModule();
@@ -62,6 +78,16 @@ protected:
         for (const Database which : {Database::centro, Database::borrado, Database::entrada})
             engineOf(url).remove(locationOf(url), which);
         std::filesystem::remove_all(folder);
+    }
+    static bool isRegion() { return GetParam() == "galera" || GetParam() == "reserva"; }
+    /// The school as a station finds it: those of a region begin at servers of their own.
+    String urlOf(int station) const
+    {
+        std::string list;
+        for (std::size_t each = 0; each < servers.size(); ++each)
+            list += (each == 0 ? ";SERVIDORES=" : ",") +
+                    servers[(static_cast<std::size_t>(station) + each) % servers.size()];
+        return url.substr(0, url.find(u";SERVIDORES")) + fromUtf8(list);
     }
     static bool isMaria() { return GetParam() == "mariadb"; }
     /// Ends all links to the server but that one.
@@ -154,6 +180,7 @@ protected:
     std::string said;
     const std::filesystem::path folder =
         std::filesystem::temp_directory_path() / ("zv-puestos-" + to_string(getpid()));
+    std::vector<std::string> servers; ///< Of a region.
     String url;
 };
 

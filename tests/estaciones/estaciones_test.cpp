@@ -36,7 +36,8 @@ TEST_P(Stations, eight_insert_into_the_same_catalogues_through_the_dialogs)
             for (const auto& [node, form] : {std::pair("65", "Idioma"), std::pair("34", "Pais")})
                 guion << "abrir " << node << " 1 0\nescribir txt" << form << " \"Puesto " << station << row
                       << "\"\npulsar cmd" << form << "(0)\n";
-        command += "\ntimeout 600 " ZVCONF " guion --en '" + toUtf8(url) + "' " + station + ".guion 2>&1 &";
+        command += "\ntimeout 600 " ZVCONF " guion --en '" + toUtf8(urlOf(station)) + "' " + station +
+                   ".guion 2>&1 &";
     }
     shell(command + "\nwait");
     for (const char* bad : {"> bip", "> mensaje", "> error", "> inaccesible", ".guion:"})
@@ -59,7 +60,7 @@ TEST_P(Stations, two_never_get_the_same_row)
     auto* shared = new (room) Shared;
     const int rounds = times(200, 10000);
     const auto contender = [&](Integer user) {
-        const School school = openSchool(url);
+        const School school = openSchool(urlOf(user));
         const Station station{u"puesto " + decimalText(user), [](StringView) { return false; }};
         for (int round = 0; round < rounds; ++round) {
             const Long row = round % 3;
@@ -364,6 +365,8 @@ TEST_P(LostServer, that_ends_an_idle_link_or_is_waited_for_between_two_answers_o
 
 INSTANTIATE_TEST_SUITE_P(each, LostServer, testing::Values("postgres", "mariadb"));
 INSTANTIATE_TEST_SUITE_P(each, Stations, testing::Values("sqlite", "postgres", "mariadb"),
+                         [](const auto& each) { return each.param; });
+INSTANTIATE_TEST_SUITE_P(region, Stations, testing::ValuesIn(regions()),
                          [](const auto& each) { return each.param; });
 INSTANTIATE_TEST_SUITE_P(each, Hindered, testing::Values("sqlite", "postgres", "mariadb"),
                          [](const auto& each) { return each.param; });

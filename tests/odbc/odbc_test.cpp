@@ -6,6 +6,7 @@
 #include "data/odbc/ConnectionText.h"
 #include "data/odbc/Failure.h"
 #include "data/odbc/Password.h"
+#include "data/odbc/Servers.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -67,6 +68,43 @@ TEST(Password, comes_from_outside_where_the_text_has_none)
     std::filesystem::remove(file);
 }
 
+TEST(Servers, are_tried_as_written_after_the_one_that_served_last)
+{
+    odbc::Servers servers(odbc::ConnectionText(u"DSN=d;SERVIDORES= uno:1, [::1]:2 ,/tres"));
+    EXPECT_FALSE(odbc::Servers(odbc::ConnectionText(u"DSN=d")).isList());
+    String tried;
+    const auto find = [&](StringView serving) {
+        tried.clear();
+        return numberOf(
+            [&] {
+                servers.find(u"DSN=d;Servername=x;port=9", [&](StringView text) {
+                    tried += text;
+                    if (text.find(serving) == StringView::npos)
+                        throw DataError(failure::connectionLost, "08001/0", u"cerrado", u"");
+                });
+            },
+            u"ninguno de los servidores: ");
+    };
+    const String one = u"DSN=d;SERVER=uno;PORT=1;", two = u"DSN=d;SERVER=::1;PORT=2;",
+                 three = u"DSN=d;SERVER=/tres;";
+    for (const auto& [serving, number, order] : {std::tuple(u"::1", 0, one + two),
+                                                 {u"::1", 0, two},
+                                                 {u"tres", 0, two + one + three},
+                                                 {u"nadie", failure::connectionLost, three + one + two},
+                                                 {u"uno", 0, three + one}}) {
+        EXPECT_EQ(find(serving), number);
+        EXPECT_EQ(toUtf8(tried), toUtf8(order));
+    }
+    EXPECT_EQ(numberOf([&] { servers.find(u"", [](StringView) { fail(failure::locked); }); }),
+              failure::locked)
+        << "another server would say the same";
+    for (const StringView wrong : {u"", u"uno,", u"uno:puerto", u":3306", u"uno:", u"uno:123456"})
+        EXPECT_NE(numberOf([&] { odbc::Servers(odbc::ConnectionText(u"SERVIDORES=" + String(wrong))); },
+                           u"SERVIDORES=uno:3306"),
+                  0)
+            << toUtf8(String(wrong));
+}
+
 TEST(OdbcFailure, engines_that_share_a_state_are_told_apart)
 {
     const auto number = [](const char* state, std::int32_t native, StringView words, bool lost = false) {
@@ -81,6 +119,11 @@ TEST(OdbcFailure, engines_that_share_a_state_are_told_apart)
     EXPECT_EQ(number("HY000", 1, u"no such table: x"), failure::tableMissing);
     EXPECT_EQ(number("HY000", 1, u""), failure::badStatement);
     EXPECT_EQ(number("53100", 0, u"disk full"), failure::otherData);
+    EXPECT_EQ(number("40001", 1213, u"Deadlock found"), failure::locked);
+    EXPECT_EQ(number("08S01", 1047, u"WSREP has not yet prepared node"), failure::connectionLost);
+    EXPECT_EQ(number("HY000", 1180, u"(provider status: Not connected to Primary Component)"),
+              failure::connectionLost);
+    EXPECT_EQ(number("HY000", 1180, u"Got error 28 during COMMIT"), failure::otherData);
     EXPECT_EQ(number("23505", 0, u"", true), failure::connectionLost);
 }
 
@@ -217,6 +260,59 @@ TEST_F(Server, a_link_that_ended_is_told_once_under_a_statement_and_never_while_
     const String tooLong = u"DSN=zv_prueba;ESQUEMA=" + String(60, u'x');
     EXPECT_EQ(numberOf([&] { engine->create(tooLong, Database::borrado); }, u"demasiado largo"),
               failure::otherData);
+}
+
+TEST_F(Server, a_conflict_is_repeated_a_few_times_where_nothing_was_done_and_is_no_taken_key)
+{
+    base->Execute(u"CREATE TABLE t (a INTEGER PRIMARY KEY)");
+    struct {
+        StringView state;
+        int conflicts; ///< Before it succeeds.
+        bool inTransaction;
+        std::int32_t number;
+        Long attempts;
+    } const cases[] = {{u"40001", 3, false, 0, 4},
+                       {u"40P01", 5, false, 0, 6},
+                       {u"40001", 99, false, failure::locked, 6},
+                       {u"40P01", 1, true, failure::locked, 1},
+                       {u"23505", 1, false, failure::keyExists, 1}};
+    for (const auto& each : cases) {
+        base->executeNative(
+            u"DROP SEQUENCE IF EXISTS n; CREATE SEQUENCE n; DELETE FROM t; DROP TRIGGER IF EXISTS g ON t; "
+            u"CREATE OR REPLACE FUNCTION choca() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN "
+            u"IF nextval('n')<=" +
+            decimalText(Long{each.conflicts}) + u" THEN RAISE EXCEPTION '\"t_pkey\"' USING ERRCODE='" +
+            String(each.state) +
+            u"'; END IF; RETURN NEW; END $$; CREATE TRIGGER g AFTER INSERT ON t FOR EACH ROW "
+            u"EXECUTE FUNCTION choca()");
+        if (each.inTransaction)
+            base->executeNative(u"BEGIN");
+        EXPECT_EQ(numberOf([&] { base->Execute(u"Insert into t values (1)"); }), each.number);
+        if (each.inTransaction)
+            base->executeNative(u"ROLLBACK");
+        EXPECT_EQ(all(u"Select a from t"), each.number == 0 ? u"1 " : u"");
+        EXPECT_EQ(all(u"Select last_value from n"), decimalText(each.attempts) + u" ");
+    }
+}
+
+/// The test server is on a local socket, as the last of a list here.
+TEST_F(Server, of_a_list_is_found_behind_one_that_is_not_there_and_is_asked_whether_it_takes_changes)
+{
+    const String list = u"DSN=zv_prueba;SERVIDORES=127.0.0.1:1," +
+                        CStr(base->Execute(u"SHOW unix_socket_directories")->row().front()) + u":5432";
+    const ConnectionPtr found = engine->temporary(list, Database::borrado);
+    found->Execute(u"CREATE TABLE t (a INTEGER)");
+    found->Execute(u"Insert into t values (1)");
+    EXPECT_EQ(numberOf(
+                  [&] {
+                      odbcEngine()->temporary(list + u";pqopt={options=-cdefault_transaction_read_only=on}",
+                                              Database::borrado);
+                  },
+                  u"5432: no admite cambios"),
+              failure::connectionLost);
+    EXPECT_EQ(numberOf([&] { engine->temporary(u"DSN=zv_prueba;SERVIDORES=127.0.0.1:1", Database::borrado); },
+                       u"127.0.0.1:1: "),
+              failure::connectionLost);
 }
 
 /// Where its socket cannot be told from others that came at the same moment, an idle link is asked.

@@ -104,4 +104,9 @@ String ConnectionText::text() const
 
 String ConnectionText::shown() const { return u"odbc:" + withoutPassword(text()); }
 
+void failFor(const ConnectionText& text, StringView words, std::int32_t number)
+{
+    throw RuntimeError(number, u"«" + text.shown() + u"» " + String(words));
+}
+
 } // namespace zv::odbc

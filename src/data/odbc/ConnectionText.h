@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/DataError.h"
 #include "runtime/String.h"
 
 #include <optional>
@@ -31,5 +32,9 @@ private:
     };
     std::vector<Attribute> attributes_;
 };
+
+/// Fails with the text as it is shown, and what is wrong with it.
+[[noreturn]] void failFor(const ConnectionText& text, StringView words,
+                          std::int32_t number = failure::otherData);
 
 } // namespace zv::odbc

@@ -60,9 +60,10 @@ constexpr std::array rules{
     Rule{"08", 0, u"", failure::connectionLost},
     Rule{"57P", 0, u"", failure::connectionLost}, // PostgreSQL, shutdown or startup
     Rule{"HYT01", 0, u"", failure::connectionLost},
-    Rule{"70100", 1927, u"", failure::connectionLost}, // MariaDB, killed by an administrator
-    Rule{"HY000", 2006, u"", failure::connectionLost}, // MariaDB
-    Rule{"HY000", 2013, u"", failure::connectionLost}, // MariaDB
+    Rule{"70100", 1927, u"", failure::connectionLost},                // MariaDB, killed by an administrator
+    Rule{"HY000", 2006, u"", failure::connectionLost},                // MariaDB
+    Rule{"HY000", 2013, u"", failure::connectionLost},                // MariaDB
+    Rule{"HY000", 1180, u"provider status", failure::connectionLost}, // Galera, cut off from the others
 };
 
 bool fits(const Rule& rule, const Diagnosis& diagnosis)
@@ -88,6 +89,16 @@ DataError failureOf(const Diagnosis& diagnosis, bool lost, StringView statement)
 {
     return {lost ? failure::connectionLost : numberOf(diagnosis, statement),
             diagnosis.state + "/" + std::to_string(diagnosis.native), diagnosis.words, statement};
+}
+
+bool saidByServer(const DataError& failure)
+{
+    // PostgreSQL's driver has one state for both; what the server itself says has its severity in front.
+    // MariaDB's own numbers are around those of its driver.
+    const std::int32_t number = ownNumber(failure);
+    return failure.engineCode().starts_with("28") || failure.engineCode().starts_with("57P03") ||
+           (number >= 1000 && number < 2000) || number >= 3000 ||
+           failure.engineText().find(u"FATAL:") != StringView::npos;
 }
 
 std::int32_t ownNumber(const DataError& failure)

@@ -65,6 +65,8 @@ public:
     bool wasCut() const { return patience_ && patience_->ranOut(); }
     /// Whether the peer closed the connection while it was idle; nullopt if only a statement can tell.
     std::optional<bool> wasEnded() const { return socket_.ended(); }
+    /// Whether that process of the server is at its other end, which sees that port; see Socket.
+    bool leadsTo(long process, long port) const { return socket_.leadsTo(process, port); }
     /// Time since its last statement.
     Patience::Clock::duration idle() const { return Patience::Clock::now() - used_; }
     void* get() const { return connection_.get(); }

@@ -9,11 +9,6 @@
 
 namespace zv::odbc {
 
-void failFor(const ConnectionText& text, StringView words, std::int32_t number)
-{
-    throw RuntimeError(number, u"«" + text.shown() + u"» " + String(words));
-}
-
 String whyClosed(const DataError& failure)
 {
     const std::string& code = failure.engineCode();
@@ -63,6 +58,7 @@ ConnectionText forDriver(ConnectionText text)
 {
     text.take(u"ESQUEMA");
     text.take(u"ESPERA");
+    text.take(u"SERVIDORES");
     if (!text.find(u"PWD") && !text.find(u"Password"))
         if (const std::optional<String> password = passwordFromOutside())
             text.set(u"PWD", *password);

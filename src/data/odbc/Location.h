@@ -11,8 +11,6 @@ namespace zv::odbc {
 
 /// What a location's connection string asks for, beside what the driver takes from it.
 
-[[noreturn]] void failFor(const ConnectionText& text, StringView words,
-                          std::int32_t number = failure::otherData);
 /// Advice for a refused connection, by SQLSTATE: the driver manager's own ones are for what this machine
 /// lacks.
 String whyClosed(const DataError& failure);

@@ -3,6 +3,7 @@
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "data/odbc/Location.h"
+#include "data/odbc/Probe.h"
 #include "data/odbc/Schemas.h"
 #include "runtime/Convert.h"
 
@@ -44,21 +45,6 @@ private:
     std::shared_ptr<Pool> pool_;
     String schema_;
 };
-
-/// Probe by a round trip: an old driver converts to one code page, and would corrupt all letters outside it.
-bool takesAllTexts(const std::shared_ptr<Link>& link)
-{
-    const String text = u"ñЩ";
-    try {
-        const StatementRows rows(link, u"SELECT " + textLiteral(text));
-        const String* found = rows.row() ? std::get_if<String>(&rows.row()->front()) : nullptr;
-        return found && *found == text;
-    } catch (const DataError&) {
-        if (link->isLost())
-            throw;
-        return false;
-    }
-}
 
 [[noreturn]] void failTaken(const ConnectionText& text, StringView schema)
 {
@@ -246,6 +232,7 @@ private:
     struct KnownServer {
         const Server* server = nullptr;
         std::shared_ptr<Outage> outage;
+        std::shared_ptr<Servers> servers;
         String standing;         ///< Schema that its data source names.
         bool smallNames = false; ///< The server keeps the names of schemas in small letters.
     };
@@ -289,16 +276,24 @@ private:
     const KnownServer& serverOf(const ConnectionText& text)
     {
         const ConnectionText plain = forDriver(text);
-        const auto known = servers_.find(plain.text());
+        const String called = plain.text() + text.find(u"SERVIDORES").value_or(u"");
+        const auto known = servers_.find(called);
         if (known != servers_.end())
             return known->second;
+        const auto servers = std::make_shared<Servers>(text);
         try {
-            const auto link = firstLink(plain, longestSilence(text));
+            const auto link = firstLink(*servers, plain, longestSilence(text));
             const Server& found = serverNamed(link->engine().name);
-            if (found.keepsAllTexts && !takesAllTexts(link))
+            const Probe seen = found.keepsAllTexts ? probe(link, found) : Probe();
+            if (found.keepsAllTexts && !seen.takesAllTexts)
                 failFor(text, u"tiene un controlador sin Unicode, que estropearía las letras: use el que lo "
                               u"tiene («PostgreSQL Unicode», «MariaDB Unicode»; para un fichero, sqlite:).");
-            KnownServer result{&found, std::make_shared<Outage>(), {}, false};
+            if (sharesSessions(link, seen, found,
+                               [&] { return firstLink(*servers, plain, longestSilence(text)); }))
+                failFor(text, u"pasa por un repartidor de conexiones que da cada transacción a una sesión "
+                              u"distinta del servidor, y en ella se pierde el esquema del centro: repártalas "
+                              u"por sesión (pool_mode=session), o conecte sin él.");
+            KnownServer result{&found, std::make_shared<Outage>(), servers, {}, false};
             if (const StringView asked =
                     found.placing == Placing::schemas ? schemasOf(found).standing() : u"";
                 !asked.empty()) {
@@ -306,24 +301,32 @@ private:
                 result.standing = CStr(answer.value(0));
                 result.smallNames = CLng(answer.value(1)) != 0;
             }
-            return servers_[plain.text()] = result;
+            return servers_[called] = result;
         } catch (const DataError& failure) {
             failFor(text, whyClosed(failure) + u" (" + failure.engineText() + u").", failure::connectionLost);
         }
     }
 
     /// Where the database that the text names is not there, to the server itself: it may be about to be made.
-    static std::shared_ptr<Link> firstLink(ConnectionText plain, std::chrono::seconds patience)
+    static std::shared_ptr<Link> firstLink(Servers& servers, ConnectionText plain,
+                                           std::chrono::seconds patience)
     {
+        std::shared_ptr<Link> link;
+        const auto attempt = [&](StringView text) {
+            link = std::make_shared<Link>(text, patience);
+            if (servers.isList())
+                requireServing(link);
+        };
         try {
-            return std::make_shared<Link>(plain.text(), patience);
+            servers.find(plain.text(), attempt);
         } catch (const DataError& failure) {
             if (!mariadbSchemas().isMissing(failure))
                 throw;
             for (const StringView attribute : mariadbSchemas().attributes())
                 plain.take(attribute);
-            return std::make_shared<Link>(plain.text(), patience);
+            servers.find(plain.text(), attempt);
         }
+        return link;
     }
 
     Target targetIn(const ConnectionText& text, String schema)
@@ -331,6 +334,7 @@ private:
         const KnownServer& known = serverOf(text);
         Target target{.server = known.server,
                       .connectionText = {},
+                      .servers = known.servers,
                       .schema = std::move(schema),
                       .selection = {},
                       .patience = longestSilence(text),

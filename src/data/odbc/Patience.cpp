@@ -12,8 +12,10 @@
 #ifdef __linux__
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -116,6 +118,28 @@ std::optional<bool> Socket::ended() const
     return poll(&state, 1, 0) > 0;
 }
 
+bool Socket::leadsTo(long process, long port) const
+{
+    sockaddr_storage own{};
+    socklen_t size = sizeof own;
+    // NOLINTBEGIN(*-reinterpret-cast): sockets take their addresses so.
+    if (copy_ < 0 || getsockname(copy_, reinterpret_cast<sockaddr*>(&own), &size) != 0)
+        return false;
+    if (own.ss_family == AF_INET)
+        return ntohs(reinterpret_cast<const sockaddr_in&>(own).sin_port) == port;
+    if (own.ss_family == AF_INET6)
+        return ntohs(reinterpret_cast<const sockaddr_in6&>(own).sin6_port) == port;
+    // NOLINTEND(*-reinterpret-cast)
+    ucred listens{};
+    size = sizeof listens;
+    std::string state;
+    std::getline(std::ifstream("/proc/" + std::to_string(process) + "/stat"), state);
+    // Number, name in parentheses, a letter, the parent's number.
+    const std::size_t name = state.rfind(") ");
+    return getsockopt(copy_, SOL_SOCKET, SO_PEERCRED, &listens, &size) == 0 && name != std::string::npos &&
+           std::atol(state.c_str() + name + 4) == listens.pid;
+}
+
 bool Socket::cut()
 {
     find(true);
@@ -145,6 +169,7 @@ void Socket::find(bool /*alsoConnecting*/) {}
 void Socket::noticeSilentNetwork() {}
 Socket::~Socket() = default;
 std::optional<bool> Socket::ended() const { return std::nullopt; }
+bool Socket::leadsTo(long /*process*/, long /*port*/) const { return false; }
 bool Socket::cut() { return false; }
 static std::thread quietThread(const std::function<void()>& life) { return std::thread(life); }
 #endif

@@ -27,6 +27,9 @@ public:
     void noticeSilentNetwork();
     /// Whether the peer or the network closed the connection; nullopt if the socket is unknown.
     std::optional<bool> ended() const;
+    /// Whether a server's process is at its other end, and nothing between: it sees the port of this side
+    /// there, or on a local socket it is a child of who listens. False if the socket is unknown.
+    bool leadsTo(long process, long port) const;
     /// Shuts the socket down, so that a thread blocked in a driver's call on it returns with an error. False
     /// if it is unknown.
     bool cut();

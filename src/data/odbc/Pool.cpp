@@ -55,7 +55,14 @@ bool isConflict(const DataError& failure)
     return failure.engineCode().starts_with("40001") || failure.engineCode().starts_with("40P01");
 }
 
-constexpr int conflictRetries = 5;
+/// Whether a node of a cluster refused the statement unread, since it is out of step with the others.
+bool isOutOfStep(const DataError& failure)
+{
+    constexpr std::int32_t notPrepared = 1047;
+    return failure.engineCode().starts_with("08S01") && ownNumber(failure) == notPrepared;
+}
+
+constexpr int retries = 5;
 /// MariaDB's number of a conflict for which it takes back not the statement but the transaction around it.
 constexpr std::int32_t wholeTransaction = 1213;
 
@@ -78,20 +85,7 @@ DataError lostTransaction(StringView statement)
     return {failure::connectionLost, "40000", u"la transacción se ha perdido con la conexión", statement};
 }
 
-/// Whether MariaDB itself refused, by the range of its numbers; those of its driver are between.
-bool isServersOwn(const DataError& failure)
-{
-    const std::int32_t number = ownNumber(failure);
-    return (number >= 1000 && number < 2000) || number >= 3000;
-}
-
-Absence absence(const DataError& failure)
-{
-    // PostgreSQL's driver has one state for both; what the server itself says has its severity in front.
-    return {failure.engineCode().starts_with("28") || isServersOwn(failure) ||
-                failure.engineText().find(u"FATAL:") != StringView::npos,
-            failure.engineText()};
-}
+Absence absence(const DataError& failure) { return {saidByServer(failure), failure.engineText()}; }
 
 } // namespace
 
@@ -118,13 +112,18 @@ void Pool::pauseAfter(const DataError& failure)
 
 std::shared_ptr<Link> Pool::open() const
 {
-    auto fresh = std::make_shared<Link>(target_.connectionText, target_.patience);
-    if (target_.server->wantsKeepalive)
-        fresh->noticeSilentNetwork();
-    for (const String& setting : target_.settings)
-        StatementRows(fresh, setting);
-    if (!target_.selection.empty())
-        StatementRows(fresh, target_.selection);
+    std::shared_ptr<Link> fresh;
+    target_.servers->find(target_.connectionText, [&](StringView text) {
+        fresh = std::make_shared<Link>(text, target_.patience);
+        if (target_.server->wantsKeepalive)
+            fresh->noticeSilentNetwork();
+        if (target_.servers->isList())
+            requireServing(fresh);
+        for (const String& setting : target_.settings)
+            StatementRows(fresh, setting);
+        if (!target_.selection.empty())
+            StatementRows(fresh, target_.selection);
+    });
     return fresh;
 }
 
@@ -266,22 +265,23 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
     // What would follow is a part of it alone.
     if (undone_)
         throw DataError(*undone_);
-    const std::shared_ptr<Link> on = link();
-    if (on->isLost())
-        throw lostTransaction(statement);
-    while (!on->cursors.empty())
-        on->cursors.back()->takeAll();
     for (int again = 0;; ++again) {
+        const std::shared_ptr<Link> on = link();
+        if (on->isLost())
+            throw lostTransaction(statement);
+        while (!on->cursors.empty())
+            on->cursors.back()->takeAll();
         try {
             return send(statement, on);
         } catch (const DataError& failure) {
-            if (!isConflict(failure) || on->isLost() || again == conflictRetries)
+            const bool undone = isConflict(failure) && !on->isLost();
+            if (again == retries || !(undone || isOutOfStep(failure)))
                 throw;
             if (transaction_ && ownNumber(failure) == wholeTransaction)
                 undone_ = failure;
             if (transaction_)
                 throw;
-            // The server took back all that the statement did, and it is a transaction by itself.
+            // Nothing of the statement was done, and it is a transaction by itself.
         }
         pauseBeforeRetry(again);
     }

@@ -3,6 +3,7 @@
 #include "data/Handles.h"
 #include "data/odbc/Link.h"
 #include "data/odbc/Server.h"
+#include "data/odbc/Servers.h"
 
 #include <chrono>
 #include <map>
@@ -23,7 +24,8 @@ struct Outage {
 /// A database on a server, and how a pool opens links to it.
 struct Target {
     const Server* server = nullptr;
-    String connectionText;
+    String connectionText; ///< For any of the servers.
+    std::shared_ptr<Servers> servers;
     String schema;                   ///< Empty on servers without schemas.
     String selection;                ///< Statement that selects it on a new link; empty if none does.
     std::chrono::seconds patience{}; ///< Timeout of a driver's call, see Link.

@@ -111,13 +111,17 @@ public:
         }
     }
 
-    /// The server frees a lock with the session that held it, however that ends.
+    /// The server frees a lock with the session that held it, however that ends. A cluster's node knows the
+    /// locks of its own sessions alone: there only what was begun a day ago has no owner.
     void dropOrphans(Pool& pool, StringView ownName) const override
     {
-        for (const auto& [schema, name] :
-             pairs(pool, u"SELECT SCHEMA_NAME, REGEXP_REPLACE(SCHEMA_NAME,'_(borrado|entrada)$','') "
-                         u"FROM information_schema.SCHEMATA WHERE SCHEMA_NAME REGEXP "
-                         u"'^zv_(guion|nuevo)_[0-9]{12,}(_borrado|_entrada)?$'"))
+        for (const auto& [schema, name] : pairs(
+                 pool, u"SELECT SCHEMA_NAME, REGEXP_REPLACE(SCHEMA_NAME,'_(borrado|entrada)$','') "
+                       u"FROM information_schema.SCHEMATA WHERE SCHEMA_NAME REGEXP "
+                       u"'^zv_(guion|nuevo)_[0-9]{12,}(_borrado|_entrada)?$' AND (NOT EXISTS (SELECT 1 FROM "
+                       u"information_schema.GLOBAL_VARIABLES WHERE VARIABLE_NAME='WSREP_ON' AND "
+                       u"VARIABLE_VALUE='ON') OR EXISTS (SELECT 1 FROM information_schema.TABLES WHERE "
+                       u"TABLE_SCHEMA=SCHEMA_NAME AND CREATE_TIME<NOW()-INTERVAL 1 DAY))"))
             if (name != ownName && isFree(pool, name))
                 dropOrphan(pool, schema);
     }

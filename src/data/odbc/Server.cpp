@@ -18,6 +18,8 @@ constexpr std::array servers{
            .settings = u"SET lock_timeout='5s'; SET standard_conforming_strings=on; SET timezone='UTC'",
            .patience = u"SET statement_timeout='{}s'",
            .readOnlySettings = u"SET default_transaction_read_only=on",
+           .session = u"pg_backend_pid(), COALESCE(inet_client_port(),0)",
+           .serving = u"SELECT CASE current_setting('transaction_read_only') WHEN 'off' THEN 1 ELSE 0 END, 0",
            .driverOptions = u"UseDeclareFetch=1;Fetch=100;BoolsAsChar=0;pqopt=tcp_user_timeout=10000 "
                             u"keepalives_idle=4 keepalives_interval=2 keepalives_count=3"},
     Server{.name = u"Microsoft SQL Server",
@@ -27,7 +29,9 @@ constexpr std::array servers{
     Server{.name = u"ACCESS", .placing = Placing::files},
     Server{.name = u"SQLite", .dialect = standardSql, .keepsAllTexts = true, .placing = Placing::files},
     // Names fold, so that nobody has to ask for lower_case_table_names. Each statement sees what was
-    // committed before it, as elsewhere. The driver fetches all rows at once.
+    // committed before it, as elsewhere. The driver fetches all rows at once. A node of a cluster first takes
+    // in what
+    // the others have committed, before a statement that reads, changes or inserts (1+2+4).
     Server{.name = u"MariaDB",
            .dialect = {.joinTexts = u"||", .deleteWithStar = false, .namesInAnyCase = false},
            .keepsAllTexts = true,
@@ -41,6 +45,14 @@ constexpr std::array servers{
                        u"tx_isolation='READ-COMMITTED', NAMES utf8mb4 COLLATE utf8mb4_nopad_bin",
            .patience = u"SET max_statement_time={}",
            .readOnlySettings = u"SET SESSION TRANSACTION READ ONLY",
+           .serving =
+               u"SELECT @@read_only=0 AND 2*(SELECT COUNT(*) FROM information_schema.GLOBAL_VARIABLES WHERE "
+               u"VARIABLE_NAME='WSREP_ON' AND VARIABLE_VALUE='ON')=(SELECT COUNT(*) FROM "
+               u"information_schema.GLOBAL_STATUS WHERE (VARIABLE_NAME='WSREP_READY' AND "
+               u"VARIABLE_VALUE='ON') OR (VARIABLE_NAME='WSREP_CLUSTER_STATUS' AND "
+               u"VARIABLE_VALUE='Primary')), (SELECT COUNT(*) FROM information_schema.GLOBAL_VARIABLES "
+               u"WHERE VARIABLE_NAME='WSREP_ON' AND VARIABLE_VALUE='ON')",
+           .nodeSettings = u"SET SESSION wsrep_sync_wait=7",
            .driverOptions = u"CHARSET=utf8mb4;CONN_TIMEOUT=5"},
     Server{.name = u"MySQL",
            .dialect = standardSql,

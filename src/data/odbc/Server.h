@@ -24,7 +24,10 @@ struct Server {
     StringView settings = {};            ///< Statements run first on each link.
     StringView patience = {};            ///< Pattern of the statement that sets the timeout, in seconds.
     StringView readOnlySettings = {};    ///< Statements run in addition for a read-only link.
-    StringView driverOptions = {};       ///< Defaults for attributes missing in the connection string.
+    StringView session = {}; ///< Columns: the server's process of a link, the port of the link's other side.
+    StringView serving = {}; ///< Query: does it take changes, is it a node of a cluster. Asked in a list.
+    StringView nodeSettings = {};  ///< Statement run on each link to a node of a cluster.
+    StringView driverOptions = {}; ///< Defaults for attributes missing in the connection string.
 };
 
 /// Lookup by the name that a driver reports; the default for an unknown one leaves statements untranslated.

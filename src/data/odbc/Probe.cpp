@@ -1,0 +1,44 @@
+#include "data/odbc/Probe.h"
+
+#include "data/Statement.h"
+#include "runtime/Convert.h"
+
+namespace zv::odbc {
+
+Probe probe(const std::shared_ptr<Link>& link, const Server& kind)
+{
+    const String text = u"ñЩ";
+    Probe result;
+    try {
+        const StatementRows rows(link, u"SELECT " + textLiteral(text) +
+                                           (kind.session.empty() ? String() : u", " + String(kind.session)));
+        if (!rows.row())
+            return result;
+        const String* found = std::get_if<String>(&rows.row()->front());
+        result.takesAllTexts = found && *found == text;
+        if (kind.session.empty())
+            return result;
+        result.session = CLng(rows.value(1));
+        result.isDirect = link->leadsTo(result.session, CLng(rows.value(2)));
+    } catch (const DataError&) {
+        if (link->isLost())
+            throw;
+    }
+    return result;
+}
+
+bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const Server& kind,
+                    const std::function<std::shared_ptr<Link>()>& another)
+{
+    if (found.isDirect || found.session <= 0)
+        return false;
+    constexpr int rounds = 5;
+    const std::shared_ptr<Link> second = another();
+    const Long its = probe(second, kind).session;
+    bool shared = its == found.session;
+    for (int round = 0; round < rounds && !shared; ++round)
+        shared = probe(link, kind).session != found.session || probe(second, kind).session != its;
+    return shared;
+}
+
+} // namespace zv::odbc

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "data/odbc/ConnectionText.h"
+#include "data/odbc/Link.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace zv::odbc {
+
+/// Servers that hold the same databases: those of the attribute SERVIDORES («a:3306,b:3306»), or the single
+/// one that the driver is told of. Shared by the databases of a school, so that all go to the same one.
+class Servers {
+public:
+    /// Fails if SERVIDORES is no list.
+    explicit Servers(const ConnectionText& location);
+
+    /// Whether there is a list: only then is a server asked whether it serves, see requireServing().
+    bool isList() const { return !places_.empty(); }
+    /// Failover: calls `attempt` with a driver's connection string for each server until one does not fail
+    /// with connectionLost, which is the first the next time. The others follow as they are written, so that
+    /// the stations of a school meet at the same one, and where an administrator wants them. If all fail,
+    /// what each said is told in one failure.
+    void find(StringView connectionText, const std::function<void(StringView)>& attempt);
+
+private:
+    struct Place {
+        String host;
+        String port; ///< Empty: the driver's own.
+    };
+    static String shown(const Place& place);
+
+    std::vector<Place> places_;
+    std::size_t serving_ = 0; ///< The place that served last.
+};
+
+/// Asks a server of a list whether it takes changes, and fails with connectionLost if not: a standby, a node
+/// that has lost the majority. Makes the link one of a cluster, where it is.
+void requireServing(const std::shared_ptr<Link>& link);
+
+} // namespace zv::odbc
