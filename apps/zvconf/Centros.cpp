@@ -109,6 +109,9 @@ public:
         isCsv_ = lowerName(file_.extension().u16string()) == u".csv";
         if (!isCsv_ && lowerName(file_.extension().u16string()) != u".json")
             throw UsageError(u"--informe quiere un fichero que acabe en .csv o en .json.");
+        std::error_code ignored;
+        if (fs::equivalent(file_, fs::path(options.operand(0, u"")), ignored))
+            throw UsageError(u"--informe escribiría encima de la lista: dé otro nombre.");
         if (fs::is_directory(file_))
             fail();
         draft_ = file_;

@@ -95,6 +95,8 @@ TEST_F(Centros, those_that_fail_stop_no_other)
         EXPECT_EQ((out + err + report).find("secreta"), std::string::npos) << out << err << report;
     }
     EXPECT_EQ(run("centros copia lista --carpeta nohay"), 2) << "before anything is done";
+    fs::copy(folder / "lista", folder / "lista.csv");
+    EXPECT_EQ(run("centros comprobar lista.csv --informe ./lista.csv"), 2) << "the list is not written over";
 
     for (const char* each : {"nula.db", "nula.borrado.db", "nula.entrada.db"})
         std::ofstream(folder / each).flush();
