@@ -1,6 +1,8 @@
 #include "data/Cursor.h"
 
 #include <algorithm>
+#include <concepts>
+#include <cstring>
 #include <utility>
 
 namespace zv {
@@ -50,15 +52,16 @@ public:
     }
 
 private:
-    /// Of equal names the first counts. Dialogs ask the same of each row in the same order: what came next in
-    /// the row before is tried first.
+    /// Of equal names the first counts. Dialogs ask the same of each row in much the same order: what came
+    /// next in the row before is tried first.
     std::size_t placeOf(StringView name)
     {
         const std::vector<String>& names = opened().names();
-        if (turn_ == asked_.size())
-            turn_ = 0;
-        if (turn_ < asked_.size() && asked_[turn_].first == name)
-            return asked_[turn_++].second;
+        for (std::size_t tried = 0; tried < asked_.size(); ++tried) {
+            const auto& [asked, place] = asked_[turn_++ % asked_.size()];
+            if (isExactly(asked, name))
+                return place;
+        }
         const auto found =
             std::ranges::find_if(names, [&](const String& each) { return sameName(each, name); });
         if (found == names.end())
@@ -66,9 +69,15 @@ private:
         const auto place = static_cast<std::size_t>(found - names.begin());
         if (asked_.size() < names.size()) {
             asked_.emplace_back(name, place);
-            turn_ = asked_.size();
+            turn_ = 0;
         }
         return place;
+    }
+    /// As units, not letter by letter: it is asked for every field.
+    static bool isExactly(StringView one, StringView other)
+    {
+        return one.size() == other.size() &&
+               std::memcmp(one.data(), other.data(), one.size() * sizeof(char16_t)) == 0;
     }
     Cursor& opened() const
     {
@@ -85,9 +94,9 @@ private:
     }
     Value value(const Cursor::Field& field) const
     {
-        if (!field)
+        if (std::holds_alternative<Cursor::Bytes>(field))
             refuse(failure::otherData, u"el campo contiene bytes y no se puede leer");
-        return *field;
+        return Cursor::valueOf(field);
     }
     [[noreturn]] void refuse(std::int32_t number, StringView detail = {}) const
     {
@@ -98,7 +107,7 @@ private:
     Again again_;
     std::unique_ptr<Cursor> cursor_;
     std::vector<std::pair<String, std::size_t>> asked_;
-    std::size_t turn_ = 0; ///< Of what was asked.
+    std::size_t turn_ = 0; ///< Of what was asked, counted on and on.
 };
 
 String hexadecimal(char16_t unit)
@@ -113,6 +122,18 @@ String hexadecimal(char16_t unit)
 bool isSurrogate(char16_t unit, char16_t first) { return (unit & 0xFC00) == first; }
 
 } // namespace
+
+Value Cursor::valueOf(const Field& field)
+{
+    return std::visit(
+        []<class Data>(const Data& data) -> Value {
+            if constexpr (std::same_as<Data, Bytes>)
+                return {};
+            else
+                return data;
+        },
+        field);
+}
 
 void Cursor::begin()
 {
@@ -130,7 +151,6 @@ void Cursor::fetch()
         return;
     try {
         Row row = std::exchange(spare_, {});
-        row.clear();
         if (read(row)) {
             rows_.push_back(std::move(row));
             return;
@@ -182,7 +202,7 @@ RecordsetPtr recordsetOf(String statement, std::unique_ptr<Cursor> cursor,
     return std::make_shared<Rows>(std::move(statement), std::move(cursor), std::move(again));
 }
 
-Value wholeNumber(std::int64_t number)
+Cursor::Field wholeNumber(std::int64_t number)
 {
     if (number >= INT32_MIN && number <= INT32_MAX)
         return static_cast<Long>(number);

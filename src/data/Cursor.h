@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <variant>
 
 namespace zv {
 
@@ -13,8 +14,10 @@ namespace zv {
 /// its handle is idle again.
 class Cursor {
 public:
-    /// A field; empty if it holds binary data, for which there is no Value.
-    using Field = std::optional<Value>;
+    /// Binary data, for which there is no Value.
+    struct Bytes {};
+    /// A field as engines give it: whole numbers that a Long has no room for are Doubles.
+    using Field = std::variant<Null, Long, Double, String, Bytes>;
     using Row = std::vector<Field>;
 
     Cursor() = default;
@@ -25,6 +28,9 @@ public:
     const std::vector<String>& names() const { return names_; }
     /// The current row; nullptr past the last.
     const Row* row() const { return rows_.empty() ? nullptr : &rows_.front(); }
+    /// A field of the current row, which has to be there; Empty for bytes.
+    Value value(std::size_t column) const { return valueOf(rows_.front().at(column)); }
+    static Value valueOf(const Field& field);
     bool isOnFirst() const { return passed_ == 0; }
     /// Whether the statement only reads, so that it may be run again.
     virtual bool onlyReads() const = 0;
@@ -34,7 +40,8 @@ public:
     void takeAll();
 
 protected:
-    /// The engine's next row; false past the last. A failure is a DataError.
+    /// Reads the engine's next row over one that was passed, whose room may be used again; false past the
+    /// last. A failure is a DataError.
     virtual bool read(Row& row) = 0;
     /// Releases the engine's resources: nothing more will be read.
     virtual void finish() = 0;
@@ -61,7 +68,7 @@ RecordsetPtr recordsetOf(String statement, std::unique_ptr<Cursor> cursor,
                          std::function<std::unique_ptr<Cursor>(StringView)> again);
 
 /// Converts a whole number: to a Long where it fits.
-Value wholeNumber(std::int64_t number);
+Cursor::Field wholeNumber(std::int64_t number);
 
 /// Fails with otherData if the statement holds a 16-bit unit that a database would not store and return
 /// unchanged.

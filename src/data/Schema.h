@@ -10,6 +10,10 @@
 /// The schema of a school as data: it makes new databases, and checks those made elsewhere.
 namespace zv::schema {
 
+/// Table of the rows that stations have open: housekeeping that no person ever types, and that dies with its
+/// station.
+inline constexpr StringView registrations = u"RegistroActivo";
+
 enum class Type {
     integer,     ///< 16-bit signed.
     longInteger, ///< 32-bit signed.

@@ -193,7 +193,7 @@ std::vector<String> checkDamage(const School& school, Engine& engine)
 
 bool hasRegister(const School& school, Engine& engine)
 {
-    return tableIn(engine.tables(*school.centro), u"RegistroActivo") != nullptr;
+    return tableIn(engine.tables(*school.centro), schema::registrations) != nullptr;
 }
 
 } // namespace zv

@@ -238,7 +238,7 @@ constexpr Table centro[] = {
     readOnly(u"TipoInfInd", {{u"IDTipo"}, text(u"Descripcion")}),
 
     // Last on purpose: the deleted-records database takes all tables before it.
-    {u"RegistroActivo",
+    {registrations,
      Use::addedByUs,
      Key::given,
      2,

@@ -1,15 +1,28 @@
 #include "data/Tokens.h"
 
+#include <array>
+
 namespace zv {
 namespace {
 
-bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
-bool isNameUnit(char16_t unit)
-{
-    return unit >= 0x80 || isDigit(unit) || (unit >= u'a' && unit <= u'z') ||
-           (unit >= u'A' && unit <= u'Z') || StringView(u"_$@#").find(unit) != StringView::npos;
-}
-bool isBlank(char16_t unit) { return StringView(u" \t\r\n\f").find(unit) != StringView::npos; }
+constexpr bool isDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+/// What an ASCII unit may be part of.
+struct Units {
+    std::array<bool, 0x80> name{};
+    std::array<bool, 0x80> blank{};
+};
+constexpr Units units = [] {
+    Units result;
+    for (const char16_t each :
+         StringView(u"0123456789_$@#abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"))
+        result.name[each] = true;
+    for (const char16_t each : StringView(u" \t\r\n\f"))
+        result.blank[each] = true;
+    return result;
+}();
+bool isNameUnit(char16_t unit) { return unit >= 0x80 || units.name[unit]; }
+bool isBlank(char16_t unit) { return unit < 0x80 && units.blank[unit]; }
 
 } // namespace
 

@@ -172,6 +172,8 @@ struct ToNumber {
 template <class Whole>
 Whole toWhole(const Value& value)
 {
+    if (const auto* number = value.as<Long>(); number && std::in_range<Whole>(*number))
+        return static_cast<Whole>(*number);
     const Double rounded = roundHalfEven(CDbl(value));
     if (!(rounded >= std::numeric_limits<Whole>::min() && rounded <= std::numeric_limits<Whole>::max()))
         fail(failure::overflow);

@@ -41,10 +41,12 @@ TEST(Parameters, are_what_is_compared_assigned_or_inserted)
                   "select a from t where a in (select 1 from u where b=? limit 3) and c=? 2 4"},
              Case{u"select a from t where a like 'x%' and [a=1]=1 -- =5",
                   "select a from t where a like 'x%' and [a=1]=? -- =5 1"},
-             Case{u"insert into t select 1,'a' from u where b=9999999999999999999", ""},
+             Case{u"insert into t select 1,'a' from u where b=9999999999999999999",
+                  "insert into t select 1,'a' from u where b=9999999999999999999"},
              Case{u"select a from t where a=? and b=1", ""},
+             Case{u"Select * from t", "Select * from t"},
              Case{u"PRAGMA user_version=1", ""},
-             Case{u"select a from t where a='never ends", ""},
+             Case{u"select a from t where a='never ends", "select a from t where a='never ends"},
          })
         EXPECT_EQ(parted(each.statement), each.parted) << toUtf8(each.statement);
 }

@@ -8,6 +8,19 @@
 #include <sstream>
 #include <thread>
 
+#ifdef __linux__
+#include <sys/syscall.h>
+#include <unistd.h>
+
+/// What the engine calls to wait for the disk, counted.
+static int waitsForDisk = 0;
+extern "C" int fdatasync(int file)
+{
+    ++waitsForDisk;
+    return static_cast<int>(syscall(SYS_fdatasync, file));
+}
+#endif
+
 using namespace zv;
 namespace fs = std::filesystem;
 
@@ -173,8 +186,33 @@ TEST_F(Files, who_waits_too_long_fails_as_locked)
 TEST_F(Files, a_file_that_was_taken_away_is_a_lost_connection)
 {
     const ConnectionPtr here = made();
+    std::this_thread::sleep_for(std::chrono::milliseconds(10)); // A look is believed for a few of them.
     fs::rename(at(u"colegio.db"), at(u"fuera.db"));
     EXPECT_EQ(numberOf([&] { here->Execute(u"Delete * From t"); }), failure::connectionLost);
     const ConnectionPtr anew = made();
     EXPECT_EQ(numberOf([&] { here->Execute(u"Select * from t"); }), failure::connectionLost);
 }
+
+#ifdef __linux__
+TEST_F(Files, what_returned_is_on_disk_but_for_registrations_outside_a_transaction)
+{
+    const ConnectionPtr here = made();
+    here->Execute(u"CREATE TABLE RegistroActivo (Fila INTEGER)");
+    here->Execute(u"CREATE TABLE RegistroActivos (Fila INTEGER)");
+    for (const auto& [statement, waits] : {
+             std::pair(u"Update t Set b='RegistroActivo' Where a=1", 1),
+             std::pair(u"INSERT INTO RegistroActivo (Fila) VALUES (1)", 0),
+             std::pair(u"Update t Set b='INSERT INTO RegistroActivo ' Where a=1", 1),
+             std::pair(u"INSERT INTO RegistroActivos (Fila) VALUES (1)", 1),
+             std::pair(u"UPDATE RegistroActivo SET Fila=2", 0),
+             std::pair(u"BEGIN", 0),
+             std::pair(u"Insert into t values (4,'w')", 0),
+             std::pair(u"DELETE FROM RegistroActivo WHERE Fila=2", 0),
+             std::pair(u"COMMIT", 1),
+         }) {
+        waitsForDisk = 0;
+        here->executeNative(statement);
+        EXPECT_EQ(waitsForDisk, waits) << toUtf8(statement);
+    }
+}
+#endif

@@ -21,8 +21,6 @@ namespace {
 /// Table whose texts are stored enciphered: who reads one is noted.
 constexpr StringView enciphered = u"Enfermedad";
 constexpr StringView encipheredKey = u"IDEnfermedad";
-/// Registrations of rows: housekeeping of the stations, which no person ever types.
-constexpr StringView registrations = u"RegistroActivo";
 /// Notes that wait are bounded: a database that cannot be written for a day must not fill the memory.
 constexpr std::size_t mostPending = 1000;
 
@@ -116,7 +114,7 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
     if (isOwn(writtenTable(statement)))
         return run(statement);
     const std::optional<Write> write = writeOf(statement);
-    if (names(statement, registrations))
+    if (names(statement, schema::registrations))
         return write && write->kind == Write::Kind::remove ? runRelease(statement, run) : run(statement);
     if (!open_.empty() && write && write->kind != Write::Kind::remove)
         ++closing_.parts[open_.back().part].tried;

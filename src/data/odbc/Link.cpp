@@ -379,9 +379,9 @@ bool StatementRows::read(Row& row)
     if (result == SQL_NO_DATA)
         return false;
     check(result);
-    row.reserve(kinds_.size());
+    row.resize(kinds_.size());
     for (std::size_t column = 0; column < kinds_.size(); ++column)
-        row.push_back(field(static_cast<std::uint16_t>(column + 1), kinds_[column]));
+        row[column] = field(static_cast<std::uint16_t>(column + 1), kinds_[column]);
     return true;
 }
 
@@ -393,22 +393,22 @@ Cursor::Field StatementRows::field(std::uint16_t column, Kind kind)
     if (kind == Kind::bytes) {
         char none = 0;
         check(SQLGetData(handle_->get(), column, SQL_C_BINARY, &none, 0, &bytes));
-        return bytes == SQL_NULL_DATA ? Field(Value(Null())) : std::nullopt;
+        return bytes == SQL_NULL_DATA ? Field(Null()) : Field(Bytes());
     }
     if (kind == Kind::decimal) {
         double number = 0;
         check(SQLGetData(handle_->get(), column, SQL_C_DOUBLE, &number, sizeof number, &bytes));
-        return bytes == SQL_NULL_DATA ? Value(Null()) : Value(number);
+        return bytes == SQL_NULL_DATA ? Field(Null()) : Field(number);
     }
     std::int64_t number = 0;
     check(SQLGetData(handle_->get(), column, SQL_C_SBIGINT, &number, sizeof number, &bytes));
     if (bytes == SQL_NULL_DATA)
-        return Value(Null());
+        return Null();
     return wholeNumber(number);
 }
 
 /// Reads in chunks, as the length is not known in advance.
-Value StatementRows::text(std::uint16_t column)
+Cursor::Field StatementRows::text(std::uint16_t column)
 {
     String result;
     std::array<char16_t, 2048> piece{};

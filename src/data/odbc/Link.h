@@ -112,7 +112,7 @@ private:
     void describe();
     static Kind kindOf(std::int16_t type);
     Field field(std::uint16_t column, Kind kind);
-    Value text(std::uint16_t column);
+    Field text(std::uint16_t column);
     void check(std::int16_t result);
 
     std::shared_ptr<Link> link_;

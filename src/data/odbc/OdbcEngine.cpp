@@ -51,8 +51,7 @@ bool takesAllTexts(const std::shared_ptr<Link>& link)
     const String text = u"ñЩ";
     try {
         const StatementRows rows(link, u"SELECT " + textLiteral(text));
-        const auto* field = rows.row() ? &rows.row()->front() : nullptr;
-        const String* found = field && *field ? (*field)->as<String>() : nullptr;
+        const String* found = rows.row() ? std::get_if<String>(&rows.row()->front()) : nullptr;
         return found && *found == text;
     } catch (const DataError&) {
         if (link->isLost())
@@ -304,8 +303,8 @@ private:
                     found.placing == Placing::schemas ? schemasOf(found).standing() : u"";
                 !asked.empty()) {
                 const StatementRows answer(link, asked);
-                result.standing = CStr(*answer.row()->at(0));
-                result.smallNames = CLng(*answer.row()->at(1)) != 0;
+                result.standing = CStr(answer.value(0));
+                result.smallNames = CLng(answer.value(1)) != 0;
             }
             return servers_[plain.text()] = result;
         } catch (const DataError& failure) {

@@ -45,7 +45,7 @@ std::vector<std::array<String, 2>> pairs(Pool& pool, StringView statement)
     std::vector<std::array<String, 2>> result;
     const std::unique_ptr<Cursor> rows = pool.run(statement);
     for (; rows->row(); rows->advance())
-        result.push_back({CStr(*rows->row()->at(0)), CStr(*rows->row()->at(1))});
+        result.push_back({CStr(rows->value(0)), CStr(rows->value(1))});
     return result;
 }
 

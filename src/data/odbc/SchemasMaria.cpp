@@ -146,7 +146,7 @@ private:
     }
     static bool isFree(Pool& pool, StringView name)
     {
-        return CBool(*pool.run(u"SELECT " + overSlots(name, u"IS_FREE_LOCK({})", u" AND "))->row()->at(0));
+        return CBool(pool.run(u"SELECT " + overSlots(name, u"IS_FREE_LOCK({})", u" AND "))->value(0));
     }
 };
 

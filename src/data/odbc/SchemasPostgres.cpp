@@ -139,7 +139,7 @@ public:
             each->run(u"BEGIN");
             each->run(u"SET TRANSACTION ISOLATION LEVEL REPEATABLE READ READ ONLY");
             if (instant.empty())
-                instant = CStr(*each->run(u"SELECT pg_export_snapshot()")->row()->at(0));
+                instant = CStr(each->run(u"SELECT pg_export_snapshot()")->value(0));
             else
                 each->run(u"SET TRANSACTION SNAPSHOT " + textLiteral(instant));
         }

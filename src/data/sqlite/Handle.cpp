@@ -78,17 +78,19 @@ std::string nameOf(const std::filesystem::path& file, Opening opening)
     return result + "?immutable=1";
 }
 
+/// A connection is one thread's at a time, so that the engine's own locks, one for each field that is read,
+/// are left out.
 int flagsOf(Opening opening)
 {
     switch (opening) {
     case Opening::lookOnly:
-        return SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
+        return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
     case Opening::fresh:
-        return SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
+        return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
     case Opening::existing:
         break;
     }
-    return SQLITE_OPEN_READWRITE;
+    return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE;
 }
 
 std::string settingsOf(Opening opening, Durability durability)

@@ -3,6 +3,7 @@
 #include "data/Cursor.h"
 #include "data/sqlite/Options.h"
 
+#include <chrono>
 #include <filesystem>
 #include <list>
 
@@ -36,6 +37,7 @@ struct Handle {
     DatabasePtr database;
     ReadyStatements ready;
     std::vector<Cursor*> cursors;
+    std::chrono::steady_clock::time_point seenInPlace; ///< When its file was last seen under its name.
 };
 
 /// What a file is opened for.

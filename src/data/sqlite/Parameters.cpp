@@ -16,7 +16,10 @@ constexpr std::size_t mostDigits = 18;
 
 bool isOneOf(StringView word, std::initializer_list<StringView> words)
 {
-    return std::ranges::any_of(words, [&](StringView each) { return sameName(word, each); });
+    return std::ranges::any_of(words, [&](StringView each) {
+        // Most differ in their length or their first letter, which costs no call to see.
+        return word.size() == each.size() && (word.front() | 0x20) == each.front() && sameName(word, each);
+    });
 }
 
 class Taker {
@@ -35,8 +38,6 @@ public:
             accept(token);
             before_ = text(token);
         }
-        if (result_.values.empty())
-            return std::nullopt;
         result_.text += statement_.substr(done_);
         return std::move(result_);
     }

@@ -10,71 +10,60 @@ namespace zv::sqlite {
 namespace {
 
 /// Decodes UTF-8 of ASCII and two-byte letters, which most texts are made of, in a fraction of the engine's
-/// time. Nothing for any other, broken ones among them: what becomes of those is the engine's to say.
-std::optional<String> decodeCommon(std::string_view bytes)
+/// time. False for any other, broken ones among them: what becomes of those is the engine's to say.
+bool decodeCommon(std::string_view bytes, String& text)
 {
-    const auto isAscii = [](char byte) { return static_cast<unsigned char>(byte) < 0x80; };
-    if (std::ranges::all_of(bytes, isAscii))
-        return String(bytes.begin(), bytes.end());
-    String text;
-    text.reserve(bytes.size());
+    text.resize(bytes.size());
+    char16_t* to = text.data();
     for (std::size_t at = 0; at < bytes.size(); ++at) {
         const auto lead = static_cast<unsigned char>(bytes[at]);
         if (lead < 0x80) {
-            text.push_back(lead);
+            *to++ = lead;
             continue;
         }
         const unsigned next = at + 1 < bytes.size() ? static_cast<unsigned char>(bytes[at + 1]) : 0U;
         if (lead < 0xC2 || lead > 0xDF || (next & 0xC0U) != 0x80U)
-            return std::nullopt;
-        text.push_back(static_cast<char16_t>((lead & 0x1FU) << 6U | (next & 0x3FU)));
+            return false;
+        *to++ = static_cast<char16_t>((lead & 0x1FU) << 6U | (next & 0x3FU));
         ++at;
     }
-    return text;
+    text.resize(static_cast<std::size_t>(to - text.data()));
+    return true;
 }
 
-Value textOf(sqlite3_value* value)
+/// Reads into the room of the text that the field held before.
+void readText(sqlite3_value* value, Cursor::Field& field)
 {
+    String* held = std::get_if<String>(&field);
+    String& text = held ? *held : field.emplace<String>();
     // The engine's bytes are unsigned. NOLINTNEXTLINE(*-reinterpret-cast)
-    if (const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value)))
-        if (auto decoded = decodeCommon({text, static_cast<std::size_t>(sqlite3_value_bytes(value))}))
-            return *std::move(decoded);
-    const auto* text = static_cast<const char16_t*>(sqlite3_value_text16(value));
+    if (const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(value)))
+        if (decodeCommon({bytes, static_cast<std::size_t>(sqlite3_value_bytes(value))}, text))
+            return;
+    const auto* units = static_cast<const char16_t*>(sqlite3_value_text16(value));
     const auto bytes = static_cast<std::size_t>(sqlite3_value_bytes16(value));
-    return text ? Value(String(text, bytes / sizeof(char16_t))) : Value(String());
+    text = units ? StringView(units, bytes / sizeof(char16_t)) : StringView();
 }
 
-Cursor::Field fieldOf(sqlite3_value* value)
+void readField(sqlite3_value* value, Cursor::Field& field)
 {
     switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
-        return wholeNumber(sqlite3_value_int64(value));
+        field = wholeNumber(sqlite3_value_int64(value));
+        break;
     case SQLITE_FLOAT:
-        return Value(sqlite3_value_double(value));
+        field = sqlite3_value_double(value);
+        break;
     case SQLITE_TEXT:
-        return textOf(value);
+        readText(value, field);
+        break;
     case SQLITE_NULL:
-        return Value(Null());
+        field = Null();
+        break;
     default:
-        return std::nullopt;
+        field = Cursor::Bytes();
     }
 }
-
-/// Hold of the engine's lock on a handle: one for a row, in the place of one for each of its fields, and what
-/// lets their values be read.
-class Lock {
-public:
-    explicit Lock(sqlite3_stmt* statement) : mutex_(sqlite3_db_mutex(sqlite3_db_handle(statement)))
-    {
-        sqlite3_mutex_enter(mutex_);
-    }
-    Lock(const Lock&) = delete;
-    Lock& operator=(const Lock&) = delete;
-    ~Lock() { sqlite3_mutex_leave(mutex_); }
-
-private:
-    sqlite3_mutex* mutex_;
-};
 
 } // namespace
 
@@ -147,10 +136,9 @@ bool StatementRows::read(Row& row)
         throw failureOf(handle_->database.get(), Phase::running, statement_);
     if (result == SQLITE_DONE)
         return false;
-    const Lock lock(prepared_.get());
-    row.reserve(names_.size());
-    for (int column = 0; column < static_cast<int>(names_.size()); ++column)
-        row.push_back(fieldOf(sqlite3_column_value(prepared_.get(), column)));
+    row.resize(names_.size());
+    for (std::size_t column = 0; column < row.size(); ++column)
+        readField(sqlite3_column_value(prepared_.get(), static_cast<int>(column)), row[column]);
     return true;
 }
 
