@@ -1,6 +1,7 @@
 #include "zvconf/Command.h"
 
 #include "data/Schools.h"
+#include "data/Statement.h"
 #include "data/history/HistoryEngine.h"
 #include "module/Module.h"
 #include "runtime/Convert.h"
@@ -11,6 +12,7 @@
 #include "zvconf/System.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace zv::zvconf {
 
@@ -40,6 +42,21 @@ Long rowNumber(const String& word)
     throw UsageError(u"«" + word + u"» no es el número de una fila: es un número entero desde 1.");
 }
 
+/// A dialog opened on a row that is not there would show nothing, and save nothing.
+void needRow(const School& school, const ModuleNode& node, Long row)
+{
+    const String key(node.key());
+    if (node.table.empty() ||
+        !school.centro
+             ->Execute(statement(
+                 u"SELECT " + key + u" FROM " + String(node.table) + u" WHERE " + key + u"={}", {row}))
+             ->Eof())
+        return;
+    throw std::runtime_error(toUtf8(u"En «" + String(node.title) + u"» no hay ninguna fila " +
+                                    decimalText(row) +
+                                    u": compruebe el número, o quite --fila para una nueva."));
+}
+
 } // namespace
 
 int dialogo(Arguments arguments)
@@ -50,6 +67,8 @@ int dialogo(Arguments arguments)
     const auto screen = windowDesktop();
     const String& url = options.values(u"--bd").front();
     const School school = history::withHistory(openSchool(url), url);
+    if (row > 0)
+        needRow(school, node, row);
     installModule();
     const auto session = newHostSession(school);
     let(*session, u"Accion", row > 0 ? cConstCol::Modificado : cConstCol::NUEVO);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "robot/Play.h"
+#include "robot/Portraits.h"
 
 #include <span>
 #include <string>
@@ -28,20 +29,14 @@ ChildEnd runSelf(const std::vector<String>& arguments);
 /// Whether a person sees standard error as it is written.
 bool isErrorShown();
 
-/// A stage in windows of the system; a UsageError where this program has none.
+/// A stage in windows of the system. This and the two below fail with a UsageError where this program has
+/// none, and with a std::runtime_error where there is no screen.
 StageMaker windowStage();
 
-/// The desktop in windows of the system; a UsageError where this program has none.
+/// The desktop in windows of the system.
 std::unique_ptr<Desktop> windowDesktop();
 
-/// Pictures that were drawn, and their dots per inch.
-struct Gallery {
-    int pictures = 0;
-    int dots = 0;
-};
-
-/// Draws every dialog of that school in windows of the system as pictures in a folder; a UsageError where
-/// this program has none.
+/// Draws every dialog of that school in windows of the system as pictures in a folder.
 Gallery drawWindows(const String& folder, const School& school);
 
 /// RAII guard: as long as it lives, standard output and error take UTF-8 with lines that end in LF, and a

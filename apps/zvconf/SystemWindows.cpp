@@ -12,6 +12,7 @@
 #include <iostream>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <system_error>
 #include <windows.h>
 
@@ -136,12 +137,28 @@ bool isErrorShown()
     return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
 }
 
-StageMaker windowStage() { return win32::win32Stage; }
+/// Where nobody sees a screen the system makes no window, or Wine none.
+static void needScreen()
+{
+    HWND window =
+        CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    if (window == nullptr)
+        throw std::runtime_error(
+            "Aquí no hay pantalla en que abrir ventanas: dé la orden en la sesión de una persona.");
+    DestroyWindow(window);
+}
+
+StageMaker windowStage()
+{
+    needScreen();
+    return win32::win32Stage;
+}
 
 std::unique_ptr<Desktop> windowDesktop()
 {
     // For the process: each window tells screen readers what it is through COM.
     static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    needScreen();
     auto desktop = std::make_unique<win32::Win32Desktop>();
     desktop->rememberZoom();
     desktop->keepDrafts();
@@ -151,8 +168,8 @@ std::unique_ptr<Desktop> windowDesktop()
 Gallery drawWindows(const String& folder, const School& school)
 {
     static_cast<void>(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
-    const win32::Gallery drawn = win32::drawGallery(folder, school);
-    return {drawn.pictures, drawn.dots};
+    needScreen();
+    return win32::drawGallery(folder, school);
 }
 
 Utf8Output::Utf8Output()

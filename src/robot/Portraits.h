@@ -16,6 +16,12 @@ struct Portrait {
     bool readOnly = false; ///< In a session that may not change data.
 };
 
+/// Pictures that were drawn, and their dots per inch.
+struct Gallery {
+    int pictures = 0;
+    int dots = 0;
+};
+
 /// Opens every dialog behind a node on a sample school, in each state worth a picture: on its table's first
 /// row, say. `next` is called before each. Fails with a RuntimeError.
 void openForPortraits(const School& school, const std::function<void(const Portrait&)>& next);

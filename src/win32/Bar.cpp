@@ -19,7 +19,6 @@ public:
           choice_(std::move(choice)), caption_(choice_.text + u" (Alt+" + choice_.key + u")")
     {
         SetWindowTextW(handle(), wide(caption_));
-        send(handle(), WM_SETFONT, reinterpret_cast<WPARAM>(bar.host_.font().handle()), TRUE);
     }
     char16_t key() const { return choice_.key; }
     /// Once the message has ended: what it does may take the bar away.
@@ -96,11 +95,7 @@ void Bar::hide()
 
 bool Bar::focused() const { return IsChild(handle(), GetFocus()) != 0; }
 
-void Bar::enter() const
-{
-    if (shown())
-        SetFocus(buttons_.front()->handle());
-}
+void Bar::enter() const { SetFocus(buttons_.front()->handle()); }
 
 void Bar::step(const Button& from, int by) const
 {
@@ -135,13 +130,7 @@ int Bar::settle(int width)
     const bool beside =
         leastWidth() + margin() + font.width(StringView(said_).substr(0, lettersBeside)) <= width;
     const int across = width - margin() - (beside ? leastWidth() : margin());
-    RECT needed{0, 0, across, 0};
-    const HDC device = GetDC(text_);
-    const HGDIOBJ before = SelectObject(device, font.handle());
-    DrawTextW(device, wide(said_), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-    SelectObject(device, before);
-    ReleaseDC(text_, device);
-    const int words = static_cast<int>(needed.bottom);
+    const int words = font.height(said_, across);
     const int inner = beside ? std::max(words, high) : words + margin() + high;
     send(text_, WM_SETFONT, reinterpret_cast<WPARAM>(font.handle()), TRUE);
     MoveWindow(text_, margin(), margin() + (beside ? (inner - words) / 2 : 0), across, words, TRUE);

@@ -37,14 +37,15 @@ class DraftWindow final : public Window {
 public:
     DraftWindow(HWND owner, const Font& font, const String& heading, const std::vector<DraftRow>& rows)
         : Window(ourClass(), topStyle, WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT, owner), owner_(owner),
-          font_(font.narrowed(100)), rows_(rows), heading_(child(WC_STATICW, SS_NOPREFIX, 0, 0)),
+          font_(font.narrowed(100)), rows_(rows), said_(heading),
+          heading_(child(WC_STATICW, SS_NOPREFIX, 0, 0)),
           table_(child(WC_LISTVIEWW, LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP | WS_BORDER, 0, 0)),
           whole_(child(WC_EDITW, ES_MULTILINE | ES_READONLY | WS_VSCROLL | WS_TABSTOP, WS_EX_CLIENTEDGE, 0)),
           copy_(child(WC_BUTTONW, BS_PUSHBUTTON | WS_TABSTOP, 0, copyButton)),
           close_(child(WC_BUTTONW, BS_DEFPUSHBUTTON | WS_TABSTOP, 0, IDCANCEL))
     {
         SetWindowTextW(handle(), wide(String(draftTitle)));
-        SetWindowTextW(heading_, wide(heading));
+        SetWindowTextW(heading_, wide(said_));
         SetWindowTextW(copy_, L"Co&piar");
         SetWindowTextW(close_, L"&Cerrar");
         tellName(table_, String(draftTitle), {});
@@ -154,8 +155,9 @@ private:
         const int button = font_.width(u"Cerrar") * 2;
         const int foot = inside.bottom - gap - 2 * line;
         const int text = foot - gap - 5 * line;
-        const int top = 2 * gap + line;
-        MoveWindow(heading_, gap, gap, across, line, TRUE);
+        const int heading = font_.height(said_, across);
+        const int top = 2 * gap + heading;
+        MoveWindow(heading_, gap, gap, across, heading, TRUE);
         MoveWindow(table_, gap, top, across, std::max(0, text - gap - top), TRUE);
         MoveWindow(whole_, gap, text, across, 5 * line, TRUE);
         MoveWindow(copy_, inside.right - 2 * (button + gap), foot, button, 2 * line, TRUE);
@@ -203,6 +205,7 @@ private:
     HWND owner_;
     const Font font_; ///< Its own: the owner's may change meanwhile, with the system's.
     const std::vector<DraftRow>& rows_;
+    const String& said_;                      ///< The heading.
     std::vector<const DraftColumn*> columns_; ///< Those in which there is something.
     std::vector<ColumnNeed> needs_;           ///< Of those.
     bool done_ = false;

@@ -34,9 +34,14 @@ FormWindow::FormWindow(Form& form, HWND owner, Zoom* zoom)
         offerMore();
         bar_.emplace(*this, handle());
     }
-    if (hasLine())
-        line_ = CreateWindowExW(0, WC_STATICW, L"", childStyle | WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0,
-                                0, 0, 0, handle(), nullptr, GetModuleHandleW(nullptr), nullptr);
+    if (hasLine()) {
+        const auto part = [](DWORD style, HWND parent) {
+            return CreateWindowExW(0, WC_STATICW, L"", childStyle | WS_VISIBLE | style, 0, 0, 0, 0, parent,
+                                   nullptr, GetModuleHandleW(nullptr), nullptr);
+        };
+        foot_ = part(WS_CLIPCHILDREN, handle());
+        line_ = part(SS_NOPREFIX | SS_ENDELLIPSIS, foot_);
+    }
     const Naming naming;
     const Measuring measuring;
     build([this](Control& control, const ControlView* frame) {
@@ -125,8 +130,8 @@ void FormWindow::fit()
         bar_->settle(inside.right);
     if (line_ != nullptr) {
         send(line_, WM_SETFONT, reinterpret_cast<WPARAM>(font_.handle()), TRUE);
-        MoveWindow(line_, pixels(margin), inside.bottom - under, inside.right - 2 * pixels(margin), under,
-                   TRUE);
+        MoveWindow(foot_, 0, inside.bottom - under, inside.right, under, TRUE);
+        MoveWindow(line_, pixels(margin), 0, inside.right - 2 * pixels(margin), under, TRUE);
     }
     if (sheet_.origin().y != before)
         followSheet();
@@ -181,7 +186,7 @@ void FormWindow::putUnder(ControlView& view)
 /// Over the other controls; what stands around the sheet lies over all.
 void FormWindow::putOver(ControlView& view)
 {
-    const HWND around = line_ != nullptr ? line_ : bar_ ? bar_->handle() : HWND_TOP;
+    const HWND around = foot_ != nullptr ? foot_ : bar_ ? bar_->handle() : HWND_TOP;
     SetWindowPos(view.handle(), view.control().frame() == nullptr ? around : HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }

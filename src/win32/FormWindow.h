@@ -82,7 +82,8 @@ private:
     Sheet sheet_{handle(), [this] { followSheet(); }};
     SectionControls section_;
     std::optional<Bar> bar_;
-    HWND line_ = nullptr; ///< Under the form of a section; else nullptr.
+    HWND foot_ = nullptr; ///< Under the form of a section, as wide as the window; else nullptr.
+    HWND line_ = nullptr; ///< In it, its text.
     HWND tips_ = nullptr;
     std::map<HWND, String> tipTexts_;
     HICON icon_ = nullptr;

@@ -24,31 +24,27 @@ UINT signOf(Integer flags)
     }
 }
 
-/// What the box that is coming up is told; one at a time comes up.
+/// What the box that is coming up is told; in a thread one at a time comes up.
 struct Coming {
     const std::function<void(HWND)>& shown;
     const std::function<void(HWND)>& help;
     HWND box = nullptr;
 };
-Coming*& coming()
-{
-    static Coming* now = nullptr;
-    return now;
-}
+thread_local Coming* coming = nullptr;
 
 /// The box's own button speaks the system's language.
 LRESULT CALLBACK atWindows(int code, WPARAM number, LPARAM data)
 {
     const auto window = reinterpret_cast<HWND>(number);
     wchar_t kind[std::size(dialogClass) + 1]{};
-    if (code == HCBT_ACTIVATE && coming() != nullptr && coming()->box == nullptr &&
+    if (code == HCBT_ACTIVATE && coming != nullptr && coming->box == nullptr &&
         GetClassNameW(window, kind, std::size(kind)) > 0 && std::wstring_view(kind) == dialogClass) {
-        coming()->box = window;
+        coming->box = window;
         for (const int button : {IDOK, IDCANCEL})
             if (GetDlgItem(window, button) != nullptr)
                 SetDlgItemTextW(window, button, L"Aceptar");
-        if (coming()->shown)
-            coming()->shown(window);
+        if (coming->shown)
+            coming->shown(window);
     }
     return CallNextHookEx(nullptr, code, number, data);
 }
@@ -57,8 +53,8 @@ LRESULT CALLBACK atKeys(int code, WPARAM number, LPARAM data)
 {
     const auto& message = *reinterpret_cast<const MSG*>(data);
     if (code == MSGF_DIALOGBOX && message.message == WM_KEYDOWN && message.wParam == VK_F1 &&
-        coming() != nullptr && coming()->help) {
-        coming()->help(coming()->box);
+        coming != nullptr && coming->help) {
+        coming->help(coming->box);
         return TRUE;
     }
     return CallNextHookEx(nullptr, code, number, data);
@@ -67,14 +63,14 @@ LRESULT CALLBACK atKeys(int code, WPARAM number, LPARAM data)
 /// RAII guard: this thread's hooks while a box is up.
 class Hooks {
 public:
-    explicit Hooks(Coming& now) : before_(std::exchange(coming(), &now)) {}
+    explicit Hooks(Coming& now) : before_(std::exchange(coming, &now)) {}
     Hooks(const Hooks&) = delete;
     Hooks& operator=(const Hooks&) = delete;
     ~Hooks()
     {
         UnhookWindowsHookEx(windows_);
         UnhookWindowsHookEx(keys_);
-        coming() = before_;
+        coming = before_;
     }
 
 private:

@@ -169,6 +169,14 @@ int Font::height() const
     return metrics.tmHeight;
 }
 
+int Font::height(const String& text, int across) const
+{
+    const Measure measure(handle_);
+    RECT needed{0, 0, across, 0};
+    DrawTextW(measure.device(), wide(text), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+    return static_cast<int>(needed.bottom);
+}
+
 int Font::widest(std::span<const StringView> texts) const
 {
     const Measure measure(handle_);

@@ -99,6 +99,8 @@ public:
     /// The same, as high, its letters so many hundredths as wide.
     Font narrowed(int hundredths) const;
     int height() const;
+    /// Of a text that is broken into lines of that width.
+    int height(const String& text, int across) const;
     int width(StringView text) const { return widest({&text, 1}); }
     /// Width of the widest of the texts.
     int widest(std::span<const StringView> texts) const;

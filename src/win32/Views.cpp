@@ -324,6 +324,13 @@ void ListView::press(const Keystroke& key)
         ViewOf::press(key);
 }
 
+void ListView::leave(Key by)
+{
+    chosen_ = send(handle(), CB_GETCURSEL) != typed().ListIndex();
+    send(handle(), CB_SHOWDROPDOWN, FALSE);
+    window().later([this, by] { press(by); });
+}
+
 LRESULT ListView::receive(UINT message, WPARAM number, LPARAM data)
 {
     if (!window().alive())
@@ -331,9 +338,14 @@ LRESULT ListView::receive(UINT message, WPARAM number, LPARAM data)
     switch (message) {
     case WM_KEYDOWN:
     case WM_CHAR:
-        if (opened()) // Until it closes the keys are the list's.
-            return inherited(message, number, data);
-        break;
+        if (!opened())
+            break;
+        // Until it closes the keys are the list's, but for Tab, with which a person leaves.
+        if (const auto key = keyOf(number); message == WM_KEYDOWN && number == VK_TAB && key) {
+            leave(*key);
+            return 0;
+        }
+        return inherited(message, number, data);
     case WM_SYSKEYDOWN: // Not every system's list lets the window have Alt with F4.
         if (number == VK_F4)
             return DefWindowProcW(handle(), message, number, data);

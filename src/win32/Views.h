@@ -76,6 +76,8 @@ protected:
 
 private:
     void fill();
+    /// With the entry at hand, as a list of the system lets a person go on.
+    void leave(Key by);
     bool opened() const { return send(handle(), CB_GETDROPPEDSTATE) != 0; }
     std::vector<String> entries_; ///< Those in the window.
     bool chosen_ = false;         ///< The list is closing upon a choice.

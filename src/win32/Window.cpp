@@ -5,6 +5,7 @@
 #include <exception>
 #include <mutex>
 #include <unordered_map>
+#include <utility>
 
 namespace zv::win32 {
 
@@ -42,11 +43,8 @@ Owners& owners()
     return all;
 }
 
-std::exception_ptr& held()
-{
-    static std::exception_ptr failure;
-    return failure;
-}
+/// What a routine of this thread's windows threw, until user32 has returned.
+thread_local std::exception_ptr held;
 
 HWND senderOf(UINT message, WPARAM, LPARAM data)
 {
@@ -97,8 +95,8 @@ Window* Window::of(HWND window) { return window == nullptr ? nullptr : owners().
 
 void Window::rethrowHeld()
 {
-    if (held())
-        std::rethrow_exception(std::exchange(held(), nullptr));
+    if (held)
+        std::rethrow_exception(std::exchange(held, nullptr));
 }
 
 LRESULT Window::receive(UINT message, WPARAM number, LPARAM data)
@@ -122,7 +120,7 @@ LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM number, LPA
     try {
         return owner->receive(message, number, data);
     } catch (...) {
-        held() = std::current_exception();
+        held = std::current_exception();
         return 0;
     }
 }

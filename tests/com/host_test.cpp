@@ -1,5 +1,7 @@
 #include "com/Host.h"
 
+#include "Times.h"
+
 #include "com/Failure.h"
 
 #include <gmock/gmock.h>
@@ -283,7 +285,7 @@ TEST(Library, comes_and_goes_a_thousand_times_without_growth)
         cycle();
         const auto before = memoryPieces();
         // The toolkit fills pools of its own at first; what leaks grows in each round.
-        constexpr int cycles = 250;
+        constexpr int cycles = brief(250, 25);
         constexpr long long most = keptByLoad * cycles;
         long long least = LLONG_MAX;
         for (int round = 0; round < 4 || (least > most && round < 16); ++round) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Times.h"
 #include "data/Engine.h"
 #include "data/sqlite/SqliteEngine.h"
 #include "forms/ComboBox.h"
@@ -19,12 +20,6 @@
 #include <map>
 
 namespace zv::journal {
-
-inline int times(const char* variable, int otherwise)
-{
-    const char* given = std::getenv(variable);
-    return given != nullptr ? std::atoi(given) : otherwise;
-}
 
 /// A state folder of its own, and journals in it while it lives.
 class Recorded : public testing::Test {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Times.h"
 #include "data/Schools.h"
 #include "data/history/HistoryEngine.h"
 #include "data/history/Log.h"
@@ -23,9 +24,6 @@
 namespace zv {
 
 using std::to_string;
-
-/// With ZV_LARGO in the environment, as often as a night allows; else as often as a minute does.
-inline int times(int brief, int night) { return std::getenv("ZV_LARGO") ? night : brief; }
 
 /// Servers that stand together, where the tool for them has started some (tools/region): "galera" or
 /// "reserva".

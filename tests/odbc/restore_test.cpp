@@ -98,7 +98,7 @@ TEST_F(Moving, stations_that_start_while_a_school_is_restored_find_the_old_or_th
                 }
         });
     std::set<String> kept;
-    for (int trial = 0; trial < times(25, 1000); ++trial)
+    for (int trial = 0; trial < times(brief(25, 8), 1000); ++trial)
         numberOf([&] { kept.insert(care::restoreCopy(copy, one)); });
     ended = true;
     for (std::thread& each : stations)

@@ -1,3 +1,4 @@
+#include "Times.h"
 #include "qt/Hand.h"
 
 #include <fstream>
@@ -93,8 +94,7 @@ TEST_F(Killed, DISABLED_child)
 TEST_F(Killed, what_was_typed_is_typed_in_again_but_for_the_act_in_flight)
 {
     std::mt19937 chance(20240912);
-    const int deaths =
-        qEnvironmentVariableIsSet("ZV_MUERTES") ? qEnvironmentVariableIntValue("ZV_MUERTES") : 12;
+    const int deaths = times("ZV_MUERTES", 12);
     for (int death = 0; death < deaths; ++death) {
         const std::size_t which = static_cast<std::size_t>(death) % std::size(openings);
         const Opened& what = openings[which];

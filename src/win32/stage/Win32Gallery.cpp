@@ -1,11 +1,11 @@
 #include "win32/stage/Win32Gallery.h"
 
-#include "robot/Portraits.h"
 #include "runtime/Convert.h"
 #include "win32/Win32Desktop.h"
 #include "win32/stage/Png.h"
 
 #include <exception>
+#include <system_error>
 #include <utility>
 
 namespace zv::win32 {
@@ -85,7 +85,13 @@ private:
 
 Gallery drawGallery(const std::filesystem::path& folder, const School& school)
 {
-    create_directories(folder);
+    std::error_code error;
+    create_directories(folder, error);
+    // The library goes up from a drive that is not there until it has gone too far.
+    if (error == std::errc::filename_too_long && !exists(folder.root_path()))
+        error = std::make_error_code(std::errc::no_such_file_or_directory);
+    if (error)
+        throw std::filesystem::filesystem_error("create_directories", folder, error);
     DrawingDesktop desktop(folder);
     const UsingDesktop shown(desktop);
     openForPortraits(school, [&](const Portrait& next) { desktop.expect(next); });

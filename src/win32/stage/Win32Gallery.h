@@ -1,16 +1,10 @@
 #pragma once
 
-#include "data/Connection.h"
+#include "robot/Portraits.h"
 
 #include <filesystem>
 
 namespace zv::win32 {
-
-/// How many pictures were drawn, and at how many dots per inch.
-struct Gallery {
-    int pictures = 0;
-    int dots = 0;
-};
 
 /// Draws every dialog (new, change, read-only, with a message) in windows of the system as pictures in a
 /// folder, which is made: on a sample school, at the resolution of the screen, which has to be seen. Fails

@@ -112,25 +112,21 @@ struct Ventanas : testing::Test {
         SetKeyboardState(before.data());
         window.runLater();
     }
-    /// What stands in the first child of that kind that is seen.
-    static std::string shown(HWND window, StringView kind = u"Static")
+    /// The first text that is seen and that nobody can change.
+    static std::string shown(HWND window)
     {
-        struct Search {
-            StringView kind;
-            std::string text;
-        } search{kind, {}};
+        std::string shown;
         const auto look = [](HWND child, LPARAM data) -> BOOL {
-            auto& of = *reinterpret_cast<Search*>(data);
             std::array<wchar_t, 400> text{};
             if (IsWindowVisible(child) == 0 || GetClassNameW(child, text.data(), 400) == 0 ||
-                narrow(text.data(), wcslen(text.data())) != of.kind)
+                narrow(text.data(), wcslen(text.data())) != u"Static" ||
+                GetWindowTextW(child, text.data(), 400) == 0)
                 return TRUE;
-            GetWindowTextW(child, text.data(), 400);
-            of.text = toUtf8(narrow(text.data(), wcslen(text.data())));
+            *reinterpret_cast<std::string*>(data) = toUtf8(narrow(text.data(), wcslen(text.data())));
             return FALSE;
         };
-        EnumChildWindows(window, look, reinterpret_cast<LPARAM>(&search));
-        return search.text;
+        EnumChildWindows(window, look, reinterpret_cast<LPARAM>(&shown));
+        return shown;
     }
     /// Starts this program again, which types in that dialog until it is killed, so long after its first act.
     /// How many acts it told of; `alive` runs while it is.

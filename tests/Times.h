@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdlib>
+
+namespace zv {
+
+#ifdef __SANITIZE_ADDRESS__
+constexpr bool underSanitizers = true;
+#else
+constexpr bool underSanitizers = false;
+#endif
+
+/// How often a test repeats what it does. Under sanitizers, where each time takes ten times as long and a few
+/// of each kind show what they look for, it is less: the default build has proved the rest.
+constexpr int brief(int usual, int sanitized) { return underSanitizers ? sanitized : usual; }
+
+/// With ZV_LARGO in the environment, as often as a night allows; else as often as a minute does.
+inline int times(int usual, int night) { return std::getenv("ZV_LARGO") != nullptr ? night : usual; }
+
+/// As often as the environment says, by a name of the test's own.
+inline int times(const char* variable, int otherwise)
+{
+    const char* given = std::getenv(variable);
+    return given != nullptr ? std::atoi(given) : otherwise;
+}
+
+} // namespace zv
