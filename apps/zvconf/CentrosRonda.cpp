@@ -86,8 +86,8 @@ public:
             }
         std::unique_lock lock(mutex_);
         while (!ended_.wait_for(lock, std::chrono::milliseconds(100), [&] { return isOver(); }))
-            if (Interruptions::came())
-                tellInterrupted();
+            tellInterrupted();
+        tellInterrupted();
         hideCount();
     }
 
@@ -133,13 +133,11 @@ private:
 
     void tellInterrupted()
     {
-        if (isTold_)
+        if (isTold_ || !Interruptions::came() || next_ == round_.schools.size())
             return;
         isTold_ = true;
         hideCount();
-        std::cerr << toUtf8(
-                         statement(u"Se espera a los que están en marcha ({}) y no se empieza ninguno más.",
-                                   {static_cast<Long>(atWork_)}))
+        std::cerr << "Se ha interrumpido: se espera a los que están en marcha, y no se empieza ninguno más."
                   << std::endl;
     }
 
