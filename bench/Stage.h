@@ -59,29 +59,14 @@ public:
     void handlerFailed(const RuntimeError& error) override { throw error; }
 };
 
-/// Fixture: a school in a temporary folder, and the person at its dialogs. Statements are recorded. By
-/// default with synchronous OFF: waiting for the disk would hide our overhead.
-struct Stage {
-    std::filesystem::path folder;
-    std::string file;
-    /// Pragmas for every connection to the file, so that all give the same durability.
-    std::string settings;
+/// Fixture: a new school at a URL, and the person at its dialogs. Statements are recorded.
+struct SchoolStage {
     std::shared_ptr<RecordingConnection> centro;
     std::shared_ptr<PropertyBag> session;
 
-    Stage(const char* name, BusyPerson& person, Durability durability = Durability::off, bool history = false)
-        : folder(std::filesystem::temp_directory_path() / name), file((folder / "colegio.db").string()),
-          settings(durability == Durability::off ? "PRAGMA journal_mode=WAL;PRAGMA synchronous=OFF"
-                                                 : "PRAGMA journal_mode=WAL;PRAGMA synchronous=FULL")
+    SchoolStage(StringView url, BusyPerson& person, bool history = false)
     {
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
-        // A connection with a history goes on asking the engine that opened it.
-        static std::optional<Durability> registered;
-        if (std::exchange(registered, durability) != durability)
-            registerEngine(sqliteEngine(durability));
         installModule();
-        const String url = u"sqlite:" + fromUtf8(file);
         School school = createSchool(url);
         if (history) {
             history::activate(*school.centro);
@@ -92,15 +77,12 @@ struct Stage {
         session = newHostSession(school);
         useDesktop(&person);
     }
-    Stage(const Stage&) = delete;
-    Stage& operator=(const Stage&) = delete;
-    ~Stage()
+    SchoolStage(const SchoolStage&) = delete;
+    SchoolStage& operator=(const SchoolStage&) = delete;
+    ~SchoolStage()
     {
         useDesktop(nullptr);
         resetSingles();
-        session.reset();
-        centro.reset();
-        std::filesystem::remove_all(folder);
     }
     cAsignarDatos facade(Long row) const
     {
@@ -120,6 +102,37 @@ struct Stage {
         centro->recording = false;
         return centro->statements;
     }
+};
+
+/// Empty folder for a school's files, gone with it.
+struct Folder {
+    std::filesystem::path folder;
+    std::string file;
+    /// Pragmas for every connection to the file, so that all give the same durability.
+    std::string settings;
+
+    Folder(const char* name, Durability durability)
+        : folder(std::filesystem::temp_directory_path() / name), file((folder / "colegio.db").string()),
+          settings(durability == Durability::off ? "PRAGMA journal_mode=WAL;PRAGMA synchronous=OFF"
+                                                 : "PRAGMA journal_mode=WAL;PRAGMA synchronous=FULL")
+    {
+        std::filesystem::remove_all(folder);
+        std::filesystem::create_directories(folder);
+        // A connection with a history goes on asking the engine that opened it.
+        static std::optional<Durability> registered;
+        if (std::exchange(registered, durability) != durability)
+            registerEngine(sqliteEngine(durability));
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+    ~Folder() { std::filesystem::remove_all(folder); }
+};
+
+/// A school of files. By default with synchronous OFF: waiting for the disk would hide our overhead.
+struct Stage : Folder, SchoolStage {
+    Stage(const char* name, BusyPerson& person, Durability durability = Durability::off, bool history = false)
+        : Folder(name, durability), SchoolStage(u"sqlite:" + fromUtf8(file), person, history)
+    {}
 };
 
 /// Baseline: runs the recorded statements repeatedly on the bare SQLite interface, one of `parts` equal parts

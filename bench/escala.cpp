@@ -3,8 +3,8 @@
 // it waits as long as a network would let it wait, so that far more stations than processors stand between
 // their key and their row at the same time. Also what a connection costs.
 //
-//   bench_escala [URL [MILLISECONDS [ROWS]]]     a place for a new school, or else a file of its own;
-//                                                2 ms and 10 rows a station if not given
+//   bench_escala [URL [MILLISECONDS [ROWS]]]     a place for a new school, or one that is there, or else a
+//                                                file of its own; 2 ms and 10 rows a station if not given
 
 #include "Stage.h"
 
@@ -159,7 +159,8 @@ int main(int argc, char** argv)
     registerEngine(sqliteEngine(Durability::off));
     registerEngine(odbcEngine());
     installModule();
-    createSchool(round.url);
+    if (!engineOf(round.url).exists(locationOf(round.url)))
+        createSchool(round.url);
     auto* counts = static_cast<Counts*>(
         mmap(nullptr, sizeof(Counts), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
     steady(benchmark::RegisterBenchmark("conexiones", connections, std::cref(round)))->UseRealTime();

@@ -43,6 +43,7 @@ int historial(Arguments arguments);
 int diario(Arguments arguments);
 int unir(Arguments arguments);
 int progreso(Arguments arguments);
+int centros(Arguments arguments);
 
 /// Invalid command line; the text is Spanish.
 class UsageError : public std::runtime_error {
@@ -60,7 +61,10 @@ struct Option {
 /// An unknown or repeated option, one without its values, or an operand too many fails with a UsageError.
 class Options {
 public:
-    Options(Arguments arguments, std::initializer_list<Option> known, std::size_t mostOperands = 0);
+    Options(Arguments arguments, std::span<const Option> known, std::size_t mostOperands = 0);
+    Options(Arguments arguments, std::initializer_list<Option> known, std::size_t mostOperands = 0)
+        : Options(arguments, std::span(known.begin(), known.size()), mostOperands)
+    {}
     bool has(StringView name) const { return given_.contains(name); }
     /// Values of a mandatory option; fails with a UsageError if it is missing.
     const std::vector<String>& values(StringView name) const;

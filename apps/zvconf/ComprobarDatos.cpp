@@ -92,7 +92,7 @@ void printEnd(const care::Survey& survey, std::size_t faults, const String& url,
 
 } // namespace
 
-int comprobarDatos(const String& url, bool json, bool repairs)
+int comprobarDatos(const String& url, Telling telling, bool repairs)
 {
     const care::Survey survey = care::survey(inspectSchool(url), {.decipher = deciphered});
     const auto faults = static_cast<std::size_t>(
@@ -100,12 +100,12 @@ int comprobarDatos(const String& url, bool json, bool repairs)
     // Named first, whatever becomes of the repair.
     JsonLines lines;
     for (const Finding& each : survey.findings)
-        if (json)
+        if (telling == Telling::json)
             lines.add(jsonOf(each, each.advice ? u"consejo" : u"fallo"));
-        else
+        else if (telling == Telling::each)
             print(each);
     const Repaired repaired = repairs ? repairAll(url, survey.findings) : Repaired();
-    if (json) {
+    if (telling == Telling::json) {
         for (const Finding& each : repaired.findings)
             lines.add(jsonOf(each, u"reparado").number(u"apertura", repaired.opening));
         for (const StringView each : survey.skipped)

@@ -6,7 +6,7 @@
 
 namespace zv::zvconf {
 
-Options::Options(Arguments arguments, std::initializer_list<Option> known, std::size_t mostOperands)
+Options::Options(Arguments arguments, std::span<const Option> known, std::size_t mostOperands)
 {
     while (!arguments.empty()) {
         const String& name = arguments.front();

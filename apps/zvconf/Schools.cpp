@@ -1,7 +1,7 @@
 #include "data/Statement.h"
 #include "zvconf/Command.h"
 #include "zvconf/ComprobarDatos.h"
-#include "zvconf/System.h"
+#include "zvconf/Interruptions.h"
 
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
@@ -11,11 +11,9 @@
 #include "suite/Sample.h"
 
 #include <algorithm>
-#include <atomic>
 #include <charconv>
-#include <csignal>
-#include <ctime>
 #include <iterator>
+#include <stdexcept>
 
 namespace zv::zvconf {
 namespace {
@@ -34,43 +32,11 @@ Long rowNumber(const String& text)
     return row;
 }
 
-/// RAII guard that defers signals (Ctrl-C and the like), so that destructors remove what was begun; a second
-/// one, a second later at least, ends the process at once.
-class Interruptions {
-public:
-    Interruptions() { handle(note); }
-    Interruptions(const Interruptions&) = delete;
-    Interruptions& operator=(const Interruptions&) = delete;
-    ~Interruptions() { handle(SIG_DFL); }
-    static void check()
-    {
-        if (came != 0)
-            throw std::runtime_error("Se ha interrumpido: no se ha creado nada.");
-    }
-
-private:
-    static void handle(void (*handler)(int))
-    {
-        for (const int signal : endingSignals())
-            std::signal(signal, handler);
-    }
-    /// Signal handler. Debounced: some senders signal both the process and its group.
-    static void note(int signal)
-    {
-        // Some systems take the handler away when they call it.
-        std::signal(signal, note);
-        const std::time_t now = std::time(nullptr);
-        if (came == 0) {
-            came = now;
-        } else if (now > came + 1) {
-            std::signal(signal, SIG_DFL);
-            std::raise(signal);
-        }
-    }
-
-    inline static std::atomic<std::time_t> came = 0;
-    static_assert(decltype(came)::is_always_lock_free);
-};
+void refuseInterrupted()
+{
+    if (Interruptions::came())
+        throw std::runtime_error("Se ha interrumpido: no se ha creado nada.");
+}
 
 int list(Connection& centro)
 {
@@ -103,11 +69,11 @@ int crear(Arguments arguments)
     const bool sample = options.has(u"--ejemplo");
     const Interruptions interruptions;
     createSchool(urlOf(options), [&](School& school) {
-        Interruptions::check();
+        refuseInterrupted();
         if (sample)
             fillSample(school);
         history::activate(*school.centro);
-        Interruptions::check();
+        refuseInterrupted();
     });
     printLine(u"Creado " + String(sample ? u"el centro de ejemplo" : u"un centro vacío") + u" en " +
               withoutPassword(urlOf(options)) + u".");
@@ -116,10 +82,13 @@ int crear(Arguments arguments)
 
 int comprobar(Arguments arguments)
 {
-    const Options options(arguments, {database, {u"--datos"}, {u"--json"}, {u"--reparar"}});
+    const Options options(arguments, {database, {u"--datos"}, {u"--json"}, {u"--resumen"}, {u"--reparar"}});
     const bool data = options.has(u"--datos");
-    if (!data && (options.has(u"--json") || options.has(u"--reparar")))
-        throw UsageError(u"--json y --reparar quieren también --datos.");
+    for (const StringView each : {u"--json", u"--resumen", u"--reparar"})
+        if (!data && options.has(each))
+            throw UsageError(String(each) + u" quiere también --datos.");
+    if (options.has(u"--json") && options.has(u"--resumen"))
+        throw UsageError(u"--json y --resumen no van juntas.");
     const School school = inspectSchool(urlOf(options));
     Engine& engine = engineOf(urlOf(options));
     const std::vector<String> damage = checkDamage(school, engine);
@@ -130,7 +99,11 @@ int comprobar(Arguments arguments)
         std::ranges::move(checkAccess(school, engine), std::back_inserter(findings));
     }
     if (data && findings.empty())
-        return comprobarDatos(urlOf(options), options.has(u"--json"), options.has(u"--reparar"));
+        return comprobarDatos(urlOf(options),
+                              options.has(u"--json")      ? Telling::json
+                              : options.has(u"--resumen") ? Telling::count
+                                                          : Telling::each,
+                              options.has(u"--reparar"));
     if (data)
         throw std::runtime_error(
             toUtf8(findings.front()) +

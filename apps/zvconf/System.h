@@ -3,6 +3,7 @@
 #include "robot/Play.h"
 
 #include <span>
+#include <string>
 #include <vector>
 
 namespace zv::zvconf {
@@ -13,6 +14,19 @@ std::vector<String> commandLine(std::span<char*> arguments);
 
 /// The signals by which the system or a person asks a program to end.
 std::span<const int> endingSignals();
+
+/// What a program that was run came to.
+struct ChildEnd {
+    int code = 0; ///< Its exit code; of one that was killed 128 and its signal, or what the system says.
+    std::string output; ///< Standard output and error together, as they came: no more than the first 64 KB.
+};
+
+/// Runs this program once more with other arguments, and waits for its end. It is apart from the signals that
+/// a terminal sends to this one. From any thread. Fails with a std::system_error if it cannot be started.
+ChildEnd runSelf(const std::vector<String>& arguments);
+
+/// Whether a person sees standard error as it is written.
+bool isErrorShown();
 
 /// A stage in windows of the system; a UsageError where this program has none.
 StageMaker windowStage();

@@ -2,10 +2,100 @@
 
 #include "zvconf/Command.h"
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <iostream>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <unistd.h>
 
 namespace zv::zvconf {
+namespace {
+
+constexpr std::size_t mostOutput = 65536;
+
+void check(int error)
+{
+    if (error != 0)
+        throw std::system_error(error, std::generic_category());
+}
+
+/// RAII reading end of a pipe, or its other end.
+class PipeEnd {
+public:
+    explicit PipeEnd(int file) : file_(file) {}
+    PipeEnd(const PipeEnd&) = delete;
+    PipeEnd& operator=(const PipeEnd&) = delete;
+    ~PipeEnd() { close(); }
+    int file() const { return file_; }
+    void close()
+    {
+        if (file_ >= 0)
+            ::close(file_);
+        file_ = -1;
+    }
+    /// Reads to the end, so that the writer is not held up, and keeps the beginning.
+    std::string text() const
+    {
+        std::string result;
+        std::array<char, 4096> piece{};
+        for (;;) {
+            const ssize_t count = read(file_, piece.data(), piece.size());
+            if (count == 0 || (count < 0 && errno != EINTR))
+                return result;
+            if (count > 0)
+                result.append(piece.data(),
+                              std::min(static_cast<std::size_t>(count), mostOutput - result.size()));
+        }
+    }
+
+private:
+    int file_;
+};
+
+/// RAII description of how a child begins: in a group of its own, with its output in a pipe and nothing to
+/// read.
+class Beginning {
+public:
+    explicit Beginning(int output)
+    {
+        check(posix_spawn_file_actions_init(&files_));
+        check(posix_spawnattr_init(&how_));
+        check(posix_spawn_file_actions_addopen(&files_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+        check(posix_spawn_file_actions_adddup2(&files_, output, STDOUT_FILENO));
+        check(posix_spawn_file_actions_adddup2(&files_, output, STDERR_FILENO));
+        // A terminal's signal may come before it has left our group, and waits for it then.
+        sigset_t terminals{};
+        sigemptyset(&terminals);
+        for (const int each : {SIGINT, SIGQUIT, SIGHUP})
+            sigaddset(&terminals, each);
+        check(posix_spawnattr_setsigmask(&how_, &terminals));
+        check(posix_spawnattr_setflags(&how_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK));
+    }
+    Beginning(const Beginning&) = delete;
+    Beginning& operator=(const Beginning&) = delete;
+    ~Beginning()
+    {
+        posix_spawn_file_actions_destroy(&files_);
+        posix_spawnattr_destroy(&how_);
+    }
+    pid_t start(std::vector<char*>& words) const
+    {
+        pid_t child = 0;
+        check(posix_spawn(&child, "/proc/self/exe", &files_, &how_, words.data(), environ));
+        return child;
+    }
+
+private:
+    posix_spawn_file_actions_t files_{};
+    posix_spawnattr_t how_{};
+};
+
+} // namespace
 
 std::vector<String> commandLine(std::span<char*> arguments)
 {
@@ -25,6 +115,34 @@ std::span<const int> endingSignals()
     static constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
     return signals;
 }
+
+ChildEnd runSelf(const std::vector<String>& arguments)
+{
+    std::vector<std::string> texts{"zvconf"};
+    std::vector<char*> words;
+    texts.reserve(arguments.size() + 1);
+    words.reserve(arguments.size() + 2);
+    for (const String& each : arguments)
+        texts.push_back(toUtf8(each));
+    for (std::string& each : texts)
+        words.push_back(each.data());
+    words.push_back(nullptr);
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC) != 0)
+        check(errno);
+    const PipeEnd ours(ends[0]);
+    PipeEnd its(ends[1]);
+    const pid_t child = Beginning(its.file()).start(words);
+    its.close();
+    ChildEnd end{0, ours.text()};
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR)
+        ;
+    end.code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return end;
+}
+
+bool isErrorShown() { return isatty(STDERR_FILENO) == 1; }
 
 StageMaker windowStage()
 {

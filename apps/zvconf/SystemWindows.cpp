@@ -4,17 +4,91 @@
 #include "win32/stage/Win32Gallery.h"
 #include "win32/stage/Win32Stage.h"
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <fcntl.h>
 #include <io.h>
 #include <iostream>
 #include <memory>
+#include <mutex>
+#include <system_error>
 #include <windows.h>
 
 #include <objbase.h>
 #include <shellapi.h>
 
 namespace zv::zvconf {
+namespace {
+
+constexpr std::size_t mostOutput = 65536;
+
+struct CloseHandleOf {
+    void operator()(void* handle) const { CloseHandle(handle); }
+};
+using Handle = std::unique_ptr<void, CloseHandleOf>;
+
+void check(BOOL succeeded)
+{
+    if (succeeded == 0)
+        throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
+}
+
+/// A word of a command line as programs part it: backslashes count only before quotes.
+std::wstring quotedWord(const String& word)
+{
+    std::wstring result = L"\"";
+    std::size_t slashes = 0;
+    for (const char16_t each : word) {
+        if (each == u'"')
+            result.append(slashes + 1, L'\\');
+        slashes = each == u'\\' ? slashes + 1 : 0;
+        result += static_cast<wchar_t>(each);
+    }
+    return result.append(slashes, L'\\') + L"\"";
+}
+
+std::wstring ownPath()
+{
+    std::wstring path(512, L'\0');
+    for (;;) {
+        const DWORD size = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+        check(size > 0);
+        if (size < path.size())
+            return path.substr(0, size);
+        path.resize(path.size() * 2);
+    }
+}
+
+/// Starts the program with its output in a pipe, whose reading end comes back. A child gets all that may be
+/// inherited at that moment: one by one, or it would hold another's pipe open.
+Handle started(std::wstring line, Handle& output)
+{
+    static std::mutex one;
+    const std::scoped_lock lock(one);
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    HANDLE reading = nullptr;
+    HANDLE writing = nullptr;
+    check(CreatePipe(&reading, &writing, &inherited, 0));
+    output.reset(reading);
+    const Handle its(writing);
+    check(SetHandleInformation(reading, HANDLE_FLAG_INHERIT, 0));
+    const Handle nothing(CreateFileW(L"NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
+                                     OPEN_EXISTING, 0, nullptr));
+    STARTUPINFOW how{};
+    how.cb = sizeof how;
+    how.dwFlags = STARTF_USESTDHANDLES;
+    how.hStdInput = nothing.get();
+    how.hStdOutput = writing;
+    how.hStdError = writing;
+    PROCESS_INFORMATION child{};
+    check(CreateProcessW(ownPath().c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP,
+                         nullptr, nullptr, &how, &child));
+    CloseHandle(child.hThread);
+    return Handle(child.hProcess);
+}
+
+} // namespace
 
 // The arguments that main gets are in the code page of the system, which lacks letters.
 std::vector<String> commandLine(std::span<char*> /*arguments*/)
@@ -35,6 +109,31 @@ std::span<const int> endingSignals()
 {
     static constexpr int signals[] = {SIGINT, SIGTERM, SIGBREAK};
     return signals;
+}
+
+ChildEnd runSelf(const std::vector<String>& arguments)
+{
+    std::wstring line = L"zvconf";
+    for (const String& each : arguments)
+        line += L" " + quotedWord(each);
+    Handle output;
+    const Handle child = started(std::move(line), output);
+    ChildEnd end;
+    std::array<char, 4096> piece{};
+    // Read to the end, so that the writer is not held up.
+    for (DWORD count = 0; ReadFile(output.get(), piece.data(), piece.size(), &count, nullptr) != 0;)
+        end.output.append(piece.data(), std::min<std::size_t>(count, mostOutput - end.output.size()));
+    WaitForSingleObject(child.get(), INFINITE);
+    DWORD code = 0;
+    check(GetExitCodeProcess(child.get(), &code));
+    end.code = static_cast<int>(code);
+    return end;
+}
+
+bool isErrorShown()
+{
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
 }
 
 StageMaker windowStage() { return win32::win32Stage; }

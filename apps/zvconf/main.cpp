@@ -22,7 +22,7 @@ constexpr Command commands[] = {
     {u"guion", guion},         {u"azar", azar},           {u"textos", textos},       {u"nodos", nodos},
     {u"historial", historial}, {u"copia", copia},         {u"restaurar", restaurar}, {u"mudar", mudar},
     {u"importar", importar},   {u"diario", diario},       {u"unir", unir},           {u"progreso", progreso},
-    {u"dialogo", dialogo},     {u"galeria", galeria},
+    {u"centros", centros},     {u"dialogo", dialogo},     {u"galeria", galeria},
 };
 
 constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantalla.
@@ -30,12 +30,13 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
   zvconf crear --bd URL [--ejemplo]
       Crea las tres bases de datos de un centro: la del centro, la de borrados y la de entrada.
       Con --ejemplo las llena con un centro de ejemplo; sin ella quedan vacías.
-  zvconf comprobar [--datos] [--json] [--reparar] --bd URL
+  zvconf comprobar [--datos] [--json | --resumen] [--reparar] --bd URL
       Comprueba que las bases de datos tienen las tablas y columnas que hacen falta, y que el disco no
       ha estropeado sus ficheros. Con --datos mira además las filas: dice lo que harán con ellas las ventanas
       (respuestas que no se verán, textos que se perderán, bancos que no se podrán aceptar), con nombres, y qué
-      hacer; y, como consejo, los NIF y las cuentas que no cuadran. Con --reparar arregla lo que no tiene más que
-      un arreglo, después de nombrarlo; si hay historial, se puede deshacer.
+      hacer; y, como consejo, los NIF y las cuentas que no cuadran. Con --resumen dice sólo cuántos, sin nombres.
+      Con --reparar arregla lo que no tiene más que un arreglo, después de nombrarlo; si hay historial, se puede
+      deshacer.
   zvconf registros --bd URL [--liberar FORMULARIO FILA | --liberar-todo]
       Dice qué filas están abiertas, por quién y desde cuándo, o las libera.
   zvconf clave crear | lugar | cambiar --bd URL
@@ -112,6 +113,19 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Dice, por sección y alumno, qué está escrito del consejo orientador y de los informes individuales y qué
       falta, y qué cuenta como que falta; con --faltan, sólo de quien falta algo. Avisa de un texto en el que sale
       el nombre de otro alumno de la sección, por si se copió.
+  zvconf centros crear FICHERO [--ejemplo] [--a-la-vez N] [--informe FICHERO] [--solo NOMBRE]
+      Hace lo mismo con todos los centros de una lista, varios a la vez, cada uno por su lado: lo que pase en uno no
+      para a los demás. FICHERO es la lista: texto en UTF-8, un centro en cada línea, un nombre y su URL; las líneas que
+      empiezan por # no cuentan. Crea los que no están. Dice cada uno cuando acaba, y al final los que no están bien
+      y qué hacer; --informe lo escribe todo en un fichero .csv o .json. Con Ctrl-C acaban los que están en marcha y
+      no se empieza ninguno más; al repetir la orden sigue. Con --solo lo hace con uno, y dice todo lo que diría la
+      orden de un centro.
+  zvconf centros comprobar FICHERO [--datos] [--resumen] [--reparar] [--a-la-vez N] [--informe FICHERO]
+      [--solo NOMBRE]
+      Los comprueba o, con --reparar, los arregla. Con --datos dice de cada uno sólo cuántos fallos, sin nombres.
+  zvconf centros copia FICHERO --carpeta CARPETA [--frase FICHERO] [--a-la-vez N] [--informe FICHERO]
+      [--solo NOMBRE]
+      Hace la copia de hoy de cada uno en CARPETA, en una carpeta con su nombre, como «copia --diaria».
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] [--ventanas] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.
       Con --comprobar lo compara con lo que el guion espera; con --reescribir lo escribe en él.
@@ -155,7 +169,7 @@ icacls), que nombre la variable ZV_CONTRASENA_FICHERO.
 Termina con 0 si todo está bien; con 1 si lo que se mira no está como debe (a una base le falta
 algo, la fila que se libera no estaba registrada, un guion ve otra cosa, hay guardados cortados, algo no se
 puede deshacer, una línea no entra, una copia está estropeada, es de unas bases dañadas o va sin la clave que se
-pidió, a un informe le falta algo); con 2 si la orden no se ha podido hacer.
+pidió, a un informe le falta algo, un centro de la lista no está bien o no se hizo); con 2 si la orden no se ha podido hacer.
 )";
 
 int run(const std::vector<String>& words)

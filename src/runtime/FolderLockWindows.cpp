@@ -6,9 +6,11 @@ namespace zv {
 
 FolderLock::Result FolderLock::take(const std::filesystem::path& folder)
 {
-    // A handle that shares nothing is the lock. What is in the folder is opened all the same.
-    const HANDLE handle = CreateFileW(folder.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
-                                      FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    // A handle that writes and shares only reading is the lock: the folder is still listed, by its holder
+    // too. What is in it is opened all the same.
+    const HANDLE handle =
+        CreateFileW(folder.c_str(), FILE_READ_ATTRIBUTES | FILE_ADD_FILE, FILE_SHARE_READ, nullptr,
+                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         switch (GetLastError()) {
         case ERROR_FILE_NOT_FOUND:

@@ -1,62 +1,15 @@
+#include "Program.h"
+
 #include "care/copies/Contents.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
-#include "data/sqlite/SqliteEngine.h"
 #include "runtime/Convert.h"
 #include "suite/sodium/KeyFile.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <regex>
 #include <set>
-#include <sstream>
-#include <sys/wait.h>
 
 using namespace zv;
-namespace fs = std::filesystem;
-
-namespace {
-
-std::string contents(const fs::path& file)
-{
-    std::ostringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-}
-
-/// Runs the program in a folder of its own.
-class Zvconf : public testing::Test {
-protected:
-    Zvconf()
-    {
-        fs::remove_all(folder);
-        fs::create_directories(folder);
-        registerEngine(sqliteEngine());
-        setenv("ZV_CLAVE", "clave", 1); // In the folder of its own, never the person's.
-    }
-    ~Zvconf() override { fs::remove_all(folder); }
-    /// The exit code; `out` and `err` have what it wrote.
-    int run(const std::string& arguments, const std::string& target = "out")
-    {
-        const std::string line =
-            "cd '" + folder.string() + "' && '" ZVCONF "' " + arguments + " >" + target + " 2>err";
-        const int status = std::system(line.c_str());
-        out = contents(folder / "out");
-        err = contents(folder / "err");
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    fs::path folder =
-        fs::temp_directory_path() /
-        ("zv-zvconf-" + std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()));
-    std::string out, err;
-};
-
-} // namespace
 
 TEST_F(Zvconf, makes_checks_and_frees_a_school)
 {

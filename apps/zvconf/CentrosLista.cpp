@@ -1,0 +1,193 @@
+#include "zvconf/CentrosLista.h"
+
+#include "data/Engine.h"
+#include "runtime/Convert.h"
+#include "runtime/PrivateFile.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+namespace zv::zvconf {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr StringView blanks = u" \t";
+constexpr std::size_t longestName = 60;
+
+String trimmed(StringView text)
+{
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == StringView::npos)
+        return {};
+    return String(text.substr(begin, text.find_last_not_of(blanks) - begin + 1));
+}
+
+bool isPlain(char16_t letter)
+{
+    return (letter >= u'a' && letter <= u'z') || (letter >= u'A' && letter <= u'Z') ||
+           (letter >= u'0' && letter <= u'9');
+}
+
+/// Attributes of a connection by which it is another's, in one order: who asks, and for how long, does not
+/// matter.
+String serverPlace(StringView location)
+{
+    std::map<String, String> attributes;
+    while (!location.empty()) {
+        const std::size_t end = std::min(location.find(u';'), location.size());
+        const StringView each = location.substr(0, end);
+        const std::size_t sign = std::min(each.find(u'='), each.size());
+        const String name = lowerName(trimmed(each.substr(0, sign)));
+        const bool counts = !name.empty() && name != u"espera" && name != u"pwd" && name != u"password" &&
+                            name != u"uid" && name != u"user";
+        if (counts)
+            attributes.try_emplace(name, trimmed(each.substr(std::min(sign + 1, each.size()))));
+        location.remove_prefix(std::min(end + 1, location.size()));
+    }
+    String result;
+    for (const auto& [name, value] : attributes)
+        result.append(name).append(u"=").append(value).append(u";");
+    return result;
+}
+
+/// The same for two ways to write one place, as far as can be told without going there.
+String placeOf(StringView url)
+{
+    const String scheme(engineOf(url).scheme());
+    const StringView location = locationOf(url);
+    if (scheme == u"odbc")
+        return u"odbc:" + serverPlace(location);
+    if (scheme != u"sqlite")
+        return placeOf(location);
+    std::error_code ignored;
+    const fs::path file = fs::weakly_canonical(fs::absolute(fs::path(String(location))), ignored);
+    return u"sqlite:" + (ignored ? String(location) : file.u16string());
+}
+
+/// A list as it is read, line by line.
+class Reader {
+public:
+    explicit Reader(const fs::path& list) : list_(list) {}
+
+    void read(std::string_view bytes)
+    {
+        if (bytes.starts_with("\xEF\xBB\xBF"))
+            bytes.remove_prefix(3);
+        for (line_ = 1; !bytes.empty(); ++line_) {
+            const std::size_t end = std::min(bytes.find('\n'), bytes.size());
+            std::string_view line = bytes.substr(0, end);
+            if (line.ends_with('\r'))
+                line.remove_suffix(1);
+            take(line);
+            bytes.remove_prefix(std::min(end + 1, bytes.size()));
+        }
+        if (schools_.empty() && faults_.empty())
+            faults_ = u"\n«" + list_.u16string() +
+                      u"» no tiene ningún centro: escriba uno en cada línea, su nombre y su URL.";
+        if (hasPassword_ && openToOthers(list_))
+            faults_ += u"\n«" + list_.u16string() +
+                       u"» lleva contraseñas y la pueden leer otros: quíteles el permiso (" +
+                       String(closingCommand()) + u").";
+        if (!faults_.empty())
+            throw std::runtime_error(toUtf8(faults_.substr(1) + u"\nNo se ha hecho nada."));
+    }
+    std::vector<ListedSchool> schools() && { return std::move(schools_); }
+
+private:
+    void fault(const String& text)
+    {
+        faults_ += u"\n" + list_.u16string() + u", línea " + decimalText(line_) + u": " + text;
+    }
+
+    void take(std::string_view bytes)
+    {
+        String line;
+        try {
+            line = trimmed(fromUtf8(bytes));
+        } catch (const std::invalid_argument&) {
+            fault(u"no está en UTF-8: guarde la lista como texto en UTF-8.");
+            return;
+        }
+        if (std::ranges::any_of(line, [](char16_t each) { return each < u' ' && each != u'\t'; })) {
+            fault(u"tiene caracteres que no son texto: guarde la lista como texto en UTF-8.");
+            return;
+        }
+        if (line.empty() || line.starts_with(u'#'))
+            return;
+        const std::size_t end = std::min(line.find_first_of(blanks), line.size());
+        const ListedSchool school{line.substr(0, end), trimmed(StringView(line).substr(end))};
+        if (isNamed(school) && isPlaced(school))
+            schools_.push_back(school);
+    }
+
+    bool isNamed(const ListedSchool& school)
+    {
+        const bool plain = isPlain(school.name.front()) && school.name.size() <= longestName &&
+                           std::ranges::all_of(school.name, [](char16_t each) {
+                               return isPlain(each) || each == u'-' || each == u'_';
+                           });
+        if (!plain) {
+            fault(u"«" + withoutPassword(school.name) +
+                  u"» no vale de nombre: hasta 60 letras de la a a la z, cifras, «-» y «_», sin "
+                  u"acentos ni ñ, y lo primero una letra o una cifra.");
+            return false;
+        }
+        return isFirst(names_, lowerName(school.name), u"el nombre «" + school.name + u"»");
+    }
+
+    bool isPlaced(const ListedSchool& school)
+    {
+        if (school.url.empty() || locationOf(school.url).empty() || school.url.find(u':') == String::npos) {
+            fault(u"a «" + school.name +
+                  u"» le falta el URL: escriba detrás del nombre, con un espacio, sqlite:FICHERO "
+                  u"u odbc:CONEXIÓN.");
+            return false;
+        }
+        hasPassword_ = hasPassword_ || withoutPassword(school.url) != school.url;
+        try {
+            return isFirst(places_, placeOf(school.url), u"el centro de " + withoutPassword(school.url));
+        } catch (const std::exception& error) {
+            fault(fromUtf8(error.what()));
+            return false;
+        }
+    }
+
+    bool isFirst(std::map<String, Long>& seen, const String& key, const String& what)
+    {
+        const auto [first, isNew] = seen.try_emplace(key, line_);
+        if (!isNew)
+            fault(what + u" está ya en la línea " + decimalText(first->second) + u": quite una de las dos.");
+        return isNew;
+    }
+
+    const fs::path& list_;
+    Long line_ = 1;
+    bool hasPassword_ = false;
+    String faults_;
+    std::vector<ListedSchool> schools_;
+    std::map<String, Long> names_;
+    std::map<String, Long> places_;
+};
+
+} // namespace
+
+std::vector<ListedSchool> schoolsIn(const fs::path& list)
+{
+    std::error_code ignored;
+    std::ifstream stream(list, std::ios::binary);
+    if (!stream.is_open() || fs::is_directory(list, ignored))
+        throw std::runtime_error("«" + toUtf8(list.u16string()) +
+                                 "» no se puede leer: dé el fichero de texto con la lista de los centros.");
+    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    Reader reader(list);
+    reader.read(bytes);
+    return std::move(reader).schools();
+}
+
+} // namespace zv::zvconf
