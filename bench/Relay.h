@@ -33,7 +33,7 @@ public:
         put({}, Clock::now());
         sender_.join();
     }
-    /// Nothing ends it.
+    /// An empty one ends it.
     void put(std::string bytes, Clock::time_point due)
     {
         const std::lock_guard lock(mutex_);
@@ -70,8 +70,8 @@ private:
     std::thread sender_;
 };
 
-/// Relay before a PostgreSQL server of this machine: holds up what passes as a network would, counts round
-/// trips, and reads along what is asked. It lasts as long as the process.
+/// Relay before a server of this machine: holds up what passes as a network would, and counts round trips. It
+/// lasts as long as the process.
 class Relay {
 public:
     using Clock = Delayed::Clock;

@@ -2,10 +2,10 @@
 // that holds up what passes as a network would, against the very same statements given to libpq one by one,
 // and in a pipeline that waits for no answer. Counts statements and round trips.
 //
-//   bench_red DSN SOCKET   a data source of a server on this machine, and the path of the server's Unix
-//   socket;
-//                          tests/servidor/postgres starts one. Makes a school of its own there, and takes it
-//                          away
+//   bench_red DSN SOCKET
+//
+// a data source of a server on this machine, and the path of the server's Unix socket;
+// tests/servidor/postgres starts one. A school is made there, and taken away.
 
 #include "Classroom.h"
 #include "Relay.h"
@@ -85,11 +85,13 @@ public:
     void one(const std::string& statement) { read(PQexec(link_, statement.c_str())); }
 
 private:
+    /// A statement that fails is none that was measured. No result: the next statement's are to come.
     ExecStatusType read(PGresult* result)
     {
-        const ExecStatusType status = PQresultStatus(result);
-        if (result && status == PGRES_FATAL_ERROR)
-            std::cerr << PQresultErrorMessage(result);
+        const ExecStatusType status = result ? PQresultStatus(result) : PGRES_EMPTY_QUERY;
+        if (status == PGRES_FATAL_ERROR || status == PGRES_PIPELINE_ABORTED ||
+            PQstatus(link_) != CONNECTION_OK)
+            throw std::runtime_error(PQerrorMessage(link_));
         for (int row = 0; row < PQntuples(result); ++row)
             for (int column = 0; column < PQnfields(result); ++column)
                 benchmark::DoNotOptimize(PQgetvalue(result, row, column));

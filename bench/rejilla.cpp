@@ -31,7 +31,11 @@ constexpr int columns = 4;
 constexpr int pages = 50;
 
 double processorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
-double megabytes() { return static_cast<double>(mallinfo2().uordblks) / 1e6; }
+double megabytes()
+{
+    const struct mallinfo2 room = mallinfo2();
+    return static_cast<double>(room.uordblks + room.hblkhd) / 1e6;
+}
 
 String textAt(Long row, Long column) { return u"Sucursal " + decimalText(row * columns + column); }
 
@@ -44,10 +48,12 @@ struct Seen {
     double memory = 0;
 
     /// To be called when the window is up.
-    void look(QWidget& grid)
+    void look(QWidget* grid)
     {
-        auto* table = qobject_cast<QAbstractItemView*>(&grid);
-        while (!grid.window()->windowHandle()->isExposed())
+        auto* table = qobject_cast<QAbstractItemView*>(grid);
+        if (table == nullptr)
+            throw std::runtime_error("the grid has not the focus");
+        while (!table->window()->windowHandle()->isExposed())
             QCoreApplication::processEvents();
         table->viewport()->repaint();
         painted = processorSeconds() - begun;
@@ -55,11 +61,11 @@ struct Seen {
         const double since = processorSeconds();
         for (int turned = 0; turned < pages; ++turned) {
             QKeyEvent event(QEvent::KeyPress, Qt::Key_PageDown, Qt::NoModifier);
-            QCoreApplication::sendEvent(&grid, &event);
+            QCoreApplication::sendEvent(table, &event);
             table->viewport()->repaint();
         }
         page = (processorSeconds() - since) / pages;
-        if (table == nullptr || table->verticalScrollBar()->value() == 0)
+        if (table->verticalScrollBar()->value() == 0)
             throw std::runtime_error("no page was turned");
     }
 };
@@ -90,7 +96,7 @@ protected:
     void runWindow(FormWindow& window) override
     {
         QTimer::singleShot(0, &window, [&] {
-            seen->look(*window.focusWidget());
+            seen->look(window.focusWidget());
             window.close();
         });
         QtDesktop::runWindow(window);
@@ -120,7 +126,7 @@ Seen theirs(Long rows)
     window.resize(600, 400);
     table.setCurrentCell(0, 0);
     QTimer::singleShot(0, &window, [&] {
-        seen.look(table);
+        seen.look(&table);
         window.close();
     });
     window.exec();

@@ -159,7 +159,13 @@ private:
 /// A word as a shell takes it.
 String shellWord(const String& word)
 {
-    return word.find_first_of(u" \t'&;()$*") == String::npos ? word : u"\"" + word + u"\"";
+    if (word.find_first_of(u" \t'\"&;()$*?`|<>#~!{}[]\\") == String::npos)
+        return word;
+#ifdef _WIN32
+    return u"\"" + word + u"\"";
+#else
+    return u"'" + Replace(word, u"'", u"'\\''") + u"'";
+#endif
 }
 
 int round(const Action& action, const Options& options, const std::vector<ListedSchool>& schools)

@@ -34,15 +34,26 @@ String shortened(const String& text)
            text.substr(ends[ends.size() - last]);
 }
 
+/// UTF-8 without a last letter that a limit has cut.
+std::string_view whole(std::string_view bytes)
+{
+    constexpr std::size_t longest = 4;
+    for (std::size_t back = 1; back <= std::min(longest, bytes.size()); ++back) {
+        const auto unit = static_cast<unsigned char>(bytes[bytes.size() - back]);
+        if ((unit & 0xC0U) == 0x80U)
+            continue;
+        const std::size_t length = unit < 0xC0U ? 1 : unit < 0xE0U ? 2 : unit < 0xF0U ? 3 : 4;
+        return length > back ? bytes.substr(0, bytes.size() - back) : bytes;
+    }
+    return bytes;
+}
+
 /// What a process wrote, as lines of text; whatever bytes it wrote.
 String linesOf(std::string bytes)
 {
     String text;
     try {
-        // A letter that the limit cut.
-        while (!bytes.empty() && (static_cast<unsigned char>(bytes.back()) & 0xC0U) == 0x80U)
-            bytes.pop_back();
-        text = fromUtf8(bytes);
+        text = fromUtf8(whole(bytes));
     } catch (const std::invalid_argument&) {
         for (const char each : bytes)
             text += static_cast<unsigned char>(each) < 0x80U ? static_cast<char16_t>(each) : u'?';

@@ -85,8 +85,8 @@ TEST(Servers, are_tried_as_written_after_the_one_that_served_last)
             },
             u"ninguno de los servidores: ");
     };
-    const String one = u"DSN=d;SERVER=uno;PORT=1;", two = u"DSN=d;SERVER=::1;PORT=2;",
-                 three = u"DSN=d;SERVER=/tres;";
+    const String one = u"DSN=d;port=1;SERVER=uno;", two = u"DSN=d;port=2;SERVER=::1;",
+                 three = u"DSN=d;port=9;SERVER=/tres;";
     for (const auto& [serving, number, order] : {std::tuple(u"::1", 0, one + two),
                                                  {u"::1", 0, two},
                                                  {u"tres", 0, two + one + three},

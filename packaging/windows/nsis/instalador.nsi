@@ -12,6 +12,7 @@ Caption "ZVConfiguracion ${VERSION}: instalador SIN PROBAR en Windows"
 BrandingText "ZVConfiguracion ${VERSION}, instalador sin probar en Windows"
 RequestExecutionLevel user
 InstallDir "$LOCALAPPDATA\Programs\ZVConfiguracion"
+InstallDirRegKey HKCU "Software\Microsoft\Windows\CurrentVersion\Uninstall\ZVConfiguracion" InstallLocation
 LoadLanguageFile "${NSISDIR}/Contrib/Language files/Spanish.nlf"
 ShowInstDetails nevershow
 ShowUninstDetails nevershow
@@ -34,7 +35,7 @@ Section
     ; It takes away what is no longer of this version, and waits since it is not copied elsewhere first.
     ExecWait '"$INSTDIR\desinstalar.exe" /S _?=$INSTDIR' $0
     ${If} $0 != 0
-      !insertmacro end "La versión anterior está en uso. Cierre los programas que la usan y repita." $0
+      !insertmacro end "No se puede quitar la versión anterior. Cierre los programas que la usan y repita; si sigue, el porqué lo dice su quitar.cmd." $0
     ${EndIf}
   ${EndIf}
   SetOutPath "$INSTDIR"
@@ -59,7 +60,7 @@ Section Uninstall
   nsExec::Exec '"$SYSDIR\cmd.exe" /c ""$INSTDIR\quitar.cmd" /callado"'
   Pop $0
   ${If} $0 != 0
-    !insertmacro end "No se quita nada: cierre los programas que lo usan y repita. El porqué lo dice quitar.cmd." 1
+    !insertmacro end "No se quita nada. Cierre los programas que lo usan y repita; si sigue, el porqué lo dice quitar.cmd." 1
   ${EndIf}
   SetOutPath "$TEMP"
   !include "${FILES}"

@@ -49,7 +49,8 @@ if defined quitar goto quitar
 rem La version de otra carpeta se quita con sus propias DLL, que saben lo que registraron.
 if not defined otra goto registrar
 set "mal="
-for %%d in (ZVConfiguracion ZVDatos) do if exist "%otra%\%%d.dll" call :desregistrar_una "%otra%\%%d.dll"
+set "donde=%otra%"
+for %%d in (ZVConfiguracion ZVDatos) do if exist "%otra%\%%d.dll" call :desregistrar_una %%d
 if defined mal goto no_quitado
 :registrar
 %sistema%\regsvr32.exe /s %modo% "%aqui%\ZVConfiguracion.dll"
@@ -98,7 +99,8 @@ for %%f in (ZVConfiguracion.dll ZVDatos.dll zvconf.exe) do call :mirar %%f
 if defined abierto goto abierto
 :desregistrar
 set "mal="
-for %%d in (ZVConfiguracion ZVDatos) do call :desregistrar_una "%aqui%\%%d.dll"
+set "donde=%aqui%"
+for %%d in (ZVConfiguracion ZVDatos) do call :desregistrar_una %%d
 if defined mal goto no_quitado
 call :olvidar
 rem Lo que las ventanas recuerdan de esta cuenta.
@@ -114,7 +116,8 @@ set "fin=1"
 goto fin
 
 :no_quitado
-echo No se ha podido quitar del registro de Windows.
+echo No se ha podido quitar del registro de Windows lo de "%donde%".
+if not defined quitar echo Cierre los programas que lo usan, o borre esa carpeta, y repita.
 set "fin=2"
 if "%rama%"=="HKLM" goto administrador
 goto fin
@@ -152,7 +155,7 @@ echo Un programa tiene abierto %~1.
 goto :eof
 
 :desregistrar_una
-%sistema%\regsvr32.exe /s /u %modo% "%~1"
+%sistema%\regsvr32.exe /s /u %modo% "%donde%\%~1.dll"
 if not "%errorlevel%"=="0" set "mal=1"
 goto :eof
 

@@ -16,7 +16,6 @@
 namespace zv::care {
 namespace {
 
-constexpr StringView registrations = u"RegistroActivo";
 /// Rows of one INSERT: a server answers each statement, and a statement of a thousand rows is no faster.
 constexpr std::size_t rowsAtOnce = 50;
 
@@ -67,7 +66,7 @@ void forEachTable(const School& school, Engine& engine, const EachTable& use)
 {
     for (const Database which : everyDatabase)
         for (const FoundTable& table : engine.tables(*baseOf(school, which)))
-            if (!sameName(table.name, registrations))
+            if (!sameName(table.name, schema::registrations))
                 use(which, table);
 }
 
@@ -294,7 +293,7 @@ void copyContents(const School& from, Engine& fromEngine, School& to, Engine& to
             // Made with a row of its own, in the place of which comes that of the other school.
             base.executeNative(u"DELETE FROM HistorialCabeza");
         for (const FoundTable& table : fromEngine.tables(*baseOf(from, which)))
-            if (!sameName(table.name, registrations))
+            if (!sameName(table.name, schema::registrations))
                 tell(table.name, copyRowsTold(*baseOf(from, which), base, which, table));
         transaction.commit();
     }

@@ -37,6 +37,24 @@ std::string originOf(StringView url)
     return toUtf8(fs::absolute(fs::path(String(locationOf(url)))).lexically_normal().u16string());
 }
 
+/// An origin without what may change while the school stays where it is: which servers hold it, who asks and
+/// for how long.
+std::string placeIn(const std::string& origin)
+{
+    if (!origin.starts_with("odbc:"))
+        return origin;
+    std::string place;
+    for (std::size_t from = 0; from < origin.size();) {
+        const std::size_t end = std::min(origin.find(';', from), origin.size());
+        const std::string each = origin.substr(from, end - from);
+        const String name = lowerName(Trim(fromUtf8(each.substr(0, each.find('=')))));
+        if (name != u"servidores" && name != u"espera" && name != u"uid")
+            place += each + ';';
+        from = end + 1;
+    }
+    return place;
+}
+
 /// Digest of all tables, each bound to its database, its name and its number of rows.
 std::string contentsText(std::vector<TableContents> contents)
 {
@@ -259,7 +277,10 @@ String restoreCopy(const fs::path& file, StringView url)
     return told(file, [&] { return restored(file, url); });
 }
 
-bool isOf(const fs::path& file, StringView url) { return manifestOf(file)["origen"] == originOf(url); }
+bool isOf(const fs::path& file, StringView url)
+{
+    return placeIn(manifestOf(file)["origen"]) == placeIn(originOf(url));
+}
 
 std::optional<std::string> keyIn(const fs::path& file, const std::string& passphrase)
 {

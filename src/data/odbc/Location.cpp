@@ -16,6 +16,10 @@ String whyClosed(const DataError& failure)
         return u"nombra una fuente de datos que este equipo no tiene: corrija DSN, o créela (odbc.ini)";
     if (code.starts_with("IM003") || code.starts_with("01000"))
         return u"nombra un controlador de ODBC que este equipo no tiene: instálelo, o corrija Driver";
+    if (code == "57P03")
+        return u"no admite cambios ahora: si está arrancando, espere y repita; si es una reserva, "
+               u"promuévala; en "
+               u"un grupo de nodos, espere a que vuelva la mayoría";
     return u"no responde: compruebe el servidor, la base, el usuario y la contraseña";
 }
 

@@ -35,9 +35,12 @@ bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const
     constexpr int rounds = 5;
     const std::shared_ptr<Link> second = another();
     const Long its = probe(second, kind).session;
+    // A probe that failed without losing its link has seen nothing.
+    const auto isAnother = [](Long now, Long before) { return now > 0 && now != before; };
     bool shared = its == found.session;
     for (int round = 0; round < rounds && !shared; ++round)
-        shared = probe(link, kind).session != found.session || probe(second, kind).session != its;
+        shared = isAnother(probe(link, kind).session, found.session) ||
+                 (its > 0 && isAnother(probe(second, kind).session, its));
     return shared;
 }
 

@@ -30,8 +30,7 @@ constexpr std::array servers{
     Server{.name = u"SQLite", .dialect = standardSql, .keepsAllTexts = true, .placing = Placing::files},
     // Names fold, so that nobody has to ask for lower_case_table_names. Each statement sees what was
     // committed before it, as elsewhere. The driver fetches all rows at once. A node of a cluster first takes
-    // in what
-    // the others have committed, before a statement that reads, changes or inserts (1+2+4).
+    // in what the others have committed, before a statement that reads, changes or inserts (1+2+4).
     Server{.name = u"MariaDB",
            .dialect = {.joinTexts = u"||", .deleteWithStar = false, .namesInAnyCase = false},
            .keepsAllTexts = true,

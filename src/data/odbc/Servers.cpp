@@ -50,10 +50,11 @@ void Servers::find(StringView connectionText, const std::function<void(StringVie
         return attempt(connectionText);
     std::optional<DataError> told;
     String words;
+    const std::size_t first = serving_;
     for (std::size_t trial = 0; trial < places_.size(); ++trial) {
-        const std::size_t at = trial == 0 ? serving_ : trial <= serving_ ? trial - 1 : trial;
+        const std::size_t at = trial == 0 ? first : trial <= first ? trial - 1 : trial;
         ConnectionText text(connectionText);
-        for (const StringView name : {u"SERVER", u"SERVERNAME", u"PORT"})
+        for (const StringView name : {u"SERVER", u"SERVERNAME"})
             text.take(name);
         text.set(u"SERVER", places_[at].host);
         if (!places_[at].port.empty())
@@ -63,7 +64,8 @@ void Servers::find(StringView connectionText, const std::function<void(StringVie
             serving_ = at;
             return;
         } catch (const DataError& failure) {
-            if (failure.number() != failure::connectionLost)
+            // What this machine lacks, it lacks for each of them.
+            if (failure.number() != failure::connectionLost || failure.engineCode().starts_with("IM"))
                 throw;
             // What a server says itself is worth more than that another is not there.
             if (!told || saidByServer(failure))

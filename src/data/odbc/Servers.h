@@ -3,6 +3,7 @@
 #include "data/odbc/ConnectionText.h"
 #include "data/odbc/Link.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -32,7 +33,8 @@ private:
     static String shown(const Place& place);
 
     std::vector<Place> places_;
-    std::size_t serving_ = 0; ///< The place that served last.
+    std::atomic<std::size_t> serving_ =
+        0; ///< The place that served last. A wait for it has a thread of its own.
 };
 
 /// Asks a server of a list whether it takes changes, and fails with connectionLost if not: a standby, a node

@@ -37,6 +37,8 @@ struct Handle {
     DatabasePtr database;
     ReadyStatements ready;
     std::vector<Cursor*> cursors;
+    bool waitsForDisk =
+        true; ///< When a statement that writes returns; false only if that could not be put back.
     std::chrono::steady_clock::time_point seenInPlace; ///< When its file was last seen under its name.
 };
 

@@ -24,18 +24,28 @@ bool isOfRegistrations(StringView statement)
         });
 }
 
+bool waitForDisk(Handle& handle, bool waits)
+{
+    const char* const pragma = waits ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=NORMAL";
+    const bool done = sqlite3_exec(handle.database.get(), pragma, nullptr, nullptr, nullptr) == SQLITE_OK;
+    if (done)
+        handle.waitsForDisk = waits;
+    return done;
+}
+
 /// RAII guard of a statement that does not wait for the disk.
 class Hurry {
 public:
-    explicit Hurry(sqlite3* database) : database_(database) { set("PRAGMA synchronous=NORMAL"); }
+    explicit Hurry(std::shared_ptr<Handle> handle) : handle_(std::move(handle))
+    {
+        waitForDisk(*handle_, false);
+    }
     Hurry(const Hurry&) = delete;
     Hurry& operator=(const Hurry&) = delete;
-    ~Hurry() { set("PRAGMA synchronous=FULL"); }
+    ~Hurry() { waitForDisk(*handle_, true); }
 
 private:
-    void set(const char* pragma) { sqlite3_exec(database_, pragma, nullptr, nullptr, nullptr); }
-
-    sqlite3* database_;
+    std::shared_ptr<Handle> handle_;
 };
 
 } // namespace
@@ -110,6 +120,8 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
     refuseUnstorable(statement);
     std::shared_ptr<Handle> on = handle(statement);
     refuseVanished(*on, statement);
+    if (!on->waitsForDisk && !waitForDisk(*on, true))
+        throw failureOf(on->database.get(), Phase::running, statement);
     auto [prepared, parameters] = ready(*on, statement);
     const bool hasRows = sqlite3_column_count(prepared.get()) > 0;
     // A registration that a power failure takes back was a station's that failed with it. The next statement
@@ -117,7 +129,7 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
     std::optional<Hurry> hurry;
     if (durability_ == Durability::full && !file_.empty() && isOfRegistrations(statement) &&
         sqlite3_get_autocommit(on->database.get()) != 0)
-        hurry.emplace(on->database.get());
+        hurry.emplace(on);
     if (!hasRows || sqlite3_stmt_readonly(prepared.get()) == 0) {
         // Snapshot: open cursors of the same handle buffer their rows, which stay what they were when they
         // were asked for.
