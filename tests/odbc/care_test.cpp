@@ -257,7 +257,11 @@ TEST_P(MovingToServer, a_restore_that_is_killed_leaves_the_old_or_the_new)
                 took = std::chrono::duration_cast<std::chrono::microseconds>(
                     std::chrono::steady_clock::now() - begun);
             openSchool(url);
-            const auto after = contentsAt(url);
+            // A server carries the dead one's last statement to its end, while the tables are read one by
+            // one.
+            auto after = contentsAt(url);
+            for (auto again = contentsAt(url); !(again == after); again = contentsAt(url))
+                after = std::move(again);
             EXPECT_TRUE(after == before || care::differences(after, copied).empty()) << trial;
             restored += after == before ? 0 : 1;
             for (const auto& each : std::filesystem::directory_iterator(folder))

@@ -288,11 +288,10 @@ private:
             if (found.keepsAllTexts && !seen.takesAllTexts)
                 failFor(text, u"tiene un controlador sin Unicode, que estropearía las letras: use el que lo "
                               u"tiene («PostgreSQL Unicode», «MariaDB Unicode»; para un fichero, sqlite:).");
-            if (sharesSessions(link, seen, found,
+            constexpr int rounds = 5;
+            if (sharesSessions(link, seen, found, rounds,
                                [&] { return firstLink(*servers, plain, longestSilence(text)); }))
-                failFor(text, u"pasa por un repartidor de conexiones que da cada transacción a una sesión "
-                              u"distinta del servidor, y en ella se pierde el esquema del centro: repártalas "
-                              u"por sesión (pool_mode=session), o conecte sin él.");
+                failFor(text, String(sharingPooler) + u".");
             KnownServer result{&found, std::make_shared<Outage>(), servers, {}, false};
             if (const StringView asked =
                     found.placing == Placing::schemas ? schemasOf(found).standing() : u"";

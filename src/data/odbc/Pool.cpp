@@ -2,6 +2,7 @@
 
 #include "data/ServerAway.h"
 #include "data/odbc/Failure.h"
+#include "data/odbc/Probe.h"
 
 #include <algorithm>
 #include <random>
@@ -110,6 +111,18 @@ void Pool::pauseAfter(const DataError& failure)
     target_.outage->until = Outage::Clock::now() + pause;
 }
 
+/// At each new link: a pooler may have been put between, or shares sessions since it began anew, and what a
+/// school then writes goes into another's schema.
+void Pool::refuseSharing(const std::shared_ptr<Link>& fresh, StringView text) const
+{
+    constexpr int rounds = 2;
+    const Server& kind = *target_.server;
+    if (!kind.session.empty() && sharesSessions(fresh, probe(fresh, kind), kind, rounds, [&] {
+            return std::make_shared<Link>(text, target_.patience);
+        }))
+        throw DataError(failure::connectionLost, "08P01", sharingPooler, u"");
+}
+
 std::shared_ptr<Link> Pool::open() const
 {
     std::shared_ptr<Link> fresh;
@@ -119,6 +132,7 @@ std::shared_ptr<Link> Pool::open() const
             fresh->noticeSilentNetwork();
         if (target_.servers->isList())
             requireServing(fresh);
+        refuseSharing(fresh, text);
         for (const String& setting : target_.settings)
             StatementRows(fresh, setting);
         if (!target_.selection.empty())

@@ -58,6 +58,7 @@ private:
 
     std::shared_ptr<Link> link();
     std::shared_ptr<Link> open() const;
+    void refuseSharing(const std::shared_ptr<Link>& fresh, StringView text) const;
     std::shared_ptr<Link> freshLink();
     std::shared_ptr<Link> awaitedLink();
     void noticeLosses();

@@ -27,12 +27,11 @@ Probe probe(const std::shared_ptr<Link>& link, const Server& kind)
     return result;
 }
 
-bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const Server& kind,
+bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const Server& kind, int rounds,
                     const std::function<std::shared_ptr<Link>()>& another)
 {
     if (found.isDirect || found.session <= 0)
         return false;
-    constexpr int rounds = 5;
     const std::shared_ptr<Link> second = another();
     const Long its = probe(second, kind).session;
     // A probe that failed without losing its link has seen nothing.

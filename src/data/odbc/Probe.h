@@ -22,8 +22,13 @@ Probe probe(const std::shared_ptr<Link>& link, const Server& kind);
 /// Whether a pooler between gives each transaction to a session of the server that is free (transaction
 /// pooling), so that what a link sets is lost, its schema included. `another` opens a second link. Two links
 /// that meet at one session prove it, and one that moves: the session that became free last is given out
-/// first, or they take turns; what other stations do in between is asked for several times.
-bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const Server& kind,
+/// first, or they take turns; what other stations do in between is asked for in `rounds`.
+bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const Server& kind, int rounds,
                     const std::function<std::shared_ptr<Link>()>& another);
+/// What such a pooler does, and what to do.
+inline constexpr StringView sharingPooler =
+    u"pasa por un repartidor de conexiones que da cada transacción a una sesión distinta del servidor, y en "
+    u"ella "
+    u"se pierde el esquema del centro: repártalas por sesión (pool_mode=session), o conecte sin él";
 
 } // namespace zv::odbc
