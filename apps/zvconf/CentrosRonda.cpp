@@ -49,7 +49,7 @@ std::string_view whole(std::string_view bytes)
 }
 
 /// What a process wrote, as lines of text; whatever bytes it wrote.
-String linesOf(std::string bytes)
+String linesOf(const std::string& bytes)
 {
     String text;
     try {
