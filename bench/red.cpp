@@ -8,11 +8,11 @@
 // tests/servidor/postgres starts one. A school is made there, and taken away.
 
 #include "Classroom.h"
+#include "Office.h"
 #include "Relay.h"
 
 #include "data/Dialect.h"
 #include "data/odbc/OdbcEngine.h"
-#include "forms/Acts.h"
 #include "runtime/Convert.h"
 
 #include <algorithm>
@@ -26,21 +26,6 @@ using namespace zv::bench;
 using Clock = Relay::Clock;
 
 constexpr const char* schema = "zv_bench_red";
-constexpr Byte maritalStates = 65;
-
-/// Person who types another text each time.
-class Typist final : public BusyPerson {
-public:
-    void runModal(Form& form) override
-    {
-        Acts acts;
-        acts.type(form.reach(u"txtIdioma"), (++changes_ & 1) != 0 ? u"Casada" : u"Soltera");
-        acts.click(form.reach(u"cmdIdioma", 0));
-    }
-
-private:
-    unsigned changes_ = 0;
-};
 
 /// The bare library on the same way to the same school.
 class Peer {

@@ -1,6 +1,7 @@
 #include "zvconf/CentrosLista.h"
 
 #include "data/Engine.h"
+#include "data/Place.h"
 #include "runtime/Convert.h"
 #include "runtime/PrivateFile.h"
 
@@ -34,35 +35,13 @@ bool isPlain(char16_t letter)
            (letter >= u'0' && letter <= u'9');
 }
 
-/// Attributes of a connection by which it is another's, in one order: who asks, and for how long, does not
-/// matter.
-String serverPlace(StringView location)
-{
-    std::map<String, String> attributes;
-    while (!location.empty()) {
-        const std::size_t end = std::min(location.find(u';'), location.size());
-        const StringView each = location.substr(0, end);
-        const std::size_t sign = std::min(each.find(u'='), each.size());
-        const String name = lowerName(trimmed(each.substr(0, sign)));
-        const bool counts = !name.empty() && name != u"espera" && name != u"pwd" && name != u"password" &&
-                            name != u"uid" && name != u"user";
-        if (counts)
-            attributes.try_emplace(name, trimmed(each.substr(std::min(sign + 1, each.size()))));
-        location.remove_prefix(std::min(end + 1, location.size()));
-    }
-    String result;
-    for (const auto& [name, value] : attributes)
-        result.append(name).append(u"=").append(value).append(u";");
-    return result;
-}
-
 /// The same for two ways to write one place, as far as can be told without going there.
 String placeOf(StringView url)
 {
     const String scheme(engineOf(url).scheme());
     const StringView location = locationOf(url);
     if (scheme == u"odbc")
-        return u"odbc:" + serverPlace(location);
+        return u"odbc:" + placeIn(location);
     if (scheme != u"sqlite")
         return placeOf(location);
     std::error_code ignored;

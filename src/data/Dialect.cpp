@@ -183,9 +183,9 @@ StringView folded(StringView statement, String& room)
 StringView inDialect(StringView statement, const Dialect& dialect, String& room)
 {
     // A query, or a change of rows, that joins nothing and is followed by nothing: most statements.
-    const bool deletes =
-        StringView(u"SsIiUu").find(statement.empty() ? u'\0' : statement.front()) == StringView::npos;
-    if (!deletes && statement.find(u'+') == StringView::npos && statement.find(u';') == StringView::npos)
+    const bool isPlain =
+        !statement.empty() && StringView(u"SsIiUu").find(statement.front()) != StringView::npos;
+    if (isPlain && statement.find(u'+') == StringView::npos && statement.find(u';') == StringView::npos)
         return statement;
     Rewriter rewriter(statement, dialect);
     rewriter.read();

@@ -193,6 +193,9 @@ TEST_P(MovingToServer, copies_while_stations_write_are_whole_and_of_one_instant)
         care::takeCopy(url, copy, "clave", "frase");
         EXPECT_EQ(care::keyIn(copy, "frase"), "clave");
         EXPECT_EQ(care::keyIn(copy, "otra"), std::nullopt);
+        // The school's, whoever asks and whichever servers are listed, and of no other schema.
+        EXPECT_EQ(care::isOf(copy, url + u";ESPERA=120;SERVIDORES=uno,dos"), url.starts_with(u"odbc:"));
+        EXPECT_FALSE(care::isOf(copy, url + u"x")) << toUtf8(url);
         // Over a school that is there: it is kept, and what the copy has is there.
         openSchool(url).centro->Execute(u"DELETE FROM profesion");
         const auto emptied = contentsAt(url);

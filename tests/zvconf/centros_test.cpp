@@ -47,6 +47,8 @@ TEST_F(Centros, a_wrong_list_is_told_line_by_line)
         {"uno sqlite:a.db\nb historial:sqlite:./z/../a.db\n",
          "línea 2: el centro de historial:sqlite:./z/../a.db está"},
         {"a odbc:DSN=x;ESQUEMA=y;UID=z\nb odbc:esquema=y; dsn=x\n", "línea 2: el centro de odbc:"},
+        {"a odbc:DSN=x;SERVIDORES=uno,dos\nb odbc:DSN=x;SERVIDORES=dos,uno,tres\n",
+         "línea 2: el centro de odbc:"},
         {"uno sqlite:\xff.db\n", "línea 1: no está en UTF-8"},
         {"u\0no"s, "línea 1: tiene caracteres"},
         {"a odbc:DSN=x;PWD=secreta\n", "la pueden leer otros"},

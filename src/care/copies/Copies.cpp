@@ -3,6 +3,7 @@
 #include "care/copies/Move.h"
 #include "care/copies/Scratch.h"
 #include "data/DataError.h"
+#include "data/Place.h"
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
@@ -35,24 +36,6 @@ std::string originOf(StringView url)
     if (engine.scheme() != u"sqlite")
         return toUtf8(withoutPassword(url));
     return toUtf8(fs::absolute(fs::path(String(locationOf(url)))).lexically_normal().u16string());
-}
-
-/// An origin without what may change while the school stays where it is: which servers hold it, who asks and
-/// for how long.
-std::string placeIn(const std::string& origin)
-{
-    if (!origin.starts_with("odbc:"))
-        return origin;
-    std::string place;
-    for (std::size_t from = 0; from < origin.size();) {
-        const std::size_t end = std::min(origin.find(';', from), origin.size());
-        const std::string each = origin.substr(from, end - from);
-        const String name = lowerName(Trim(fromUtf8(each.substr(0, each.find('=')))));
-        if (name != u"servidores" && name != u"espera" && name != u"uid")
-            place += each + ';';
-        from = end + 1;
-    }
-    return place;
 }
 
 /// Digest of all tables, each bound to its database, its name and its number of rows.
@@ -279,7 +262,12 @@ String restoreCopy(const fs::path& file, StringView url)
 
 bool isOf(const fs::path& file, StringView url)
 {
-    return placeIn(manifestOf(file)["origen"]) == placeIn(originOf(url));
+    // Servers may be added to a school's list, and nothing of it moves.
+    const auto place = [](const std::string& origin) {
+        const String text = fromUtf8(origin);
+        return text.starts_with(u"odbc:") ? placeIn(locationOf(text)) : text;
+    };
+    return place(manifestOf(file)["origen"]) == place(originOf(url));
 }
 
 std::optional<std::string> keyIn(const fs::path& file, const std::string& passphrase)
