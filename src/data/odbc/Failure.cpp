@@ -87,9 +87,8 @@ std::int32_t numberOf(const Diagnosis& diagnosis, StringView statement)
 
 DataError failureOf(const Diagnosis& diagnosis, bool lost, StringView statement)
 {
-    const DataError result(lost ? failure::connectionLost : numberOf(diagnosis, statement),
-                           diagnosis.state + "/" + std::to_string(diagnosis.native), diagnosis.words,
-                           statement);
+    DataError result(lost ? failure::connectionLost : numberOf(diagnosis, statement),
+                     diagnosis.state + "/" + std::to_string(diagnosis.native), diagnosis.words, statement);
     if (lost || !isReadOnly(result))
         return result;
     return {result.number(), result.engineCode(),
