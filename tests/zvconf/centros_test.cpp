@@ -91,6 +91,7 @@ TEST_F(Centros, those_that_fail_stop_no_other)
             continue;
         EXPECT_EQ(count(out, ": bien ("), well) << out;
         EXPECT_NE(out.find("no se ha podido 2.\n"), std::string::npos) << out;
+        EXPECT_EQ(count(out, "lejos: no se ha podido"), 3U) << out << "once, once more, and in the report";
         const std::string report =
             contents(folder / std::string(arguments).substr(std::string(arguments).find("r.")));
         EXPECT_NE(report.find(words), std::string::npos) << report;
@@ -115,6 +116,42 @@ TEST_F(Centros, those_that_fail_stop_no_other)
     EXPECT_EQ((out + contents(folder / "r.csv")).find("consejo-baja"), std::string::npos) << out;
     EXPECT_NE(out.find("c1: con defectos"), std::string::npos) << out;
     EXPECT_NE(out.find("\n  Fallos: 1. Consejos: "), std::string::npos) << out;
+}
+
+TEST_F(Centros, two_runs_at_once_get_on_over_a_list_that_is_read_once_and_a_report_that_is_a_link)
+{
+    list(all(3));
+    fs::create_directory(folder / "copias");
+    std::ofstream(folder / "de otro") << "intacto";
+    const struct {
+        const char* arguments;
+        const char* words;
+    } cases[] = {
+        {"crear --ejemplo", "\nCentros: 3. De ellos, bien 3.\n"},
+        {"copia --carpeta copias", "\nCopias sin la clave de las enfermedades: 3. "},
+    };
+    for (const auto& [arguments, words] : cases) {
+        for (const char* each : {"r.json", "r.json.parte"}) {
+            fs::remove(folder / each);
+            fs::create_symlink("de otro", folder / each);
+        }
+        const std::string line = "cd '" + folder.string() +
+                                 "' && for run in 1 2; do cat lista | { '" ZVCONF "' centros " + arguments +
+                                 " /dev/stdin --informe r.json >out$run 2>&1; echo $? >>out$run; } & done; "
+                                 "wait";
+        EXPECT_EQ(std::system(line.c_str()), 0);
+        for (const char* each : {"out1", "out2"}) {
+            out = contents(folder / each);
+            EXPECT_NE(out.find(words), std::string::npos) << out;
+            EXPECT_TRUE(out.ends_with("\nInforme en r.json.\n0\n")) << out;
+        }
+        EXPECT_EQ(count(contents(folder / "r.json"), R"("resultado":"bien")"), 3U);
+        EXPECT_FALSE(fs::is_symlink(folder / "r.json"));
+        EXPECT_EQ(contents(folder / "de otro"), "intacto");
+    }
+    // Three databases of each school, lista, de otro, copias, clave, both names of
+    // a report and both outputs.
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 9 + 8);
 }
 
 TEST_F(Centros, one_that_dies_stops_no_other)
