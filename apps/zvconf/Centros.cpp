@@ -212,6 +212,8 @@ int childOf(const Action& action, const Options& options)
     std::getline(std::cin, url);
     try {
         return action.run({options.values(ofOne.name).front(), fromUtf8(url)}, options);
+    } catch (const LackingHere&) {
+        throw;
     } catch (const RuntimeError& error) {
         if (error.number() != failure::connectionLost)
             throw;

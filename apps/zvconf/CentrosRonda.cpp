@@ -242,8 +242,14 @@ void play(Round& round, std::size_t atOnce,
     std::erase_if(places, [&](std::size_t each) { return !round.outcomes[each].away; });
     if (places.empty() || Interruptions::came())
         return;
-    printLine(statement(u"Se prueban otra vez los que no han encontrado su servidor: {}.",
-                        {static_cast<Long>(places.size())}));
+    // A server that starts again takes some seconds, in which connections are refused at once.
+    constexpr std::chrono::seconds pause{20};
+    printLine(statement(u"Dentro de {} s se prueban otra vez los que no han encontrado su servidor: {}.",
+                        {static_cast<Long>(pause.count()), static_cast<Long>(places.size())}));
+    std::cout.flush();
+    for (const auto end = std::chrono::steady_clock::now() + pause;
+         !Interruptions::came() && std::chrono::steady_clock::now() < end;)
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
     const Work again(round, places, atOnce, arguments);
 }
 

@@ -119,7 +119,7 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       empiezan por # no cuentan. Crea los que no están. Dice cada uno cuando acaba, y al final los que no están bien
       y qué hacer; --informe lo escribe todo en un fichero .csv o .json. Con Ctrl-C acaban los que están en marcha y
       no se empieza ninguno más; al repetir la orden sigue. A los que no encuentran su servidor se les prueba otra
-      vez, detrás de los demás; al que pasa de MINUTOS (120) se le para. Con --solo lo hace con uno, y dice todo lo que
+      vez, 20 s después de los demás; al que pasa de MINUTOS (120) se le para. Con --solo lo hace con uno, y dice todo lo que
       diría la orden de un centro.
   zvconf centros comprobar FICHERO [--datos] [--resumen] [--reparar] [--a-la-vez N] [--plazo MINUTOS]
       [--informe FICHERO] [--solo NOMBRE]

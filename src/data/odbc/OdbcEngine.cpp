@@ -314,7 +314,10 @@ private:
             }
             return servers_[called] = result;
         } catch (const DataError& failure) {
-            failFor(text, whyClosed(failure) + u" (" + failure.engineText() + u").", failure::connectionLost);
+            const String words = whyClosed(failure) + u" (" + failure.engineText() + u").";
+            if (isLacking(failure))
+                throw LackingHere(failure::connectionLost, u"«" + text.shown() + u"» " + words);
+            failFor(text, words, failure::connectionLost);
         }
     }
 
