@@ -74,11 +74,13 @@ public:
     Office(const String& url, int rows) : rows_(rows), school_(createSchool(url))
     {
         school_.centro->Execute(u"DELETE FROM Profesion");
+        // A thousand times a thousand: a server may limit how deep a recursion goes.
         const String count = decimalText(rows);
-        school_.centro->executeNative(
-            u"INSERT INTO Profesion (IDProfesion, nombre) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT "
-            u"i+1 FROM n WHERE i<" +
-            count + u") SELECT i, 'Oficial de ' || ((i*1009)%" + count + u") || 'ª del gremio' FROM n");
+        school_.centro->executeNative(u"INSERT INTO Profesion (IDProfesion, nombre) WITH RECURSIVE n(i) AS "
+                                      u"(SELECT 0 UNION ALL SELECT i+1 FROM "
+                                      u"n WHERE i<999), m(i) AS (SELECT a.i*1000+b.i FROM n a, n b) SELECT "
+                                      u"i+1, 'Oficial de ' || ((i*1009)%" +
+                                      count + u") || 'ª del gremio' FROM m WHERE i<" + count);
         window_ = std::make_unique<host::MainWindow>(std::make_unique<host::Host>(url, school_));
         window_->show();
         list_ = window_->findChild<QTableView*>(QStringLiteral("lista"));
@@ -107,12 +109,8 @@ public:
         while (model().isBusy() || model().rows().size() != rows_ || model().rowCount() != shown ||
                model().index(0, 0).data().toString() != text) {
             QApplication::processEvents();
-            if (since.elapsed() > 60000)
-                throw std::runtime_error("the list stands still: " + std::to_string(model().rowCount()) +
-                                         " of " + std::to_string(model().rows().size()) + " rows, first " +
-                                         model().index(0, 0).data().toString().toStdString() + " busy " +
-                                         std::to_string(model().isBusy()) + " want " + std::to_string(shown) +
-                                         " " + std::to_string(first));
+            if (since.elapsed() > 120000)
+                throw std::runtime_error("the list stands still");
         }
         list_->viewport()->repaint();
     }
@@ -243,7 +241,7 @@ int main(int argc, char** argv)
         sizes.pop_back();
     std::vector<std::unique_ptr<Office>> offices;
     for (const int rows : sizes) {
-        const String url = argc > 1 ? fromUtf8(argv[1]) + u";ESQUEMA=lista" + decimalText(rows)
+        const String url = argc > 1 ? fromUtf8(argv[1]) + u";ESQUEMA=zv_lista" + decimalText(rows)
                                     : u"sqlite:" + fromQt(room.filePath(QStringLiteral("%1.db").arg(rows)));
         Office& office = *offices.emplace_back(std::make_unique<Office>(url, rows));
         const std::string name = "/" + std::to_string(rows);
