@@ -10,6 +10,8 @@ import tempfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
+# Programs with one thread: they stay on one processor, whose caches they fill.
+PINNED = {"fila", "sucursales", "informes", "historial", "datos", "papel", "rejilla"}
 # Rounds of all programs: what a machine does for minutes on end falls upon one of them only.
 ROUNDS = 3
 # Filters for programs of which not every benchmark is run.
@@ -58,6 +60,8 @@ class Measures:
             result = subprocess.run([programs / f"bench_{name}", f"--benchmark_out={file.name}",
                                      "--benchmark_out_format=json", *arguments],
                                     stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True,
+                                    preexec_fn=(lambda: os.sched_setaffinity(0, {max(os.sched_getaffinity(0))}))
+                                    if name in PINNED else None,
                                     env=os.environ | {"QT_QPA_PLATFORM": "offscreen"} | env)
             if result.returncode:
                 sys.exit(f"bench_{name} falló:\n{result.stderr}")
