@@ -18,7 +18,9 @@ namespace zv::host {
 Host::Host(String url, School school, Choices choices)
     : url_(std::move(url)), school_(std::move(school)), session_(newHostSession(school_))
 {
-    const bool server = school_.centro->engine().name.find(u"SQL Server") != String::npos;
+    const String engine = school_.centro->engine().name;
+    const bool server = engine.find(u"SQL Server") != String::npos;
+    limits_ = !server && engine.find(u"ACCESS") == String::npos;
     let(*session_, u"sqlserver", server);
     // What tells this school from another one on the same machine.
     let(*session_, u"RutaBD", fromQt(shownUrl(url_)));
@@ -112,18 +114,36 @@ Long Host::act(const std::function<void()>& work)
     return closed ? closed->parts.front().number : 0;
 }
 
-std::vector<Row> Host::rows(const Node& node)
+String RowReader::statementFor(std::optional<Long> atMost) const
 {
+    const StringView query = node_->query;
+    if (!atMost)
+        return String(query);
+    // "SELECT key, …": it may have its table's alias.
+    const std::size_t begin = query.find(u' ') + 1;
+    const String key(query.substr(begin, query.find_first_of(u" ,", begin) - begin));
+    return String(query) + (last_ ? u" WHERE " + key + u">" + decimalText(*last_) : String()) +
+           u" ORDER BY " + key + u" LIMIT " + decimalText(*atMost);
+}
+
+std::vector<Row> RowReader::next(Long atMost)
+{
+    Connection& centro = *host_->school().centro;
+    const bool limits = host_->limits();
     std::vector<Row> found;
-    for (const RecordsetPtr rows = school_.centro->Execute(node.query); !rows->Eof(); rows->MoveNext()) {
+    const RecordsetPtr rows = centro.Execute(statementFor(limits ? std::optional(atMost) : std::nullopt));
+    for (; !rows->Eof(); rows->MoveNext()) {
         std::vector<Value> values = rows->row();
         const Long key = CLng(values.front());
         values.erase(values.begin());
         for (std::size_t i = 0; i < values.size(); ++i)
-            if (node.columns[i].kind == ListColumn::Kind::enciphered)
+            if (node_->columns[i].kind == ListColumn::Kind::enciphered)
                 values[i] = deciphered(values[i]);
         found.push_back({key, std::move(values)});
     }
+    done_ = !limits || found.size() < static_cast<std::size_t>(atMost);
+    if (!found.empty())
+        last_ = found.back().key;
     return found;
 }
 

@@ -6,6 +6,8 @@
 #include "zvhost/Nodes.h"
 
 #include <functional>
+#include <limits>
+#include <optional>
 #include <vector>
 
 namespace zv::host {
@@ -39,6 +41,8 @@ public:
 
     const String& url() const { return url_; }
     School& school() { return school_; }
+    /// Whether the engine knows LIMIT at the end of a query.
+    bool limits() const { return limits_; }
     const Choices& choices() const { return choices_; }
     void choose(Choices choices);
     std::vector<UserOrProfile> users();
@@ -52,7 +56,6 @@ public:
     bool has(const Node& node, Long row);
     /// Hands the session over and asks the module's guard (`Eliminar`).
     bool guardAgrees(const Node& node, Long row);
-    std::vector<Row> rows(const Node& node);
 
     /// Runs work that is the host's own, and no dialog's, as one act in the school's history. Gives the
     /// number of its opening; 0 where nothing was noted.
@@ -68,6 +71,27 @@ private:
     School school_;
     Choices choices_;
     std::shared_ptr<PropertyBag> session_;
+    bool limits_ = true;
+};
+
+/// Reads a node's list in parts, each by a statement of its own that goes on after the last key: nothing is
+/// open in between, and no driver has the whole list in memory.
+class RowReader {
+public:
+    static constexpr Long all = std::numeric_limits<Long>::max();
+    RowReader(Host& host, const Node& node) : host_(&host), node_(&node) {}
+
+    /// The next rows by their keys, at most so many; all that are left where the engine knows no limit.
+    std::vector<Row> next(Long atMost);
+    bool isDone() const { return done_; }
+
+private:
+    String statementFor(std::optional<Long> atMost) const;
+
+    Host* host_;
+    const Node* node_;
+    std::optional<Long> last_; ///< Key of the last row that was read.
+    bool done_ = false;
 };
 
 /// Deciphers a text; where it cannot, the text is what a person must know instead.

@@ -21,8 +21,7 @@ ListDialog::ListDialog(QWidget* parent, const QString& title, std::span<const Li
 {
     setWindowTitle(title);
     keepLegible(*this);
-    view_.setSourceModel(&model_);
-    table_.setModel(&view_);
+    table_.setModel(&model_);
     table_.setObjectName(QStringLiteral("filas"));
     table_.setAccessibleName(title);
     search_.setObjectName(QStringLiteral("buscarFila"));
@@ -44,11 +43,12 @@ ListDialog::ListDialog(QWidget* parent, const QString& title, std::span<const Li
             if (each->isDefault())
                 each->click();
     });
-    connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) {
-        view_.search(words);
-        if (view_.rowCount() != 0)
-            table_.choose(0);
-        follow();
+    connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) { model_.search(words); });
+    connect(&model_, &QAbstractItemModel::layoutChanged, this, [this] { choose(0); });
+    connect(&model_, &QAbstractItemModel::modelReset, this, [this] {
+        choose(place_);
+        if (table_.shares())
+            table_.share();
     });
 }
 
@@ -85,20 +85,23 @@ ListDialog::Rows ListDialog::selection() const
 {
     Rows rows;
     for (const QModelIndex& each : table_.selectionModel()->selectedRows())
-        rows.push_back(static_cast<std::size_t>(model_.keyAt(view_.mapToSource(each).row())));
+        rows.push_back(static_cast<std::size_t>(model_.keyAt(each.row())));
     std::ranges::sort(rows);
     return rows;
 }
 
 void ListDialog::reload(int row)
 {
+    place_ = row;
     model_.show(columns_, read_());
-    if (view_.rowCount() != 0)
-        table_.choose(std::clamp(row, 0, view_.rowCount() - 1));
-    if (table_.shares())
-        table_.share();
-    empty_.setVisible(model_.rowCount() == 0);
-    search_.setVisible(model_.rowCount() != 0);
+}
+
+void ListDialog::choose(int row)
+{
+    if (model_.rowCount() != 0)
+        table_.choose(std::clamp(row, 0, model_.rowCount() - 1));
+    empty_.setVisible(model_.rows().size() == 0);
+    search_.setVisible(model_.rows().size() != 0);
     follow();
 }
 

@@ -34,12 +34,13 @@ protected:
 private:
     Rows selection() const;
     void reload(int row);
+    void choose(int row);
     void follow();
 
     std::span<const ListColumn> columns_;
     std::function<std::vector<Row>()> read_;
     RowsModel model_;
-    RowsView view_;
+    int place_ = 0; ///< Of the row to select when they have been read.
     QVBoxLayout layout_;
     QLineEdit search_;
     ListTable table_;

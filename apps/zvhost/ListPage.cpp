@@ -12,6 +12,9 @@
 namespace zv::host {
 namespace {
 
+/// Selected rows that stay so when the list is arranged anew, unless all of them are.
+constexpr int mostKept = 5000;
+
 /// What counts as missing in a kind of report, by its name, which stands in bold.
 QString definitionOf(const QString& report)
 {
@@ -36,9 +39,10 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     search_.setPlaceholderText(QStringLiteral("Buscar en la lista (Ctrl+F)"));
     search_.setAccessibleName(QStringLiteral("Buscar en la lista"));
     search_.installEventFilter(this);
-    view_.setSourceModel(&model_);
+    // Before the table's own, which keeps an index for each selected row.
+    connect(&model_, &QAbstractItemModel::layoutAboutToBeChanged, this, [this] { forgetManySelected(); });
     table_.setObjectName(QStringLiteral("lista"));
-    table_.setModel(&view_);
+    table_.setModel(&model_);
     table_.setSortingEnabled(true);
     table_.setSelectionMode(QAbstractItemView::ExtendedSelection);
     table_.setContextMenuPolicy(Qt::CustomContextMenu);
@@ -56,15 +60,24 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) {
         // Lazy: the clear button's pictures take long to load, and most starts end without a search.
         search_.setClearButtonEnabled(true);
-        view_.search(words);
+        model_.search(words);
         tellCount();
         calls_.selected();
     });
+    connect(&model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] { keepSelection(); });
+    connect(&model_, &QAbstractItemModel::modelReset, this, [this] { settle(); });
+    connect(&model_, &QAbstractItemModel::layoutChanged, this, [this] { rearranged(); });
     connect(&table_, &QTableView::doubleClicked, this, [this] { calls_.opened(); });
     connect(&table_, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& at) { calls_.menu(table_.viewport()->mapToGlobal(at)); });
     connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        first_ = false;
         tellDefinition();
+        calls_.selected();
+    });
+    // After the table's own, which sorts.
+    connect(table_.horizontalHeader(), &QHeaderView::sortIndicatorChanged, this, [this] {
+        tellCount();
         calls_.selected();
     });
     connect(&direct_, &QPushButton::clicked, this, [this] { calls_.direct(); });
@@ -99,7 +112,7 @@ void ListPage::showParts(bool list, const QString& direct, const QString& explan
     explanation_.setText(explanation);
 }
 
-void ListPage::show(const Node& node, std::vector<Row> rows, const ListLook& look)
+void ListPage::show(const Node& node, RowLetters rows, const ListLook& look)
 {
     title_.setText(toQt(node.name));
     table_.setAccessibleName(toQt(node.name));
@@ -108,25 +121,40 @@ void ListPage::show(const Node& node, std::vector<Row> rows, const ListLook& loo
     else if (node.isProgress())
         showParts(true, {},
                   QStringLiteral("Informes a los que les falta algo. Intro abre el del alumno elegido."));
-    else if (rows.empty())
+    else if (rows.size() == 0)
         showParts(false, QStringLiteral("A&brir…"),
                   QStringLiteral("Elija la enseñanza, el curso y la sección en la ventana que se abre."));
     else
         showParts(true, QStringLiteral("Elegir la sección en la &ventana…"),
                   QStringLiteral("Secciones, y de cuántos alumnos hay algo escrito. Intro abre la elegida."));
     showProgress(node);
-    search_.setText(look.search);
+    {
+        const QSignalBlocker quiet(search_);
+        search_.setText(look.search);
+    }
+    if (!look.search.isEmpty())
+        search_.setClearButtonEnabled(true);
+    reading_ = Reading::done;
+    refreshing_.reset();
+    awaited_.reset();
     model_.mark({});
-    model_.show(node.columns, std::move(rows));
-    table_.sortByColumn(std::clamp(look.column, 0, std::max(0, model_.columnCount() - 1)),
-                        look.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+    const int column = std::clamp(look.column, 0, std::max(0, static_cast<int>(node.columns.size()) - 1));
+    model_.show(std::move(rows), {.column = column,
+                                  .descending = look.descending,
+                                  .words = searchWords(look.search),
+                                  .progress = lacking_,
+                                  .hidesWhole = !whole_.isChecked()});
+    {
+        const QSignalBlocker sorted(table_.horizontalHeader());
+        table_.horizontalHeader()->setSortIndicator(column, look.descending ? Qt::DescendingOrder
+                                                                            : Qt::AscendingOrder);
+    }
     if (look.widths.size() == model_.columnCount())
         table_.setWidths(look.widths);
     else
         table_.share();
-    if (view_.rowCount() != 0)
-        table_.choose(0);
     tellCount();
+    tellDefinition();
     calls_.selected();
 }
 
@@ -140,7 +168,6 @@ void ListPage::showProgress(const Node& node)
     lacking_ = node.isProgress() ? static_cast<int>(column - node.columns.begin()) : -1;
     whole_.setVisible(node.isProgress());
     definition_.setVisible(node.isProgress());
-    hideWhole();
 }
 
 void ListPage::tellDefinition()
@@ -152,7 +179,7 @@ void ListPage::tellDefinition()
 
 void ListPage::hideWhole()
 {
-    view_.hideWhole(whole_.isChecked() ? -1 : lacking_);
+    model_.follow(lacking_, !whole_.isChecked());
     tellCount();
     tellDefinition();
 }
@@ -164,7 +191,9 @@ void ListPage::showGroup(const QString& name)
     whole_.hide();
     definition_.hide();
     showParts(false, {}, QStringLiteral("Elija una de sus listas."));
-    model_.show({}, {});
+    refreshing_.reset();
+    reading_ = Reading::done;
+    model_.show({}, Wish());
     calls_.selected();
 }
 
@@ -175,38 +204,104 @@ ListLook ListPage::look() const
             table_.shares() ? QList<int>() : table_.widths()};
 }
 
-void ListPage::refresh(const Node& node, std::vector<Row> rows, Added added)
+void ListPage::setReading(Reading reading)
 {
-    std::vector<Long> before = model_.keys();
-    std::ranges::sort(before);
-    const std::vector<NamedRow> kept = selection();
-    const int place = table_.currentIndex().row();
-    model_.show(node.columns, std::move(rows));
-    const std::vector<Long> now = model_.keys();
-    const auto found =
-        std::ranges::find_if(now, [&](Long key) { return !std::ranges::binary_search(before, key); });
-    if (found != now.end()) {
-        if (added == Added::shows && !view_.mapFromSource(model_.index(model_.rowOf(*found), 0)).isValid())
-            search_.clear();
-        select(*found);
-    } else if (!kept.empty() && model_.rowOf(kept.front().key) >= 0)
-        select(kept.front().key);
-    else if (view_.rowCount() != 0)
-        table_.choose(std::clamp(place, 0, view_.rowCount() - 1));
-    if (table_.shares())
-        table_.share();
+    reading_ = reading;
     tellCount();
     calls_.selected();
 }
 
+void ListPage::refresh(RowLetters rows, Added added, std::function<void()> then)
+{
+    refreshing_ = added;
+    refreshed_ = std::move(then);
+    model_.show(std::move(rows));
+    tellCount();
+}
+
+void ListPage::keepSelection()
+{
+    before_ = {};
+    if (!refreshing_)
+        return;
+    if (reading_ == Reading::done)
+        before_ = {.keys = model_.rows().sortedKeys(), .whole = true};
+    if (const std::vector<int> places = selectedPlaces(); !places.empty())
+        before_.selected = model_.keyAt(places.front());
+    before_.place = table_.currentIndex().row();
+}
+
+void ListPage::settle()
+{
+    if (!refreshing_) {
+        chooseFirst();
+        return;
+    }
+    restoreSelection();
+    refreshing_.reset();
+    before_ = {};
+    if (table_.shares())
+        table_.share();
+    tellCount();
+    calls_.selected();
+    if (const auto then = std::exchange(refreshed_, {}))
+        then();
+}
+
+void ListPage::restoreSelection()
+{
+    std::vector<Long> added;
+    if (before_.whole)
+        std::ranges::set_difference(model_.rows().sortedKeys(), before_.keys, std::back_inserter(added));
+    if (!added.empty()) {
+        if (*refreshing_ == Added::shows && model_.rowOf(added.front()) < 0)
+            search_.clear();
+        select(added.front());
+    } else if (before_.selected && model_.rows().rowOf(*before_.selected) >= 0)
+        select(*before_.selected);
+    else if (model_.rowCount() != 0)
+        table_.choose(std::clamp(before_.place, 0, model_.rowCount() - 1));
+}
+
+/// Rows that stood together are scattered then; the table would take seconds to find a million of them again.
+void ListPage::forgetManySelected()
+{
+    int rows = 0;
+    for (const QItemSelectionRange& each : table_.selectionModel()->selection())
+        rows += each.height();
+    if (rows > mostKept && rows < model_.rowCount())
+        table_.clearSelection();
+}
+
+void ListPage::rearranged()
+{
+    if (!hasSelection() && table_.currentIndex().isValid())
+        table_.choose(table_.currentIndex().row());
+    if (awaited_)
+        select(*awaited_);
+    else if (first_)
+        chooseFirst();
+    tellCount();
+    calls_.selected();
+}
+
+void ListPage::chooseFirst()
+{
+    if (model_.rowCount() == 0)
+        return;
+    table_.choose(0);
+    first_ = true;
+}
+
 void ListPage::select(Long key)
 {
+    awaited_.reset();
     const int row = model_.rowOf(key);
-    const QModelIndex index = view_.mapFromSource(row < 0 ? QModelIndex() : model_.index(row, 0));
-    if (!index.isValid())
-        return;
-    table_.choose(index.row());
-    table_.scrollTo(index);
+    if (row >= 0) {
+        table_.choose(row);
+        table_.scrollTo(model_.index(row, 0));
+    } else if (!isWhole())
+        awaited_ = key;
 }
 
 void ListPage::enter()
@@ -216,65 +311,63 @@ void ListPage::enter()
         return;
     }
     // Fallback selection: a search may have hidden the selected row.
-    if (!table_.selectionModel()->hasSelection() && view_.rowCount() != 0)
-        table_.choose(0);
+    if (!hasSelection())
+        chooseFirst();
     table_.setFocus(Qt::OtherFocusReason);
+}
+
+std::vector<int> ListPage::selectedPlaces() const
+{
+    std::vector<int> places;
+    for (const QItemSelectionRange& each : table_.selectionModel()->selection())
+        for (int row = each.top(); row <= each.bottom(); ++row)
+            places.push_back(row);
+    std::ranges::sort(places);
+    return places;
 }
 
 std::vector<NamedRow> ListPage::selection() const
 {
-    QModelIndexList rows = table_.selectionModel()->selectedRows();
-    std::ranges::sort(rows, {}, &QModelIndex::row);
     std::vector<NamedRow> found;
-    for (const QModelIndex& each : rows)
-        found.push_back({model_.keyAt(view_.mapToSource(each).row()), nameAt(each.row())});
+    for (const int each : selectedPlaces())
+        found.push_back({model_.keyAt(each), nameAt(each)});
     return found;
 }
 
 std::optional<Long> ListPage::selected() const
 {
-    const QModelIndexList rows = table_.selectionModel()->selectedRows();
-    if (rows.size() != 1)
+    const QItemSelection ranges = table_.selectionModel()->selection();
+    if (ranges.size() != 1 || ranges.front().height() != 1)
         return std::nullopt;
-    return model_.keyAt(view_.mapToSource(rows.front()).row());
+    return model_.keyAt(ranges.front().top());
 }
 
 QString ListPage::nameAt(int row) const
 {
     QStringList words;
-    for (int column = 0; column < std::min(2, view_.columnCount()); ++column)
-        words += view_.index(row, column).data().toString();
+    for (int column = 0; column < std::min(2, model_.columnCount()); ++column)
+        words += model_.index(row, column).data().toString();
     words.removeAll(QString());
     return words.join(QStringLiteral(" · "));
-}
-
-QString ListPage::rowsAsText() const
-{
-    QModelIndexList rows = table_.selectionModel()->selectedRows();
-    std::ranges::sort(rows, {}, &QModelIndex::row);
-    QStringList lines;
-    for (const QModelIndex& each : rows) {
-        QStringList cells;
-        for (int column = 0; column < view_.columnCount(); ++column)
-            // A tab or a line of the text itself would begin another cell.
-            cells += each.siblingAtColumn(column).data().toString().simplified();
-        lines += cells.join(u'\t');
-    }
-    return lines.join(u'\n');
 }
 
 void ListPage::tellCount()
 {
     if (lacking_ >= 0) {
-        const auto [lacking, all] = view_.lacking(lacking_);
+        const auto [lacking, all] = model_.lacking();
         count_.setText(lacking == 0 ? QStringLiteral("No falta nada en %1 informes").arg(all)
                                     : QStringLiteral("Faltan %1 de %2 informes").arg(lacking).arg(all));
         return;
     }
-    const int all = model_.rowCount();
-    const int seen = view_.rowCount();
+    const int all = model_.rows().size();
+    const int seen = model_.rowCount();
     const QString rows = all == 1 ? QStringLiteral("1 fila") : QStringLiteral("%1 filas").arg(all);
-    count_.setText(seen == all ? rows : QStringLiteral("%1 de %2").arg(seen).arg(rows));
+    const QString told = seen == all ? rows : QStringLiteral("%1 de %2").arg(seen).arg(rows);
+    count_.setText(reading_ == Reading::goesOn ? told + QStringLiteral(", y se leen más…")
+                   : reading_ == Reading::failed
+                       ? told + QStringLiteral(". No se ha podido leer todo: pulse F5")
+                   : model_.isBusy() ? told + QStringLiteral(", un momento…")
+                                     : told);
 }
 
 bool ListPage::eventFilter(QObject* watched, QEvent* event)

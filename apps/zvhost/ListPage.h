@@ -34,15 +34,23 @@ public:
     };
     explicit ListPage(Calls calls);
 
-    /// Shows a node as it was left.
-    void show(const Node& node, std::vector<Row> rows, const ListLook& look);
+    /// Shows a node as it was left, or the first rows of it: grow() brings more, and setReading() says
+    /// whether there are.
+    void show(const Node& node, RowLetters rows, const ListLook& look);
+    void grow(RowLetters rows) { model_.grow(std::move(rows)); }
+    /// Rows that are there, the hidden ones too.
+    int readRows() const { return model_.rows().size(); }
+    enum class Reading { done, goesOn, failed };
+    void setReading(Reading reading);
+    /// Whether all rows are there, as they were asked for last.
+    bool isWhole() const { return reading_ == Reading::done && !model_.isBusy(); }
     /// Shows a group of nodes: there is nothing to do on it but to choose a list.
     void showGroup(const QString& name);
     ListLook look() const;
     enum class Added { may, shows };
     /// Refreshes the rows of the same node. The selection stays where it was, or goes to the row that is new;
-    /// Added::shows: a search that hides that row is cleared.
-    void refresh(const Node& node, std::vector<Row> rows, Added added = Added::may);
+    /// Added::shows: a search that hides that row is cleared. `then` is called when they are shown.
+    void refresh(RowLetters rows, Added added, std::function<void()> then = {});
     /// Marks rows that somebody has open.
     void mark(std::map<Long, QString> held) { model_.mark(std::move(held)); }
     const std::map<Long, QString>& marked() const { return model_.marked(); }
@@ -51,18 +59,18 @@ public:
     /// Lets the columns share the width again, after a person dragged one.
     void shareColumns() { table_.share(); }
     void findRow() { search_.setFocus(Qt::ShortcutFocusReason); }
-    /// Selects a row, if it is shown.
+    /// Selects a row, if it is shown, or when it will be.
     void select(Long key);
     /// The selected rows, from the top.
     std::vector<NamedRow> selection() const;
     /// Key of the selected row; empty if none or several are.
     std::optional<Long> selected() const;
-    /// The selected rows as text, a line each, columns by tabs.
-    QString rowsAsText() const;
+    bool hasSelection() const { return table_.selectionModel()->hasSelection(); }
+    /// Places of the selected rows, from the top, in what is shown.
+    std::vector<int> selectedPlaces() const;
+    ShownList shownList() const { return model_.shownList(); }
     /// The text of the current cell.
     QString cellAsText() const { return table_.currentIndex().data().toString(); }
-    int shownRows() const { return view_.rowCount(); }
-    QByteArray csv() const { return view_.csv(); }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -76,10 +84,32 @@ private:
     void tellDefinition();
     QString nameAt(int row) const;
     void tellCount();
+    void chooseFirst();
+    /// Notes what is selected, before the rows are read anew.
+    void keepSelection();
+    /// Selects what is to be in rows that have come in the place of others.
+    void settle();
+    void restoreSelection();
+    void forgetManySelected();
+    /// Follows rows that came or changed their order.
+    void rearranged();
+
+    /// The list before it was read anew.
+    struct Before {
+        std::vector<Long> keys = {}; ///< Sorted; those of a list that was whole.
+        bool whole = false;
+        std::optional<Long> selected = {};
+        int place = 0;
+    };
 
     Calls calls_;
     RowsModel model_;
-    RowsView view_;
+    Reading reading_ = Reading::done;
+    std::optional<Added> refreshing_;
+    std::function<void()> refreshed_;
+    Before before_;
+    std::optional<Long> awaited_; ///< Key of a row to select when it is shown.
+    bool first_ = false;          ///< The first row is selected, and nobody has chosen it.
     QLabel title_;
     QLabel explanation_;
     QLineEdit search_;

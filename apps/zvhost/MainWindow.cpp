@@ -23,7 +23,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const QString lastList = QStringLiteral("ventana/lista");
 /// How often rows that others have open are looked at again.
 constexpr std::chrono::seconds betweenLooks = 10s;
 
@@ -51,6 +50,7 @@ MainWindow::MainWindow(Remembered::Where memory)
     placeParts();
     watch_.setInterval(betweenLooks);
     connect(&watch_, &QTimer::timeout, this, [this] { followHeld(); });
+    connect(&readOn_, &QTimer::timeout, this, [this] { readOn(); });
     tree_.setFocus();
 }
 
@@ -83,6 +83,7 @@ void MainWindow::placeParts()
 void MainWindow::use(std::unique_ptr<Host> host)
 {
     keepLook();
+    reading_.reset();
     host_ = std::move(host);
     if (const std::optional<Choices> kept = choicesOf(memory_, *host_))
         host_->choose(*kept);
@@ -92,43 +93,10 @@ void MainWindow::use(std::unique_ptr<Host> host)
     toldRules_.clear();
     settleJoins();
     tellStatus();
-    const Node* last = nodeOf(static_cast<Byte>(memory_.value(lastList).toInt()));
-    if (tree_.chosen() != nullptr)
-        chosen();
-    else
-        // 0 is a node of its own: only a kept one means it.
-        go(last != nullptr && memory_.value(lastList).isValid() ? *last : nodes().front());
+    goBack();
     tellCuts();
     tellDrafts();
     remindOfCopies();
-}
-
-void MainWindow::chosen()
-{
-    keepLook();
-    node_ = tree_.chosen();
-    if (node_ == nullptr) {
-        const QTreeWidgetItem* group = tree_.currentItem();
-        page_.showGroup(group == nullptr ? QString() : group->text(0));
-        return;
-    }
-    memory_.set(lastList, int{node_->number});
-    std::vector<Row> rows;
-    tried(this, QStringLiteral("La lista no se ha podido leer."), [&] { rows = readRows(); });
-    page_.show(*node_, std::move(rows), lookOf(memory_, node_->number));
-    markHeld();
-}
-
-std::vector<Row> MainWindow::readRows()
-{
-    if (node_->hasList())
-        return host_->rows(*node_);
-    if (node_->isProgress())
-        return readProgress();
-    sections_.clear();
-    if (node_->hasSections())
-        sections_ = sections(*host_, *node_);
-    return rowsOf(sections_);
 }
 
 void MainWindow::keepLook()
@@ -144,26 +112,19 @@ void MainWindow::closeEvent(QCloseEvent* event)
     QMainWindow::closeEvent(event);
 }
 
-void MainWindow::readAgain(ListPage::Added added)
-{
-    if (!listed())
-        return;
-    tried(this, QStringLiteral("La lista no se ha podido leer."),
-          [&] { page_.refresh(*node_, readRows(), added); });
-    markHeld();
-}
-
 void MainWindow::openDialog(const Node& node, Byte action, Long row, bool branches)
 {
     const std::optional<Long> before = page_.selected();
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
           [&] { host_->open(node, action, row, branches); });
-    readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
+    const bool creates = action == cConstCol::NUEVO;
+    readAgain(creates ? ListPage::Added::shows : ListPage::Added::may, [this, creates, before] {
+        if (const std::optional<Long> added = page_.selected();
+            creates && node_->hasList() && added && added != before)
+            tellAlike(*added);
+    });
     notice_.forget(Notice::Drafts::gone);
     tellClosed();
-    if (const std::optional<Long> added = page_.selected();
-        action == cConstCol::NUEVO && node_->hasList() && added && added != before)
-        tellAlike(*added);
     activateWindow();
     page_.enter();
 }

@@ -78,6 +78,8 @@ private:
     void buildToolBar();
     void listRecent(QMenu& menu);
     void placeParts();
+    /// Shows the list that is chosen, or was when the program ended.
+    void goBack();
     void chosen();
     void openChosen();
     void openDirect();
@@ -86,7 +88,7 @@ private:
     std::vector<Row> readProgress();
     /// Opens the report of that row of the page: its dialog, at its section and pupil.
     void openReport(Long row);
-    /// Reads the rows of the node that is shown: its own, or the sections.
+    /// Reads the rows of a node that has no list of its own.
     std::vector<Row> readRows();
     bool listed() const { return node_ != nullptr && !node_->columns.empty(); }
     bool mayWrite(const QString& title);
@@ -130,7 +132,11 @@ private:
     void tellAlike(Long key);
     void joinRows(const care::Pair& pair);
     void part(Long join);
-    void readAgain(ListPage::Added added);
+    /// `then` is called when the rows are shown.
+    void readAgain(ListPage::Added added, const std::function<void()>& then = {});
+    void readParts();
+    void readOn();
+    void settleReading();
     void keepLook();
     void switchTo(std::unique_ptr<Host> other);
     /// Enables the commands that the node, the rows and the session have.
@@ -150,6 +156,15 @@ private:
         NamedRow row;
     };
 
+    /// List that is being read while the window goes on.
+    struct Reading {
+        RowReader reader;
+        RowLetters rows;                      ///< What has been read.
+        Long atOnce;                          ///< Rows of the next part.
+        std::optional<ListPage::Added> again; ///< It comes in the place of the one that is shown.
+        std::function<void()> then;
+    };
+
     std::unique_ptr<Host> host_;
     const Node* node_ = nullptr; ///< The list that is shown; nullptr on a group.
     Remembered memory_;
@@ -165,7 +180,8 @@ private:
     std::vector<progress::Report> reports_; ///< Those of the page of what they lack.
     std::map<std::pair<progress::Kind, Long>, Long> reportKeys_; ///< Their rows, by kind and pupil.
     std::vector<Section> sections_; ///< Those that are listed on the page of a report.
-    QTimer watch_;
+    QTimer watch_, readOn_;
+    std::optional<Reading> reading_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,
             *progress_ = nullptr, *print_ = nullptr, *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr,

@@ -150,7 +150,7 @@ void MainWindow::follow()
     const bool list = node_ != nullptr && node_->hasList();
     const bool writes = !host_->choices().readOnly;
     const bool row = list && page_.selected().has_value();
-    const bool rows = listed() && !page_.selection().empty();
+    const bool rows = listed() && page_.hasSelection();
     const bool issuers = list && node_->number == cNombreNodo::Emisor;
     const bool banks = list && node_->number == cNombreNodo::OC_Bancos;
     new_->setText(issuers ? QStringLiteral("&Nuevo emisor") : QStringLiteral("&Nuevo"));
@@ -174,8 +174,9 @@ void MainWindow::follow()
     history_->setEnabled(page_.selected().has_value() && listed() && !progress && remembers());
     listHistory_->setVisible(remembers());
     listHistory_->setEnabled(list && remembers());
-    for (QAction* each : {refresh_, columns_, csv_, find_})
+    for (QAction* each : {refresh_, columns_, find_})
         each->setEnabled(listed());
+    csv_->setEnabled(listed() && page_.isWhole());
 }
 
 void MainWindow::showMenu(const QPoint& at)

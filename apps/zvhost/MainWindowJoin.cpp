@@ -83,7 +83,7 @@ void MainWindow::replaceRow(const NamedRow& row)
     ListDialog dialog(this, QStringLiteral("Sustituir «%1» por…").arg(row.name), node_->columns, [&] {
         others.clear();
         std::vector<Row> shown;
-        for (Row& each : host_->rows(*node_)) {
+        for (Row& each : RowReader(*host_, *node_).next(RowReader::all)) {
             if (each.key == row.key)
                 continue;
             const QString name = each.values.empty()

@@ -102,8 +102,12 @@ void MainWindow::tellRestored(const std::vector<DeletedRow>& rows)
 
 void MainWindow::copyRows()
 {
-    const std::size_t rows = page_.selection().size();
-    QGuiApplication::clipboard()->setText(page_.rowsAsText());
+    const std::vector<int> places = page_.selectedPlaces();
+    QString text;
+    withProgress(this, QStringLiteral("Copiando las filas…"),
+                 [&, list = page_.shownList()] { text = list.text(places); });
+    QGuiApplication::clipboard()->setText(text);
+    const std::size_t rows = places.size();
     undo_.tell(rows == 1 ? QStringLiteral("Se ha copiado la fila")
                          : QStringLiteral("Se han copiado %1 filas").arg(rows));
 }
@@ -121,14 +125,19 @@ void MainWindow::exportCsv()
                 QStringLiteral("Hojas de cálculo (*.csv)"), QStringLiteral("csv"), IfThere::asks);
     if (file.isEmpty())
         return;
-    QSaveFile target(file);
-    const QByteArray bytes = page_.csv();
-    if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size() || !target.commit()) {
+    const ShownList list = page_.shownList();
+    QString failure;
+    withProgress(this, QStringLiteral("Exportando la lista…"), [&] {
+        QSaveFile target(file);
+        if (!target.open(QIODevice::WriteOnly) || !list.writeCsv(target) || !target.commit())
+            failure = target.errorString();
+    });
+    if (!failure.isEmpty()) {
         say(this, QStringLiteral("No se ha podido"),
-            QStringLiteral("No se puede escribir %1: %2").arg(file, target.errorString()));
+            QStringLiteral("No se puede escribir %1: %2").arg(file, failure));
         return;
     }
-    const int rows = page_.shownRows();
+    const std::size_t rows = list.order->size();
     undo_.tell((rows == 1 ? QStringLiteral("Se ha exportado 1 fila a %1")
                           : QStringLiteral("Se han exportado %2 filas a %1").arg(rows))
                    .arg(QFileInfo(file).fileName()),

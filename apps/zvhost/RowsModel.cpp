@@ -4,31 +4,180 @@
 #include "runtime/Csv.h"
 #include "zvhost/Icons.h"
 
+#include <QIODevice>
+
 #include <algorithm>
 
 namespace zv::host {
+namespace {
 
-QString plainLetters(const QString& text)
+/// Up to so many rows are arranged in the window's thread: some milliseconds.
+constexpr int atOnce = 3000;
+/// Bytes that are written at once.
+constexpr qsizetype writtenAtOnce = 1 << 16;
+
+QString titleOf(const ListColumn& column) { return toQt(column.title); }
+
+} // namespace
+
+bool ShownList::writeCsv(QIODevice& target) const
 {
-    QString letters;
-    for (const QChar each : text.normalized(QString::NormalizationForm_D))
-        if (each.category() != QChar::Mark_NonSpacing)
-            letters += each.toCaseFolded();
-    return letters;
+    QString text(QChar(0xFEFF));
+    const auto cell = [&](int column, QStringView letters) {
+        if (column > 0)
+            text += u';';
+        text += toQt(csvCell(StringView(letters.utf16(), static_cast<std::size_t>(letters.size()))));
+    };
+    const auto written = [&] {
+        const QByteArray bytes = text.toUtf8();
+        text.clear();
+        return target.write(bytes) == bytes.size();
+    };
+    const int columns = static_cast<int>(rows.columns().size());
+    for (int column = 0; column < columns; ++column)
+        cell(column, titleOf(rows.columns()[static_cast<std::size_t>(column)]));
+    text += QStringLiteral("\r\n");
+    for (const int row : *order) {
+        for (int column = 0; column < columns; ++column)
+            cell(column, rows.cell(row, column));
+        text += QStringLiteral("\r\n");
+        if (text.size() >= writtenAtOnce && !written())
+            return false;
+    }
+    return written();
 }
 
-void RowsModel::show(std::span<const ListColumn> columns, std::vector<Row> rows)
+QString ShownList::text(const std::vector<int>& places) const
 {
-    beginResetModel();
-    columns_ = columns;
-    rows_ = std::move(rows);
-    texts_.clear();
-    for (const Row& row : rows_) {
-        std::vector<QString>& texts = texts_.emplace_back();
-        for (std::size_t i = 0; i < columns_.size(); ++i)
-            texts.push_back(toQt(shown(row.values[i], columns_[i])));
+    QString lines;
+    for (const int place : places) {
+        if (!lines.isEmpty())
+            lines += u'\n';
+        for (int column = 0; column < static_cast<int>(rows.columns().size()); ++column) {
+            if (column > 0)
+                lines += u'\t';
+            // A tab or a line of the text itself would begin another cell.
+            lines += rows.cell((*order)[static_cast<std::size_t>(place)], column).toString().simplified();
+        }
     }
-    endResetModel();
+    return lines;
+}
+
+RowsModel::RowsModel() : shown_{0, {}, arranged({}, {}, nullptr, stop_)} {}
+
+RowsModel::~RowsModel() { stop_ = true; }
+
+void RowsModel::show(RowLetters rows, Wish wish)
+{
+    ++list_;
+    wish_ = std::move(wish);
+    rows_ = std::move(rows);
+    arrange();
+}
+
+void RowsModel::show(std::span<const ListColumn> columns, std::span<const Row> rows)
+{
+    RowLetters letters(columns);
+    letters.add(rows);
+    show(std::move(letters));
+}
+
+void RowsModel::grow(RowLetters rows)
+{
+    rows_ = std::move(rows);
+    arrange();
+}
+
+void RowsModel::search(const QString& words)
+{
+    wish_.words = searchWords(words);
+    arrange();
+}
+
+void RowsModel::follow(int progress, bool hides)
+{
+    wish_.progress = progress;
+    wish_.hidesWhole = hides;
+    arrange();
+}
+
+void RowsModel::sort(int column, Qt::SortOrder order)
+{
+    wish_.column = column;
+    wish_.descending = order == Qt::DescendingOrder;
+    arrange();
+}
+
+/// One piece of work at a time: what is wished for meanwhile comes after it, and stops it if it would be in
+/// vain.
+void RowsModel::arrange()
+{
+    const bool few = rows_.size() <= atOnce;
+    if (working_.valid()) {
+        stop_ = few || work_.list != list_ || work_.wish.column != wish_.column;
+        stale_ = true;
+        if (!few)
+            return;
+        working_ = {};
+    }
+    stop_ = false;
+    stale_ = false;
+    const auto before = shown_.list == list_ ? shown_.arrangement : nullptr;
+    if (few) {
+        apply({list_, rows_, arranged(rows_, wish_, before.get(), stop_)});
+        return;
+    }
+    work_ = {work_.number + 1, list_, wish_};
+    working_ = std::async(std::launch::async, [this, work = work_, rows = rows_, before] {
+        Shown next{work.list, rows, arranged(rows, work.wish, before.get(), stop_)};
+        QMetaObject::invokeMethod(
+            this, [this, number = work.number] { take(number); }, Qt::QueuedConnection);
+        return next;
+    });
+}
+
+void RowsModel::take(int number)
+{
+    if (!working_.valid() || work_.number != number)
+        return;
+    Shown next = working_.get();
+    const bool again = stale_;
+    if (next.arrangement != nullptr && next.list == list_)
+        apply(std::move(next));
+    if (again && !working_.valid())
+        arrange();
+}
+
+void RowsModel::apply(Shown next)
+{
+    if (next.list != shown_.list) {
+        beginResetModel();
+        shown_ = std::move(next);
+        endResetModel();
+        return;
+    }
+    Q_EMIT layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    if (!before.isEmpty()) {
+        Places places(static_cast<std::size_t>(next.rows.size()), -1);
+        int place = 0;
+        for (const int row : *next.arrangement->shown)
+            places[static_cast<std::size_t>(row)] = place++;
+        QModelIndexList after;
+        for (const QModelIndex& each : before) {
+            const int now = places[static_cast<std::size_t>(placeAt(each.row()))];
+            after += now < 0 ? QModelIndex() : index(now, each.column());
+        }
+        shown_ = std::move(next);
+        changePersistentIndexList(before, after);
+    } else
+        shown_ = std::move(next);
+    Q_EMIT layoutChanged();
+}
+
+std::pair<int, int> RowsModel::lacking() const
+{
+    return {shown_.arrangement->lacking, shown_.arrangement->found};
 }
 
 void RowsModel::mark(std::map<Long, QString> held)
@@ -36,42 +185,37 @@ void RowsModel::mark(std::map<Long, QString> held)
     if (held == held_)
         return;
     held_ = std::move(held);
-    if (!rows_.empty())
+    if (rowCount() > 0)
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }
 
 int RowsModel::rowOf(Long key) const
 {
-    const auto found = std::ranges::find(rows_, key, &Row::key);
-    return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+    const int row = rows().rowOf(key);
+    const Places& shown = *shown_.arrangement->shown;
+    const auto found = std::ranges::find(shown, row);
+    return found == shown.end() ? -1 : static_cast<int>(found - shown.begin());
 }
 
-std::vector<Long> RowsModel::keys() const
-{
-    std::vector<Long> all;
-    for (const Row& each : rows_)
-        all.push_back(each.key);
-    return all;
-}
+ShownList RowsModel::shownList() const { return {shown_.rows, shown_.arrangement->shown}; }
 
 int RowsModel::rowCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+    return parent.isValid() ? 0 : static_cast<int>(shown_.arrangement->shown->size());
 }
 
 int RowsModel::columnCount(const QModelIndex& parent) const
 {
-    return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+    return parent.isValid() ? 0 : static_cast<int>(rows().columns().size());
 }
 
 QVariant RowsModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid())
         return {};
-    const QString& text =
-        texts_[static_cast<std::size_t>(index.row())][static_cast<std::size_t>(index.column())];
+    const auto text = [&] { return rows().cell(placeAt(index.row()), index.column()).toString(); };
     if (role == Qt::DisplayRole)
-        return text;
+        return text();
     const auto held = held_.find(keyAt(index.row()));
     if (held == held_.end())
         return {};
@@ -80,7 +224,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const
     if (index.column() != 0)
         return {};
     return role == Qt::DecorationRole       ? QVariant(heldIcon())
-           : role == Qt::AccessibleTextRole ? QVariant(text + QStringLiteral(", en uso"))
+           : role == Qt::AccessibleTextRole ? QVariant(text() + QStringLiteral(", en uso"))
                                             : QVariant();
 }
 
@@ -91,88 +235,7 @@ QVariant RowsModel::headerData(int section, Qt::Orientation orientation, int rol
         return data(index(section, 0), role);
     if (role != Qt::DisplayRole || section >= columnCount())
         return {};
-    return toQt(columns_[static_cast<std::size_t>(section)].title);
-}
-
-RowsView::RowsView() : collator_(QLocale(QLocale::Spanish))
-{
-    collator_.setNumericMode(true);
-    collator_.setCaseSensitivity(Qt::CaseInsensitive);
-}
-
-void RowsView::search(const QString& words)
-{
-    words_ = plainLetters(words).split(u' ', Qt::SkipEmptyParts);
-    invalidateFilter();
-}
-
-void RowsView::hideWhole(int column)
-{
-    whole_ = column;
-    invalidateFilter();
-}
-
-bool RowsView::isFound(int row) const
-{
-    QString text;
-    for (int column = 0; !words_.isEmpty() && column < sourceModel()->columnCount(); ++column)
-        text += plainLetters(sourceModel()->index(row, column).data().toString()) + u'\n';
-    return std::ranges::all_of(words_, [&](const QString& word) { return text.contains(word); });
-}
-
-bool RowsView::isWhole(int row, int column) const
-{
-    const QStringList parts =
-        sourceModel()->index(row, column).data().toString().split(QStringLiteral(" de "));
-    return parts.front() == parts.back();
-}
-
-std::pair<int, int> RowsView::lacking(int column) const
-{
-    std::pair<int, int> counts;
-    for (int row = 0; row < sourceModel()->rowCount(); ++row)
-        if (isFound(row)) {
-            counts.first += isWhole(row, column) ? 0 : 1;
-            ++counts.second;
-        }
-    return counts;
-}
-
-bool RowsView::filterAcceptsRow(int row, const QModelIndex& /*parent*/) const
-{
-    const auto tells = [&] {
-        return !sourceModel()->index(row, sourceModel()->columnCount() - 1).data().toString().isEmpty();
-    };
-    return (whole_ < 0 || !isWhole(row, whole_) || tells()) && isFound(row);
-}
-
-bool RowsView::lessThan(const QModelIndex& left, const QModelIndex& right) const
-{
-    const QString a = left.data().toString();
-    const QString b = right.data().toString();
-    bool numbers = false;
-    const double first = QLocale(QLocale::Spanish).toDouble(a, &numbers);
-    if (numbers) {
-        const double second = QLocale(QLocale::Spanish).toDouble(b, &numbers);
-        if (numbers && first != second)
-            return first < second;
-    }
-    return collator_.compare(a, b) < 0;
-}
-
-QByteArray RowsView::csv() const
-{
-    QString text(QChar(0xFEFF));
-    const auto line = [&](const auto& field) {
-        QStringList fields;
-        for (int column = 0; column < columnCount(); ++column)
-            fields += toQt(csvCell(fromQt(field(column).toString())));
-        text += fields.join(u';') + QStringLiteral("\r\n");
-    };
-    line([&](int column) { return headerData(column, Qt::Horizontal, Qt::DisplayRole); });
-    for (int row = 0; row < rowCount(); ++row)
-        line([&](int column) { return index(row, column).data(); });
-    return text.toUtf8();
+    return titleOf(rows().columns()[static_cast<std::size_t>(section)]);
 }
 
 } // namespace zv::host

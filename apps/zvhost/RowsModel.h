@@ -1,29 +1,63 @@
 #pragma once
 
-#include "zvhost/Host.h"
+#include "zvhost/RowOrder.h"
 
 #include <QAbstractTableModel>
-#include <QCollator>
-#include <QSortFilterProxyModel>
 
+#include <atomic>
+#include <future>
 #include <map>
+
+class QIODevice;
 
 namespace zv::host {
 
-/// A text without case and accents, for comparing.
-QString plainLetters(const QString& text);
+/// A list as it is shown at the moment, for threads that write it down.
+struct ShownList {
+    RowLetters rows;
+    std::shared_ptr<const Places> order;
 
-/// Table model of a node's rows.
+    /// Writes it for a spreadsheet: UTF-8 with its mark, semicolons, one heading row. False if the device
+    /// took less.
+    bool writeCsv(QIODevice& target) const;
+    /// The rows at those places as text, a line each, columns by tabs.
+    QString text(const std::vector<int>& places) const;
+};
+
+/// Table model of a list that may be long: what is to be sorted and searched in many rows is so in a thread,
+/// and shown when it is ready (layoutChanged), at once in few.
 class RowsModel final : public QAbstractTableModel {
 public:
-    void show(std::span<const ListColumn> columns, std::vector<Row> rows);
+    RowsModel();
+    RowsModel(const RowsModel&) = delete;
+    RowsModel& operator=(const RowsModel&) = delete;
+    ~RowsModel() override;
+
+    /// Shows another list, or the same one read anew, in the place of what is there (modelReset).
+    void show(RowLetters rows, Wish wish);
+    void show(RowLetters rows) { show(std::move(rows), wish_); }
+    void show(std::span<const ListColumn> columns, std::span<const Row> rows);
+    /// Shows the same list with more rows at its end.
+    void grow(RowLetters rows);
+    /// Sets the filter: rows that hold every word somewhere.
+    void search(const QString& words);
+    /// Counts the rows that are not whole in that column, -1 for none, and hides the others if it `hides`.
+    void follow(int progress, bool hides);
+    void sort(int column, Qt::SortOrder order) override;
+    /// Whether what was asked for last is still to be shown.
+    bool isBusy() const { return working_.valid(); }
+    /// Of the rows that the search finds, those that are not whole, and all.
+    std::pair<int, int> lacking() const;
+
     /// Marks rows that somebody has open: key, and who has it.
     void mark(std::map<Long, QString> held);
     const std::map<Long, QString>& marked() const { return held_; }
-    Long keyAt(int row) const { return rows_[static_cast<std::size_t>(row)].key; }
-    /// Index of the row with that key, -1 if there is none.
+    Long keyAt(int row) const { return shown_.rows.keyAt(placeAt(row)); }
+    /// Where the row with that key is shown; -1 if it is not.
     int rowOf(Long key) const;
-    std::vector<Long> keys() const;
+    /// The list, with the rows that the search hides.
+    const RowLetters& rows() const { return shown_.rows; }
+    ShownList shownList() const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -31,37 +65,32 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    std::span<const ListColumn> columns_;
-    std::vector<Row> rows_;
-    std::vector<std::vector<QString>> texts_;
+    /// A list, told apart from the one before by its number, and how it was arranged.
+    struct Shown {
+        int list = 0;
+        RowLetters rows;
+        std::shared_ptr<const Arrangement> arrangement;
+    };
+
+    int placeAt(int row) const { return (*shown_.arrangement->shown)[static_cast<std::size_t>(row)]; }
+    void arrange();
+    void take(int number);
+    void apply(Shown next);
+
+    std::atomic<bool> stop_ = false;
+    Shown shown_;
     std::map<Long, QString> held_;
-};
-
-/// Proxy model that sorts and filters: without regard to case and accents, numbers by size.
-class RowsView final : public QSortFilterProxyModel {
-public:
-    RowsView();
-    /// Sets the filter: rows that hold every word somewhere.
-    void search(const QString& words);
-    /// Hides rows whose progress in that column is whole and whose last column has nothing to tell; -1 for
-    /// none.
-    void hideWhole(int column);
-    /// Of the rows that the search finds, those that are not whole in that column, and all.
-    std::pair<int, int> lacking(int column) const;
-    /// Exports what is shown now, for a spreadsheet: UTF-8 with its mark, semicolons, one heading row.
-    QByteArray csv() const;
-
-protected:
-    bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
-    bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
-
-private:
-    bool isFound(int row) const;
-    bool isWhole(int row, int column) const;
-
-    QStringList words_;
-    int whole_ = -1; ///< Column of which whole rows are hidden.
-    QCollator collator_;
+    int list_ = 0;    ///< Number of the list that is wished for.
+    RowLetters rows_; ///< Its rows so far.
+    Wish wish_;
+    /// A piece of work, and what it is for.
+    struct Work {
+        int number = 0;
+        int list = 0;
+        Wish wish = {};
+    } work_;
+    bool stale_ = false;         ///< It is not all that is wished for.
+    std::future<Shown> working_; ///< The last to be destroyed: waits for the thread.
 };
 
 } // namespace zv::host

@@ -26,7 +26,7 @@ namespace zv {
 using std::to_string;
 
 /// Servers that stand together, where the tool for them has started some (tools/region): "galera" or
-/// "reserva".
+/// "reserva"; or "reparto", a pooler before one.
 inline std::vector<std::string> regions()
 {
     const char* kind = std::getenv("ZV_REGION");
@@ -77,7 +77,7 @@ protected:
             engineOf(url).remove(locationOf(url), which);
         std::filesystem::remove_all(folder);
     }
-    static bool isRegion() { return GetParam() == "galera" || GetParam() == "reserva"; }
+    static bool isRegion() { return regions() == std::vector{GetParam()}; }
     /// The school as a station finds it: those of a region begin at servers of their own.
     String urlOf(int station) const
     {

@@ -194,6 +194,32 @@ TEST_P(Region, that_takes_no_changes_says_so_in_words)
     EXPECT_EQ(numberOf([&] { school.centro->Execute(u"Insert into Pais values (500,'x')"); }), 0);
 }
 
+/// An open session stays with no server that takes no changes any more, nor comes to a primary of old.
+TEST_P(Region, that_became_read_only_is_left_and_a_primary_of_old_is_refused)
+{
+    using Steps = std::vector<std::tuple<std::string, int, StringView>>;
+    create();
+    const School school = openSchool(url);
+    const Steps standby{{"leer", 0, u"no sirve ninguno"},
+                        {"escribir", 0, u""},
+                        {"matar", 0, u""},
+                        {"volver", 0, u""},
+                        {"leer", 1, u"era el principal antes"},
+                        {"escribir", 1, u""},
+                        {"revivir", 0, u""},
+                        {"matar", 1, u""},
+                        {"revivir", 1, u""}},
+        nodes{{"leer", 0, u""},     {"leer", 1, u""},     {"leer", 2, u"no sirve ninguno"},
+              {"escribir", 2, u""}, {"escribir", 1, u""}, {"escribir", 0, u""}};
+    Long key = 500;
+    for (const auto& [action, server, words] : GetParam() == "reserva" ? standby : nodes) {
+        EXPECT_TRUE(to(action + " " + std::getenv("ZV_REGION_CARPETA") + " " + to_string(server)));
+        sleep(1);
+        const String row = u"Insert into Pais values (" + decimalText(++key) + u",'x')";
+        EXPECT_EQ(numberOf([&] { school.centro->Execute(row); }, words) == 0, words.empty()) << action;
+    }
+}
+
 /// Of a transaction nothing is there after a conflict; of two that draw the same key one gets it, and the
 /// other is told so.
 TEST_P(Region, tells_a_conflict_between_two_servers_from_a_taken_key)
@@ -227,6 +253,44 @@ TEST_P(Region, tells_a_conflict_between_two_servers_from_a_taken_key)
     EXPECT_EQ(taken, 400);
     EXPECT_EQ(CLng(other.centro->Execute(u"Select Count(*) as n From Pais Where IDPais>=1000")->Fields(u"n")),
               400);
+}
+
+TEST_P(Region, behind_a_pooler_that_shares_sessions_from_now_on_gets_no_row_of_another_school)
+{
+    const std::string place = std::string(" ") + std::getenv("ZV_REGION_CARPETA");
+    const String urls[] = {url, url + u"b"};
+    std::atomic<bool> shares{false}, over{false};
+    std::atomic<int> before{0}, late{0}, refused{0};
+    const auto write = [&](int station) {
+        const School school = openSchool(urls[station]);
+        for (Long key = 1000; !over; ++key) {
+            const bool shared = shares;
+            const String row = decimalText(key) + u",'" + decimalText(Long{station}) + u"')";
+            ++(numberOf([&] { school.centro->Execute(u"Insert into Pais values (" + row); }) != 0 ? refused
+               : shared                                                                           ? late
+                                                                                                  : before);
+        }
+    };
+    for (const String& each : urls)
+        createSchool(each);
+    {
+        const std::jthread one(write, 0), other(write, 1);
+        sleep(1);
+        EXPECT_EQ(std::system((ZV_SERVERS "repartidor transaccion" + place).c_str()), 0);
+        shares = true;
+        sleep(5);
+        over = true;
+    }
+    EXPECT_EQ(std::system((ZV_SERVERS "repartidor sesion" + place).c_str()), 0);
+    EXPECT_TRUE(before > 0 && refused > 0 && late == 0) << before << ' ' << refused << ' ' << late;
+    for (const int station : {0, 1}) {
+        const String foreign =
+            u"Select * From Pais Where Descripcion='" + decimalText(Long{1 - station}) + u"'";
+        EXPECT_TRUE(openSchool(urls[station]).centro->Execute(foreign)->Eof());
+    }
+    for (const Database which : everyDatabase)
+        engineOf(urls[1]).remove(locationOf(urls[1]), which);
+    std::cout << before << " rows, then " << refused << " refused, none written\n";
 }
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Region);

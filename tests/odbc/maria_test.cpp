@@ -181,6 +181,8 @@ TEST_F(Maria, who_may_not_make_a_school_is_told_what_to_ask_for)
     };
     EXPECT_NE(words(u"DSN=zv_maria;UID=ajeno;ESQUEMA=centro", u"GRANT ALL PRIVILEGES sobre `zv\\_%`.*"), 0);
     EXPECT_NE(words(u"DSN=zv_maria;ESQUEMA=de_otro", u"GRANT ALL PRIVILEGES"), 0);
+    EXPECT_NE(words(u"DSN=zv_maria;SERVIDORES=127.0.0.1:1", u"quite SOCKET"), 0)
+        << "it is reached without its list";
     EXPECT_NE(numberOf([&] { engine->open(u"DSN=zv_maria;ESQUEMA=centro_nada", Database::centro); },
                        u"no tiene el esquema «centro_nada»"),
               0);

@@ -8,6 +8,7 @@
 #include "data/odbc/Password.h"
 #include "data/odbc/Servers.h"
 
+#include <gmock/gmock.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -41,7 +42,30 @@ TEST(ConnectionText, is_parted_as_the_driver_manager_parts_it)
     EXPECT_EQ(text.find(u"Esquema"), std::nullopt);
     text.set(u"Port", u"5432");
     EXPECT_EQ(text.text(), u"Driver={a;b}}c};UID=ana;PWD=;x}=;dsn=d;DSN=e;suelto=;Port=5432;");
-    EXPECT_EQ(text.shown(), u"odbc:Driver={a;b}}c};UID=ana;x}=;dsn=d;DSN=e;suelto=;Port=5432;");
+    EXPECT_EQ(text.shown(), u"odbc:Driver={a;b}}c};UID=ana;dsn=d;DSN=;Port=5432;");
+}
+
+TEST(ConnectionText, that_would_have_no_effect_is_refused_and_no_secret_is_shown)
+{
+    const std::pair<StringView, const char*> cases[] = {
+        {u"DSN=d;SERVIDORES=a,b;ESQUEMA=x;ESPERA=9;UID=ana@b;ServerName=c;Service=e;Escape=f", ""},
+        {u"DSN=d;SERVIDORES=SECRETO;SECRETO:3306", "algo sin «=» detrás de SERVIDORES"},
+        {u"SECRETO", "algo sin «=» al principio"},
+        {u"PWD=SECRETO;DSN=d;pwd=SECRETO", "pwd dos veces"},
+        {u"DSN=d;SERVIDORS=ana:SECRETO@b", "escriba SERVIDORES"},
+        {u"SERVIDORES={a:1,ana:SECRETO;SECRETO@b};DSN=d", "SERVIDORES=uno:3306"},
+        {u"SERVIDORES=http://a", "Sin http://"},
+    };
+    for (const auto& [words, fault] : cases)
+        try {
+            const odbc::ConnectionText text(words);
+            text.refuseMistakes();
+            const odbc::Servers list(text);
+            EXPECT_STREQ(fault, "");
+        } catch (const RuntimeError& error) {
+            EXPECT_THAT(toUtf8(error.description()), testing::HasSubstr(fault));
+            EXPECT_THAT(toUtf8(error.description()), testing::Not(testing::HasSubstr("SECRETO")));
+        }
 }
 
 TEST(Password, comes_from_outside_where_the_text_has_none)
@@ -95,10 +119,14 @@ TEST(Servers, are_tried_as_written_after_the_one_that_served_last)
         EXPECT_EQ(find(serving), number);
         EXPECT_EQ(toUtf8(tried), toUtf8(order));
     }
+    for (const auto& [cluster, timeline, latest] :
+         {std::tuple(u"a", 2, true), {u"a", 1, false}, {u"a", 3, true}, {u"b", 1, true}})
+        EXPECT_EQ(servers.isLatest(cluster, timeline), latest);
     EXPECT_EQ(numberOf([&] { servers.find(u"", [](StringView) { fail(failure::locked); }); }),
               failure::locked)
         << "another server would say the same";
-    for (const StringView wrong : {u"", u"uno,", u"uno:puerto", u":3306", u"uno:", u"uno:123456"})
+    for (const StringView wrong :
+         {u"", u"uno,", u"uno:puerto", u":3306", u"uno:", u"uno:65536", u"uno:0", u"{a;b}", u"a b"})
         EXPECT_NE(numberOf([&] { odbc::Servers(odbc::ConnectionText(u"SERVIDORES=" + String(wrong))); },
                            u"SERVIDORES=uno:3306"),
                   0)
@@ -317,6 +345,19 @@ TEST_F(Server, of_a_list_is_found_behind_one_that_is_not_there_and_is_asked_whet
                   },
                   u"5432: no admite cambios"),
               failure::connectionLost);
+    // One that becomes read only is left for the next that is not, outside of a transaction.
+    const StringView readOnly = u"SET default_transaction_read_only=on";
+    found->Execute(readOnly);
+    EXPECT_EQ(numberOf([&] { found->Execute(u"Insert into t values (2)"); }), 0);
+    found->Execute(readOnly);
+    found->Execute(u"BEGIN");
+    EXPECT_NE(numberOf([&] { found->Execute(u"Insert into t values (3)"); }, u"sólo deja leer"), 0);
+    EXPECT_NE(numberOf([&] { found->Execute(u"COMMIT"); }), 0);
+    EXPECT_EQ(numberOf([&] { found->Execute(u"Insert into t values (4)"); }), 0);
+    EXPECT_EQ(CLng(found->Execute(u"Select sum(a) from t")->row().front()), 7);
+    base->Execute(readOnly);
+    EXPECT_NE(numberOf([&] { base->Execute(u"CREATE TABLE u (a INTEGER)"); }, u"sólo deja leer"), 0);
+    base->Execute(u"SET default_transaction_read_only=off");
     EXPECT_EQ(numberOf([&] { engine->temporary(u"DSN=zv_prueba;SERVIDORES=127.0.0.1:1", Database::borrado); },
                        u"127.0.0.1:1: "),
               failure::connectionLost);

@@ -13,6 +13,7 @@
 #include "zvhost/MainWindow.h"
 
 #include <QAbstractButton>
+#include <QBuffer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -28,6 +29,13 @@
 namespace zv::host {
 
 using testing::HasSubstr;
+
+inline QByteArray csvOf(const RowsModel& list)
+{
+    QBuffer bytes;
+    EXPECT_TRUE(bytes.open(QIODevice::WriteOnly) && list.shownList().writeCsv(bytes));
+    return bytes.data();
+}
 
 /// The host's window on a sample school, and a person who has only the keyboard.
 struct HostTest : testing::Test {

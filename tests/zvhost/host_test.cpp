@@ -145,14 +145,13 @@ TEST_F(HostTest, a_user_comes_with_his_profile)
 TEST_F(HostTest, lists_sort_numbers_find_words_and_export)
 {
     constexpr ListColumn columns[] = {{u"Nombre"}, {u"Valor"}};
+    const Row rows[] = {{1, {Value(u"=uno;\"a\""), Value(u"10,5")}}, {2, {Value(u"Álava"), Value(u"-9")}}};
     RowsModel model;
-    model.show(columns, {{1, {Value(u"=uno;\"a\""), Value(u"10,5")}}, {2, {Value(u"Álava"), Value(u"-9")}}});
-    RowsView view;
-    view.setSourceModel(&model);
-    view.sort(1);
-    EXPECT_EQ(view.csv(), "\xEF\xBB\xBFNombre;Valor\r\nÁlava;-9\r\n\"'=uno;\"\"a\"\"\";10,5\r\n");
-    view.search(QStringLiteral("ALA"));
-    EXPECT_EQ(view.rowCount(), 1);
+    model.show(columns, rows);
+    model.sort(1, Qt::AscendingOrder);
+    EXPECT_EQ(csvOf(model), "\xEF\xBB\xBFNombre;Valor\r\nÁlava;-9\r\n\"'=uno;\"\"a\"\"\";10,5\r\n");
+    model.search(QStringLiteral("ALA"));
+    EXPECT_EQ(model.rowCount(), 1);
 }
 
 TEST_F(HostTest, a_school_that_lacks_something_is_refused)

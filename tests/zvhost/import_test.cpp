@@ -8,12 +8,12 @@ namespace {
 
 String exported(Host& host, const Node& node)
 {
+    RowLetters rows(node.columns);
+    for (RowReader reader(host, node); !reader.isDone();)
+        rows.add(reader.next(3));
     RowsModel model;
-    model.show(node.columns, host.rows(node));
-    RowsView view;
-    view.setSourceModel(&model);
-    view.sort(0);
-    return csvText(view.csv().toStdString());
+    model.show(std::move(rows), {.column = 0});
+    return csvText(csvOf(model).toStdString());
 }
 
 } // namespace

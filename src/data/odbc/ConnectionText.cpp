@@ -4,6 +4,8 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <iterator>
+#include <numeric>
 
 namespace zv::odbc {
 namespace {
@@ -47,6 +49,31 @@ String braced(StringView value)
     return u"{" + Replace(value, u"}", u"}}") + u"}";
 }
 
+/// How many letters are to be put in, taken out or changed.
+std::size_t edits(StringView from, StringView to)
+{
+    std::vector<std::size_t> above(to.size() + 1);
+    std::iota(above.begin(), above.end(), 0);
+    for (std::size_t row = 1; row <= from.size(); ++row) {
+        std::vector<std::size_t> here{row};
+        for (std::size_t at = 0; at < to.size(); ++at)
+            here.push_back(
+                std::min({above[at] + (from[row - 1] != to[at]), above[at + 1] + 1, here[at] + 1}));
+        above = std::move(here);
+    }
+    return above.back();
+}
+
+/// Our own attribute that is meant by a name of none; empty where it is a driver's.
+StringView meant(StringView name)
+{
+    constexpr std::size_t slips = 2;
+    for (const StringView own : {u"SERVIDORES", u"ESQUEMA", u"ESPERA"})
+        if (const std::size_t found = edits(lowerName(name), lowerName(own)); found > 0 && found <= slips)
+            return own;
+    return {};
+}
+
 auto called(StringView name)
 {
     return [name](const auto& each) { return sameName(each.name, name); };
@@ -61,14 +88,32 @@ ConnectionText::ConnectionText(StringView text)
         String name = trimmed(text.substr(0, sign));
         text.remove_prefix(std::min(sign, text.size()));
         String value;
-        if (text.starts_with(u'=')) {
+        const bool hasSign = text.starts_with(u'=');
+        if (hasSign) {
             text.remove_prefix(1);
             value = takeValue(text);
         }
         if (!name.empty())
-            attributes_.push_back({std::move(name), std::move(value)});
+            attributes_.push_back({std::move(name), std::move(value), hasSign});
         if (!text.empty())
             text.remove_prefix(1);
+    }
+}
+
+void ConnectionText::refuseMistakes() const
+{
+    for (auto each = attributes_.begin(); each != attributes_.end(); ++each) {
+        if (!each->hasSign)
+            failFor(*this, u"tiene algo sin «=» " + (each == attributes_.begin()
+                                                         ? u"al principio: escriba DSN=NOMBRE."
+                                                         : u"detrás de " + std::prev(each)->name +
+                                                               u": los servidores de SERVIDORES se separan "
+                                                               u"con comas, y un valor que lleve «;» va "
+                                                               u"entre llaves."));
+        if (std::any_of(attributes_.begin(), each, called(each->name)))
+            failFor(*this, u"dice " + each->name + u" dos veces: deje una.");
+        if (const StringView own = meant(each->name); !own.empty())
+            failFor(*this, u"dice " + each->name + u", que no es nada: escriba " + String(own) + u".");
     }
 }
 
@@ -94,15 +139,26 @@ std::optional<String> ConnectionText::take(StringView name)
     return value;
 }
 
-String ConnectionText::text() const
+String ConnectionText::text(const std::vector<Attribute>& attributes)
 {
     String result;
-    for (const Attribute& each : attributes_)
+    for (const Attribute& each : attributes)
         result += each.name + u"=" + braced(each.value) + u";";
     return result;
 }
 
-String ConnectionText::shown() const { return u"odbc:" + withoutPassword(text()); }
+String ConnectionText::text() const { return text(attributes_); }
+
+String ConnectionText::shown() const
+{
+    std::vector<Attribute> whole;
+    for (const Attribute& each : attributes_)
+        if (each.hasSign)
+            whole.push_back(each);
+        else if (!whole.empty())
+            whole.back().value.clear();
+    return u"odbc:" + withoutPassword(text(whole));
+}
 
 void failFor(const ConnectionText& text, StringView words, std::int32_t number)
 {

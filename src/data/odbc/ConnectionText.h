@@ -15,6 +15,9 @@ class ConnectionText {
 public:
     explicit ConnectionText(StringView text);
 
+    /// Fails on what would have no effect, or another than is meant: an attribute that is given twice or
+    /// lacks its "=", and one whose name is almost one of our own.
+    void refuseMistakes() const;
     std::optional<String> find(StringView name) const;
     /// Replaces the attribute's value, or adds it at the end.
     void set(StringView name, String value);
@@ -22,14 +25,18 @@ public:
     std::optional<String> take(StringView name);
     /// Serialised for the driver manager.
     String text() const;
-    /// Redacted for display: without passwords.
+    /// Redacted for display: without passwords; of what lacks its "=" not even the value before it, which may
+    /// be the first half of one.
     String shown() const;
 
 private:
     struct Attribute {
         String name;
         String value;
+        bool hasSign = true;
     };
+    static String text(const std::vector<Attribute>& attributes);
+
     std::vector<Attribute> attributes_;
 };
 

@@ -87,8 +87,23 @@ std::int32_t numberOf(const Diagnosis& diagnosis, StringView statement)
 
 DataError failureOf(const Diagnosis& diagnosis, bool lost, StringView statement)
 {
-    return {lost ? failure::connectionLost : numberOf(diagnosis, statement),
-            diagnosis.state + "/" + std::to_string(diagnosis.native), diagnosis.words, statement};
+    DataError result(lost ? failure::connectionLost : numberOf(diagnosis, statement),
+                     diagnosis.state + "/" + std::to_string(diagnosis.native), diagnosis.words, statement);
+    if (lost || !isReadOnly(result))
+        return result;
+    return {result.number(), result.engineCode(),
+            u"el servidor sólo deja leer, o está de reserva: avise a quien lo administra; ha dicho: " +
+                diagnosis.words,
+            statement};
+}
+
+bool isReadOnly(const DataError& failure)
+{
+    // MariaDB has one number for what any of its options forbids.
+    constexpr std::int32_t forbiddenByOption = 1290;
+    return failure.engineCode().starts_with("25006") || // PostgreSQL
+           (ownNumber(failure) == forbiddenByOption &&
+            failure.engineText().find(u"read-only") != StringView::npos);
 }
 
 bool saidByServer(const DataError& failure)

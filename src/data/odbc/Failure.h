@@ -18,6 +18,9 @@ DataError failureOf(const Diagnosis& diagnosis, bool lost, StringView statement)
 /// Whether it is the server's own word, and not that of a driver which found none.
 bool saidByServer(const DataError& failure);
 
+/// Whether a server refused a change, and did nothing of it, since it takes none: a standby, or read only.
+bool isReadOnly(const DataError& failure);
+
 /// The engine's own number of a failure that failureOf() made; 0 for any other.
 std::int32_t ownNumber(const DataError& failure);
 

@@ -61,6 +61,8 @@ public:
     /// The error of the last call. Latches isLost().
     DataError failure(const DriverHandle& handle, StringView text);
     bool isLost() const { return lost_; }
+    /// It is to serve nobody any more, as if it were lost.
+    void abandon() { lost_ = true; }
     /// Whether a timeout cut the link.
     bool wasCut() const { return patience_ && patience_->ranOut(); }
     /// Whether the peer closed the connection while it was idle; nullopt if only a statement can tell.

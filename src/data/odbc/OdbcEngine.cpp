@@ -275,6 +275,7 @@ private:
     /// Cache by connection string: which server is behind one does not change.
     const KnownServer& serverOf(const ConnectionText& text)
     {
+        text.refuseMistakes();
         const ConnectionText plain = forDriver(text);
         const String called = plain.text() + text.find(u"SERVIDORES").value_or(u"");
         const auto known = servers_.find(called);
@@ -288,8 +289,7 @@ private:
             if (found.keepsAllTexts && !seen.takesAllTexts)
                 failFor(text, u"tiene un controlador sin Unicode, que estropearía las letras: use el que lo "
                               u"tiene («PostgreSQL Unicode», «MariaDB Unicode»; para un fichero, sqlite:).");
-            constexpr int rounds = 5;
-            if (sharesSessions(link, seen, found, rounds,
+            if (sharesSessions(link, seen, found,
                                [&] { return firstLink(*servers, plain, longestSilence(text)); }))
                 failFor(text, String(sharingPooler) + u".");
             KnownServer result{&found, std::make_shared<Outage>(), servers, {}, false};
@@ -313,8 +313,7 @@ private:
         std::shared_ptr<Link> link;
         const auto attempt = [&](StringView text) {
             link = std::make_shared<Link>(text, patience);
-            if (servers.isList())
-                requireServing(link);
+            servers.requireServing(link);
         };
         try {
             servers.find(plain.text(), attempt);

@@ -115,9 +115,8 @@ void Pool::pauseAfter(const DataError& failure)
 /// school then writes goes into another's schema.
 void Pool::refuseSharing(const std::shared_ptr<Link>& fresh, StringView text) const
 {
-    constexpr int rounds = 2;
     const Server& kind = *target_.server;
-    if (!kind.session.empty() && sharesSessions(fresh, probe(fresh, kind), kind, rounds, [&] {
+    if (!kind.session.empty() && sharesSessions(fresh, probe(fresh, kind), kind, [&] {
             return std::make_shared<Link>(text, target_.patience);
         }))
         throw DataError(failure::connectionLost, "08P01", sharingPooler, u"");
@@ -130,8 +129,7 @@ std::shared_ptr<Link> Pool::open() const
         fresh = std::make_shared<Link>(text, target_.patience);
         if (target_.server->wantsKeepalive)
             fresh->noticeSilentNetwork();
-        if (target_.servers->isList())
-            requireServing(fresh);
+        target_.servers->requireServing(fresh);
         refuseSharing(fresh, text);
         for (const String& setting : target_.settings)
             StatementRows(fresh, setting);
@@ -289,7 +287,10 @@ std::unique_ptr<Cursor> Pool::run(StringView statement)
             return send(statement, on);
         } catch (const DataError& failure) {
             const bool undone = isConflict(failure) && !on->isLost();
-            if (again == retries || !(undone || isOutOfStep(failure)))
+            const bool elsewhere = target_.servers->isList() && isReadOnly(failure);
+            if (elsewhere)
+                on->abandon();
+            if (again == retries || !(undone || elsewhere || isOutOfStep(failure)))
                 throw;
             if (transaction_ && ownNumber(failure) == wholeTransaction)
                 undone_ = failure;

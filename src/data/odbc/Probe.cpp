@@ -3,6 +3,8 @@
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
+#include <random>
+
 namespace zv::odbc {
 
 Probe probe(const std::shared_ptr<Link>& link, const Server& kind)
@@ -27,19 +29,24 @@ Probe probe(const std::shared_ptr<Link>& link, const Server& kind)
     return result;
 }
 
-bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const Server& kind, int rounds,
+bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const Server& kind,
                     const std::function<std::shared_ptr<Link>()>& another)
 {
+    constexpr int asked = 30;
     if (found.isDirect || found.session <= 0)
         return false;
     const std::shared_ptr<Link> second = another();
     const Long its = probe(second, kind).session;
-    // A probe that failed without losing its link has seen nothing.
-    const auto isAnother = [](Long now, Long before) { return now > 0 && now != before; };
+    if (its <= 0)
+        return false;
+    std::random_device chance;
     bool shared = its == found.session;
-    for (int round = 0; round < rounds && !shared; ++round)
-        shared = isAnother(probe(link, kind).session, found.session) ||
-                 (its > 0 && isAnother(probe(second, kind).session, its));
+    for (int time = 0; time < asked && !shared; ++time) {
+        const bool first = chance() % 2 == 0;
+        // A probe that failed without losing its link has seen nothing.
+        const Long now = probe(first ? link : second, kind).session;
+        shared = now > 0 && now != (first ? found.session : its);
+    }
     return shared;
 }
 

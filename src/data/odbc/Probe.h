@@ -21,9 +21,10 @@ Probe probe(const std::shared_ptr<Link>& link, const Server& kind);
 
 /// Whether a pooler between gives each transaction to a session of the server that is free (transaction
 /// pooling), so that what a link sets is lost, its schema included. `another` opens a second link. Two links
-/// that meet at one session prove it, and one that moves: the session that became free last is given out
-/// first, or they take turns; what other stations do in between is asked for in `rounds`.
-bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const Server& kind, int rounds,
+/// that meet at one session prove it, and one that moves. Which of the two asks is left to chance, each time:
+/// whatever session is free, for other stations may work in step with this one, it is the asking link's own
+/// at most every other time.
+bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const Server& kind,
                     const std::function<std::shared_ptr<Link>()>& another);
 /// What such a pooler does, and what to do.
 inline constexpr StringView sharingPooler =

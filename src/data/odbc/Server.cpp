@@ -19,7 +19,11 @@ constexpr std::array servers{
            .patience = u"SET statement_timeout='{}s'",
            .readOnlySettings = u"SET default_transaction_read_only=on",
            .session = u"pg_backend_pid(), COALESCE(inet_client_port(),0)",
-           .serving = u"SELECT CASE current_setting('transaction_read_only') WHEN 'off' THEN 1 ELSE 0 END, 0",
+           .serving =
+               u"SELECT CASE current_setting('transaction_read_only') WHEN 'off' THEN 1 ELSE 0 END, 0, 1",
+           .lineage = u"SELECT CAST(system_identifier AS TEXT), CAST(CAST('x'||"
+                      u"left(pg_walfile_name(pg_current_wal_lsn()),8) AS bit(32)) AS bigint) "
+                      u"FROM pg_control_system()",
            .driverOptions = u"UseDeclareFetch=1;Fetch=100;BoolsAsChar=0;pqopt=tcp_user_timeout=10000 "
                             u"keepalives_idle=4 keepalives_interval=2 keepalives_count=3"},
     Server{.name = u"Microsoft SQL Server",
@@ -50,7 +54,8 @@ constexpr std::array servers{
                u"information_schema.GLOBAL_STATUS WHERE (VARIABLE_NAME='WSREP_READY' AND "
                u"VARIABLE_VALUE='ON') OR (VARIABLE_NAME='WSREP_CLUSTER_STATUS' AND "
                u"VARIABLE_VALUE='Primary')), (SELECT COUNT(*) FROM information_schema.GLOBAL_VARIABLES "
-               u"WHERE VARIABLE_NAME='WSREP_ON' AND VARIABLE_VALUE='ON')",
+               u"WHERE VARIABLE_NAME='WSREP_ON' AND VARIABLE_VALUE='ON'), (SELECT HOST LIKE '%:%' FROM "
+               u"information_schema.PROCESSLIST WHERE ID=CONNECTION_ID())",
            .nodeSettings = u"SET SESSION wsrep_sync_wait=7",
            .driverOptions = u"CHARSET=utf8mb4;CONN_TIMEOUT=5"},
     Server{.name = u"MySQL",

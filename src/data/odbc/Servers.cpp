@@ -11,8 +11,28 @@ namespace {
 bool isPort(StringView text)
 {
     constexpr std::size_t longest = 5;
-    return !text.empty() && text.size() <= longest &&
-           std::ranges::all_of(text, [](char16_t each) { return each >= u'0' && each <= u'9'; });
+    constexpr int highest = 65535;
+    if (text.empty() || text.size() > longest || text.find_first_not_of(u"0123456789") != StringView::npos)
+        return false;
+    const int number = std::stoi(toUtf8(text));
+    return number > 0 && number <= highest;
+}
+
+/// A name, an address, or the folder of a local socket.
+bool isHost(StringView text)
+{
+    return !text.empty() && text.find(u'@') == StringView::npos &&
+           (text.starts_with(u'/') || text.find_first_of(u"/\\;={}()?# \"'") == StringView::npos);
+}
+
+[[noreturn]] void failForOtherWay(StringView words)
+{
+    throw RuntimeError(failure::otherData, u"La lista SERVIDORES no sirve de nada: " + String(words));
+}
+
+[[noreturn]] void failForNoChanges(StringView asked, StringView why)
+{
+    throw DataError(failure::connectionLost, "57P03", u"no admite cambios: " + String(why), asked);
 }
 
 } // namespace
@@ -32,9 +52,11 @@ Servers::Servers(const ConnectionText& location)
         Place place{hasPort ? each.substr(0, colon) : each, hasPort ? each.substr(colon + 1) : String()};
         if (place.host.starts_with(u'[') && place.host.ends_with(u']'))
             place.host = place.host.substr(1, place.host.size() - 2);
-        if (place.host.empty() || (hasPort && !isPort(place.port)))
-            failFor(location, u"nombra mal sus servidores: SERVIDORES=uno:3306,otro:3306 son los equipos, "
-                              u"cada uno con su puerto o sin él, separados por comas.");
+        if (!isHost(place.host) || (hasPort && !isPort(place.port)))
+            failFor(location,
+                    u"nombra mal sus servidores: SERVIDORES=uno:3306,otro:3306 son los equipos, cada uno con "
+                    u"su puerto (de 1 a 65535) o sin él, separados por comas. Sin http:// ni nada parecido; "
+                    u"el usuario y la contraseña van aparte, en UID y PWD.");
         places_.push_back(std::move(place));
     }
 }
@@ -77,22 +99,54 @@ void Servers::find(StringView connectionText, const std::function<void(StringVie
                     u"no sirve ninguno de los servidores: " + words, u"");
 }
 
-void requireServing(const std::shared_ptr<Link>& link)
+bool Servers::isLatest(StringView cluster, Long timeline)
 {
+    const std::lock_guard lock(seen_);
+    if (cluster_ == cluster && timeline < timeline_)
+        return false;
+    cluster_ = cluster;
+    timeline_ = timeline;
+    return true;
+}
+
+void Servers::requireServing(const std::shared_ptr<Link>& link)
+{
+    if (!isList())
+        return;
     const Server& kind = serverNamed(link->engine().name);
+    if (kind.placing == Placing::files)
+        failForOtherWay(u"un fichero no está en ningún servidor: quite SERVIDORES.");
     if (kind.serving.empty())
         return;
     bool isNode = false;
     {
         const StatementRows answer(link, kind.serving);
+        if (CLng(answer.value(2)) == 0)
+            failForOtherWay(u"la conexión va por un enchufe de este equipo: quite SOCKET del URL y de la "
+                            u"fuente de datos.");
         if (CLng(answer.value(0)) == 0)
-            throw DataError(failure::connectionLost, "57P03",
-                            u"no admite cambios: está de reserva, o no ve a la mayoría de los suyos",
-                            kind.serving);
+            failForNoChanges(kind.serving, u"está de reserva, o no ve a la mayoría de los suyos");
         isNode = CLng(answer.value(1)) != 0;
     }
     if (isNode)
         StatementRows(link, kind.nodeSettings);
+    if (!kind.lineage.empty() && !isLatest(link, kind.lineage))
+        failForNoChanges(kind.lineage,
+                         u"era el principal antes de que se promoviera otro; quien administra "
+                         u"ha de pararlo. Si es el bueno, cierre el programa y ábralo otra vez");
+}
+
+/// True where the engine does not tell: one that only speaks like it, or keeps no log of its own.
+bool Servers::isLatest(const std::shared_ptr<Link>& link, StringView lineage)
+{
+    try {
+        const StatementRows answer(link, lineage);
+        return isLatest(CStr(answer.value(0)), CLng(answer.value(1)));
+    } catch (const DataError&) {
+        if (link->isLost())
+            throw;
+        return true;
+    }
 }
 
 } // namespace zv::odbc

@@ -6,6 +6,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <vector>
 
 namespace zv::odbc {
@@ -17,8 +18,15 @@ public:
     /// Fails if SERVIDORES is no list.
     explicit Servers(const ConnectionText& location);
 
-    /// Whether there is a list: only then is a server asked whether it serves, see requireServing().
+    /// Whether there is a list. Without one a server is asked nothing more.
     bool isList() const { return !places_.empty(); }
+    /// Asks a server of a list whether it takes changes, and fails with connectionLost if not: a standby, a
+    /// node that has lost the majority, a primary of old. Makes the link one of a cluster, where it is. Fails
+    /// with another number if the link is not to where the list says.
+    void requireServing(const std::shared_ptr<Link>& link);
+    /// Of two primaries that were one, the one promoted later is right: whether none was seen, of the same
+    /// cluster, with a higher timeline.
+    bool isLatest(StringView cluster, Long timeline);
     /// Failover: calls `attempt` with a driver's connection string for each server until one does not fail
     /// with connectionLost, which is the first the next time. The others follow as they are written, so that
     /// the stations of a school meet at the same one, and where an administrator wants them. If all fail,
@@ -26,6 +34,8 @@ public:
     void find(StringView connectionText, const std::function<void(StringView)>& attempt);
 
 private:
+    bool isLatest(const std::shared_ptr<Link>& link, StringView lineage);
+
     struct Place {
         String host;
         String port; ///< Empty: the driver's own.
@@ -35,10 +45,9 @@ private:
     std::vector<Place> places_;
     std::atomic<std::size_t> serving_ =
         0; ///< The place that served last. A wait for it has a thread of its own.
+    std::mutex seen_;
+    String cluster_;    ///< Of the primary that served last, where one is told by its timeline.
+    Long timeline_ = 0; ///< The highest that was seen of it.
 };
-
-/// Asks a server of a list whether it takes changes, and fails with connectionLost if not: a standby, a node
-/// that has lost the majority. Makes the link one of a cluster, where it is.
-void requireServing(const std::shared_ptr<Link>& link);
 
 } // namespace zv::odbc

@@ -39,6 +39,11 @@ void checkPlace(const std::filesystem::path& file, bool create)
     if (std::filesystem::is_directory(file, ignored))
         failFor(file, u"es una carpeta; escriba el nombre de un fichero.");
     const bool exists = std::filesystem::exists(file, ignored);
+    const String name = lowerName(file.u16string());
+    for (const StringView ofServers : {u"SERVIDORES", u"ESQUEMA", u"ESPERA"})
+        if (!exists && name.find(u";" + lowerName(ofServers) + u"=") != String::npos)
+            failFor(file, u"lleva " + String(ofServers) +
+                              u"=, que es para servidores (odbc:): escriba sólo el nombre del fichero.");
     if (!exists && std::filesystem::is_symlink(std::filesystem::symlink_status(file, ignored)))
         failFor(file, u"es un enlace a un fichero que no existe: corrija el enlace, o elija otro nombre.");
     if (!create && exists && !std::filesystem::is_regular_file(file, ignored))
