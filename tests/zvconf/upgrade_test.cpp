@@ -20,22 +20,20 @@ protected:
     /// Runs that version's statements, all or those that insert.
     static void replay(const School& school, bool all)
     {
-        std::ifstream text(GUIONES "/../zvconf/primera.sql");
-        std::vector<ConnectionPtr> bases;
+        const std::vector<ConnectionPtr> sections[] = {
+            {school.centro, school.borrado}, {school.centro}, {school.borrado}, {school.entrada}};
+        std::size_t headings = 0;
         for (const Database each : everyDatabase)
             baseOf(school, each)->executeNative(u"BEGIN");
-        for (std::string line; std::getline(text, line);) {
+        std::ifstream text(GUIONES "/../zvconf/primera.sql");
+        for (std::string line; std::getline(text, line);)
             if (line.starts_with("--"))
-                bases = line.ends_with("en la de borrados:")   ? std::vector{school.centro, school.borrado}
-                        : line.ends_with("En la del centro:")  ? std::vector{school.centro}
-                        : line.ends_with("En la de borrados:") ? std::vector{school.borrado}
-                                                               : std::vector{school.entrada};
+                ++headings;
             else
                 for (std::istringstream rest(line); std::getline(rest, line, ';');)
-                    for (const ConnectionPtr& each : bases)
+                    for (const ConnectionPtr& each : sections[headings - 1])
                         if (all || line.find("INSERT") < 2)
                             each->executeNative(fromUtf8(line));
-        }
         for (const Database each : everyDatabase)
             baseOf(school, each)->executeNative(u"COMMIT");
     }
