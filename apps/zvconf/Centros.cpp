@@ -2,13 +2,16 @@
 #include "zvconf/Command.h"
 #include "zvconf/Historial.h"
 
+#include "data/DataError.h"
 #include "data/Schools.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 #include "runtime/Errors.h"
+#include "runtime/PrivateFile.h"
+#include "runtime/System.h"
 
 #include <algorithm>
-#include <fstream>
+#include <iostream>
 #include <thread>
 
 namespace zv::zvconf {
@@ -17,6 +20,12 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr Long mostAtOnce = 64;
+constexpr Long mostMinutes = 1440;
+constexpr std::chrono::minutes usualTime{120};
+
+/// Between the command and the process of a school, which reads the school's URL: the list may be another, or
+/// used up, by then.
+constexpr Option ofOne{u"--uno", 1};
 
 /// A list of commands, with what each takes of its own, and how it does it with one school.
 struct Action {
@@ -34,16 +43,25 @@ void pass(std::vector<String>& words, const Options& options, StringView name)
     std::ranges::copy(options.values(name), std::back_inserter(words));
 }
 
+/// Race: another run may be making the same school. Of the two one makes it, and the other waits and finds
+/// it.
 int make(const ListedSchool& school, const Options& options)
 {
-    if (engineOf(school.url).exists(locationOf(school.url))) {
-        inspectSchool(school.url);
-        printLine(u"Ya estaba.");
-        return done;
-    }
+    const auto isThere = [&] { return engineOf(school.url).exists(locationOf(school.url)); };
     std::vector<String> words{u"--bd", school.url};
     pass(words, options, u"--ejemplo");
-    return crear(words);
+    for (int wait = 60; !isThere(); --wait)
+        try {
+            return crear(words);
+        } catch (const RuntimeError& error) {
+            const bool isBusy = error.number() == failure::locked && wait > 0;
+            if (!isBusy && (error.number() == failure::connectionLost || !isThere()))
+                throw;
+            std::this_thread::sleep_for(std::chrono::seconds(isBusy ? 1 : 0));
+        }
+    inspectSchool(school.url);
+    printLine(u"Ya estaba.");
+    return done;
 }
 
 int check(const ListedSchool& school, const Options& options)
@@ -88,14 +106,20 @@ const Action& actionNamed(Arguments arguments)
     return *known;
 }
 
+Long numberIn(const Options& options, StringView name, Long usual, Long most)
+{
+    if (!options.has(name))
+        return usual;
+    const Long number = numberFrom(options.values(name).front());
+    if (number > most)
+        throw UsageError(statement(u"{} admite de 1 a {}.", {name, most}));
+    return number;
+}
+
 std::size_t atOnceIn(const Options& options)
 {
-    if (!options.has(u"--a-la-vez"))
-        return std::clamp(std::thread::hardware_concurrency(), 2U, 8U);
-    const Long number = numberFrom(options.values(u"--a-la-vez").front());
-    if (number > mostAtOnce)
-        throw UsageError(statement(u"--a-la-vez admite de 1 a {}.", {mostAtOnce}));
-    return static_cast<std::size_t>(number);
+    const auto usual = static_cast<Long>(std::clamp(std::thread::hardware_concurrency(), 2U, 8U));
+    return static_cast<std::size_t>(numberIn(options, u"--a-la-vez", usual, mostAtOnce));
 }
 
 /// File of the report, proved writable before anything is done; it takes its name when it is whole.
@@ -112,47 +136,31 @@ public:
         std::error_code ignored;
         if (fs::equivalent(file_, fs::path(options.operand(0, u"")), ignored))
             throw UsageError(u"--informe escribiría encima de la lista: dé otro nombre.");
-        if (fs::is_directory(file_))
-            fail();
-        draft_ = file_;
-        draft_ += u".parte";
-        stream_.open(draft_, std::ios::binary);
-        if (!stream_.is_open())
-            fail();
+        told([&] { tryReplacing(file_); });
     }
-    ReportFile(const ReportFile&) = delete;
-    ReportFile& operator=(const ReportFile&) = delete;
-    ~ReportFile()
-    {
-        std::error_code ignored;
-        fs::remove(draft_, ignored);
-    }
-    void write(const Round& round)
+    void write(const Round& round) const
     {
         if (file_.empty())
             return;
-        stream_ << toUtf8(isCsv_ ? csvOf(round) : jsonOf(round));
-        stream_.close();
-        std::error_code error;
-        if (stream_)
-            fs::rename(draft_, file_, error);
-        if (!stream_ || error)
-            fail();
+        told([&] { replaceFile(file_, toUtf8(isCsv_ ? csvOf(round) : jsonOf(round))); });
         printLine(u"Informe en " + file_.u16string() + u".");
     }
 
 private:
-    [[noreturn]] void fail() const
+    template <class Work>
+    void told(Work&& work) const
     {
-        throw RuntimeError(
-            failure::otherData,
-            u"El informe «" + file_.u16string() +
-                u"» no se puede escribir: mire si su carpeta se deja escribir y si queda sitio.");
+        try {
+            work();
+        } catch (const fs::filesystem_error& error) {
+            throw RuntimeError(failure::otherData, u"El informe «" + file_.u16string() +
+                                                       u"» no se puede escribir (" + wordsFor(error.code()) +
+                                                       u"): mire si su carpeta se deja escribir y si queda "
+                                                       u"sitio.");
+        }
     }
 
     fs::path file_;
-    fs::path draft_;
-    std::ofstream stream_;
     bool isCsv_ = false;
 };
 
@@ -171,19 +179,22 @@ String shellWord(const String& word)
 int round(const Action& action, const Options& options, const std::vector<ListedSchool>& schools)
 {
     const String& list = options.operand(0, u"");
-    std::vector<String> words{u"centros", String(action.name), list};
+    std::vector<String> words{u"centros", String(action.name)};
     for (const Option& each : action.own)
         pass(words, options, each.name);
-    Round round{.command = action.name, .again = {}, .schools = schools, .outcomes = {}};
+    const std::chrono::minutes longest{numberIn(options, u"--plazo", usualTime.count(), mostMinutes)};
+    Round round{.command = action.name, .again = {}, .longest = longest, .schools = schools, .outcomes = {}};
     for (const String& each : words)
-        round.again += (round.again.empty() ? u"" : u" ") + shellWord(each);
+        round.again += shellWord(each) + u" ";
+    // A pipe cannot be read again.
+    round.again += fs::is_regular_file(fs::path(list)) ? shellWord(list) : String(u"LISTA");
     // A report goes round: names of pupils are for who looks at that school.
     if (options.has(u"--datos") && !options.has(u"--resumen"))
         words.emplace_back(u"--resumen");
-    ReportFile report(options);
+    const ReportFile report(options);
     play(round, atOnceIn(options), [&](const ListedSchool& school) {
         std::vector<String> all = words;
-        all.insert(all.end(), {u"--solo", school.name});
+        all.insert(all.end(), {String(ofOne.name), school.name});
         return all;
     });
     printReport(round);
@@ -194,9 +205,26 @@ int round(const Action& action, const Options& options, const std::vector<Listed
                : found;
 }
 
+/// The process of one school.
+int childOf(const Action& action, const Options& options)
+{
+    std::string url;
+    std::getline(std::cin, url);
+    try {
+        return action.run({options.values(ofOne.name).front(), fromUtf8(url)}, options);
+    } catch (const LackingHere&) {
+        throw;
+    } catch (const RuntimeError& error) {
+        if (error.number() != failure::connectionLost)
+            throw;
+        std::cerr << error.what() << '\n';
+        return away;
+    }
+}
+
 int alone(const Action& action, const Options& options, const std::vector<ListedSchool>& schools)
 {
-    for (const StringView each : {u"--a-la-vez", u"--informe"})
+    for (const StringView each : {u"--a-la-vez", u"--informe", u"--plazo"})
         if (options.has(each))
             throw UsageError(u"--solo va sin " + String(each) + u".");
     const String& name = options.values(u"--solo").front();
@@ -212,13 +240,15 @@ int alone(const Action& action, const Options& options, const std::vector<Listed
 int centros(Arguments arguments)
 {
     const Action& action = actionNamed(arguments);
-    std::vector<Option> known{{u"--a-la-vez", 1}, {u"--informe", 1}, {u"--solo", 1}};
+    std::vector<Option> known{{u"--a-la-vez", 1}, {u"--informe", 1}, {u"--plazo", 1}, {u"--solo", 1}, ofOne};
     known.insert(known.end(), action.own.begin(), action.own.end());
     const Options options(arguments.subspan(1), known, 1);
     if (action.run == copy)
         folderIn(options);
     if (options.has(u"--resumen") && !options.has(u"--datos"))
         throw UsageError(u"--resumen quiere también --datos.");
+    if (options.has(ofOne.name))
+        return childOf(action, options);
     const std::vector<ListedSchool> schools =
         schoolsIn(fs::path(options.operand(0, u"la lista de los centros")));
     return (options.has(u"--solo") ? alone : round)(action, options, schools);

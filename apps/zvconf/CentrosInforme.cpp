@@ -83,6 +83,13 @@ void printReport(const Round& round)
     }
     printLine(statement(u"\nCentros: {}. De ellos, {}.",
                         {static_cast<Long>(round.schools.size()), countsOf(round.outcomes)}));
+    if (const auto keyless = std::ranges::count_if(
+            round.outcomes,
+            [](const Outcome& each) { return each.withoutKey && each.result == Result::well; });
+        keyless > 0)
+        printLine(statement(u"Copias sin la clave de las enfermedades: {}. No están enteras sin ella: dé una "
+                            u"frase con --frase, o guarde aparte la clave de cada centro.",
+                            {static_cast<Long>(keyless)}));
     if (std::ranges::find(round.outcomes, Result::notDone, &Outcome::result) != round.outcomes.end())
         printLine(u"Faltan centros: repita la orden. Lo que ya está hecho se queda como está.");
 }

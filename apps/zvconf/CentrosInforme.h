@@ -13,12 +13,15 @@ struct Outcome {
     Result result = Result::notDone;
     String text; ///< What the command said of it, in lines.
     std::chrono::milliseconds took{0};
+    bool away = false;       ///< Its server did not answer.
+    bool withoutKey = false; ///< Of a copy: it lacks the key of the illnesses.
 };
 
 /// What was done with the schools of a list, an outcome for each.
 struct Round {
     StringView command; ///< As it is typed: "comprobar".
     String again;       ///< The whole command without the program's name, to be given for one school.
+    std::chrono::minutes longest; ///< For one school.
     const std::vector<ListedSchool>& schools;
     std::vector<Outcome> outcomes;
 };

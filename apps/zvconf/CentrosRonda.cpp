@@ -10,7 +10,9 @@
 #include <algorithm>
 #include <condition_variable>
 #include <iostream>
+#include <map>
 #include <mutex>
+#include <numeric>
 #include <thread>
 #include <vector>
 
@@ -63,31 +65,38 @@ String linesOf(const std::string& bytes)
     return shortened(Replace(text, u"zvconf: ", u""));
 }
 
-Outcome outcomeOf(const ChildEnd& end)
+Outcome outcomeOf(const ChildEnd& end, std::chrono::minutes longest)
 {
-    const String text = linesOf(end.output);
-    switch (end.code) {
-    case done:
-        return {Result::well, text};
-    case found:
-        return {Result::faulty, text};
-    case failed:
-        return {Result::failed, text};
-    default:
-        return {Result::died, text + (text.empty() ? u"" : u"\n") +
-                                  statement(u"El programa se cortó (código {}).", {Long{end.code}})};
+    Outcome outcome{.text = linesOf(end.output)};
+    outcome.withoutKey = end.output.find(toUtf8(withoutKey)) != std::string::npos;
+    outcome.away = end.code == away;
+    if (!end.outOfTime && end.code == done)
+        outcome.result = Result::well;
+    else if (!end.outOfTime && end.code == found)
+        outcome.result = Result::faulty;
+    else if (!end.outOfTime && (end.code == failed || end.code == away))
+        outcome.result = Result::failed;
+    else {
+        outcome.result = Result::died;
+        outcome.text +=
+            (outcome.text.empty() ? u"" : u"\n") +
+            (end.outOfTime ? statement(u"No había acabado a los {} min, y se ha parado. Si es que le hace "
+                                       u"falta más, dé otro --plazo.",
+                                       {static_cast<Long>(longest.count())})
+                           : statement(u"El programa se cortó (código {}).", {Long{end.code}}));
     }
+    return outcome;
 }
 
-/// The workers' common state.
+/// The workers' common state: one passage over some of the schools.
 class Work {
 public:
-    Work(Round& round, std::size_t atOnce,
+    Work(Round& round, std::vector<std::size_t> places, std::size_t atOnce,
          const std::function<std::vector<String>(const ListedSchool&)>& arguments)
-        : round_(round), arguments_(arguments), isShown_(isErrorShown())
+        : round_(round), places_(std::move(places)), arguments_(arguments), isShown_(isErrorShown())
     {
         std::vector<std::jthread> workers;
-        for (std::size_t each = 0; each < std::min(atOnce, round.schools.size()); ++each)
+        for (std::size_t each = 0; each < std::min(atOnce, places_.size()); ++each)
             try {
                 workers.emplace_back([this] { work(); });
             } catch (const std::system_error&) {
@@ -96,26 +105,32 @@ public:
                 break; // Fewer do as well.
             }
         std::unique_lock lock(mutex_);
-        while (!ended_.wait_for(lock, std::chrono::milliseconds(100), [&] { return isOver(); }))
+        while (!ended_.wait_for(lock, std::chrono::milliseconds(100), [&] { return isOver(); })) {
             tellInterrupted();
+            showCount();
+        }
         tellInterrupted();
         hideCount();
     }
 
 private:
-    bool isOver() const { return atWork_ == 0 && (Interruptions::came() || next_ == round_.schools.size()); }
+    using Clock = std::chrono::steady_clock;
+
+    bool isOver() const { return begun_.empty() && (Interruptions::came() || next_ == places_.size()); }
 
     void work()
     {
         std::unique_lock lock(mutex_);
-        while (next_ < round_.schools.size() && !Interruptions::came()) {
-            const std::size_t place = next_++;
-            ++atWork_;
+        while (next_ < places_.size() && !Interruptions::came()) {
+            const std::size_t place = places_[next_++];
+            begun_[place] = Clock::now();
             showCount();
             lock.unlock();
             Outcome outcome = outcomeAt(place);
             lock.lock();
-            --atWork_;
+            outcome.took =
+                std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begun_[place]);
+            begun_.erase(place);
             hideCount();
             const String line = lineOf(round_.schools[place], outcome);
             printLine(line.substr(0, line.find(u'\n', line.find(u'\n') + 1)));
@@ -128,60 +143,86 @@ private:
 
     Outcome outcomeAt(std::size_t place) const
     {
-        const auto start = std::chrono::steady_clock::now();
-        Outcome outcome;
+        const ListedSchool& school = round_.schools[place];
         try {
-            outcome = outcomeOf(runSelf(arguments_(round_.schools[place])));
+            return outcomeOf(runSelf(arguments_(school), toUtf8(school.url), round_.longest), round_.longest);
         } catch (const std::system_error& error) {
-            outcome = {Result::failed, u"El sistema no deja empezar otro programa (" +
-                                           wordsFor(error.code()) +
-                                           u"): repita la orden con menos a la vez."};
+            return {Result::failed, u"El sistema no deja empezar otro programa (" + wordsFor(error.code()) +
+                                        u"): repita la orden con menos a la vez."};
         }
-        outcome.took =
-            std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-        return outcome;
+    }
+
+    /// Those at work, for how long each, as many as there is room for: "c1 (5 s), c2 (0 s) y 3 más".
+    String atWork(std::size_t room) const
+    {
+        String text;
+        Long named = 0;
+        for (const auto& [place, since] : begun_) {
+            const auto seconds = std::chrono::floor<std::chrono::seconds>(Clock::now() - since).count();
+            const String one =
+                (named == 0 ? u"" : u", ") +
+                statement(u"{} ({} s)", {round_.schools[place].name, static_cast<Long>(seconds)});
+            if (named > 0 && text.size() + one.size() > room)
+                break;
+            text += one;
+            ++named;
+        }
+        const auto others = static_cast<Long>(begun_.size()) - named;
+        return others == 0 ? text : text + statement(u" y {} más", {others});
     }
 
     void tellInterrupted()
     {
-        if (isTold_ || !Interruptions::came() || next_ == round_.schools.size())
+        if (isTold_ || !Interruptions::came() || (begun_.empty() && next_ == places_.size()))
             return;
         isTold_ = true;
         hideCount();
-        std::cerr << "Se ha interrumpido: se espera a los que están en marcha, y no se empieza ninguno más."
+        constexpr std::size_t room = 400;
+        std::cerr << toUtf8(u"Se ha interrumpido: " +
+                            (begun_.empty() ? String() : u"se espera a " + atWork(room) + u", y ") +
+                            u"no se empieza ninguno más.")
                   << std::endl;
     }
 
+    /// In one line of a small screen, which could not be taken back if it broke.
     void showCount()
     {
         if (!isShown_)
             return;
-        hideCount();
         const std::span all(round_.outcomes);
         const auto undone = std::ranges::count(all, Result::notDone, &Outcome::result);
         const auto well = std::ranges::count(all, Result::well, &Outcome::result);
         const auto total = static_cast<Long>(all.size());
-        const String count =
-            statement(u"{} de {} hechos, {} mal, {} en marcha",
-                      {total - static_cast<Long>(undone), total, total - static_cast<Long>(undone + well),
-                       static_cast<Long>(atWork_)});
-        count_ = count.size();
+        String count = statement(u"{} de {} hechos, {} mal", {total - static_cast<Long>(undone), total,
+                                                              total - static_cast<Long>(undone + well)});
+        constexpr std::size_t width = 79;
+        constexpr std::size_t others = 9; // " y 62 más"
+        if (!begun_.empty()) {
+            count += u"; en marcha: ";
+            count += atWork(width - others - count.size());
+        }
+        count.resize(std::min(count.size(), width));
+        if (count == count_)
+            return;
+        hideCount();
+        count_ = count;
         std::cerr << toUtf8(count) << std::flush;
     }
     void hideCount()
     {
-        if (count_ > 0)
-            std::cerr << '\r' << std::string(count_, ' ') << '\r' << std::flush;
-        count_ = 0;
+        if (!count_.empty())
+            std::cerr << '\r' << std::string(count_.size(), ' ') << '\r' << std::flush;
+        count_.clear();
     }
 
     Round& round_;
+    const std::vector<std::size_t> places_; ///< Of the schools, in the order in which they are begun.
     const std::function<std::vector<String>(const ListedSchool&)>& arguments_;
     std::mutex mutex_;
     std::condition_variable ended_;
     std::size_t next_ = 0;
-    std::size_t atWork_ = 0;
-    std::size_t count_ = 0; ///< Letters of the count on the screen.
+    std::map<std::size_t, Clock::time_point> begun_; ///< Places of the schools at work, and since when.
+    String count_;                                   ///< The count on the screen.
     bool isTold_ = false;
     const bool isShown_;
 };
@@ -193,7 +234,23 @@ void play(Round& round, std::size_t atOnce,
 {
     const Interruptions interruptions;
     round.outcomes.assign(round.schools.size(), {});
-    const Work work(round, atOnce, arguments);
+    std::vector<std::size_t> places(round.schools.size());
+    std::iota(places.begin(), places.end(), std::size_t{0});
+    {
+        const Work all(round, places, atOnce, arguments);
+    }
+    std::erase_if(places, [&](std::size_t each) { return !round.outcomes[each].away; });
+    if (places.empty() || Interruptions::came())
+        return;
+    // A server that starts again takes some seconds, in which connections are refused at once.
+    constexpr std::chrono::seconds pause{20};
+    printLine(statement(u"Dentro de {} s se prueban otra vez los que no han encontrado su servidor: {}.",
+                        {static_cast<Long>(pause.count()), static_cast<Long>(places.size())}));
+    std::cout.flush();
+    for (const auto end = std::chrono::steady_clock::now() + pause;
+         !Interruptions::came() && std::chrono::steady_clock::now() < end;)
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    const Work again(round, places, atOnce, arguments);
 }
 
 } // namespace zv::zvconf

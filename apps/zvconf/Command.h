@@ -13,8 +13,9 @@ namespace zv::zvconf {
 /// Exit codes.
 enum Exit : int {
     done = 0,
-    found = 1, ///< Ran, and found defects or differences.
-    failed = 2 ///< Could not run.
+    found = 1,  ///< Ran, and found defects or differences.
+    failed = 2, ///< Could not run.
+    away = 75   ///< A school's process tells `centros` so: its server did not answer.
 };
 
 /// Command-line arguments behind the command's name.
@@ -37,6 +38,8 @@ int dialogo(Arguments arguments);
 int galeria(Arguments arguments);
 int mudar(Arguments arguments);
 int copia(Arguments arguments);
+/// How what it says of a copy without the key begins.
+inline constexpr StringView withoutKey = u"No lleva la clave de las enfermedades";
 int restaurar(Arguments arguments);
 int importar(Arguments arguments);
 int historial(Arguments arguments);

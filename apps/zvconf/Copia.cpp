@@ -96,10 +96,12 @@ int take(const Options& options, const fs::path& file)
     if (report.hasKey)
         printLine(u"Lleva la clave de las enfermedades, cerrada con su frase.");
     else if (!key.trouble.empty())
-        printLine(u"No lleva la clave de las enfermedades. " + key.trouble);
+        printLine(statement(u"{}. {}", {withoutKey, key.trouble}));
     else
-        printLine(u"No lleva la clave de las enfermedades: no está entera sin ella. Dé una frase con "
-                  u"--frase, o guarde la clave aparte (zvconf clave lugar dice dónde está).");
+        printLine(
+            statement(u"{}: no está entera sin ella. Dé una frase con --frase, o guarde la clave aparte "
+                      u"(zvconf clave lugar dice dónde está).",
+                      {withoutKey}));
     printLine(u"Copia de seguridad en " + file.u16string() + u".");
     return key.trouble.empty() ? result : found;
 }
@@ -112,7 +114,7 @@ int check(const Options& options, const fs::path& file)
         const care::CopyReport report = care::checkCopy(file);
         const int result = tell(report);
         if (!report.hasKey) {
-            printLine(u"No lleva la clave de las enfermedades.");
+            printLine(statement(u"{}.", {withoutKey}));
             return passphrase.empty() ? result : found;
         }
         if (passphrase.empty()) {
@@ -150,6 +152,10 @@ std::vector<std::string> datesIn(const fs::path& folder, const String& url)
             dates.push_back(toUtf8(date));
         } catch (const care::BadCopy& error) {
             printLine(error.description() + u" No cuenta como copia, y no se quita.");
+        } catch (const RuntimeError&) {
+            // Race: another run may have removed an old one meanwhile.
+            if (fs::exists(each.path()))
+                throw;
         }
     }
     return dates;
@@ -165,9 +171,17 @@ int daily(const Options& options, const String& place)
     const fs::path file = folder / dailyFile(today);
     datesIn(folder, url);
     int result = done;
-    if (!fs::exists(file)) {
-        result = take(options, file);
-    } else {
+    bool isTaken = false;
+    if (!fs::exists(file))
+        try {
+            result = take(options, file);
+            isTaken = true;
+        } catch (const RuntimeError&) {
+            // Race: another run may have made it meanwhile.
+            if (!fs::exists(file))
+                throw;
+        }
+    if (!isTaken) {
         printLine(u"La copia de hoy ya está en " + file.u16string() + u".");
         result = check(options, file);
         if (result != done)

@@ -3,8 +3,10 @@
 #include "robot/Play.h"
 #include "robot/Portraits.h"
 
+#include <chrono>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zv::zvconf {
@@ -20,11 +22,14 @@ std::span<const int> endingSignals();
 struct ChildEnd {
     int code = 0; ///< Its exit code; of one that was killed 128 and its signal, or what the system says.
     std::string output; ///< Standard output and error together, as they came: no more than the first 64 KB.
+    bool outOfTime = false; ///< It was killed, as it had not ended.
 };
 
-/// Runs this program once more with other arguments, and waits for its end. It is apart from the signals that
-/// a terminal sends to this one. From any thread. Fails with a std::system_error if it cannot be started.
-ChildEnd runSelf(const std::vector<String>& arguments);
+/// Runs this program once more with other arguments, and waits for its end, which is no later than `longest`
+/// from now. `input` is what it reads, which nobody else sees. It is apart from the signals that a terminal
+/// sends to this one. From any thread. Fails with a std::system_error if it cannot be started.
+ChildEnd runSelf(const std::vector<String>& arguments, std::string_view input,
+                 std::chrono::milliseconds longest);
 
 /// Whether a person sees standard error as it is written.
 bool isErrorShown();

@@ -8,13 +8,17 @@
 #include <csignal>
 #include <fcntl.h>
 #include <iostream>
+#include <poll.h>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 
 namespace zv::zvconf {
 namespace {
+
+using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t mostOutput = 65536;
 
@@ -24,13 +28,17 @@ void check(int error)
         throw std::system_error(error, std::generic_category());
 }
 
-/// RAII reading end of a pipe, or its other end.
-class PipeEnd {
+/// RAII owner of an open file: an end of a pipe, say.
+class File {
 public:
-    explicit PipeEnd(int file) : file_(file) {}
-    PipeEnd(const PipeEnd&) = delete;
-    PipeEnd& operator=(const PipeEnd&) = delete;
-    ~PipeEnd() { close(); }
+    explicit File(int file) : file_(file)
+    {
+        if (file < 0)
+            check(errno);
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    ~File() { close(); }
     int file() const { return file_; }
     void close()
     {
@@ -38,34 +46,55 @@ public:
             ::close(file_);
         file_ = -1;
     }
-    /// Reads to the end, so that the writer is not held up, and keeps the beginning.
-    std::string text() const
+    /// Whether there is something to read, or the writer has ended, by then.
+    bool speaksBy(Clock::time_point end) const
     {
-        std::string result;
-        std::array<char, 4096> piece{};
         for (;;) {
-            const ssize_t count = read(file_, piece.data(), piece.size());
-            if (count == 0 || (count < 0 && errno != EINTR))
-                return result;
-            if (count > 0)
-                result.append(piece.data(),
-                              std::min(static_cast<std::size_t>(count), mostOutput - result.size()));
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+            if (left <= 0)
+                return false;
+            pollfd asked{file_, POLLIN, 0};
+            if (poll(&asked, 1, static_cast<int>(std::min<decltype(left)>(left, 60'000))) > 0)
+                return true;
         }
+    }
+    /// Appends what there is, the beginning of all; false at the end.
+    bool readInto(std::string& text) const
+    {
+        std::array<char, 4096> piece{};
+        const ssize_t count = read(file_, piece.data(), piece.size());
+        if (count > 0)
+            text.append(piece.data(), std::min(static_cast<std::size_t>(count), mostOutput - text.size()));
+        return count > 0 || (count < 0 && errno == EINTR);
     }
 
 private:
     int file_;
 };
 
-/// RAII description of how a child begins: in a group of its own, with its output in a pipe and nothing to
-/// read.
+/// A file without a name, ready to be read: unlike a pipe it takes any text at once, and nobody need read it.
+class Nameless : public File {
+public:
+    explicit Nameless(std::string_view text) : File(memfd_create("centro", MFD_CLOEXEC))
+    {
+        while (!text.empty()) {
+            const ssize_t count = write(file(), text.data(), text.size());
+            if (count < 0)
+                check(errno);
+            text.remove_prefix(static_cast<std::size_t>(count));
+        }
+        lseek(file(), 0, SEEK_SET);
+    }
+};
+
+/// RAII description of how a child begins: in a group of its own, between its input and a pipe.
 class Beginning {
 public:
-    explicit Beginning(int output)
+    Beginning(int input, int output)
     {
         check(posix_spawn_file_actions_init(&files_));
         check(posix_spawnattr_init(&how_));
-        check(posix_spawn_file_actions_addopen(&files_, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
+        check(posix_spawn_file_actions_adddup2(&files_, input, STDIN_FILENO));
         check(posix_spawn_file_actions_adddup2(&files_, output, STDOUT_FILENO));
         check(posix_spawn_file_actions_adddup2(&files_, output, STDERR_FILENO));
         // A terminal's signal may come before it has left our group, and waits for it then.
@@ -116,8 +145,10 @@ std::span<const int> endingSignals()
     return signals;
 }
 
-ChildEnd runSelf(const std::vector<String>& arguments)
+ChildEnd runSelf(const std::vector<String>& arguments, std::string_view input,
+                 std::chrono::milliseconds longest)
 {
+    const Clock::time_point limit = Clock::now() + longest;
     std::vector<std::string> texts{"zvconf"};
     std::vector<char*> words;
     texts.reserve(arguments.size() + 1);
@@ -130,11 +161,18 @@ ChildEnd runSelf(const std::vector<String>& arguments)
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         check(errno);
-    const PipeEnd ours(ends[0]);
-    PipeEnd its(ends[1]);
-    const pid_t child = Beginning(its.file()).start(words);
+    const File ours(ends[0]);
+    File its(ends[1]);
+    const pid_t child = Beginning(Nameless(input).file(), its.file()).start(words);
     its.close();
-    ChildEnd end{0, ours.text()};
+    ChildEnd end;
+    // To the end, so that the writer is not held up.
+    do
+        if (!end.outOfTime && !ours.speaksBy(limit)) {
+            end.outOfTime = true;
+            kill(-child, SIGKILL);
+        }
+    while (ours.readInto(end.output));
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR)
         ;

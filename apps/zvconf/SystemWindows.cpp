@@ -14,6 +14,7 @@
 #include <mutex>
 #include <stdexcept>
 #include <system_error>
+#include <thread>
 #include <windows.h>
 
 #include <objbase.h>
@@ -61,31 +62,44 @@ std::wstring ownPath()
     }
 }
 
-/// Starts the program with its output in a pipe, whose reading end comes back. A child gets all that may be
-/// inherited at that moment: one by one, or it would hold another's pipe open.
-Handle started(std::wstring line, Handle& output)
+/// A pipe: the end that a child inherits, and ours.
+struct Pipe {
+    Handle its, ours;
+    Pipe(bool childReads, std::size_t size)
+    {
+        SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+        HANDLE reading = nullptr;
+        HANDLE writing = nullptr;
+        check(CreatePipe(&reading, &writing, &inherited, static_cast<DWORD>(size)));
+        its.reset(childReads ? reading : writing);
+        ours.reset(childReads ? writing : reading);
+        check(SetHandleInformation(ours.get(), HANDLE_FLAG_INHERIT, 0));
+    }
+};
+
+/// Starts the program between two pipes: the first is filled with what it reads, and the reading end of the
+/// other comes back. A child gets all that may be inherited at that moment: one by one, or it would hold
+/// another's pipe open.
+Handle started(std::wstring line, std::string_view text, Handle& output)
 {
     static std::mutex one;
     const std::scoped_lock lock(one);
-    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    HANDLE reading = nullptr;
-    HANDLE writing = nullptr;
-    check(CreatePipe(&reading, &writing, &inherited, 0));
-    output.reset(reading);
-    const Handle its(writing);
-    check(SetHandleInformation(reading, HANDLE_FLAG_INHERIT, 0));
-    const Handle nothing(CreateFileW(L"NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited,
-                                     OPEN_EXISTING, 0, nullptr));
+    // Its room takes all that is written before anybody reads.
+    const Pipe input(true, text.size() + 1);
+    Pipe told(false, 0);
+    DWORD count = 0;
+    check(WriteFile(input.ours.get(), text.data(), static_cast<DWORD>(text.size()), &count, nullptr));
     STARTUPINFOW how{};
     how.cb = sizeof how;
     how.dwFlags = STARTF_USESTDHANDLES;
-    how.hStdInput = nothing.get();
-    how.hStdOutput = writing;
-    how.hStdError = writing;
+    how.hStdInput = input.its.get();
+    how.hStdOutput = told.its.get();
+    how.hStdError = told.its.get();
     PROCESS_INFORMATION child{};
     check(CreateProcessW(ownPath().c_str(), line.data(), nullptr, nullptr, TRUE, CREATE_NEW_PROCESS_GROUP,
                          nullptr, nullptr, &how, &child));
     CloseHandle(child.hThread);
+    output = std::move(told.ours);
     return Handle(child.hProcess);
 }
 
@@ -112,18 +126,26 @@ std::span<const int> endingSignals()
     return signals;
 }
 
-ChildEnd runSelf(const std::vector<String>& arguments)
+ChildEnd runSelf(const std::vector<String>& arguments, std::string_view input,
+                 std::chrono::milliseconds longest)
 {
     std::wstring line = L"zvconf";
     for (const String& each : arguments)
         line += L" " + quotedWord(each);
     Handle output;
-    const Handle child = started(std::move(line), output);
+    const Handle child = started(std::move(line), input, output);
     ChildEnd end;
+    std::jthread watch([&end, &child, longest] {
+        if (WaitForSingleObject(child.get(), static_cast<DWORD>(longest.count())) != WAIT_TIMEOUT)
+            return;
+        end.outOfTime = true;
+        TerminateProcess(child.get(), 1);
+    });
     std::array<char, 4096> piece{};
     // Read to the end, so that the writer is not held up.
     for (DWORD count = 0; ReadFile(output.get(), piece.data(), piece.size(), &count, nullptr) != 0;)
         end.output.append(piece.data(), std::min<std::size_t>(count, mostOutput - end.output.size()));
+    watch.join();
     WaitForSingleObject(child.get(), INFINITE);
     DWORD code = 0;
     check(GetExitCodeProcess(child.get(), &code));

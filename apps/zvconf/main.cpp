@@ -113,18 +113,19 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       Dice, por sección y alumno, qué está escrito del consejo orientador y de los informes individuales y qué
       falta, y qué cuenta como que falta; con --faltan, sólo de quien falta algo. Avisa de un texto en el que sale
       el nombre de otro alumno de la sección, por si se copió.
-  zvconf centros crear FICHERO [--ejemplo] [--a-la-vez N] [--informe FICHERO] [--solo NOMBRE]
+  zvconf centros crear FICHERO [--ejemplo] [--a-la-vez N] [--plazo MINUTOS] [--informe FICHERO] [--solo NOMBRE]
       Hace lo mismo con todos los centros de una lista, varios a la vez, cada uno por su lado: lo que pase en uno no
       para a los demás. FICHERO es la lista: texto en UTF-8, un centro en cada línea, un nombre y su URL; las líneas que
       empiezan por # no cuentan. Crea los que no están. Dice cada uno cuando acaba, y al final los que no están bien
       y qué hacer; --informe lo escribe todo en un fichero .csv o .json. Con Ctrl-C acaban los que están en marcha y
-      no se empieza ninguno más; al repetir la orden sigue. Con --solo lo hace con uno, y dice todo lo que diría la
-      orden de un centro.
-  zvconf centros comprobar FICHERO [--datos] [--resumen] [--reparar] [--a-la-vez N] [--informe FICHERO]
-      [--solo NOMBRE]
+      no se empieza ninguno más; al repetir la orden sigue. A los que no encuentran su servidor se les prueba otra
+      vez, 20 s después de los demás; al que pasa de MINUTOS (120) se le para. Con --solo lo hace con uno, y dice todo lo que
+      diría la orden de un centro.
+  zvconf centros comprobar FICHERO [--datos] [--resumen] [--reparar] [--a-la-vez N] [--plazo MINUTOS]
+      [--informe FICHERO] [--solo NOMBRE]
       Los comprueba o, con --reparar, los arregla. Con --datos dice de cada uno sólo cuántos fallos, sin nombres.
-  zvconf centros copia FICHERO --carpeta CARPETA [--frase FICHERO] [--a-la-vez N] [--informe FICHERO]
-      [--solo NOMBRE]
+  zvconf centros copia FICHERO --carpeta CARPETA [--frase FICHERO] [--a-la-vez N] [--plazo MINUTOS]
+      [--informe FICHERO] [--solo NOMBRE]
       Hace la copia de hoy de cada uno en CARPETA, en una carpeta con su nombre, como «copia --diaria».
   zvconf guion [--comprobar | --reescribir] [--bd URL] [--ejemplo] [--en URL] [--motor] [--ventanas] FICHERO...
       Representa guiones: abre las ventanas, hace en ellas lo que haría una persona y dice qué se ve.

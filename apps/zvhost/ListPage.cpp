@@ -72,6 +72,7 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
             [this](const QPoint& at) { calls_.menu(table_.viewport()->mapToGlobal(at)); });
     connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         first_ = false;
+        awaited_.reset();
         tellDefinition();
         calls_.selected();
     });
@@ -134,10 +135,10 @@ void ListPage::show(const Node& node, RowLetters rows, const ListLook& look)
     }
     if (!look.search.isEmpty())
         search_.setClearButtonEnabled(true);
-    reading_ = Reading::done;
-    refreshing_.reset();
-    awaited_.reset();
+    forgetReading();
     model_.mark({});
+    // Many rows come a moment later: until then nobody takes one of the list before for theirs.
+    model_.show(RowLetters(node.columns), Wish());
     const int column = std::clamp(look.column, 0, std::max(0, static_cast<int>(node.columns.size()) - 1));
     model_.show(std::move(rows), {.column = column,
                                   .descending = look.descending,
@@ -191,8 +192,7 @@ void ListPage::showGroup(const QString& name)
     whole_.hide();
     definition_.hide();
     showParts(false, {}, QStringLiteral("Elija una de sus listas."));
-    refreshing_.reset();
-    reading_ = Reading::done;
+    forgetReading();
     model_.show({}, Wish());
     calls_.selected();
 }
@@ -204,9 +204,24 @@ ListLook ListPage::look() const
             table_.shares() ? QList<int>() : table_.widths()};
 }
 
+void ListPage::forgetReading()
+{
+    reading_ = Reading::done;
+    partial_ = false;
+    refreshing_.reset();
+    refreshed_ = {};
+    awaited_.reset();
+}
+
 void ListPage::setReading(Reading reading)
 {
     reading_ = reading;
+    if (reading == Reading::goesOn)
+        partial_ = true;
+    if (reading == Reading::done && !refreshing_)
+        partial_ = false;
+    if (awaited_ && !model_.isBusy())
+        select(*awaited_);
     tellCount();
     calls_.selected();
 }
@@ -224,7 +239,7 @@ void ListPage::keepSelection()
     before_ = {};
     if (!refreshing_)
         return;
-    if (reading_ == Reading::done)
+    if (!partial_)
         before_ = {.keys = model_.rows().sortedKeys(), .whole = true};
     if (const std::vector<int> places = selectedPlaces(); !places.empty())
         before_.selected = model_.keyAt(places.front());
@@ -237,7 +252,11 @@ void ListPage::settle()
         chooseFirst();
         return;
     }
+    const std::optional<Long> awaited = awaited_;
     restoreSelection();
+    if (awaited)
+        select(*awaited);
+    partial_ = false;
     refreshing_.reset();
     before_ = {};
     if (table_.shares())
@@ -275,12 +294,12 @@ void ListPage::forgetManySelected()
 
 void ListPage::rearranged()
 {
-    if (!hasSelection() && table_.currentIndex().isValid())
-        table_.choose(table_.currentIndex().row());
     if (awaited_)
         select(*awaited_);
     else if (first_)
         chooseFirst();
+    else if (!hasSelection() && table_.currentIndex().isValid())
+        table_.choose(table_.currentIndex().row());
     tellCount();
     calls_.selected();
 }
@@ -363,7 +382,8 @@ void ListPage::tellCount()
     const int seen = model_.rowCount();
     const QString rows = all == 1 ? QStringLiteral("1 fila") : QStringLiteral("%1 filas").arg(all);
     const QString told = seen == all ? rows : QStringLiteral("%1 de %2").arg(seen).arg(rows);
-    count_.setText(reading_ == Reading::goesOn ? told + QStringLiteral(", y se leen más…")
+    count_.setText(reading_ == Reading::goesOn  ? told + QStringLiteral(", y se leen más…")
+                   : reading_ == Reading::again ? told + QStringLiteral(", y se leen de nuevo…")
                    : reading_ == Reading::failed
                        ? told + QStringLiteral(". No se ha podido leer todo: pulse F5")
                    : model_.isBusy() ? told + QStringLiteral(", un momento…")

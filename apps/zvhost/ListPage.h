@@ -40,7 +40,12 @@ public:
     void grow(RowLetters rows) { model_.grow(std::move(rows)); }
     /// Rows that are there, the hidden ones too.
     int readRows() const { return model_.rows().size(); }
-    enum class Reading { done, goesOn, failed };
+    enum class Reading {
+        done,
+        goesOn, ///< Rows are still to come.
+        again,  ///< What is there is being read anew.
+        failed
+    };
     void setReading(Reading reading);
     /// Whether all rows are there, as they were asked for last.
     bool isWhole() const { return reading_ == Reading::done && !model_.isBusy(); }
@@ -85,6 +90,8 @@ private:
     QString nameAt(int row) const;
     void tellCount();
     void chooseFirst();
+    /// Nothing of the list that was shown is waited for any more.
+    void forgetReading();
     /// Notes what is selected, before the rows are read anew.
     void keepSelection();
     /// Selects what is to be in rows that have come in the place of others.
@@ -96,7 +103,7 @@ private:
 
     /// The list before it was read anew.
     struct Before {
-        std::vector<Long> keys = {}; ///< Sorted; those of a list that was whole.
+        std::vector<Long> keys = {}; ///< Sorted.
         bool whole = false;
         std::optional<Long> selected = {};
         int place = 0;
@@ -109,6 +116,7 @@ private:
     std::function<void()> refreshed_;
     Before before_;
     std::optional<Long> awaited_; ///< Key of a row to select when it is shown.
+    bool partial_ = false;        ///< Of the list that is shown rows are missing.
     bool first_ = false;          ///< The first row is selected, and nobody has chosen it.
     QLabel title_;
     QLabel explanation_;

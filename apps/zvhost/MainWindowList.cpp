@@ -134,7 +134,9 @@ void MainWindow::settleReading()
             page_.grow(reading_->rows);
     } else if (done)
         page_.refresh(reading_->rows, *reading_->again, reading_->then);
-    page_.setReading(done ? ListPage::Reading::done : ListPage::Reading::goesOn);
+    page_.setReading(done              ? ListPage::Reading::done
+                     : reading_->again ? ListPage::Reading::again
+                                       : ListPage::Reading::goesOn);
     if (done)
         reading_.reset();
     else if (!readOn_.isActive())

@@ -19,6 +19,12 @@ inline constexpr std::int32_t noRow = 3021;
 inline constexpr std::int32_t unknownField = 3265;
 } // namespace failure
 
+/// This machine lacks what it needs to reach a database: no waiting helps.
+class LackingHere : public RuntimeError {
+public:
+    using RuntimeError::RuntimeError;
+};
+
 /// A statement that a database refused: our number, and the engine's own code and words.
 class DataError : public RuntimeError {
 public:

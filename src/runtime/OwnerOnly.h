@@ -9,10 +9,16 @@
 /// Files and folders for their owner alone, as each system keeps others out.
 namespace zv::owneronly {
 
-/// Makes a file with that content, closed to others from its first moment; it is on disk when this returns.
-std::error_code write(const std::filesystem::path& file, std::string_view text);
+/// Who may read a new file: its owner, from its first moment; or whoever a new file in that folder is for.
+enum class Readers { owner, ofFolder };
+/// Makes a file with that content; it is on disk when this returns. What has the name, a link too, is a
+/// failure.
+std::error_code write(const std::filesystem::path& file, std::string_view text,
+                      Readers readers = Readers::owner);
 /// Gives a finished file its name, on disk; std::errc::file_exists if the name is taken. The first name goes.
 std::error_code place(const std::filesystem::path& draft, const std::filesystem::path& file);
+/// Gives a finished file its name, on disk, in place of what has it; of a link, not of what it leads to.
+std::error_code replace(const std::filesystem::path& draft, const std::filesystem::path& file);
 /// Brings what was written to a file onto the disk.
 std::error_code flush(const std::filesystem::path& file);
 /// Makes a folder closed to others; one that is there stays as it is.

@@ -22,11 +22,20 @@ bool written(int handle, std::string_view text)
     return fsync(handle) == 0;
 }
 
+/// The directory's entry, which a crash would otherwise lose.
+void flushFolderOf(const fs::path& file)
+{
+    flush(file.parent_path().empty() ? fs::path(".") : file.parent_path());
+}
+
 } // namespace
 
-std::error_code write(const fs::path& file, std::string_view text)
+std::error_code write(const fs::path& file, std::string_view text, Readers readers)
 {
-    const int handle = open(file.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    constexpr mode_t owners = S_IRUSR | S_IWUSR;
+    constexpr mode_t all = owners | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
+    const int handle =
+        open(file.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, readers == Readers::owner ? owners : all);
     if (handle < 0)
         return lastError();
     std::error_code error;
@@ -47,9 +56,17 @@ std::error_code place(const fs::path& draft, const fs::path& file)
     if (error && error != std::errc::file_exists && fs::exists(draft, ignored) && !fs::exists(file, ignored))
         fs::rename(draft, file, error);
     fs::remove(draft, ignored);
-    // The directory's entry, which a crash would otherwise lose.
     if (!error)
-        flush(file.parent_path().empty() ? fs::path(".") : file.parent_path());
+        flushFolderOf(file);
+    return error;
+}
+
+std::error_code replace(const fs::path& draft, const fs::path& file)
+{
+    std::error_code error;
+    fs::rename(draft, file, error);
+    if (!error)
+        flushFolderOf(file);
     return error;
 }
 

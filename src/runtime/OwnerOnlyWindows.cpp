@@ -75,11 +75,12 @@ bool isOneOf(PSID who, const std::vector<std::byte>& user)
 
 } // namespace
 
-std::error_code write(const fs::path& file, std::string_view text)
+std::error_code write(const fs::path& file, std::string_view text, Readers readers)
 {
-    const Local<void> list = closedToOthers(L"");
-    if (!list)
+    const Local<void> list = readers == Readers::owner ? closedToOthers(L"") : nullptr;
+    if (!list && readers == Readers::owner)
         return lastError();
+    // Without a list it gets that of its folder.
     SECURITY_ATTRIBUTES security{sizeof security, list.get(), FALSE};
     HANDLE opened =
         CreateFileW(file.c_str(), GENERIC_WRITE, 0, &security, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -100,6 +101,12 @@ std::error_code place(const fs::path& draft, const fs::path& file)
     // Without the flag that lets it replace another, and so it finds out whether the file is there already.
     return MoveFileExW(draft.c_str(), file.c_str(), MOVEFILE_WRITE_THROUGH) != 0 ? std::error_code()
                                                                                  : lastError();
+}
+
+std::error_code replace(const fs::path& draft, const fs::path& file)
+{
+    constexpr DWORD how = MOVEFILE_WRITE_THROUGH | MOVEFILE_REPLACE_EXISTING;
+    return MoveFileExW(draft.c_str(), file.c_str(), how) != 0 ? std::error_code() : lastError();
 }
 
 std::error_code flush(const fs::path& file)

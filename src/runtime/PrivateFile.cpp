@@ -32,6 +32,31 @@ void makePrivateFolder(const fs::path& folder)
     owneronly::makeFolder(folder);
 }
 
+void replaceFile(const fs::path& file, std::string_view text)
+{
+    const fs::path draft = nameBeside(file);
+    std::error_code error = owneronly::write(draft, text, owneronly::Readers::ofFolder);
+    if (!error)
+        error = owneronly::replace(draft, file);
+    std::error_code ignored;
+    if (error)
+        fs::remove(draft, ignored);
+    if (error)
+        throw fs::filesystem_error("no se puede escribir", file, error);
+}
+
+void tryReplacing(const fs::path& file)
+{
+    const fs::path draft = nameBeside(file);
+    std::error_code error = owneronly::write(draft, {}, owneronly::Readers::ofFolder);
+    std::error_code ignored;
+    fs::remove(draft, ignored);
+    if (!error && fs::is_directory(file, ignored))
+        error = make_error_code(std::errc::is_a_directory);
+    if (error)
+        throw fs::filesystem_error("no se puede escribir", file, error);
+}
+
 bool createPrivateFile(const fs::path& file, std::string_view text)
 {
     makePrivateFolder(file.parent_path());

@@ -65,6 +65,23 @@ protected:
             Case{u"Update Pais Set Sigla='clave' Where IDPais=2", failure::brokenConstraint},
         });
     }
+    /// Tables and views with their columns in order, in an empty schema of a server, and nothing else of it.
+    void expectTablesAreFound() const
+    {
+        for (const StringView each :
+             {u"CREATE TABLE \"Una Tabla\" (b INTEGER, \"Ñ\" INTEGER, c INTEGER, a VARCHAR(9))",
+              u"CREATE INDEX indice ON \"Una Tabla\" (b)", u"ALTER TABLE \"Una Tabla\" DROP COLUMN c",
+              u"CREATE SEQUENCE secuencia", u"CREATE VIEW vista AS SELECT a, b FROM \"Una Tabla\""})
+            base->executeNative(each);
+        String found;
+        for (const FoundTable& table : engine->tables(*base)) {
+            found += table.name + u":";
+            for (const String& column : table.columns)
+                found += u" " + column;
+            found += u"\n";
+        }
+        EXPECT_EQ(found, u"Una Tabla: b Ñ a\nvista: a b\n");
+    }
 
     std::unique_ptr<Engine> engine;
     ConnectionPtr base;

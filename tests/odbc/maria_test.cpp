@@ -92,6 +92,8 @@ TEST_F(Maria, names_are_of_any_case_and_texts_compare_to_the_letter)
     EXPECT_EQ(CLng(school.centro->Execute(u"Select MAX(IDPersonal) as m from Personal")->Fields(u"m")), 8);
 }
 
+TEST_F(Maria, tables_and_views_are_found_and_nothing_else) { expectTablesAreFound(); }
+
 TEST_F(Maria, values_have_their_kinds_and_a_list_that_is_read_keeps_nobody_from_writing)
 {
     const String longest(70000, u'ñ');

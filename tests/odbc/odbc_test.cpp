@@ -235,6 +235,8 @@ TEST_F(Server, a_school_made_here_lacks_nothing_and_one_table_less_is_found)
               std::vector<String>{u"Base del centro: falta la tabla Pais."});
 }
 
+TEST_F(Server, tables_and_views_are_found_and_nothing_else) { expectTablesAreFound(); }
+
 TEST_F(Server, values_have_their_kinds)
 {
     const String longest(70000, u'ñ');

@@ -117,6 +117,42 @@ TEST_F(Centros, those_that_fail_stop_no_other)
     EXPECT_NE(out.find("\n  Fallos: 1. Consejos: "), std::string::npos) << out;
 }
 
+TEST_F(Centros, two_runs_at_once_get_on_over_a_list_that_is_read_once_and_a_report_that_is_a_link)
+{
+    list(all(3));
+    fs::create_directory(folder / "copias");
+    std::ofstream(folder / "de otro") << "intacto";
+    const struct {
+        const char* arguments;
+        const char* words;
+    } cases[] = {
+        {"crear --ejemplo", "\nCentros: 3. De ellos, bien 3.\n"},
+        {"copia --carpeta copias", "\nCopias sin la clave de las enfermedades: 3. "},
+    };
+    for (const auto& [arguments, words] : cases) {
+        for (const char* each : {"r.json", "r.json.parte"}) {
+            fs::remove(folder / each);
+            fs::create_symlink("de otro", folder / each);
+        }
+        const std::string line = "cd '" + folder.string() +
+                                 "' && for run in 1 2; do cat lista | { '" ZVCONF "' centros " + arguments +
+                                 " /dev/stdin --informe r.json >out$run 2>&1; echo $? >>out$run; } & done; "
+                                 "wait";
+        EXPECT_EQ(std::system(line.c_str()), 0);
+        for (const char* each : {"out1", "out2"}) {
+            out = contents(folder / each);
+            EXPECT_NE(out.find(words), std::string::npos) << out;
+            EXPECT_TRUE(out.ends_with("\nInforme en r.json.\n0\n")) << out;
+        }
+        EXPECT_EQ(count(contents(folder / "r.json"), R"("resultado":"bien")"), 3U);
+        EXPECT_FALSE(fs::is_symlink(folder / "r.json"));
+        EXPECT_EQ(contents(folder / "de otro"), "intacto");
+    }
+    // Three databases of each school, lista, de otro, copias, clave, both names of
+    // a report and both outputs.
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 9 + 8);
+}
+
 TEST_F(Centros, one_that_dies_stops_no_other)
 {
     ASSERT_EQ(run("crear --bd sqlite:c2.db"), 0) << err;
@@ -146,4 +182,16 @@ TEST_F(Centros, a_signal_ends_it_behind_those_at_work_and_the_next_goes_on)
     EXPECT_NE(contents(folder / "err").find("no se empieza ninguno más"), std::string::npos);
     EXPECT_EQ(run("centros crear lista --informe r.json"), 0) << out << err;
     EXPECT_EQ(count(contents(folder / "r.json"), "Ya estaba."), made);
+}
+
+TEST_F(Centros, those_that_find_no_server_are_to_be_tried_again_if_nobody_ends_it)
+{
+    list("lejos odbc:Driver=PostgreSQL Unicode;Servername=/nada;Database=x;UID=y\nno odbc:DSN=nohay\n");
+    const std::string line = "cd '" + folder.string() +
+                             "' && { '" ZVCONF "' centros comprobar lista >out 2>err & "
+                             "until grep -q 'otra vez' out; do sleep 0.01; done; kill -TERM $!; wait $!; }";
+    EXPECT_EQ(WEXITSTATUS(std::system(line.c_str())), 1);
+    EXPECT_NE(contents(folder / "out").find("su servidor: 1.\n"), std::string::npos)
+        << "not without a source";
+    EXPECT_EQ(contents(folder / "err"), "Se ha interrumpido: no se empieza ninguno más.\n");
 }

@@ -125,15 +125,6 @@ EngineInfo Link::engine() const
 
 namespace {
 
-/// Escaped for an argument that is a LIKE pattern, in which _ and % are wildcards.
-String escaped(StringView name)
-{
-    String result(name);
-    for (const StringView sign : {u"\\", u"_", u"%"})
-        result = Replace(result, sign, u"\\" + String(sign));
-    return result;
-}
-
 /// Name as an argument of a catalogue query; none if it is empty. It keeps the text that it points to.
 class Argument {
 public:
@@ -167,38 +158,25 @@ void Link::forEachFound(const DriverHandle& statement, std::int16_t asked, const
         throw odbc::failureOf(statement.diagnosis(), false, u"");
 }
 
-std::vector<FoundTable> Link::tables(Where where)
+std::vector<FoundTable> Link::tables()
 {
-    constexpr SQLUSMALLINT catalogColumn = 1;
     constexpr SQLUSMALLINT tableColumn = 3;
     constexpr SQLUSMALLINT nameColumn = 4;
-    // A catalogue may be a pattern or not: what others such a pattern finds is left out.
-    const Arguments asked(where, where.isCatalog ? String(where.schema) : escaped(where.schema));
-    const auto isAsked = [&](const DriverHandle& row) {
-        return !where.isCatalog || characters(row, catalogColumn) == where.schema;
-    };
     // Some drivers give the columns of indexes too.
     std::set<String> real;
     String kinds = u"TABLE,VIEW";
     const DriverHandle named(SQL_HANDLE_STMT, connection_.get());
     forEachFound(named, waiting([&] {
-                     return SQLTablesW(named.get(), asked.catalog.text(), asked.catalog.length(),
-                                       asked.schema.text(), asked.schema.length(), nullptr, 0,
-                                       wide(kinds.data()), static_cast<SQLSMALLINT>(kinds.size()));
+                     return SQLTablesW(named.get(), nullptr, 0, nullptr, 0, nullptr, 0, wide(kinds.data()),
+                                       static_cast<SQLSMALLINT>(kinds.size()));
                  }),
-                 [&] {
-                     if (isAsked(named))
-                         real.insert(characters(named, tableColumn));
-                 });
+                 [&] { real.insert(characters(named, tableColumn)); });
     const DriverHandle statement(SQL_HANDLE_STMT, connection_.get());
     std::vector<FoundTable> result;
     forEachFound(statement, waiting([&] {
-                     return SQLColumnsW(statement.get(), asked.catalog.text(), asked.catalog.length(),
-                                        asked.schema.text(), asked.schema.length(), nullptr, 0, nullptr, 0);
+                     return SQLColumnsW(statement.get(), nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0);
                  }),
                  [&] {
-                     if (!isAsked(statement))
-                         return;
                      const String table = characters(statement, tableColumn);
                      if (!real.contains(table))
                          return;

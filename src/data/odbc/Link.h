@@ -44,13 +44,13 @@ public:
 
     /// Name and version of the engine, as reported by the driver.
     EngineInfo engine() const;
+    /// All tables that the driver finds, with their columns.
+    std::vector<FoundTable> tables();
     /// Schema that catalogue queries are about; any, if its name is empty.
     struct Where {
         StringView schema;
         bool isCatalog = false; ///< What the driver calls a catalogue.
     };
-    /// Its tables, with their columns.
-    std::vector<FoundTable> tables(Where where);
     /// Catalogue queries: unique indexes of a table, columns of its primary key. Names match the server's
     /// catalogue with regard to case; the result is empty if the driver does not support them.
     std::vector<UniqueIndex> uniqueIndexes(Where where, StringView table);

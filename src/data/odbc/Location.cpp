@@ -23,6 +23,11 @@ String whyClosed(const DataError& failure)
     return u"no responde: compruebe el servidor, la base, el usuario y la contraseña";
 }
 
+bool isLacking(const DataError& failure)
+{
+    return failure.engineCode().starts_with("IM") || failure.engineCode().starts_with("01000");
+}
+
 namespace {
 
 /// Attribute that selects the database, on servers without schemas.

@@ -14,6 +14,8 @@ namespace zv::odbc {
 /// Advice for a refused connection, by SQLSTATE: the driver manager's own ones are for what this machine
 /// lacks.
 String whyClosed(const DataError& failure);
+/// Whether this machine lacks the data source or the driver, so that no waiting helps.
+bool isLacking(const DataError& failure);
 /// Sets the database of `which`, on servers without schemas.
 void nameDatabase(ConnectionText& text, Placing placing, Database which);
 /// Adds those of the options that the text lacks.

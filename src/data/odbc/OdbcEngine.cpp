@@ -38,7 +38,19 @@ public:
         return recordsetOf(String(statement), run(statement), run);
     }
     EngineInfo engine() override { return pool_->engine(); }
-    std::vector<FoundTable> tables() { return schema_.empty() ? pool_->tables() : pool_->tables(schema_); }
+    std::vector<FoundTable> tables()
+    {
+        if (server().placing != Placing::schemas)
+            return pool_->tables();
+        std::vector<FoundTable> result;
+        const String query = schemasOf(server()).columns(schema_.empty() ? pool_->target().schema : schema_);
+        for (auto& [table, column] : pairs(*pool_, query)) {
+            if (result.empty() || result.back().name != table)
+                result.push_back({table, {}});
+            result.back().columns.push_back(std::move(column));
+        }
+        return result;
+    }
     const Server& server() const { return *pool_->target().server; }
 
 private:
@@ -302,7 +314,10 @@ private:
             }
             return servers_[called] = result;
         } catch (const DataError& failure) {
-            failFor(text, whyClosed(failure) + u" (" + failure.engineText() + u").", failure::connectionLost);
+            const String words = whyClosed(failure) + u" (" + failure.engineText() + u").";
+            if (isLacking(failure))
+                throw LackingHere(failure::connectionLost, u"«" + text.shown() + u"» " + words);
+            failFor(text, words, failure::connectionLost);
         }
     }
 

@@ -320,9 +320,6 @@ std::unique_ptr<Cursor> Pool::send(StringView statement, const std::shared_ptr<L
 }
 
 EngineInfo Pool::engine() { return link()->engine(); }
-std::vector<FoundTable> Pool::tables(StringView schema)
-{
-    return link()->tables({schema, target_.server->schemasAreCatalogs});
-}
+std::vector<FoundTable> Pool::tables() { return link()->tables(); }
 
 } // namespace zv::odbc

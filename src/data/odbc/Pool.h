@@ -46,9 +46,8 @@ public:
     /// somebody to wait (ServerAway.h).
     std::unique_ptr<Cursor> run(StringView statement);
     EngineInfo engine();
-    /// The tables of its schema, or of another one.
-    std::vector<FoundTable> tables() { return tables(target_.schema); }
-    std::vector<FoundTable> tables(StringView schema);
+    /// As its driver finds them; on servers without schemas.
+    std::vector<FoundTable> tables();
 
 private:
     struct TableIndexes {

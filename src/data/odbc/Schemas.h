@@ -34,6 +34,9 @@ public:
     virtual void drop(Pool& pool, StringView name) const = 0;
     /// Which of the three exist.
     virtual std::vector<String> existing(Pool& pool, StringView name) const = 0;
+    /// Query for the tables and views of a schema and their columns, a row for each, in their order. A
+    /// driver's own asks for names that are like that of the schema, and reads the catalogue of all schools.
+    virtual String columns(StringView schema) const = 0;
     /// Whether a schema that a link selected is there.
     virtual bool holds(Pool& pool, StringView name) const = 0;
     /// Whether a schema was there already: of two that create it at the same moment, one finds it so.

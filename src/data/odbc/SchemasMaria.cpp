@@ -70,6 +70,16 @@ public:
                 result.push_back(each);
         return result;
     }
+    /// Plain equality lets the server open one database alone; names are compared letter by letter besides.
+    String columns(StringView schema) const override
+    {
+        const String name = textLiteral(schema);
+        return statement(
+            u"SELECT TABLE_NAME, COLUMN_NAME FROM information_schema.COLUMNS WHERE TABLE_SCHEMA={} AND "
+            u"BINARY TABLE_SCHEMA={} AND TABLE_NAME NOT IN (SELECT TABLE_NAME FROM information_schema.TABLES "
+            u"WHERE TABLE_SCHEMA={} AND TABLE_TYPE='SEQUENCE') ORDER BY BINARY TABLE_NAME, ORDINAL_POSITION",
+            {name, name, name});
+    }
     bool holds(Pool& /*pool*/, StringView /*name*/) const override { return true; }
     bool isTaken(const DataError& failure) const override { return isOneOf(failure, {1007, 1050}); }
     bool isMissing(const DataError& failure) const override { return isOneOf(failure, {1049}); }

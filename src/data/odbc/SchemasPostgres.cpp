@@ -87,6 +87,14 @@ public:
             result.push_back(found);
         return result;
     }
+    String columns(StringView schema) const override
+    {
+        return u"SELECT c.relname, a.attname FROM pg_class c JOIN pg_attribute a ON a.attrelid=c.oid WHERE "
+               u"c.relnamespace=(SELECT oid FROM pg_namespace WHERE nspname=" +
+               textLiteral(schema) +
+               u") AND c.relkind IN ('r','v','m','f','p') AND a.attnum>0 AND NOT a.attisdropped "
+               u"ORDER BY c.relname, a.attnum";
+    }
     bool holds(Pool& pool, StringView name) const override
     {
         return pool.run(u"SELECT nspname FROM pg_namespace WHERE nspname=" + textLiteral(name))->row() !=

@@ -1,7 +1,5 @@
 #include "data/sqlite/File.h"
 
-#include "data/DataError.h"
-
 #include <fstream>
 
 namespace zv::sqlite {
@@ -25,9 +23,9 @@ std::filesystem::path resolved(std::filesystem::path file)
     return file;
 }
 
-void failFor(const std::filesystem::path& file, StringView words)
+void failFor(const std::filesystem::path& file, StringView words, std::int32_t number)
 {
-    throw RuntimeError(failure::otherData, u"«" + file.u16string() + u"» " + String(words));
+    throw RuntimeError(number, u"«" + file.u16string() + u"» " + String(words));
 }
 
 void checkPlace(const std::filesystem::path& file, bool create)

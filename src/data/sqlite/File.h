@@ -1,6 +1,6 @@
 #pragma once
 
-#include "runtime/Errors.h"
+#include "data/DataError.h"
 
 #include <filesystem>
 
@@ -24,7 +24,8 @@ public:
 /// Follows links to the file itself, which need not exist.
 std::filesystem::path resolved(std::filesystem::path file);
 /// Fails with a message about a file that tells a person what to do.
-[[noreturn]] void failFor(const std::filesystem::path& file, StringView words);
+[[noreturn]] void failFor(const std::filesystem::path& file, StringView words,
+                          std::int32_t number = failure::otherData);
 /// Precondition checks without the engine: fails where there is no file to open, or already one to create.
 void checkPlace(const std::filesystem::path& file, bool create);
 /// Whether the file and its side files (log, shared memory) can be read, as far as they exist.

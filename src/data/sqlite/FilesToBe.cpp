@@ -52,7 +52,8 @@ bool FilesToBe::Folder::lock()
     case FolderLock::Result::noFolder:
         failFor(path_, inTheWay);
     case FolderLock::Result::busy:
-        failFor(path_, u"es de otro programa, que está creando ahí el mismo colegio: espere a que termine.");
+        failFor(path_, u"es de otro programa, que está creando ahí el mismo colegio: espere a que termine.",
+                failure::locked);
     case FolderLock::Result::denied:
         break;
     }
