@@ -245,9 +245,8 @@ int centros(Arguments arguments)
     const Options options(arguments.subspan(1), known, 1);
     if (action.run == copy)
         folderIn(options);
-    for (const StringView each : {u"--reparar", u"--resumen"})
-        if (options.has(each) && !options.has(u"--datos"))
-            throw UsageError(String(each) + u" quiere también --datos.");
+    if (options.has(u"--resumen") && !options.has(u"--datos"))
+        throw UsageError(u"--resumen quiere también --datos.");
     if (options.has(ofOne.name))
         return childOf(action, options);
     const std::vector<ListedSchool> schools =

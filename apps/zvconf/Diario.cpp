@@ -63,6 +63,8 @@ String line(const fs::path& file, const journal::Reading& reading)
     const String number = file.stem().u16string();
     if (reading.end == journal::End::foreign)
         return number + u": no es un diario, o no se puede leer.";
+    if (reading.end == journal::End::newer)
+        return number + u": lo escribió una versión más nueva de este programa: ábralo con ella.";
     if (reading.end == journal::End::otherKey)
         return number + u": no se puede leer: lo escribió otra persona, o su clave ya no está.";
     const journal::Opening& opening = reading.draft.opening;
@@ -107,7 +109,8 @@ fs::path named(const Options& options)
 journal::Reading readable(const fs::path& file)
 {
     journal::Reading reading = journal::readFile(file, journal::ownKey(file.parent_path()));
-    if (reading.end == journal::End::foreign || reading.end == journal::End::otherKey)
+    if (reading.end == journal::End::foreign || reading.end == journal::End::newer ||
+        reading.end == journal::End::otherKey)
         throw std::runtime_error(toUtf8(line(file, reading)));
     return reading;
 }

@@ -5,6 +5,7 @@
 #include "data/Connection.h"
 #include "data/DataError.h"
 #include "data/history/HistoryConnection.h"
+#include "data/history/Log.h"
 #include "runtime/Time.h"
 
 #include <memory>
@@ -38,11 +39,13 @@ String rowOf(String& table, const String& number);
 Seconds momentFrom(const String& text);
 /// The live database of a school that has a history; one that has none fails with a RuntimeError.
 std::shared_ptr<history::HistoryConnection> openHistory(StringView url);
-/// Does what reads the history's tables, and tells a person what it means where they are missing.
+/// Does what reads the history's tables, and tells a person what it means where they are missing, or a newer
+/// version's.
 template <class Work>
-auto withHistory(Work work)
+auto withHistory(Connection& centro, Work work)
 {
     try {
+        history::requireKnown(centro);
         return work();
     } catch (const DataError& error) {
         if (error.number() != failure::tableMissing)

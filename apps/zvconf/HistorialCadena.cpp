@@ -87,7 +87,8 @@ int comprobarHistorial(Arguments arguments)
     if (options.has(u"--cabeza"))
         noted = headIn(options.values(u"--cabeza").front());
     const School school = inspectSchool(options.values(database.name).front());
-    const history::Verification result = withHistory([&] { return history::verify(*school.centro, noted); });
+    const history::Verification result =
+        withHistory(*school.centro, [&] { return history::verify(*school.centro, noted); });
     for (const history::Finding& each : result.findings)
         printLine((each.number == 0 ? u"La cabeza " : statement(u"Asiento {}: ", {each.number})) +
                   each.words);
@@ -112,7 +113,7 @@ int olvidarHistorial(Arguments arguments)
     const schema::Table& table = tableNamed(pupil ? u"Alumno" : options.values(u"--fila").front());
     const Long key = number(options.values(pupil ? u"--alumno" : u"--fila").back(), u"el número de una fila");
     const School school = openSchool(options.values(database.name).front());
-    return withHistory([&] {
+    return withHistory(*school.centro, [&] {
         const auto there = static_cast<Long>(history::entriesAbout(*school.centro, table, key).size());
         return eraseOrSay(
             options, school, there, [&] { return history::eraseAbout(*school.centro, table, key); },
@@ -130,7 +131,7 @@ int plazoHistorial(Arguments arguments)
     const Options options(arguments, {database, really});
     const School school = openSchool(options.values(database.name).front());
     Connection& centro = *school.centro;
-    return withHistory([&] {
+    return withHistory(*school.centro, [&] {
         if (months && options.has(really.name))
             history::keepMonths(centro, *months);
         const Long kept = months.value_or(history::monthsKept(centro));
@@ -162,7 +163,7 @@ int exportarHistorial(Arguments arguments)
     try {
         std::ofstream out(path, std::ios::binary | std::ios::app);
         out.exceptions(std::ios::failbit | std::ios::badbit);
-        head = withHistory([&] {
+        head = withHistory(*school.centro, [&] {
             return history::exportAll(*school.centro,
                                       options.has(u"--sin-nombres") ? history::Names::hidden
                                                                     : history::Names::shown,

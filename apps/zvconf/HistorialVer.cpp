@@ -124,7 +124,7 @@ int verHistorial(Arguments arguments)
         ++seen;
         return true;
     };
-    withHistory([&] { history::forEach(*school.centro, wish.condition, print); });
+    withHistory(*school.centro, [&] { history::forEach(*school.centro, wish.condition, print); });
     if (json)
         printLine(seen == 0 ? u"[]" : u"]");
     else

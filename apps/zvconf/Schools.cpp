@@ -61,6 +61,39 @@ int releaseOne(Connection& centro, const std::vector<String>& row)
     return released ? done : found;
 }
 
+void tell(StringView pattern, const std::vector<Lack>& lacks)
+{
+    String names;
+    for (const Lack& each : lacks)
+        names += (names.empty() ? u"" : u", ") + each.name;
+    if (!lacks.empty())
+        printLine(statement(pattern, {names}));
+}
+
+/// Names what the school works without or, where it is to be repaired, adds it. The history is its office's
+/// decision.
+void tellOrAdd(const Lacks& lacks, const String& url, bool adds)
+{
+    std::vector<Lack> parts = lacks.indexes;
+    if (adds) {
+        if (lacks.registrations)
+            parts.push_back(*lacks.registrations);
+        const School school = parts.empty() ? School() : openSchool(url);
+        for (const Lack& each : parts)
+            baseOf(school, each.which)->executeNative(each.statement);
+        tell(u"Se ha añadido: {}.", parts);
+    } else {
+        tell(u"Faltan índices: {}. Sin ellos va todo, más despacio. (Los hace --reparar.)", parts);
+        if (lacks.registrations)
+            printLine(
+                u"La tabla RegistroActivo no está todavía: la hace el primero que abre una fila. Si a los "
+                u"usuarios no se les deja crear tablas, hágala antes con --reparar (o docs/escala.md dice "
+                u"cómo): sin ella nadie puede cambiar ninguna fila.");
+    }
+    if (lacks.history)
+        printLine(u"No lleva historial: lo activa «zvconf historial activar».");
+}
+
 } // namespace
 
 int crear(Arguments arguments)
@@ -84,7 +117,7 @@ int comprobar(Arguments arguments)
 {
     const Options options(arguments, {database, {u"--datos"}, {u"--json"}, {u"--resumen"}, {u"--reparar"}});
     const bool data = options.has(u"--datos");
-    for (const StringView each : {u"--json", u"--resumen", u"--reparar"})
+    for (const StringView each : {u"--json", u"--resumen"})
         if (!data && options.has(each))
             throw UsageError(String(each) + u" quiere también --datos.");
     if (options.has(u"--json") && options.has(u"--resumen"))
@@ -115,10 +148,11 @@ int comprobar(Arguments arguments)
     else
         printLine(statement(u"Defectos: {}. Pida que los corrija quien lleva las bases de datos.",
                             {static_cast<Long>(findings.size())}));
-    if (damage.empty() && !hasRegister(school, engine))
-        printLine(u"La tabla RegistroActivo no está todavía: la hace el primero que abre una fila. Si a los "
-                  u"usuarios no se les deja crear tablas, créela antes (docs/escala.md dice cómo): sin ella "
-                  u"nadie puede cambiar ninguna fila.");
+    if (damage.empty()) {
+        Lacks lacks = lacksOf(school, engine);
+        lacks.history &= findings.empty(); // What hurts is not to be lost among what may wait.
+        tellOrAdd(lacks, urlOf(options), options.has(u"--reparar"));
+    }
     return findings.empty() ? done : found;
 }
 

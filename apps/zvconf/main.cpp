@@ -35,8 +35,8 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
       ha estropeado sus ficheros. Con --datos mira además las filas: dice lo que harán con ellas las ventanas
       (respuestas que no se verán, textos que se perderán, bancos que no se podrán aceptar), con nombres, y qué
       hacer; y, como consejo, los NIF y las cuentas que no cuadran. Con --resumen dice sólo cuántos, sin nombres.
-      Con --reparar arregla lo que no tiene más que un arreglo, después de nombrarlo; si hay historial, se puede
-      deshacer.
+      Con --reparar añade los índices y la tabla que falten a un centro de una versión anterior; con --datos,
+      arregla lo que no tiene más que un arreglo, después de nombrarlo; si hay historial, se puede deshacer.
   zvconf registros --bd URL [--liberar FORMULARIO FILA | --liberar-todo]
       Dice qué filas están abiertas, por quién y desde cuándo, o las libera.
   zvconf clave crear | lugar | cambiar --bd URL

@@ -135,7 +135,7 @@ int dialogo(const QStringList& words)
                               valued("perfil"), plain("bloqueado"), plain("consulta"), plain("mtp")});
     if (given.rest().size() != 1 || !given.has(QStringLiteral("bd")))
         throw std::invalid_argument("dialogo lleva un NODO y --bd URL.");
-    const Node& node = nodeNamed(given.rest().front());
+    const Node node = nodeNamed(given.rest().front());
     const bool branches = given.has(QStringLiteral("bloqueado"));
     if (branches && node.number != cNombreNodo::OC_Bancos)
         throw std::invalid_argument("--bloqueado es sólo para un banco.");

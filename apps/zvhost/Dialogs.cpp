@@ -13,6 +13,7 @@
 #include <QDateTime>
 #include <QFormLayout>
 #include <QPushButton>
+#include <QTimeZone>
 
 namespace zv::host {
 namespace {
@@ -24,7 +25,7 @@ constexpr ListColumn usedColumns[] = {{u"Lista"}, {u"Fila"}, {u"Persona"}, {u"De
 QString shownMoment(const String& moment)
 {
     QDateTime time = QDateTime::fromString(toQt(moment), QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
-    time.setTimeSpec(Qt::UTC);
+    time.setTimeZone(QTimeZone::utc());
     return time.isValid() ? time.toLocalTime().toString(QStringLiteral("dd/MM/yyyy H:mm")) : QString();
 }
 

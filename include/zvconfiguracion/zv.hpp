@@ -22,6 +22,7 @@
 #include <zvconfiguracion/zvconfiguracion.h>
 #include <zvconfiguracion/zvdatos.h>
 
+#include <cstdint>
 #include <cstring>
 #include <initializer_list>
 #include <limits>

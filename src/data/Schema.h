@@ -96,5 +96,16 @@ inline constexpr const ExtraTable* extraTables[] = {&recycleBinNotes, &joinRecor
 
 /// DDL of an empty database: its tables, and the indexes for the dialogs' lookups.
 std::vector<String> definition(Database which, DdlStyle style);
+/// DDL of one of its tables, without indexes.
+String definition(const Table& table, DdlStyle style);
+
+struct Index {
+    StringView column; ///< Its leading column, by which it is found.
+    String definition;
+};
+/// The indexes of a table, but for its unique key's.
+std::vector<Index> indexes(const Table& table, DdlStyle style);
+/// Query of the table and the leading column of each index of a database.
+StringView indexQuery(DdlStyle style);
 
 } // namespace zv::schema

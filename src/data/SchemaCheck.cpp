@@ -1,8 +1,12 @@
 #include "data/SchemaCheck.h"
 
 #include "data/Schema.h"
+#include "data/Schools.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace zv {
 namespace {
@@ -146,6 +150,43 @@ void checkFile(Findings& findings, const std::vector<String>& damage)
          damage.size() > 1 ? statement(u", y {} más", {static_cast<Long>(damage.size() - 1)}) : String()});
 }
 
+using Indexes = std::vector<std::pair<String, String>>;
+
+/// Table and leading column of each; nullopt where the engine does not tell.
+std::optional<Indexes> indexesIn(Connection& base, DdlStyle style)
+{
+    try {
+        Indexes result;
+        for (const RecordsetPtr rows = base.executeNative(schema::indexQuery(style)); !rows->Eof();
+             rows->MoveNext())
+            result.emplace_back(CStr(rows->row()[0]), CStr(rows->row()[1]));
+        return result;
+    } catch (const DataError& error) {
+        if (error.number() == failure::connectionLost)
+            throw;
+        return std::nullopt;
+    }
+}
+
+void addMissingIndexes(std::vector<Lack>& lacks, Connection& base, DdlStyle style,
+                       const std::vector<FoundTable>& found, Database which)
+{
+    const std::optional<Indexes> there = indexesIn(base, style);
+    if (!there)
+        return;
+    for (const Table& table : schema::tables(which)) {
+        const FoundTable* match = tableIn(found, table.name);
+        if (match == nullptr)
+            continue;
+        for (schema::Index& each : indexes(table, style))
+            if (holds(match->columns, each.column) && std::ranges::none_of(*there, [&](const auto& index) {
+                    return sameName(index.first, table.name) && sameName(index.second, each.column);
+                }))
+                lacks.push_back({which, String(table.name) + u" (" + String(each.column) + u")",
+                                 std::move(each.definition)});
+    }
+}
+
 using Check = void (*)(Findings&, Engine&, Connection&, Database);
 
 std::vector<String> inAllDatabases(const School& school, Engine& engine, Check check)
@@ -191,9 +232,23 @@ std::vector<String> checkDamage(const School& school, Engine& engine)
                           });
 }
 
-bool hasRegister(const School& school, Engine& engine)
+Lacks lacksOf(const School& school, Engine& engine)
 {
-    return tableIn(engine.tables(*school.centro), schema::registrations) != nullptr;
+    Lacks result;
+    // No lookups in deleted records, of which only the largest key is asked for.
+    for (const Database which : {Database::centro, Database::entrada}) {
+        Connection& base = *baseOf(school, which);
+        const DdlStyle style = engine.ddl(base);
+        const std::vector<FoundTable> found = engine.tables(base);
+        addMissingIndexes(result.indexes, base, style, found, which);
+        if (which != Database::centro)
+            continue;
+        result.history = tableIn(found, u"HistorialCabeza") == nullptr;
+        if (tableIn(found, schema::registrations) == nullptr)
+            result.registrations = {which, String(schema::registrations),
+                                    definition(*schema::table(schema::registrations), style)};
+    }
+    return result;
 }
 
 } // namespace zv

@@ -19,6 +19,7 @@ struct Spelling {
     StringView boundedText = {}; ///< Pattern of a text's type, if bounded; of its width and one: one letter
                                  ///< more, since what is too long by blanks alone is cut without a failure.
     StringView indexedPart = {}; ///< Suffix of an unbounded text in an index.
+    StringView indexQuery = {};
     bool checksGeneratedKeys = true;
 };
 
@@ -37,26 +38,37 @@ const Spelling& spelling(DdlStyle style)
                                      .length = u"length",
                                      .automaticKey = u" PRIMARY KEY",
                                      .ownKeyOptions = u" STRICT, WITHOUT ROWID",
-                                     .otherOptions = u" STRICT"};
-    static constexpr Spelling postgresql{.text = u"TEXT",
-                                         .decimal = u"DOUBLE PRECISION",
-                                         .length = u"length",
-                                         .automaticKey = u" PRIMARY KEY",
-                                         .ownKeyOptions = u"",
-                                         .otherOptions = u"",
-                                         .once = nextKey,
-                                         .automatic =
-                                             u"CREATE TRIGGER zv_clave BEFORE INSERT ON {} FOR EACH ROW "
-                                             u"WHEN (NEW.{} IS NULL) EXECUTE FUNCTION zv_clave('{}')"};
-    static constexpr Spelling mariadb{.text = u"LONGTEXT",
-                                      .decimal = u"DOUBLE",
-                                      .length = u"char_length",
-                                      .automaticKey = u" AUTO_INCREMENT PRIMARY KEY",
-                                      .ownKeyOptions = u" ENGINE=InnoDB",
-                                      .otherOptions = u" ENGINE=InnoDB",
-                                      .boundedText = u"VARCHAR({})",
-                                      .indexedPart = u"(100)",
-                                      .checksGeneratedKeys = false};
+                                     .otherOptions = u" STRICT",
+                                     .indexQuery =
+                                         u"SELECT t.name, c.name FROM sqlite_schema t JOIN "
+                                         u"pragma_index_list(t.name) i JOIN pragma_index_info(i.name) c "
+                                         u"WHERE t.type='table' AND c.seqno=0"};
+    static constexpr Spelling postgresql{
+        .text = u"TEXT",
+        .decimal = u"DOUBLE PRECISION",
+        .length = u"length",
+        .automaticKey = u" PRIMARY KEY",
+        .ownKeyOptions = u"",
+        .otherOptions = u"",
+        .once = nextKey,
+        .automatic = u"CREATE TRIGGER zv_clave BEFORE INSERT ON {} FOR EACH ROW "
+                     u"WHEN (NEW.{} IS NULL) EXECUTE FUNCTION zv_clave('{}')",
+        .indexQuery = u"SELECT t.relname, a.attname FROM pg_index i JOIN pg_class t "
+                      u"ON t.oid=i.indrelid JOIN pg_namespace n ON n.oid=t.relnamespace "
+                      u"JOIN pg_attribute a ON a.attrelid=t.oid AND "
+                      u"a.attnum=i.indkey[0] WHERE n.nspname=current_schema()"};
+    static constexpr Spelling mariadb{
+        .text = u"LONGTEXT",
+        .decimal = u"DOUBLE",
+        .length = u"char_length",
+        .automaticKey = u" AUTO_INCREMENT PRIMARY KEY",
+        .ownKeyOptions = u" ENGINE=InnoDB",
+        .otherOptions = u" ENGINE=InnoDB",
+        .boundedText = u"VARCHAR({})",
+        .indexedPart = u"(100)",
+        .indexQuery = u"SELECT table_name, column_name FROM information_schema.statistics "
+                      u"WHERE table_schema=DATABASE() AND seq_in_index=1",
+        .checksGeneratedKeys = false};
     switch (style) {
     case DdlStyle::postgresql:
         return postgresql;
@@ -120,8 +132,11 @@ String joinedNames(std::span<const Column> columns)
 
 std::span<const Column> keyOf(const Table& table) { return table.columns().first(table.keyColumns); }
 
-String tableDefinition(const Table& table, const Spelling& as)
+} // namespace
+
+String definition(const Table& table, DdlStyle style)
 {
+    const Spelling& as = spelling(style);
     String columns;
     String checks;
     for (std::size_t i = 0; i < table.count; ++i) {
@@ -142,22 +157,25 @@ String tableDefinition(const Table& table, const Spelling& as)
                      {table.name, columns, table.key == Key::given ? as.ownKeyOptions : as.otherOptions});
 }
 
-void addIndexes(std::vector<String>& statements, const Table& table, const Spelling& as)
+std::vector<Index> indexes(const Table& table, DdlStyle style)
 {
+    std::vector<Index> result;
     const auto add = [&](std::span<const Column> columns) {
         const bool unbounded = columns.front().type == Type::text && columns.front().width == 0;
-        statements.push_back(statement(u"CREATE INDEX ix_{}_{} ON {} ({}{})",
-                                       {table.name, columns.front().name, table.name, joinedNames(columns),
-                                        unbounded ? as.indexedPart : u""}));
+        result.push_back({columns.front().name,
+                          statement(u"CREATE INDEX ix_{}_{} ON {} ({}{})",
+                                    {table.name, columns.front().name, table.name, joinedNames(columns),
+                                     unbounded ? spelling(style).indexedPart : u""})});
     };
     if (table.key == Key::repeated)
         add(keyOf(table));
     for (const Column& column : table.columns().subspan(1))
         if (column.searched || !column.refersTo.empty())
             add({&column, 1});
+    return result;
 }
 
-} // namespace
+StringView indexQuery(DdlStyle style) { return spelling(style).indexQuery; }
 
 std::vector<String> definition(Database which, DdlStyle style)
 {
@@ -166,14 +184,15 @@ std::vector<String> definition(Database which, DdlStyle style)
     if (!as.once.empty())
         result.emplace_back(as.once);
     for (const Table& each : tables(which)) {
-        result.push_back(tableDefinition(each, as));
+        result.push_back(definition(each, style));
         if (each.key == Key::automatic && !as.automatic.empty()) {
             const String key = lowerName(each.columns().front().name);
             result.push_back(statement(as.automatic, {each.name, key, key}));
         }
         // No indexes for deleted records, of which only the largest key is asked for.
         if (which != Database::borrado)
-            addIndexes(result, each, as);
+            for (Index& index : indexes(each, style))
+                result.push_back(std::move(index.definition));
     }
     return result;
 }

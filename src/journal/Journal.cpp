@@ -10,6 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// First line, with the number of the format at its end.
 constexpr std::string_view magic = "ZVDIARIO1\n";
 constexpr std::size_t lengthSize = 4;
 
@@ -25,6 +26,15 @@ std::size_t lengthAt(std::string_view bytes)
     for (std::size_t byte = 0; byte < lengthSize; ++byte)
         length |= static_cast<std::size_t>(static_cast<unsigned char>(bytes[byte])) << 8 * byte;
     return length;
+}
+
+/// Whether it begins as a journal, with another number of at most nine digits.
+bool isNewer(std::string_view bytes)
+{
+    const std::string_view name = magic.substr(0, magic.size() - 2);
+    const std::string_view line = bytes.substr(0, bytes.substr(0, name.size() + 10).find('\n'));
+    return line.starts_with(name) && line.size() > name.size() &&
+           line.find_first_not_of("0123456789", name.size()) == std::string_view::npos;
 }
 
 } // namespace
@@ -56,6 +66,8 @@ Reading read(std::string_view bytes, const SecretKey& key, const Each& each)
 {
     Reading result;
     Cipher::Header header{};
+    if (!bytes.starts_with(magic) && isNewer(bytes))
+        result.end = End::newer;
     if (!bytes.starts_with(magic) || bytes.size() < magic.size() + header.size())
         return result;
     bytes.remove_prefix(magic.size());

@@ -48,6 +48,7 @@ enum class End : unsigned char {
     torn,     ///< The last record is not whole: the act in flight.
     spoilt,   ///< A record was changed; what stands before it was read.
     otherKey, ///< Not one record opens: written by another person, or with a key that is gone.
+    newer,    ///< Of a format that this version does not know.
     foreign   ///< No journal.
 };
 

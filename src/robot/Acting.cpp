@@ -126,7 +126,7 @@ Long entryOf(const Play& play, const ComboBox& box, const GuionArgument& entry)
     for (Long index = 0; index < count; ++index)
         if (box.List(index) == entry.text)
             return index;
-    play.mistake(box.fullName() + u" no tiene el elemento " + quoted(entry.text));
+    play.mistake(box.fullName() + u" no tiene el elemento " + zv::quoted(entry.text));
 }
 
 void elegir(Play& play, const GuionArguments& a)

@@ -300,7 +300,7 @@ private:
     String failing()
     {
         const Long number = dice_.of(failureNumbers);
-        return u"fallar " + decimalText(number) + u" " + quoted(dice_.of(failingStatements)) + u" " +
+        return u"fallar " + decimalText(number) + u" " + zv::quoted(dice_.of(failingStatements)) + u" " +
                decimalText(1 + dice_.below(3));
     }
 
@@ -406,7 +406,7 @@ private:
     {
         const bool plain = dice_.once(2);
         String chosen = plain ? String(dice_.of(plainTexts)) : dice_.of(odd_);
-        return u" " + quoted(cut(chosen, most));
+        return u" " + zv::quoted(cut(chosen, most));
     }
 
     String inText(const TextBox& box, const String& name)
@@ -435,7 +435,7 @@ private:
             return dice_.once(2) ? u"teclear" + name + u" \"m\""
                                  : u"ver" + name + u".Text" + name + u".ListIndex";
         const Long entry = dice_.below(static_cast<int>(list.ListCount()));
-        return u"elegir" + name + u" " + (dice_.once(4) ? quoted(list.List(entry)) : decimalText(entry));
+        return u"elegir" + name + u" " + (dice_.once(4) ? zv::quoted(list.List(entry)) : decimalText(entry));
     }
 
     String inGrid(const MSFlexGrid& grid, const String& name)

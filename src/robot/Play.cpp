@@ -37,7 +37,7 @@ bool Play::playNext()
 void Play::opened(Form& form)
 {
     open_.push_back(&form);
-    observe(u"muestra " + form.Name() + u" " + quoted(form.Caption()));
+    observe(u"muestra " + form.Name() + u" " + zv::quoted(form.Caption()));
 }
 
 void Play::closed(Form& form)
@@ -48,7 +48,7 @@ void Play::closed(Form& form)
 
 void Play::messageBox(StringView prompt, Integer flags, StringView title)
 {
-    observe(u"mensaje " + decimalText(flags) + u" " + quoted(title) + u" " + quoted(prompt));
+    observe(u"mensaje " + decimalText(flags) + u" " + zv::quoted(title) + u" " + zv::quoted(prompt));
 }
 
 void Play::changed(const PropertyOwner& owner, const PropertyBase* property)

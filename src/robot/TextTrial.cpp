@@ -365,9 +365,9 @@ private:
         const auto shown = put(text, pasted);
         const auto kept = !shown ? shown : newRow_ ? storedNew() : stored();
         if (shown && (!kept || !isKept(*shown, *kept)))
-            fault(u"se mostró " + quoted(*shown) + u" y se guardó " + quoted(kept.value_or(u"")));
+            fault(u"se mostró " + zv::quoted(*shown) + u" y se guardó " + zv::quoted(kept.value_or(u"")));
         if (!filters && !keeps(String(text), pasted))
-            fault(u"se mostró " + quoted(given_));
+            fault(u"se mostró " + zv::quoted(given_));
         for (const String& statement : std::exchange(statements_, {}))
             if (!isOwn(statement, !shown))
                 fault(u"hizo " + statement);
@@ -384,7 +384,7 @@ private:
         for (std::size_t i = boxes_ % step; i < texts.size(); i += step)
             for (const bool pasted : {true, false}) {
                 doing_ = String(newRow_ ? u" (fila nueva)" : u"") + (pasted ? u" pegado " : u" tecleado ") +
-                         quoted(cut(texts[i], 60));
+                         zv::quoted(cut(texts[i], 60));
                 ++(tryText(texts[i], pasted, filters) ? kept : refused);
             }
         doing_.clear();

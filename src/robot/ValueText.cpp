@@ -32,7 +32,7 @@ struct ToText {
     String operator()(Single number) const { return digits(number); }
     String operator()(Double number) const { return digits(number); }
     String operator()(Currency amount) const { return decimalText(amount); }
-    String operator()(const String& text) const { return quoted(text); }
+    String operator()(const String& text) const { return zv::quoted(text); }
     String operator()(const ObjectPtr& object) const { return object ? u"Object" : u"Nothing"; }
     String operator()(const LongArray& array) const
     {

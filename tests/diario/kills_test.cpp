@@ -31,8 +31,8 @@ bool startsWith(const std::string& text, const char* verb) { return text.rfind(v
 
 std::vector<String> section(int node, StringView kind, StringView course)
 {
-    return {u"abrir " + decimalText(node) + u" 1 0", u"elegir cboTipoEnsenanza " + quoted(kind),
-            u"elegir cboCursos " + quoted(course), u"elegir cboSecciones 0", u"pulsar cmdNotaManual1(0)"};
+    return {u"abrir " + decimalText(node) + u" 1 0", u"elegir cboTipoEnsenanza " + zv::quoted(kind),
+            u"elegir cboCursos " + zv::quoted(course), u"elegir cboSecciones 0", u"pulsar cmdNotaManual1(0)"};
 }
 
 /// What a host and a person do to have that dialog open, for a new row and for an old one.

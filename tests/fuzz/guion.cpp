@@ -12,7 +12,7 @@ String written(const GuionCommand& command)
     String line = command.verb;
     for (const GuionArgument& each : command.arguments)
         line += u" " + each.name + (each.name.empty() ? u"" : u"=") +
-                (each.quoted ? quoted(each.text) : each.text);
+                (each.quoted ? zv::quoted(each.text) : each.text);
     return line;
 }
 

@@ -78,6 +78,13 @@ TEST_F(Maria, names_are_of_any_case_and_texts_compare_to_the_letter)
                   }),
                   number);
     EXPECT_TRUE(checkSchool(school, engineOf(u"odbc:")).empty());
+    for (const StringView each : {u"DROP TABLE RegistroActivo", u"DROP INDEX ix_Alumno_fechabaja ON Alumno"})
+        school.centro->executeNative(each);
+    const Lacks lacks = lacksOf(school, engineOf(u"odbc:"));
+    ASSERT_TRUE(lacks.history && lacks.registrations && lacks.indexes.size() == 1);
+    for (const Lack& each : {*lacks.registrations, lacks.indexes.front()})
+        school.centro->executeNative(each.statement);
+    EXPECT_TRUE(lacksOf(school, engineOf(u"odbc:")).indexes.empty());
     EXPECT_TRUE(checkAccess(school, engineOf(u"odbc:")).empty());
     for (const StringView each : {u"", u"IDPersonal,", u""})
         school.centro->Execute(u"Insert into Personal (" + String(each) + u"CodEstadoCivil) values (" +

@@ -210,6 +210,13 @@ TEST_F(Server, a_school_made_here_lacks_nothing_and_one_table_less_is_found)
     const String url = u"odbc:" + String(place);
     const School school = temporarySchool(url);
     EXPECT_TRUE(checkSchool(school, engineOf(url)).empty());
+    for (const StringView each : {u"DROP TABLE RegistroActivo", u"DROP INDEX ix_alumno_fechabaja"})
+        school.centro->executeNative(each);
+    const Lacks lacks = lacksOf(school, engineOf(url));
+    ASSERT_TRUE(lacks.history && lacks.registrations && lacks.indexes.size() == 1);
+    for (const Lack& each : {*lacks.registrations, lacks.indexes.front()})
+        school.centro->executeNative(each.statement);
+    EXPECT_TRUE(lacksOf(school, engineOf(url)).indexes.empty());
     school.centro->Execute(u"Insert into Personal (CodEstadoCivil) values (3)");
     school.centro->Execute(u"Insert into Personal (IDPersonal,CodEstadoCivil) values (7,3)");
     school.centro->Execute(u"Insert into Personal (CodEstadoCivil) values (3)");

@@ -164,7 +164,7 @@ TEST_F(Zvconf, says_what_dialogs_will_do_to_the_data_repairs_it_and_takes_that_b
     for (const String& each : care::differences(broken, read()))
         EXPECT_NE(each.find(u"historial"), String::npos) << toUtf8(each);
     EXPECT_EQ(run("comprobar --datos --bd sqlite:c.db"), 1);
-    EXPECT_EQ(run("comprobar --reparar --bd sqlite:c.db"), 2);
+    EXPECT_EQ(run("comprobar --resumen --bd sqlite:c.db"), 2);
     EXPECT_EQ(run("comprobar --datos --reparar --bd sqlite:c.db"), 0) << out << err;
     openSchool(url).centro->executeNative(u"UPDATE Emisor SET CIF='B28999886' WHERE IDEmisor=2");
     openSchool(url).centro->executeNative(u"ALTER TABLE Cuenta DROP COLUMN Numero");

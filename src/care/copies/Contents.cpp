@@ -283,6 +283,9 @@ void copyContents(const School& from, Engine& fromEngine, School& to, Engine& to
         if (const schema::ExtraTable* extra = extraTable(table.name);
             extra != nullptr && !hasHere(which, table.name))
             base.executeNative(extra->definition);
+        // Only where it is there: a failure would end the transaction that the tables are read in.
+        if (sameName(table.name, u"HistorialCabeza"))
+            history::requireKnown(*from.centro);
         if (isHistory(table.name) && !hasHere(which, table.name))
             history::activate(base);
     });

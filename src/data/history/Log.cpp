@@ -26,6 +26,22 @@ constexpr StringView headTable[] = {
     u"INSERT INTO HistorialCabeza (Numero, Enlace, Activo, PlazoMeses) VALUES (0, '', -1, 0)",
 };
 
+/// Format of these tables. A later one says its number in a column behind the others of the head.
+constexpr Long format = 1;
+constexpr std::size_t headColumns = 4;
+
+/// The head's row; fails where a newer version keeps the history.
+RecordsetPtr headRows(Connection& centro)
+{
+    RecordsetPtr rows = centro.executeNative(u"SELECT * FROM HistorialCabeza");
+    if (!rows->Eof() && rows->row().size() > headColumns && CLng(rows->row()[headColumns]) > format)
+        throw RuntimeError(
+            failure::otherData,
+            u"El historial de este centro lo lleva una versión más nueva de este programa: ponga "
+            u"esa en este equipo.");
+    return rows;
+}
+
 /// The columns of an entry, in the order in which entryOf() takes them.
 constexpr StringView columns =
     u"Numero, Momento, Clase, Apertura, Guardado, Tabla, Fila, Antes, Despues, Sal, Huella, Enlace";
@@ -90,8 +106,14 @@ bool whereThere(Work work)
 
 } // namespace
 
+void requireKnown(Connection& centro)
+{
+    whereThere([&] { headRows(centro); });
+}
+
 void activate(Connection& centro)
 {
+    requireKnown(centro);
     const bool hasHead = whereThere([&] { switchTo(centro, true); });
     const bool hasEntries = whereThere([&] { firstBehind(centro, u""); });
     if (hasHead && hasEntries)
@@ -113,6 +135,7 @@ void activate(Connection& centro)
 
 void deactivate(Connection& centro)
 {
+    requireKnown(centro);
     whereThere([&] { switchTo(centro, false); });
 }
 
@@ -120,7 +143,7 @@ bool isActive(Connection& centro)
 {
     bool active = false;
     whereThere([&] {
-        const RecordsetPtr rows = centro.executeNative(u"SELECT Activo FROM HistorialCabeza");
+        const RecordsetPtr rows = headRows(centro);
         active = !rows->Eof() && CLng(rows->Fields(u"Activo")) != 0;
     });
     return active;
@@ -128,7 +151,7 @@ bool isActive(Connection& centro)
 
 Head headOf(Connection& centro)
 {
-    const RecordsetPtr rows = centro.executeNative(u"SELECT Numero, Enlace FROM HistorialCabeza");
+    const RecordsetPtr rows = headRows(centro);
     return {CLng(rows->Fields(u"Numero")), textIn(rows->Fields(u"Enlace"))};
 }
 

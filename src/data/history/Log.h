@@ -13,6 +13,9 @@ namespace zv::history {
 /// Name prefix of the history's own tables.
 inline constexpr StringView ownPrefix = u"Historial";
 
+/// Fails, with what to do, where a newer version keeps the history; so do the functions below, but for
+/// forEach() and entries().
+void requireKnown(Connection& centro);
 /// Switches it on, and creates what is missing of the tables: a head that went begins again at the newest
 /// entry.
 void activate(Connection& centro);
