@@ -133,9 +133,9 @@ public:
         isCsv_ = lowerName(file_.extension().u16string()) == u".csv";
         if (!isCsv_ && lowerName(file_.extension().u16string()) != u".json")
             throw UsageError(u"--informe quiere un fichero que acabe en .csv o en .json.");
-        std::error_code ignored;
-        if (fs::equivalent(file_, fs::path(options.operand(0, u"")), ignored))
-            throw UsageError(u"--informe escribiría encima de la lista: dé otro nombre.");
+        refuseOver(options.operand(0, u""), u"la lista");
+        if (options.has(u"--frase"))
+            refuseOver(options.values(u"--frase").front(), u"la frase");
         told([&] { tryReplacing(file_); });
     }
     void write(const Round& round) const
@@ -158,6 +158,13 @@ private:
                                                        u"): mire si su carpeta se deja escribir y si queda "
                                                        u"sitio.");
         }
+    }
+
+    void refuseOver(const String& read, StringView what) const
+    {
+        std::error_code ignored;
+        if (fs::equivalent(file_, fs::path(read), ignored))
+            throw UsageError(u"--informe escribiría encima de " + String(what) + u": dé otro nombre.");
     }
 
     fs::path file_;
@@ -212,7 +219,7 @@ int childOf(const Action& action, const Options& options)
     std::getline(std::cin, url);
     try {
         return action.run({options.values(ofOne.name).front(), fromUtf8(url)}, options);
-    } catch (const LackingHere&) {
+    } catch (const LastingFailure&) {
         throw;
     } catch (const RuntimeError& error) {
         if (error.number() != failure::connectionLost)

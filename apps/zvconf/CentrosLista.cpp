@@ -12,6 +12,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace zv::zvconf {
 namespace {
@@ -20,6 +21,8 @@ namespace fs = std::filesystem;
 
 constexpr StringView blanks = u" \t";
 constexpr std::size_t longestName = 60;
+/// More come of a file that is no list.
+constexpr Long mostFaults = 20;
 
 String trimmed(StringView text)
 {
@@ -35,18 +38,17 @@ bool isPlain(char16_t letter)
            (letter >= u'0' && letter <= u'9');
 }
 
-/// The same for two ways to write one place, as far as can be told without going there.
-String placeOf(StringView url)
+Place placeOf(StringView url)
 {
     const String scheme(engineOf(url).scheme());
     const StringView location = locationOf(url);
     if (scheme == u"odbc")
-        return u"odbc:" + placeIn(location);
+        return placeIn(location);
     if (scheme != u"sqlite")
         return placeOf(location);
     std::error_code ignored;
     const fs::path file = fs::weakly_canonical(fs::absolute(fs::path(String(location))), ignored);
-    return u"sqlite:" + (ignored ? String(location) : file.u16string());
+    return {{u"sqlite:" + (ignored ? String(location) : file.u16string())}, {}};
 }
 
 /// A list as it is read, line by line.
@@ -69,6 +71,9 @@ public:
         if (schools_.empty() && faults_.empty())
             faults_ = u"\n«" + list_.u16string() +
                       u"» no tiene ningún centro: escriba uno en cada línea, su nombre y su URL.";
+        if (count_ > mostFaults)
+            faults_ += u"\n(... y " + decimalText(count_ - mostFaults) +
+                       u" más: mire si es la lista de los centros, o corrija éstos.)";
         if (hasPassword_ && openToOthers(list_))
             faults_ += u"\n«" + list_.u16string() +
                        u"» lleva contraseñas y la pueden leer otros: quíteles el permiso (" +
@@ -81,7 +86,8 @@ public:
 private:
     void fault(const String& text)
     {
-        faults_ += u"\n" + list_.u16string() + u", línea " + decimalText(line_) + u": " + text;
+        if (++count_ <= mostFaults)
+            faults_ += u"\n" + list_.u16string() + u", línea " + decimalText(line_) + u": " + text;
     }
 
     void take(std::string_view bytes)
@@ -130,7 +136,7 @@ private:
         }
         hasPassword_ = hasPassword_ || withoutPassword(school.url) != school.url;
         try {
-            return isFirst(places_, placeOf(school.url), u"el centro de " + withoutPassword(school.url));
+            return isFirstAt(placeOf(school.url), u"el centro de " + withoutPassword(school.url));
         } catch (const std::exception& error) {
             fault(fromUtf8(error.what()));
             return false;
@@ -141,17 +147,37 @@ private:
     {
         const auto [first, isNew] = seen.try_emplace(key, line_);
         if (!isNew)
-            fault(what + u" está ya en la línea " + decimalText(first->second) + u": quite una de las dos.");
+            faultAgain(what, first->second);
         return isNew;
+    }
+
+    /// Of one name on servers that have nothing in common, they are two.
+    bool isFirstAt(const Place& place, const String& what)
+    {
+        for (const String& name : place.names)
+            for (const auto& [line, other] : places_[name])
+                if (shareServer(place, other)) {
+                    faultAgain(what, line);
+                    return false;
+                }
+        for (const String& name : place.names)
+            places_[name].emplace_back(line_, place);
+        return true;
+    }
+
+    void faultAgain(const String& what, Long first)
+    {
+        fault(what + u" está ya en la línea " + decimalText(first) + u": quite una de las dos.");
     }
 
     const fs::path& list_;
     Long line_ = 1;
+    Long count_ = 0; ///< Of faults.
     bool hasPassword_ = false;
     String faults_;
     std::vector<ListedSchool> schools_;
     std::map<String, Long> names_;
-    std::map<String, Long> places_;
+    std::map<String, std::vector<std::pair<Long, Place>>> places_; ///< Of each name, by lines.
 };
 
 } // namespace

@@ -233,6 +233,7 @@ void play(Round& round, std::size_t atOnce,
           const std::function<std::vector<String>(const ListedSchool&)>& arguments)
 {
     const Interruptions interruptions;
+    outliveReaders();
     round.outcomes.assign(round.schools.size(), {});
     std::vector<std::size_t> places(round.schools.size());
     std::iota(places.begin(), places.end(), std::size_t{0});

@@ -31,6 +31,10 @@ struct ChildEnd {
 ChildEnd runSelf(const std::vector<String>& arguments, std::string_view input,
                  std::chrono::milliseconds longest);
 
+/// From now on nobody is ended for writing to a pipe whose reader has gone (`| head`); the streams fail
+/// instead. The programs that runSelf() begins have the usual again.
+void outliveReaders();
+
 /// Whether a person sees standard error as it is written.
 bool isErrorShown();
 

@@ -103,7 +103,12 @@ public:
         for (const int each : {SIGINT, SIGQUIT, SIGHUP})
             sigaddset(&terminals, each);
         check(posix_spawnattr_setsigmask(&how_, &terminals));
-        check(posix_spawnattr_setflags(&how_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK));
+        sigset_t readers{};
+        sigemptyset(&readers);
+        sigaddset(&readers, SIGPIPE);
+        check(posix_spawnattr_setsigdefault(&how_, &readers));
+        check(posix_spawnattr_setflags(&how_, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK |
+                                                  POSIX_SPAWN_SETSIGDEF));
     }
     Beginning(const Beginning&) = delete;
     Beginning& operator=(const Beginning&) = delete;
@@ -179,6 +184,8 @@ ChildEnd runSelf(const std::vector<String>& arguments, std::string_view input,
     end.code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return end;
 }
+
+void outliveReaders() { std::signal(SIGPIPE, SIG_IGN); }
 
 bool isErrorShown() { return isatty(STDERR_FILENO) == 1; }
 

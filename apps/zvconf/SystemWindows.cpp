@@ -153,6 +153,8 @@ ChildEnd runSelf(const std::vector<String>& arguments, std::string_view input,
     return end;
 }
 
+void outliveReaders() {}
+
 bool isErrorShown()
 {
     DWORD mode = 0;

@@ -19,8 +19,9 @@ inline constexpr std::int32_t noRow = 3021;
 inline constexpr std::int32_t unknownField = 3265;
 } // namespace failure
 
-/// This machine lacks what it needs to reach a database: no waiting helps.
-class LackingHere : public RuntimeError {
+/// No connection, and no waiting helps: this machine lacks what it takes, or the server does not know the
+/// person. A server may lock who asks again with a wrong password.
+class LastingFailure : public RuntimeError {
 public:
     using RuntimeError::RuntimeError;
 };

@@ -26,14 +26,17 @@ StringView schemeOf(StringView url)
 }
 
 /// End of the attribute's value that begins here, its separator included. A value in braces may hold that
-/// separator, and doubles a closing brace.
+/// separator, and doubles a closing brace; where they do not end it, nobody knows what does.
 std::size_t endOfValue(StringView text, std::size_t from)
 {
-    from = text.find_first_not_of(u' ', from);
+    from = text.find_first_not_of(u" \t", from);
     if (from < text.size() && text[from] == u'{') {
         from = text.find(u'}', from);
         while (from < text.size() - 1 && text[from + 1] == u'}')
             from = text.find(u'}', from + 2);
+        if (const std::size_t next = text.find_first_not_of(u" \t", std::min(from, text.size() - 1) + 1);
+            next < text.size() && text[next] != u';')
+            return text.size();
     }
     const std::size_t end = text.find(u';', std::min(from, text.size()));
     return end == StringView::npos ? text.size() : end + 1;
@@ -119,9 +122,11 @@ Engine& engineOf(StringView url)
 String withoutPassword(StringView url)
 {
     String result(url);
-    for (const StringView name : {u"password", u"pwd"})
+    // Also misspelt, and in Spanish.
+    for (const StringView name : {u"pass", u"pasw", u"pwd", u"clave", u"contrase"})
         for (std::size_t from = 0; (from = lowerName(result).find(name, from)) != String::npos;) {
-            const std::size_t sign = result.find_first_not_of(u" \t", from + name.size());
+            const std::size_t end = std::min(result.find_first_of(u" \t=;:/\\?&@{}", from), result.size());
+            const std::size_t sign = result.find_first_not_of(u" \t", end);
             if (sign < result.size() && result[sign] == u'=')
                 result.erase(from, endOfValue(result, sign + 1) - from);
             else

@@ -1,29 +1,71 @@
 #include "data/Place.h"
 
+#include "data/ConnectionText.h"
+
 #include <algorithm>
-#include <initializer_list>
 #include <map>
+#include <utility>
 
 namespace zv {
+namespace {
 
-String placeIn(StringView attributes)
+String taken(std::map<String, String>& values, const String& name)
 {
-    const std::initializer_list<StringView> besides = {u"espera",   u"servidores", u"pwd",
-                                                       u"password", u"uid",        u"user"};
-    std::map<String, String> found;
-    while (!attributes.empty()) {
-        const std::size_t end = std::min(attributes.find(u';'), attributes.size());
-        const StringView each = attributes.substr(0, end);
-        const std::size_t sign = std::min(each.find(u'='), each.size());
-        const String name = lowerName(Trim(each.substr(0, sign)));
-        if (!name.empty() && std::ranges::find(besides, StringView(name)) == besides.end())
-            found.try_emplace(name, Trim(each.substr(std::min(sign + 1, each.size()))));
-        attributes.remove_prefix(std::min(end + 1, attributes.size()));
+    const auto node = values.extract(name);
+    return node ? node.mapped() : String();
+}
+
+std::set<String> serversIn(StringView list, const String& port)
+{
+    std::set<String> servers;
+    while (!list.empty()) {
+        const std::size_t end = std::min(list.find(u','), list.size());
+        String each = lowerName(Trim(list.substr(0, end)));
+        const std::size_t colon = each.rfind(u':');
+        const bool hasPort =
+            colon != String::npos && (each.find(u':') == colon || (colon > 0 && each[colon - 1] == u']'));
+        servers.insert(hasPort ? each : each + u":" + port);
+        list.remove_prefix(std::min(end + 1, list.size()));
     }
-    String result;
-    for (const auto& [name, value] : found)
-        result.append(name).append(u"=").append(value).append(u";");
-    return result;
+    return servers;
+}
+
+} // namespace
+
+Place placeIn(StringView attributes)
+{
+    std::map<String, String> values = ConnectionText(attributes).values();
+    for (const StringView who : {u"espera", u"pwd", u"password", u"uid", u"user", u"username"})
+        values.erase(String(who));
+    const String list = taken(values, u"servidores");
+    const auto port = values.find(u"port");
+    const String schema = taken(values, u"esquema");
+    String base = taken(values, u"database");
+    const String other = taken(values, u"db");
+    if (base.empty())
+        base = other;
+    String rest;
+    for (const auto& [name, value] : values)
+        rest.append(name).append(u"=").append(value).append(u";");
+    const auto named = [&](const String& database, const String& school) {
+        return rest + u"database=" + database + u";esquema=" + school + u";";
+    };
+    Place place{{named(base, schema.empty() ? u"centro" : schema)},
+                serversIn(list, port == values.end() ? String() : port->second)};
+    if (schema.empty() && !base.empty())
+        place.names.push_back(named({}, base));
+    return place;
+}
+
+bool shareServer(const Place& one, const Place& other)
+{
+    return one.servers.empty() || other.servers.empty() ||
+           std::ranges::any_of(one.servers, [&](const String& each) { return other.servers.contains(each); });
+}
+
+bool isSame(const Place& one, const Place& other)
+{
+    return shareServer(one, other) && std::ranges::find_first_of(one.names, other.names) != one.names.end();
 }
 
 } // namespace zv

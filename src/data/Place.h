@@ -2,11 +2,27 @@
 
 #include "runtime/String.h"
 
+#include <set>
+#include <vector>
+
 namespace zv {
 
-/// The attributes of a connection string by which a school is where it is, in one order and in small names:
-/// who asks and for how long does not matter, nor which of the servers that hold it are listed. The same for
-/// two ways to write one place, as far as can be told without going there.
-String placeIn(StringView attributes);
+/// Where a connection string says that a school is, as far as can be told without going there.
+struct Place {
+    /// What tells it from others, in one order and in small names: who asks and for how long does not matter,
+    /// nor how it is spelt. Two where it depends on the server: of one that names a database and no schema,
+    /// that is the school (MariaDB) or holds it (PostgreSQL).
+    std::vector<String> names;
+    std::set<String> servers; ///< Those listed, in small letters, with their ports; empty without a list.
+};
+
+Place placeIn(StringView attributes);
+
+/// Whether they share a server, so that one may be added to a list and another taken from it; what has no
+/// list may be on any.
+bool shareServer(const Place& one, const Place& other);
+
+/// Whether both are one school's.
+bool isSame(const Place& one, const Place& other);
 
 } // namespace zv

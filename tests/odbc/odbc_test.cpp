@@ -1,10 +1,12 @@
 #include "data/odbc/OdbcEngine.h"
 
+#include "data/ConnectionText.h"
 #include "data/OneDatabase.h"
+#include "data/Place.h"
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
-#include "data/odbc/ConnectionText.h"
 #include "data/odbc/Failure.h"
+#include "data/odbc/Location.h"
 #include "data/odbc/Password.h"
 #include "data/odbc/Servers.h"
 
@@ -34,7 +36,7 @@ protected:
 
 TEST(ConnectionText, is_parted_as_the_driver_manager_parts_it)
 {
-    odbc::ConnectionText text(u" Driver={a;b}}c} ; UID = ana ;PWD={};x};;ESQUEMA=;dsn=d;DSN=e;suelto");
+    ConnectionText text(u" Driver={a;b}}c} ; UID = ana ;PWD={};x};;ESQUEMA=;dsn=d;DSN=e;suelto");
     EXPECT_EQ(text.find(u"driver"), u"a;b}c");
     EXPECT_EQ(text.find(u"uid"), u"ana");
     EXPECT_EQ(text.find(u"DSN"), u"d");
@@ -51,21 +53,48 @@ TEST(ConnectionText, that_would_have_no_effect_is_refused_and_no_secret_is_shown
         {u"DSN=d;SERVIDORES=a,b;ESQUEMA=x;ESPERA=9;UID=ana@b;ServerName=c;Service=e;Escape=f", ""},
         {u"DSN=d;SERVIDORES=SECRETO;SECRETO:3306", "algo sin «=» detrás de SERVIDORES"},
         {u"SECRETO", "algo sin «=» al principio"},
-        {u"PWD=SECRETO;DSN=d;pwd=SECRETO", "pwd dos veces"},
+        {u"PWD=SECRETO;DSN=d;pwd=SECRETO2", "pwd dos veces"},
         {u"DSN=d;SERVIDORS=ana:SECRETO@b", "escriba SERVIDORES"},
         {u"SERVIDORES={a:1,ana:SECRETO;SECRETO@b};DSN=d", "SERVIDORES=uno:3306"},
         {u"SERVIDORES=http://a", "Sin http://"},
+        {u"DSN=d;ESQUEMA={centro}_prueba", "llaves de ESQUEMA"},
+        {u"DSN=d;PWD={SECRETO;ESQUEMA=c", "llaves de PWD"},
+        {u"DSN=d;ESQUEMA= {c};PWD= {SECRETO;a}}} ;dsn=d", ""},
+        {u"DSN=d;SCHEMA=c", "escriba ESQUEMA"},
+        {u"DSN=d;DATABSE=c", "escriba DATABASE"},
+        {u"DSN=d;SERVIDORES=a;pqopt={connect_timeout=3 hostaddr=1.2.3.4}", "quite HOSTADDR"},
+        {u"DSN=d;SERVIDORES=a;HostAddr=1.2.3.4", "quite HOSTADDR"},
     };
     for (const auto& [words, fault] : cases)
         try {
-            const odbc::ConnectionText text(words);
+            const ConnectionText text(words);
             text.refuseMistakes();
             const odbc::Servers list(text);
             EXPECT_STREQ(fault, "");
         } catch (const RuntimeError& error) {
+            EXPECT_STRNE(fault, "") << error.what();
             EXPECT_THAT(toUtf8(error.description()), testing::HasSubstr(fault));
             EXPECT_THAT(toUtf8(error.description()), testing::Not(testing::HasSubstr("SECRETO")));
         }
+}
+
+TEST(Place, is_one_in_every_spelling_and_two_on_servers_of_their_own)
+{
+    const std::tuple<StringView, StringView, bool> cases[] = {
+        {u"DSN=d", u"dsn=d;ESQUEMA=;UID=ana;PWD={a;ESQUEMA=b}", true},
+        {u"DSN=d", u"ESQUEMA={centro};DSN=d", true},
+        {u"DSN=d;DATABASE=c2", u"DSN=d;db={c2}", true},
+        {u"DSN=d;DATABASE=c2", u"DSN=d;ESQUEMA=c2", true},
+        {u"DSN=d;DATABASE=c2", u"DSN=d;DATABASE=c2;ESQUEMA=centro", true},
+        {u"DSN=d;DATABASE=c2;ESQUEMA=c", u"DSN=d;DATABASE=c3;ESQUEMA=c", false},
+        {u"DSN=d;DATABASE=c2", u"DSN=d", false},
+        {u"DSN=d;SERVIDORES=uno,dos:1", u"DSN=d;SERVIDORES=DOS:1, tres", true},
+        {u"DSN=d;SERVIDORES=uno;PORT=5", u"DSN=d;SERVIDORES=uno:5;PORT=5", true},
+        {u"DSN=d;SERVIDORES=uno,dos:1", u"DSN=d;SERVIDORES=dos:2,tres", false},
+        {u"DSN=d;SERVIDORES=uno", u"DSN=d", true},
+    };
+    for (const auto& [one, other, same] : cases)
+        EXPECT_EQ(isSame(placeIn(one), placeIn(other)), same) << toUtf8(one) << "\n" << toUtf8(other);
 }
 
 TEST(Password, comes_from_outside_where_the_text_has_none)
@@ -94,8 +123,8 @@ TEST(Password, comes_from_outside_where_the_text_has_none)
 
 TEST(Servers, are_tried_as_written_after_the_one_that_served_last)
 {
-    odbc::Servers servers(odbc::ConnectionText(u"DSN=d;SERVIDORES= uno:1, [::1]:2 ,/tres"));
-    EXPECT_FALSE(odbc::Servers(odbc::ConnectionText(u"DSN=d")).isList());
+    odbc::Servers servers(ConnectionText(u"DSN=d;SERVIDORES= uno:1, [::1]:2 ,/tres"));
+    EXPECT_FALSE(odbc::Servers(ConnectionText(u"DSN=d")).isList());
     String tried;
     const auto find = [&](StringView serving) {
         tried.clear();
@@ -120,14 +149,14 @@ TEST(Servers, are_tried_as_written_after_the_one_that_served_last)
         EXPECT_EQ(toUtf8(tried), toUtf8(order));
     }
     for (const auto& [cluster, timeline, latest] :
-         {std::tuple(u"a", 2, true), {u"a", 1, false}, {u"a", 3, true}, {u"b", 1, true}})
+         {std::tuple(u"a", 2, true), {u"a", 1, false}, {u"a", 3, true}, {u"b", 9, false}})
         EXPECT_EQ(servers.isLatest(cluster, timeline), latest);
     EXPECT_EQ(numberOf([&] { servers.find(u"", [](StringView) { fail(failure::locked); }); }),
               failure::locked)
         << "another server would say the same";
     for (const StringView wrong :
          {u"", u"uno,", u"uno:puerto", u":3306", u"uno:", u"uno:65536", u"uno:0", u"{a;b}", u"a b"})
-        EXPECT_NE(numberOf([&] { odbc::Servers(odbc::ConnectionText(u"SERVIDORES=" + String(wrong))); },
+        EXPECT_NE(numberOf([&] { odbc::Servers(ConnectionText(u"SERVIDORES=" + String(wrong))); },
                            u"SERVIDORES=uno:3306"),
                   0)
             << toUtf8(String(wrong));
@@ -153,6 +182,13 @@ TEST(OdbcFailure, engines_that_share_a_state_are_told_apart)
               failure::connectionLost);
     EXPECT_EQ(number("HY000", 1180, u"Got error 28 during COMMIT"), failure::otherData);
     EXPECT_EQ(number("23505", 0, u"", true), failure::connectionLost);
+    for (const auto& [state, words, lasting] :
+         {std::tuple("28000", u"Access denied", true),
+          {"08001", u"FATAL:  password authentication failed for user \"ana\"", true},
+          {"08001", u"FATAL:  la autentificación password falló para el usuario «ana»", true},
+          {"08001", u"FATAL:  the database system is starting up", false},
+          {"08001", u"Connection refused", false}})
+        EXPECT_EQ(odbc::isLasting(odbc::failureOf({state, 0, words}, false, u"")), lasting) << state;
 }
 
 TEST_F(Server, each_failure_has_its_number)

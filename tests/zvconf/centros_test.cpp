@@ -52,6 +52,10 @@ TEST_F(Centros, a_wrong_list_is_told_line_by_line)
         {"uno sqlite:\xff.db\n", "línea 1: no está en UTF-8"},
         {"u\0no"s, "línea 1: tiene caracteres"},
         {"a odbc:DSN=x;PWD=secreta\n", "la pueden leer otros"},
+        {"a odbc:DSN=x;CLAVE= {;secreta}\n", "la pueden leer otros"},
+        {"a odbc:DSN=x;SERVIDORES=uno\nb odbc:DSN=x;SERVIDORES=dos\nc odbc:DSN=x;SERVIDORES=Dos\n",
+         "zvconf: lista, línea 3: el centro"},
+        {all(27) + all(27), "\n(... y 7 más: "},
     };
     for (const auto& [text, words] : cases) {
         list(text);
@@ -99,6 +103,8 @@ TEST_F(Centros, those_that_fail_stop_no_other)
     EXPECT_EQ(run("centros copia lista --carpeta nohay"), 2) << "before anything is done";
     fs::copy(folder / "lista", folder / "lista.csv");
     EXPECT_EQ(run("centros comprobar lista.csv --informe ./lista.csv"), 2) << "the list is not written over";
+    EXPECT_EQ(run("centros copia lista --carpeta copias --frase lista.csv --informe ./lista.csv"), 2);
+    EXPECT_NE(err.find("encima de la frase"), std::string::npos) << err;
 
     for (const char* each : {"nula.db", "nula.borrado.db", "nula.entrada.db"})
         std::ofstream(folder / each).flush();
@@ -151,6 +157,17 @@ TEST_F(Centros, two_runs_at_once_get_on_over_a_list_that_is_read_once_and_a_repo
     // Three databases of each school, lista, de otro, copias, clave, both names of
     // a report and both outputs.
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 9 + 8);
+}
+
+TEST_F(Centros, whose_output_nobody_reads_writes_its_report)
+{
+    list(all(3));
+    const std::string line = "cd '" + folder.string() +
+                             "' && { '" ZVCONF
+                             "' centros crear lista --informe r.json 2>err; echo $? >code; } | true";
+    EXPECT_EQ(std::system(line.c_str()), 0);
+    EXPECT_EQ(contents(folder / "code"), "2\n") << contents(folder / "err");
+    EXPECT_EQ(count(contents(folder / "r.json"), R"("resultado":"bien")"), 3U);
 }
 
 TEST_F(Centros, one_that_dies_stops_no_other)

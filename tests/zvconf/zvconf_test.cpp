@@ -268,6 +268,8 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"crear --bd 'obdc:DSN=x;PWD=oculta;UID=y'", "«obdc:DSN=x;UID=y»"},
         {"crear --bd 'motor://ana:o:cu@lta@equipo/base'", "«motor://ana@equipo/base»"},
         {"crear --bd 'obdc:DSN=x;PWD\t=oculta'", "«obdc:DSN=x»"},
+        {"crear --bd 'obdc:DSN=x;PASWORD=oculta;UID=y;contraseña = {a;oculta}'", "«obdc:DSN=x;UID=y»"},
+        {"crear --bd 'obdc:DSN=x;clave={a}oculta;oculta'", "«obdc:DSN=x»"},
         {"crear 'odbc:DSN=x;Password = {a}};oculta}'", "«odbc:DSN=x» no es una opción"},
         {"crear --bd 'odbc:Driver=nadie;pwd={a}};oculta};UID=y'", "nombra un controlador"},
         {"comprobar --bd sqlite:nada.db", "«nada.db» no existe"},

@@ -262,12 +262,13 @@ String restoreCopy(const fs::path& file, StringView url)
 
 bool isOf(const fs::path& file, StringView url)
 {
-    // Servers may be added to a school's list, and nothing of it moves.
-    const auto place = [](const std::string& origin) {
-        const String text = fromUtf8(origin);
-        return text.starts_with(u"odbc:") ? placeIn(locationOf(text)) : text;
-    };
-    return place(manifestOf(file)["origen"]) == place(originOf(url));
+    constexpr StringView odbc = u"odbc:";
+    const String kept = fromUtf8(manifestOf(file)["origen"]);
+    const String asked = fromUtf8(originOf(url));
+    if (!sameName(StringView(kept).substr(0, odbc.size()), odbc) ||
+        !sameName(StringView(asked).substr(0, odbc.size()), odbc))
+        return kept == asked;
+    return isSame(placeIn(locationOf(kept)), placeIn(locationOf(asked)));
 }
 
 std::optional<std::string> keyIn(const fs::path& file, const std::string& passphrase)

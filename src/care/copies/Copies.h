@@ -34,7 +34,8 @@ CopyReport checkCopy(const std::filesystem::path& file);
 /// ("" if there was none). All or nothing, and nothing is changed before the copy has proved itself.
 String restoreCopy(const std::filesystem::path& file, StringView url);
 
-/// Whether a copy says that it is of the school at that place. Fails as manifestOf().
+/// Whether a copy says that it is of the school at that place, on one of its listed servers. Fails as
+/// manifestOf().
 bool isOf(const std::filesystem::path& file, StringView url);
 
 /// The key that the copy keeps; "" if it keeps none, nullopt for another passphrase.

@@ -5,6 +5,7 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 namespace zv::odbc {
@@ -23,9 +24,15 @@ String whyClosed(const DataError& failure)
     return u"no responde: compruebe el servidor, la base, el usuario y la contraseña";
 }
 
-bool isLacking(const DataError& failure)
+bool isLasting(const DataError& failure)
 {
-    return failure.engineCode().starts_with("IM") || failure.engineCode().starts_with("01000");
+    if (std::ranges::any_of(std::array{"IM", "01000", "28"},
+                            [&](const char* each) { return failure.engineCode().starts_with(each); }))
+        return true;
+    // PostgreSQL's driver has one state for all, and the server its language.
+    const String words = lowerName(failure.engineText());
+    return std::ranges::any_of(std::array{u"password", u"contraseña", u"autenti", u"authenti", u"pg_hba"},
+                               [&](StringView each) { return words.find(each) != String::npos; });
 }
 
 namespace {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "data/ConnectionText.h"
 #include "data/DataError.h"
 #include "data/Engine.h"
-#include "data/odbc/ConnectionText.h"
 #include "data/odbc/Server.h"
 
 #include <chrono>
@@ -14,8 +14,9 @@ namespace zv::odbc {
 /// Advice for a refused connection, by SQLSTATE: the driver manager's own ones are for what this machine
 /// lacks.
 String whyClosed(const DataError& failure);
-/// Whether this machine lacks the data source or the driver, so that no waiting helps.
-bool isLacking(const DataError& failure);
+/// Whether no waiting helps: this machine lacks the data source or the driver, or the server lets this person
+/// in with another password at most.
+bool isLasting(const DataError& failure);
 /// Sets the database of `which`, on servers without schemas.
 void nameDatabase(ConnectionText& text, Placing placing, Database which);
 /// Adds those of the options that the text lacks.

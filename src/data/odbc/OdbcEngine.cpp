@@ -315,8 +315,8 @@ private:
             return servers_[called] = result;
         } catch (const DataError& failure) {
             const String words = whyClosed(failure) + u" (" + failure.engineText() + u").";
-            if (isLacking(failure))
-                throw LackingHere(failure::connectionLost, u"«" + text.shown() + u"» " + words);
+            if (isLasting(failure))
+                throw LastingFailure(failure::connectionLost, u"«" + text.shown() + u"» " + words);
             failFor(text, words, failure::connectionLost);
         }
     }

@@ -12,9 +12,9 @@ namespace {
 
 [[noreturn]] void failFile(const std::filesystem::path& file, StringView trouble)
 {
-    throw RuntimeError(failure::connectionLost, u"El fichero de la contraseña, «" + file.u16string() +
-                                                    u"», que nombra ZV_CONTRASENA_FICHERO, " +
-                                                    String(trouble));
+    throw LastingFailure(failure::connectionLost, u"El fichero de la contraseña, «" + file.u16string() +
+                                                      u"», que nombra ZV_CONTRASENA_FICHERO, " +
+                                                      String(trouble));
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <array>
 
 namespace zv::odbc {
 namespace {
@@ -22,7 +23,15 @@ bool isPort(StringView text)
 bool isHost(StringView text)
 {
     return !text.empty() && text.find(u'@') == StringView::npos &&
-           (text.starts_with(u'/') || text.find_first_of(u"/\\;={}()?# \"'") == StringView::npos);
+           (text.starts_with(u'/') || text.find_first_of(u"/\\;={}()[]?# \"'") == StringView::npos);
+}
+
+/// Whether the driver's own options lead past the list.
+bool leadsElsewhere(StringView options)
+{
+    const String words = u" " + lowerName(options);
+    return std::ranges::any_of(std::array{u" host", u" port", u" service"},
+                               [&](StringView each) { return words.find(each) != String::npos; });
 }
 
 [[noreturn]] void failForOtherWay(StringView words)
@@ -42,6 +51,10 @@ Servers::Servers(const ConnectionText& location)
     const std::optional<String> list = location.find(u"SERVIDORES");
     if (!list)
         return;
+    if (location.find(u"HOSTADDR") || leadsElsewhere(location.find(u"PQOPT").value_or(u"")))
+        failFor(location,
+                u"dice otra vez adónde ir, y la lista SERVIDORES no serviría de nada: quite HOSTADDR, "
+                u"y de PQOPT hostaddr, host, port y service.");
     for (std::size_t from = 0; from <= list->size();) {
         const std::size_t end = std::min(list->find(u',', from), list->size());
         const String each = Trim(list->substr(from, end - from));
@@ -102,7 +115,7 @@ void Servers::find(StringView connectionText, const std::function<void(StringVie
 bool Servers::isLatest(StringView cluster, Long timeline)
 {
     const std::lock_guard lock(seen_);
-    if (cluster_ == cluster && timeline < timeline_)
+    if (!cluster_.empty() && (cluster_ != cluster || timeline < timeline_))
         return false;
     cluster_ = cluster;
     timeline_ = timeline;
@@ -132,8 +145,9 @@ void Servers::requireServing(const std::shared_ptr<Link>& link)
         StatementRows(link, kind.nodeSettings);
     if (!kind.lineage.empty() && !isLatest(link, kind.lineage))
         failForNoChanges(kind.lineage,
-                         u"era el principal antes de que se promoviera otro; quien administra "
-                         u"ha de pararlo. Si es el bueno, cierre el programa y ábralo otra vez");
+                         u"no es de la instalación que servía, o era el principal antes de que se promoviera "
+                         u"otro; quien administra ha de pararlo, o quitarlo de la lista. Si es el bueno, "
+                         u"cierre el programa y ábralo otra vez");
 }
 
 /// True where the engine does not tell: one that only speaks like it, or keeps no log of its own.

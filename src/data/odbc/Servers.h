@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/odbc/ConnectionText.h"
+#include "data/ConnectionText.h"
 #include "data/odbc/Link.h"
 
 #include <atomic>
@@ -24,8 +24,8 @@ public:
     /// node that has lost the majority, a primary of old. Makes the link one of a cluster, where it is. Fails
     /// with another number if the link is not to where the list says.
     void requireServing(const std::shared_ptr<Link>& link);
-    /// Of two primaries that were one, the one promoted later is right: whether none was seen, of the same
-    /// cluster, with a higher timeline.
+    /// Of two primaries that were one, the one promoted later is right, and one that never was the same holds
+    /// another's data: whether none was seen of another cluster, or with a higher timeline.
     bool isLatest(StringView cluster, Long timeline);
     /// Failover: calls `attempt` with a driver's connection string for each server until one does not fail
     /// with connectionLost, which is the first the next time. The others follow as they are written, so that

@@ -1,4 +1,4 @@
-#include "data/odbc/ConnectionText.h"
+#include "data/ConnectionText.h"
 
 #include "data/Engine.h"
 #include "runtime/Convert.h"
@@ -7,7 +7,7 @@
 #include <iterator>
 #include <numeric>
 
-namespace zv::odbc {
+namespace zv {
 namespace {
 
 String trimmed(StringView text)
@@ -19,9 +19,11 @@ String trimmed(StringView text)
     return String(text);
 }
 
-/// Parses and consumes the value at the beginning of the text.
-String takeValue(StringView& text)
+/// Parses and consumes the value at the beginning of the text. `isWhole` becomes false where its braces are
+/// not closed, or something stands behind them.
+String takeValue(StringView& text, bool& isWhole)
 {
+    text.remove_prefix(std::min(text.find_first_not_of(u' '), text.size()));
     if (!text.starts_with(u'{')) {
         const std::size_t end = std::min(text.find(u';'), text.size());
         String value = trimmed(text.substr(0, end));
@@ -37,8 +39,11 @@ String takeValue(StringView& text)
             ++place;
         value += text[place];
     }
+    isWhole = place < text.size();
     text.remove_prefix(std::min(place + 1, text.size()));
-    text.remove_prefix(std::min(text.find(u';'), text.size()));
+    const std::size_t end = std::min(text.find(u';'), text.size());
+    isWhole = isWhole && trimmed(text.substr(0, end)).empty();
+    text.remove_prefix(end);
     return value;
 }
 
@@ -64,11 +69,13 @@ std::size_t edits(StringView from, StringView to)
     return above.back();
 }
 
-/// Our own attribute that is meant by a name of none; empty where it is a driver's.
+/// Attribute that says which school and where, meant by a name of none; empty where it is a driver's.
 StringView meant(StringView name)
 {
     constexpr std::size_t slips = 2;
-    for (const StringView own : {u"SERVIDORES", u"ESQUEMA", u"ESPERA"})
+    if (sameName(name, u"SCHEMA"))
+        return u"ESQUEMA";
+    for (const StringView own : {u"SERVIDORES", u"ESQUEMA", u"ESPERA", u"DATABASE"})
         if (const std::size_t found = edits(lowerName(name), lowerName(own)); found > 0 && found <= slips)
             return own;
     return {};
@@ -88,13 +95,14 @@ ConnectionText::ConnectionText(StringView text)
         String name = trimmed(text.substr(0, sign));
         text.remove_prefix(std::min(sign, text.size()));
         String value;
+        bool isWhole = true;
         const bool hasSign = text.starts_with(u'=');
         if (hasSign) {
             text.remove_prefix(1);
-            value = takeValue(text);
+            value = takeValue(text, isWhole);
         }
         if (!name.empty())
-            attributes_.push_back({std::move(name), std::move(value), hasSign});
+            attributes_.push_back({std::move(name), std::move(value), hasSign, isWhole});
         if (!text.empty())
             text.remove_prefix(1);
     }
@@ -110,7 +118,12 @@ void ConnectionText::refuseMistakes() const
                                                                u": los servidores de SERVIDORES se separan "
                                                                u"con comas, y un valor que lleve «;» va "
                                                                u"entre llaves."));
-        if (std::any_of(attributes_.begin(), each, called(each->name)))
+        if (!each->isWhole)
+            failFor(*this,
+                    u"no cierra las llaves de " + each->name +
+                        u", o tiene algo detrás de ellas: {…} encierran el valor entero, y una «}» suya "
+                        u"se escribe dos veces.");
+        if (find(each->name) != each->value)
             failFor(*this, u"dice " + each->name + u" dos veces: deje una.");
         if (const StringView own = meant(each->name); !own.empty())
             failFor(*this, u"dice " + each->name + u", que no es nada: escriba " + String(own) + u".");
@@ -123,13 +136,24 @@ std::optional<String> ConnectionText::find(StringView name) const
     return found == attributes_.end() ? std::nullopt : std::optional(found->value);
 }
 
+std::map<String, String> ConnectionText::values() const
+{
+    std::map<String, String> result;
+    for (const Attribute& each : attributes_)
+        result.try_emplace(lowerName(each.name), each.value);
+    return result;
+}
+
 void ConnectionText::set(StringView name, String value)
 {
     const auto found = std::ranges::find_if(attributes_, called(name));
-    if (found == attributes_.end())
+    if (found == attributes_.end()) {
         attributes_.push_back({String(name), std::move(value)});
-    else
-        found->value = std::move(value);
+        return;
+    }
+    found->value = std::move(value);
+    // Drivers differ in which of two counts.
+    attributes_.erase(std::remove_if(std::next(found), attributes_.end(), called(name)), attributes_.end());
 }
 
 std::optional<String> ConnectionText::take(StringView name)
@@ -165,4 +189,4 @@ void failFor(const ConnectionText& text, StringView words, std::int32_t number)
     throw RuntimeError(number, u"«" + text.shown() + u"» " + String(words));
 }
 
-} // namespace zv::odbc
+} // namespace zv

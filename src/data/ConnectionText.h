@@ -3,10 +3,11 @@
 #include "data/DataError.h"
 #include "runtime/String.h"
 
+#include <map>
 #include <optional>
 #include <vector>
 
-namespace zv::odbc {
+namespace zv {
 
 /// Parsed ODBC connection string, the part of a URL behind "odbc:": attributes "NAME=value" separated by ";",
 /// a value with special characters in braces ("{a;b}", a closing brace doubled). Names match without regard
@@ -15,11 +16,13 @@ class ConnectionText {
 public:
     explicit ConnectionText(StringView text);
 
-    /// Fails on what would have no effect, or another than is meant: an attribute that is given twice or
-    /// lacks its "=", and one whose name is almost one of our own.
+    /// Fails on what would have no effect, or another than is meant: an attribute that has two values or
+    /// lacks its "=", a value that its braces do not end, and a name that is almost one of ours.
     void refuseMistakes() const;
     std::optional<String> find(StringView name) const;
-    /// Replaces the attribute's value, or adds it at the end.
+    /// All, by their names in small letters.
+    std::map<String, String> values() const;
+    /// Replaces the attribute's value, also where it was given twice, or adds it at the end.
     void set(StringView name, String value);
     /// Removes the attribute and returns its value.
     std::optional<String> take(StringView name);
@@ -34,6 +37,7 @@ private:
         String name;
         String value;
         bool hasSign = true;
+        bool isWhole = true; ///< Its braces end it.
     };
     static String text(const std::vector<Attribute>& attributes);
 
@@ -44,4 +48,4 @@ private:
 [[noreturn]] void failFor(const ConnectionText& text, StringView words,
                           std::int32_t number = failure::otherData);
 
-} // namespace zv::odbc
+} // namespace zv
