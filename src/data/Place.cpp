@@ -24,7 +24,9 @@ std::set<String> serversIn(StringView list, const String& port)
         const std::size_t colon = each.rfind(u':');
         const bool hasPort =
             colon != String::npos && (each.find(u':') == colon || (colon > 0 && each[colon - 1] == u']'));
-        servers.insert(hasPort ? each : each + u":" + port);
+        if (!hasPort)
+            each.append(u":").append(port);
+        servers.insert(std::move(each));
         list.remove_prefix(std::min(end + 1, list.size()));
     }
     return servers;
