@@ -43,12 +43,9 @@ ListDialog::ListDialog(QWidget* parent, const QString& title, std::span<const Li
             if (each->isDefault())
                 each->click();
     });
-    connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) { model_.search(words); });
-    connect(&model_, &QAbstractItemModel::layoutChanged, this, [this] { choose(0); });
-    connect(&model_, &QAbstractItemModel::modelReset, this, [this] {
-        choose(place_);
-        if (table_.shares())
-            table_.share();
+    connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) {
+        model_.search(words);
+        choose(0);
     });
 }
 
@@ -92,8 +89,10 @@ ListDialog::Rows ListDialog::selection() const
 
 void ListDialog::reload(int row)
 {
-    place_ = row;
     model_.show(columns_, read_());
+    choose(row);
+    if (table_.shares())
+        table_.share();
 }
 
 void ListDialog::choose(int row)

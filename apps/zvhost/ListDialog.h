@@ -9,6 +9,8 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
+#include <limits>
+
 namespace zv::host {
 
 /// Dialog with a list, a search above it, and commands on the selected rows.
@@ -39,8 +41,8 @@ private:
 
     std::span<const ListColumn> columns_;
     std::function<std::vector<Row>()> read_;
-    RowsModel model_;
-    int place_ = 0; ///< Of the row to select when they have been read.
+    RowsModel model_{
+        std::numeric_limits<int>::max()}; ///< Never a moment behind `read`, which the keys count in.
     QVBoxLayout layout_;
     QLineEdit search_;
     ListTable table_;

@@ -5,15 +5,17 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace zv::host {
 namespace {
 
-/// Selected rows that stay so when the list is arranged anew, unless all of them are.
-constexpr int mostKept = 5000;
+/// Selected rows that stay so when others are shown; all of a list stay so while it has no more and no fewer.
+constexpr std::size_t mostKept = 5000;
 
 /// What counts as missing in a kind of report, by its name, which stands in bold.
 QString definitionOf(const QString& report)
@@ -39,8 +41,8 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
     search_.setPlaceholderText(QStringLiteral("Buscar en la lista (Ctrl+F)"));
     search_.setAccessibleName(QStringLiteral("Buscar en la lista"));
     search_.installEventFilter(this);
-    // Before the table's own, which keeps an index for each selected row.
-    connect(&model_, &QAbstractItemModel::layoutAboutToBeChanged, this, [this] { forgetManySelected(); });
+    // Before the table's own, which forgets the selection.
+    connect(&model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] { keepSelection(); });
     table_.setObjectName(QStringLiteral("lista"));
     table_.setModel(&model_);
     table_.setSortingEnabled(true);
@@ -64,18 +66,19 @@ ListPage::ListPage(Calls calls) : calls_(std::move(calls))
         tellCount();
         calls_.selected();
     });
-    connect(&model_, &QAbstractItemModel::modelAboutToBeReset, this, [this] { keepSelection(); });
     connect(&model_, &QAbstractItemModel::modelReset, this, [this] { settle(); });
-    connect(&model_, &QAbstractItemModel::layoutChanged, this, [this] { rearranged(); });
     connect(&table_, &QTableView::doubleClicked, this, [this] { calls_.opened(); });
     connect(&table_, &QWidget::customContextMenuRequested, this,
             [this](const QPoint& at) { calls_.menu(table_.viewport()->mapToGlobal(at)); });
     connect(table_.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-        first_ = false;
-        awaited_.reset();
+        if (settling_)
+            return;
+        chosenByPerson();
         tellDefinition();
         calls_.selected();
     });
+    // What is selected already tells nothing when it is chosen.
+    connect(&table_, &QTableView::pressed, this, [this] { chosenByPerson(); });
     // After the table's own, which sorts.
     connect(table_.horizontalHeader(), &QHeaderView::sortIndicatorChanged, this, [this] {
         tellCount();
@@ -139,6 +142,8 @@ void ListPage::show(const Node& node, RowLetters rows, const ListLook& look)
     model_.mark({});
     // Many rows come a moment later: until then nobody takes one of the list before for theirs.
     model_.show(RowLetters(node.columns), Wish());
+    partial_ = true;
+    first_ = true;
     const int column = std::clamp(look.column, 0, std::max(0, static_cast<int>(node.columns.size()) - 1));
     model_.show(std::move(rows), {.column = column,
                                   .descending = look.descending,
@@ -154,6 +159,7 @@ void ListPage::show(const Node& node, RowLetters rows, const ListLook& look)
         table_.setWidths(look.widths);
     else
         table_.share();
+    table_.scrollToTop();
     tellCount();
     tellDefinition();
     calls_.selected();
@@ -207,9 +213,15 @@ ListLook ListPage::look() const
 void ListPage::forgetReading()
 {
     reading_ = Reading::done;
-    partial_ = false;
-    refreshing_.reset();
-    refreshed_ = {};
+    expected_.reset();
+    awaited_.reset();
+    swap_ = Swap::none;
+    gone_ = false;
+}
+
+void ListPage::chosenByPerson()
+{
+    first_ = false;
     awaited_.reset();
 }
 
@@ -218,109 +230,165 @@ void ListPage::setReading(Reading reading)
     reading_ = reading;
     if (reading == Reading::goesOn)
         partial_ = true;
-    if (reading == Reading::done && !refreshing_)
+    if (isWhole() && swap_ == Swap::none)
         partial_ = false;
-    if (awaited_ && !model_.isBusy())
+    if (awaited_)
         select(*awaited_);
     tellCount();
     calls_.selected();
 }
 
-void ListPage::refresh(RowLetters rows, Added added, std::function<void()> then)
+void ListPage::expect(Added added, std::function<void(Long)> then)
 {
-    refreshing_ = added;
-    refreshed_ = std::move(then);
+    // A reading that this one cuts short had something to show, too.
+    if (expected_ && expected_->added == Added::shows) {
+        added = Added::shows;
+        if (!then)
+            then = std::move(expected_->then);
+    }
+    expected_ = Expected{added, std::move(then), selectedKeys()};
+}
+
+void ListPage::forgetExpected()
+{
+    expected_.reset();
+    setReading(partial_ ? Reading::failed : Reading::done);
+}
+
+void ListPage::refresh(RowLetters rows, bool whole)
+{
+    swap_ = whole ? Swap::whole : Swap::part;
     model_.show(std::move(rows));
     tellCount();
 }
 
+void ListPage::hide(std::span<const Long> keys)
+{
+    gone_ = true;
+    model_.hide(keys);
+}
+
 void ListPage::keepSelection()
 {
-    before_ = {};
-    if (!refreshing_)
-        return;
-    if (!partial_)
-        before_ = {.keys = model_.rows().sortedKeys(), .whole = true};
-    if (const std::vector<int> places = selectedPlaces(); !places.empty())
-        before_.selected = model_.keyAt(places.front());
-    before_.place = table_.currentIndex().row();
+    kept_ = {.selected = selectedKeys(), .place = table_.currentIndex().row(), .count = model_.rowCount()};
+    if (kept_.place >= 0)
+        kept_.current = model_.keyAt(kept_.place);
+    const QItemSelection ranges = table_.selectionModel()->selection();
+    kept_.all = ranges.size() == 1 && ranges.front().height() == kept_.count && kept_.count > 1;
+    if (swap_ == Swap::whole && !partial_)
+        kept_.list = model_.rows().sortedKeys();
 }
 
 void ListPage::settle()
 {
-    if (!refreshing_) {
-        chooseFirst();
-        return;
+    std::optional<Long> added;
+    Expected expected;
+    const bool anew = swap_ != Swap::none;
+    {
+        const QScopedValueRollback settling(settling_, true);
+        // Where the person has scrolled to, the list stays.
+        table_.setAutoScroll(false);
+        if (anew) {
+            expected = std::exchange(expected_, std::nullopt).value_or(Expected());
+            added = settleAnew(expected);
+        }
+        restoreSelection(anew);
+        table_.setAutoScroll(true);
     }
-    const std::optional<Long> awaited = awaited_;
-    restoreSelection();
-    if (awaited)
-        select(*awaited);
-    partial_ = false;
-    refreshing_.reset();
-    before_ = {};
+    kept_ = {};
+    if (isWhole())
+        partial_ = false;
+    if (anew)
+        table_.scrollTo(table_.currentIndex());
     if (table_.shares())
         table_.share();
     tellCount();
+    tellDefinition();
     calls_.selected();
-    if (const auto then = std::exchange(refreshed_, {}))
-        then();
+    if (awaited_ && awaited_ == added)
+        search_.clear();
+    if (added && expected.then)
+        expected.then(*added);
 }
 
-void ListPage::restoreSelection()
+std::optional<Long> ListPage::settleAnew(const Expected& expected)
 {
+    const bool compared = swap_ == Swap::whole && !partial_;
+    partial_ = swap_ == Swap::part;
+    swap_ = Swap::none;
     std::vector<Long> added;
-    if (before_.whole)
-        std::ranges::set_difference(model_.rows().sortedKeys(), before_.keys, std::back_inserter(added));
-    if (!added.empty()) {
-        if (*refreshing_ == Added::shows && model_.rowOf(added.front()) < 0)
-            search_.clear();
-        select(added.front());
-    } else if (before_.selected && model_.rows().rowOf(*before_.selected) >= 0)
-        select(*before_.selected);
-    else if (model_.rowCount() != 0)
-        table_.choose(std::clamp(before_.place, 0, model_.rowCount() - 1));
+    if (compared)
+        std::ranges::set_difference(model_.rows().sortedKeys(), kept_.list, std::back_inserter(added));
+    if (added.empty())
+        return std::nullopt;
+    const bool isSeen = expected.added == Added::shows || model_.rowOf(added.front()) >= 0;
+    if (isSeen && !awaited_ && expected.selected == kept_.selected)
+        awaited_ = added.front();
+    return added.front();
 }
 
-/// Rows that stood together are scattered then; the table would take seconds to find a million of them again.
-void ListPage::forgetManySelected()
+void ListPage::restoreSelection(bool anew)
 {
-    int rows = 0;
-    for (const QItemSelectionRange& each : table_.selectionModel()->selection())
-        rows += each.height();
-    if (rows > mostKept && rows < model_.rowCount())
-        table_.clearSelection();
-}
-
-void ListPage::rearranged()
-{
-    if (awaited_)
+    const bool next = std::exchange(gone_, false) || anew;
+    if (awaited_ && model_.rowOf(*awaited_) >= 0)
         select(*awaited_);
     else if (first_)
         chooseFirst();
-    else if (!hasSelection() && table_.currentIndex().isValid())
-        table_.choose(table_.currentIndex().row());
-    tellCount();
-    calls_.selected();
+    else if (kept_.all && kept_.count == model_.rowCount())
+        table_.selectAll();
+    else if (!selectKeys(kept_.selected) && next && model_.rowCount() != 0)
+        table_.choose(std::clamp(kept_.place, 0, model_.rowCount() - 1));
+}
+
+bool ListPage::selectKeys(const std::vector<Long>& keys)
+{
+    QItemSelection found;
+    QModelIndex current;
+    if (keys.size() == 1) {
+        if (const int row = model_.rowOf(keys.front()); row >= 0)
+            table_.choose(row);
+        return table_.selectionModel()->hasSelection();
+    }
+    const std::unordered_set<Long> sought(keys.begin(), keys.end());
+    const int last = model_.columnCount() - 1;
+    for (int row = 0; !sought.empty() && row < model_.rowCount(); ++row)
+        if (const Long key = model_.keyAt(row); sought.contains(key)) {
+            found.select(model_.index(row, 0), model_.index(row, last));
+            if (!current.isValid() || key == kept_.current)
+                current = model_.index(row, 0);
+        }
+    table_.selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    table_.selectionModel()->select(found, QItemSelectionModel::ClearAndSelect);
+    return !found.isEmpty();
 }
 
 void ListPage::chooseFirst()
 {
-    if (model_.rowCount() == 0)
-        return;
-    table_.choose(0);
+    const QScopedValueRollback settling(settling_, true);
+    if (model_.rowCount() != 0)
+        table_.choose(0);
     first_ = true;
 }
 
 void ListPage::select(Long key)
 {
-    awaited_.reset();
+    chosenByPerson();
     const int row = model_.rowOf(key);
     if (row >= 0) {
         table_.choose(row);
         table_.scrollTo(model_.index(row, 0));
     } else if (!isWhole())
         awaited_ = key;
+}
+
+std::vector<Long> ListPage::selectedKeys() const
+{
+    std::vector<int> places = selectedPlaces();
+    if (places.size() > mostKept)
+        places = {std::max(0, table_.currentIndex().row())};
+    std::vector<Long> keys;
+    std::ranges::transform(places, std::back_inserter(keys), [&](int place) { return model_.keyAt(place); });
+    return keys;
 }
 
 void ListPage::enter()
@@ -330,8 +398,11 @@ void ListPage::enter()
         return;
     }
     // Fallback selection: a search may have hidden the selected row.
-    if (!hasSelection())
+    if (!hasSelection()) {
         chooseFirst();
+        tellDefinition();
+        calls_.selected();
+    }
     table_.setFocus(Qt::OtherFocusReason);
 }
 
@@ -405,6 +476,7 @@ bool ListPage::eventFilter(QObject* watched, QEvent* event)
             return false;
         return true;
     }
+    chosenByPerson();
     if (enters && selected()) {
         calls_.opened();
         return true;

@@ -47,15 +47,24 @@ public:
         failed
     };
     void setReading(Reading reading);
+    /// Whether of the list that is shown rows are missing.
+    bool isPartial() const { return partial_; }
     /// Whether all rows are there, as they were asked for last.
     bool isWhole() const { return reading_ == Reading::done && !model_.isBusy(); }
     /// Shows a group of nodes: there is nothing to do on it but to choose a list.
     void showGroup(const QString& name);
     ListLook look() const;
     enum class Added { may, shows };
-    /// Refreshes the rows of the same node. The selection stays where it was, or goes to the row that is new;
-    /// Added::shows: a search that hides that row is cleared. `then` is called when they are shown.
-    void refresh(RowLetters rows, Added added, std::function<void()> then = {});
+    /// Announces that the rows of the same node are being read anew. The selection will stay where it is, or
+    /// go to the row that is new, unless the person chooses another meanwhile; Added::shows: a search that
+    /// hides that row is cleared. `then` is called with its key when it is shown, and not if none is new.
+    void expect(Added added, std::function<void(Long added)> then = {});
+    /// Shows them, in the place of what is there; `whole`: they are all.
+    void refresh(RowLetters rows, bool whole);
+    /// They could not be read.
+    void forgetExpected();
+    /// Takes away rows that are deleted, before the list is read anew.
+    void hide(std::span<const Long> keys);
     /// Marks rows that somebody has open.
     void mark(std::map<Long, QString> held) { model_.mark(std::move(held)); }
     const std::map<Long, QString>& marked() const { return model_.marked(); }
@@ -90,34 +99,48 @@ private:
     QString nameAt(int row) const;
     void tellCount();
     void chooseFirst();
+    void chosenByPerson();
     /// Nothing of the list that was shown is waited for any more.
     void forgetReading();
-    /// Notes what is selected, before the rows are read anew.
+    /// Keys of the selected rows, from the top; of very many the current one.
+    std::vector<Long> selectedKeys() const;
+    /// Notes what is selected, before other rows are shown.
     void keepSelection();
-    /// Selects what is to be in rows that have come in the place of others.
+    /// Selects what is to be among the rows that are shown now.
     void settle();
-    void restoreSelection();
-    void forgetManySelected();
-    /// Follows rows that came or changed their order.
-    void rearranged();
 
-    /// The list before it was read anew.
-    struct Before {
-        std::vector<Long> keys = {}; ///< Sorted.
-        bool whole = false;
-        std::optional<Long> selected = {};
-        int place = 0;
+    /// What was shown before.
+    struct Kept {
+        std::vector<Long> list = {}; ///< Keys of all its rows, sorted; of one that is to be compared.
+        std::vector<Long> selected = {};
+        std::optional<Long> current = {};
+        int place = 0; ///< Of the current row.
+        int count = 0;
+        bool all = false; ///< All rows are selected.
     };
+    /// A list that is read anew.
+    struct Expected {
+        Added added = Added::may;
+        std::function<void(Long)> then = {};
+        std::vector<Long> selected = {}; ///< When it began.
+    };
+    /// Of a list read anew: the row that is new. It is awaited, unless the person has chosen another.
+    std::optional<Long> settleAnew(const Expected& expected);
+    void restoreSelection(bool anew);
+    /// False if none of them is shown.
+    bool selectKeys(const std::vector<Long>& keys);
 
     Calls calls_;
     RowsModel model_;
     Reading reading_ = Reading::done;
-    std::optional<Added> refreshing_;
-    std::function<void()> refreshed_;
-    Before before_;
-    std::optional<Long> awaited_; ///< Key of a row to select when it is shown.
-    bool partial_ = false;        ///< Of the list that is shown rows are missing.
-    bool first_ = false;          ///< The first row is selected, and nobody has chosen it.
+    std::optional<Expected> expected_;
+    Kept kept_;
+    std::optional<Long> awaited_;                             ///< Key of a row to select when it is shown.
+    enum class Swap { none, part, whole } swap_ = Swap::none; ///< Rows that were read anew are to be shown.
+    bool partial_ = false;
+    bool first_ = false;    ///< The first row is selected, and nobody has chosen it.
+    bool gone_ = false;     ///< The selected row is deleted: the next one takes its place.
+    bool settling_ = false; ///< Nobody chooses: the page does.
     QLabel title_;
     QLabel explanation_;
     QLineEdit search_;

@@ -114,15 +114,12 @@ void MainWindow::closeEvent(QCloseEvent* event)
 
 void MainWindow::openDialog(const Node& node, Byte action, Long row, bool branches)
 {
-    const std::optional<Long> before = page_.selected();
     tried(this, QStringLiteral("La ventana no se ha podido abrir."),
           [&] { host_->open(node, action, row, branches); });
-    const bool creates = action == cConstCol::NUEVO;
-    readAgain(creates ? ListPage::Added::shows : ListPage::Added::may, [this, creates, before] {
-        if (const std::optional<Long> added = page_.selected();
-            creates && node_->hasList() && added && added != before)
-            tellAlike(*added);
-    });
+    if (action == cConstCol::NUEVO && node_->hasList())
+        readAgain(ListPage::Added::shows, [this](Long added) { tellAlike(added); });
+    else
+        readAgain(action == cConstCol::NUEVO ? ListPage::Added::shows : ListPage::Added::may);
     notice_.forget(Notice::Drafts::gone);
     tellClosed();
     activateWindow();
@@ -175,8 +172,14 @@ void MainWindow::newRow(Long kind) { openDialog(cConstCol::NUEVO, kind); }
 void MainWindow::changeRow(bool branches)
 {
     const std::vector<NamedRow> rows = page_.selection();
-    if (rows.size() == 1 && stillThere(rows.front()) && seesHeld(rows.front()))
-        openDialog(cConstCol::Modificado, rows.front().key, branches);
+    if (rows.size() == 1)
+        changeRow(rows.front(), branches);
+}
+
+void MainWindow::changeRow(const NamedRow& row, bool branches)
+{
+    if (stillThere(row) && seesHeld(row))
+        openDialog(cConstCol::Modificado, row.key, branches);
 }
 
 bool MainWindow::stillThere(const NamedRow& row)
@@ -249,7 +252,7 @@ void MainWindow::followHeld()
                        [this, free] {
                            go(*free.node);
                            page_.select(free.row.key);
-                           changeRow();
+                           changeRow(free.row);
                        });
         }
     } catch (const RuntimeError&) {

@@ -45,6 +45,7 @@ public:
     // Slots of the menus.
     void newRow(Long kind = 0);
     void changeRow(bool branches = false);
+    void changeRow(const NamedRow& row, bool branches = false);
     void deleteRows();
     void undo() { undo_.undo(); }
     void copyRows();
@@ -132,8 +133,8 @@ private:
     void tellAlike(Long key);
     void joinRows(const care::Pair& pair);
     void part(Long join);
-    /// `then` is called when the rows are shown.
-    void readAgain(ListPage::Added added, const std::function<void()>& then = {});
+    /// `then` is called with the row that is new, if there is one, when it is shown.
+    void readAgain(ListPage::Added added, const std::function<void(Long)>& then = {});
     void readParts();
     void readOn();
     void settleReading();
@@ -157,12 +158,11 @@ private:
     };
 
     /// List that is being read while the window goes on.
-    struct Reading {
+    struct ListReading {
         RowReader reader;
-        RowLetters rows;                      ///< What has been read.
-        Long atOnce;                          ///< Rows of the next part.
-        std::optional<ListPage::Added> again; ///< It comes in the place of the one that is shown.
-        std::function<void()> then;
+        RowLetters rows; ///< What has been read.
+        Long atOnce;     ///< Rows of the next part.
+        bool again;      ///< It comes in the place of the one that is shown.
     };
 
     std::unique_ptr<Host> host_;
@@ -181,7 +181,7 @@ private:
     std::map<std::pair<progress::Kind, Long>, Long> reportKeys_; ///< Their rows, by kind and pupil.
     std::vector<Section> sections_; ///< Those that are listed on the page of a report.
     QTimer watch_, readOn_;
-    std::optional<Reading> reading_;
+    std::optional<ListReading> reading_;
     QAction *new_ = nullptr, *ordering_ = nullptr, *change_ = nullptr, *delete_ = nullptr,
             *branches_ = nullptr, *undoIt_ = nullptr, *copy_ = nullptr, *copyCell_ = nullptr,
             *progress_ = nullptr, *print_ = nullptr, *refresh_ = nullptr, *csv_ = nullptr, *find_ = nullptr,

@@ -25,7 +25,7 @@ constexpr Long mostRows = 20000;
 /// Reads for some time, by parts that take a share of it.
 void MainWindow::readParts()
 {
-    Reading& reading = *reading_;
+    ListReading& reading = *reading_;
     const Clock::time_point end = Clock::now() + turn;
     for (Clock::time_point begun = Clock::now(); !reading.reader.isDone() && begun < end;) {
         reading.rows.add(reading.reader.next(reading.atOnce));
@@ -62,7 +62,7 @@ void MainWindow::chosen()
     const bool read = tried(this, QStringLiteral("La lista no se ha podido leer."), [&] {
         if (!node_->hasList())
             return rows.add(readRows());
-        reading_.emplace(Reading{RowReader(*host_, *node_), rows, fewestRows, {}, {}});
+        reading_.emplace(ListReading{RowReader(*host_, *node_), rows, fewestRows, false});
         readParts();
         rows = reading_->rows;
     });
@@ -84,22 +84,25 @@ std::vector<Row> MainWindow::readRows()
     return rowsOf(sections_);
 }
 
-void MainWindow::readAgain(ListPage::Added added, const std::function<void()>& then)
+void MainWindow::readAgain(ListPage::Added added, const std::function<void(Long)>& then)
 {
     if (!listed())
         return;
     reading_.reset();
+    page_.expect(added, then);
     const bool read = tried(this, QStringLiteral("La lista no se ha podido leer."), [&] {
         RowLetters rows(node_->columns);
         if (!node_->hasList()) {
             rows.add(readRows());
-            return page_.refresh(std::move(rows), added, then);
+            return page_.refresh(std::move(rows), true);
         }
-        reading_.emplace(Reading{RowReader(*host_, *node_), std::move(rows), fewestRows, added, then});
+        reading_.emplace(ListReading{RowReader(*host_, *node_), std::move(rows), fewestRows, true});
         readParts();
     });
-    if (!read)
+    if (!read) {
         reading_.reset();
+        page_.forgetExpected();
+    }
     if (reading_)
         settleReading();
     markHeld();
@@ -124,7 +127,8 @@ void MainWindow::readOn()
     }
 }
 
-/// Shows what has been read: more rows of a list that is new, and all at once of one that is there already.
+/// Shows what has been read: more rows of a list that is new, and all at once of one that is there already,
+/// or as soon as they are more than there are.
 void MainWindow::settleReading()
 {
     const bool done = reading_->reader.isDone();
@@ -133,13 +137,17 @@ void MainWindow::settleReading()
         if (done || reading_->rows.size() > page_.readRows() * 3 / 2)
             page_.grow(reading_->rows);
     } else if (done)
-        page_.refresh(reading_->rows, *reading_->again, reading_->then);
+        page_.refresh(reading_->rows, true);
+    else if (page_.isPartial() && reading_->rows.size() > page_.readRows()) {
+        page_.refresh(reading_->rows, false);
+        reading_->again = false;
+    }
     page_.setReading(done              ? ListPage::Reading::done
                      : reading_->again ? ListPage::Reading::again
                                        : ListPage::Reading::goesOn);
     if (done)
         reading_.reset();
-    else if (!readOn_.isActive())
+    else
         readOn_.start(0);
 }
 

@@ -12,6 +12,8 @@
 #include <QSaveFile>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace zv::host {
 namespace {
 
@@ -34,6 +36,9 @@ void MainWindow::deleteRows()
     std::optional<NamedRow> replaced;
     tried(this, QStringLiteral("La fila no se ha podido eliminar."),
           [&] { replaced = removeRows(this, *host_, *node_, rows, Asks::yes, removed); });
+    std::vector<Long> gone;
+    std::ranges::transform(removed, std::back_inserter(gone), &NamedRow::key);
+    page_.hide(gone);
     refresh();
     if (replaced)
         replaceRow(*replaced);

@@ -51,14 +51,14 @@ public:
     }
 
     /// The rows from `known.size()` on, sorted into those that are.
-    Places sorted(Places known) const
+    RowNumbers sorted(RowNumbers known) const
     {
         if (column_ < 0) {
             known.resize(static_cast<std::size_t>(rows_.size()));
             std::iota(known.begin(), known.end(), 0);
             return known;
         }
-        std::vector<Places> runs;
+        std::vector<RowNumbers> runs;
         const auto all = static_cast<std::size_t>(rows_.size());
         for (std::size_t begin = known.size(); begin < all; begin += batch)
             runs.push_back(run(begin, std::min(all, begin + batch)));
@@ -109,7 +109,7 @@ private:
         if (stop_)
             throw Stopped();
     }
-    Places run(std::size_t begin, std::size_t end) const
+    RowNumbers run(std::size_t begin, std::size_t end) const
     {
         std::vector<Key> keys;
         keys.reserve(end - begin);
@@ -119,37 +119,37 @@ private:
             keys.push_back(keyOf(static_cast<int>(row)));
         }
         std::ranges::sort(keys, std::less());
-        Places places;
-        places.reserve(keys.size());
-        std::ranges::transform(keys, std::back_inserter(places), &Key::row);
-        return places;
+        RowNumbers numbers;
+        numbers.reserve(keys.size());
+        std::ranges::transform(keys, std::back_inserter(numbers), &Key::row);
+        return numbers;
     }
-    Places merged(const Places& one, const Places& other) const
+    RowNumbers merged(const RowNumbers& one, const RowNumbers& other) const
     {
-        Places places;
-        places.reserve(one.size() + other.size());
+        RowNumbers numbers;
+        numbers.reserve(one.size() + other.size());
         auto a = one.begin();
         auto b = other.begin();
         std::optional<Key> first;
         std::optional<Key> second;
         while (a != one.end() && b != other.end()) {
-            if (places.size() % stretch == 0)
+            if (numbers.size() % stretch == 0)
                 look();
             if (!first)
                 first.emplace(keyOf(*a));
             if (!second)
                 second.emplace(keyOf(*b));
             if (*second < *first) {
-                places.push_back(*b++);
+                numbers.push_back(*b++);
                 second.reset();
             } else {
-                places.push_back(*a++);
+                numbers.push_back(*a++);
                 first.reset();
             }
         }
-        places.insert(places.end(), a, one.end());
-        places.insert(places.end(), b, other.end());
-        return places;
+        numbers.insert(numbers.end(), a, one.end());
+        numbers.insert(numbers.end(), b, other.end());
+        return numbers;
     }
 
     const RowLetters& rows_;
@@ -179,20 +179,20 @@ bool isWhole(QStringView progress)
 void find(const RowLetters& rows, Arrangement& result, const std::atomic<bool>& stop)
 {
     const Wish& wish = result.wish;
-    const bool all = wish.words.isEmpty() && wish.progress < 0;
+    const bool all = wish.words.isEmpty() && wish.progress < 0 && wish.gone.empty();
     result.found = rows.size();
     if (all && !wish.descending) {
         result.shown = result.sorted;
         return;
     }
-    auto shown = std::make_shared<Places>();
+    auto shown = std::make_shared<RowNumbers>();
     const int last = static_cast<int>(rows.columns().size()) - 1;
     result.found = 0;
     std::size_t seen = 0;
     for (const int row : *result.sorted) {
         if (seen++ % stretch == 0 && stop)
             throw Stopped();
-        if (!all && !isFound(rows, row, wish.words))
+        if (!all && (std::ranges::binary_search(wish.gone, row) || !isFound(rows, row, wish.words)))
             continue;
         ++result.found;
         const bool whole = wish.progress >= 0 && isWhole(rows.cell(row, wish.progress));
@@ -232,8 +232,8 @@ std::shared_ptr<const Arrangement> arranged(const RowLetters& rows, const Wish& 
         if (holds && before->sorted->size() == static_cast<std::size_t>(rows.size()))
             result->sorted = before->sorted;
         else
-            result->sorted = std::make_shared<Places>(
-                Sorter(rows, wish.column, stop).sorted(holds ? *before->sorted : Places()));
+            result->sorted = std::make_shared<RowNumbers>(
+                Sorter(rows, wish.column, stop).sorted(holds ? *before->sorted : RowNumbers()));
         find(rows, *result, stop);
     } catch (const Stopped&) {
         return nullptr;

@@ -22,22 +22,23 @@ inline QStringList searchWords(QStringView text)
 struct Wish {
     int column = -1; ///< By which they are sorted; -1: as they were read.
     bool descending = false;
-    QStringList words = {};  ///< As plainLetters(); a row is found if it holds each somewhere.
-    int progress = -1;       ///< Column whose rows that are not whole are counted; -1 for none.
+    QStringList words = {};     ///< As plainLetters(); a row is found if it holds each somewhere.
+    int progress = -1;          ///< Column whose rows that are not whole are counted; -1 for none.
+    std::vector<int> gone = {}; ///< Numbers of rows that are deleted since they were read, sorted.
     bool hidesWhole = false; ///< Hides rows that are whole there, and whose last column has nothing to tell.
 
     bool operator==(const Wish&) const = default;
 };
 
-using Places = std::vector<int>; ///< Rows by their numbers in RowLetters.
+using RowNumbers = std::vector<int>; ///< Rows as RowLetters counts them.
 
 /// A list as it was wished for.
 struct Arrangement {
     Wish wish;
-    std::shared_ptr<const Places> sorted; ///< All rows, the smallest first.
-    std::shared_ptr<const Places> shown;  ///< The rows to see, in their order.
-    int found = 0;                        ///< Rows that have the words.
-    int lacking = 0;                      ///< Those of them that are not whole.
+    std::shared_ptr<const RowNumbers> sorted; ///< All rows, the smallest first.
+    std::shared_ptr<const RowNumbers> shown;  ///< The rows to see, in their order.
+    int found = 0;                            ///< Rows that have the words.
+    int lacking = 0;                          ///< Those of them that are not whole.
 };
 
 /// Arranges rows: blank texts before numbers, numbers by size, then words by the alphabet, without regard to

@@ -11,8 +11,6 @@
 namespace zv::host {
 namespace {
 
-/// Up to so many rows are arranged in the window's thread: some milliseconds.
-constexpr int atOnce = 3000;
 /// Bytes that are written at once.
 constexpr qsizetype writtenAtOnce = 1 << 16;
 
@@ -63,7 +61,7 @@ QString ShownList::text(const std::vector<int>& places) const
     return lines;
 }
 
-RowsModel::RowsModel() : shown_{0, {}, arranged({}, {}, nullptr, stop_)} {}
+RowsModel::RowsModel(int atOnce) : atOnce_(atOnce), shown_{0, {}, arranged({}, {}, nullptr, stop_)} {}
 
 RowsModel::~RowsModel() { stop_ = true; }
 
@@ -71,6 +69,7 @@ void RowsModel::show(RowLetters rows, Wish wish)
 {
     ++list_;
     wish_ = std::move(wish);
+    wish_.gone.clear();
     rows_ = std::move(rows);
     arrange();
 }
@@ -85,6 +84,15 @@ void RowsModel::show(std::span<const ListColumn> columns, std::span<const Row> r
 void RowsModel::grow(RowLetters rows)
 {
     rows_ = std::move(rows);
+    arrange();
+}
+
+void RowsModel::hide(std::span<const Long> keys)
+{
+    for (const Long key : keys)
+        if (const int row = rows_.rowOf(key); row >= 0)
+            wish_.gone.push_back(row);
+    std::ranges::sort(wish_.gone);
     arrange();
 }
 
@@ -112,7 +120,7 @@ void RowsModel::sort(int column, Qt::SortOrder order)
 /// vain.
 void RowsModel::arrange()
 {
-    const bool few = rows_.size() <= atOnce;
+    const bool few = rows_.size() <= atOnce_;
     if (working_.valid()) {
         stop_ = few || work_.list != list_ || work_.wish.column != wish_.column;
         stale_ = true;
@@ -141,38 +149,17 @@ void RowsModel::take(int number)
     if (!working_.valid() || work_.number != number)
         return;
     Shown next = working_.get();
-    const bool again = stale_;
     if (next.arrangement != nullptr && next.list == list_)
         apply(std::move(next));
-    if (again && !working_.valid())
+    if (stale_ && !working_.valid())
         arrange();
 }
 
 void RowsModel::apply(Shown next)
 {
-    if (next.list != shown_.list) {
-        beginResetModel();
-        shown_ = std::move(next);
-        endResetModel();
-        return;
-    }
-    Q_EMIT layoutAboutToBeChanged();
-    const QModelIndexList before = persistentIndexList();
-    if (!before.isEmpty()) {
-        Places places(static_cast<std::size_t>(next.rows.size()), -1);
-        int place = 0;
-        for (const int row : *next.arrangement->shown)
-            places[static_cast<std::size_t>(row)] = place++;
-        QModelIndexList after;
-        for (const QModelIndex& each : before) {
-            const int now = places[static_cast<std::size_t>(placeAt(each.row()))];
-            after += now < 0 ? QModelIndex() : index(now, each.column());
-        }
-        shown_ = std::move(next);
-        changePersistentIndexList(before, after);
-    } else
-        shown_ = std::move(next);
-    Q_EMIT layoutChanged();
+    beginResetModel();
+    shown_ = std::move(next);
+    endResetModel();
 }
 
 std::pair<int, int> RowsModel::lacking() const
@@ -192,7 +179,7 @@ void RowsModel::mark(std::map<Long, QString> held)
 int RowsModel::rowOf(Long key) const
 {
     const int row = rows().rowOf(key);
-    const Places& shown = *shown_.arrangement->shown;
+    const RowNumbers& shown = *shown_.arrangement->shown;
     const auto found = std::ranges::find(shown, row);
     return found == shown.end() ? -1 : static_cast<int>(found - shown.begin());
 }
@@ -213,7 +200,7 @@ QVariant RowsModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid())
         return {};
-    const auto text = [&] { return rows().cell(placeAt(index.row()), index.column()).toString(); };
+    const auto text = [&] { return rows().cell(numberAt(index.row()), index.column()).toString(); };
     if (role == Qt::DisplayRole)
         return text();
     const auto held = held_.find(keyAt(index.row()));

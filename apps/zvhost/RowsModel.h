@@ -15,44 +15,48 @@ namespace zv::host {
 /// A list as it is shown at the moment, for threads that write it down.
 struct ShownList {
     RowLetters rows;
-    std::shared_ptr<const Places> order;
+    std::shared_ptr<const RowNumbers> order;
 
     /// Writes it for a spreadsheet: UTF-8 with its mark, semicolons, one heading row. False if the device
     /// took less.
     bool writeCsv(QIODevice& target) const;
-    /// The rows at those places as text, a line each, columns by tabs.
+    /// The rows at those places of it as text, a line each, columns by tabs.
     QString text(const std::vector<int>& places) const;
 };
 
 /// Table model of a list that may be long: what is to be sorted and searched in many rows is so in a thread,
-/// and shown when it is ready (layoutChanged), at once in few.
+/// and shown when it is ready, in few at once. What is shown changes by modelReset alone: whoever keeps a
+/// selection keeps it by keys.
 class RowsModel final : public QAbstractTableModel {
 public:
-    RowsModel();
+    /// Lists of up to `atOnce` rows are arranged in the window's thread; 3000 take some milliseconds.
+    explicit RowsModel(int atOnce = 3000);
     RowsModel(const RowsModel&) = delete;
     RowsModel& operator=(const RowsModel&) = delete;
     ~RowsModel() override;
 
-    /// Shows another list, or the same one read anew, in the place of what is there (modelReset).
+    /// Shows another list, or the same one read anew, in the place of what is there.
     void show(RowLetters rows, Wish wish);
     void show(RowLetters rows) { show(std::move(rows), wish_); }
     void show(std::span<const ListColumn> columns, std::span<const Row> rows);
     /// Shows the same list with more rows at its end.
     void grow(RowLetters rows);
+    /// Takes rows away before the list is read anew.
+    void hide(std::span<const Long> keys);
     /// Sets the filter: rows that hold every word somewhere.
     void search(const QString& words);
     /// Counts the rows that are not whole in that column, -1 for none, and hides the others if it `hides`.
     void follow(int progress, bool hides);
     void sort(int column, Qt::SortOrder order) override;
     /// Whether what was asked for last is still to be shown.
-    bool isBusy() const { return working_.valid(); }
+    bool isBusy() const { return working_.valid() || stale_; }
     /// Of the rows that the search finds, those that are not whole, and all.
     std::pair<int, int> lacking() const;
 
     /// Marks rows that somebody has open: key, and who has it.
     void mark(std::map<Long, QString> held);
     const std::map<Long, QString>& marked() const { return held_; }
-    Long keyAt(int row) const { return shown_.rows.keyAt(placeAt(row)); }
+    Long keyAt(int row) const { return shown_.rows.keyAt(numberAt(row)); }
     /// Where the row with that key is shown; -1 if it is not.
     int rowOf(Long key) const;
     /// The list, with the rows that the search hides.
@@ -72,11 +76,12 @@ private:
         std::shared_ptr<const Arrangement> arrangement;
     };
 
-    int placeAt(int row) const { return (*shown_.arrangement->shown)[static_cast<std::size_t>(row)]; }
+    int numberAt(int row) const { return (*shown_.arrangement->shown)[static_cast<std::size_t>(row)]; }
     void arrange();
     void take(int number);
     void apply(Shown next);
 
+    const int atOnce_;
     std::atomic<bool> stop_ = false;
     Shown shown_;
     std::map<Long, QString> held_;

@@ -92,4 +92,58 @@ TEST_F(LongList, says_that_it_was_cut_and_another_list_comes_at_once)
     awaitEnd("12000 filas");
 }
 
+TEST_F(LongList, never_takes_another_row_for_the_chosen_one)
+{
+    // Clicked while it is the first of those that have come.
+    list().sortByColumn(0, Qt::DescendingOrder);
+    const std::string clicked = cell(0);
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {},
+                      list().visualRect(list().model()->index(0, 0)).center());
+    awaitEnd("12000 filas");
+    EXPECT_EQ(chosen(), clicked);
+
+    // All that a search finds, and then there are more.
+    search("zona 7");
+    awaitEnd("3981 de 12000 filas");
+    key(Qt::Key_A, Qt::ControlModifier);
+    child<QLineEdit>("buscar").clear();
+    awaitEnd("12000 filas");
+    thenAnswer("", {Qt::Key_Escape});
+    key(Qt::Key_Delete);
+    EXPECT_THAT(asked, HasSubstr("¿Eliminar 3980 filas?")); // One of them is in use.
+
+    // Chosen while it is read anew; another station has made a row.
+    school.centro->Execute(u"INSERT INTO EstadoCivil VALUES (20000,'De otra')");
+    key(Qt::Key_F5);
+    window->choose(300);
+    awaitEnd("12001 filas");
+    EXPECT_EQ(chosen(), one(u"SELECT Descripcion FROM EstadoCivil WHERE IDEstadoCivil=300"));
+
+    // Deleted: the next one comes to its place at once, not when all has been read.
+    confirmDeletion();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list().model()->rowCount() == 12000; }));
+    thenAnswer("", {Qt::Key_Escape});
+    key(Qt::Key_Delete);
+    EXPECT_THAT(asked, HasSubstr("¿Eliminar «"));
+
+    // Asked for before it has come.
+    window->go(*nodeOf(u"frmPais"));
+    window->go(*nodeOf(u"frmEstadoCivil"));
+    window->choose(11500);
+    awaitEnd("12000 filas");
+    EXPECT_EQ(chosen(), one(u"SELECT Descripcion FROM EstadoCivil WHERE IDEstadoCivil=11500"));
+}
+
+TEST_F(LongList, comes_to_its_end_for_a_person_who_goes_on_working)
+{
+    const int before = list().model()->rowCount();
+    thenAnswer("", {Qt::Key_Escape});
+    key(Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return list().model()->rowCount() > before; }));
+    distant->away = true;
+    thenAnswer();
+    key(Qt::Key_F5);
+    EXPECT_THAT(count(), testing::EndsWith("pulse F5"));
+}
+
 } // namespace zv::host
