@@ -87,8 +87,8 @@ void tellOrAdd(const Lacks& lacks, const String& url, bool adds)
         if (lacks.registrations)
             printLine(
                 u"La tabla RegistroActivo no está todavía: la hace el primero que abre una fila. Si a los "
-                u"usuarios no se les deja crear tablas, hágala antes con --reparar (o docs/escala.md dice "
-                u"cómo): sin ella nadie puede cambiar ninguna fila.");
+                u"usuarios no se les deja crear tablas, hágala antes con --reparar (docs/escala.md dice cómo "
+                u"hacerla a mano): sin ella nadie puede cambiar ninguna fila.");
     }
     if (lacks.history)
         printLine(u"No lleva historial: lo activa «zvconf historial activar».");

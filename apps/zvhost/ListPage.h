@@ -39,7 +39,7 @@ public:
     void show(const Node& node, RowLetters rows, const ListLook& look);
     void grow(RowLetters rows) { model_.grow(std::move(rows)); }
     /// Rows that are there, the hidden ones too.
-    int readRows() const { return model_.rows().size(); }
+    int rowsThere() const { return model_.rows().size(); }
     enum class Reading {
         done,
         goesOn, ///< Rows are still to come.
@@ -57,14 +57,15 @@ public:
     enum class Added { may, shows };
     /// Announces that the rows of the same node are being read anew. The selection will stay where it is, or
     /// go to the row that is new, unless the person chooses another meanwhile; Added::shows: a search that
-    /// hides that row is cleared. `then` is called with its key when it is shown, and not if none is new.
+    /// hides that row is cleared. `then` is called with its key once the new list
+    /// stands there; not if none is new, nor if rows were missing before.
     void expect(Added added, std::function<void(Long added)> then = {});
     /// Shows them, in the place of what is there; `whole`: they are all.
     void refresh(RowLetters rows, bool whole);
     /// They could not be read.
     void forgetExpected();
     /// Takes away rows that are deleted, before the list is read anew.
-    void hide(std::span<const Long> keys);
+    void takeAway(std::span<const Long> keys);
     /// Marks rows that somebody has open.
     void mark(std::map<Long, QString> held) { model_.mark(std::move(held)); }
     const std::map<Long, QString>& marked() const { return model_.marked(); }
@@ -115,8 +116,10 @@ private:
         std::vector<Long> selected = {};
         std::optional<Long> current = {};
         int place = 0; ///< Of the current row.
+        int column = 0;
         int count = 0;
-        bool all = false; ///< All rows are selected.
+        QStringList words = {}; ///< Of the search.
+        bool all = false;       ///< All rows are selected, more than are kept by keys.
     };
     /// A list that is read anew.
     struct Expected {

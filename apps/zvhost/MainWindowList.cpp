@@ -22,7 +22,7 @@ constexpr Long mostRows = 20000;
 
 } // namespace
 
-/// Reads for some time, by parts that take a share of it.
+/// Reads for one turn, in parts sized to take a quarter to a half of it each.
 void MainWindow::readParts()
 {
     ListReading& reading = *reading_;
@@ -134,11 +134,12 @@ void MainWindow::settleReading()
     const bool done = reading_->reader.isDone();
     if (!reading_->again) {
         // Each time half as many again: to sort them in costs all of them.
-        if (done || reading_->rows.size() > page_.readRows() * 3 / 2)
+        const int there = page_.rowsThere();
+        if (reading_->rows.size() > (done ? there : there * 3 / 2))
             page_.grow(reading_->rows);
     } else if (done)
         page_.refresh(reading_->rows, true);
-    else if (page_.isPartial() && reading_->rows.size() > page_.readRows()) {
+    else if (page_.isPartial() && reading_->rows.size() > page_.rowsThere()) {
         page_.refresh(reading_->rows, false);
         reading_->again = false;
     }

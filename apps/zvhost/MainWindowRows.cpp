@@ -38,7 +38,8 @@ void MainWindow::deleteRows()
           [&] { replaced = removeRows(this, *host_, *node_, rows, Asks::yes, removed); });
     std::vector<Long> gone;
     std::ranges::transform(removed, std::back_inserter(gone), &NamedRow::key);
-    page_.hide(gone);
+    if (!gone.empty())
+        page_.takeAway(gone);
     refresh();
     if (replaced)
         replaceRow(*replaced);

@@ -26,8 +26,6 @@ struct Wish {
     int progress = -1;          ///< Column whose rows that are not whole are counted; -1 for none.
     std::vector<int> gone = {}; ///< Numbers of rows that are deleted since they were read, sorted.
     bool hidesWhole = false; ///< Hides rows that are whole there, and whose last column has nothing to tell.
-
-    bool operator==(const Wish&) const = default;
 };
 
 using RowNumbers = std::vector<int>; ///< Rows as RowLetters counts them.

@@ -24,8 +24,8 @@ struct ShownList {
     QString text(const std::vector<int>& places) const;
 };
 
-/// Table model of a list that may be long: what is to be sorted and searched in many rows is so in a thread,
-/// and shown when it is ready, in few at once. What is shown changes by modelReset alone: whoever keeps a
+/// Table model of a list that may be long: many rows are sorted and searched in a thread, and shown when that
+/// is done; few at once. What is shown changes by modelReset alone: whoever keeps a
 /// selection keeps it by keys.
 class RowsModel final : public QAbstractTableModel {
 public:
@@ -50,6 +50,8 @@ public:
     void sort(int column, Qt::SortOrder order) override;
     /// Whether what was asked for last is still to be shown.
     bool isBusy() const { return working_.valid() || stale_; }
+    /// The words of the search that is shown.
+    const QStringList& words() const { return shown_.arrangement->wish.words; }
     /// Of the rows that the search finds, those that are not whole, and all.
     std::pair<int, int> lacking() const;
 
@@ -95,7 +97,7 @@ private:
         Wish wish = {};
     } work_;
     bool stale_ = false;         ///< It is not all that is wished for.
-    std::future<Shown> working_; ///< The last to be destroyed: waits for the thread.
+    std::future<Shown> working_; ///< The first to be destroyed: waits for the thread.
 };
 
 } // namespace zv::host

@@ -96,7 +96,7 @@ inline constexpr const ExtraTable* extraTables[] = {&recycleBinNotes, &joinRecor
 
 /// DDL of an empty database: its tables, and the indexes for the dialogs' lookups.
 std::vector<String> definition(Database which, DdlStyle style);
-/// DDL of one of its tables, without indexes.
+/// DDL of one of its tables, without indexes and without what fills in automatic keys.
 String definition(const Table& table, DdlStyle style);
 
 struct Index {

@@ -42,7 +42,7 @@ const Spelling& spelling(DdlStyle style)
                                      .indexQuery =
                                          u"SELECT t.name, c.name FROM sqlite_schema t JOIN "
                                          u"pragma_index_list(t.name) i JOIN pragma_index_info(i.name) c "
-                                         u"WHERE t.type='table' AND c.seqno=0"};
+                                         u"WHERE t.type='table' AND c.seqno=0 AND c.name IS NOT NULL"};
     static constexpr Spelling postgresql{
         .text = u"TEXT",
         .decimal = u"DOUBLE PRECISION",
@@ -67,7 +67,8 @@ const Spelling& spelling(DdlStyle style)
         .boundedText = u"VARCHAR({})",
         .indexedPart = u"(100)",
         .indexQuery = u"SELECT table_name, column_name FROM information_schema.statistics "
-                      u"WHERE table_schema=DATABASE() AND seq_in_index=1",
+                      u"WHERE table_schema=DATABASE() AND seq_in_index=1 AND "
+                      u"column_name IS NOT NULL",
         .checksGeneratedKeys = false};
     switch (style) {
     case DdlStyle::postgresql:

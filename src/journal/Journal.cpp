@@ -28,13 +28,13 @@ std::size_t lengthAt(std::string_view bytes)
     return length;
 }
 
-/// Whether it begins as a journal, with another number of at most nine digits.
+/// Whether its first line, which is whole, is a journal's with another number of at most nine digits.
 bool isNewer(std::string_view bytes)
 {
     const std::string_view name = magic.substr(0, magic.size() - 2);
-    const std::string_view line = bytes.substr(0, bytes.substr(0, name.size() + 10).find('\n'));
-    return line.starts_with(name) && line.size() > name.size() &&
-           line.find_first_not_of("0123456789", name.size()) == std::string_view::npos;
+    const std::size_t end = bytes.substr(0, name.size() + 10).find('\n');
+    return bytes.starts_with(name) && end != std::string_view::npos && end > name.size() &&
+           bytes.substr(0, end).find_first_not_of("0123456789", name.size()) == std::string_view::npos;
 }
 
 } // namespace

@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Random temporary name in the same folder, as a hard link needs the same file system.
+/// Random temporary name in the same folder, as a name can only be given within a file system.
 fs::path nameBeside(const fs::path& file)
 {
     std::random_device chance;

@@ -66,7 +66,8 @@ TEST_F(Files, what_is_wrong_with_a_file_is_told)
     EXPECT_EQ(numberOf(create(u""), u"es una carpeta"), failure::otherData);
     EXPECT_EQ(numberOf([&] { engine->open(u"", Database::entrada); }, u"sqlite:FICHERO"), failure::otherData);
     EXPECT_EQ(numberOf(create(u"nada/x.db"), u"su carpeta no existe"), failure::otherData);
-    EXPECT_EQ(numberOf(create(u"x.db;Servidores=a,b"), u"sólo el nombre del fichero"), failure::otherData);
+    EXPECT_EQ(numberOf(create(u"x.db;Servidores=a,b;PWD=SECRETO"), u"Servidores=a,b» lleva SERVIDORES="),
+              failure::otherData);
     fs::create_symlink("nada.db", at(u"enlace.db"));
     EXPECT_EQ(numberOf(open(u"enlace.db"), u"es un enlace"), failure::otherData);
     EXPECT_EQ(numberOf(create(u"enlace.db"), u"es un enlace"), failure::otherData);

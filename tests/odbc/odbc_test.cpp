@@ -150,7 +150,7 @@ TEST(Servers, are_tried_as_written_after_the_one_that_served_last)
     }
     for (const auto& [cluster, timeline, latest] :
          {std::tuple(u"a", 2, true), {u"a", 1, false}, {u"a", 3, true}, {u"b", 9, false}})
-        EXPECT_EQ(servers.isLatest(cluster, timeline), latest);
+        EXPECT_EQ(servers.noteTimeline(cluster, timeline), latest);
     EXPECT_EQ(numberOf([&] { servers.find(u"", [](StringView) { fail(failure::locked); }); }),
               failure::locked)
         << "another server would say the same";

@@ -154,9 +154,13 @@ TEST_F(Centros, two_runs_at_once_get_on_over_a_list_that_is_read_once_and_a_repo
         EXPECT_FALSE(fs::is_symlink(folder / "r.json"));
         EXPECT_EQ(contents(folder / "de otro"), "intacto");
     }
-    // Three databases of each school, lista, de otro, copias, clave, both names of
-    // a report and both outputs.
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), fs::directory_iterator()), 9 + 8);
+    // Three databases of each school, lista, de otro, copias, clave, both names of a report and both outputs;
+    // the engine's own files, which it keeps where two programs close at once, are none of ours.
+    const auto ours = std::ranges::count_if(fs::directory_iterator(folder), [](const auto& each) {
+        const std::string name = each.path().string();
+        return !name.ends_with("-wal") && !name.ends_with("-shm");
+    });
+    EXPECT_EQ(ours, 9 + 8);
 }
 
 TEST_F(Centros, whose_output_nobody_reads_writes_its_report)
@@ -206,7 +210,8 @@ TEST_F(Centros, those_that_find_no_server_are_to_be_tried_again_if_nobody_ends_i
     list("lejos odbc:Driver=PostgreSQL Unicode;Servername=/nada;Database=x;UID=y\nno odbc:DSN=nohay\n");
     const std::string line = "cd '" + folder.string() +
                              "' && { '" ZVCONF "' centros comprobar lista >out 2>err & "
-                             "until grep -q 'otra vez' out; do sleep 0.01; done; kill -TERM $!; wait $!; }";
+                             "for each in $(seq 1500); do grep -q 'otra vez' out && break; sleep 0.01; done; "
+                             "kill -TERM $!; wait $!; }";
     EXPECT_EQ(WEXITSTATUS(std::system(line.c_str())), 1);
     EXPECT_NE(contents(folder / "out").find("su servidor: 1.\n"), std::string::npos)
         << "not without a source";

@@ -37,12 +37,11 @@ bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const
         return false;
     const std::shared_ptr<Link> second = another();
     const Long its = probe(second, kind).session;
-    if (its <= 0)
-        return false;
     std::random_device chance;
-    bool shared = its == found.session;
+    // Where the second has no answer, the first is asked alone.
+    bool shared = its > 0 && its == found.session;
     for (int time = 0; time < asked && !shared; ++time) {
-        const bool first = chance() % 2 == 0;
+        const bool first = its <= 0 || chance() % 2 == 0;
         // A probe that failed without losing its link has seen nothing.
         const Long now = probe(first ? link : second, kind).session;
         shared = now > 0 && now != (first ? found.session : its);

@@ -25,8 +25,10 @@ struct Server {
     StringView patience = {};            ///< Pattern of the statement that sets the timeout, in seconds.
     StringView readOnlySettings = {};    ///< Statements run in addition for a read-only link.
     StringView session = {}; ///< Columns: the server's process of a link, the port of the link's other side.
-    StringView serving = {}; ///< Query of a list: takes changes, node of a cluster, reached by its list.
-    StringView lineage = {}; ///< Query of a list: which copies of one, and how often one was promoted.
+    StringView serving =
+        {}; ///< Query, asked in a list: takes changes; is a node of a cluster; was reached by network.
+    StringView lineage =
+        {}; ///< Query, asked in a list: what copies of one server share; its timeline, of promotions.
     StringView nodeSettings = {};  ///< Statement run on each link to a node of a cluster.
     StringView driverOptions = {}; ///< Defaults for attributes missing in the connection string.
 };

@@ -112,7 +112,7 @@ void Servers::find(StringView connectionText, const std::function<void(StringVie
                     u"no sirve ninguno de los servidores: " + words, u"");
 }
 
-bool Servers::isLatest(StringView cluster, Long timeline)
+bool Servers::noteTimeline(StringView cluster, Long timeline)
 {
     const std::lock_guard lock(seen_);
     if (!cluster_.empty() && (cluster_ != cluster || timeline < timeline_))
@@ -143,7 +143,7 @@ void Servers::requireServing(const std::shared_ptr<Link>& link)
     }
     if (isNode)
         StatementRows(link, kind.nodeSettings);
-    if (!kind.lineage.empty() && !isLatest(link, kind.lineage))
+    if (!kind.lineage.empty() && !noteTimeline(link, kind.lineage))
         failForNoChanges(kind.lineage,
                          u"no es de la instalación que servía, o era el principal antes de que se promoviera "
                          u"otro; quien administra ha de pararlo, o quitarlo de la lista. Si es el bueno, "
@@ -151,11 +151,11 @@ void Servers::requireServing(const std::shared_ptr<Link>& link)
 }
 
 /// True where the engine does not tell: one that only speaks like it, or keeps no log of its own.
-bool Servers::isLatest(const std::shared_ptr<Link>& link, StringView lineage)
+bool Servers::noteTimeline(const std::shared_ptr<Link>& link, StringView lineage)
 {
     try {
         const StatementRows answer(link, lineage);
-        return isLatest(CStr(answer.value(0)), CLng(answer.value(1)));
+        return noteTimeline(CStr(answer.value(0)), CLng(answer.value(1)));
     } catch (const DataError&) {
         if (link->isLost())
             throw;

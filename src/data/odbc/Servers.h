@@ -26,7 +26,7 @@ public:
     void requireServing(const std::shared_ptr<Link>& link);
     /// Of two primaries that were one, the one promoted later is right, and one that never was the same holds
     /// another's data: whether none was seen of another cluster, or with a higher timeline.
-    bool isLatest(StringView cluster, Long timeline);
+    bool noteTimeline(StringView cluster, Long timeline);
     /// Failover: calls `attempt` with a driver's connection string for each server until one does not fail
     /// with connectionLost, which is the first the next time. The others follow as they are written, so that
     /// the stations of a school meet at the same one, and where an administrator wants them. If all fail,
@@ -34,7 +34,7 @@ public:
     void find(StringView connectionText, const std::function<void(StringView)>& attempt);
 
 private:
-    bool isLatest(const std::shared_ptr<Link>& link, StringView lineage);
+    bool noteTimeline(const std::shared_ptr<Link>& link, StringView lineage);
 
     struct Place {
         String host;

@@ -1,5 +1,7 @@
 #include "data/sqlite/File.h"
 
+#include "data/Engine.h"
+
 #include <fstream>
 
 namespace zv::sqlite {
@@ -40,8 +42,9 @@ void checkPlace(const std::filesystem::path& file, bool create)
     const String name = lowerName(file.u16string());
     for (const StringView ofServers : {u"SERVIDORES", u"ESQUEMA", u"ESPERA"})
         if (!exists && name.find(u";" + lowerName(ofServers) + u"=") != String::npos)
-            failFor(file, u"lleva " + String(ofServers) +
-                              u"=, que es para servidores (odbc:): escriba sólo el nombre del fichero.");
+            failFor(withoutPassword(file.u16string()),
+                    u"lleva " + String(ofServers) +
+                        u"=, que es para servidores (odbc:): escriba sólo el nombre del fichero.");
     if (!exists && std::filesystem::is_symlink(std::filesystem::symlink_status(file, ignored)))
         failFor(file, u"es un enlace a un fichero que no existe: corrija el enlace, o elija otro nombre.");
     if (!create && exists && !std::filesystem::is_regular_file(file, ignored))
