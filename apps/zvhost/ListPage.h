@@ -141,8 +141,8 @@ private:
     std::optional<Long> awaited_;                             ///< Key of a row to select when it is shown.
     enum class Swap { none, part, whole } swap_ = Swap::none; ///< Rows that were read anew are to be shown.
     bool partial_ = false;
-    bool first_ = false;    ///< The first row is selected, and nobody has chosen it.
-    bool gone_ = false;     ///< The selected row is deleted: the next one takes its place.
+    bool first_ = false; ///< The first row is selected, and nobody has chosen it: it changes while rows come.
+    bool gone_ = false;  ///< The selected row is deleted: the next one takes its place.
     bool settling_ = false; ///< Nobody chooses: the page does.
     QLabel title_;
     QLabel explanation_;

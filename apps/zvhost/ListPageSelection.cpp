@@ -83,7 +83,7 @@ void ListPage::restoreSelection(bool anew)
     const bool next = std::exchange(gone_, false) || anew;
     if (awaited_ && model_.rowOf(*awaited_) >= 0)
         select(*awaited_);
-    else if (first_)
+    else if (first_ && partial_)
         chooseFirst();
     else if (kept_.all && kept_.count == model_.rowCount() && kept_.words == model_.words()) {
         const int current = kept_.current ? model_.rowOf(*kept_.current) : 0;

@@ -85,6 +85,19 @@ TEST_F(ListTest, what_was_deleted_is_told_and_comes_back)
     EXPECT_EQ(chosen(), "Zona gama");
 }
 
+TEST_F(ListTest, a_row_that_nobody_but_the_window_chose_stays_chosen_under_its_new_name)
+{
+    window->go(*nodeOf(u"frmPais"));
+    window->go(*nodeOf(u"frmEstadoCivil"));
+    ASSERT_EQ(list().currentIndex().row(), 0);
+    thenAnswer("Zzz");
+    action("modificar").trigger();
+    EXPECT_EQ(chosen(), "Zzz");
+    list().sortByColumn(0, Qt::DescendingOrder);
+    list().sortByColumn(0, Qt::AscendingOrder);
+    EXPECT_EQ(chosen(), "Zzz");
+}
+
 TEST_F(ListTest, window_and_questions_stay_within_the_screen)
 {
     const QSize room = window->screen()->availableSize();
