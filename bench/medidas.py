@@ -25,17 +25,46 @@ def number(value, digits=None):
     return f"{value:,.{digits}f}".replace(",", " ").replace(".", ",")
 
 
+def table(heads, rows):
+    lines = ["| " + " | ".join(heads) + " |", "|---|" + "---:|" * (len(heads) - 1)]
+    return "\n".join(lines + ["| " + " | ".join(row) + " |" for row in rows])
+
+
+def out(*command):
+    try:
+        return subprocess.run(command, check=True, capture_output=True, text=True, cwd=ROOT).stdout.strip()
+    except (OSError, subprocess.CalledProcessError):
+        return "(no se sabe)"
+
+
+def told_by(path, word, mark=":"):
+    """What a file of the system says behind that word."""
+    return next((line.split(mark)[1].strip().strip('"') for line in open(path) if line.startswith(word)), "(no se sabe)")
+
+
+def memory():
+    return f"{number(int(told_by('/proc/meminfo', 'MemTotal').split()[0]) / 2**20, 1)} GB"
+
+
+def system():
+    return told_by("/etc/os-release", "PRETTY_NAME", "=")
+
+
+def state():
+    """Of the sources."""
+    changed = " con cambios sin confirmar" if out("git", "status", "--porcelain", "-uno") else ""
+    return out("git", "rev-parse", "--short", "HEAD") + changed
+
+
 @contextlib.contextmanager
-def server():
-    """A PostgreSQL of our own: the file of its data source, and its socket."""
+def server(kind="postgres"):
+    """A server of our own: the file of its data source, and the folder of its socket."""
     with tempfile.TemporaryDirectory() as room:
         place = Path(room) / "servidor"
-        script = ROOT / "tests/servidor/postgres"
+        script = ROOT / "tests/servidor" / kind
         subprocess.run([script, "arrancar", place], check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         try:
-            data_sources = place / "odbc.ini"
-            folder = re.search(r"^Servername=(.*)$", data_sources.read_text(), re.MULTILINE)[1]
-            yield str(data_sources), f"{folder}/.s.PGSQL.5432"
+            yield place / "odbc.ini", Path((place / "place").read_text().strip())
         finally:
             subprocess.run([script, "parar", place], check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
@@ -49,9 +78,9 @@ class Measures:
             for name in ("fila", "sucursales", "informes", "historial", "datos", "papel", "rejilla", "lista", "arranque",
                          "biblioteca", "escala"):
                 self.take(programs, name, FEWER.get(name, []))
-            with server() as (data_sources, socket):
-                self.take(programs, "red", ["zv_prueba", socket], ODBCINI=data_sources)
-                self.take(programs, "lista", ["odbc:DSN=zv_prueba"], "lista_servidor", ODBCINI=data_sources)
+            with server() as (data_sources, folder):
+                self.take(programs, "red", ["zv_prueba", folder / ".s.PGSQL.5432"], ODBCINI=str(data_sources))
+                self.take(programs, "lista", ["odbc:DSN=zv_prueba"], "lista_servidor", ODBCINI=str(data_sources))
 
     def take(self, programs, name, arguments, known=None, **env):
         """Runs one of the programs; its measures are known under another name, if there is one."""

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdlib>
 
 namespace zv {
@@ -22,6 +23,15 @@ inline int times(const char* variable, int otherwise)
 {
     const char* given = std::getenv(variable);
     return given != nullptr ? std::atoi(given) : otherwise;
+}
+
+/// How often a test kills what it started.
+inline int deaths(int usual, int night) { return times("ZV_MUERTES", times(usual, night)); }
+
+/// Of what a test does by chance, and so of the moments at which it kills; another seed, other moments.
+inline std::uint32_t seedOr(std::uint32_t usual)
+{
+    return static_cast<std::uint32_t>(times("ZV_SEMILLA", static_cast<int>(usual)));
 }
 
 } // namespace zv

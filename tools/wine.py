@@ -177,17 +177,21 @@ def prefix():
 BUILT = ("build windows64", lambda: build("windows64"))
 
 
+def missing(programs=()):
+    """What is needed, those programs too, and is not there even when it was asked for."""
+    subprocess.run([ROOT / "tools/dependencies", "windows"], stdout=subprocess.DEVNULL, check=False)
+    return [what for what, is_there in {
+        "el compilador x86_64-w64-mingw32-g++-posix": shutil.which("x86_64-w64-mingw32-g++-posix"), "Wine": WINE,
+        "build/fuentes": (ROOT / "build/fuentes/node_modules").exists(),
+        **{program: shutil.which(program) for program in programs}}.items() if not is_there]
+
+
 def main(folder, untried, try_all, programs=(), built=BUILT):
     """The whole of a tool, whose exit status it is: looks that there is what is needed, those programs too, begins the
     folder anew, builds, and tries. Where something is missing it is told what goes untried."""
     global room
-    subprocess.run([ROOT / "tools/dependencies", "windows"], stdout=subprocess.DEVNULL, check=False)
-    missing = [what for what, is_there in {
-        "el compilador x86_64-w64-mingw32-g++-posix": shutil.which("x86_64-w64-mingw32-g++-posix"), "Wine": WINE,
-        "build/fuentes": (ROOT / "build/fuentes/node_modules").exists(),
-        **{program: shutil.which(program) for program in programs}}.items() if not is_there]
-    if missing:
-        print(f"No hay {' ni '.join(missing)}: {untried} no se prueba nada.")
+    if lacking := missing(programs):
+        print(f"No hay {' ni '.join(lacking)}: {untried} no se prueba nada.")
         return 3
     room = folder
     shutil.rmtree(room, ignore_errors=True)

@@ -73,11 +73,13 @@ protected:
                 return std::filesystem::file_size(each, gone) > 0 && !gone;
             });
         };
-        while (!isTyping() && waitpid(monkey, nullptr, WNOHANG) == 0)
+        int status = 0;
+        while (!isTyping() && waitpid(monkey, &status, WNOHANG) == 0)
             usleep(100);
         usleep(static_cast<useconds_t>(microseconds % 3000));
         kill(monkey, SIGKILL);
-        waitpid(monkey, nullptr, 0);
+        waitpid(monkey, &status, 0);
+        EXPECT_EQ(status, SIGKILL) << "it was to be killed while it acted";
         return commandsOf(file);
     }
 
@@ -174,8 +176,8 @@ protected:
 
 TEST_F(Kills, what_was_typed_is_there_again)
 {
-    std::mt19937 chance(static_cast<unsigned>(times("ZV_SEMILLA", 1)));
-    const int kills = times("ZV_MUERTES", brief(12, 4));
+    std::mt19937 chance(seedOr(1));
+    const int kills = deaths(brief(12, 4), 12);
     const char* only = std::getenv("ZV_VENTANA");
     const std::vector<String> names =
         only != nullptr ? std::vector<String>{fromUtf8(only)} : dialogs().names();

@@ -183,7 +183,7 @@ protected:
 
     std::optional<FreshSchool> fresh;
     std::vector<Long> present; ///< Pupils of the section at hand.
-    std::mt19937 chance{static_cast<unsigned>(times("ZV_SEMILLA", 1))};
+    std::mt19937 chance{seedOr(1)};
     std::vector<String> forms;
     std::vector<std::string> opening;
 };

@@ -15,6 +15,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -31,6 +32,13 @@ inline std::vector<std::string> regions()
 {
     const char* kind = std::getenv("ZV_REGION");
     return kind ? std::vector<std::string>{kind} : std::vector<std::string>{};
+}
+
+/// Whether a process was killed, by its status; it may have been done before that, and nothing else.
+inline bool wasKilled(int status)
+{
+    EXPECT_TRUE(status == 0 || status == SIGKILL) << status;
+    return status == SIGKILL;
 }
 
 /// A connection whose statements are seen before ("va") and, unless they fail, after they ran ("hecho").

@@ -121,9 +121,9 @@ TEST_P(Stations, one_killed_while_it_saves_leaves_what_had_returned_and_no_more)
     create();
     School shadow = temporarySchool(u"sqlite:");
     fillSampleSchool(shadow);
-    std::mt19937 chance(7);
+    std::mt19937 chance(seedOr(7));
     int held = 0, within = 0;
-    const int kills = times(10, 100);
+    const int kills = deaths(10, 100);
     for (int kill = 0; kill < kills; ++kill) {
         const Process station = start([&](int out) {
             played(saves(1000 + 8 * kill), [&](const std::string& what, StringView statement) {

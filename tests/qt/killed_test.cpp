@@ -2,6 +2,7 @@
 #include "qt/Hand.h"
 
 #include <fstream>
+#include <iostream>
 #include <random>
 #include <sstream>
 
@@ -93,9 +94,9 @@ TEST_F(Killed, DISABLED_child)
 
 TEST_F(Killed, what_was_typed_is_typed_in_again_but_for_the_act_in_flight)
 {
-    std::mt19937 chance(20240912);
-    const int deaths = times("ZV_MUERTES", 12);
-    for (int death = 0; death < deaths; ++death) {
+    std::mt19937 chance(seedOr(20240912));
+    const int kills = deaths(12, 12);
+    for (int death = 0; death < kills; ++death) {
         const std::size_t which = static_cast<std::size_t>(death) % std::size(openings);
         const Opened& what = openings[which];
         const auto seed = static_cast<std::uint32_t>(chance());
@@ -126,6 +127,7 @@ TEST_F(Killed, what_was_typed_is_typed_in_again_but_for_the_act_in_flight)
         EXPECT_TRUE(std::ranges::find(expected, recovered) != expected.end())
             << differing(expected.front(), recovered);
     }
+    std::cout << kills << " killed\n";
 }
 
 } // namespace zv::test
