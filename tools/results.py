@@ -70,6 +70,16 @@ class Section:
         self.begun, self.state, self.load = datetime.now(), state(), os.getloadavg()[0]
         self.rows, self.findings, self.notes = [], [], []
 
+    def kept(self):
+        """What a run that goes on with it wants to know."""
+        return {"begun": self.begun.isoformat(), "state": self.state, "load": self.load, "findings": self.findings}
+
+    def go_on(self, kept):
+        self.begun, self.load, self.findings = datetime.fromisoformat(kept["begun"]), kept["load"], kept["findings"]
+        if self.state != kept["state"]:
+            self.state = f"{kept['state']} y después {self.state}"
+        self.notes.append("Se hizo en varias veces.")
+
     def tell(self, rows=None, result=None):
         self.rows = self.rows if rows is None else rows
         count = len(self.findings)

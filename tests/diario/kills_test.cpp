@@ -79,7 +79,9 @@ protected:
         usleep(static_cast<useconds_t>(microseconds % 3000));
         kill(monkey, SIGKILL);
         waitpid(monkey, &status, 0);
-        EXPECT_EQ(status, SIGKILL) << "it was to be killed while it acted";
+        // Where nothing is typed it may have been done before.
+        EXPECT_TRUE(status == SIGKILL || status == 0) << status;
+        killed += status == SIGKILL ? 1 : 0;
         return commandsOf(file);
     }
 
@@ -169,6 +171,7 @@ protected:
     }
 
     std::set<String> untouched;
+    int killed = 0;
     std::size_t left = 0;
     std::string said;
     std::set<String> recovered;
@@ -207,7 +210,7 @@ TEST_F(Kills, what_was_typed_is_there_again)
             // A branch's acts are in its bank's draft.
             EXPECT_TRUE(kills < 500 || onlyChooses(name) || name == u"frmSucursal") << toUtf8(name);
         }
-    std::cout << kills << " killed, " << withDraft << " with a draft, in " << recovered.size()
+    std::cout << killed << " killed, " << withDraft << " with a draft, in " << recovered.size()
               << " dialogs; without a place: " << left << "\n";
 }
 
