@@ -22,9 +22,8 @@ constexpr ListColumn columns[] = {{u"Página"}, {u"Texto"}};
 constexpr int wordsSought = 6;
 /// Words that people type around what they look for, as plainLetters().
 constexpr QStringView littleWords =
-    u" a al como con cual cuando de del donde el en es esta este ha hay he la las le lo los me mi mis no o "
-    u"para "
-    u"pero por porque puede puedo que quiero se si son su sus tengo un una uno y ya ";
+    u" a al como con cual cuando de deja del donde el en es esta este ha hay he la las le lo los me mi mis "
+    u"no o para pero por porque puede puedo que quiero se si son su sus tengo un una uno y ya ";
 /// What a longer word begins with, whatever its ending: "imprime", "imprimir"; "copias", "copia".
 const QString stem = QStringLiteral("^(.{4,}?)(?:[ai]d[oa]|[aei]r|[aeo])?s?$");
 
@@ -103,7 +102,8 @@ QString soughtIn(const QString& text)
 /// What is looked for: without the little words, unless there are no others, and without endings.
 QString meant(const QString& typed)
 {
-    const QStringList all = searchWords(typed);
+    static const QRegularExpression signs(QStringLiteral("[¿?¡!]"));
+    const QStringList all = searchWords(QString(typed).remove(signs));
     QStringList words;
     std::ranges::copy_if(all, std::back_inserter(words), [](const QString& word) {
         return !littleWords.contains(QString(u' ' + word + u' '));
