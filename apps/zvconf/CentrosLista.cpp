@@ -1,7 +1,7 @@
 #include "zvconf/CentrosLista.h"
 
 #include "data/Engine.h"
-#include "data/Place.h"
+#include "data/SchoolPlace.h"
 #include "runtime/Convert.h"
 #include "runtime/PrivateFile.h"
 
@@ -9,7 +9,6 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -38,7 +37,7 @@ bool isPlain(char16_t letter)
            (letter >= u'0' && letter <= u'9');
 }
 
-Place placeOf(StringView url)
+SchoolPlace placeOf(StringView url)
 {
     const String scheme(engineOf(url).scheme());
     const StringView location = locationOf(url);
@@ -152,7 +151,7 @@ private:
     }
 
     /// Of one name on servers that have nothing in common, they are two.
-    bool isFirstAt(const Place& place, const String& what)
+    bool isFirstAt(const SchoolPlace& place, const String& what)
     {
         for (const String& name : place.names)
             for (const auto& [line, other] : places_[name])
@@ -177,7 +176,7 @@ private:
     String faults_;
     std::vector<ListedSchool> schools_;
     std::map<String, Long> names_;
-    std::map<String, std::vector<std::pair<Long, Place>>> places_; ///< Of each name, by lines.
+    std::map<String, std::vector<std::pair<Long, SchoolPlace>>> places_; ///< Of each name, by lines.
 };
 
 } // namespace
