@@ -4,7 +4,6 @@
 
 #include <optional>
 #include <stdexcept>
-#include <string>
 #include <vector>
 
 namespace zv {
