@@ -60,8 +60,8 @@ void addSecondaryReport(Writer& centro, Dice& dice, Long pupil)
 
 void addReports(Writer& centro, Dice& dice, const std::vector<Section>& sections)
 {
-    const Section& primary = sections[2];    // 2º A of the primary stage, which ends a cycle
-    const Section& secondary = sections[12]; // 1º A of the secondary one
+    const Section& primary = sections[2];    // 2º A of primary education, which ends a cycle
+    const Section& secondary = sections[12]; // 1º A of ESO
     const Section& advised = sections[14];   // 2º A
     for (const Long pupil : primary.pupils)
         addPrimaryReport(centro, dice, primary, pupil);
