@@ -3,7 +3,7 @@
 #include "data/Engine.h"
 #include "data/SchoolPlace.h"
 #include "runtime/Convert.h"
-#include "runtime/PrivateFile.h"
+#include "runtime/OwnerOnly.h"
 
 #include <algorithm>
 #include <fstream>
@@ -73,10 +73,10 @@ public:
         if (count_ > mostFaults)
             faults_ += u"\n(... y " + decimalText(count_ - mostFaults) +
                        u" más: mire si es la lista de los centros, o corrija éstos.)";
-        if (hasPassword_ && openToOthers(list_))
+        if (hasPassword_ && owneronly::openToOthers(list_))
             faults_ += u"\n«" + list_.u16string() +
                        u"» lleva contraseñas y la pueden leer otros: quíteles el permiso (" +
-                       String(closingCommand()) + u").";
+                       String(owneronly::closingCommand()) + u").";
         if (!faults_.empty())
             throw std::runtime_error(toUtf8(faults_.substr(1) + u"\nNo se ha hecho nada."));
     }
