@@ -44,8 +44,8 @@ private:
     std::span<const ListColumn> columns_;
     std::function<std::vector<Row>()> read_;
     std::function<QString(const QString&)> meant_;
-    RowsModel model_{
-        std::numeric_limits<int>::max()}; ///< Never a moment behind `read`, which the keys count in.
+    /// Never a moment behind `read`, which the keys count in.
+    RowsModel model_{std::numeric_limits<int>::max()};
     QVBoxLayout layout_;
     QLineEdit search_;
     ListTable table_;

@@ -190,7 +190,7 @@ void TextView::offerEdits(const QPoint& where)
     key == QKeySequence::Paste ? paste() : doEdit(key);
 }
 
-LineView::LineView(ViewHost& window, TextBox& box, QWidget& parent)
+LineView::LineView(ViewSite& window, TextBox& box, QWidget& parent)
     : TextView(window), box_(box), edit_(std::make_unique<QLineEdit>(&parent))
 {
     watch();
@@ -242,7 +242,7 @@ bool LineView::canDo(QKeySequence::StandardKey edit) const
 
 void LineView::doEdit(QKeySequence::StandardKey edit) { doEditOn(*edit_, edit); }
 
-NotesView::NotesView(ViewHost& window, TextBox& box, QWidget& parent)
+NotesView::NotesView(ViewSite& window, TextBox& box, QWidget& parent)
     : TextView(window), box_(box), edit_(std::make_unique<NotesEdit>(&parent))
 {
     watch();

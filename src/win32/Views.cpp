@@ -53,7 +53,7 @@ constexpr DWORD buttonStyle = std::is_same_v<C, CommandButton> ? BS_PUSHBUTTON
                                                                : BS_RADIOBUTTON;
 
 template <class C, class V>
-std::unique_ptr<ControlView> viewFor(ViewHost& window, Control& control, HWND parent)
+std::unique_ptr<ControlView> viewFor(ViewSite& window, Control& control, HWND parent)
 {
     auto* target = dynamic_cast<C*>(&control);
     return target == nullptr ? nullptr : std::make_unique<V>(window, *target, parent);
@@ -61,7 +61,7 @@ std::unique_ptr<ControlView> viewFor(ViewHost& window, Control& control, HWND pa
 
 } // namespace
 
-LabelView::LabelView(ViewHost& window, Label& label, HWND parent)
+LabelView::LabelView(ViewSite& window, Label& label, HWND parent)
     : ViewOf(window, label, WC_STATICW, SS_LEFT | SS_NOPREFIX, 0, parent)
 {}
 
@@ -103,7 +103,7 @@ LRESULT LabelView::receive(UINT message, WPARAM number, LPARAM data)
     return 0;
 }
 
-FrameView::FrameView(ViewHost& window, Frame& frame, HWND parent)
+FrameView::FrameView(ViewSite& window, Frame& frame, HWND parent)
     : ViewOf(window, frame, ourClass(), WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, parent)
 {}
 
@@ -148,7 +148,7 @@ LRESULT FrameView::receive(UINT message, WPARAM number, LPARAM data)
 }
 
 template <class C>
-ButtonView<C>::ButtonView(ViewHost& window, C& control, HWND parent)
+ButtonView<C>::ButtonView(ViewSite& window, C& control, HWND parent)
     : ViewOf<C>(window, control, WC_BUTTONW, buttonStyle<C>, 0, parent)
 {}
 
@@ -190,7 +190,7 @@ LRESULT ButtonView<C>::receive(UINT message, WPARAM number, LPARAM data)
     return result;
 }
 
-TabsView::TabsView(ViewHost& window, TabStrip& strip, HWND parent)
+TabsView::TabsView(ViewSite& window, TabStrip& strip, HWND parent)
     : ViewOf(window, strip, WC_TABCONTROLW, TCS_FOCUSNEVER | TCS_TOOLTIPS, 0, parent)
 {}
 
@@ -253,7 +253,7 @@ LRESULT TabsView::receive(UINT message, WPARAM number, LPARAM data)
     return 0;
 }
 
-ListView::ListView(ViewHost& window, ComboBox& box, HWND parent)
+ListView::ListView(ViewSite& window, ComboBox& box, HWND parent)
     : ViewOf(window, box, WC_COMBOBOXW, CBS_DROPDOWNLIST | WS_VSCROLL, 0, parent)
 {}
 
@@ -364,9 +364,9 @@ LRESULT ListView::receive(UINT message, WPARAM number, LPARAM data)
     return ViewOf::receive(message, number, data);
 }
 
-std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, HWND parent)
+std::unique_ptr<ControlView> makeView(ViewSite& window, Control& control, HWND parent)
 {
-    using Maker = std::unique_ptr<ControlView> (*)(ViewHost&, Control&, HWND);
+    using Maker = std::unique_ptr<ControlView> (*)(ViewSite&, Control&, HWND);
     constexpr Maker makers[] = {
         viewFor<TextBox, TextView>,
         viewFor<Frame, FrameView>,
