@@ -289,6 +289,14 @@ QString ListPage::nameAt(int row) const
 
 void ListPage::tellCount()
 {
+    const bool settled = reading_ == Reading::done && !model_.isBusy() && model_.rowCount() == 0;
+    const QString words = search_.text().trimmed();
+    table_.sayEmpty(
+        !settled ? QString()
+        : !words.isEmpty()
+            ? QStringLiteral("Ninguna fila tiene «%1»: borre la búsqueda para verlas todas.").arg(words)
+        : lacking_ >= 0 ? QString() // Under it stands that nothing is missing.
+                        : QStringLiteral("No hay ninguna fila."));
     if (lacking_ >= 0) {
         const auto [lacking, all] = model_.lacking();
         count_.setText(lacking == 0 ? QStringLiteral("No falta nada en %1 informes").arg(all)

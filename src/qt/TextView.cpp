@@ -16,6 +16,8 @@ namespace zv {
 
 namespace {
 
+constexpr int beside = 2; ///< Of a line, in pixels: its text begins as far inside as that of a list.
+
 /// Dispatch of an edit command to either edit widget.
 template <class Edit>
 void doEditOn(Edit& edit, QKeySequence::StandardKey key)
@@ -195,6 +197,7 @@ LineView::LineView(ViewHost& window, TextBox& box, QWidget& parent)
 {
     watch();
     drawEdge(*edit_);
+    edit_->setTextMargins(beside, 0, beside, 0);
     edit_->setAlignment(box.RightAligned() ? Qt::AlignRight : Qt::AlignLeft);
     connect(edit_.get(), &QLineEdit::textChanged, this, [this] { widgetChanged(); });
     connect(edit_.get(), &QLineEdit::selectionChanged, this, [this] { widgetChanged(); });
