@@ -1,6 +1,7 @@
 #include "zvhost/ListPage.h"
 
 #include "progress/Definition.h"
+#include "qt/EdgeStyle.h"
 #include "qt/QtText.h"
 
 #include <QHeaderView>
@@ -107,6 +108,7 @@ void ListPage::showParts(bool list, const QString& direct, const QString& explan
         each->setVisible(list);
     direct_.setVisible(!direct.isEmpty());
     direct_.setText(direct);
+    giveRoom(direct_);
     explanation_.setVisible(!explanation.isEmpty());
     explanation_.setText(explanation);
 }

@@ -103,6 +103,7 @@ QWidget* PrintDialog::rightSide()
     const auto add = [&](const QString& text, const std::function<void()>& does) {
         auto* button = std::make_unique<QPushButton>(text, side).release();
         button->setAutoDefault(false);
+        giveRoom(*button);
         connect(button, &QPushButton::clicked, this, does);
         zoom->addWidget(button);
     };

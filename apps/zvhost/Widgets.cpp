@@ -172,6 +172,7 @@ QPushButton& ButtonRow::add(const QString& text, const std::function<void()>& pr
 {
     QPushButton* button = std::make_unique<QPushButton>(text, &dialog_).release();
     button->setAutoDefault(false);
+    giveRoom(*button);
     row_->addWidget(button);
     QObject::connect(button, &QPushButton::clicked, &dialog_, pressed);
     return *button;

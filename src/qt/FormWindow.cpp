@@ -125,8 +125,9 @@ double FormWindow::scaleWanted() const
     const double perTwip = static_cast<double>(logicalDpiX()) / twipsPerInch;
     const double letters = QFontInfo(QApplication::font()).pixelSize() / (largestFont * perTwip);
     const Long foot = hasLine() ? footHeight : 0;
-    return magnified(letters, room().width() / (form().Width() * perTwip),
-                     room().height() / ((form().Height() + foot) * perTwip), zoom_->percent());
+    const QSize most = room() - QSize(1, 1); // The parts of the window are rounded one by one.
+    return magnified(letters, most.width() / (form().Width() * perTwip),
+                     most.height() / ((form().Height() + foot) * perTwip), zoom_->percent());
 }
 
 void FormWindow::fit()

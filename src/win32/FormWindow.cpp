@@ -97,10 +97,10 @@ double FormWindow::scaleWanted() const
     if (zoom_ == nullptr)
         return 1;
     const Scale natural(dotsOf(handle()));
-    const SIZE room = sheet_.room();
+    const SIZE room = sheet_.room(); // But for a pixel: parts of the window are rounded one by one.
     const Long foot = hasLine() ? footHeight : 0;
-    return magnified(systemLetters(), static_cast<double>(room.cx) / natural.pixels(form().Width()),
-                     static_cast<double>(room.cy) / natural.pixels(form().Height() + foot), zoom_->percent());
+    return magnified(systemLetters(), static_cast<double>(room.cx - 1) / natural.pixels(form().Width()),
+                     static_cast<double>(room.cy - 1) / natural.pixels(form().Height() + foot), zoom_->percent());
 }
 
 void FormWindow::follow()
