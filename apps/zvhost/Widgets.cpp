@@ -98,6 +98,8 @@ Answer ask(QWidget* parent, const QString& title, const QString& text, const QSt
     QPushButton* no = box.addButton(QStringLiteral("&Cancelar"), QMessageBox::RejectRole);
     box.setDefaultButton(no);
     box.setEscapeButton(no);
+    for (auto* each : box.findChildren<QPushButton*>())
+        giveRoom(*each);
     scrollLong(box);
     box.exec();
     return box.clickedButton() == yes                           ? Answer::yes

@@ -50,10 +50,10 @@ public:
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         // A field that a click gives the focus has no ring around it, which a dialog's has.
-        const bool alone = element == PE_FrameLineEdit && widget != nullptr &&
-                           (widget->focusPolicy() & Qt::ClickFocus) != 0;
-        const bool focused = option->state.testFlag(State_HasFocus) &&
-                             (alone || (element == PE_Frame && scrolls(widget)));
+        const bool alone =
+            element == PE_FrameLineEdit && widget != nullptr && (widget->focusPolicy() & Qt::ClickFocus) != 0;
+        const bool focused =
+            option->state.testFlag(State_HasFocus) && (alone || (element == PE_Frame && scrolls(widget)));
         painter->setPen(focused ? QPen(focusColor(option->palette), focusWidth)
                                 : QPen(edgeColor(option->palette)));
         painter->setBrush(Qt::NoBrush);
@@ -90,7 +90,7 @@ void drawEdges(QWidget& window)
 
 void giveRoom(QPushButton& button)
 {
-    constexpr int letters = 4;
+    constexpr int letters = 3;
     const QFontMetrics font = button.fontMetrics();
     button.setMinimumWidth(font.horizontalAdvance(button.text()) + letters * font.averageCharWidth());
 }

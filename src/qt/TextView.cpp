@@ -1,6 +1,7 @@
 #include "qt/TextView.h"
 
 #include "qt/EdgeStyle.h"
+#include "qt/Legible.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -178,6 +179,7 @@ void TextView::offerEdits(const QPoint& where)
         {"&Pegar", QKeySequence::Paste},   {"&Seleccionar todo", QKeySequence::SelectAll},
     };
     QMenu menu(&widget());
+    keepLegible(menu);
     for (const Edit& edit : edits) {
         QAction* action = menu.addAction(QString::fromUtf8(edit.caption));
         action->setShortcut(edit.key);

@@ -100,7 +100,8 @@ double FormWindow::scaleWanted() const
     const SIZE room = sheet_.room(); // But for a pixel: parts of the window are rounded one by one.
     const Long foot = hasLine() ? footHeight : 0;
     return magnified(systemLetters(), static_cast<double>(room.cx - 1) / natural.pixels(form().Width()),
-                     static_cast<double>(room.cy - 1) / natural.pixels(form().Height() + foot), zoom_->percent());
+                     static_cast<double>(room.cy - 1) / natural.pixels(form().Height() + foot),
+                     zoom_->percent());
 }
 
 void FormWindow::follow()
