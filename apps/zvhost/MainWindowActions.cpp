@@ -1,5 +1,6 @@
 // The window's commands: its actions, menus and toolbar, and which of them there are at the moment.
 #include "qt/Help.h"
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "session/cNombreNodo.h"
 #include "zvhost/Icons.h"
@@ -114,6 +115,9 @@ void MainWindow::buildMenus()
                 .arg(QCoreApplication::applicationVersion(), QString::fromLatin1(qVersion()),
                      database_.toolTip()));
     });
+    // Windows of their own, to which no palette comes down.
+    for (QMenu* each : findChildren<QMenu*>())
+        keepLegible(*each);
 }
 
 /// Every button keeps its place: those of single lists stand at the end, and none changes its width.
@@ -192,6 +196,7 @@ void MainWindow::follow()
 void MainWindow::showMenu(const QPoint& at)
 {
     QMenu menu(this);
+    keepLegible(menu);
     menu.addActions({new_, ordering_, change_, branches_, delete_});
     menu.addSeparator();
     menu.addActions({copy_, copyCell_});

@@ -18,7 +18,6 @@ constexpr int aboveTabs = 2; ///< In pixels, as the next: where the chosen tab s
 constexpr int paneEdge = 2;  ///< Of the pane under the tabs.
 constexpr int normal = 100;  ///< Width of letters, in hundredths.
 constexpr int closest = 70;
-constexpr COLORREF mandatoryColour = RGB(0xb3, 0x26, 0x1e);
 constexpr int entriesSeen = 12; ///< Of an opened list.
 
 /// RAII guard: a window's painting.
@@ -46,6 +45,21 @@ private:
     HWND window_;
     PAINTSTRUCT paint_{};
 };
+
+/// Of the sign at a mandatory field: a red that stands out from the ground; that of the texts where a person
+/// has asked the system for contrast.
+COLORREF mandatoryColour()
+{
+    HIGHCONTRASTW wanted{};
+    wanted.cbSize = sizeof wanted;
+    SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof wanted, &wanted, 0);
+    if ((wanted.dwFlags & HCF_HIGHCONTRASTON) != 0)
+        return GetSysColor(COLOR_BTNTEXT);
+    const COLORREF ground = GetSysColor(COLOR_3DFACE);
+    constexpr int middle = 128 * 1000;
+    const bool dark = 299 * GetRValue(ground) + 587 * GetGValue(ground) + 114 * GetBValue(ground) < middle;
+    return dark ? RGB(0xff, 0x8a, 0x80) : RGB(0xb3, 0x26, 0x1e);
+}
 
 template <class C>
 constexpr DWORD buttonStyle = std::is_same_v<C, CommandButton> ? BS_PUSHBUTTON
@@ -91,7 +105,7 @@ void LabelView::paint()
     RECT last = area;
     DrawTextW(painting.device(), wide(caption), -1, &last, DT_CALCRECT | DT_NOPREFIX | DT_WORDBREAK);
     area.left = last.right;
-    SetTextColor(painting.device(), mandatoryColour);
+    SetTextColor(painting.device(), mandatoryColour());
     DrawTextW(painting.device(), L" *", -1, &area, DT_LEFT | DT_TOP | DT_NOCLIP);
 }
 
