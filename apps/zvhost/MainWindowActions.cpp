@@ -8,6 +8,7 @@
 #include "zvhost/Start.h"
 #include "zvhost/Widgets.h"
 
+#include <QCoreApplication>
 #include <QMenuBar>
 #include <QToolBar>
 
@@ -103,7 +104,17 @@ void MainWindow::buildMenus()
     list->addActions({find_, refresh_, columns_, listHistory_, csv_, print_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
     tools->addActions({bin_, rowsInUse_, progress_, backUp_});
-    menuBar()->addMenu(QStringLiteral("A&yuda"))->addActions({help_, findHelp_});
+    QMenu* help = menuBar()->addMenu(QStringLiteral("A&yuda"));
+    help->addActions({help_, findHelp_});
+    help->addSeparator();
+    // What somebody at a telephone asks for.
+    QAction* about = help->addAction(QStringLiteral("Acer&ca de zvhost"), this, [this] {
+        say(this, QStringLiteral("Acerca de zvhost"),
+            QStringLiteral("zvhost %1, con Qt %2.\n\nEl colegio es %3.")
+                .arg(QCoreApplication::applicationVersion(), QString::fromLatin1(qVersion()),
+                     database_.toolTip()));
+    });
+    about->setObjectName(QStringLiteral("acerca"));
 }
 
 /// Every button keeps its place: those of single lists stand at the end, and none changes its width.
