@@ -109,12 +109,13 @@ void MainWindow::buildMenus()
     help->addActions({help_, findHelp_});
     help->addSeparator();
     // What somebody at a telephone asks for.
-    help->addAction(QStringLiteral("Acer&ca de zvhost"), this, [this] {
+    QAction* about = help->addAction(QStringLiteral("Acer&ca de zvhost"), this, [this] {
         say(this, QStringLiteral("Acerca de zvhost"),
             QStringLiteral("zvhost %1, con Qt %2.\n\nEl colegio es %3.")
                 .arg(QCoreApplication::applicationVersion(), QString::fromLatin1(qVersion()),
                      database_.toolTip()));
     });
+    about->setObjectName(QStringLiteral("acerca"));
     // Windows of their own, to which no palette comes down.
     for (QMenu* each : findChildren<QMenu*>())
         keepLegible(*each);
