@@ -183,9 +183,9 @@ void drawLists(MainWindow& window, const Draw& draw)
     QApplication::processEvents();
     draw(window, {});
     list(*nodeOf(cNombreNodo::Emisor), "emisores");
-    list(*nodeOf(cNombreNodo::OC_Bancos), "sin-filas", "banco que no hay");
     list(*nodeOf(cNombreNodo::InfIndiv), "informes");
     list(progressNode(), "progreso", "1º A ESO secundaria");
+    list(*nodeOf(cNombreNodo::OC_Bancos), "sin-filas", "banco que no hay");
     for (const QAction* each : window.menuBar()->actions())
         draw(*each->menu(), QStringLiteral("menu-") + QString(each->text()).remove(u'&').toLower());
 }

@@ -78,6 +78,8 @@ QRect FormWindow::placeOf(const Control& control) const
     // Over its cell, which the window may have made wider than the model knows.
     if (const MSFlexGrid* under = this->under(control)) {
         const auto& grid = dynamic_cast<const GridView&>(viewOf(*under));
+        place.moveTop(grid.widget().y() + below(*under, control));
+        place.setHeight(pixels(control.Height()));
         if (const auto column = grid.currentColumn()) {
             place.moveLeft(grid.widget().x() + column->first);
             place.setWidth(column->second);

@@ -116,6 +116,14 @@ protected:
     {
         return guide_ && &control == guide_->controls().floating ? guide_->controls().grid : nullptr;
     }
+    /// How far below a grid's top, in pixels, what floats over one of its rows: their heights are rounded one
+    /// by one.
+    int below(const MSFlexGrid& grid, const Control& floating) const
+    {
+        const Long row = grid.rowHeight();
+        const Long down = floating.Top() - grid.Top();
+        return static_cast<int>(down / row) * this->pixels(row) + this->pixels(down % row);
+    }
     /// Runs the macro of a key of a section.
     bool pressChord(const std::optional<Chord>& chord, const std::optional<String>& typed)
     {

@@ -71,6 +71,8 @@ RECT FormWindow::placeOf(const Control& control) const
     // Over its cell, which the window may have made wider than the model knows.
     if (const MSFlexGrid* under = this->under(control)) {
         const auto& grid = dynamic_cast<const GridView&>(viewOf(*under));
+        place.top = placeOf(*under).top + below(*under, control);
+        place.bottom = place.top + pixels(control.Height());
         if (const auto column = grid.currentColumn()) {
             place.left = placeOf(*under).left + column->first;
             place.right = place.left + column->second;
