@@ -2,10 +2,8 @@
 # or for Windows its odbc32 and the C sources that `tools/dependencies windows` brings, compiled here and linked into
 # what is delivered. Plain targets there: the Find modules hand over flags that undo -static.
 if(NOT WIN32)
-  if(ZV_SQLITE)
-    find_package(SQLite3 REQUIRED)
-    set(ZV_LIBRARY_SQLITE SQLite::SQLite3)
-  endif()
+  find_package(SQLite3 REQUIRED)
+  set(ZV_LIBRARY_SQLITE SQLite::SQLite3)
   if(ZV_ODBC)
     find_package(ODBC REQUIRED)
     set(ZV_LIBRARY_ODBC ODBC::ODBC)
@@ -28,15 +26,13 @@ if(NOT EXISTS ${ZV_SOURCES})
   message(FATAL_ERROR "${ZV_SOURCES} is missing: tools/dependencies windows brings it")
 endif()
 
-if(ZV_SQLITE)
-  set(folder ${ZV_SOURCES}/better-sqlite3/deps/sqlite3)
-  add_library(sqlite3 STATIC EXCLUDE_FROM_ALL ${folder}/sqlite3.c)
-  target_include_directories(sqlite3 SYSTEM PUBLIC ${folder})
-  target_compile_options(sqlite3 PRIVATE -w)
-  # One thread at a time has a handle; the library itself may be used by several. Nothing loads extensions.
-  target_compile_definitions(sqlite3 PRIVATE SQLITE_THREADSAFE=1 SQLITE_OMIT_LOAD_EXTENSION)
-  set(ZV_LIBRARY_SQLITE sqlite3)
-endif()
+set(folder ${ZV_SOURCES}/better-sqlite3/deps/sqlite3)
+add_library(sqlite3 STATIC EXCLUDE_FROM_ALL ${folder}/sqlite3.c)
+target_include_directories(sqlite3 SYSTEM PUBLIC ${folder})
+target_compile_options(sqlite3 PRIVATE -w)
+# One thread at a time has a handle; the library itself may be used by several. Nothing loads extensions.
+target_compile_definitions(sqlite3 PRIVATE SQLITE_THREADSAFE=1 SQLITE_OMIT_LOAD_EXTENSION)
+set(ZV_LIBRARY_SQLITE sqlite3)
 
 if(ZV_ODBC)
   add_library(odbc INTERFACE)

@@ -74,7 +74,7 @@ zv_package(zvhost RECOMMENDS "hicolor-icon-theme, libqt6svg6, qt6-translations-l
 Un árbol con las listas que lleva la secretaría (países, idiomas, clases de
 contrato, bancos y las demás), las ventanas que cambian sus filas, el borrado,
 que dice quién usa una fila, y la papelera.")
-zv_package(zvconfiguracion-dev SECTION libdevel DOCS docs/anfitriones.md docs/instrucciones.md
+zv_package(zvconfiguracion-dev SECTION libdevel DOCS docs/anfitriones.md docs/hosts.md docs/instrucciones.md
            DEPENDS "zvconfiguracion (= ${exactly})"
            RECOMMENDS "zvconf (= ${exactly})"
            SAYS "módulo de configuración de un centro, para quien escribe un anfitrión

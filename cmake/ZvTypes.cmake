@@ -4,7 +4,6 @@
 # recursos.rc.in names. A manifest is laid beside it, for hosts that take it from there without a registry.
 function(zv_resources library folder)
   set(made ${PROJECT_BINARY_DIR}/generated/${library})
-  string(REPLACE "." "," ZV_VERSION_NUMBERS ${PROJECT_VERSION})
   set(ZV_TYPES ${made}.tlb)
   configure_file(${folder}/recursos.rc.in ${made}.rc @ONLY)
 

@@ -1,15 +1,14 @@
 #include "zvconf/CentrosLista.h"
 
 #include "data/Engine.h"
-#include "data/Place.h"
+#include "data/SchoolPlace.h"
 #include "runtime/Convert.h"
-#include "runtime/PrivateFile.h"
+#include "runtime/OwnerOnly.h"
 
 #include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -38,7 +37,7 @@ bool isPlain(char16_t letter)
            (letter >= u'0' && letter <= u'9');
 }
 
-Place placeOf(StringView url)
+SchoolPlace placeOf(StringView url)
 {
     const String scheme(engineOf(url).scheme());
     const StringView location = locationOf(url);
@@ -74,10 +73,10 @@ public:
         if (count_ > mostFaults)
             faults_ += u"\n(... y " + decimalText(count_ - mostFaults) +
                        u" más: mire si es la lista de los centros, o corrija éstos.)";
-        if (hasPassword_ && openToOthers(list_))
+        if (hasPassword_ && owneronly::openToOthers(list_))
             faults_ += u"\n«" + list_.u16string() +
                        u"» lleva contraseñas y la pueden leer otros: quíteles el permiso (" +
-                       String(closingCommand()) + u").";
+                       String(owneronly::closingCommand()) + u").";
         if (!faults_.empty())
             throw std::runtime_error(toUtf8(faults_.substr(1) + u"\nNo se ha hecho nada."));
     }
@@ -152,7 +151,7 @@ private:
     }
 
     /// Of one name on servers that have nothing in common, they are two.
-    bool isFirstAt(const Place& place, const String& what)
+    bool isFirstAt(const SchoolPlace& place, const String& what)
     {
         for (const String& name : place.names)
             for (const auto& [line, other] : places_[name])
@@ -177,7 +176,7 @@ private:
     String faults_;
     std::vector<ListedSchool> schools_;
     std::map<String, Long> names_;
-    std::map<String, std::vector<std::pair<Long, Place>>> places_; ///< Of each name, by lines.
+    std::map<String, std::vector<std::pair<Long, SchoolPlace>>> places_; ///< Of each name, by lines.
 };
 
 } // namespace

@@ -6,7 +6,7 @@
 #include "module/Module.h"
 #include "robot/Import.h"
 #include "robot/ImportFields.h"
-#include "robot/Rehearsal.h"
+#include "robot/ScratchSchool.h"
 #include "runtime/Convert.h"
 #include "runtime/Json.h"
 #include "suite/sodium/KeyFile.h"
@@ -131,7 +131,7 @@ int importar(Arguments arguments)
     by.dialog = node.dialog;
     by.creates = true;
     if (options.has(u"--ensayo")) {
-        const Rehearsal rehearsal(url);
+        const ScratchSchool rehearsal(url);
         importList(rehearsal.school(), node, lines, by,
                    [&](const ImportedLine& line) { report.tell(line, 0); });
         return report.end();

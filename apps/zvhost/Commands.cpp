@@ -87,6 +87,8 @@ void darken()
     palette.setColor(QPalette::AlternateBase, QColor(38, 38, 41));
     palette.setColor(QPalette::Highlight, QColor(42, 110, 190));
     palette.setColor(QPalette::PlaceholderText, QColor(150, 150, 150));
+    palette.setColor(QPalette::ToolTipBase, QColor(62, 58, 40));
+    palette.setColor(QPalette::ToolTipText, QColor(240, 240, 240));
     QApplication::setPalette(palette);
 }
 

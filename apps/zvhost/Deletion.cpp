@@ -6,7 +6,6 @@
 #include "zvhost/Nodes.h"
 
 #include <algorithm>
-#include <map>
 
 namespace zv::host {
 

@@ -20,8 +20,8 @@ struct DeletedRow {
 };
 
 /// Lists what can be restored: rows of the tables that the dialogs write, without those of which the
-/// deleted-records database keeps only the key, and without parts of other rows. The last deleted
-/// stands first; those without a date come at the end.
+/// deleted-records database keeps only the key, and without parts of other rows. The last deleted stands
+/// first; those without a date come at the end.
 std::vector<DeletedRow> deletedRows(Connection& borrado);
 
 /// Moves a row, with its parts, to the deleted-records database, where a former row of that key is replaced.

@@ -1,6 +1,7 @@
 #include "zvhost/Dialogs.h"
 
 #include "qt/EdgeStyle.h"
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "runtime/Convert.h"
 #include "suite/Registrations.h"
@@ -124,6 +125,7 @@ std::optional<Choices> askChoices(QWidget* parent, Host& host)
     QDialog dialog(parent);
     dialog.setObjectName(QStringLiteral("sesion"));
     dialog.setWindowTitle(QStringLiteral("Sesión"));
+    keepLegible(dialog);
     Choices choices = host.choices();
     const std::vector<UserOrProfile> users = host.users();
     const std::vector<UserOrProfile> profiles = host.profiles();

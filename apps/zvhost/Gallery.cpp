@@ -12,16 +12,22 @@
 #include "zvhost/MainWindow.h"
 #include "zvhost/Sections.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
+
+#include <functional>
+#include <span>
 
 namespace zv::host {
 namespace {
@@ -138,21 +144,58 @@ void drawUnsaved(Host& host, DrawingDesktop& desktop)
     journal::recording(false);
 }
 
-void drawHost(MainWindow& window, DrawingDesktop& desktop)
+using Draw = std::function<void(QWidget&, const QString&)>;
+
+/// A window that comes, by the name of its picture, and the button that is pressed in it afterwards; without
+/// one it is closed.
+struct Step {
+    QString name;
+    QString pressed = {};
+};
+
+/// Draws windows that run loops of their own, each as soon as it is there.
+void drawNext(const Draw& draw, std::span<const Step> steps)
 {
-    const auto list = [&](Byte node, const char* name) {
-        window.go(*nodeOf(node));
+    if (steps.empty())
+        return;
+    QTimer::singleShot(0, [&draw, steps] {
         QApplication::processEvents();
-        desktop.draw(window, QString::fromLatin1(name));
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (dialog == nullptr)
+            return;
+        draw(*dialog, steps.front().name);
+        drawNext(draw, steps.subspan(1));
+        for (auto* each : dialog->findChildren<QAbstractButton*>())
+            if (!steps.front().pressed.isEmpty() && each->text() == steps.front().pressed)
+                return each->click();
+        dialog->close();
+    });
+}
+
+void drawLists(MainWindow& window, const Draw& draw)
+{
+    const auto list = [&](const Node& node, const char* name, const char* search = "") {
+        window.go(node);
+        window.findChild<QLineEdit*>(QStringLiteral("buscar"))->setText(QString::fromUtf8(search));
+        QApplication::processEvents();
+        draw(window, QString::fromLatin1(name));
     };
     QApplication::processEvents();
-    desktop.draw(window, QStringLiteral("principal"));
-    list(cNombreNodo::Emisor, "principal-emisores");
-    list(cNombreNodo::InfIndiv, "principal-informes");
-    window.go(progressNode());
-    window.findChild<QLineEdit*>(QStringLiteral("buscar"))->setText(QStringLiteral("1º A ESO secundaria"));
-    QApplication::processEvents();
-    desktop.draw(window, QStringLiteral("principal-progreso"));
+    draw(window, {});
+    list(*nodeOf(cNombreNodo::Emisor), "emisores");
+    list(*nodeOf(cNombreNodo::InfIndiv), "informes");
+    list(progressNode(), "progreso", "1º A ESO secundaria");
+    list(*nodeOf(cNombreNodo::OC_Bancos), "sin-filas", "banco que no hay");
+    for (const QAction* each : window.menuBar()->actions())
+        draw(*each->menu(), QStringLiteral("menu-") + QString(each->text()).remove(u'&').toLower());
+}
+
+void drawDialogs(MainWindow& window, const Draw& draw)
+{
+    const auto command = [&](const char* name, std::initializer_list<Step> steps) {
+        drawNext(draw, {steps.begin(), steps.size()});
+        window.findChild<QAction*>(QString::fromLatin1(name))->trigger();
+    };
     window.go(*nodeOf(cNombreNodo::InfIndiv));
     // The first section whose reports are written.
     for (const Section& each : sections(window.host(), *nodeOf(cNombreNodo::InfIndiv)))
@@ -160,21 +203,26 @@ void drawHost(MainWindow& window, DrawingDesktop& desktop)
             window.choose(each.id);
             break;
         }
-    for (const char* name : {"imprimir", "papelera", "enuso", "sesion", "buscarAyuda"}) {
-        // Runs in the dialog's own loop.
-        QTimer::singleShot(0, [&] {
-            QApplication::processEvents();
-            if (QWidget* dialog = QApplication::activeModalWidget()) {
-                desktop.draw(*dialog, QStringLiteral("principal-") + QString::fromLatin1(name));
-                dialog->close();
-            }
-        });
-        window.findChild<QAction*>(QString::fromLatin1(name))->trigger();
-    }
+    command("imprimir", {{QStringLiteral("imprimir")}});
+    // Of the sample's rows the first is referred to, and the last by nobody.
+    window.go(*nodeOf(cNombreNodo::TiposOcurrencia));
+    window.choose(1);
+    command("eliminar", {{QStringLiteral("no-se-puede"), QStringLiteral("&Sustituir por…")},
+                         {QStringLiteral("sustituir")}});
+    window.choose(7);
+    command("eliminar", {{QStringLiteral("eliminar"), QStringLiteral("&Eliminar")}});
+    window.host().school().centro->Execute(
+        u"INSERT INTO RegistroActivo VALUES ('frmTipoOcurrencia',2,2,'otra 1 1',CURRENT_TIMESTAMP)");
+    window.followHeld();
+    QApplication::processEvents();
+    draw(window, QStringLiteral("eliminada"));
+    for (const char* name : {"papelera", "enuso", "historialLista", "sesion", "buscarAyuda"})
+        command(name, {{QString::fromLatin1(name)}});
+    command("otro", {{QStringLiteral("inicio")}});
     window.findChild<QAction*>(QStringLiteral("ayuda"))->trigger();
     QApplication::processEvents();
     auto& help = *window.findChild<QDialog*>(QStringLiteral("ayuda"));
-    desktop.draw(help, QStringLiteral("principal-ayuda"));
+    draw(help, QStringLiteral("ayuda"));
     help.close();
 }
 
@@ -185,14 +233,18 @@ int drawGallery(const QString& folder, const QString& suffix, std::optional<QSiz
     QDir().mkpath(folder);
     DrawingDesktop desktop(folder, suffix, screen);
     useDesktop(&desktop);
-    School school = temporarySchool();
+    School school = temporarySchool(u"historial:sqlite:");
     fillSample(school);
     MainWindow window(std::make_unique<Host>(u"sqlite:colegio.db", school));
     // The screen in memory is smaller than any desktop's.
     window.resize(QSize(window.fontMetrics().averageCharWidth() * 170, window.fontMetrics().height() * 42)
                       .boundedTo(screen.value_or(QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX))));
     window.show();
-    drawHost(window, desktop);
+    const Draw draw = [&](QWidget& widget, const QString& name) {
+        desktop.draw(widget, (QStringLiteral("principal-") + name).chopped(name.isEmpty() ? 1 : 0));
+    };
+    drawLists(window, draw);
+    drawDialogs(window, draw);
     openForPortraits(school, [&](const Portrait& next) { desktop.expect(next); });
     drawUnsaved(window.host(), desktop);
     useDesktop(nullptr);

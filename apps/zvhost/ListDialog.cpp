@@ -44,7 +44,7 @@ ListDialog::ListDialog(QWidget* parent, const QString& title, std::span<const Li
                 each->click();
     });
     connect(&search_, &QLineEdit::textChanged, this, [this](const QString& words) {
-        model_.search(words);
+        model_.search(meant_ ? meant_(words) : words);
         choose(0);
     });
 }

@@ -26,6 +26,8 @@ public:
     /// click.
     QPushButton& command(const QString& text, const QString& failed,
                          const std::function<void(const Rows&)>& does, Selects selects = Selects::one);
+    /// Searches for what `meant` makes of the words that a person types.
+    void searchFor(std::function<QString(const QString&)> meant) { meant_ = std::move(meant); }
     enum class Begins { choosing, searching };
     /// Shows it until it is closed; `whenEmpty` stands in the place of rows.
     void run(const QString& whenEmpty, Begins begins = Begins::choosing);
@@ -41,8 +43,9 @@ private:
 
     std::span<const ListColumn> columns_;
     std::function<std::vector<Row>()> read_;
-    RowsModel model_{
-        std::numeric_limits<int>::max()}; ///< Never a moment behind `read`, which the keys count in.
+    std::function<QString(const QString&)> meant_;
+    /// Never a moment behind `read`, which the keys count in.
+    RowsModel model_{std::numeric_limits<int>::max()};
     QVBoxLayout layout_;
     QLineEdit search_;
     ListTable table_;

@@ -1,6 +1,7 @@
 #include "zvhost/ListPage.h"
 
 #include "progress/Definition.h"
+#include "qt/EdgeStyle.h"
 #include "qt/QtText.h"
 
 #include <QHeaderView>
@@ -107,6 +108,7 @@ void ListPage::showParts(bool list, const QString& direct, const QString& explan
         each->setVisible(list);
     direct_.setVisible(!direct.isEmpty());
     direct_.setText(direct);
+    giveRoom(direct_);
     explanation_.setVisible(!explanation.isEmpty());
     explanation_.setText(explanation);
 }
@@ -289,6 +291,14 @@ QString ListPage::nameAt(int row) const
 
 void ListPage::tellCount()
 {
+    const bool settled = reading_ == Reading::done && !model_.isBusy() && model_.rowCount() == 0;
+    const QString words = search_.text().trimmed();
+    table_.sayEmpty(
+        !settled ? QString()
+        : !words.isEmpty()
+            ? QStringLiteral("Ninguna fila tiene «%1»: borre la búsqueda para verlas todas.").arg(words)
+        : lacking_ >= 0 ? QString() // Under it stands that nothing is missing.
+                        : QStringLiteral("No hay ninguna fila."));
     if (lacking_ >= 0) {
         const auto [lacking, all] = model_.lacking();
         count_.setText(lacking == 0 ? QStringLiteral("No falta nada en %1 informes").arg(all)

@@ -57,8 +57,8 @@ public:
     enum class Added { may, shows };
     /// Announces that the rows of the same node are being read anew. The selection will stay where it is, or
     /// go to the row that is new, unless the person chooses another meanwhile; Added::shows: a search that
-    /// hides that row is cleared. `then` is called with its key once the new list
-    /// stands there; not if none is new, nor if rows were missing before.
+    /// hides that row is cleared. `then` is called with its key once the new list stands there; not if
+    /// none is new, nor if rows were missing before.
     void expect(Added added, std::function<void(Long added)> then = {});
     /// Shows them, in the place of what is there; `whole`: they are all.
     void refresh(RowLetters rows, bool whole);

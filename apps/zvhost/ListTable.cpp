@@ -4,9 +4,11 @@
 
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 
 #include <algorithm>
+#include <utility>
 
 namespace zv::host {
 
@@ -68,6 +70,24 @@ void ListTable::fit()
     int column = 0;
     for (const int width : columnsIn(*this, room))
         setColumnWidth(column++, width);
+}
+
+void ListTable::sayEmpty(const QString& why)
+{
+    if (std::exchange(empty_, why) != why)
+        viewport()->update();
+}
+
+void ListTable::paintEvent(QPaintEvent* event)
+{
+    QTableView::paintEvent(event);
+    if (empty_.isEmpty())
+        return;
+    const int edge = fontMetrics().height();
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(edge, edge, -edge, -edge),
+                     Qt::AlignHCenter | Qt::TextWordWrap, empty_);
 }
 
 QModelIndex ListTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)

@@ -20,8 +20,11 @@ public:
     /// Sets the widths that a person had dragged.
     void setWidths(const QList<int>& widths);
     QList<int> widths() const;
+    /// Says in the middle why there are no rows; "" says nothing.
+    void sayEmpty(const QString& why);
 
 protected:
+    void paintEvent(QPaintEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     bool viewportEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -29,6 +32,7 @@ protected:
 private:
     void fit();
 
+    QString empty_;
     bool shares_ = true;
     bool fitting_ = false;
 };

@@ -1,5 +1,6 @@
 // The window's commands: its actions, menus and toolbar, and which of them there are at the moment.
 #include "qt/Help.h"
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "session/cNombreNodo.h"
 #include "zvhost/Icons.h"
@@ -8,6 +9,7 @@
 #include "zvhost/Start.h"
 #include "zvhost/Widgets.h"
 
+#include <QCoreApplication>
 #include <QMenuBar>
 #include <QToolBar>
 
@@ -103,7 +105,20 @@ void MainWindow::buildMenus()
     list->addActions({find_, refresh_, columns_, listHistory_, csv_, print_});
     QMenu* tools = menuBar()->addMenu(QStringLiteral("&Herramientas"));
     tools->addActions({bin_, rowsInUse_, progress_, backUp_});
-    menuBar()->addMenu(QStringLiteral("A&yuda"))->addActions({help_, findHelp_});
+    QMenu* help = menuBar()->addMenu(QStringLiteral("A&yuda"));
+    help->addActions({help_, findHelp_});
+    help->addSeparator();
+    // What somebody at a telephone asks for.
+    QAction* about = help->addAction(QStringLiteral("Acer&ca de zvhost"), this, [this] {
+        say(this, QStringLiteral("Acerca de zvhost"),
+            QStringLiteral("zvhost %1, con Qt %2.\n\nEl colegio es %3.")
+                .arg(QCoreApplication::applicationVersion(), QString::fromLatin1(qVersion()),
+                     database_.toolTip()));
+    });
+    about->setObjectName(QStringLiteral("acerca"));
+    // Windows of their own, to which no palette comes down.
+    for (QMenu* each : findChildren<QMenu*>())
+        keepLegible(*each);
 }
 
 /// Every button keeps its place: those of single lists stand at the end, and none changes its width.
@@ -182,6 +197,7 @@ void MainWindow::follow()
 void MainWindow::showMenu(const QPoint& at)
 {
     QMenu menu(this);
+    keepLegible(menu);
     menu.addActions({new_, ordering_, change_, branches_, delete_});
     menu.addSeparator();
     menu.addActions({copy_, copyCell_});

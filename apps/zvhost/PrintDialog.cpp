@@ -1,5 +1,7 @@
 #include "zvhost/PrintDialog.h"
 
+#include "qt/EdgeStyle.h"
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "zvhost/Widgets.h"
 
@@ -24,6 +26,7 @@ PrintDialog::PrintDialog(QWidget* parent, Host& host, Remembered& memory, paper:
 {
     setObjectName(QStringLiteral("imprimir"));
     setWindowTitle(QStringLiteral("Imprimir"));
+    keepLegible(*this);
     printer_.setPageSize(QPageSize(QPageSize::A4));
     printer_.setFullPage(true);
     auto* parts = std::make_unique<QSplitter>(this).release();
@@ -48,6 +51,7 @@ PrintDialog::PrintDialog(QWidget* parent, Host& host, Remembered& memory, paper:
                &buttons.add(QStringLiteral("&PDF…"), [folder] { folder(paper::Format::pdf); }),
                &buttons.add(QStringLiteral("&Imprimir…"), [this] { print(); })};
     buttons.addClose(QStringLiteral("&Cerrar"));
+    drawEdges(*this);
     connect(&pupils_, &QListWidget::currentItemChanged, this, [this] { showPupil(); });
     connect(&pupils_, &QListWidget::itemChanged, this, [this] { follow(); });
     connect(&preview_, &QPrintPreviewWidget::paintRequested, this, [this](QPrinter* printer) {
@@ -99,6 +103,7 @@ QWidget* PrintDialog::rightSide()
     const auto add = [&](const QString& text, const std::function<void()>& does) {
         auto* button = std::make_unique<QPushButton>(text, side).release();
         button->setAutoDefault(false);
+        giveRoom(*button);
         connect(button, &QPushButton::clicked, this, does);
         zoom->addWidget(button);
     };

@@ -25,8 +25,8 @@ struct ShownList {
 };
 
 /// Table model of a list that may be long: many rows are sorted and searched in a thread, and shown when that
-/// is done; few at once. What is shown changes by modelReset alone: whoever keeps a
-/// selection keeps it by keys.
+/// is done; few at once. What is shown changes by modelReset alone: whoever keeps a selection keeps
+/// it by keys.
 class RowsModel final : public QAbstractTableModel {
 public:
     /// Lists of up to `atOnce` rows are arranged in the window's thread; 3000 take some milliseconds.

@@ -1,5 +1,6 @@
 #include "zvhost/Sections.h"
 
+#include "data/SchemaCheck.h"
 #include "data/Statement.h"
 #include "forms/ComboBox.h"
 #include "forms/SectionControls.h"
@@ -129,7 +130,7 @@ std::vector<Section> sections(Host& host, const Node& node)
         return found;
     } catch (const RuntimeError& error) {
         // The window itself asks for a section then.
-        if (error.number() != failure::tableMissing && error.number() != failure::columnMissing)
+        if (!isLacking(error))
             throw;
         return {};
     }

@@ -17,11 +17,11 @@ struct Section {
     Long done = 0; ///< Pupils of whom something is written.
 };
 
-/// The same sections without their pupils.
-std::vector<Section> offeredSections(Host& host, const Node& node);
 /// Sections behind a node of the reports, by kind of teaching and course: those that the person tutors or
 /// teaches, all for profile 0. None where the school lacks what they are read from.
 std::vector<Section> sections(Host& host, const Node& node);
+/// The same without their pupils: none is counted.
+std::vector<Section> offeredSections(Host& host, const Node& node);
 /// Rows of the list of those sections.
 std::vector<Row> rowsOf(const std::vector<Section>& sections);
 /// Acts in the first window of a report, which has to be open, as a person who chooses the section and goes

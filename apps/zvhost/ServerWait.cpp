@@ -1,6 +1,7 @@
 #include "zvhost/ServerWait.h"
 
 #include "qt/Help.h"
+#include "qt/Legible.h"
 #include "qt/MessageAid.h"
 #include "qt/QtDesktop.h"
 #include "qt/QtText.h"
@@ -46,6 +47,7 @@ public:
         setObjectName(QStringLiteral("sinServidor"));
         setWindowTitle(QStringLiteral("Sin servidor"));
         setWindowModality(Qt::ApplicationModal);
+        keepLegible(*this);
         QFont strong = time_.font();
         strong.setBold(true);
         time_.setFont(strong);

@@ -3,6 +3,7 @@
 #include "data/SchemaCheck.h"
 #include "data/Schools.h"
 #include "data/history/HistoryEngine.h"
+#include "qt/Legible.h"
 #include "qt/QtText.h"
 #include "suite/Sample.h"
 #include "zvhost/Widgets.h"
@@ -100,6 +101,7 @@ Choice askChoice(QWidget* parent)
     QDialog dialog(parent);
     dialog.setObjectName(QStringLiteral("inicio"));
     dialog.setWindowTitle(QStringLiteral("Configuración del centro"));
+    keepLegible(dialog);
     QVBoxLayout layout(&dialog);
     choice(layout, dialog, QStringLiteral("Crear un colegio de &ejemplo"),
            QStringLiteral("Con alumnos, bancos e informes inventados, para conocer el programa."), sample)

@@ -98,6 +98,8 @@ Answer ask(QWidget* parent, const QString& title, const QString& text, const QSt
     QPushButton* no = box.addButton(QStringLiteral("&Cancelar"), QMessageBox::RejectRole);
     box.setDefaultButton(no);
     box.setEscapeButton(no);
+    for (auto* each : box.findChildren<QPushButton*>())
+        giveRoom(*each);
     scrollLong(box);
     box.exec();
     return box.clickedButton() == yes                           ? Answer::yes
@@ -172,6 +174,7 @@ QPushButton& ButtonRow::add(const QString& text, const std::function<void()>& pr
 {
     QPushButton* button = std::make_unique<QPushButton>(text, &dialog_).release();
     button->setAutoDefault(false);
+    giveRoom(*button);
     row_->addWidget(button);
     QObject::connect(button, &QPushButton::clicked, &dialog_, pressed);
     return *button;

@@ -4,7 +4,6 @@
 
 #include <limits>
 #include <stdexcept>
-#include <string>
 
 namespace zv::host {
 

@@ -107,6 +107,7 @@ int run(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("ZVConfiguracion"));
     QApplication::setApplicationName(QStringLiteral("zvhost"));
+    QApplication::setApplicationVersion(QString::fromLatin1(version));
     // Desktop file and icon theme of the installed package: desktops take the icon from the one or from the
     // other.
     QApplication::setDesktopFileName(QStringLiteral("zvhost"));

@@ -1,6 +1,6 @@
 """Un anfitrión pequeño en Python, sin más que ctypes: abre la ventana de estados civiles, pregunta si una fila se
 puede eliminar y ve cómo se cuenta un fallo.   python3 anfitrion.py URL
-Las bibliotecas tienen que estar registradas (véase el anfitrión en C)."""
+Las bibliotecas tienen que estar registradas (véase el anfitrión en C). Otro programa puede importarlo: Server, Session."""
 import ctypes as c
 import os
 import pathlib
@@ -240,6 +240,7 @@ def main(url):
     print("Referencias a la sesión:", session.references)
 
 
-if len(sys.argv) != 2:
-    sys.exit(__doc__)
-main(sys.argv[1])
+if __name__ == "__main__":
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    main(sys.argv[1])

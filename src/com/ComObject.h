@@ -5,7 +5,6 @@
 #include "runtime/Object.h"
 
 #include <atomic>
-#include <span>
 #include <vector>
 
 namespace zv::com {

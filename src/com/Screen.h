@@ -21,7 +21,7 @@ public:
     virtual Reach reach() const = 0;
 };
 
-/// Factory; nullptr if there is no screen. Link-time choice: a library has one of the two implementations. If
+/// Factory; nullptr if there is no screen. Link-time choice: a library has one of the implementations. If
 /// the screen is bound to the calling thread, the callback `ended` runs when that thread ends, and must
 /// destroy it.
 std::unique_ptr<Screen> openScreen(const std::function<void()>& ended);

@@ -127,13 +127,12 @@ void checkReading(Findings& findings, Connection& base, const std::vector<FoundT
         } catch (const DataError& error) {
             if (error.number() == failure::connectionLost)
                 throw;
-            const bool unseen =
-                error.number() == failure::tableMissing || error.number() == failure::columnMissing;
             findings.add(u"la tabla {} está, pero así no pueden leerla las ventanas: {}.{}",
                          {table.name, error.engineText(),
-                          unseen ? u" Falta el permiso sobre su esquema, o un nombre lleva mayúsculas "
-                                   u"entre comillas."
-                                 : u""});
+                          isLacking(error)
+                              ? u" Falta el permiso sobre su esquema, o un nombre lleva mayúsculas "
+                                u"entre comillas."
+                              : u""});
         }
     }
 }
@@ -222,6 +221,11 @@ std::vector<String> checkAccess(const School& school, Engine& engine)
                           [](Findings& findings, Engine& asked, Connection& base, Database which) {
                               checkReading(findings, base, asked.tables(base), which);
                           });
+}
+
+bool isLacking(const RuntimeError& error)
+{
+    return error.number() == failure::tableMissing || error.number() == failure::columnMissing;
 }
 
 std::vector<String> checkDamage(const School& school, Engine& engine)

@@ -14,8 +14,8 @@ struct Spelling {
     StringView ownKeyOptions; ///< Suffix of the columns of a table whose rows bring their key.
     StringView otherOptions;  ///< Suffix of those of any other table.
     StringView once = {};     ///< Prologue, before all tables.
-    StringView automatic =
-        {}; ///< Epilogue of a table with a generated key; pattern of its name, its key, and its key.
+    /// Epilogue of a table with a generated key; pattern of its name, its key, and its key.
+    StringView automatic = {};
     StringView boundedText = {}; ///< Pattern of a text's type, if bounded; of its width and one: one letter
                                  ///< more, since what is too long by blanks alone is cut without a failure.
     StringView indexedPart = {}; ///< Suffix of an unbounded text in an index.

@@ -16,7 +16,7 @@ struct UniqueIndex {
 
 /// Whether the index covers the table's key, so that a retry with another key can succeed: the key of the
 /// schema, or, for a table unknown to the schema, the primary key that is passed.
-bool holdsKey(const UniqueIndex& index, StringView table, std::span<const String> primaryKey = {});
+bool holdsKey(const UniqueIndex& index, StringView table, std::span<const String> primaryKey);
 
 /// Whether the index that SQLite says to be broken ("UNIQUE constraint failed: Pais.IDPais") holds the key of
 /// the table that the statement writes; one that a trigger writes is another. `primary`: SQLite says that it

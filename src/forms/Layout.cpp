@@ -9,13 +9,13 @@ namespace {
 
 constexpr Long margin = 240;     ///< Around the dialog, and within a frame.
 constexpr Long gap = 120;        ///< Between two rows, and between two buttons.
-constexpr Long labelGap = 180;   ///< Between a label and its field; room for the mandatory sign.
+constexpr Long labelGap = 300;   ///< Between a label and its field; room for the mandatory sign.
 constexpr Long character = 105;  ///< Width of an ordinary character.
 constexpr Long lineHeight = 315; ///< Height of a field of one line.
 constexpr Long textLine = 240;   ///< Height of each further line.
 constexpr Long severalLines = 3; ///< Of a text box of several lines.
-constexpr Long labelDrop =
-    45; ///< By which a label stands lower than its field, so that their texts are level.
+/// By which a label stands lower than its field, so that their texts are level.
+constexpr Long labelDrop = 45;
 constexpr Long narrowest = 600;
 constexpr Long widest = 4800;
 constexpr Long boxSign = 330; ///< The box or circle before a caption.

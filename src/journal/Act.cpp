@@ -11,13 +11,13 @@ bool Place::same(const Place& other) const
            (input != Input::rating || page == other.page);
 }
 
-String readAs(const Place& place, const Held& held)
+String readAs(const Place& place, const Content& content)
 {
-    if (held.none)
+    if (content.none)
         return {};
     if (place.input == Input::option || place.input == Input::tick)
-        return held.value.number != 0 ? u"sí" : u"no";
-    return held.value.text;
+        return content.value.number != 0 ? u"sí" : u"no";
+    return content.value.text;
 }
 
 bool Opening::sameAs(const Opening& other) const

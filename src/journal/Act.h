@@ -20,11 +20,11 @@ struct Entry {
     auto operator<=>(const Entry&) const = default;
 };
 
-/// What an input held: a text, the entry of a list, or 0 and 1 of options and ticks.
-struct Held {
+/// What an input holds: a text, the entry of a list, or 0 and 1 of options and ticks.
+struct Content {
     bool none = false; ///< A list of which no entry is chosen.
     Entry value = {};
-    bool operator==(const Held&) const = default;
+    bool operator==(const Content&) const = default;
 };
 
 enum class Input : unsigned char { text, list, option, tick, rating };
@@ -47,13 +47,13 @@ struct Place {
 };
 
 /// What a value reads as: the text, the entry's text, «sí» or «no»; "" for a list without a choice.
-String readAs(const Place& place, const Held& held);
+String readAs(const Place& place, const Content& content);
 
 /// A place whose value an act changed.
 struct Change {
     std::size_t place = 0; ///< In `Draft::places`.
-    Held before = {};      ///< What it held when the dialog first showed it.
-    Held after = {};
+    Content before = {};   ///< What it held when the dialog first showed it.
+    Content after = {};
 };
 
 /// Where in the dialog the person is.

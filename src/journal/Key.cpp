@@ -1,5 +1,6 @@
 #include "journal/Key.h"
 
+#include "runtime/OwnerOnly.h"
 #include "runtime/PrivateFile.h"
 #include "runtime/System.h"
 
@@ -43,8 +44,9 @@ SecretKey ownKey(const fs::path& folder)
         // Another program may have made one meanwhile: what is in the file counts.
         createPrivateFile(file, std::string(key.begin(), key.end()));
     }
-    if (openToOthers(file))
-        failKey(file, u"la pueden leer otros: quíteles el permiso (" + String(closingCommand()) + u").");
+    if (owneronly::openToOthers(file))
+        failKey(file,
+                u"la pueden leer otros: quíteles el permiso (" + String(owneronly::closingCommand()) + u").");
     std::ifstream stream(file, std::ios::binary);
     const std::string text(std::istreambuf_iterator<char>(stream), {});
     if (text.size() != key.size())

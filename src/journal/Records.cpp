@@ -211,16 +211,16 @@ std::size_t commonEnd(StringView a, StringView b)
     return length;
 }
 
-void write(Out& out, const Held& held) { out << held.none << held.value; }
+void write(Out& out, const Content& content) { out << content.none << content.value; }
 
-void read(In& in, Held& held)
+void read(In& in, Content& content)
 {
-    in.into(held.none);
-    in.into(held.value);
+    in.into(content.none);
+    in.into(content.value);
 }
 
 /// The number, and of the text what lies between the parts that it has in common with the text before.
-void writeEdit(Out& out, const Held& from, const Held& to)
+void writeEdit(Out& out, const Content& from, const Content& to)
 {
     const StringView before = from.value.text;
     const StringView after = to.value.text;
@@ -230,7 +230,7 @@ void writeEdit(Out& out, const Held& from, const Held& to)
         << after.substr(start, after.size() - start - end);
 }
 
-void readEdit(In& in, const Held& from, Held& to)
+void readEdit(In& in, const Content& from, Content& to)
 {
     const StringView before = from.value.text;
     in.into(to.none);
@@ -242,7 +242,7 @@ void readEdit(In& in, const Held& from, Held& to)
     to.value.text = String(before.substr(0, start)) + between + String(before.substr(before.size() - end));
 }
 
-using Known = std::vector<std::optional<Held>>;
+using Known = std::vector<std::optional<Content>>;
 
 bool readChanges(In& in, Act& act, Known& known)
 {
@@ -251,12 +251,12 @@ bool readChanges(In& in, Act& act, Known& known)
         change.place = in.size(known.empty() ? 0 : known.size() - 1);
         if (change.place >= known.size())
             return false;
-        std::optional<Held>& held = known[change.place];
-        if (!held)
-            read(in, held.emplace());
-        change.before = *held;
-        readEdit(in, *held, change.after);
-        held = change.after;
+        std::optional<Content>& content = known[change.place];
+        if (!content)
+            read(in, content.emplace());
+        change.before = *content;
+        readEdit(in, *content, change.after);
+        content = change.after;
         act.changes.push_back(std::move(change));
     }
     return true;
@@ -272,7 +272,7 @@ std::string Records::pack(const Record& record)
         write(out, *opening);
     } else if (const auto* place = std::get_if<Place>(&record)) {
         write(out, *place);
-        held_.emplace_back();
+        contents_.emplace_back();
     } else if (const auto* begun = std::get_if<Begun>(&record)) {
         write(out, begun->act);
     } else if (const auto* inner = std::get_if<Inner>(&record)) {
@@ -282,12 +282,12 @@ std::string Records::pack(const Record& record)
         write(out, act);
         out << static_cast<std::int64_t>(act.changes.size());
         for (const Change& change : act.changes) {
-            std::optional<Held>& held = held_[change.place];
+            std::optional<Content>& content = contents_[change.place];
             out << static_cast<std::int64_t>(change.place);
-            if (!held)
-                write(out, *(held = change.before));
-            writeEdit(out, *held, change.after);
-            held = change.after;
+            if (!content)
+                write(out, *(content = change.before));
+            writeEdit(out, *content, change.after);
+            content = change.after;
         }
     }
     return std::move(out.bytes);
@@ -305,9 +305,9 @@ std::optional<Record> Records::unpack(std::string_view bytes)
         break;
     case Kind::place:
         read(in, record.emplace<Place>());
-        if (held_.size() >= mostPlaces)
+        if (contents_.size() >= mostPlaces)
             return std::nullopt;
-        held_.emplace_back();
+        contents_.emplace_back();
         break;
     case Kind::begun:
         read(in, record.emplace<Begun>().act);
@@ -317,7 +317,7 @@ std::optional<Record> Records::unpack(std::string_view bytes)
         break;
     case Kind::act:
         read(in, record.emplace<Act>());
-        if (!readChanges(in, std::get<Act>(record), held_))
+        if (!readChanges(in, std::get<Act>(record), contents_))
             return std::nullopt;
         break;
     }

@@ -30,7 +30,7 @@ public:
     std::optional<Record> unpack(std::string_view bytes);
 
 private:
-    std::vector<std::optional<Held>> held_; ///< Of each place, as the last change left it.
+    std::vector<std::optional<Content>> contents_; ///< Of each place, as the last change left it.
 };
 
 } // namespace zv::journal

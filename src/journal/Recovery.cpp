@@ -28,18 +28,6 @@ std::vector<Item> Recovery::preview() { return go(false); }
 
 std::vector<Item> Recovery::run() { return go(true); }
 
-bool goInto(Form& opener, Person& person, const Opening& opening)
-{
-    for (const Choice& choice : opening.choices) {
-        auto* list = dynamic_cast<ComboBox*>(opener.find(choice.control, choice.index));
-        const auto index = list != nullptr ? indexOf(choice.entry, *list) : std::nullopt;
-        if (!index || !person.choose(*list, *index))
-            return false;
-    }
-    Control* button = opener.find(opening.button, opening.buttonIndex);
-    return button != nullptr && button->accessible() && person.click(*button);
-}
-
 std::vector<Item> Recovery::left(std::vector<Item> items)
 {
     std::erase_if(items,

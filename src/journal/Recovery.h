@@ -29,8 +29,4 @@ private:
     const Draft& draft_;
 };
 
-/// In the dialog that opened the draft's: chooses what stood chosen there, and opens it in the same way.
-/// Returns when that dialog has closed; false if something of it is no longer there.
-bool goInto(Form& opener, Person& person, const Opening& opening);
-
 } // namespace zv::journal

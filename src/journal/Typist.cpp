@@ -16,16 +16,16 @@ namespace zv::journal {
 namespace {
 
 /// Whether two values mean the same: an entry is known by its number, if it has one.
-bool means(const Held& a, const Held& b)
+bool means(const Content& a, const Content& b)
 {
     return a == b || (!a.none && !b.none && a.value.number != 0 && a.value.number == b.value.number &&
                       !a.value.text.empty());
 }
 
 /// A value that is only what another one left: nobody chose it.
-bool isConsequence(const Place& place, const Held& held)
+bool isConsequence(const Place& place, const Content& content)
 {
-    return held.none || (place.input == Input::option && held.value.number == 0);
+    return content.none || (place.input == Input::option && content.value.number == 0);
 }
 
 StringView trimmed(StringView text)
@@ -75,7 +75,7 @@ void Typist::noteStored()
         return;
     visited_.push_back(pupil);
     for (const Control* control : form_.Controls)
-        stored_[{pupil, control}] = heldBy(*control);
+        stored_[{pupil, control}] = contentOf(*control);
 }
 
 bool Typist::goToPupil(const Entry& pupil)
@@ -141,10 +141,10 @@ Control* Typist::reach(const Place& place)
 }
 
 /// Of a rating in a preview what its cell shows, since to open the list would change that.
-Held Typist::heldAt(const Place& place, const Control& control) const
+Content Typist::contentAt(const Place& place, const Control& control) const
 {
     if (place.input != Input::rating || typing_)
-        return heldBy(control);
+        return contentOf(control);
     const MSFlexGrid& grid = *controls_.grid;
     const Long row = subjectRow(grid, place.question).value_or(0);
     return {.value = {0, String(trimmed(grid.TextMatrix(row, lastShownColumn(grid))))}};
@@ -193,14 +193,14 @@ void Typist::type(const Change& change, bool again, Control& control, Known& kno
 {
     const Place& place = draft_.places[change.place];
     Item& item = items[known.item];
-    const Held now = heldAt(place, control);
+    const Content now = contentAt(place, control);
     const bool fresh = !std::exchange(known.seen, true);
     const bool rating = place.input == Input::rating;
     const auto first = stored_.find({place.pupil.number, &control});
-    const Held stored = rating || first == stored_.end() ? now : first->second;
+    const Content stored = rating || first == stored_.end() ? now : first->second;
     if (fresh)
         item.now = readAs(place, stored);
-    const auto same = [&](const Held& a, const Held& b) {
+    const auto same = [&](const Content& a, const Content& b) {
         return rating && !typing_ ? shows(a.value.text, b.value) : means(a, b);
     };
     if (isConsequence(place, change.after))
@@ -221,7 +221,7 @@ void Typist::type(const Change& change, bool again, Control& control, Known& kno
     }
 }
 
-Fate Typist::enter(const Place& place, const Held& after, const Held& now, Control& control)
+Fate Typist::enter(const Place& place, const Content& after, const Content& now, Control& control)
 {
     const auto* list = dynamic_cast<const ComboBox*>(&control);
     if (list != nullptr && !indexOf(after.value, *list))
@@ -238,9 +238,9 @@ bool Typist::otherChosen(const OptionButton& option) const
 {
     const auto isStored = [&](const Control* each) {
         const auto* other = dynamic_cast<const OptionButton*>(each);
-        const auto held = stored_.find({controls_.isSection() ? controls_.pupil() : 0, each});
-        return other != nullptr && other->frame() == option.frame() && held != stored_.end() &&
-               held->second.value.number != 0;
+        const auto stored = stored_.find({controls_.isSection() ? controls_.pupil() : 0, each});
+        return other != nullptr && other->frame() == option.frame() && stored != stored_.end() &&
+               stored->second.value.number != 0;
     };
     const auto chosen = std::ranges::find_if(form_.Controls, isStored);
     return chosen != form_.Controls.end() && std::ranges::none_of(before_, [&](const auto& each) {
@@ -250,7 +250,7 @@ bool Typist::otherChosen(const OptionButton& option) const
            });
 }
 
-bool Typist::set(Control& control, const Held& after)
+bool Typist::set(Control& control, const Content& after)
 {
     if (auto* box = dynamic_cast<TextBox*>(&control)) {
         const auto all = [&] { return person_.select(*box, 0, static_cast<Long>(box->Text().size())); };
@@ -264,7 +264,7 @@ bool Typist::set(Control& control, const Held& after)
     } else {
         person_.click(control);
     }
-    return means(heldBy(control), after);
+    return means(contentOf(control), after);
 }
 
 void Typist::settle()
@@ -280,7 +280,7 @@ void Typist::settle()
             const Place& place = draft_.places[first];
             Control* control = known.lost || item.fate == Fate::noPlace ? nullptr : reach(place);
             if (control == nullptr || isConsequence(place, item.change.after) ||
-                means(heldBy(*control), item.change.after))
+                means(contentOf(*control), item.change.after))
                 continue;
             differs = true;
             item.fate = set(*control, item.change.after) ? Fate::typed : Fate::refused;

@@ -31,7 +31,7 @@ private:
 
     void take(const Change& change, bool again);
     void type(const Change& change, bool again, Control& control, Known& known);
-    Fate enter(const Place& place, const Held& after, const Held& now, Control& control);
+    Fate enter(const Place& place, const Content& after, const Content& now, Control& control);
     void act(const Step& step);
     bool perform(const Act& act, Control& control);
     void inside(Form& inner, const Step& step);
@@ -47,8 +47,8 @@ private:
     void noteStored();
     bool otherChosen(const OptionButton& option) const;
     bool standOn(const Entry& row);
-    Held heldAt(const Place& place, const Control& control) const;
-    bool set(Control& control, const Held& after);
+    Content contentAt(const Place& place, const Control& control) const;
+    bool set(Control& control, const Content& after);
 
     Form& form_;
     Person& person_;
@@ -59,10 +59,10 @@ private:
     String within_;
     std::map<std::size_t, Known> known_; ///< By the first place that is the same.
     /// What was stored: as the dialog showed it before anything was typed, of each pupil.
-    std::map<std::pair<Long, const Control*>, Held> stored_;
+    std::map<std::pair<Long, const Control*>, Content> stored_;
     std::vector<Long> visited_;
     /// First change that the draft made to each, by the first place that is the same.
-    std::map<std::size_t, Held> before_;
+    std::map<std::size_t, Content> before_;
     bool inner_ = false;  ///< In a dialog that the draft's own one opened.
     String row_;          ///< That was clicked last.
     bool astray_ = false; ///< The row that the next acts are about is gone.

@@ -51,7 +51,7 @@ String labelOf(const Control& control)
     return text;
 }
 
-Held heldByList(const ComboBox& list)
+Content contentOf(const ComboBox& list)
 {
     if (list.ListIndex() < 0)
         return {.none = true};
@@ -93,12 +93,12 @@ Entry rowOf(const MSFlexGrid& grid, Long row)
     return {grid.RowData(row), grid.TextMatrix(row, 0) + (last > 0 ? u" " + grid.TextMatrix(row, 1) : u"")};
 }
 
-Held heldBy(const Control& control)
+Content contentOf(const Control& control)
 {
     if (const auto* box = dynamic_cast<const TextBox*>(&control))
         return {.value = {0, typed(*box)}};
     if (const auto* list = dynamic_cast<const ComboBox*>(&control))
-        return heldByList(*list);
+        return contentOf(*list);
     if (const auto* option = dynamic_cast<const OptionButton*>(&control))
         return {.value = {option->Value() ? 1 : 0, {}}};
     if (const auto* tick = dynamic_cast<const CheckBox*>(&control))
@@ -110,7 +110,7 @@ Watch::Watch(Form& form) : form_(form), controls_(form)
 {
     for (Control* control : form.Controls)
         if (isInput(*control) && control != controls_.pupils && control != controls_.floating)
-            inputs_.push_back({control, inputOf(*control), heldBy(*control)});
+            inputs_.push_back({control, inputOf(*control), contentOf(*control)});
     view_ = view();
     noteSubjects();
 }
@@ -146,21 +146,22 @@ Place Watch::placeOf(const Watched& watched) const
 /// Comparison without a copy, as it is made for every input after every key.
 bool Watch::holdsStill(const Watched& watched)
 {
-    const Held& held = watched.held;
+    const Content& content = watched.content;
     switch (watched.input) {
     case Input::text: {
         const auto& box = dynamic_cast<const TextBox&>(*watched.control);
-        return box.TextoDoblado().empty() ? box.Text() == held.value.text : typed(box) == held.value.text;
+        return box.TextoDoblado().empty() ? box.Text() == content.value.text
+                                          : typed(box) == content.value.text;
     }
     case Input::list: {
         const auto& list = dynamic_cast<const ComboBox&>(*watched.control);
         const Long index = list.ListIndex();
-        return index < 0 ? held.none
-                         : !held.none && list.ItemData(index) == held.value.number &&
-                               list.List(index) == held.value.text;
+        return index < 0 ? content.none
+                         : !content.none && list.ItemData(index) == content.value.number &&
+                               list.List(index) == content.value.text;
     }
     default:
-        return heldBy(*watched.control) == held;
+        return contentOf(*watched.control) == content;
     }
 }
 
@@ -169,7 +170,7 @@ std::optional<Watch::Difference> Watch::choice(const Control* control) const
     const auto found = std::ranges::find(inputs_, control, &Watched::control);
     if (controls_.isSection() || found == inputs_.end() || found->input == Input::text)
         return std::nullopt;
-    return Difference{placeOf(*found), found->held, found->held};
+    return Difference{placeOf(*found), found->content, found->content};
 }
 
 std::vector<Watch::Difference> Watch::differences(const Control* first)
@@ -181,10 +182,10 @@ std::vector<Watch::Difference> Watch::differences(const Control* first)
     for (Watched& input : inputs_) {
         if (holdsStill(input))
             continue;
-        Held held = heldBy(*input.control);
+        Content content = contentOf(*input.control);
         if (!moved)
-            found.push_back({placeOf(input), std::move(input.held), held});
-        input.held = std::move(held);
+            found.push_back({placeOf(input), std::move(input.content), content});
+        input.content = std::move(content);
         if (!moved && input.control == first)
             std::rotate(found.begin(), found.end() - 1, found.end());
     }
@@ -213,13 +214,13 @@ void Watch::addRating(std::vector<Difference>& found)
                 .question = subjects_[static_cast<std::size_t>(grid.Row())],
                 .column = grid.Col()};
     place.label = place.question.text;
-    Held held = heldByList(*controls_.floating);
+    Content content = contentOf(*controls_.floating);
     const bool same = ratingOpen_ && rating_.same(place) && rating_.column == place.column;
-    if (same && held == ratingHeld_)
+    if (same && content == ratingContent_)
         return;
-    found.push_back({place, same ? ratingHeld_ : held, held});
+    found.push_back({place, same ? ratingContent_ : content, content});
     rating_ = std::move(place);
-    ratingHeld_ = std::move(held);
+    ratingContent_ = std::move(content);
     ratingOpen_ = true;
 }
 

@@ -14,7 +14,7 @@ class TextBox;
 namespace zv::journal {
 
 /// What an input holds. A text that the suite's helper object has escaped is given as it was typed.
-Held heldBy(const Control& control);
+Content contentOf(const Control& control);
 /// The entry of a list; fails with 381 if there is none.
 Entry entryOf(const ComboBox& list, Long index);
 /// The row of a grid: its number, or the text of its last column where that is hidden, and what it shows.
@@ -32,8 +32,8 @@ public:
     /// An input that holds something else than at the last call; a rating also where its list is open.
     struct Difference {
         Place place;
-        Held before;
-        Held after;
+        Content before;
+        Content after;
     };
     /// Differences since the last call, the given control's first. What another pupil shows because he was
     /// chosen is none.
@@ -48,7 +48,7 @@ private:
     struct Watched {
         Control* control = nullptr;
         Input input = Input::text;
-        Held held = {};
+        Content content = {};
     };
     Place placeOf(const Watched& watched) const;
     void noteSubjects();
@@ -61,7 +61,7 @@ private:
     View view_;
     std::vector<Entry> subjects_; ///< Of the grid's rows, as they were filled.
     Place rating_;                ///< Whose list was open at the last call.
-    Held ratingHeld_;
+    Content ratingContent_;
     bool ratingOpen_ = false;
 };
 

@@ -196,7 +196,7 @@ String dayInWords(Day day)
 
 String fileName(const SectionSheets& section)
 {
-    // Stages have sections of the same name.
+    // Kinds of teaching have sections of the same name.
     const String course = safe(section.course, longestLabel);
     return String(progress::wordOf(section.kind)) + (course.empty() ? u"" : u" ") + course + u" " +
            safe(section.section, longestLabel) +

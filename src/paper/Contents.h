@@ -5,7 +5,6 @@
 
 #include <chrono>
 #include <functional>
-#include <optional>
 
 namespace zv::paper {
 

@@ -1,6 +1,7 @@
 #include "paper/Sheet.h"
 
 #include "data/Cells.h"
+#include "data/SchemaCheck.h"
 #include "data/Statement.h"
 #include "progress/Panel.h"
 #include "runtime/Convert.h"
@@ -33,7 +34,7 @@ String readText(Connection& centro, const String& query)
         const Rows rows = read(centro, query);
         return rows.empty() ? String() : textIn(rows.front().front());
     } catch (const RuntimeError& error) {
-        if (error.number() != failure::tableMissing && error.number() != failure::columnMissing)
+        if (!isLacking(error))
             throw;
         return {};
     }

@@ -11,7 +11,7 @@ namespace zv::paper {
 
 using progress::Kind;
 
-/// Ratings of one area, in the order of the kinds of rating; "" where there is none.
+/// Ratings of one area, in the order of the types of rating; "" where there is none.
 struct Area {
     String name;
     std::array<String, 5> answers = {};
@@ -55,7 +55,7 @@ struct SectionSheets {
     Long id = 0;
     bool hasNamesake = false; ///< Another section of the school has its name and its course's.
     String tutor;
-    std::vector<Question> questions = {}; ///< The five kinds of rating, or the questions of the guidance.
+    std::vector<Question> questions = {}; ///< The five types of rating, or the questions of the guidance.
     std::vector<Sheet> sheets = {};
 };
 

@@ -4,8 +4,8 @@
 
 namespace zv::progress {
 
-/// Reports that are handed to families: guidance advice, and the individual reports of the secondary stages
-/// and of primary education.
+/// Reports that are handed to families: guidance advice, and the individual reports of secondary and of
+/// primary education.
 enum class Kind { guidance, secondary, primary };
 inline constexpr Kind kinds[] = {Kind::guidance, Kind::secondary, Kind::primary};
 

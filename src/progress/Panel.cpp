@@ -11,9 +11,9 @@
 namespace zv::progress {
 namespace {
 
-constexpr Long primaryStage = 2;
-constexpr Long secondaryStage = 3;
-constexpr Long sixthForm = 4;
+constexpr Long primaryEducation = 2;
+constexpr Long secondaryEducation = 3;
+constexpr Long lastTwoYears = 4;
 
 /// Collector of what one report has and lacks.
 class Account {
@@ -169,9 +169,9 @@ String strangerText(const Stranger& stranger)
 
 bool has(const Section& section, Kind kind)
 {
-    return kind == Kind::primary    ? section.kind == primaryStage
-           : kind == Kind::guidance ? section.kind == secondaryStage
-                                    : section.kind == secondaryStage || section.kind == sixthForm;
+    return kind == Kind::primary    ? section.kind == primaryEducation
+           : kind == Kind::guidance ? section.kind == secondaryEducation
+                                    : section.kind == secondaryEducation || section.kind == lastTwoYears;
 }
 
 bool offers(Kind kind, const Section& section)

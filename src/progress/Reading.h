@@ -51,7 +51,7 @@ struct Section {
     String name = {};
     String course = {};
     Long kind = 0; ///< Kind of teaching; 0 of a section without course.
-    Long year = 0;
+    Long year = 0; ///< Of the course in its kind of teaching, from 1.
     bool endsCycle = false;
 };
 

@@ -1,5 +1,7 @@
 #include "qt/Bar.h"
 
+#include "qt/EdgeStyle.h"
+
 #include <QAccessible>
 #include <QAction>
 #include <QKeySequence>
@@ -51,6 +53,7 @@ void Bar::say(const QString& text, const std::vector<Choice>& choices)
                 .release();
         button->setObjectName(objectName() + choice.text);
         button->setAutoDefault(false);
+        giveRoom(*button);
         row_.addWidget(button);
         button->show();
         buttons_.push_back(button);
@@ -77,7 +80,7 @@ int Bar::leastWidth() const
 {
     int width = 0;
     for (const QPushButton* each : buttons_)
-        width += each->sizeHint().width() + row_.spacing();
+        width += std::max(each->sizeHint().width(), each->minimumWidth()) + row_.spacing();
     const QMargins around = parts_.contentsMargins();
     return width + around.left() + around.right() + 2 * frameWidth();
 }

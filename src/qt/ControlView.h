@@ -12,7 +12,7 @@ namespace zv {
 class ControlView;
 
 /// Interface of the window towards the views in it.
-class ViewHost : public HostWindow {
+class ViewSite : public WindowSite {
 public:
     /// Where the control stands in its parent, in pixels.
     virtual QRect placeOf(const Control& control) const = 0;
@@ -23,7 +23,7 @@ public:
     virtual bool pressOwn(const QKeyEvent& event) = 0;
 
 protected:
-    ~ViewHost() = default;
+    ~ViewSite() = default;
 };
 
 /// View of a control by a widget.
@@ -40,7 +40,7 @@ public:
     void name();
 
 protected:
-    explicit ControlView(ViewHost& window) : ViewBase(window), window_(window) {}
+    explicit ControlView(ViewSite& window) : ViewBase(window), window_(window) {}
     /// Installs the event filter for the input's keys and focus; once, when the widget is there.
     void watch();
     /// Filter for keys that the dialogs know. True: the widget does not get it.
@@ -51,19 +51,19 @@ protected:
     /// Sets what a screen reader adds to the name.
     virtual void describe(const QString& text);
     void later(const std::function<void()>& what) override;
-    ViewHost& window() const { return window_; }
+    ViewSite& window() const { return window_; }
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     bool filtered(QObject& watched, QEvent& event);
-    ViewHost& window_;
+    ViewSite& window_;
 };
 
 /// View of control class C by widget class W, which it owns.
 template <class C, class W>
 class ViewOf : public ControlView {
 public:
-    ViewOf(ViewHost& window, C& control, QWidget& parent)
+    ViewOf(ViewSite& window, C& control, QWidget& parent)
         : ControlView(window), control_(control), widget_(std::make_unique<W>(&parent))
     {}
     C& control() const final { return control_; }
@@ -75,6 +75,6 @@ private:
 };
 
 /// Factory: the view that fits the kind of the control.
-std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, QWidget& parent);
+std::unique_ptr<ControlView> makeView(ViewSite& window, Control& control, QWidget& parent);
 
 } // namespace zv

@@ -74,6 +74,8 @@ private:
         table_.setSelectionMode(QAbstractItemView::ContiguousSelection);
         table_.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
         table_.verticalHeader()->hide();
+        table_.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        table_.horizontalHeader()->setHighlightSections(false);
         table_.setRowCount(static_cast<int>(rows.size()));
         for (const DraftColumn& each : draftColumns)
             if (std::ranges::any_of(rows, [&](const DraftRow& row) { return !(row.*each.text).empty(); }))

@@ -4,8 +4,11 @@
 
 #include <QAbstractItemView>
 #include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QPainter>
 #include <QProxyStyle>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QStyleOption>
 #include <QWidget>
@@ -46,7 +49,11 @@ public:
             return;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        const bool focused = element == PE_Frame && scrolls(widget) && option->state.testFlag(State_HasFocus);
+        // A field that a click gives the focus has no ring around it, which a dialog's has.
+        const bool alone =
+            element == PE_FrameLineEdit && widget != nullptr && (widget->focusPolicy() & Qt::ClickFocus) != 0;
+        const bool focused =
+            option->state.testFlag(State_HasFocus) && (alone || (element == PE_Frame && scrolls(widget)));
         painter->setPen(focused ? QPen(focusColor(option->palette), focusWidth)
                                 : QPen(edgeColor(option->palette)));
         painter->setBrush(Qt::NoBrush);
@@ -76,8 +83,16 @@ void drawEdges(QWidget& window)
 {
     for (QWidget* each : window.findChildren<QWidget*>())
         if (each->focusPolicy() != Qt::NoFocus &&
-            (scrolls(each) || qobject_cast<QCheckBox*>(each) != nullptr))
+            (scrolls(each) || qobject_cast<QCheckBox*>(each) != nullptr ||
+             qobject_cast<QLineEdit*>(each) != nullptr || qobject_cast<QComboBox*>(each) != nullptr))
             drawEdge(*each);
+}
+
+void giveRoom(QPushButton& button)
+{
+    constexpr int letters = 3;
+    const QFontMetrics font = button.fontMetrics();
+    button.setMinimumWidth(font.horizontalAdvance(button.text()) + letters * font.averageCharWidth());
 }
 
 } // namespace zv

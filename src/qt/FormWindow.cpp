@@ -78,6 +78,8 @@ QRect FormWindow::placeOf(const Control& control) const
     // Over its cell, which the window may have made wider than the model knows.
     if (const MSFlexGrid* under = this->under(control)) {
         const auto& grid = dynamic_cast<const GridView&>(viewOf(*under));
+        place.moveTop(grid.widget().y() + below(*under, control));
+        place.setHeight(pixels(control.Height()));
         if (const auto column = grid.currentColumn()) {
             place.moveLeft(grid.widget().x() + column->first);
             place.setWidth(column->second);
@@ -124,20 +126,21 @@ double FormWindow::scaleWanted() const
 {
     const double perTwip = static_cast<double>(logicalDpiX()) / twipsPerInch;
     const double letters = QFontInfo(QApplication::font()).pixelSize() / (largestFont * perTwip);
-    const Long line = hasLine() ? lineHeight : 0;
-    return magnified(letters, room().width() / (form().Width() * perTwip),
-                     room().height() / ((form().Height() + line) * perTwip), zoom_->percent());
+    const Long foot = hasLine() ? footHeight : 0;
+    const QSize most = room() - QSize(1, 1); // The parts of the window are rounded one by one.
+    return magnified(letters, most.width() / (form().Width() * perTwip),
+                     most.height() / ((form().Height() + foot) * perTwip), zoom_->percent());
 }
 
 void FormWindow::fit()
 {
     const QSize whole(pixels(form().Width()), pixels(form().Height()));
     sheet_->setFixedSize(whole);
-    const int line = hasLine() ? pixels(lineHeight) : 0;
+    const int foot = hasLine() ? pixels(footHeight) : 0;
     const bool barShown = bar_ && !bar_->isHidden();
     const int least = barShown ? bar_->leastWidth() : 0;
     const int over = barShown ? bar_->settle(std::max(least, std::min(whole.width(), room().width()))) : 0;
-    const QSize most = zoom_ == nullptr ? whole : room() - QSize(0, line + over);
+    const QSize most = zoom_ == nullptr ? whole : room() - QSize(0, foot + over);
     const int bar = room_.verticalScrollBar()->sizeHint().width();
     const ScrollBars bars =
         scrollBars({whole.width(), whole.height()}, {most.width(), most.height()}, {bar, bar});
@@ -147,12 +150,12 @@ void FormWindow::fit()
     const QSize inner = (whole + QSize(bars.down ? bar : 0, bars.across ? bar : 0)).boundedTo(most);
     room_.setGeometry({{0, over}, inner});
     const int across = std::max(inner.width(), least);
-    setFixedSize(across, over + inner.height() + line);
+    setFixedSize(across, over + inner.height() + foot);
     if (barShown)
         bar_->setGeometry(0, 0, across, over);
-    if (line > 0) {
+    if (foot > 0) {
         const int beside = pixels(margin);
-        line_.setGeometry(beside, over + inner.height(), inner.width() - 2 * beside, line);
+        line_.setGeometry(beside, over + inner.height(), inner.width() - 2 * beside, pixels(lineHeight));
     }
 }
 

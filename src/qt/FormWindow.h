@@ -19,7 +19,7 @@ namespace zv {
 
 /// Window (view) of a form, from the form's opening until the form is hidden or unloaded. The form lies on a
 /// sheet, which scrolls where it is larger than the screen.
-class FormWindow final : public QDialog, public FormView<ViewHost, ControlView> {
+class FormWindow final : public QDialog, public FormView<ViewSite, ControlView> {
 public:
     /// Without a zoom the window is bare: keys and buttons do what the model does and no more, and the sheet
     /// has its natural size.

@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <numeric>
 
 namespace zv {
 
@@ -101,7 +100,7 @@ private:
     std::vector<Long> columns_; ///< Those that are not hidden.
 };
 
-GridView::GridView(ViewHost& window, MSFlexGrid& grid, QWidget& parent)
+GridView::GridView(ViewSite& window, MSFlexGrid& grid, QWidget& parent)
     : ViewOf(window, grid, parent), cells_(std::make_unique<Cells>(grid))
 {
     QTableView& table = widget();

@@ -15,7 +15,7 @@ namespace zv {
 /// so that what code lays over a cell covers it.
 class GridView final : public ViewOf<MSFlexGrid, QTableView> {
 public:
-    GridView(ViewHost& window, MSFlexGrid& grid, QWidget& parent);
+    GridView(ViewSite& window, MSFlexGrid& grid, QWidget& parent);
     ~GridView() override;
     /// Left edge, within the grid, and width of the current cell's column as it is shown, in pixels; nothing
     /// for a hidden one.

@@ -99,7 +99,7 @@ protected:
         ruleTables(*document()->rootFrame(), line);
         colorLinks();
         if (!name.fragment().isEmpty())
-            goTo(name.fragment());
+            goTo(anchorOf(name.fragment(QUrl::FullyDecoded)));
     }
 
     void changeEvent(QEvent* event) override
@@ -201,7 +201,10 @@ public:
 
     void go(const QString& page, const QString& text = {})
     {
-        pages_.setSource(pageAddress(QFile::exists(pageFile(page)) ? page : indexPage));
+        const QString name = page.section(u'#', 0, 0);
+        QUrl address = pageAddress(QFile::exists(pageFile(name)) ? name : indexPage);
+        address.setFragment(page.section(u'#', 1));
+        pages_.setSource(address);
         if (!text.isEmpty())
             pages_.seek(text);
         pages_.setFocus();

@@ -4,7 +4,6 @@
 #include <QEvent>
 #include <QWidget>
 
-#include <algorithm>
 #include <cmath>
 #include <memory>
 

@@ -1,6 +1,7 @@
 #include "qt/TextView.h"
 
 #include "qt/EdgeStyle.h"
+#include "qt/Legible.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -15,6 +16,8 @@
 namespace zv {
 
 namespace {
+
+constexpr int beside = 2; ///< Of a line, in pixels: its text begins as far inside as that of a list.
 
 /// Dispatch of an edit command to either edit widget.
 template <class Edit>
@@ -176,6 +179,7 @@ void TextView::offerEdits(const QPoint& where)
         {"&Pegar", QKeySequence::Paste},   {"&Seleccionar todo", QKeySequence::SelectAll},
     };
     QMenu menu(&widget());
+    keepLegible(menu);
     for (const Edit& edit : edits) {
         QAction* action = menu.addAction(QString::fromUtf8(edit.caption));
         action->setShortcut(edit.key);
@@ -190,11 +194,12 @@ void TextView::offerEdits(const QPoint& where)
     key == QKeySequence::Paste ? paste() : doEdit(key);
 }
 
-LineView::LineView(ViewHost& window, TextBox& box, QWidget& parent)
+LineView::LineView(ViewSite& window, TextBox& box, QWidget& parent)
     : TextView(window), box_(box), edit_(std::make_unique<QLineEdit>(&parent))
 {
     watch();
     drawEdge(*edit_);
+    edit_->setTextMargins(beside, 0, beside, 0);
     edit_->setAlignment(box.RightAligned() ? Qt::AlignRight : Qt::AlignLeft);
     connect(edit_.get(), &QLineEdit::textChanged, this, [this] { widgetChanged(); });
     connect(edit_.get(), &QLineEdit::selectionChanged, this, [this] { widgetChanged(); });
@@ -242,7 +247,7 @@ bool LineView::canDo(QKeySequence::StandardKey edit) const
 
 void LineView::doEdit(QKeySequence::StandardKey edit) { doEditOn(*edit_, edit); }
 
-NotesView::NotesView(ViewHost& window, TextBox& box, QWidget& parent)
+NotesView::NotesView(ViewSite& window, TextBox& box, QWidget& parent)
     : TextView(window), box_(box), edit_(std::make_unique<NotesEdit>(&parent))
 {
     watch();

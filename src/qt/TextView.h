@@ -13,7 +13,7 @@ namespace zv {
 /// (input method, undo, drag and drop) is taken over as one paste.
 class TextView : public ControlView {
 public:
-    explicit TextView(ViewHost& window) : ControlView(window) {}
+    explicit TextView(ViewSite& window) : ControlView(window) {}
     virtual TextBox& box() const = 0;
 
 protected:
@@ -48,14 +48,14 @@ private:
     bool commit(QEvent& event);
     bool following_ = false; ///< Re-entrancy flag: the widget is being changed from the model.
     bool taking_ = false;    ///< Re-entrancy flag: the model is being changed from the widget.
-    bool own_ =
-        false; ///< What changes comes of this box's own keys; all else is another row's or pupil's text.
+    /// What changes comes of this box's own keys; all else is another row's or pupil's text.
+    bool own_ = false;
     bool pending_ = false; ///< A change of the widget waits for takeOver().
 };
 
 class LineView final : public TextView {
 public:
-    LineView(ViewHost& window, TextBox& box, QWidget& parent);
+    LineView(ViewSite& window, TextBox& box, QWidget& parent);
     TextBox& control() const override { return box_; }
     TextBox& box() const override { return box_; }
     QLineEdit& widget() const override { return *edit_; }
@@ -77,7 +77,7 @@ private:
 
 class NotesView final : public TextView {
 public:
-    NotesView(ViewHost& window, TextBox& box, QWidget& parent);
+    NotesView(ViewSite& window, TextBox& box, QWidget& parent);
     TextBox& control() const override { return box_; }
     TextBox& box() const override { return box_; }
     NotesEdit& widget() const override { return *edit_; }

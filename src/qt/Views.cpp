@@ -22,7 +22,7 @@ constexpr int normal = 100; ///< Width of letters, in hundredths.
 constexpr int closest = 70;
 
 template <class C, class V>
-std::unique_ptr<ControlView> viewFor(ViewHost& window, Control& control, QWidget& parent)
+std::unique_ptr<ControlView> viewFor(ViewSite& window, Control& control, QWidget& parent)
 {
     auto* target = dynamic_cast<C*>(&control);
     return target == nullptr ? nullptr : std::make_unique<V>(window, *target, parent);
@@ -30,7 +30,7 @@ std::unique_ptr<ControlView> viewFor(ViewHost& window, Control& control, QWidget
 
 } // namespace
 
-LabelView::LabelView(ViewHost& window, Label& label, QWidget& parent) : ViewOf(window, label, parent)
+LabelView::LabelView(ViewSite& window, Label& label, QWidget& parent) : ViewOf(window, label, parent)
 {
     watch();
     widget().setAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -83,7 +83,7 @@ void FocusedButton::paintEvent(QPaintEvent* event)
     painter.drawPrimitive(QStyle::PE_FrameFocusRect, frame);
 }
 
-TabsView::TabsView(ViewHost& window, TabStrip& strip, QWidget& parent)
+TabsView::TabsView(ViewSite& window, TabStrip& strip, QWidget& parent)
     : ViewOf(window, strip, parent), pane_(std::make_unique<QFrame>(&widget())),
       bar_(std::make_unique<QTabBar>(&widget()))
 {
@@ -157,7 +157,7 @@ private:
     int count_ = 0;
 };
 
-ListView::ListView(ViewHost& window, ComboBox& box, QWidget& parent)
+ListView::ListView(ViewSite& window, ComboBox& box, QWidget& parent)
     : ViewOf(window, box, parent), entries_(std::make_unique<Entries>(box))
 {
     if (box.label() == nullptr) {
@@ -210,7 +210,7 @@ bool ListView::handle(QObject&, QEvent& event)
     return !act([this](Acts& acts) { return acts.focus(control()); }) || !window().alive();
 }
 
-std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, QWidget& parent)
+std::unique_ptr<ControlView> makeView(ViewSite& window, Control& control, QWidget& parent)
 {
     if (auto* box = dynamic_cast<TextBox*>(&control)) {
         if (box->MultiLine())
@@ -222,7 +222,7 @@ std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, QWidge
             return std::make_unique<GroupView>(window, *frame, parent);
         return std::make_unique<PaneView>(window, *frame, parent);
     }
-    using Maker = std::unique_ptr<ControlView> (*)(ViewHost&, Control&, QWidget&);
+    using Maker = std::unique_ptr<ControlView> (*)(ViewSite&, Control&, QWidget&);
     constexpr Maker makers[] = {
         viewFor<Label, LabelView>,
         viewFor<CommandButton, ButtonView<CommandButton, FocusedButton>>,

@@ -20,7 +20,7 @@ namespace zv {
 /// View of a label. The sign of a mandatory field is drawn behind the caption, and said to screen readers.
 class LabelView final : public ViewOf<Label, QLabel> {
 public:
-    LabelView(ViewHost& window, Label& label, QWidget& parent);
+    LabelView(ViewSite& window, Label& label, QWidget& parent);
 
 protected:
     void followContent() override;
@@ -30,7 +30,7 @@ protected:
 /// View of a frame with a border and a caption.
 class GroupView final : public ViewOf<Frame, QGroupBox> {
 public:
-    GroupView(ViewHost& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
+    GroupView(ViewSite& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
 
 protected:
     void followContent() override { widget().setTitle(toQt(control().Caption())); }
@@ -39,7 +39,7 @@ protected:
 /// View of a frame that only groups.
 class PaneView final : public ViewOf<Frame, QWidget> {
 public:
-    PaneView(ViewHost& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
+    PaneView(ViewSite& window, Frame& frame, QWidget& parent) : ViewOf(window, frame, parent) { watch(); }
 
 protected:
     void followContent() override {}
@@ -81,7 +81,7 @@ protected:
 template <class C, class W>
 class ButtonView final : public ViewOf<C, W> {
 public:
-    ButtonView(ViewHost& window, C& control, QWidget& parent) : ViewOf<C, W>(window, control, parent)
+    ButtonView(ViewSite& window, C& control, QWidget& parent) : ViewOf<C, W>(window, control, parent)
     {
         this->watch();
         W& button = this->widget();
@@ -126,7 +126,7 @@ private:
 /// View of a tab strip: a bar over a pane, on which the frames of its tabs stand.
 class TabsView final : public ViewOf<TabStrip, QWidget> {
 public:
-    TabsView(ViewHost& window, TabStrip& strip, QWidget& parent);
+    TabsView(ViewSite& window, TabStrip& strip, QWidget& parent);
     QTabBar& input() const override { return *bar_; }
 
 protected:
@@ -141,7 +141,7 @@ private:
 /// View of a drop-down list.
 class ListView final : public ViewOf<ComboBox, QComboBox> {
 public:
-    ListView(ViewHost& window, ComboBox& box, QWidget& parent);
+    ListView(ViewSite& window, ComboBox& box, QWidget& parent);
     ~ListView() override;
 
 protected:

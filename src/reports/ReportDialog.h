@@ -9,8 +9,6 @@
 #include "forms/TabStrip.h"
 #include "reports/cInformeInd.h"
 
-#include <span>
-
 namespace zv {
 
 /// Base class of the two individual reports: the pupils of a section, each with his texts, a unit of work

@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// The answer of one pupil to one of the eight questions of the guidance council.
+/// The answer of one pupil to one of the eight questions of the guidance advice.
 struct cConsejoOrientador {
     Long IDCORNota = 0; ///< The row's key; of a new one a provisional number until it is inserted.
     Integer CodAlumno = 0;

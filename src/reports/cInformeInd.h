@@ -17,7 +17,7 @@ struct cInfPrimaria {
     Byte Estado = 0;
 };
 
-/// A pupil's individual report: what is common to both stages, the primary ratings, and the secondary texts.
+/// A pupil's individual report: what both kinds of it have, the primary ratings, and the secondary texts.
 struct cInformeInd {
     Long CodAlumno = 0;
     String Dificultad;

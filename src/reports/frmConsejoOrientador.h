@@ -10,8 +10,8 @@
 
 namespace zv {
 
-/// The guidance council's answers for a whole section, pupil by pupil: a unit of work that stays in memory
-/// until it is accepted.
+/// The answers of the guidance advice for a whole section, pupil by pupil: a unit of work that stays in
+/// memory until it is accepted.
 class frmConsejoOrientador final : public Form {
 public:
     frmConsejoOrientador();

@@ -31,8 +31,8 @@ String frmConsejoOrientador1::coursesOfAll(Long /*kind*/) const
            u"Orden";
 }
 
-/// Operator precedence: AND binds before OR, so that the limit to orders 2 and 4 holds for the tutor only,
-/// and whoever merely teaches in a section sees courses of any other order.
+/// Operator precedence: AND binds before OR, so that the limit to years 2 and 4 holds for the tutor only,
+/// and whoever merely teaches in a section sees courses of any other year.
 String frmConsejoOrientador1::coursesOfUser(Long /*kind*/) const
 {
     return u"SELECT Descripcion, IDCurso FROM Curso WHERE codTipoEnsenanza={t} AND IDCurso "

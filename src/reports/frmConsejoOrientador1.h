@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// The section whose guidance advice is entered: teaching kind 3, courses of order 2 and 4.
+/// The section whose guidance advice is entered: kind of teaching 3, years 2 and 4.
 class frmConsejoOrientador1 final : public SelectionDialog {
 public:
     frmConsejoOrientador1();

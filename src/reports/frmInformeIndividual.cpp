@@ -35,7 +35,7 @@ StringView frmInformeIndividual::kindsOfUser() const
            u"WHERE CodPersonal={p} OR CodPersonalAsociado={p})))) ORDER BY Orden";
 }
 
-/// Filter: of the primary stage only the courses that end a cycle.
+/// Filter: of primary education only the courses that end a cycle.
 String frmInformeIndividual::coursesOfAll(Long kind) const
 {
     if (kind > primary)

@@ -4,8 +4,8 @@
 
 namespace zv {
 
-/// The section whose individual reports are written: kind 2 leads to the primary report, 3 and 4 to the
-/// secondary one.
+/// The section whose individual reports are written: kind of teaching 2 leads to the primary report, 3 and 4
+/// to the secondary one.
 class frmInformeIndividual final : public SelectionDialog {
 public:
     frmInformeIndividual();

@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// Possible answers to the questions of the guidance council.
+/// Possible answers to the questions of the guidance advice.
 class frmRespConsejo final : public ResponseDialog {
 public:
     frmRespConsejo();

@@ -4,7 +4,7 @@
 
 namespace zv {
 
-/// Possible answers of the rating types of the primary report.
+/// Possible answers of the types of rating of the primary report.
 class frmRespInfInd final : public ResponseDialog {
 public:
     frmRespInfInd();

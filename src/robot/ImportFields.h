@@ -28,8 +28,8 @@ std::vector<ImportField> importFieldsOf(Form& form);
 /// Whether lists can be imported into the dialog at all.
 bool takesLists(StringView dialog);
 
-/// Whether a person takes two words for the same: without regard to case, accents, blanks and a
-/// colon behind.
+/// Whether a person takes two words for the same: without regard to case, accents, blanks and a colon
+/// behind.
 bool sameWord(StringView a, StringView b);
 
 /// Fills the field by a person's acts. Gives why that could not be done, in Spanish; "" where it was.

@@ -74,8 +74,4 @@ bool createPrivateFile(const fs::path& file, std::string_view text)
     return true;
 }
 
-bool openToOthers(const fs::path& file) { return owneronly::openToOthers(file); }
-
-StringView closingCommand() { return owneronly::closingCommand(); }
-
 } // namespace zv

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "runtime/String.h"
-
 #include <filesystem>
 #include <string_view>
 
@@ -20,10 +18,5 @@ void tryReplacing(const std::filesystem::path& file);
 /// Makes a folder that only its owner can enter, and missing ones above it; one that is there stays as it is.
 /// Fails with a std::system_error.
 void makePrivateFolder(const std::filesystem::path& folder);
-/// Permission check: whether anyone but the owner may read or change the file, or its administrators where
-/// they could take that right in any case.
-bool openToOthers(const std::filesystem::path& file);
-/// The command by which a person closes a file to others on this system.
-StringView closingCommand();
 
 } // namespace zv

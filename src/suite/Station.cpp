@@ -6,7 +6,6 @@
 #include <optional>
 #include <random>
 #include <string>
-#include <vector>
 
 namespace zv {
 

@@ -15,16 +15,6 @@ namespace {
 using journal::Fate;
 using journal::Item;
 
-String shown(const journal::Held& held, journal::Input input)
-{
-    using journal::Input;
-    if (held.none)
-        return {};
-    if (input == Input::tick || input == Input::option)
-        return held.value.number != 0 ? u"sí" : u"no";
-    return held.value.text;
-}
-
 String remark(Fate fate)
 {
     switch (fate) {
@@ -56,8 +46,8 @@ void addRows(std::vector<DraftRow>& rows, const journal::Draft& draft,
             const String label = place.label.empty() ? place.control : place.label;
             rows.push_back({joined(place.pupil.text, within),
                             joined(place.question.text, label),
-                            shown(step.value->before, place.input),
-                            shown(step.value->after, place.input),
+                            readAs(place, step.value->before),
+                            readAs(place, step.value->after),
                             {}});
         }
         addRows(rows, draft, step.inner, joined(within, step.act.entry.text));

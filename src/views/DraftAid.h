@@ -2,8 +2,8 @@
 
 #include "journal/Journals.h"
 #include "journal/Recovery.h"
-#include "views/HostWindow.h"
 #include "views/WindowAids.h"
+#include "views/WindowSite.h"
 
 #include <vector>
 
@@ -15,7 +15,7 @@ namespace zv {
 class DraftAid {
 public:
     /// `trouble`: why nothing can be kept, of all windows, until a person has taken note; "" for nothing.
-    DraftAid(Form& form, HostWindow& window, WindowAids& aids, String& trouble)
+    DraftAid(Form& form, WindowSite& window, WindowAids& aids, String& trouble)
         : form_(form), window_(window), aids_(aids), trouble_(trouble)
     {}
 
@@ -33,7 +33,7 @@ private:
     std::vector<journal::Item> preview();
 
     Form& form_;
-    HostWindow& window_;
+    WindowSite& window_;
     WindowAids& aids_;
     std::vector<journal::Found> drafts_; ///< The first one is told of.
     std::vector<journal::Item> left_;    ///< Of the first one, when the rest of it has been typed in.

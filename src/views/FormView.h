@@ -4,8 +4,8 @@
 #include "forms/Form.h"
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
-#include "views/HostWindow.h"
 #include "views/PupilGuide.h"
+#include "views/WindowSite.h"
 
 #include <map>
 #include <memory>
@@ -16,9 +16,9 @@
 namespace zv {
 
 /// Window (view) of a form, as far as it is the same on every desktop: it runs a person's acts, and keeps the
-/// views of the controls in step with the model. `Host` is the toolkit's HostWindow, `View` its ViewBase.
-template <class Host, class View>
-class FormView : public Host, public WindowAids {
+/// views of the controls in step with the model. `Site` is the toolkit's WindowSite, `View` its ViewBase.
+template <class Site, class View>
+class FormView : public Site, public WindowAids {
 public:
     FormView(const FormView&) = delete;
     FormView& operator=(const FormView&) = delete;
@@ -115,6 +115,14 @@ protected:
     const MSFlexGrid* under(const Control& control) const
     {
         return guide_ && &control == guide_->controls().floating ? guide_->controls().grid : nullptr;
+    }
+    /// How far below a grid's top, in pixels, what floats over one of its rows: their heights are rounded one
+    /// by one.
+    int below(const MSFlexGrid& grid, const Control& floating) const
+    {
+        const Long row = grid.rowHeight();
+        const Long down = floating.Top() - grid.Top();
+        return static_cast<int>(down / row) * this->pixels(row) + this->pixels(down % row);
     }
     /// Runs the macro of a key of a section.
     bool pressChord(const std::optional<Chord>& chord, const std::optional<String>& typed)

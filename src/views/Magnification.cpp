@@ -11,6 +11,8 @@ constexpr int usualPercent = 100;
 constexpr int step = 10;
 constexpr int least = 60;
 constexpr int most = 300;
+/// To which a dialog shrinks by itself, rather than be cut by the edge of the screen.
+constexpr double smallest = 0.85;
 
 } // namespace
 
@@ -33,7 +35,9 @@ void Magnification::change(Change change)
 
 double magnified(double letters, double across, double down, int percent)
 {
-    return std::max(1.0, std::min(letters, std::min(across, down))) * percent / usualPercent;
+    const double room = std::min(across, down);
+    const double fits = room < smallest ? 1.0 : std::min(std::max(1.0, letters), room);
+    return fits * percent / usualPercent;
 }
 
 } // namespace zv

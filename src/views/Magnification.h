@@ -23,7 +23,8 @@ private:
 };
 
 /// Factor to a dialog's natural size: that of the desktop's letters to the dialogs' own, as far as the screen
-/// has room for it (`room` to `natural`, across and down), and the magnification.
+/// has room for it (`room` to `natural`, across and down), and the magnification. Somewhat less than natural
+/// where that much is lacking; what lacks more scrolls.
 double magnified(double letters, double across, double down, int percent);
 
 } // namespace zv

@@ -13,6 +13,8 @@ inline constexpr int twipsPerInch = 1440;
 inline constexpr StringView ordinaryLetters = u"abcdeghknopqsuvxyz";
 inline constexpr Long letterWidth = 105;
 inline constexpr Long lineHeight = 255;
+/// Of the line under a form, with the edge below it.
+inline constexpr Long footHeight = lineHeight + 150;
 /// Letters of the dialogs where they fit.
 inline constexpr Long largestFont = 180;
 

@@ -54,8 +54,8 @@ private:
     SectionKeys keys_{controls_};
     /// Whether a save began. If the form is still there it was cut, and only the dialog knows for whom.
     bool cut_ = false;
-    std::optional<Clock::time_point>
-        tellNext_;       ///< When a save tells of itself next; none while there is none.
+    /// When a save tells of itself next; none while there is none.
+    std::optional<Clock::time_point> tellNext_;
     int statements_ = 0; ///< Of that save, so far.
     String line_;
 };

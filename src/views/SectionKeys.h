@@ -32,7 +32,6 @@ private:
     bool inList() const;
     bool openList(Acts& acts);
     bool choose(Acts& acts, Long entry);
-    bool toContent(Acts& acts);
     void toRatingCell(Acts& acts) const;
     std::vector<Long> matches(StringView typed) const;
 

@@ -2,7 +2,7 @@
 
 #include "forms/Keys.h"
 #include "runtime/Errors.h"
-#include "views/HostWindow.h"
+#include "views/WindowSite.h"
 
 namespace zv {
 
@@ -24,7 +24,7 @@ public:
     void flush();
 
 protected:
-    explicit ViewBase(HostWindow& window) : base_(window) {}
+    explicit ViewBase(WindowSite& window) : base_(window) {}
     ~ViewBase() = default;
     /// Copies the control's content (text, value, list) from the model to the screen.
     virtual void followContent() = 0;
@@ -41,13 +41,13 @@ protected:
     void pressKey(const Keystroke& key);
 
 private:
-    HostWindow& base_;
+    WindowSite& base_;
     bool waiting_ = false;
 };
 
 /// Factory: the view by the first maker that knows the kind of the control.
-template <class Maker, std::size_t N, class Host, class Parent>
-auto viewBy(const Maker (&makers)[N], Host& window, Control& control, Parent&& parent)
+template <class Maker, std::size_t N, class Site, class Parent>
+auto viewBy(const Maker (&makers)[N], Site& window, Control& control, Parent&& parent)
 {
     for (const Maker make : makers)
         if (auto view = make(window, control, parent))

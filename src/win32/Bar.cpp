@@ -22,8 +22,8 @@ public:
     }
     char16_t key() const { return choice_.key; }
     /// Once the message has ended: what it does may take the bar away.
-    void press() { bar_.host_.later(choice_.does); }
-    int width() const { return bar_.host_.font().width(caption_) + 4 * bar_.margin(); }
+    void press() { bar_.site_.later(choice_.does); }
+    int width() const { return bar_.site_.font().width(caption_) + 4 * bar_.margin(); }
     bool told(UINT message, WPARAM number, LPARAM, LRESULT&) override
     {
         if (message == WM_COMMAND && HIWORD(number) == BN_CLICKED)
@@ -47,13 +47,13 @@ private:
     bool taken(UINT message, WPARAM code)
     {
         if (code == VK_ESCAPE || code == VK_F6)
-            bar_.host_.inStep();
+            bar_.site_.inStep();
         else if (code == VK_TAB && !held(VK_CONTROL) && !held(VK_MENU))
             bar_.step(*this, held(VK_SHIFT) ? -1 : 1);
         else if (code == VK_RETURN)
             press();
         else
-            return bar_.host_.pressOwn(message, code);
+            return bar_.site_.pressOwn(message, code);
         return true;
     }
     Bar& bar_;
@@ -61,8 +61,8 @@ private:
     String caption_;
 };
 
-Bar::Bar(ViewHost& host, HWND parent)
-    : Window(ourClass(), childStyle | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, parent), host_(host),
+Bar::Bar(ViewSite& site, HWND parent)
+    : Window(ourClass(), childStyle | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, parent), site_(site),
       text_(CreateWindowExW(0, WC_STATICW, L"", WS_CHILD | WS_VISIBLE | SS_NOPREFIX, 0, 0, 0, 0, handle(),
                             nullptr, GetModuleHandleW(nullptr), nullptr))
 {}
@@ -88,9 +88,9 @@ void Bar::hide()
         ShowWindow(each->handle(), SW_HIDE);
         gone_.push_back(std::move(each));
     }
-    host_.later([this] { gone_.clear(); });
+    site_.later([this] { gone_.clear(); });
     if (within)
-        host_.inStep();
+        site_.inStep();
 }
 
 bool Bar::focused() const { return IsChild(handle(), GetFocus()) != 0; }
@@ -124,7 +124,7 @@ int Bar::leastWidth() const
 
 int Bar::settle(int width)
 {
-    const Font& font = host_.font();
+    const Font& font = site_.font();
     const int line = font.height();
     const int high = 2 * line;
     const bool beside =

@@ -12,7 +12,7 @@ namespace zv::win32 {
 /// it. Each button has its key on it, which presses it from anywhere in the window.
 class Bar final : public Window {
 public:
-    Bar(ViewHost& host, HWND parent);
+    Bar(ViewSite& site, HWND parent);
     ~Bar() override;
 
     /// Says it in the place of what was said before; screen readers are told. The window has the size of the
@@ -36,9 +36,9 @@ protected:
 
 private:
     class Button;
-    int margin() const { return host_.font().height() / 2; }
+    int margin() const { return site_.font().height() / 2; }
     void step(const Button& from, int by) const;
-    ViewHost& host_;
+    ViewSite& site_;
     HWND text_;
     String said_;
     std::vector<std::unique_ptr<Button>> buttons_;

@@ -7,7 +7,7 @@
 
 namespace zv::win32 {
 
-ControlView::ControlView(ViewHost& window, Control& control, const wchar_t* kind, DWORD style, DWORD extended,
+ControlView::ControlView(ViewSite& window, Control& control, const wchar_t* kind, DWORD style, DWORD extended,
                          HWND parent)
     : Window(kind, childStyle | style, extended, parent), ViewBase(window), window_(window), control_(control)
 {}

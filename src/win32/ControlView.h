@@ -11,7 +11,7 @@ namespace zv::win32 {
 class ControlView;
 
 /// Interface of the window towards the views in it.
-class ViewHost : public HostWindow {
+class ViewSite : public WindowSite {
 public:
     /// Where the control stands in its parent, in pixels.
     virtual RECT placeOf(const Control& control) const = 0;
@@ -32,7 +32,7 @@ public:
     virtual void later(std::function<void()> what) = 0;
 
 protected:
-    ~ViewHost() = default;
+    ~ViewSite() = default;
 };
 
 /// Styles that each control's window has.
@@ -50,7 +50,7 @@ public:
     virtual int heightIn(const RECT& place) const { return place.bottom - place.top; }
 
 protected:
-    ControlView(ViewHost& window, Control& control, const wchar_t* kind, DWORD style, DWORD extended,
+    ControlView(ViewSite& window, Control& control, const wchar_t* kind, DWORD style, DWORD extended,
                 HWND parent);
     virtual void press(const Keystroke& key);
     /// Whether the window itself gets keys that are none of the dialogs'.
@@ -61,14 +61,14 @@ protected:
     void followFont() override;
     void later(const std::function<void()>& what) override { window_.later(what); }
     void show(const String& text);
-    ViewHost& window() const { return window_; }
+    ViewSite& window() const { return window_; }
 
 private:
     /// Whether it is, and all that it stands in.
     bool enabled() const;
     /// Whether the message was a key that the dialogs know.
     bool keyed(UINT message, WPARAM number);
-    ViewHost& window_;
+    ViewSite& window_;
     Control& control_;
     Characters characters_;
     String shown_;
@@ -79,7 +79,7 @@ private:
 template <class C>
 class ViewOf : public ControlView {
 public:
-    ViewOf(ViewHost& window, C& control, const wchar_t* kind, DWORD style, DWORD extended, HWND parent)
+    ViewOf(ViewSite& window, C& control, const wchar_t* kind, DWORD style, DWORD extended, HWND parent)
         : ControlView(window, control, kind, style, extended, parent), typed_(control)
     {}
     C& typed() const { return typed_; }
@@ -89,6 +89,6 @@ private:
 };
 
 /// Factory: the view that fits the kind of the control.
-std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, HWND parent);
+std::unique_ptr<ControlView> makeView(ViewSite& window, Control& control, HWND parent);
 
 } // namespace zv::win32

@@ -71,6 +71,8 @@ RECT FormWindow::placeOf(const Control& control) const
     // Over its cell, which the window may have made wider than the model knows.
     if (const MSFlexGrid* under = this->under(control)) {
         const auto& grid = dynamic_cast<const GridView&>(viewOf(*under));
+        place.top = placeOf(*under).top + below(*under, control);
+        place.bottom = place.top + pixels(control.Height());
         if (const auto column = grid.currentColumn()) {
             place.left = placeOf(*under).left + column->first;
             place.right = place.left + column->second;
@@ -97,10 +99,11 @@ double FormWindow::scaleWanted() const
     if (zoom_ == nullptr)
         return 1;
     const Scale natural(dotsOf(handle()));
-    const SIZE room = sheet_.room();
-    const Long line = hasLine() ? lineHeight : 0;
-    return magnified(systemLetters(), static_cast<double>(room.cx) / natural.pixels(form().Width()),
-                     static_cast<double>(room.cy) / natural.pixels(form().Height() + line), zoom_->percent());
+    const SIZE room = sheet_.room(); // But for a pixel: parts of the window are rounded one by one.
+    const Long foot = hasLine() ? footHeight : 0;
+    return magnified(systemLetters(), static_cast<double>(room.cx - 1) / natural.pixels(form().Width()),
+                     static_cast<double>(room.cy - 1) / natural.pixels(form().Height() + foot),
+                     zoom_->percent());
 }
 
 void FormWindow::follow()
@@ -121,7 +124,7 @@ void FormWindow::fit()
     const LONG least = barShown ? bar_->leastWidth() : 0;
     const LONG across = std::min(sheet_.room().cx, std::max(least, whole.cx));
     const int over = barShown ? bar_->settle(static_cast<int>(across)) : 0;
-    const int under = line_ != nullptr ? pixels(lineHeight) : 0;
+    const int under = line_ != nullptr ? pixels(footHeight) : 0;
     const LONG before = sheet_.origin().y;
     sheet_.fit(whole, over, under, static_cast<int>(least));
     RECT inside{};
@@ -131,7 +134,7 @@ void FormWindow::fit()
     if (line_ != nullptr) {
         send(line_, WM_SETFONT, reinterpret_cast<WPARAM>(font_.handle()), TRUE);
         MoveWindow(foot_, 0, inside.bottom - under, inside.right, under, TRUE);
-        MoveWindow(line_, pixels(margin), 0, inside.right - 2 * pixels(margin), under, TRUE);
+        MoveWindow(line_, pixels(margin), 0, inside.right - 2 * pixels(margin), pixels(lineHeight), TRUE);
     }
     if (sheet_.origin().y != before)
         followSheet();

@@ -14,7 +14,7 @@
 namespace zv::win32 {
 
 /// Window (view) of a form, from the form's opening until the form is hidden or unloaded.
-class FormWindow final : public Window, public FormView<ViewHost, ControlView> {
+class FormWindow final : public Window, public FormView<ViewSite, ControlView> {
 public:
     /// Without a zoom the window is bare: it shows what the model says and no more.
     FormWindow(Form& form, HWND owner, Zoom* zoom);

@@ -49,7 +49,7 @@ LRESULT GridHeading::receive(UINT message, WPARAM number, LPARAM data)
     return Window::receive(message, number, data);
 }
 
-GridView::GridView(ViewHost& window, MSFlexGrid& grid, HWND parent)
+GridView::GridView(ViewSite& window, MSFlexGrid& grid, HWND parent)
     : ViewOf(window, grid, WC_LISTVIEWW,
              LVS_REPORT | LVS_OWNERDATA | LVS_OWNERDRAWFIXED | LVS_SINGLESEL | LVS_SHOWSELALWAYS | WS_BORDER,
              0, parent)

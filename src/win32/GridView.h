@@ -30,7 +30,7 @@ private:
 /// over a cell covers it.
 class GridView final : public ViewOf<MSFlexGrid> {
 public:
-    GridView(ViewHost& window, MSFlexGrid& grid, HWND parent);
+    GridView(ViewSite& window, MSFlexGrid& grid, HWND parent);
     ~GridView() override;
     /// Left edge, within the grid, and width of the current cell's column as it is shown, in pixels; nothing
     /// for a hidden one.

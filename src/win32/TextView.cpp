@@ -29,7 +29,7 @@ String withLines(const String& text, bool several)
 
 } // namespace
 
-TextView::TextView(ViewHost& window, TextBox& box, HWND parent)
+TextView::TextView(ViewSite& window, TextBox& box, HWND parent)
     : ViewOf(window, box, WC_EDITW, styleOf(box) | WS_CLIPCHILDREN, WS_EX_CLIENTEDGE, parent)
 {
     send(handle(), EM_SETLIMITTEXT, unlimited);

@@ -8,7 +8,7 @@ namespace zv::win32 {
 /// window edits by itself (input method, undo, selecting with the mouse) is taken over as one paste.
 class TextView final : public ViewOf<TextBox> {
 public:
-    TextView(ViewHost& window, TextBox& box, HWND parent);
+    TextView(ViewSite& window, TextBox& box, HWND parent);
     ~TextView() override;
     bool told(UINT message, WPARAM number, LPARAM data, LRESULT& result) override;
 

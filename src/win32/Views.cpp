@@ -18,7 +18,6 @@ constexpr int aboveTabs = 2; ///< In pixels, as the next: where the chosen tab s
 constexpr int paneEdge = 2;  ///< Of the pane under the tabs.
 constexpr int normal = 100;  ///< Width of letters, in hundredths.
 constexpr int closest = 70;
-constexpr COLORREF mandatoryColour = RGB(0xb3, 0x26, 0x1e);
 constexpr int entriesSeen = 12; ///< Of an opened list.
 
 /// RAII guard: a window's painting.
@@ -47,13 +46,28 @@ private:
     PAINTSTRUCT paint_{};
 };
 
+/// Of the sign at a mandatory field: a red that stands out from the ground; that of the texts where a person
+/// has asked the system for contrast.
+COLORREF mandatoryColour()
+{
+    HIGHCONTRASTW wanted{};
+    wanted.cbSize = sizeof wanted;
+    SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof wanted, &wanted, 0);
+    if ((wanted.dwFlags & HCF_HIGHCONTRASTON) != 0)
+        return GetSysColor(COLOR_BTNTEXT);
+    const COLORREF ground = GetSysColor(COLOR_3DFACE);
+    constexpr int middle = 128 * 1000;
+    const bool dark = 299 * GetRValue(ground) + 587 * GetGValue(ground) + 114 * GetBValue(ground) < middle;
+    return dark ? RGB(0xff, 0x8a, 0x80) : RGB(0xb3, 0x26, 0x1e);
+}
+
 template <class C>
 constexpr DWORD buttonStyle = std::is_same_v<C, CommandButton> ? BS_PUSHBUTTON
                               : std::is_same_v<C, CheckBox>    ? BS_CHECKBOX
                                                                : BS_RADIOBUTTON;
 
 template <class C, class V>
-std::unique_ptr<ControlView> viewFor(ViewHost& window, Control& control, HWND parent)
+std::unique_ptr<ControlView> viewFor(ViewSite& window, Control& control, HWND parent)
 {
     auto* target = dynamic_cast<C*>(&control);
     return target == nullptr ? nullptr : std::make_unique<V>(window, *target, parent);
@@ -61,7 +75,7 @@ std::unique_ptr<ControlView> viewFor(ViewHost& window, Control& control, HWND pa
 
 } // namespace
 
-LabelView::LabelView(ViewHost& window, Label& label, HWND parent)
+LabelView::LabelView(ViewSite& window, Label& label, HWND parent)
     : ViewOf(window, label, WC_STATICW, SS_LEFT | SS_NOPREFIX, 0, parent)
 {}
 
@@ -91,7 +105,7 @@ void LabelView::paint()
     RECT last = area;
     DrawTextW(painting.device(), wide(caption), -1, &last, DT_CALCRECT | DT_NOPREFIX | DT_WORDBREAK);
     area.left = last.right;
-    SetTextColor(painting.device(), mandatoryColour);
+    SetTextColor(painting.device(), mandatoryColour());
     DrawTextW(painting.device(), L" *", -1, &area, DT_LEFT | DT_TOP | DT_NOCLIP);
 }
 
@@ -103,7 +117,7 @@ LRESULT LabelView::receive(UINT message, WPARAM number, LPARAM data)
     return 0;
 }
 
-FrameView::FrameView(ViewHost& window, Frame& frame, HWND parent)
+FrameView::FrameView(ViewSite& window, Frame& frame, HWND parent)
     : ViewOf(window, frame, ourClass(), WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, parent)
 {}
 
@@ -148,7 +162,7 @@ LRESULT FrameView::receive(UINT message, WPARAM number, LPARAM data)
 }
 
 template <class C>
-ButtonView<C>::ButtonView(ViewHost& window, C& control, HWND parent)
+ButtonView<C>::ButtonView(ViewSite& window, C& control, HWND parent)
     : ViewOf<C>(window, control, WC_BUTTONW, buttonStyle<C>, 0, parent)
 {}
 
@@ -190,7 +204,7 @@ LRESULT ButtonView<C>::receive(UINT message, WPARAM number, LPARAM data)
     return result;
 }
 
-TabsView::TabsView(ViewHost& window, TabStrip& strip, HWND parent)
+TabsView::TabsView(ViewSite& window, TabStrip& strip, HWND parent)
     : ViewOf(window, strip, WC_TABCONTROLW, TCS_FOCUSNEVER | TCS_TOOLTIPS, 0, parent)
 {}
 
@@ -253,7 +267,7 @@ LRESULT TabsView::receive(UINT message, WPARAM number, LPARAM data)
     return 0;
 }
 
-ListView::ListView(ViewHost& window, ComboBox& box, HWND parent)
+ListView::ListView(ViewSite& window, ComboBox& box, HWND parent)
     : ViewOf(window, box, WC_COMBOBOXW, CBS_DROPDOWNLIST | WS_VSCROLL, 0, parent)
 {}
 
@@ -364,9 +378,9 @@ LRESULT ListView::receive(UINT message, WPARAM number, LPARAM data)
     return ViewOf::receive(message, number, data);
 }
 
-std::unique_ptr<ControlView> makeView(ViewHost& window, Control& control, HWND parent)
+std::unique_ptr<ControlView> makeView(ViewSite& window, Control& control, HWND parent)
 {
-    using Maker = std::unique_ptr<ControlView> (*)(ViewHost&, Control&, HWND);
+    using Maker = std::unique_ptr<ControlView> (*)(ViewSite&, Control&, HWND);
     constexpr Maker makers[] = {
         viewFor<TextBox, TextView>,
         viewFor<Frame, FrameView>,

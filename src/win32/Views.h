@@ -9,7 +9,7 @@ namespace zv::win32 {
 /// View of a label. The sign of a mandatory field is drawn behind the caption, and said to screen readers.
 class LabelView final : public ViewOf<Label> {
 public:
-    LabelView(ViewHost& window, Label& label, HWND parent);
+    LabelView(ViewSite& window, Label& label, HWND parent);
 
 protected:
     void followContent() override;
@@ -24,7 +24,7 @@ private:
 /// View of a frame: one with a border and a caption, or one that only groups.
 class FrameView final : public ViewOf<Frame> {
 public:
-    FrameView(ViewHost& window, Frame& frame, HWND parent);
+    FrameView(ViewSite& window, Frame& frame, HWND parent);
 
 protected:
     void followContent() override;
@@ -38,7 +38,7 @@ private:
 template <class C>
 class ButtonView final : public ViewOf<C> {
 public:
-    ButtonView(ViewHost& window, C& control, HWND parent);
+    ButtonView(ViewSite& window, C& control, HWND parent);
     bool told(UINT message, WPARAM number, LPARAM data, LRESULT& result) override;
 
 protected:
@@ -49,7 +49,7 @@ protected:
 /// View of a tab strip: the tabs over a pane, on which the frames of its tabs stand.
 class TabsView final : public ViewOf<TabStrip> {
 public:
-    TabsView(ViewHost& window, TabStrip& strip, HWND parent);
+    TabsView(ViewSite& window, TabStrip& strip, HWND parent);
     bool told(UINT message, WPARAM number, LPARAM data, LRESULT& result) override;
 
 protected:
@@ -63,7 +63,7 @@ private:
 /// View of a drop-down list.
 class ListView final : public ViewOf<ComboBox> {
 public:
-    ListView(ViewHost& window, ComboBox& box, HWND parent);
+    ListView(ViewSite& window, ComboBox& box, HWND parent);
     bool told(UINT message, WPARAM number, LPARAM data, LRESULT& result) override;
     int heightIn(const RECT& place) const override;
 

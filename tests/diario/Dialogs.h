@@ -73,8 +73,9 @@ inline Seen seenIn(const Form& form)
                     if (grid->ColWidth(column) != 0)
                         text += toUtf8(grid->TextMatrix(row, column)) + "|";
         } else if (control != controls.floating) {
-            const Held held = heldBy(*control);
-            text = held.none ? "-" : std::to_string(held.value.number) + " " + toUtf8(held.value.text);
+            const Content content = contentOf(*control);
+            text =
+                content.none ? "-" : std::to_string(content.value.number) + " " + toUtf8(content.value.text);
         }
     }
     return seen;

@@ -16,7 +16,7 @@ using Field = std::pair<Long, std::string>;
 /// What the section's dialog shows of each pupil, by number; his text as the list has it.
 struct Shown {
     std::map<Long, String> pupils;
-    std::map<Field, Held> fields;
+    std::map<Field, Content> fields;
     std::map<std::string, std::set<Entry>> choices; ///< Of the lists, and "page" of ratings.
     bool operator==(const Shown&) const = default;
 };
@@ -85,7 +85,7 @@ protected:
             const Long pupil = controls.pupils->ItemData(at);
             shown.pupils[pupil] = controls.pupils->List(at);
             for (const Control* field : controls.fields) {
-                shown.fields[{pupil, toUtf8(field->fullName())}] = heldBy(*field);
+                shown.fields[{pupil, toUtf8(field->fullName())}] = contentOf(*field);
                 if (const auto* list = dynamic_cast<const ComboBox*>(field))
                     for (Long entry = 0; entry < list->ListCount(); ++entry)
                         shown.choices[toUtf8(field->fullName())].insert(entryOf(*list, entry));

@@ -1,6 +1,6 @@
 #include "history/Chronicle.h"
 
-#include "runtime/PrivateFile.h"
+#include "runtime/OwnerOnly.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -220,7 +220,7 @@ TEST_F(Chain, commands_say_by_their_exit_code_what_they_found)
         EXPECT_EQ(exitCode(each.words), each.code) << each.words << '\n' << said();
         EXPECT_NE(said().find(each.answer), std::string::npos) << each.words << '\n' << said();
     }
-    EXPECT_FALSE(openToOthers(file));
+    EXPECT_FALSE(owneronly::openToOthers(file));
     raw(u"DROP TABLE HistorialCabeza");
     EXPECT_EQ(exitCode("activar"), 0) << said();
     EXPECT_EQ(exitCode("comprobar --cabeza " + noted), 0) << said();

@@ -4,7 +4,7 @@
 #include "data/history/Undo.h"
 #include "estaciones/Stations.h"
 #include "history/Tables.h"
-#include "robot/Rehearsal.h"
+#include "robot/ScratchSchool.h"
 #include "session/cNombreNodo.h"
 
 #include <csignal>
@@ -52,7 +52,7 @@ TEST_P(Imported, the_rehearsal_says_what_the_import_does_and_it_is_undone_as_one
 {
     const Tables before = tables();
     const std::vector<CsvLine> lines = list(1000, 20);
-    const std::vector<std::string> rehearsed = importInto(Rehearsal(url).school(), lines);
+    const std::vector<std::string> rehearsed = importInto(ScratchSchool(url).school(), lines);
     EXPECT_SAME_TABLES(before, tables());
     EXPECT_EQ(one(u"SELECT COUNT(*) FROM HistorialAsiento"), 0);
     const int rows = one(u"SELECT COUNT(*) FROM TipoIncidencia");

@@ -2,8 +2,8 @@
 
 #include "data/ConnectionText.h"
 #include "data/OneDatabase.h"
-#include "data/Place.h"
 #include "data/SchemaCheck.h"
+#include "data/SchoolPlace.h"
 #include "data/Schools.h"
 #include "data/odbc/Failure.h"
 #include "data/odbc/Location.h"
@@ -78,7 +78,7 @@ TEST(ConnectionText, that_would_have_no_effect_is_refused_and_no_secret_is_shown
         }
 }
 
-TEST(Place, is_one_in_every_spelling_and_two_on_servers_of_their_own)
+TEST(SchoolPlace, is_one_in_every_spelling_and_two_on_servers_of_their_own)
 {
     const std::tuple<StringView, StringView, bool> cases[] = {
         {u"DSN=d", u"dsn=d;ESQUEMA=;UID=ana;PWD={a;ESQUEMA=b}", true},

@@ -95,4 +95,12 @@ TEST_F(Size, is_that_of_the_desktops_letters_where_the_screen_has_room)
     });
 }
 
+TEST(Magnified, is_a_little_smaller_rather_than_cut_by_the_screen)
+{
+    EXPECT_DOUBLE_EQ(magnified(1.5, 2, 3, 100), 1.5);
+    EXPECT_DOUBLE_EQ(magnified(1.5, 3, 1.2, 100), 1.2);
+    EXPECT_DOUBLE_EQ(magnified(1, 2, 0.9, 200), 1.8);
+    EXPECT_DOUBLE_EQ(magnified(1, 0.5, 2, 100), 1) << "it scrolls";
+}
+
 } // namespace zv::test

@@ -3,6 +3,8 @@
 
 #include "data/Schools.h"
 
+#include <algorithm>
+
 using namespace zv;
 using namespace std::string_literals;
 

@@ -2,7 +2,7 @@
 
 #include "journal/Journals.h"
 #include "journal/Recorder.h"
-#include "runtime/PrivateFile.h"
+#include "runtime/OwnerOnly.h"
 #include "zvhost/ServerWait.h"
 
 #include <filesystem>
@@ -157,7 +157,7 @@ TEST_F(AwayTest, who_closes_the_program_finds_what_was_typed)
     EXPECT_EQ(saved(), "0");
     EXPECT_THAT(journal::journalFiles(journal::recordedFolder()), testing::IsEmpty()) << "it did close here";
     rename(state / "muerto", file);
-    EXPECT_FALSE(openToOthers(file));
+    EXPECT_FALSE(owneronly::openToOthers(file));
     weak->away.reset();
     window->use(std::make_unique<Host>(u"sqlite:otro.db", school));
     EXPECT_THAT(notice(),

@@ -62,4 +62,11 @@ TEST_F(HostTest, everything_can_be_read_in_light_and_in_dark)
     });
 }
 
+TEST_F(HostTest, a_list_without_rows_says_why)
+{
+    search("no hay ninguna así");
+    QWidget& rows = *list().viewport();
+    test::underEachPalette([&] { test::expectLegible({"why there are no rows", rows, rows.rect()}); });
+}
+
 } // namespace zv::host

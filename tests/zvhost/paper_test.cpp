@@ -4,6 +4,7 @@
 
 #include "data/NumberOf.h"
 #include "data/Statement.h"
+#include "qt/Contrast.h"
 #include "qt/paper/Files.h"
 #include "robot/OddTexts.h"
 #include "zvhost/PrintDialog.h"
@@ -397,6 +398,10 @@ TEST_F(PaperTest, the_window_writes_the_ticked_ones_on_the_schools_paper)
     const int all = pupils.count();
     dialog.show();
     QApplication::processEvents();
+    test::underEachPalette([&] {
+        const QRect chosen = pupils.visualItemRect(pupils.item(0)).adjusted(30, 2, -4, -2);
+        test::expectLegible({"the pupil who is shown", *pupils.viewport(), chosen});
+    });
     QFile name(folder.filePath(QStringLiteral("centro.txt")));
     ASSERT_TRUE(name.open(QIODevice::WriteOnly) && name.write("Escola «Mar & Cel»\n") > 0);
     name.close();

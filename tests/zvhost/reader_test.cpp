@@ -109,15 +109,18 @@ TEST_F(HostReader, every_control_of_every_window_is_reached_read_and_left)
     window->go(*nodeOf(cNombreNodo::NotaConsejoOrientador));
     walk(*window); // The button alone.
     school.centro->executeNative(u"DROP TABLE Pais");
-    then([&] {
+    const auto walkFront = [&] {
         walk(*QApplication::activeModalWidget());
         key(Qt::Key_Escape);
-    });
+    };
+    then(walkFront);
     window->go(*nodeOf(u"frmPais"));
-    EXPECT_THAT(heard,
-                testing::ElementsAre("Eliminar", "Fila en uso", "Informes individuales", "Liberar",
-                                     "No se ha podido", "No se puede eliminar", "ayuda", "buscarAyuda",
-                                     "filasEnUso", "inicio", "papelera", "sesion", "sustituir", "zvhost"));
+    then(walkFront);
+    window->findChild<QAction*>(QStringLiteral("acerca"))->trigger();
+    EXPECT_THAT(heard, testing::ElementsAre("Acerca de zvhost", "Eliminar", "Fila en uso",
+                                            "Informes individuales", "Liberar", "No se ha podido",
+                                            "No se puede eliminar", "ayuda", "buscarAyuda", "filasEnUso",
+                                            "inicio", "papelera", "sesion", "sustituir", "zvhost"));
 }
 
 TEST_F(HostReader, buttons_say_their_keys_and_what_was_done_is_taken_back_by_its_action)

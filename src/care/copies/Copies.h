@@ -30,8 +30,8 @@ CopyReport takeCopy(StringView url, const std::filesystem::path& file, const std
 CopyReport checkCopy(const std::filesystem::path& file);
 
 /// Puts the school of a copy at a place: where there is one already, that is kept under another name, which
-/// is returned
-/// ("" if there was none). All or nothing, and nothing is changed before the copy has proved itself.
+/// is returned ("" if there was none). All or nothing, and nothing is changed before the copy has proved
+/// itself.
 String restoreCopy(const std::filesystem::path& file, StringView url);
 
 /// Whether a copy says that it is of the school at that place, on one of its listed servers. Fails as

@@ -13,8 +13,8 @@ struct JoinPlan {
     Long merged = 0;      ///< How many of these stand beside the other row already, in a table of pairs: of
                           ///< two that are alike in all columns one is left.
     history::Fields lost; ///< What the row that goes says and the other does not; the record keeps it.
-    std::vector<String>
-        warnings; ///< What is to be known before and hinders nothing, Spanish, a sentence each.
+    /// What is to be known before and hinders nothing, Spanish, a sentence each.
+    std::vector<String> warnings;
     std::vector<String> obstacles; ///< Why it may not be done, Spanish, a sentence each; empty if it may.
 };
 

@@ -3,8 +3,6 @@
 #include "care/joins/JoinMoves.h"
 #include "data/Transaction.h"
 
-#include <optional>
-
 namespace zv::care {
 
 /// Record of a join, in a table of the deleted-records database, where also the number of the row that went

@@ -9,11 +9,4 @@ namespace zv::care {
 /// ano. Whether an accent is part of its letter or a mark behind it makes no difference.
 String folded(StringView text);
 
-/// Whether two texts look alike: the same folded, and not empty.
-inline bool lookAlike(StringView one, StringView other)
-{
-    const String fold = folded(one);
-    return !fold.empty() && fold == folded(other);
-}
-
 } // namespace zv::care

@@ -1,6 +1,7 @@
 #include "care/joins/References.h"
 
 #include "data/DataError.h"
+#include "data/SchemaCheck.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
@@ -136,8 +137,8 @@ void addReferrers(std::vector<Referrer>& all, Connection& centro, StringView tab
         try {
             add(all, referring(centro, *each.table, each.column, table, key));
         } catch (const RuntimeError& error) {
-            // Missing table or column: a school made elsewhere need not have what no dialog reads.
-            if (error.number() != failure::tableMissing && error.number() != failure::columnMissing)
+            // No dialog reads it.
+            if (!isLacking(error))
                 throw;
         }
     }

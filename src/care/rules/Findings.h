@@ -3,7 +3,6 @@
 #include "data/Connection.h"
 
 #include <functional>
-#include <vector>
 
 namespace zv::care {
 

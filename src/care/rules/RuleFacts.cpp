@@ -85,10 +85,10 @@ const Pupil* Facts::pupil(Long id)
     return found == places.end() ? nullptr : &all[found->second];
 }
 
-const std::map<Long, SectionFacts>& Facts::sections()
+const std::map<Long, Section>& Facts::sections()
 {
     return once(sections_, [&] {
-        std::map<Long, SectionFacts> result;
+        std::map<Long, Section> result;
         for (const auto& row : rows(u"SELECT Seccion.IDSeccion, Seccion.Descripcion AS Seccion, "
                                     u"Curso.Descripcion AS Curso, Curso.codTipoEnsenanza, Curso.Orden FROM "
                                     u"Seccion INNER JOIN Curso ON Seccion.CodCurso=Curso.IDCurso"))
@@ -99,9 +99,9 @@ const std::map<Long, SectionFacts>& Facts::sections()
     });
 }
 
-const SectionFacts& Facts::section(Long id)
+const Section& Facts::section(Long id)
 {
-    static const SectionFacts none{.name = u"una sección que ya no está"};
+    static const Section none{.name = u"una sección que ya no está"};
     const auto found = sections().find(id);
     return found == sections().end() ? none : found->second;
 }

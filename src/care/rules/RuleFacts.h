@@ -3,31 +3,19 @@
 #include "care/rules/Findings.h"
 #include "data/Cells.h"
 #include "data/Engine.h"
+#include "progress/Panel.h"
 
 #include <map>
 #include <memory>
-#include <set>
-
 #include <span>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace zv::care {
 
 using Rows = std::vector<std::vector<Value>>;
 
-/// A section with what decides which dialogs open it.
-struct SectionFacts {
-    String name;   ///< "2º A (2º de ESO)"
-    Long kind = 0; ///< Kind of teaching.
-    Long year = 0;
-
-    bool hasGuidance() const { return kind == 3; }
-    /// For everybody: other years only for who teaches there.
-    bool offersGuidance() const { return hasGuidance() && (year == 2 || year == 4); }
-    bool isPrimary() const { return kind == 2; }
-    bool isSecondary() const { return kind == 3 || kind == 4; }
-};
+using progress::Kind;
+using progress::Section;
 
 struct Pupil {
     Long id = 0;
@@ -37,7 +25,7 @@ struct Pupil {
     String name;
 };
 
-/// Note of the guidance council.
+/// Note of the guidance advice.
 struct Note {
     Long key = 0;
     Long pupil = 0;
@@ -47,7 +35,7 @@ struct Note {
     bool broken = false; ///< A number is missing that the dialog needs.
 };
 
-/// Possible answer, of a question of the guidance or of a kind of rating.
+/// Possible answer, of a question of the guidance or of a type of rating.
 struct Answer {
     Long question = 0;
     String text;
@@ -74,9 +62,9 @@ public:
     /// All pupils, ordered as the dialogs list them.
     const std::vector<Pupil>& pupils();
     const Pupil* pupil(Long id);
-    const std::map<Long, SectionFacts>& sections();
+    const std::map<Long, Section>& sections();
     /// An unknown section is one of no kind.
-    const SectionFacts& section(Long id);
+    const Section& section(Long id);
     const std::vector<Note>& notes();
     const Answers& answers();       ///< Of the guidance.
     const Answers& ratingAnswers(); ///< Of the primary report.
@@ -100,7 +88,7 @@ private:
     std::map<std::pair<Database, String>, std::map<Long, String>> names_;
     std::unique_ptr<std::vector<Pupil>> pupils_;
     std::unique_ptr<std::unordered_map<Long, std::size_t>> places_;
-    std::unique_ptr<std::map<Long, SectionFacts>> sections_;
+    std::unique_ptr<std::map<Long, Section>> sections_;
     std::unique_ptr<std::vector<Note>> notes_;
     std::unique_ptr<Answers> answers_, ratingAnswers_;
 };

@@ -1,6 +1,7 @@
 #include "care/rules/Rules.h"
 
 #include "care/rules/RuleFacts.h"
+#include "data/SchemaCheck.h"
 #include "data/Transaction.h"
 
 #include <algorithm>
@@ -12,12 +13,6 @@ namespace {
 std::array<std::span<const Rule>, 4> allRules()
 {
     return {guidanceRules(), reportRules(), bankRules(), listRules()};
-}
-
-/// A school made elsewhere need not have all that is read.
-bool isLacking(const DataError& error)
-{
-    return error.number() == failure::tableMissing || error.number() == failure::columnMissing;
 }
 
 Survey lookBy(const School& school, const Look& how, const std::function<bool(const Rule&)>& wanted)

@@ -3,7 +3,6 @@
 #include "care/rules/Findings.h"
 
 #include <optional>
-#include <span>
 
 namespace zv::care {
 

@@ -1,4 +1,4 @@
-// What the dialog of the guidance council does with a section: it lists the pupils by a search in a text,
+// What the dialog of the guidance advice does with a section: it lists the pupils by a search in a text,
 // reads all notes of each, shows and saves those of known questions, and deletes at the end the notes of the
 // section that belong to nobody in its list.
 #include "care/rules/RuleFacts.h"
@@ -40,7 +40,7 @@ String questionName(Facts& facts, Long question)
 
 bool isListed(Facts& facts, const Pupil& pupil)
 {
-    return !pupil.left && facts.looksAt(pupil.section) && facts.section(pupil.section).hasGuidance();
+    return !pupil.left && facts.looksAt(pupil.section) && has(facts.section(pupil.section), Kind::guidance);
 }
 
 /// The dialog deletes when it saves, and saves nothing of a section in which it lists nobody.
@@ -83,9 +83,9 @@ void hidden(Facts& facts, Found& found)
     for (const Note& note : facts.notes())
         ++given[{note.section, note.pupil}];
     for (const Pupil& pupil : facts.pupils()) {
-        const SectionFacts& section = facts.section(pupil.section);
+        const Section& section = facts.section(pupil.section);
         const auto notes = given.find({pupil.section, pupil.id});
-        if (!isListed(facts, pupil) || (!section.offersGuidance() && notes == given.end()))
+        if (!isListed(facts, pupil) || (!offers(Kind::guidance, section) && notes == given.end()))
             continue;
         Listed& list = lists[pupil.section];
         const String entry = decimalText(pupil.id) + u" ,";
@@ -130,9 +130,9 @@ void otherSection(Facts& facts, Found& found)
         const auto [section, id] = place;
         const Pupil* pupil = facts.pupil(id);
         if (pupil == nullptr || pupil->left || pupil->section == section || !facts.looksAt(section) ||
-            !facts.section(section).hasGuidance())
+            !has(facts.section(section), Kind::guidance))
             continue;
-        const bool stays = facts.section(pupil->section).hasGuidance();
+        const bool stays = has(facts.section(pupil->section), Kind::guidance);
         Finding& one =
             found.add(notesTable, notes.front()->key,
                       statement(u"{} lo de {} ({}), que ahora {}.",
@@ -162,7 +162,7 @@ void gone(Facts& facts, Found& found)
         const auto [section, id] = place;
         const Pupil* pupil = facts.pupil(id);
         if (pupil == nullptr || !pupil->left || !facts.looksAt(section) ||
-            !facts.section(section).hasGuidance())
+            !has(facts.section(section), Kind::guidance))
             continue;
         found
             .add(notesTable, notes.front()->key,
@@ -187,7 +187,7 @@ void orphans(Facts& facts, Found& found)
         String where;
         String until = u" ni las borra";
         String remedy = u"restáurelo";
-        if (facts.section(section).hasGuidance()) {
+        if (has(facts.section(section), Kind::guidance)) {
             until = u", y se borran cuando alguien acepte el consejo de " + name +
                     (listsSomebody(facts, section) ? u"" : u", en cuanto esa sección tenga algún alumno");
             remedy += u" antes";
@@ -381,7 +381,7 @@ void unopenable(Facts& facts, Found& found)
 {
     badQuestions(facts, found);
     for (const Pupil& pupil : facts.pupils())
-        if (isListed(facts, pupil) && facts.section(pupil.section).offersGuidance() &&
+        if (isListed(facts, pupil) && offers(Kind::guidance, facts.section(pupil.section)) &&
             pupil.id > largestPupil)
             found
                 .add(u"Alumno", pupil.id,
@@ -408,7 +408,7 @@ void unopenable(Facts& facts, Found& found)
 void blank(Facts& facts, Found& found)
 {
     for (const Pupil& pupil : facts.pupils())
-        if (pupil.blank && isListed(facts, pupil) && facts.section(pupil.section).offersGuidance())
+        if (pupil.blank && isListed(facts, pupil) && offers(Kind::guidance, facts.section(pupil.section)))
             found
                 .add(u"Alumno", pupil.id,
                      statement(u"En el consejo de {}, {} sale en blanco en la lista de alumnos: le falta un "

@@ -3,10 +3,10 @@
 #include "care/rules/RuleFacts.h"
 
 #include "data/Statement.h"
-#include "progress/Panel.h"
 #include "runtime/Convert.h"
 
 #include <algorithm>
+#include <set>
 #include <tuple>
 
 namespace zv::care {
@@ -33,16 +33,23 @@ std::map<Long, Long> rowsByPupil(Facts& facts, StringView table)
     return result;
 }
 
-/// Pupils of the section by both accounts of it, that of the pupil and that of the pairs.
-std::vector<const Pupil*> listedPupils(Facts& facts, bool (SectionFacts::*kind)() const)
+/// Pupil and section of each row of the table of pairs.
+std::set<std::pair<Long, Long>> pairsOf(Facts& facts)
 {
     std::set<std::pair<Long, Long>> pairs;
     for (const auto& row :
          facts.rows(u"SELECT codAlumno, codSeccion FROM Seccion_Alumno" + whereOf(facts, u"codAlumno")))
         pairs.emplace(longIn(row[0]), longIn(row[1]));
+    return pairs;
+}
+
+/// Pupils of the section by both accounts of it, that of the pupil and that of the pairs.
+std::vector<const Pupil*> listedPupils(Facts& facts, Kind kind)
+{
+    const auto pairs = pairsOf(facts);
     std::vector<const Pupil*> result;
     for (const Pupil& pupil : facts.pupils())
-        if (facts.looksAt(pupil.section) && (facts.section(pupil.section).*kind)() &&
+        if (facts.looksAt(pupil.section) && has(facts.section(pupil.section), kind) &&
             pairs.contains({pupil.id, pupil.section}))
             result.push_back(&pupil);
     return result;
@@ -50,13 +57,11 @@ std::vector<const Pupil*> listedPupils(Facts& facts, bool (SectionFacts::*kind)(
 
 void missing(Facts& facts, Found& found)
 {
-    std::set<std::pair<Long, Long>> pairs;
-    for (const auto& row :
-         facts.rows(u"SELECT codAlumno, codSeccion FROM Seccion_Alumno" + whereOf(facts, u"codAlumno")))
-        pairs.emplace(longIn(row[0]), longIn(row[1]));
+    const auto pairs = pairsOf(facts);
     for (const Pupil& pupil : facts.pupils()) {
-        const SectionFacts& section = facts.section(pupil.section);
-        if (pupil.left || !facts.looksAt(pupil.section) || !(section.isPrimary() || section.isSecondary()) ||
+        const Section& section = facts.section(pupil.section);
+        if (pupil.left || !facts.looksAt(pupil.section) ||
+            !(has(section, Kind::primary) || has(section, Kind::secondary)) ||
             pairs.contains({pupil.id, pupil.section}))
             continue;
         found
@@ -75,7 +80,7 @@ void noSecondaryRow(Facts& facts, Found& found)
 {
     const std::map<Long, Long> have = rowsByPupil(facts, common);
     const std::map<Long, Long> own = rowsByPupil(facts, secondary);
-    for (const Pupil* pupil : listedPupils(facts, &SectionFacts::isSecondary)) {
+    for (const Pupil* pupil : listedPupils(facts, Kind::secondary)) {
         if (!have.contains(pupil->id) || own.contains(pupil->id))
             continue;
         Finding& one = found.add(
@@ -97,7 +102,7 @@ void noCommonRow(Facts& facts, Found& found)
 {
     const std::map<Long, Long> have = rowsByPupil(facts, common);
     const std::map<Long, Long> own = rowsByPupil(facts, secondary);
-    for (const Pupil* pupil : listedPupils(facts, &SectionFacts::isSecondary)) {
+    for (const Pupil* pupil : listedPupils(facts, Kind::secondary)) {
         if (have.contains(pupil->id) || !own.contains(pupil->id))
             continue;
         Finding& one = found.add(
@@ -170,7 +175,7 @@ void unopenable(Facts& facts, Found& found)
         if (row[2].isNull())
             nameless.insert(longIn(row[0]));
     }
-    for (const Pupil* pupil : listedPupils(facts, &SectionFacts::isPrimary)) {
+    for (const Pupil* pupil : listedPupils(facts, Kind::primary)) {
         for (const auto& [subject, what] : taken[pupil->id])
             if (what.first > 1)
                 report(*pupil, u"Alumno_MateriaDetalles",
@@ -182,13 +187,13 @@ void unopenable(Facts& facts, Found& found)
     }
     const std::map<Long, Long> shared = rowsByPupil(facts, common);
     const std::map<Long, Long> own = rowsByPupil(facts, secondary);
-    for (const auto kind : {&SectionFacts::isPrimary, &SectionFacts::isSecondary})
+    for (const auto kind : {Kind::primary, Kind::secondary})
         for (const Pupil* pupil : listedPupils(facts, kind)) {
             const auto isDouble = [&](const std::map<Long, Long>& rows) {
                 const auto place = rows.find(pupil->id);
                 return place != rows.end() && place->second > 1;
             };
-            if (isDouble(shared) || (kind == &SectionFacts::isSecondary && isDouble(own)))
+            if (isDouble(shared) || (kind == Kind::secondary && isDouble(own)))
                 report(*pupil, common, u"tiene dos veces su informe",
                        u"Pida a quien lleva la base de datos que deje el que vale.");
         }
@@ -206,7 +211,7 @@ template <class Use>
 void forEachRating(Facts& facts, Use use)
 {
     std::map<Long, const Pupil*> listed;
-    for (const Pupil* pupil : listedPupils(facts, &SectionFacts::isPrimary))
+    for (const Pupil* pupil : listedPupils(facts, Kind::primary))
         listed[pupil->id] = pupil;
     std::set<std::pair<Long, Long>> taken;
     for (const auto& row : subjects(facts))
@@ -330,7 +335,7 @@ void droppedRating(Facts& facts, Found& found)
 
 void otherName(Facts& facts, Found& found)
 {
-    for (const progress::Kind kind : {progress::Kind::secondary, progress::Kind::primary})
+    for (const Kind kind : {Kind::secondary, Kind::primary})
         for (const progress::Report& report :
              progress::panel(facts.centro(), {.kind = kind, .section = facts.onlySection()}).reports)
             for (const progress::Stranger& each : report.strangers)

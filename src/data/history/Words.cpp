@@ -5,7 +5,6 @@
 #include "runtime/Convert.h"
 
 #include <array>
-#include <chrono>
 
 namespace zv::history {
 namespace {

@@ -1,7 +1,7 @@
 #include "data/odbc/Password.h"
 
 #include "data/DataError.h"
-#include "runtime/PrivateFile.h"
+#include "runtime/OwnerOnly.h"
 #include "runtime/System.h"
 
 #include <fstream>
@@ -30,8 +30,9 @@ std::optional<String> passwordFromOutside()
     std::string line;
     if (!stream || std::filesystem::is_directory(file))
         failFile(file, u"no se puede leer: corrija su nombre, o dé permiso de lectura a este usuario.");
-    if (openToOthers(file))
-        failFile(file, u"lo pueden leer otros: quíteles el permiso (" + String(closingCommand()) + u").");
+    if (owneronly::openToOthers(file))
+        failFile(file, u"lo pueden leer otros: quíteles el permiso (" + String(owneronly::closingCommand()) +
+                           u").");
     std::getline(stream, line);
     while (line.ends_with('\r'))
         line.pop_back();

@@ -12,8 +12,6 @@
 #ifdef __linux__
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <netinet/in.h>

@@ -10,8 +10,8 @@ namespace zv::odbc {
 
 /// What is asked once of a server that was found, before it is trusted with a school.
 struct Probe {
-    bool takesAllTexts =
-        false; ///< An old driver converts to one code page, and would corrupt all letters outside it.
+    /// An old driver converts to one code page, and would corrupt all letters outside it.
+    bool takesAllTexts = false;
     bool isDirect = true; ///< Nothing stands between, as far as the ports of both sides tell.
     Long session = 0;     ///< The server's process; 0: not known.
 };
@@ -29,7 +29,6 @@ bool sharesSessions(const std::shared_ptr<Link>& link, const Probe& found, const
 /// What such a pooler does, and what to do.
 inline constexpr StringView sharingPooler =
     u"pasa por un repartidor de conexiones que da cada transacción a una sesión distinta del servidor, y en "
-    u"ella "
-    u"se pierde el esquema del centro: repártalas por sesión (pool_mode=session), o conecte sin él";
+    u"ella se pierde el esquema del centro: repártalas por sesión (pool_mode=session), o conecte sin él";
 
 } // namespace zv::odbc

@@ -25,10 +25,10 @@ struct Server {
     StringView patience = {};            ///< Pattern of the statement that sets the timeout, in seconds.
     StringView readOnlySettings = {};    ///< Statements run in addition for a read-only link.
     StringView session = {}; ///< Columns: the server's process of a link, the port of the link's other side.
-    StringView serving =
-        {}; ///< Query, asked in a list: takes changes; is a node of a cluster; was reached by network.
-    StringView lineage =
-        {}; ///< Query, asked in a list: what copies of one server share; its timeline, of promotions.
+    /// Query, asked in a list: takes changes; is a node of a cluster; was reached by network.
+    StringView serving = {};
+    /// Query, asked in a list: what copies of one server share; its timeline, of promotions.
+    StringView lineage = {};
     StringView nodeSettings = {};  ///< Statement run on each link to a node of a cluster.
     StringView driverOptions = {}; ///< Defaults for attributes missing in the connection string.
 };

@@ -43,8 +43,8 @@ private:
     static String shown(const Place& place);
 
     std::vector<Place> places_;
-    std::atomic<std::size_t> serving_ =
-        0; ///< The place that served last. A wait for it has a thread of its own.
+    /// The place that served last. A wait for it has a thread of its own.
+    std::atomic<std::size_t> serving_ = 0;
     std::mutex seen_;
     String cluster_;    ///< Of the primary that served last, where one is told by its timeline.
     Long timeline_ = 0; ///< The highest that was seen of it.

@@ -131,7 +131,7 @@ constexpr List school[] = {
     {u"Curso", u"1º de Primaria;1;2;0|2º de Primaria;2;2;-1|3º de Primaria;3;2;0|4º de Primaria;4;2;-1|"
                u"5º de Primaria;5;2;0|6º de Primaria;6;2;-1|1º de ESO;1;3;0|2º de ESO;2;3;-1|3º de ESO;3;3;0|"
                u"4º de ESO;4;3;-1|1º de Bachillerato;1;4;0|2º de Bachillerato;2;4;-1"},
-    // Seven of the primary stage, eight of the secondary one, seven of the last two years.
+    // Seven of primary education, eight of ESO, seven of the last two years.
     {u"Materia",
      u"Lengua Castellana y Literatura;4|Matemáticas;4|Conocimiento del Medio;4|Educación Artística;4|"
      u"Educación Física;4|Inglés;4|Religión;4|Lengua y Literatura;1|Matemáticas;1|Ciencias Sociales;1|"

@@ -8,12 +8,12 @@ namespace zv::sample {
 /// A subject as it is taught in a section.
 struct TaughtSubject {
     Long id;
-    Long materia;
+    Long subject;
 };
 
 struct Section {
     Long id;
-    Long curso; ///< 1 to 6 primary, 7 to 10 secondary, 11 and 12 the last two years.
+    Long course; ///< 1 to 6 primary, 7 to 10 secondary, 11 and 12 the last two years.
     std::vector<TaughtSubject> subjects;
     std::vector<Long> pupils; ///< Those who have not left.
 };
@@ -35,7 +35,7 @@ inline constexpr Illness illnesses[] = {
 void addFixedRows(Writer& centro);
 /// Writes staff, sections, pupils and their families. Gives the sections, section n at index n - 1.
 std::vector<Section> addPeople(Writer& centro, Dice& dice);
-/// Writes notes of the guidance council and individual reports of some sections.
+/// Writes notes of the guidance advice and individual reports of some sections.
 void addReports(Writer& centro, Dice& dice, const std::vector<Section>& sections);
 /// A few rows for each table that the others left empty, as that of a new dialog: numbered texts, and
 /// references to the first row.

@@ -1,7 +1,5 @@
 #include "data/sample/Parts.h"
 
-#include <array>
-
 namespace zv::sample {
 namespace {
 
@@ -72,29 +70,29 @@ void addStaff(Writer& centro, Dice& dice)
 }
 
 /// The subjects of a course: first and last key.
-std::pair<Long, Long> subjectsOf(Long curso)
+std::pair<Long, Long> subjectsOf(Long course)
 {
-    if (curso <= 6)
+    if (course <= 6)
         return {1, 7};
-    return curso <= 10 ? std::pair<Long, Long>{8, 15} : std::pair<Long, Long>{16, 22};
+    return course <= 10 ? std::pair<Long, Long>{8, 15} : std::pair<Long, Long>{16, 22};
 }
 
-Long teacherOf(const Section& section, Long materia)
+Long teacherOf(const Section& section, Long subject)
 {
-    if (section.curso > 6)
-        return firstTutor + 12 + (materia * 5 + section.id * 3) % 18;
-    return materia >= 5 ? firstSpecialist + materia - 5 : firstTutor + section.id - 1;
+    if (section.course > 6)
+        return firstTutor + 12 + (subject * 5 + section.id * 3) % 18;
+    return subject >= 5 ? firstSpecialist + subject - 5 : firstTutor + section.id - 1;
 }
 
 void addSubjects(Writer& centro, Dice& dice, Section& section, Long& nextSubject)
 {
-    const auto [first, last] = subjectsOf(section.curso);
-    for (Long materia = first; materia <= last; ++materia) {
+    const auto [first, last] = subjectsOf(section.course);
+    for (Long subject = first; subject <= last; ++subject) {
         const Long id = nextSubject++;
-        section.subjects.push_back({id, materia});
+        section.subjects.push_back({id, subject});
         centro.row(u"MateriaDetalles",
-                   {id, section.id, teacherOf(section, materia),
-                    dice.once(5) ? Value(firstSpecialist + 3 + dice.below(8)) : Value(Null()), materia});
+                   {id, section.id, teacherOf(section, subject),
+                    dice.once(5) ? Value(firstSpecialist + 3 + dice.below(8)) : Value(Null()), subject});
         if (dice.once(6))
             centro.row(u"MateriaDetalles_Observacion", {Long{1 + dice.below(5)}, id});
     }
@@ -114,7 +112,7 @@ void addPupil(Writer& centro, Dice& dice, Section& section, Long pupil)
     const Value leaving = left ? Value(date(dice, 2024)) : dice.once(2) ? Value(String()) : Value(Null());
     const Long country = mostlyFirst(dice, 12);
     // Children start at six; the school year began in 2024.
-    const int birth = 2024 - 5 - static_cast<int>(section.curso);
+    const int birth = 2024 - 5 - static_cast<int>(section.course);
     centro.row(u"Alumno",
                {pupil, dice.of(surnames), dice.of(surnames), dice.of(givenNames), section.id, leaving,
                 country, mostlyFirst(dice, 6), left ? Value(Long{1 + dice.below(4)}) : Value(Null()), country,
@@ -140,12 +138,12 @@ std::vector<Section> addPeople(Writer& centro, Dice& dice)
     Long nextSubject = 1;
     for (Long id = 1; id <= sectionCount; ++id) {
         Section section{id, (id + 1) / 2, {}, {}};
-        const Long model = section.curso <= 6 ? 1 : section.curso <= 10 ? 2 : 3;
-        const Long year = section.curso - (model == 1 ? 0 : model == 2 ? 6 : 10);
+        const Long model = section.course <= 6 ? 1 : section.course <= 10 ? 2 : 3;
+        const Long year = section.course - (model == 1 ? 0 : model == 2 ? 6 : 10);
         const bool second = id % 2 == 0;
         centro.row(u"Seccion",
                    {id, String{static_cast<char16_t>(u'0' + year)} + (second ? u"º B" : u"º A"),
-                    section.curso, firstTutor + id - 1, Long{model == 3 && second ? 2 : 1}, model});
+                    section.course, firstTutor + id - 1, Long{model == 3 && second ? 2 : 1}, model});
         addSubjects(centro, dice, section, nextSubject);
         for (int size = 24 + dice.below(4); size > 0; --size)
             addPupil(centro, dice, section, ++pupil);

@@ -4,7 +4,7 @@ namespace zv::sample {
 namespace {
 
 constexpr Long questions = 8;
-/// Key of the first answer of each question of the guidance council, and one behind the last.
+/// Key of the first answer of each question of the guidance advice, and one behind the last.
 constexpr Long firstAnswer[questions + 1] = {1, 5, 8, 11, 16, 19, 22, 26, 31};
 constexpr Long ratingTypes = 5;
 
@@ -40,10 +40,10 @@ void addCommonReport(Writer& centro, Dice& dice, Long pupil)
 void addPrimaryReport(Writer& centro, Dice& dice, const Section& section, Long pupil)
 {
     addCommonReport(centro, dice, pupil);
-    for (const TaughtSubject& subject : section.subjects)
+    for (const TaughtSubject& taught : section.subjects)
         for (Long type = 1; type <= ratingTypes; ++type) {
             const Long answer = dice.once(8) ? 0 : 3 * (type - 1) + 1 + dice.below(3);
-            centro.row(u"Alumno_InfIndPrim", {pupil, subject.materia, type, answer});
+            centro.row(u"Alumno_InfIndPrim", {pupil, taught.subject, type, answer});
         }
 }
 
@@ -60,8 +60,8 @@ void addSecondaryReport(Writer& centro, Dice& dice, Long pupil)
 
 void addReports(Writer& centro, Dice& dice, const std::vector<Section>& sections)
 {
-    const Section& primary = sections[2];    // 2º A of the primary stage, which ends a cycle
-    const Section& secondary = sections[12]; // 1º A of the secondary one
+    const Section& primary = sections[2];    // 2º A of primary education, which ends a cycle
+    const Section& secondary = sections[12]; // 1º A of ESO
     const Section& advised = sections[14];   // 2º A
     for (const Long pupil : primary.pupils)
         addPrimaryReport(centro, dice, primary, pupil);

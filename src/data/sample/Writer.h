@@ -11,8 +11,8 @@ class Writer {
 public:
     explicit Writer(Connection& connection) : connection_(connection) {}
     void row(StringView table, const std::vector<Value>& values);
-    /// Parses rows separated by "|" and fields by ";". An empty field is Null, '' the
-    /// empty text.
+    /// Parses rows separated by "|" and fields by ";". An empty field is Null, '' the empty
+    /// text.
     void rows(StringView table, StringView text) { write(table, text, false); }
     /// The same, with keys counted from 1 in front.
     void numbered(StringView table, StringView text) { write(table, text, true); }

@@ -52,12 +52,12 @@ bool restsWithoutLog(const std::filesystem::path& file)
 
 /// File name or URI for the engine. Even a read-only connection would create a log beside a complete file,
 /// and need the right to; so such a file is opened as immutable.
-std::string nameOf(const std::filesystem::path& file, Opening opening)
+std::string nameOf(const std::filesystem::path& file, OpenAs as)
 {
     if (file.empty())
         return ":memory:";
     const auto bytes = [](const std::u8string& text) { return std::string(text.begin(), text.end()); };
-    if (opening != Opening::lookOnly || !restsWithoutLog(file))
+    if (as != OpenAs::lookOnly || !restsWithoutLog(file))
         return bytes(file.u8string());
     const std::string path = bytes(std::filesystem::absolute(file).generic_u8string());
     std::string result = path.starts_with('/') ? "file://" : "file:///";
@@ -80,24 +80,24 @@ std::string nameOf(const std::filesystem::path& file, Opening opening)
 
 /// A connection is one thread's at a time, so that the engine's own locks, one for each field that is read,
 /// are left out.
-int flagsOf(Opening opening)
+int flagsOf(OpenAs as)
 {
-    switch (opening) {
-    case Opening::lookOnly:
+    switch (as) {
+    case OpenAs::lookOnly:
         return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READONLY | SQLITE_OPEN_URI;
-    case Opening::fresh:
+    case OpenAs::fresh:
         return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
-    case Opening::existing:
+    case OpenAs::existing:
         break;
     }
     return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_READWRITE;
 }
 
-std::string settingsOf(Opening opening, Durability durability)
+std::string settingsOf(OpenAs as, Durability durability)
 {
     // Probe: whether it is a database at all shows on the first read.
     std::string result = "SELECT 1 FROM sqlite_schema LIMIT 1;";
-    if (opening == Opening::fresh)
+    if (as == OpenAs::fresh)
         result += writeAheadLog;
     return result + (durability == Durability::full ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=OFF");
 }
@@ -130,13 +130,13 @@ bool isDiskFull(sqlite3* handle)
 void CloseHandle::operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
 void EndStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, Opening opening, Durability durability)
+std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, OpenAs as, Durability durability)
 {
     // Windows has two ways to its files, and only this one takes paths of any length; elsewhere there is none
     // of the name.
     constexpr const char* longPaths = "win32-longpath";
     sqlite3* opened = nullptr;
-    const int result = sqlite3_open_v2(nameOf(file, opening).c_str(), &opened, flagsOf(opening),
+    const int result = sqlite3_open_v2(nameOf(file, as).c_str(), &opened, flagsOf(as),
                                        sqlite3_vfs_find(longPaths) ? longPaths : nullptr);
     auto handle = std::make_shared<Handle>();
     handle->database.reset(opened);
@@ -149,9 +149,9 @@ std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, Opening op
     sqlite3_db_config(opened, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     if (file.empty())
         return handle;
-    if (opening != Opening::lookOnly && sqlite3_db_readonly(opened, "main") == 1)
+    if (as != OpenAs::lookOnly && sqlite3_db_readonly(opened, "main") == 1)
         failFor(file, noRight);
-    if (sqlite3_exec(opened, settingsOf(opening, durability).c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+    if (sqlite3_exec(opened, settingsOf(as, durability).c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
         failOpening(opened, file);
     return handle;
 }

@@ -37,17 +37,17 @@ struct Handle {
     DatabasePtr database;
     ReadyStatements ready;
     std::vector<Cursor*> cursors;
-    bool waitsForDisk =
-        true; ///< When a statement that writes returns; false only if that could not be put back.
+    /// When a statement that writes returns; false only if that could not be put back.
+    bool waitsForDisk = true;
     std::chrono::steady_clock::time_point seenInPlace; ///< When its file was last seen under its name.
 };
 
-/// What a file is opened for.
-enum class Opening { existing, fresh, lookOnly };
+/// As what a file is opened.
+enum class OpenAs { existing, fresh, lookOnly };
 
 /// Opens a connection of the driver. Fails with a RuntimeError that tells a person what to do. An empty path
 /// is a database in memory.
-std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, Opening opening, Durability durability);
+std::shared_ptr<Handle> openHandle(const std::filesystem::path& file, OpenAs as, Durability durability);
 /// Switches the file to write-ahead logging: from then on readers do not block writers.
 void useWriteAheadLog(Handle& handle, const std::filesystem::path& file);
 bool isDiskFull(sqlite3* handle);

@@ -4,7 +4,6 @@
 #include "runtime/Convert.h"
 
 #include <algorithm>
-#include <array>
 
 namespace zv::sqlite {
 namespace {

@@ -50,16 +50,16 @@ private:
 
 } // namespace
 
-Pool::Pool(Reuse reuse) : reuse_(reuse) { handles_.add(openHandle({}, opening_, durability_)); }
+Pool::Pool(Reuse reuse) : reuse_(reuse) { handles_.add(openHandle({}, as_, durability_)); }
 
-Pool::Pool(std::filesystem::path file, Opening opening, Durability durability, Reuse reuse)
-    : file_(std::move(file)), opening_(opening), durability_(durability), reuse_(reuse)
+Pool::Pool(std::filesystem::path file, OpenAs as, Durability durability, Reuse reuse)
+    : file_(std::move(file)), as_(as), durability_(durability), reuse_(reuse)
 {
-    checkPlace(file_, opening == Opening::fresh);
+    checkPlace(file_, as == OpenAs::fresh);
     try {
-        handles_.add(openHandle(file_, opening, durability_));
+        handles_.add(openHandle(file_, as, durability_));
     } catch (const RuntimeError&) {
-        if (opening == Opening::fresh)
+        if (as == OpenAs::fresh)
             removeFile(file_);
         throw;
     }
@@ -70,7 +70,7 @@ void Pool::settle() { useWriteAheadLog(*handles_.front(), file_); }
 void Pool::backup(const std::filesystem::path& file)
 {
     const std::shared_ptr<Handle> from = handle({});
-    const std::shared_ptr<Handle> to = openHandle(file, Opening::fresh, Durability::off);
+    const std::shared_ptr<Handle> to = openHandle(file, OpenAs::fresh, Durability::off);
     // One file, without a log beside it.
     sqlite3_exec(to->database.get(), "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
     sqlite3_backup* const copying =
@@ -94,7 +94,7 @@ std::shared_ptr<Handle> Pool::handle(StringView statement)
     if (auto idle = handles_.idle())
         return idle;
     refuseVanished(*handles_.front(), statement);
-    auto fresh = openHandle(file_, opening_ == Opening::fresh ? Opening::existing : opening_, durability_);
+    auto fresh = openHandle(file_, as_ == OpenAs::fresh ? OpenAs::existing : as_, durability_);
     handles_.add(fresh);
     return fresh;
 }

@@ -14,7 +14,7 @@ public:
     /// A database in memory.
     explicit Pool(Reuse reuse);
     /// A file. Fails with a RuntimeError that tells a person what to do.
-    Pool(std::filesystem::path file, Opening opening, Durability durability, Reuse reuse);
+    Pool(std::filesystem::path file, OpenAs as, Durability durability, Reuse reuse);
 
     /// Switches the file to write-ahead logging, for good: readers do not block writers. Fails as opening
     /// does.
@@ -30,7 +30,7 @@ private:
     void refuseVanished(Handle& handle, StringView statement) const;
 
     std::filesystem::path file_;
-    Opening opening_ = Opening::existing;
+    OpenAs as_ = OpenAs::existing;
     Durability durability_ = Durability::full;
     Reuse reuse_ = Reuse::yes;
     Handles<Handle> handles_;

@@ -43,7 +43,7 @@ bool closedForAll(const fs::path& file)
         u"está abierta en otro puesto o en otra ventana: ciérrenla y repita la orden. No se ha cambiado "
         u"nada.";
     try {
-        const std::shared_ptr<Handle> handle = openHandle(file, Opening::existing, Durability::full);
+        const std::shared_ptr<Handle> handle = openHandle(file, OpenAs::existing, Durability::full);
         const int code =
             sqlite3_exec(handle->database.get(), "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
         if ((code & 0xFF) == SQLITE_BUSY || (code & 0xFF) == SQLITE_LOCKED)

@@ -53,7 +53,7 @@ public:
     DdlStyle ddl(Connection& /*connection*/) override { return DdlStyle::sqlite; }
     ConnectionPtr open(StringView location, Database which) override
     {
-        return opened(location, which, Opening::existing);
+        return opened(location, which, OpenAs::existing);
     }
     void settle(Connection& connection) override
     {
@@ -61,7 +61,7 @@ public:
     }
     ConnectionPtr inspect(StringView location, Database which) override
     {
-        return opened(location, which, Opening::lookOnly);
+        return opened(location, which, OpenAs::lookOnly);
     }
     /// Locks the three against writers for as long as it takes to begin a reading transaction on each: with
     /// the write-ahead log what they read stays, and nobody waits for them.
@@ -167,7 +167,7 @@ public:
     }
     ConnectionPtr create(StringView location, Database which) override
     {
-        return opened(location, which, Opening::fresh);
+        return opened(location, which, OpenAs::fresh);
     }
     void remove(StringView location, Database which) override { removeFile(pathOf(location, which)); }
     ConnectionPtr temporary(StringView /*location*/, Database /*which*/) override
@@ -190,16 +190,16 @@ public:
     }
 
 private:
-    ConnectionPtr opened(StringView location, Database which, Opening opening) const
+    ConnectionPtr opened(StringView location, Database which, OpenAs as) const
     {
         const std::filesystem::path live = pathOf(location, Database::centro);
         while (true) {
-            if (opening != Opening::fresh)
+            if (as != OpenAs::fresh)
                 finishReplacing(live);
             auto connection = std::make_shared<SqliteConnection>(
-                std::make_shared<Pool>(pathOf(location, which), opening, durability_, reuse_));
+                std::make_shared<Pool>(pathOf(location, which), as, durability_, reuse_));
             // Race: a restore may have begun meanwhile, and would leave this file behind.
-            if (opening == Opening::fresh || !isBeingReplaced(live))
+            if (as == OpenAs::fresh || !isBeingReplaced(live))
                 return connection;
         }
     }

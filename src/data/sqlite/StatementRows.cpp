@@ -3,7 +3,6 @@
 #include "data/Dialect.h"
 #include "data/sqlite/Failure.h"
 
-#include <algorithm>
 #include <sqlite3.h>
 
 namespace zv::sqlite {

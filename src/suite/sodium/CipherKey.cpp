@@ -4,7 +4,6 @@
 
 #include <sodium.h>
 
-#include <algorithm>
 #include <stdexcept>
 #include <vector>
 

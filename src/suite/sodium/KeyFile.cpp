@@ -1,6 +1,7 @@
 #include "suite/sodium/KeyFile.h"
 
 #include "runtime/Convert.h"
+#include "runtime/OwnerOnly.h"
 #include "runtime/PrivateFile.h"
 #include "runtime/System.h"
 
@@ -63,8 +64,8 @@ CipherKey readKey(const fs::path& file)
         failFile(file, u"no se puede leer: no es un fichero, o no se tiene permiso.");
     if (fs::file_size(file, error) == 0)
         failFile(file, u"está vacía: ponga en su lugar la copia que guardó.");
-    if (openToOthers(file))
-        failFile(file, u"la pueden leer otros: quíteles el permiso (" + String(closingCommand()) +
+    if (owneronly::openToOthers(file))
+        failFile(file, u"la pueden leer otros: quíteles el permiso (" + String(owneronly::closingCommand()) +
                            u") y, si alguien la pudo ver, cámbiela con «zvconf clave cambiar».");
     std::ifstream stream(file);
     if (!stream)

@@ -1,4 +1,4 @@
-#include "data/Place.h"
+#include "data/SchoolPlace.h"
 
 #include "data/ConnectionText.h"
 
@@ -34,7 +34,7 @@ std::set<String> serversIn(StringView list, const String& port)
 
 } // namespace
 
-Place placeIn(StringView attributes)
+SchoolPlace placeIn(StringView attributes)
 {
     std::map<String, String> values = ConnectionText(attributes).values();
     for (const StringView who : {u"espera", u"pwd", u"password", u"uid", u"user", u"username"})
@@ -52,20 +52,20 @@ Place placeIn(StringView attributes)
     const auto named = [&](const String& database, const String& school) {
         return rest + u"database=" + database + u";esquema=" + school + u";";
     };
-    Place place{{named(base, schema.empty() ? u"centro" : schema)},
-                serversIn(list, port == values.end() ? String() : port->second)};
+    SchoolPlace place{{named(base, schema.empty() ? u"centro" : schema)},
+                      serversIn(list, port == values.end() ? String() : port->second)};
     if (schema.empty() && !base.empty())
         place.names.push_back(named({}, base));
     return place;
 }
 
-bool shareServer(const Place& one, const Place& other)
+bool shareServer(const SchoolPlace& one, const SchoolPlace& other)
 {
     return one.servers.empty() || other.servers.empty() ||
            std::ranges::any_of(one.servers, [&](const String& each) { return other.servers.contains(each); });
 }
 
-bool isSame(const Place& one, const Place& other)
+bool isSame(const SchoolPlace& one, const SchoolPlace& other)
 {
     return shareServer(one, other) && std::ranges::find_first_of(one.names, other.names) != one.names.end();
 }

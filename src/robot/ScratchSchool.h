@@ -8,13 +8,13 @@ namespace zv {
 /// failures are its own, and nothing reaches the school. No transaction that is rolled back: on one engine it
 /// would keep the other stations waiting, on the other it ends with its first failure. Copy on first use: a
 /// table is copied, as the school was at one instant, when a statement names it.
-class Rehearsal {
+class ScratchSchool {
 public:
     /// Fails with a RuntimeError where the engine has no temporary databases.
-    explicit Rehearsal(StringView url);
-    ~Rehearsal();
-    Rehearsal(const Rehearsal&) = delete;
-    Rehearsal& operator=(const Rehearsal&) = delete;
+    explicit ScratchSchool(StringView url);
+    ~ScratchSchool();
+    ScratchSchool(const ScratchSchool&) = delete;
+    ScratchSchool& operator=(const ScratchSchool&) = delete;
 
     const School& school() const { return school_; }
 

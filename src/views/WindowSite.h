@@ -9,7 +9,7 @@ namespace zv {
 
 /// Interface of a form's window towards the views in it, as far as it is the same on every desktop
 /// (dependency inversion).
-class HostWindow {
+class WindowSite {
 public:
     /// Runs a person's act, then synchronises the window with the model. False if the act could not be done.
     virtual bool act(const std::function<bool(Acts&)>& what) = 0;
@@ -31,7 +31,7 @@ public:
     virtual void help() = 0;
 
 protected:
-    ~HostWindow() = default;
+    ~WindowSite() = default;
 };
 
 } // namespace zv

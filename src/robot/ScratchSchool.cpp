@@ -1,4 +1,4 @@
-#include "robot/Rehearsal.h"
+#include "robot/ScratchSchool.h"
 
 #include "care/copies/Contents.h"
 #include "data/Schema.h"
@@ -64,7 +64,7 @@ private:
 
 } // namespace
 
-Rehearsal::Rehearsal(StringView url)
+ScratchSchool::ScratchSchool(StringView url)
 {
     const StringView place = withoutHistory(url);
     Engine& engine = engineOf(place);
@@ -84,6 +84,6 @@ Rehearsal::Rehearsal(StringView url)
     });
 }
 
-Rehearsal::~Rehearsal() { registerCipher(); }
+ScratchSchool::~ScratchSchool() { registerCipher(); }
 
 } // namespace zv
