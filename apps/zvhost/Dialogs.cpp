@@ -108,7 +108,7 @@ void showRowsInUse(QWidget* parent, Host& host)
         const Registration& each = rows[places.front()];
         People people(host.school());
         const QString warning =
-            each.gone ? QStringLiteral("La estación ya ha terminado: nadie la tiene abierta.")
+            each.gone ? QStringLiteral("El puesto ya ha terminado: nadie la tiene abierta.")
                       : heldBy(people, each) +
                             QStringLiteral(". Si la libera, dos personas podrán cambiarla a la vez, y valdrá "
                                            "lo que escriba la última.");

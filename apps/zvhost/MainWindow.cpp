@@ -189,7 +189,7 @@ bool MainWindow::stillThere(const NamedRow& row)
               [&] { there = host_->has(*node_, row.key); }) &&
         !there) {
         say(this, QStringLiteral("Ya no está"),
-            QStringLiteral("«%1» ya no está: se ha eliminado desde otra estación. La lista se lee de nuevo.")
+            QStringLiteral("«%1» ya no está: se ha eliminado desde otro puesto. La lista se lee de nuevo.")
                 .arg(row.name));
         refresh();
     }

@@ -14,7 +14,7 @@ constexpr std::size_t listed = 8;
 QString obstacle(Host& host, const Node& node, const NamedRow& row)
 {
     if (!host.has(node, row.key))
-        return QStringLiteral("Ya no está: se ha eliminado desde otra estación.");
+        return QStringLiteral("Ya no está: se ha eliminado desde otro puesto.");
     const std::map<Long, Registration> held = heldRows(*host.school().centro, node);
     if (const auto found = held.find(row.key); found != held.end()) {
         People people(host.school());

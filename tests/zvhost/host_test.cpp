@@ -112,7 +112,7 @@ TEST_F(HostTest, a_row_that_another_station_deleted_is_not_opened)
     key(Qt::Key_Return);
     thenAnswer();
     key(Qt::Key_Return);
-    EXPECT_THAT(asked, HasSubstr("otra estación"));
+    EXPECT_THAT(asked, HasSubstr("otro puesto"));
     EXPECT_EQ(qobject_cast<QTableView*>(place())->model()->rowCount(), 0);
 }
 
