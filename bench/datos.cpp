@@ -15,7 +15,7 @@ namespace {
 using namespace zv;
 using namespace zv::bench;
 
-/// A report for each pupil of the stage that has it: 35 ratings, or three texts and twelve; eight notes.
+/// A report for each pupil whose kind of teaching has it: 35 ratings, or three texts and twelve; eight notes.
 constexpr StringView reports[] = {
     u"DELETE FROM Alumno_InfIndPrim",
     u"DELETE FROM Alumno_InfInd",

@@ -20,7 +20,7 @@ namespace {
 
 using namespace zv;
 
-/// Twelve areas, five kinds of rating, four answers of each; three texts of about 120 letters.
+/// Twelve areas, five types of rating, four answers of each; three texts of about 120 letters.
 constexpr StringView rows[] = {
     u"INSERT INTO TipoEnsenanza (IDTipoEnsenanza,Nombre,Orden) VALUES (2,'Primaria',1)",
     u"INSERT INTO Curso (IDCurso,Descripcion,Orden,codTipoEnsenanza,finciclo) VALUES (1,'2º',2,2,-1)",

@@ -4,9 +4,9 @@
 # one header, <Name>Posix.cpp and <Name>Windows.cpp.
 function(zv_of_this_system variable)
   if(WIN32)
-    list(FILTER ${variable} EXCLUDE REGEX "Posix\\.(cpp|rc)$")
+    list(FILTER ${variable} EXCLUDE REGEX "Posix\\.cpp$")
   else()
-    list(FILTER ${variable} EXCLUDE REGEX "Windows\\.(cpp|rc)$")
+    list(FILTER ${variable} EXCLUDE REGEX "Windows\\.cpp$")
   endif()
   set(${variable} ${${variable}} PARENT_SCOPE)
 endfunction()

@@ -27,7 +27,8 @@
 #include <QTimer>
 
 #include <functional>
-#include <span>
+#include <utility>
+#include <vector>
 
 namespace zv::host {
 namespace {
@@ -154,17 +155,17 @@ struct Step {
 };
 
 /// Draws windows that run loops of their own, each as soon as it is there.
-void drawNext(const Draw& draw, std::span<const Step> steps)
+void drawNext(const Draw& draw, std::vector<Step> steps)
 {
     if (steps.empty())
         return;
-    QTimer::singleShot(0, [&draw, steps] {
+    QTimer::singleShot(0, [&draw, steps = std::move(steps)] {
         QApplication::processEvents();
         QWidget* dialog = QApplication::activeModalWidget();
         if (dialog == nullptr)
             return;
         draw(*dialog, steps.front().name);
-        drawNext(draw, steps.subspan(1));
+        drawNext(draw, {steps.begin() + 1, steps.end()});
         for (auto* each : dialog->findChildren<QAbstractButton*>())
             if (!steps.front().pressed.isEmpty() && each->text() == steps.front().pressed)
                 return each->click();
@@ -193,7 +194,7 @@ void drawLists(MainWindow& window, const Draw& draw)
 void drawDialogs(MainWindow& window, const Draw& draw)
 {
     const auto command = [&](const char* name, std::initializer_list<Step> steps) {
-        drawNext(draw, {steps.begin(), steps.size()});
+        drawNext(draw, steps);
         window.findChild<QAction*>(QString::fromLatin1(name))->trigger();
     };
     window.go(*nodeOf(cNombreNodo::InfIndiv));

@@ -1,6 +1,5 @@
 #include "journal/Recovery.h"
 
-#include "forms/ComboBox.h"
 #include "forms/Form.h"
 #include "journal/Typist.h"
 #include "journal/Watch.h"

@@ -51,7 +51,7 @@ String labelOf(const Control& control)
     return text;
 }
 
-Content contentOf(const ComboBox& list)
+Content entryIn(const ComboBox& list)
 {
     if (list.ListIndex() < 0)
         return {.none = true};
@@ -98,7 +98,7 @@ Content contentOf(const Control& control)
     if (const auto* box = dynamic_cast<const TextBox*>(&control))
         return {.value = {0, typed(*box)}};
     if (const auto* list = dynamic_cast<const ComboBox*>(&control))
-        return contentOf(*list);
+        return entryIn(*list);
     if (const auto* option = dynamic_cast<const OptionButton*>(&control))
         return {.value = {option->Value() ? 1 : 0, {}}};
     if (const auto* tick = dynamic_cast<const CheckBox*>(&control))
@@ -214,7 +214,7 @@ void Watch::addRating(std::vector<Difference>& found)
                 .question = subjects_[static_cast<std::size_t>(grid.Row())],
                 .column = grid.Col()};
     place.label = place.question.text;
-    Content content = contentOf(*controls_.floating);
+    Content content = entryIn(*controls_.floating);
     const bool same = ratingOpen_ && rating_.same(place) && rating_.column == place.column;
     if (same && content == ratingContent_)
         return;

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QWidget>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 

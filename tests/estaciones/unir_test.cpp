@@ -429,7 +429,8 @@ TEST_P(Joins, are_offered_for_rows_that_look_alike_and_for_no_others)
     // What counts differently is not one, whatever its name.
     school.centro->executeNative(u"DELETE FROM TipoIva");
     school.centro->executeNative(
-        u"INSERT INTO TipoIva VALUES (1,'General','16'),(2,'general','21'),(3,'GENERAL','21')");
+        u"INSERT INTO TipoIva VALUES (1,'General','16'),(2,'general','21'),(3,'GENERAL','21'),"
+        u"(4,'','21'),(5,' ','21')");
     EXPECT_EQ(care::lookAlikes(*school.centro, nodeFor(u"TipoIva"), plain).size(), 1U);
 }
 

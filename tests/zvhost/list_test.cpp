@@ -237,7 +237,7 @@ TEST_F(ListTest, a_session_of_consultation_asks_before_what_it_does_not_lock)
 TEST_F(ListTest, a_tutor_opens_her_section_and_sees_how_far_it_is)
 {
     Choices choices = window->host().choices();
-    choices.user = 3; // In the sample she tutors 2º A of the primary stage, and teaches elsewhere.
+    choices.user = 3; // In the sample she tutors 2º A of primary education, and teaches elsewhere.
     choices.profile = 1;
     window->host().choose(choices);
     school.centro->Execute(u"DELETE FROM Alumno_InfInd");

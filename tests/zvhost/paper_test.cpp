@@ -191,7 +191,7 @@ TEST_F(PaperTest, a_draft_is_whatever_lacks_something_whoever_wrote_it_and_whoev
                                  guidance.section().sheets.begin());
     EXPECT_THAT(guidance.fileName(place).toStdString(), HasSubstr("Alumno " + std::to_string(hidden)));
     EXPECT_THAT(toUtf8(guidance.text(place).html.toStdU16String()), HasSubstr("La pregunta 3"));
-    // A report of another stage, and one of none.
+    // A section of another kind of teaching, and one of none.
     run(u"UPDATE Seccion SET CodCurso=NULL WHERE IDSeccion=15");
     for (const auto& [kind, section] :
          {std::pair(Kind::primary, secondarySection), std::pair(Kind::guidance, primarySection),

@@ -62,6 +62,8 @@ public:
     /// All pupils, ordered as the dialogs list them.
     const std::vector<Pupil>& pupils();
     const Pupil* pupil(Long id);
+    /// Named with their course, "2º A (2º de ESO)". What ends a cycle is not read: offers() answers for
+    /// guidance alone.
     const std::map<Long, Section>& sections();
     /// An unknown section is one of no kind.
     const Section& section(Long id);

@@ -12,6 +12,7 @@
 #ifdef __linux__
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <fstream>
 #include <netinet/in.h>

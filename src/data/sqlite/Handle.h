@@ -42,7 +42,7 @@ struct Handle {
     std::chrono::steady_clock::time_point seenInPlace; ///< When its file was last seen under its name.
 };
 
-/// As what a file is opened.
+/// How a file is opened: to be used, made, or only looked at.
 enum class OpenAs { existing, fresh, lookOnly };
 
 /// Opens a connection of the driver. Fails with a RuntimeError that tells a person what to do. An empty path
