@@ -158,6 +158,18 @@ void MainWindow::listRecent(QMenu& menu)
         menu.addAction(QStringLiteral("Todavía no hay"))->setEnabled(false);
 }
 
+namespace {
+
+/// What is done with a row of a list or, where there is none, with the node.
+QString changeText(bool isList, bool writes)
+{
+    if (!isList)
+        return QStringLiteral("&Abrir");
+    return writes ? QStringLiteral("&Modificar") : QStringLiteral("&Ver");
+}
+
+} // namespace
+
 void MainWindow::follow()
 {
     if (host_ == nullptr)
@@ -172,9 +184,7 @@ void MainWindow::follow()
     new_->setEnabled(list && writes);
     ordering_->setVisible(issuers);
     ordering_->setEnabled(issuers && writes);
-    change_->setText(!list    ? QStringLiteral("&Abrir")
-                     : writes ? QStringLiteral("&Modificar")
-                              : QStringLiteral("&Ver"));
+    change_->setText(changeText(list, writes));
     const bool progress = node_ != nullptr && node_->isProgress();
     change_->setEnabled(row || (node_ != nullptr && !list && (!progress || page_.selected())));
     branches_->setVisible(banks);
