@@ -26,9 +26,8 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include <deque>
 #include <functional>
-#include <utility>
-#include <vector>
 
 namespace zv::host {
 namespace {
@@ -154,20 +153,23 @@ struct Step {
     QString pressed = {};
 };
 
-/// Draws windows that run loops of their own, each as soon as it is there.
-void drawNext(const Draw& draw, std::vector<Step> steps)
+/// Draws windows that run loops of their own, each as soon as it is there, while `life` lasts. What is drawn
+/// is out of `steps`.
+void drawNext(QObject& life, const Draw& draw, std::deque<Step>& steps)
 {
     if (steps.empty())
         return;
-    QTimer::singleShot(0, [&draw, steps = std::move(steps)] {
+    QTimer::singleShot(0, &life, [&] {
         QApplication::processEvents();
         QWidget* dialog = QApplication::activeModalWidget();
         if (dialog == nullptr)
             return;
-        draw(*dialog, steps.front().name);
-        drawNext(draw, {steps.begin() + 1, steps.end()});
+        const Step step = steps.front();
+        steps.pop_front();
+        draw(*dialog, step.name);
+        drawNext(life, draw, steps);
         for (auto* each : dialog->findChildren<QAbstractButton*>())
-            if (!steps.front().pressed.isEmpty() && each->text() == steps.front().pressed)
+            if (!step.pressed.isEmpty() && each->text() == step.pressed)
                 return each->click();
         dialog->close();
     });
@@ -193,9 +195,13 @@ void drawLists(MainWindow& window, const Draw& draw)
 
 void drawDialogs(MainWindow& window, const Draw& draw)
 {
-    const auto command = [&](const char* name, std::initializer_list<Step> steps) {
-        drawNext(draw, steps);
+    const auto command = [&](const char* name, std::deque<Step> steps) {
+        QObject life;
+        drawNext(life, draw, steps);
         window.findChild<QAction*>(QString::fromLatin1(name))->trigger();
+        if (!steps.empty())
+            throw RuntimeError(failure::otherData, u"No se ha abierto la ventana de la imagen principal-" +
+                                                       steps.front().name.toStdU16String() + u".");
     };
     window.go(*nodeOf(cNombreNodo::InfIndiv));
     // The first section whose reports are written.

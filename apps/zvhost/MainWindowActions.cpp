@@ -14,6 +14,17 @@
 #include <QToolBar>
 
 namespace zv::host {
+namespace {
+
+/// What is done with a row of a list or, where there is none, with the node.
+QString changeText(bool isList, bool writes)
+{
+    if (!isList)
+        return QStringLiteral("&Abrir");
+    return writes ? QStringLiteral("&Modificar") : QStringLiteral("&Ver");
+}
+
+} // namespace
 
 QAction& MainWindow::action(const QString& name, const QString& text, const QKeySequence& keys,
                             const std::function<void()>& does)
@@ -157,18 +168,6 @@ void MainWindow::listRecent(QMenu& menu)
     if (menu.isEmpty())
         menu.addAction(QStringLiteral("Todavía no hay"))->setEnabled(false);
 }
-
-namespace {
-
-/// What is done with a row of a list or, where there is none, with the node.
-QString changeText(bool isList, bool writes)
-{
-    if (!isList)
-        return QStringLiteral("&Abrir");
-    return writes ? QStringLiteral("&Modificar") : QStringLiteral("&Ver");
-}
-
-} // namespace
 
 void MainWindow::follow()
 {

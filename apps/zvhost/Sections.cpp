@@ -1,6 +1,6 @@
 #include "zvhost/Sections.h"
 
-#include "data/SchemaCheck.h"
+#include "data/DataError.h"
 #include "data/Statement.h"
 #include "forms/ComboBox.h"
 #include "forms/SectionControls.h"

@@ -36,6 +36,11 @@ String describe(std::int32_t number, StringView detail)
 
 } // namespace
 
+bool isLacking(const RuntimeError& error)
+{
+    return error.number() == failure::tableMissing || error.number() == failure::columnMissing;
+}
+
 DataError::DataError(std::int32_t number, std::string engineCode, StringView engineText, StringView statement)
     : RuntimeError(number, describe(number, engineText)), engineCode_(std::move(engineCode)),
       engineText_(engineText), statement_(statement)

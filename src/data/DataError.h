@@ -19,6 +19,10 @@ inline constexpr std::int32_t noRow = 3021;
 inline constexpr std::int32_t unknownField = 3265;
 } // namespace failure
 
+/// Whether a statement failed because a table or a column is missing, which a school made elsewhere need not
+/// have.
+bool isLacking(const RuntimeError& error);
+
 /// No connection, and no waiting helps: this machine lacks what it takes, or the server does not know the
 /// person. A server may lock who asks again with a wrong password.
 class LastingFailure : public RuntimeError {

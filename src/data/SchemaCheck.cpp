@@ -223,11 +223,6 @@ std::vector<String> checkAccess(const School& school, Engine& engine)
                           });
 }
 
-bool isLacking(const RuntimeError& error)
-{
-    return error.number() == failure::tableMissing || error.number() == failure::columnMissing;
-}
-
 std::vector<String> checkDamage(const School& school, Engine& engine)
 {
     return inAllDatabases(school, engine,

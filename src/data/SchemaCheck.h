@@ -15,10 +15,6 @@ std::vector<String> checkSchool(const School& school, Engine& engine);
 /// to it, a name that wants quotes, truth values that are no numbers. Costs a statement for each table.
 std::vector<String> checkAccess(const School& school, Engine& engine);
 
-/// Whether a statement failed because a table or a column is missing, which a school made elsewhere need not
-/// have.
-bool isLacking(const RuntimeError& error);
-
 /// Integrity check by the engine, one line for each database. Reads them whole.
 std::vector<String> checkDamage(const School& school, Engine& engine);
 

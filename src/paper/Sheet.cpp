@@ -1,7 +1,7 @@
 #include "paper/Sheet.h"
 
 #include "data/Cells.h"
-#include "data/SchemaCheck.h"
+#include "data/DataError.h"
 #include "data/Statement.h"
 #include "progress/Panel.h"
 #include "runtime/Convert.h"

@@ -85,8 +85,8 @@ private:
     {
         for (Long place = 0; place < pupils.ListCount(); ++place) {
             pupils.ListIndex = Long{place};
-            auto& [given, all] = seen[{kind, section, pupils.ItemData(place)}];
-            const auto add = [&](bool filled) {
+            auto& counted = seen[{kind, section, pupils.ItemData(place)}];
+            const auto add = [&given = counted.first, &all = counted.second](bool filled) {
                 ++all;
                 given += filled ? 1 : 0;
             };
@@ -139,7 +139,7 @@ Seen throughDialogs(const School& school)
 void shrink(Connection& centro, std::mt19937& dice)
 {
     const Long kept = 2 + static_cast<Long>(dice() % 3);
-    const Long rest = static_cast<Long>(dice() % kept);
+    const Long rest = static_cast<Long>(dice() % static_cast<std::size_t>(kept));
     const Long odd = 2 + static_cast<Long>(dice() % 4);
     const String pupils = statement(u"(SELECT IDAlumno FROM Alumno WHERE IDAlumno%{}={})", {kept * 8, rest});
     for (const StringView table :

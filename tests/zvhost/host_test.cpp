@@ -106,6 +106,14 @@ TEST_F(HostTest, commands_follow_node_row_and_session)
     EXPECT_FALSE(window->host().users().empty());
 }
 
+TEST_F(HostTest, tells_whoever_asks_which_version_it_is)
+{
+    QApplication::setApplicationVersion(QStringLiteral("7.8.9"));
+    thenAnswer();
+    window->findChild<QAction*>(QStringLiteral("acerca"))->trigger();
+    EXPECT_THAT(asked, HasSubstr("zvhost 7.8.9"));
+}
+
 TEST_F(HostTest, a_row_that_another_station_deleted_is_not_opened)
 {
     school.centro->Execute(u"DELETE FROM EstadoCivil");

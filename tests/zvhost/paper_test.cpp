@@ -226,7 +226,7 @@ TEST_F(PaperTest, names_of_files_have_room_in_any_folder_and_a_printer_gets_what
     run(u"UPDATE Curso SET Descripcion='" + wide + u"'");
     const Reports all = reports(Kind::secondary, secondarySection);
     EXPECT_EQ(make(all).files.size(), qsizetype(all.section().sheets.size()));
-    const QStringList written = pagesOf(make(all, paper::Into::one).files.front());
+    const QStringList filed = pagesOf(make(all, paper::Into::one).files.front());
     for (const bool stops : {false, true}) {
         QPrinter printer(QPrinter::HighResolution);
         printer.setOutputFileName(folder.filePath(QStringLiteral("impreso.pdf")));
@@ -235,8 +235,8 @@ TEST_F(PaperTest, names_of_files_have_room_in_any_folder_and_a_printer_gets_what
                         [stops](int done, int, const QString&) { return !stops || done < 2; }),
                   !stops);
         const QStringList printed = pagesOf(printer.outputFileName());
-        EXPECT_EQ(printed.size() < written.size(), stops);
-        EXPECT_EQ(printed.front(), written.front());
+        EXPECT_EQ(printed.size() < filed.size(), stops);
+        EXPECT_EQ(printed.front(), filed.front());
     }
 }
 
@@ -366,9 +366,10 @@ TEST_F(PaperTest, a_disk_that_fills_is_told_and_leaves_what_was_there)
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
     std::signal(SIGXFSZ, SIG_IGN);
     // Whether the last bytes are still on their way when the file ends, or the first ones fail already.
-    for (const auto& [format, room] :
-         {std::pair(paper::Format::odt, 100), std::pair(paper::Format::pdf, 100),
-          std::pair(paper::Format::odt, 2'000), std::pair(paper::Format::pdf, 20'000)}) {
+    for (const auto& disk : {std::pair(paper::Format::odt, 100), std::pair(paper::Format::pdf, 100),
+                             std::pair(paper::Format::odt, 2'000), std::pair(paper::Format::pdf, 20'000)}) {
+        const paper::Format format = disk.first;
+        const int room = disk.second;
         const QString name =
             makeFiles(all, first, folder.path(), format, paper::Into::each, goOn).files.front();
         const auto bytes = [&] {

@@ -1,7 +1,6 @@
 #include "care/joins/References.h"
 
 #include "data/DataError.h"
-#include "data/SchemaCheck.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 

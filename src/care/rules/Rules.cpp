@@ -1,7 +1,7 @@
 #include "care/rules/Rules.h"
 
 #include "care/rules/RuleFacts.h"
-#include "data/SchemaCheck.h"
+#include "data/DataError.h"
 #include "data/Transaction.h"
 
 #include <algorithm>
