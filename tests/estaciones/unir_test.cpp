@@ -217,6 +217,7 @@ TEST_P(Joins, that_die_are_whole_or_not_at_all)
         }
     }
     std::cout << killed << " killed, " << joined << " joined, " << torn << " between the two databases\n";
+    EXPECT_GT(killed, 0);
 }
 
 TEST_P(Joins, are_refused_with_the_reason_and_change_nothing)
@@ -400,8 +401,6 @@ TEST_P(Joins, are_offered_for_rows_that_look_alike_and_for_no_others)
                 row.front().value = key;
                 ++planted;
                 again.insert(key);
-                school.centro->executeNative(u"INSERT INTO " + String(node.table) + u" SELECT * FROM " +
-                                             String(node.table) + u" WHERE 1=0");
                 String values;
                 for (const history::Field& field : row)
                     values += (values.empty() ? u"" : u",") + literal(field.value);
