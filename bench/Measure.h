@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <malloc.h>
 #include <map>
 #include <string>
 #include <vector>
@@ -37,6 +38,13 @@ inline benchmark::internal::Benchmark* timed(benchmark::internal::Benchmark* run
         ->DisplayAggregatesOnly()
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond);
+}
+
+/// What the process holds of memory that it asked for.
+inline double megabytes()
+{
+    const struct mallinfo2 room = mallinfo2();
+    return static_cast<double>(room.uordblks + room.hblkhd) / 1e6;
 }
 
 /// Reporter that keeps the medians, for ratios at the end.

@@ -160,4 +160,21 @@ inline void runBare(benchmark::State& state, const Stage& stage, const std::vect
     sqlite3_close(database);
 }
 
+/// Runs statements on a database; the length of all their columns, taken as text.
+inline long stepped(sqlite3* base, const std::vector<String>& statements)
+{
+    long letters = 0;
+    for (const String& each : statements) {
+        sqlite3_stmt* rows = nullptr;
+        const std::string text = toUtf8(each);
+        if (sqlite3_prepare_v2(base, text.c_str(), -1, &rows, nullptr) != SQLITE_OK)
+            throw std::runtime_error(text);
+        while (sqlite3_step(rows) == SQLITE_ROW)
+            for (int column = 0; column < sqlite3_column_count(rows); ++column)
+                letters += sqlite3_column_bytes(rows, column);
+        sqlite3_finalize(rows);
+    }
+    return letters;
+}
+
 } // namespace zv::bench

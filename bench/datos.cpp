@@ -22,20 +22,16 @@ constexpr StringView reports[] = {
     u"DELETE FROM Alumno_InfIndESO",
     u"DELETE FROM ConsejoOrientador_Nota",
     u"INSERT INTO Alumno_InfInd SELECT IDAlumno,'Lee con soltura y comprende lo que "
-    u"lee.','Promociona.','Ninguna.' "
-    u"FROM Alumno",
+    u"lee.','Promociona.','Ninguna.' FROM Alumno",
     u"INSERT INTO Alumno_InfIndESO SELECT IDAlumno,'a','b','c','d','e','f','g','h','i','j','k','l' FROM "
-    u"Alumno "
-    u"WHERE codseccion>12",
+    u"Alumno WHERE codseccion>12",
     u"INSERT INTO Alumno_InfIndPrim SELECT d.codAlumno,m.codMateria,t.IDTipo,3*(t.IDTipo-1)+1 FROM "
     u"Alumno_MateriaDetalles d JOIN MateriaDetalles m ON m.IDMateriaDetalles=d.codMateriaDetalles JOIN "
-    u"TipoInfInd t "
-    u"WHERE m.CodSeccion<=12",
+    u"TipoInfInd t WHERE m.CodSeccion<=12",
     u"INSERT INTO ConsejoOrientador_Nota SELECT ROW_NUMBER() OVER (),a.IDAlumno,a.codseccion,(SELECT "
-    u"MIN(IDCOResp) "
-    u"FROM ConsejoOrientador_Respuesta WHERE "
-    u"CodConsejoOrientador=q.IDConsejoOrientador),q.IDConsejoOrientador FROM "
-    u"Alumno a JOIN ConsejoOrientador q WHERE a.codseccion IN (15,16,19,20) AND COALESCE(a.fechabaja,'')=''",
+    u"MIN(IDCOResp) FROM ConsejoOrientador_Respuesta WHERE "
+    u"CodConsejoOrientador=q.IDConsejoOrientador),q.IDConsejoOrientador FROM Alumno a JOIN ConsejoOrientador "
+    u"q WHERE a.codseccion IN (15,16,19,20) AND COALESCE(a.fechabaja,'')=''",
 };
 
 /// RAII guard of a school in a folder of its own, and a bare handle on each of its two databases.
@@ -89,22 +85,6 @@ void rules(benchmark::State& state, Office& office, const care::Look& look)
     for (auto _ : state)
         if (!care::survey(office.school, look).findings.empty())
             state.SkipWithError("the school is not without fault");
-}
-
-long stepped(sqlite3* base, const std::vector<String>& statements)
-{
-    long letters = 0;
-    for (const String& each : statements) {
-        sqlite3_stmt* rows = nullptr;
-        const std::string text = toUtf8(each);
-        if (sqlite3_prepare_v2(base, text.c_str(), -1, &rows, nullptr) != SQLITE_OK)
-            throw std::runtime_error(text);
-        while (sqlite3_step(rows) == SQLITE_ROW)
-            for (int column = 0; column < sqlite3_column_count(rows); ++column)
-                letters += sqlite3_column_bytes(rows, column);
-        sqlite3_finalize(rows);
-    }
-    return letters;
 }
 
 void bare(benchmark::State& state, Office& office, const care::Look& look)

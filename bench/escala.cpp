@@ -37,22 +37,19 @@ struct Counts {
 };
 
 /// Decorator of a connection that simulates network latency.
-class FarConnection final : public Connection {
+class FarConnection final : public ConnectionDecorator {
 public:
     FarConnection(ConnectionPtr inner, std::chrono::milliseconds away, int* inserts)
-        : inner_(std::move(inner)), away_(away), inserts_(inserts)
+        : ConnectionDecorator(std::move(inner)), away_(away), inserts_(inserts)
     {}
     RecordsetPtr Execute(StringView sql) override
     {
         std::this_thread::sleep_for(away_);
         *inserts_ += sql.starts_with(u"Insert") ? 1 : 0;
-        return inner_->Execute(sql);
+        return inner()->Execute(sql);
     }
-    RecordsetPtr executeNative(StringView sql) override { return inner_->executeNative(sql); }
-    EngineInfo engine() override { return inner_->engine(); }
 
 private:
-    ConnectionPtr inner_;
     std::chrono::milliseconds away_;
     int* inserts_;
 };

@@ -2,16 +2,11 @@
 from html import escape
 from math import log
 
+from medidas import number
+
 MODULO, MOTOR, QT = "#3b7dc4", "#8a94a3", "#d9822b"
 INK, FAINT = "#222a35", "#c9d0d9"
 WIDTH, HEIGHT = 960, 800
-
-
-def figure(value):
-    """Short, with a decimal comma."""
-    if value >= 1000:
-        return f"{value:,.0f}".replace(",", " ")
-    return f"{value:.{0 if value >= 100 else 1 if value >= 10 else 2}f}".replace(".", ",")
 
 
 def text(x, y, words, size=13, anchor="start", more=""):
@@ -44,32 +39,32 @@ def bars(x, y, width, names, entries, mark=None):
         parts += [text(left - 8, middle + 4.5, name, 13, "end"),
                   f'<rect x="{left}" y="{top:.1f}" width="{ends[1] - left:.1f}" height="{thick}" fill="{colour}"/>',
                   line(ends[0], middle, ends[2], middle, INK, 1.5),
-                  text(max(ends[1:]) + 6, middle + 4.5, figure(sample.median), 13,
+                  text(max(ends[1:]) + 6, middle + 4.5, number(sample.median), 13,
                        more=' paint-order="stroke" stroke="#ffffff" stroke-width="5"')]
     return parts
 
 
 def curve(x, y, width, height, points, across, unit):
-    """(number, sample) on a logarithmic scale, from zero up; the names of both scales stand beside them."""
-    numbers = [number for number, _ in points]
+    """(count, sample) on a logarithmic scale, from zero up; the names of both scales stand beside them."""
+    counts = [count for count, _ in points]
     most = max(sample.high for _, sample in points) * 1.15
 
-    def right(number):
-        return x + width * (log(number) - log(numbers[0])) / (log(numbers[-1]) - log(numbers[0]))
+    def right(count):
+        return x + width * (log(count) - log(counts[0])) / (log(counts[-1]) - log(counts[0]))
 
     def up(value):
         return y + height * (1 - value / most)
     parts = [line(x, y + height, x + width, y + height, INK), text(x + width / 2, y + height + 38, across, 12, "middle"),
              text(x - 14, y - 6, unit, 12)]
-    path = " ".join(f"{right(number):.1f},{up(sample.median):.1f}" for number, sample in points)
+    path = " ".join(f"{right(count):.1f},{up(sample.median):.1f}" for count, sample in points)
     parts.append(f'<polyline points="{path}" fill="none" stroke="{MODULO}" stroke-width="2"/>')
-    for number, sample in points:
-        at = right(number)
+    for count, sample in points:
+        at = right(count)
         parts += [line(at, y + height, at, y + height + 5, INK),
-                  text(at, y + height + 20, figure(number) if number >= 1000 else str(number), 12, "middle"),
+                  text(at, y + height + 20, number(count) if count >= 1000 else str(count), 12, "middle"),
                   line(at, up(sample.low), at, up(sample.high), INK, 1.5),
                   f'<circle cx="{at:.1f}" cy="{up(sample.median):.1f}" r="4" fill="{MODULO}"/>',
-                  text(at, up(sample.high) - 8, figure(sample.median), 12, "middle")]
+                  text(at, up(sample.high) - 8, number(sample.median), 12, "middle")]
     return parts
 
 

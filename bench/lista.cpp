@@ -27,7 +27,6 @@
 #include <QTimer>
 
 #include <iostream>
-#include <malloc.h>
 #include <memory>
 #include <stdexcept>
 
@@ -35,12 +34,6 @@ namespace {
 
 using namespace zv;
 using namespace zv::bench;
-
-double megabytes()
-{
-    const struct mallinfo2 room = mallinfo2();
-    return static_cast<double>(room.uordblks + room.hblkhd) / 1e6;
-}
 
 /// The longest time between two looks of the event loop, in ms.
 class Freezes {

@@ -1,4 +1,4 @@
-"""Las medidas de los bench_*: se ejecutan en vueltas, y cada cual es una muestra."""
+"""What the programs of bench measure: they run in rounds, and each measure is a sample."""
 import contextlib
 import json
 import os

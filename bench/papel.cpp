@@ -36,14 +36,12 @@ constexpr StringView rows[] = {
     u"INSERT INTO Alumno_MateriaDetalles (codAlumno,codMateriaDetalles) SELECT IDAlumno,IDMateria FROM "
     u"Alumno,Materia",
     u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<5) INSERT INTO TipoInfInd "
-    u"(IDTipo,Descripcion) "
-    u"SELECT i,'Respecto a los objetivos '||i FROM n",
+    u"(IDTipo,Descripcion) SELECT i,'Respecto a los objetivos '||i FROM n",
     u"WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM n WHERE i<19) INSERT INTO TipoRespInfInd "
-    u"SELECT i+1,i/4+1,"
-    u"'Progresa adecuadamente '||i FROM n",
+    u"SELECT i+1,i/4+1,'Progresa adecuadamente '||i FROM n",
     u"INSERT INTO Alumno_InfInd SELECT IDAlumno,printf('%.120c','x'),'Ha trabajado bien todo el curso y "
-    u"ayuda a quien lo "
-    u"necesita. Le conviene leer más en casa y repasar las tablas de multiplicar.','Ninguna.' FROM Alumno",
+    u"ayuda a quien lo necesita. Le conviene leer más en casa y repasar las tablas de "
+    u"multiplicar.','Ninguna.' FROM Alumno",
     u"INSERT INTO Alumno_InfIndPrim SELECT IDAlumno,IDMateria,IDTipo,IDTipo*4-(IDAlumno+IDMateria)%4 FROM "
     u"Alumno,Materia,TipoInfInd",
 };

@@ -16,29 +16,29 @@ using namespace zv::bench;
 /// 80 sections of 25: of ten, four of primary education with eight subjects, and six of the secondary stage,
 /// two of them with guidance. A text has some eighty letters.
 constexpr StringView rows[] = {
-    u"INSERT INTO Curso (IDCurso,Descripcion,Orden,codTipoEnsenanza,finciclo) VALUES (1,'2º',2,2,-1),"
-    u"(2,'1º',1,3,0),(3,'4º',4,3,0)",
+    u"INSERT INTO Curso (IDCurso,Descripcion,Orden,codTipoEnsenanza,finciclo) VALUES "
+    u"(1,'2º',2,2,-1),(2,'1º',1,3,0),(3,'4º',4,3,0)",
     u"WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM n WHERE i<79) INSERT INTO Seccion "
     u"(IDSeccion,Descripcion,CodCurso) SELECT i,'S'||i,CASE WHEN i%10<4 THEN 1 WHEN i%10<8 THEN 2 ELSE 3 END "
     u"FROM n",
     u"WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM n WHERE i<1999) INSERT INTO Alumno "
     u"(IDAlumno,Apellido_1,Apellido_2,Nombre,codseccion) SELECT "
-    u"10000+i,'Apellido'||(i*7919%2003),'Segundo'||i,"
-    u"substr('LucíaÍñigoPilarMartaSergioAndrés',i%5*5+1,5)||char(97+i%26),i%80 FROM n",
+    u"10000+i,'Apellido'||(i*7919%2003),'Segundo'||i,substr('LucíaÍñigoPilarMartaSergioAndrés',i%5*5+1,5)||"
+    u"char(97+i%26),i%80 FROM n",
     u"INSERT INTO Seccion_Alumno (codAlumno,codSeccion) SELECT IDAlumno,codseccion FROM Alumno",
     u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<8) INSERT INTO Materia "
     u"(IDMateria,Nombre,codTipoMateria) SELECT i,'Materia '||i,4 FROM n",
     u"INSERT INTO MateriaDetalles (IDMateriaDetalles,CodSeccion,codMateria) SELECT "
     u"IDSeccion*10+IDMateria,IDSeccion,IDMateria FROM Seccion,Materia WHERE CodCurso=1",
     u"INSERT INTO Alumno_MateriaDetalles (codAlumno,codMateriaDetalles) SELECT IDAlumno,IDMateriaDetalles "
-    u"FROM "
-    u"Alumno JOIN MateriaDetalles ON MateriaDetalles.CodSeccion=Alumno.codseccion",
+    u"FROM Alumno JOIN MateriaDetalles ON MateriaDetalles.CodSeccion=Alumno.codseccion",
     u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<8) INSERT INTO ConsejoOrientador "
     u"(IDConsejoOrientador,Descripcion) SELECT i,'Pregunta '||i FROM n",
     u"INSERT INTO ConsejoOrientador_Respuesta SELECT IDConsejoOrientador,IDConsejoOrientador,'Sí' FROM "
     u"ConsejoOrientador",
-    u"INSERT INTO ConsejoOrientador_Nota SELECT ROW_NUMBER() OVER (),IDAlumno,codseccion,IDConsejoOrientador,"
-    u"IDConsejoOrientador FROM Alumno,ConsejoOrientador WHERE codseccion%10>=8",
+    u"INSERT INTO ConsejoOrientador_Nota SELECT ROW_NUMBER() OVER "
+    u"(),IDAlumno,codseccion,IDConsejoOrientador,IDConsejoOrientador FROM Alumno,ConsejoOrientador WHERE "
+    u"codseccion%10>=8",
     u"INSERT INTO TipoRespInfInd SELECT IDConsejoOrientador,(IDConsejoOrientador-1)%5+1,'R' FROM "
     u"ConsejoOrientador",
     u"INSERT INTO Alumno_InfIndPrim SELECT codAlumno,codMateriaDetalles%10,IDResp,IDResp FROM "
@@ -65,25 +65,12 @@ void panel(benchmark::State& state, Stage& stage)
 
 void bare(benchmark::State& state, Stage& stage)
 {
-    stage.centro->recording = true;
-    progress::panel(*stage.centro);
-    stage.centro->recording = false;
-    state.counters["statements"] = static_cast<double>(stage.centro->statements.size());
+    const std::vector<String>& statements = stage.recorded([&] { progress::panel(*stage.centro); });
+    state.counters["statements"] = static_cast<double>(statements.size());
     sqlite3* base = nullptr;
     sqlite3_open(stage.file.c_str(), &base);
-    long letters = 0;
     for (auto _ : state)
-        for (const String& each : stage.centro->statements) {
-            sqlite3_stmt* rowsOf = nullptr;
-            if (sqlite3_prepare_v2(base, toUtf8(each).c_str(), -1, &rowsOf, nullptr) != SQLITE_OK)
-                state.SkipWithError("a statement is not the engine's own");
-            while (sqlite3_step(rowsOf) == SQLITE_ROW)
-                for (int column = 0; column < sqlite3_column_count(rowsOf); ++column)
-                    letters += sqlite3_column_bytes(rowsOf, column);
-            sqlite3_finalize(rowsOf);
-        }
-    benchmark::DoNotOptimize(letters);
-    stage.centro->statements.clear();
+        benchmark::DoNotOptimize(stepped(base, statements));
     sqlite3_close(base);
 }
 

@@ -21,7 +21,6 @@
 
 #include <ctime>
 #include <iostream>
-#include <malloc.h>
 #include <stdexcept>
 
 namespace {
@@ -33,11 +32,6 @@ constexpr int columns = 4;
 constexpr int pages = 50;
 
 double processorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
-double megabytes()
-{
-    const struct mallinfo2 room = mallinfo2();
-    return static_cast<double>(room.uordblks + room.hblkhd) / 1e6;
-}
 
 String textAt(Long row, Long column) { return u"Sucursal " + decimalText(row * columns + column); }
 

@@ -57,11 +57,10 @@ void fill(Connection& centro, Long branches)
 {
     centro.executeNative(statement(u"INSERT INTO Banco VALUES ({},'Caixa','{}')",
                                    {branches, Right(u"000" + decimalText(branches), 4)}));
-    centro.executeNative(
-        statement(u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<{}) INSERT INTO "
-                  u"Sucursal SELECT "
-                  u"{}+i,{},substr('000'||i,-4),'Sucursal '||i,'Calle Mayor','Vitoria','01001',1 FROM n",
-                  {branches, branches * 2, branches}));
+    centro.executeNative(statement(
+        u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<{}) INSERT INTO Sucursal "
+        u"SELECT {}+i,{},substr('000'||i,-4),'Sucursal '||i,'Calle Mayor','Vitoria','01001',1 FROM n",
+        {branches, branches * 2, branches}));
 }
 
 } // namespace

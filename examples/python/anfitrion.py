@@ -5,6 +5,7 @@ import ctypes as c
 import os
 import pathlib
 import sys
+import uuid
 
 ESTADO_CIVIL, NUEVO = 65, 1
 OK, NO_NAME, EXCEPTION, FAILURE_BASE = 0, -2147352570, -2147352567, -2146828288
@@ -14,7 +15,6 @@ GUID = c.c_ubyte * 16
 
 
 def guid(text):
-    import uuid
     return GUID(*uuid.UUID(text).bytes_le)
 
 
@@ -67,12 +67,11 @@ def new_text(text):
     return block + 8
 
 
-def take_text(pointer, free=True):
+def take_text(pointer):
     if not pointer:
         return ""
     text = c.string_at(pointer, c.c_uint32.from_address(pointer - 4).value).decode("utf-16-le")
-    if free:
-        libc.free(pointer - 8)
+    libc.free(pointer - 8)
     return text
 
 

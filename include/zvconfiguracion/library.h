@@ -5,8 +5,8 @@
 #include <zvconfiguracion/calls.h>
 #include <zvconfiguracion/system.h>
 
-/* Lo único que cambia de un sistema a otro: cargar, buscar un nombre, descargar y decir por qué no se pudo.
- */
+/* Lo único que cambia de un sistema a otro: cargar, buscar un nombre, descargar y decir por
+ * qué no se pudo. */
 #ifdef _WIN32
 static inline void* zv_system_load(const char* file)
 {

@@ -203,6 +203,7 @@ typedef struct Zv_cInfPrimariaVtbl {
 struct Zv_cInfPrimaria {
     const Zv_cInfPrimariaVtbl* vtbl;
 };
+
 /* Los cinco bloques que exporta la biblioteca: una longitud de 32 bits, 16, y el identificador de la
  * interfaz. */
 typedef struct ZvIdBlock {

@@ -12,6 +12,56 @@
 using namespace zv;
 using namespace zv::com;
 
+namespace {
+
+/// The two libraries and a host's session, as they meet. Nothing of the session may be left behind them.
+struct Meeting {
+    const Library data{ZV_DATOS};
+    const Library library{ZV_SERVIDOR};
+    client::Object connection;
+    std::shared_ptr<Session> host;
+    Held<ZvDispatch> face;
+    Held<Zv_cAsignarDatos> facade = facadeOf(library);
+
+    explicit Meeting(const std::string& url)
+        : connection(client::openConnection(data, url)),
+          host(std::make_shared<Session>(objectOf(connection))), face(dispatchOf(host))
+    {}
+    ZvResult handOver() const { return com::handOver(facade, face); }
+    std::string handOverByName() const
+    {
+        return failureOf([&] { byName(facade).call("obtenerdatos", client::Object::sharing(face.get())); });
+    }
+};
+
+} // namespace
+
+TEST(Host, whose_session_lacks_a_member_has_a_wrong_one_or_fails_is_told_until_it_answers)
+{
+    const Folder folder;
+    folder.create();
+    std::weak_ptr<Object> ended;
+    {
+        const Meeting meeting(folder.url());
+        ended = meeting.host;
+        PropertyBag& members = *meeting.host->members;
+        members.remove(u"IDPerfil");
+        EXPECT_EQ(meeting.handOver(), ZV_FAILURE_BASE + 438);
+        members.add(u"IDPerfil", u"tres");
+        EXPECT_EQ(meeting.handOver(), ZV_FAILURE_BASE + 13);
+        members.add(u"IDPerfil", Long{70000});
+        EXPECT_EQ(meeting.handOver(), ZV_FAILURE_BASE + 6);
+        members.add(u"IDPerfil", Long{0});
+        meeting.host->failing = u"RutaIcono";
+        EXPECT_EQ(meeting.handOver(), -2147217900);
+        EXPECT_EQ(meeting.handOverByName(), "-2147217900 La sesión se ha caído (ZVConfiguracion)");
+        meeting.host->failing.clear();
+        EXPECT_EQ(meeting.handOver(), ZV_OK);
+        EXPECT_EQ(meeting.handOverByName(), "none");
+    }
+    EXPECT_TRUE(ended.expired()) << "the library kept the session";
+}
+
 TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
 {
     const Folder folder;
@@ -27,43 +77,22 @@ TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
     setenv("ZV_ESCRITORIO", ("guion:" + guion).c_str(), 1);
     std::weak_ptr<Object> ended;
     {
-        const Library data(ZV_DATOS);
-        const Library library(ZV_SERVIDOR);
-        const client::Object connection = data.create(ZV_CLSID_Conexion);
-        EXPECT_EQ(failureOf([&] { connection.call("Execute", "Select 1"); }).substr(0, 4), "3709");
-        connection.call("Open", "historial:" + folder.url());
-        const auto host = std::make_shared<Session>(objectOf(connection));
-        const auto face = dispatchOf(host);
-        ended = host;
-        const auto facade = facadeOf(library);
+        const Meeting meeting("historial:" + folder.url());
+        ended = meeting.host;
+        const client::Object closed = meeting.data.create(ZV_CLSID_Conexion);
+        EXPECT_EQ(failureOf([&] { closed.call("Execute", "Select 1"); }).substr(0, 4), "3709");
+        const auto& facade = meeting.facade;
         const Zv_cAsignarDatosVtbl& slots = *facade.get()->vtbl;
-        const auto handOver = [&] { return com::handOver(facade, face); };
-        const auto handOverByName = [&] {
-            return failureOf(
-                [&] { byName(facade).call("obtenerdatos", client::Object::sharing(face.get())); });
-        };
-        // A session that lacks a member, has a wrong one, or fails; and then answers again.
-        host->members->remove(u"IDPerfil");
-        EXPECT_EQ(handOver(), ZV_FAILURE_BASE + 438);
-        host->members->add(u"IDPerfil", u"tres");
-        EXPECT_EQ(handOver(), ZV_FAILURE_BASE + 13);
-        host->members->add(u"IDPerfil", Long{70000});
-        EXPECT_EQ(handOver(), ZV_FAILURE_BASE + 6);
-        host->members->add(u"IDPerfil", Long{0});
-        host->failing = u"RutaIcono";
-        EXPECT_EQ(handOver(), -2147217900);
-        EXPECT_EQ(handOverByName(), "-2147217900 La sesión se ha caído (ZVConfiguracion)");
-        host->failing.clear();
-        EXPECT_EQ(handOver(), ZV_OK);
-
+        EXPECT_EQ(meeting.handOver(), ZV_OK);
         EXPECT_EQ(slots.ActivarFormulario(facade.get(), 65), ZV_OK);
         const client::Object rows =
-            connection.call("Execute", "Select IDEstadoCivil From EstadoCivil Where Descripcion='Soltero'")
+            meeting.connection
+                .call("Execute", "Select IDEstadoCivil From EstadoCivil Where Descripcion='Soltero'")
                 .object();
         const auto field = Held<ZvDispatch>(rows.get("Fields", "IDESTADOCIVIL").object().release());
         EXPECT_EQ(CLng(invoke(field.get(), ZV_DISPID_VALUE, ZV_PROPERTYGET).value), 8);
         // The two libraries share no code, and yet the history knows who wrote the row, and in which dialog.
-        EXPECT_THAT(connection.call("Execute", "Select Despues From HistorialAsiento Order By Numero")
+        EXPECT_THAT(meeting.connection.call("Execute", "Select Despues From HistorialAsiento Order By Numero")
                         .object()
                         .get("Fields", "Despues")
                         .object()
@@ -76,12 +105,12 @@ TEST(Host, opens_a_dialog_asks_and_is_told_of_failures)
         ZvBool free = -1;
         EXPECT_EQ(slots.Eliminar(facade.get(), 65, &free), ZV_OK);
         EXPECT_EQ(free, 0) << "a teacher refers to row 7";
-        host->members->add(u"lngRowData", Long{8});
-        EXPECT_EQ(handOverByName(), "none");
+        meeting.host->members->add(u"lngRowData", Long{8});
+        EXPECT_EQ(meeting.handOverByName(), "none");
         EXPECT_TRUE(byName(facade).call("Eliminar", 65).truth());
         EXPECT_EQ(slots.BloquearBanco(facade.get()), ZV_OK);
         byName(facade).call("BloquearBanco");
-        EXPECT_EQ(library.raw().canUnloadNow(), ZV_FALSE);
+        EXPECT_EQ(meeting.library.raw().canUnloadNow(), ZV_FALSE);
         // The second dialog does not show what the guion expects: this call fails, and all after it.
         EXPECT_EQ(failureOf([&] { byName(facade).call("ActivarFormulario", 65); }),
                   "5 " + guion +

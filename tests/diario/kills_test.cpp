@@ -215,6 +215,7 @@ TEST_F(Kills, what_was_typed_is_there_again)
         }
     std::cout << killed << " killed, " << withDraft << " with a draft, in " << recovered.size()
               << " dialogs; without a place: " << left << "\n";
+    EXPECT_GT(killed, 0);
 }
 
 } // namespace

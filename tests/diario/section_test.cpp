@@ -181,6 +181,38 @@ protected:
         }
     }
 
+    /// An item is typed where it belongs and then expected to be seen there, or it is not typed and is told:
+    /// nowhere else, and never lost.
+    void expectPlaced(const Draft& draft, const Item& item, Shown& stored, Shown& expected)
+    {
+        const Place& place = draft.places[item.change.place];
+        const auto pupil = stored.pupils.find(place.pupil.number);
+        const bool isHere = pupil != stored.pupils.end() && pupil->second == place.pupil.text;
+        const std::string name =
+            place.input == Input::rating
+                ? ratingName(place.page, place.question)
+                : toUtf8(place.index < 0 ? place.control
+                                         : place.control + u"(" + decimalText(place.index) + u")");
+        const Field field{place.pupil.number, name};
+        EXPECT_TRUE(isHere || item.fate == Fate::noPlace) << toUtf8(place.pupil.text);
+        EXPECT_TRUE(stored.fields.contains(field) || item.fate == Fate::noPlace) << name;
+        told += item.fate == Fate::clash || item.fate == Fate::noPlace;
+        EXPECT_NE(item.fate, Fate::refused) << name;
+        const bool text = place.input == Input::text;
+        const String now = stored.fields[field].value.text;
+        EXPECT_TRUE(!text || item.fate != Fate::stored || now == item.change.after.value.text);
+        if (item.fate != Fate::typed)
+            return;
+        ++typed;
+        // Nobody else wrote there: what the tutor had seen is still stored.
+        EXPECT_TRUE(!text || now == item.change.before.value.text) << name;
+        expected.fields[field] = item.change.after;
+        if (place.input == Input::rating)
+            expected.fields[field] = {.value = {0, bare(item.change.after.value.text)}};
+    }
+
+    int typed = 0;
+    int told = 0;
     std::optional<FreshSchool> fresh;
     std::vector<Long> present; ///< Pupils of the section at hand.
     std::mt19937 chance{seedOr(1)};
@@ -188,11 +220,8 @@ protected:
     std::vector<std::string> opening;
 };
 
-/// The value is where it belongs, or was not typed and is told: nowhere else, and never lost.
 TEST_F(Section, that_others_changed_meanwhile_gets_no_text_at_a_wrong_place_and_loses_none)
 {
-    int typed = 0;
-    int told = 0;
     const int rounds = times("ZV_CAMBIOS", 30);
     for (int round = 0; round < rounds && !HasFailure(); ++round) {
         forget();
@@ -219,33 +248,8 @@ TEST_F(Section, that_others_changed_meanwhile_gets_no_text_at_a_wrong_place_and_
                 const std::vector<Item> items = Recovery(form, person, found.draft).run();
                 EXPECT_EQ(items.size(), before.size());
                 Shown expected = stored;
-                for (const Item& item : items) {
-                    const Place& place = found.draft.places[item.change.place];
-                    const auto pupil = stored.pupils.find(place.pupil.number);
-                    const bool isHere = pupil != stored.pupils.end() && pupil->second == place.pupil.text;
-                    const std::string name =
-                        place.input == Input::rating
-                            ? ratingName(place.page, place.question)
-                            : toUtf8(place.index < 0
-                                         ? place.control
-                                         : place.control + u"(" + decimalText(place.index) + u")");
-                    const Field field{place.pupil.number, name};
-                    EXPECT_TRUE(isHere || item.fate == Fate::noPlace) << toUtf8(place.pupil.text);
-                    EXPECT_TRUE(stored.fields.contains(field) || item.fate == Fate::noPlace) << name;
-                    told += item.fate == Fate::clash || item.fate == Fate::noPlace;
-                    EXPECT_NE(item.fate, Fate::refused) << name;
-                    const bool text = place.input == Input::text;
-                    const String now = stored.fields[field].value.text;
-                    EXPECT_TRUE(!text || item.fate != Fate::stored || now == item.change.after.value.text);
-                    if (item.fate != Fate::typed)
-                        continue;
-                    ++typed;
-                    // Nobody else wrote there: what the tutor had seen is still stored.
-                    EXPECT_TRUE(!text || now == item.change.before.value.text) << name;
-                    expected.fields[field] = item.change.after;
-                    if (place.input == Input::rating)
-                        expected.fields[field] = {.value = {0, bare(item.change.after.value.text)}};
-                }
+                for (const Item& item : items)
+                    expectPlaced(found.draft, item, stored, expected);
                 EXPECT_EQ(look(form, person).fields, expected.fields) << "round " << round;
             }
         });

@@ -81,7 +81,7 @@ protected:
     }
     ~Stations() override
     {
-        for (const Database which : {Database::centro, Database::borrado, Database::entrada})
+        for (const Database which : everyDatabase)
             engineOf(url).remove(locationOf(url), which);
         std::filesystem::remove_all(folder);
     }

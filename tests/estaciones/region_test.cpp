@@ -118,9 +118,8 @@ TEST_P(Region, loses_nothing_and_grants_nothing_twice_whichever_server_dies_whil
     std::vector<Process> lives;
     for (std::size_t number = 0; number < stations; ++number)
         lives.push_back(start([&, number](int) { return live(number); }));
-    const char* const wanted = std::getenv("ZV_MUERTES");
-    const int kills = wanted ? std::atoi(wanted) : 3;
-    std::mt19937 chance(11);
+    const int kills = deaths(3, 3);
+    std::mt19937 chance(seedOr(11));
     int done = 0;
     for (bool well = true; well && done < kills; done += well) {
         usleep(static_cast<useconds_t>(500'000 + chance() % 1'000'000));

@@ -234,6 +234,7 @@ TEST_P(Killed, a_cut_save_is_found_and_taken_back_and_no_other)
               << seemingly << " killed before the note of their end and " << idle
               << " before statements that would have changed nothing\n";
     EXPECT_GT(between, kills / 4);
+    EXPECT_GE(killed, between);
 }
 
 TEST_P(Killed, the_command_line_tells_of_dead_stations_only_and_takes_back)

@@ -32,7 +32,7 @@ struct Moving : testing::Test {
     ~Moving() override { std::filesystem::remove_all(folder); }
     static void remove(const String& url)
     {
-        for (const Database which : {Database::centro, Database::borrado, Database::entrada})
+        for (const Database which : everyDatabase)
             engineOf(url).remove(locationOf(url), which);
     }
     String file(StringView name) const { return u"sqlite:" + (folder / name).u16string(); }

@@ -1,8 +1,6 @@
 #include "qt/Window.h"
 
-#include <QHeaderView>
 #include <QLabel>
-#include <QTabBar>
 
 namespace zv::test {
 

@@ -31,7 +31,7 @@ struct ReadingDesktop final : QtDesktop {
     void ask(QMessageBox&) override {}
 
     /// Opens what only this dialog leads to: a section, or a branch.
-    static void goOn(FormWindow& window)
+    void goOn(FormWindow& window) const
     {
         for (const StringView list : {u"cboTipoEnsenanza", u"cboCursos", u"cboSecciones"})
             if (auto* box = dynamic_cast<ComboBox*>(window.form().find(list)))
@@ -90,7 +90,7 @@ struct ReadingDesktop final : QtDesktop {
     std::set<std::string> seen;
     FormWindow* front = nullptr;
     QSize room;
-    static inline bool secondary = false;
+    bool secondary = false; ///< Which of two reports the dialog of sections leads to.
     int mandatoryFields = 0;
 };
 
@@ -102,7 +102,7 @@ TEST(Reader, every_control_of_every_dialog_is_reached_read_and_left_on_small_scr
         ReadingDesktop desktop;
         desktop.room = room;
         desktop.boundTo(room);
-        ReadingDesktop::secondary = secondary;
+        desktop.secondary = secondary;
         showEveryDialog(desktop, [](const char*) {});
         EXPECT_EQ(desktop.seen.size(), 35U); // All but the report of the other stage.
         EXPECT_GE(desktop.mandatoryFields, 30);

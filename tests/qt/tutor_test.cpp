@@ -187,6 +187,11 @@ TEST_F(Tutor, changes_are_not_thrown_away_unasked_and_are_counted_by_pupil)
         EXPECT_EQ(leaving([&] { tutor.front->close(); }, leave), "Puede haber cambios sin guardar");
         EXPECT_FALSE(primary.Visible());
     };
+    open(cNombreNodo::InfIndiv);
+}
+
+TEST_F(Tutor, answers_are_counted_by_pupil_but_for_those_that_have_no_note_to_be_saved_in)
+{
     Long third = 0;
     const char* asks = "Cambios sin guardar de 2 alumnos";
     tutor.does[u"frmConsejoOrientador"] = [&] {
@@ -203,9 +208,8 @@ TEST_F(Tutor, changes_are_not_thrown_away_unasked_and_are_counted_by_pupil)
         EXPECT_EQ(leaving([&] { press(Qt::Key_Return); }, leave), asks);
         EXPECT_FALSE(guidance.Visible());
     };
-    open(cNombreNodo::InfIndiv);
     open(cNombreNodo::NotaConsejoOrientador);
-    // What the dialog has no note for is not saved, and so it is not lost.
+    // What is not saved is not lost.
     school.centro->executeNative(statement(
         u"DELETE FROM ConsejoOrientador_Nota WHERE codConsejoOrientador=3 AND codAlumno={}", {third}));
     asks = "Cambios sin guardar de 1 alumno";

@@ -102,6 +102,79 @@ protected:
     }
 };
 
+struct Mistake {
+    std::string guion;
+    int line;
+    std::string reason;
+    bool open = false; ///< Tried behind "abrir".
+};
+const Mistake mistakes[] = {
+    {"\xff", 1, "UTF-8"},
+    {"# \xc3\xb1\nsql \"\xed\xa0\x80\"", 2, "UTF-8"},
+    {"> fila 1\n", 1, "ninguna orden"},
+    {"cerrar\n>fila", 2, "blanco"},
+    {"abre 1", 1, "abre"},
+    {"\"abrir\"", 1, "verbo"},
+    {"sql \"a", 1, "comillas"},
+    {"sql \"\\x\"", 1, "\\"},
+    {"sql \"a\\", 1, "\\"},
+    {"sql \"a\"b", 1, "blanco"},
+    {"sesion =1", 1, "nombre"},
+    {"sesion Activa=", 1, "valor"},
+    {"sesion Activa", 1, "MIEMBRO"},
+    {"sesion Activa=quizá", 1, "True"},
+    {"sesion Activa=1.2.3", 1, "True"},
+    {"sesion Nada=1", 1, "Nada"},
+    {"\n\nabrir 65 1", 3, "faltan"},
+    {"cerrar 1", 1, "sobran"},
+    {"abrir 65 1 0 bloqueado x", 1, "sobran"},
+    {"abrir 65 1 0 cerrado", 1, "bloqueado"},
+    {"abrir 65 1 \"0\"", 1, "entero"},
+    {"abrir 65 1 2147483648", 1, "entero"},
+    {"abrir 256 1 0", 1, "255"},
+    {"mostrar frmNada 1 0", 1, "frmNada"},
+    {"pulsar txt(", 1, "control"},
+    {"pulsar txt(a)", 1, "control"},
+    {"teclear txt x", 1, "comillas"},
+    {"region \"coma\"", 1, "palabra"},
+    {"region raya", 1, "coma"},
+    {"traza nada", 1, "traza"},
+    {"fallar 0 \"x\"", 1, "0"},
+    {"fallar 5 \"x\" 0", 1, "una vez"},
+    {"estropear 0 IDMax", 1, "0"},
+    {"estropear 5 Cifrar", 1, "Cifrar"},
+    {"ocupar frmPais 1 40000", 1, "16 bits"},
+    {"ocupar frmNada 1 2", 1, "frmNada"},
+    {"sql \"SELECT * FROM Nada\"", 1, "Nada"},
+    {"cerrar", 1, "abierta"},
+    {"ver forma.Name", 1, "ninguna ventana"},
+    {"ver sesion.Nada", 1, "Nada"},
+    {"ver config.Nada", 1, "Nada"},
+    {"ver sesion", 1, "PROPIEDAD"},
+    {"abrir 53 1 0\n# abierta\n\n", 1, "acaba con la ventana frmTurno"},
+    {"pulsar cmd", 2, "cmd", true},
+    {"pulsar cmd(6)", 2, "cmd(6)", true},
+    {"pulsar cmd(0,0)", 2, "cmd(0,0)", true},
+    {"pulsar lbl", 2, "botón", true},
+    {"pulsar grid", 2, "botón", true},
+    {"escribir chk \"x\"", 2, "cuadro de texto", true},
+    {"tecla chk F1", 2, "ENTER", true},
+    {"seleccionar txt(0) -1 0", 2, "0", true},
+    {"elegir combo 3", 2, "3 elementos", true},
+    {"elegir combo \"tres\"", 2, "tres", true},
+    {"celda grid 30 0", 2, "30 filas", true},
+    {"foco txt(1)\ncelda grid 29 0", 3, "29 filas", true},
+    {"doble grid 0 2", 2, "2 columnas", true},
+    {"desplazar grid -1", 2, "filas", true},
+    {"pestana strip 0", 2, "2 pestañas", true},
+    {"ver combo.List(3)", 2, "rango", true},
+    {"ver combo.List", 2, "no tiene List", true},
+    {"ver combo.Clear", 2, "no tiene Clear", true},
+    {"ver forma.Nada", 2, "no tiene Nada", true},
+    {"ver nada.Text", 2, "nada", true},
+    {"fondo\nver lbl.SetFocus", 3, "no tiene SetFocus", true},
+};
+
 TEST_F(Robot, a_folder_is_no_guion)
 {
     const Result result = run({u"--comprobar", fromUtf8(std::filesystem::temp_directory_path().string())});
@@ -111,78 +184,6 @@ TEST_F(Robot, a_folder_is_no_guion)
 
 TEST_F(Robot, a_mistake_is_told_with_line_and_reason)
 {
-    struct Mistake {
-        std::string guion;
-        int line;
-        std::string reason;
-        bool open = false; ///< Tried behind "abrir".
-    };
-    const Mistake mistakes[] = {
-        {"\xff", 1, "UTF-8"},
-        {"# \xc3\xb1\nsql \"\xed\xa0\x80\"", 2, "UTF-8"},
-        {"> fila 1\n", 1, "ninguna orden"},
-        {"cerrar\n>fila", 2, "blanco"},
-        {"abre 1", 1, "abre"},
-        {"\"abrir\"", 1, "verbo"},
-        {"sql \"a", 1, "comillas"},
-        {"sql \"\\x\"", 1, "\\"},
-        {"sql \"a\\", 1, "\\"},
-        {"sql \"a\"b", 1, "blanco"},
-        {"sesion =1", 1, "nombre"},
-        {"sesion Activa=", 1, "valor"},
-        {"sesion Activa", 1, "MIEMBRO"},
-        {"sesion Activa=quizá", 1, "True"},
-        {"sesion Activa=1.2.3", 1, "True"},
-        {"sesion Nada=1", 1, "Nada"},
-        {"\n\nabrir 65 1", 3, "faltan"},
-        {"cerrar 1", 1, "sobran"},
-        {"abrir 65 1 0 bloqueado x", 1, "sobran"},
-        {"abrir 65 1 0 cerrado", 1, "bloqueado"},
-        {"abrir 65 1 \"0\"", 1, "entero"},
-        {"abrir 65 1 2147483648", 1, "entero"},
-        {"abrir 256 1 0", 1, "255"},
-        {"mostrar frmNada 1 0", 1, "frmNada"},
-        {"pulsar txt(", 1, "control"},
-        {"pulsar txt(a)", 1, "control"},
-        {"teclear txt x", 1, "comillas"},
-        {"region \"coma\"", 1, "palabra"},
-        {"region raya", 1, "coma"},
-        {"traza nada", 1, "traza"},
-        {"fallar 0 \"x\"", 1, "0"},
-        {"fallar 5 \"x\" 0", 1, "una vez"},
-        {"estropear 0 IDMax", 1, "0"},
-        {"estropear 5 Cifrar", 1, "Cifrar"},
-        {"ocupar frmPais 1 40000", 1, "16 bits"},
-        {"ocupar frmNada 1 2", 1, "frmNada"},
-        {"sql \"SELECT * FROM Nada\"", 1, "Nada"},
-        {"cerrar", 1, "abierta"},
-        {"ver forma.Name", 1, "ninguna ventana"},
-        {"ver sesion.Nada", 1, "Nada"},
-        {"ver config.Nada", 1, "Nada"},
-        {"ver sesion", 1, "PROPIEDAD"},
-        {"abrir 53 1 0\n# abierta\n\n", 1, "acaba con la ventana frmTurno"},
-        {"pulsar cmd", 2, "cmd", true},
-        {"pulsar cmd(6)", 2, "cmd(6)", true},
-        {"pulsar cmd(0,0)", 2, "cmd(0,0)", true},
-        {"pulsar lbl", 2, "botón", true},
-        {"pulsar grid", 2, "botón", true},
-        {"escribir chk \"x\"", 2, "cuadro de texto", true},
-        {"tecla chk F1", 2, "ENTER", true},
-        {"seleccionar txt(0) -1 0", 2, "0", true},
-        {"elegir combo 3", 2, "3 elementos", true},
-        {"elegir combo \"tres\"", 2, "tres", true},
-        {"celda grid 30 0", 2, "30 filas", true},
-        {"foco txt(1)\ncelda grid 29 0", 3, "29 filas", true},
-        {"doble grid 0 2", 2, "2 columnas", true},
-        {"desplazar grid -1", 2, "filas", true},
-        {"pestana strip 0", 2, "2 pestañas", true},
-        {"ver combo.List(3)", 2, "rango", true},
-        {"ver combo.List", 2, "no tiene List", true},
-        {"ver combo.Clear", 2, "no tiene Clear", true},
-        {"ver forma.Nada", 2, "no tiene Nada", true},
-        {"ver nada.Text", 2, "nada", true},
-        {"fondo\nver lbl.SetFocus", 3, "no tiene SetFocus", true},
-    };
     for (const Mistake& each : mistakes) {
         const Result result = check((each.open ? "abrir 53 1 0\n" : "") + each.guion);
         EXPECT_EQ(result.code, 2) << each.guion;
