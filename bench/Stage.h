@@ -18,6 +18,7 @@
 #include <optional>
 #include <span>
 #include <sqlite3.h>
+#include <stdexcept>
 #include <utility>
 
 namespace zv::bench {

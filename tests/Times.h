@@ -5,8 +5,8 @@
 
 namespace zv {
 
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool underSanitizers = true;
+#ifdef __has_feature // clang++ has it.
+constexpr bool underSanitizers = __has_feature(address_sanitizer);
 #else
 constexpr bool underSanitizers = false;
 #endif
