@@ -63,7 +63,7 @@ void addPage(std::vector<Paragraph>& all, const QString& file)
         open.clear();
     };
     for (const QString& line : QString::fromUtf8(page.readAll()).split(u'\n')) {
-        isCode ^= line.trimmed().startsWith(u"```");
+        isCode ^= line.startsWith(u"```");
         // A heading, an item and a row of a table stand alone; the lines of a paragraph belong together.
         if (line.trimmed().isEmpty() || alone.match(line).hasMatch())
             close();
