@@ -11,14 +11,15 @@ function(zv_of_this_system variable)
   set(${variable} ${${variable}} PARENT_SCOPE)
 endfunction()
 
-# zv_floor(<folder> [APART] [DEPENDS <floor>...] [LINKS <library>...] [EXCEPT <subfolder>...])
+# zv_floor(<folder> [APART] [ONE_BY_ONE] [DEPENDS <floor>...] [LINKS <library>...] [EXCEPT <subfolder>...])
 #
 # A floor of the house: every source below its folder in one static library, zv_<folder> (a slash becomes an
 # underscore) with the alias ZV::<folder>, that sees only the floors it is given. A new file needs no edit here.
 # A floor that was not asked for is left out from those above. One that stands apart is only for the programs that
-# name it, and so are the libraries that its headers need.
+# name it, and so are the libraries that its headers need. One whose sources are always compiled one by one can be linked
+# in part.
 function(zv_floor folder)
-  cmake_parse_arguments(ARG "APART" "" "DEPENDS;LINKS;EXCEPT" ${ARGN})
+  cmake_parse_arguments(ARG "APART;ONE_BY_ONE" "" "DEPENDS;LINKS;EXCEPT" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} ${folder}/*.cpp ${folder}/*.h)
   foreach(subfolder IN LISTS ARG_EXCEPT)
     list(FILTER sources EXCLUDE REGEX "^${folder}/${subfolder}/")
@@ -36,6 +37,9 @@ function(zv_floor folder)
     zv_precompile(${target} widgets)
   else()
     zv_precompile(${target} standard)
+  endif()
+  if(NOT ARG_ONE_BY_ONE)
+    zv_together(${target})
   endif()
   add_library(ZV::${name} ALIAS ${target})
   target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)

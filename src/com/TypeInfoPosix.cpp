@@ -2,8 +2,8 @@
 
 namespace zv::com {
 
-bool hasTypeInfo(const ZvGuid& /*interface*/) { return false; }
+bool hasTypeInfo(const ZvGuid& /*guid*/) { return false; }
 
-ZvResult typeInfo(const ZvGuid& /*interface*/, void** /*info*/) { return ZV_DISP_BADINDEX; }
+ZvResult typeInfo(const ZvGuid& /*guid*/, void** /*info*/) { return ZV_DISP_BADINDEX; }
 
 } // namespace zv::com

@@ -11,7 +11,7 @@ namespace zv {
 namespace {
 
 /// Number of an answer, as it stands in front of its text.
-StringView numberIn(StringView entry) { return entry.substr(0, entry.find(u' ')); }
+StringView numberPart(StringView entry) { return entry.substr(0, entry.find(u' ')); }
 
 StringView textIn(StringView entry)
 {
@@ -131,7 +131,7 @@ std::vector<Long> SectionKeys::matches(StringView typed) const
     const ComboBox& list = *controls_.floating;
     for (Long entry = 0; entry < list.ListCount(); ++entry) {
         const StringView text = list.List(entry);
-        if (sameName(numberIn(text), typed))
+        if (sameName(numberPart(text), typed))
             return {entry};
         if (startsWith(text, typed) || startsWith(textIn(text), typed))
             found.push_back(entry);

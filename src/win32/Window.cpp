@@ -44,7 +44,7 @@ Owners& owners()
 }
 
 /// What a routine of this thread's windows threw, until user32 has returned.
-thread_local std::exception_ptr held;
+thread_local std::exception_ptr withheld;
 
 HWND senderOf(UINT message, WPARAM, LPARAM data)
 {
@@ -95,8 +95,8 @@ Window* Window::of(HWND window) { return window == nullptr ? nullptr : owners().
 
 void Window::rethrowHeld()
 {
-    if (held)
-        std::rethrow_exception(std::exchange(held, nullptr));
+    if (withheld)
+        std::rethrow_exception(std::exchange(withheld, nullptr));
 }
 
 LRESULT Window::receive(UINT message, WPARAM number, LPARAM data)
@@ -120,7 +120,7 @@ LRESULT CALLBACK Window::procedure(HWND window, UINT message, WPARAM number, LPA
     try {
         return owner->receive(message, number, data);
     } catch (...) {
-        held = std::current_exception();
+        withheld = std::current_exception();
         return 0;
     }
 }

@@ -218,7 +218,7 @@ TEST_P(Killed, a_cut_save_is_found_and_taken_back_and_no_other)
     std::vector<Kind> kinds;
     for (const Save& each : saves())
         kinds.push_back(whole(each));
-    const int kills = deaths(28, 1000);
+    const int kills = deaths(brief(28, 14), 1000);
     int killed = 0;
     for (int kill = 0; kill < kills && !HasFatalFailure(); ++kill) {
         const std::size_t which = static_cast<std::size_t>(kill) % saves().size();

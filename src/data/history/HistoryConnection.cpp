@@ -25,7 +25,7 @@ constexpr StringView encipheredKey = u"IDEnfermedad";
 constexpr std::size_t mostPending = 1000;
 
 /// The history's tables are not there any more.
-struct Gone {};
+struct TablesGone {};
 
 bool isOneOf(StringView word, std::initializer_list<StringView> words)
 {
@@ -53,14 +53,14 @@ bool setsKey(const Write& write)
     });
 }
 
-/// Begins to append; where the tables have gone, Gone.
+/// Begins to append; where the tables have gone, TablesGone.
 Appending appendingTo(Connection& centro)
 {
     try {
         return Appending(centro);
     } catch (const DataError& error) {
         if (error.number() == failure::tableMissing)
-            throw Gone();
+            throw TablesGone();
         throw;
     }
 }
@@ -126,7 +126,7 @@ RecordsetPtr HistoryConnection::run(StringView statement, const Run& run)
         RecordsetPtr result = understood ? runNoted(statement, *write, run) : runAlone(statement, run);
         noteFailed_ = false;
         return result;
-    } catch (const Gone&) {
+    } catch (const TablesGone&) {
         missing_ = true;
         return run(statement);
     } catch (const DataError& error) {
@@ -237,7 +237,7 @@ RecordsetPtr HistoryConnection::runRelease(StringView statement, const Run& run)
             result = run(statement);
             log.finish();
         });
-    } catch (const Gone&) {
+    } catch (const TablesGone&) {
         return run(statement);
     }
     return result;
@@ -345,7 +345,7 @@ void HistoryConnection::flush()
             addPending(log);
             log.finish();
         });
-    } catch (const Gone&) {
+    } catch (const TablesGone&) {
         missing_ = true;
     } catch (const RuntimeError&) {
         // What cannot be noted now waits for a statement that succeeds: a note never makes a dialog fail.

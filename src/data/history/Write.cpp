@@ -8,8 +8,6 @@
 namespace zv::history {
 namespace {
 
-using Kind = Token::Kind;
-
 /// The tokens of a statement, read one after another; past the last there is an empty one.
 class Words {
 public:
@@ -17,7 +15,7 @@ public:
 
     StringView word() const { return text_.substr(token_.start, token_.length); }
     const Token& token() const { return token_; }
-    bool atEnd() const { return token_.kind == Kind::end; }
+    bool atEnd() const { return token_.kind == Token::Kind::end; }
     void advance() { token_ = tokens_.next(); }
     bool take(StringView expected)
     {
@@ -193,7 +191,7 @@ String writtenTable(StringView statement)
 bool names(StringView statement, StringView name)
 {
     for (Words words(statement); !words.atEnd(); words.advance())
-        if (words.token().kind == Kind::name && sameName(unquotedName(words.word()), name))
+        if (words.token().kind == Token::Kind::name && sameName(unquotedName(words.word()), name))
             return true;
     return false;
 }
