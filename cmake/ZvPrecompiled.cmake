@@ -3,8 +3,8 @@
 # Compiles the headers of a group once for all the targets that ask for it: the first of a group makes them, the others
 # take what it made, and so have to be compiled with the same flags (-Winvalid-pch, an error here, says if not).
 # Only headers of others stand in a group, so that a change of ours leaves it alone. A source still includes what it
-# uses; of the floors below the screens and the servers `fuzz`, which has nothing precompiled, proves it a dozen at a time. <filesystem> and
-# <iomanip> stay out: they bring std::quoted, which is then found beside our own `quoted`.
+# uses; of the floors below the screens and the servers `fuzz`, which has nothing precompiled, proves it a dozen at a
+# time. <filesystem> and <iomanip> stay out: they bring std::quoted, which is then found beside our own `quoted`.
 set(ZV_GROUP_standard <algorithm> <array> <charconv> <functional> <map> <memory> <optional> <set> <span> <string>
                       <string_view> <utility> <variant> <vector>)
 set(ZV_GROUP_widgets ${ZV_GROUP_standard} <QApplication> <QComboBox> <QDialog> <QHeaderView> <QKeyEvent> <QLabel>
