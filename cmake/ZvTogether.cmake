@@ -1,7 +1,7 @@
 # zv_together(<target>)
 #
-# With ZV_TOGETHER, compiles the sources of a target one behind the other in files of a dozen, which takes less than half
-# the time: for a build that is made once and whole. What a source lacks of our headers, one before it may have included;
+# With ZV_TOGETHER, compiles the sources of a target one behind the other in files of a dozen, so that their headers are
+# read once: for a build that is made once and whole. What a source lacks of our headers, one before it may have included;
 # the default build, which takes them one by one, says so.
 function(zv_together target)
   if(NOT ZV_TOGETHER)
