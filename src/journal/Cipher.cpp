@@ -1,23 +1,17 @@
 #include "journal/Cipher.h"
 
+#include "crypto/Sodium.h"
+
 #include <sodium.h>
 
 namespace zv::journal {
 namespace {
 
+using crypto::bytesOf;
+
 static_assert(Cipher::headerSize == crypto_secretstream_xchacha20poly1305_HEADERBYTES);
 static_assert(Cipher::overhead == crypto_secretstream_xchacha20poly1305_ABYTES);
 static_assert(std::tuple_size_v<SecretKey> == crypto_secretstream_xchacha20poly1305_KEYBYTES);
-
-unsigned char* bytesOf(std::string& text)
-{
-    return static_cast<unsigned char*>(static_cast<void*>(text.data()));
-}
-
-const unsigned char* bytesOf(std::string_view text)
-{
-    return static_cast<const unsigned char*>(static_cast<const void*>(text.data()));
-}
 
 } // namespace
 

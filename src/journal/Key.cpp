@@ -1,5 +1,6 @@
 #include "journal/Key.h"
 
+#include "crypto/Sodium.h"
 #include "runtime/OwnerOnly.h"
 #include "runtime/PrivateFile.h"
 #include "runtime/System.h"
@@ -35,8 +36,7 @@ fs::path folder()
 SecretKey ownKey(const fs::path& folder)
 {
     const fs::path file = folder / "clave";
-    if (sodium_init() < 0)
-        failKey(file, u"no se puede usar: falta el cifrado.");
+    crypto::useSodium();
     SecretKey key{};
     std::error_code ignored;
     if (!fs::exists(file, ignored)) {

@@ -1,6 +1,6 @@
 #include "care/copies/CopyFile.h"
 
-#include "care/copies/Sodium.h"
+#include "crypto/Sodium.h"
 #include "data/DataError.h"
 
 #include <sodium.h>
@@ -17,14 +17,14 @@ namespace zv::care {
 namespace {
 
 namespace fs = std::filesystem;
+using crypto::bytesOf;
 
 /// First line, with the number of the format behind.
 constexpr std::string_view magic = "ZVConfiguracion copia ";
 constexpr std::string_view format = "1";
 constexpr std::size_t longestManifest = 1 << 20;
 constexpr std::size_t block = 1 << 20;
-constexpr int base64 = sodium_base64_VARIANT_ORIGINAL_NO_PADDING;
-using Bytes = std::vector<unsigned char>;
+constexpr crypto::Base64 base64 = crypto::Base64::Unpadded;
 
 [[noreturn]] void refuse(const fs::path& file, StringView words)
 {
@@ -41,31 +41,11 @@ using Bytes = std::vector<unsigned char>;
     throw fs::filesystem_error("no se puede escribir", file, std::error_code(errno, std::generic_category()));
 }
 
-std::string text64(const unsigned char* bytes, std::size_t size)
-{
-    std::string text(sodium_base64_encoded_len(size, base64), '\0');
-    sodium_bin2base64(text.data(), text.size(), bytes, size, base64);
-    text.pop_back(); // Terminating zero.
-    return text;
-}
-
-std::optional<Bytes> bytes64(std::string_view text)
-{
-    // One more byte, so that the buffer is never empty: the library wants a valid pointer.
-    Bytes bytes(text.size() + 1);
-    std::size_t size = 0;
-    if (sodium_base642bin(bytes.data(), bytes.size(), text.data(), text.size(), nullptr, &size, nullptr,
-                          base64) != 0)
-        return std::nullopt;
-    bytes.resize(size);
-    return bytes;
-}
-
 class Digest {
 public:
     Digest()
     {
-        useSodium();
+        crypto::useSodium();
         crypto_generichash_init(&state_, nullptr, 0, crypto_generichash_BYTES);
     }
     void add(std::string_view bytes) { crypto_generichash_update(&state_, bytesOf(bytes), bytes.size()); }
@@ -73,7 +53,7 @@ public:
     {
         std::array<unsigned char, crypto_generichash_BYTES> result{};
         crypto_generichash_final(&state_, result.data(), result.size());
-        return text64(result.data(), result.size());
+        return crypto::toBase64(result, base64);
     }
 
 private:
@@ -230,20 +210,20 @@ Manifest unpack(const fs::path& file, const std::function<fs::path(std::size_t p
 
 std::string wrapped(std::string_view secret, std::string_view passphrase)
 {
-    useSodium();
-    Bytes bytes(crypto_pwhash_SALTBYTES + crypto_secretbox_NONCEBYTES + crypto_secretbox_MACBYTES +
-                secret.size());
+    crypto::useSodium();
+    std::vector<unsigned char> bytes(crypto_pwhash_SALTBYTES + crypto_secretbox_NONCEBYTES +
+                                     crypto_secretbox_MACBYTES + secret.size());
     unsigned char* const nonce = bytes.data() + crypto_pwhash_SALTBYTES;
     randombytes_buf(bytes.data(), crypto_pwhash_SALTBYTES + crypto_secretbox_NONCEBYTES);
     crypto_secretbox_easy(nonce + crypto_secretbox_NONCEBYTES, bytesOf(secret), secret.size(), nonce,
                           keyFrom(passphrase, bytes.data()).data());
-    return text64(bytes.data(), bytes.size());
+    return crypto::toBase64(bytes, base64);
 }
 
 std::optional<std::string> unwrapped(std::string_view wrapped, std::string_view passphrase)
 {
-    useSodium();
-    const auto bytes = bytes64(wrapped);
+    crypto::useSodium();
+    const auto bytes = crypto::fromBase64(wrapped, base64);
     if (!bytes || bytes->size() < beforeSecret + crypto_secretbox_MACBYTES)
         return std::nullopt;
     std::string secret(bytes->size() - beforeSecret - crypto_secretbox_MACBYTES, '\0');
@@ -257,7 +237,7 @@ std::optional<std::string> unwrapped(std::string_view wrapped, std::string_view 
 
 bool isWrapped(std::string_view text)
 {
-    const auto bytes = bytes64(text);
+    const auto bytes = crypto::fromBase64(text, base64);
     return bytes && bytes->size() > beforeSecret + crypto_secretbox_MACBYTES;
 }
 

@@ -1,6 +1,6 @@
 #include "care/copies/RowHash.h"
 
-#include "care/copies/Sodium.h"
+#include "crypto/Sodium.h"
 #include "data/Statement.h"
 #include "runtime/Convert.h"
 
@@ -28,7 +28,7 @@ void append(std::string& bytes, char kind, StringView text)
 
 RowHash::RowHash(const std::vector<String>& columns)
 {
-    useSodium();
+    crypto::useSodium();
     for (const String& each : columns)
         append(head_, 'c', lowerName(each));
 }
@@ -43,8 +43,8 @@ void RowHash::add(const std::vector<Value>& row, std::array<std::uint64_t, 4>& s
     }
     std::array<std::uint64_t, 4> hash{};
     std::string room(sizeof hash, '\0');
-    crypto_generichash(bytesOf(room), room.size(), bytesOf(std::string_view(bytes_)), bytes_.size(), nullptr,
-                       0);
+    crypto_generichash(crypto::bytesOf(room), room.size(), crypto::bytesOf(std::string_view(bytes_)),
+                       bytes_.size(), nullptr, 0);
     std::memcpy(hash.data(), room.data(), room.size());
     for (std::size_t i = 0; i < sum.size(); ++i)
         sum[i] += hash[i];

@@ -1,31 +1,19 @@
 #include "data/history/Chain.h"
 
+#include "crypto/Sodium.h"
 #include "runtime/Convert.h"
 
 #include <sodium.h>
 
 #include <array>
 #include <span>
-#include <stdexcept>
 
 namespace zv::history {
 namespace {
 
-constexpr int base64 = sodium_base64_VARIANT_ORIGINAL_NO_PADDING;
-
-/// Initialises the library, once; required before any other call.
-void begin()
-{
-    static const bool ready = sodium_init() >= 0;
-    if (!ready)
-        throw std::runtime_error("El historial no puede empezar: la máquina no da números al azar.");
-}
-
 String asText(std::span<const unsigned char> bytes)
 {
-    std::array<char, sodium_base64_ENCODED_LEN(crypto_generichash_BYTES, base64)> room{};
-    sodium_bin2base64(room.data(), room.size(), bytes.data(), bytes.size(), base64);
-    return fromUtf8(room.data());
+    return fromUtf8(crypto::toBase64(bytes, crypto::Base64::Unpadded));
 }
 
 /// Incremental hash. Each text goes with its length in front, so that no two lists of texts are one.
@@ -33,7 +21,7 @@ class Hash {
 public:
     Hash()
     {
-        begin();
+        crypto::useSodium();
         crypto_generichash_init(&state_, nullptr, 0, crypto_generichash_BYTES);
     }
     Hash& operator<<(StringView text)
@@ -79,7 +67,7 @@ private:
 
 String freshSalt()
 {
-    begin();
+    crypto::useSodium();
     std::array<unsigned char, 16> bytes{};
     randombytes_buf(bytes.data(), bytes.size());
     return asText(bytes);

@@ -1,10 +1,10 @@
 #include "suite/sodium/CipherKey.h"
 
+#include "crypto/Sodium.h"
 #include "runtime/Errors.h"
 
 #include <sodium.h>
 
-#include <stdexcept>
 #include <vector>
 
 namespace zv {
@@ -13,44 +13,14 @@ namespace {
 
 constexpr std::size_t nonceSize = crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
 constexpr std::size_t tagSize = crypto_aead_xchacha20poly1305_ietf_ABYTES;
-constexpr int base64 = sodium_base64_VARIANT_ORIGINAL;
-
 using Bytes = std::vector<unsigned char>;
-
-/// Initialises the library, once; required before any other call.
-void begin()
-{
-    static const bool ready = sodium_init() >= 0;
-    if (!ready)
-        throw std::runtime_error("El cifrado no puede empezar: la máquina no da números al azar.");
-}
-
-std::string toBase64(const Bytes& bytes)
-{
-    std::string text(sodium_base64_encoded_len(bytes.size(), base64), '\0');
-    sodium_bin2base64(text.data(), text.size(), bytes.data(), bytes.size(), base64);
-    text.pop_back(); // Terminating zero.
-    return text;
-}
-
-std::optional<Bytes> fromBase64(std::string_view text)
-{
-    // One more byte, so that the buffer is never empty: the library wants a valid pointer.
-    Bytes bytes(text.size() + 1);
-    std::size_t length = 0;
-    if (sodium_base642bin(bytes.data(), bytes.size(), text.data(), text.size(), nullptr, &length, nullptr,
-                          base64) != 0)
-        return std::nullopt;
-    bytes.resize(length);
-    return bytes;
-}
 
 } // namespace
 
 CipherKey CipherKey::random()
 {
     static_assert(size == crypto_aead_xchacha20poly1305_ietf_KEYBYTES);
-    begin();
+    crypto::useSodium();
     CipherKey key;
     crypto_aead_xchacha20poly1305_ietf_keygen(key.bytes_.data());
     return key;
@@ -58,7 +28,7 @@ CipherKey CipherKey::random()
 
 std::optional<CipherKey> CipherKey::parse(std::string_view text)
 {
-    begin();
+    crypto::useSodium();
     CipherKey key;
     std::size_t length = 0;
     if (text.size() != 2 * size ||
@@ -79,20 +49,20 @@ String CipherKey::seal(StringView plain) const
 {
     if (!isWellFormed(plain))
         fail(failure::invalidCall, u"el texto lleva medio carácter, que no se puede cifrar");
-    begin();
+    crypto::useSodium();
     const std::string text = toUtf8(plain);
     Bytes sealed(nonceSize + text.size() + tagSize);
     randombytes_buf(sealed.data(), nonceSize);
     const Bytes bytes(text.begin(), text.end());
     crypto_aead_xchacha20poly1305_ietf_encrypt(sealed.data() + nonceSize, nullptr, bytes.data(), bytes.size(),
                                                nullptr, 0, nullptr, sealed.data(), bytes_.data());
-    return fromUtf8(toBase64(sealed));
+    return fromUtf8(crypto::toBase64(sealed, crypto::Base64::Padded));
 }
 
 std::optional<String> CipherKey::open(StringView sealed) const
 {
-    begin();
-    const std::optional<Bytes> bytes = fromBase64(toUtf8(sealed));
+    crypto::useSodium();
+    const std::optional<Bytes> bytes = crypto::fromBase64(toUtf8(sealed), crypto::Base64::Padded);
     if (!bytes || bytes->size() < nonceSize + tagSize)
         return std::nullopt;
     Bytes plain(bytes->size() - nonceSize - tagSize);
