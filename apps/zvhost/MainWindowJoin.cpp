@@ -45,6 +45,17 @@ QString question(const care::JoinPlan& plan, StringView table, const NamedRow& s
     return text;
 }
 
+/// Pairs of a row and one that looks like it. An extra over the dialog, which has saved its row: where the
+/// list cannot be read, there are none.
+std::vector<care::Alike> alikes(Host& host, const Node& node, Long key)
+{
+    try {
+        return care::lookAlikes(*host.school().centro, *moduleNode(node.number), deciphered, key);
+    } catch (const RuntimeError&) {
+        return {};
+    }
+}
+
 /// Asks before two rows that look alike are joined, where something besides a name would be lost.
 bool agreed(QWidget* parent, Host& host, const care::Pair& pair)
 {
@@ -149,29 +160,31 @@ void MainWindow::tellAlike(Long key)
 {
     if (host_->choices().readOnly)
         return;
-    try {
-        for (const care::Alike& each :
-             care::lookAlikes(*host_->school().centro, *moduleNode(node_->number), deciphered, key)) {
-            const Long other = each.pair.stays == key ? each.pair.goes : each.pair.stays;
-            const Node& node = *node_;
-            notice_.tell({.text = QStringLiteral("Ya hay «%1».")
-                                      .arg(toQt(each.pair.stays == key ? each.goes : each.stays)),
-                          .choices = {{QStringLiteral("Ver"), Qt::Key_R,
-                                       [this, &node, other] {
-                                           go(node);
-                                           page_.select(other);
-                                           page_.enter();
-                                       }},
-                                      {QStringLiteral("Unir"), Qt::Key_U, [this, &node, pair = each.pair] {
-                                           notice_.next();
-                                           if (node_ != &node)
-                                               go(node);
-                                           if (agreed(this, *host_, pair))
-                                               joinRows(pair);
-                                       }}}});
-        }
-    } catch (const RuntimeError&) {
-        // An extra over the dialog, which has saved its row: where the list cannot be read, nothing is told.
+    const Node& node = *node_;
+    for (const care::Alike& alike : alikes(*host_, node, key)) {
+        const care::Pair& pair = alike.pair;
+        const Long other = pair.stays == key ? pair.goes : pair.stays;
+        const auto sees = [this, &node, other] {
+            go(node);
+            page_.select(other);
+            page_.enter();
+        };
+        const auto joins = [this, &node, pair] {
+            notice_.next();
+            if (node_ != &node)
+                go(node);
+            if (agreed(this, *host_, pair))
+                joinRows(pair);
+        };
+        notice_.tell(
+            {.text = QStringLiteral("Ya hay «%1».").arg(toQt(pair.stays == key ? alike.goes : alike.stays)),
+             .choices = {{QStringLiteral("Ver"), Qt::Key_R, sees},
+                         {QStringLiteral("Unir"), Qt::Key_U, joins}},
+             .holds = [this, &node, key, other] {
+                 return std::ranges::any_of(alikes(*host_, node, key), [&](const care::Alike& each) {
+                     return each.pair.stays == other || each.pair.goes == other;
+                 });
+             }});
     }
 }
 

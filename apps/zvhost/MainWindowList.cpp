@@ -86,6 +86,7 @@ std::vector<Row> MainWindow::readRows()
 
 void MainWindow::readAgain(ListPage::Added added, const std::function<void(Long)>& then)
 {
+    notice_.review();
     if (!listed())
         return;
     reading_.reset();

@@ -41,6 +41,11 @@ void Notice::forget(Drafts which)
     });
 }
 
+void Notice::review()
+{
+    forgetIf([](const Message& each) { return each.holds && !each.holds(); });
+}
+
 void Notice::forgetIf(const std::function<bool(const Message&)>& told)
 {
     if (std::erase_if(waiting_, told) > 0)

@@ -74,6 +74,11 @@ TEST_F(JoinTest, a_new_row_that_looks_like_another_is_told_and_joined_by_a_key)
         add(name);
         EXPECT_EQ(notice(), says);
     }
+    // Deleted, it looks like nothing any more.
+    list().setFocus();
+    confirmDeletion();
+    EXPECT_EQ(notice(), "");
+    add("ZONA ");
     EXPECT_EQ(one(u"SELECT COUNT(*) AS n FROM EstadoCivil WHERE IDEstadoCivil>900"), "2");
     key(Qt::Key_R, Qt::AltModifier);
     EXPECT_EQ(list().currentIndex().siblingAtColumn(0).data().toString().toStdString(), "Zona");
