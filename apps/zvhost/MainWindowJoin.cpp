@@ -20,13 +20,13 @@ QString lines(const std::vector<String>& all)
 
 /// What the row that goes says and the other does not, but for its name; of what is stored enciphered
 /// nothing.
-QStringList lostBeyondName(const care::JoinPlan& plan, StringView table, const QString& name)
+QStringList lostBeyondName(const care::JoinPlan& plan, StringView table)
 {
+    const QString name = toQt(plan.goes).trimmed();
     QStringList lost;
     for (const history::Field& each : plan.lost)
         if (const auto* said = each.value.as<String>();
-            !history::isSecret(table, each.column) &&
-            (said == nullptr || toQt(*said).trimmed() != name.trimmed()))
+            !history::isSecret(table, each.column) && (said == nullptr || toQt(*said).trimmed() != name))
             lost += QStringLiteral("• ") + toQt(history::shown(table, {each}));
     return lost;
 }
@@ -38,7 +38,7 @@ QString question(const care::JoinPlan& plan, StringView table, const NamedRow& s
         text += QStringLiteral("\n\nPasa a usar «%1»:\n").arg(stays.name) + reasons(plan.moves);
     if (plan.merged != 0)
         text += QStringLiteral("\n\nLo que quedaría repetido (%1) se queda una sola vez.").arg(plan.merged);
-    if (const QStringList lost = lostBeyondName(plan, table, goes.name); !lost.isEmpty())
+    if (const QStringList lost = lostBeyondName(plan, table); !lost.isEmpty())
         text += QStringLiteral("\n\nDecía, y se pierde de vista:\n") + lost.join(u'\n');
     if (!plan.warnings.empty())
         text += QStringLiteral("\n\n") + lines(plan.warnings);
@@ -67,7 +67,7 @@ bool agreed(QWidget* parent, Host& host, const care::Pair& pair)
                      const NamedRow stays{pair.stays, toQt(plan.stays)};
                      const NamedRow goes{pair.goes, toQt(plan.goes)};
                      agrees = !plan.obstacles.empty() || // Told when it is tried.
-                              (plan.warnings.empty() && lostBeyondName(plan, table, goes.name).isEmpty()) ||
+                              (plan.warnings.empty() && lostBeyondName(plan, table).isEmpty()) ||
                               confirm(parent, QStringLiteral("Unir"), question(plan, table, stays, goes),
                                       QStringLiteral("&Unir"));
                  }) &&
