@@ -35,6 +35,12 @@ String SelectionDialog::forUser(StringView pattern) const
     return Replace(pattern, u"{p}", decimalText(intIDPersonal));
 }
 
+Long SelectionDialog::section()
+{
+    Load();
+    return cboSecciones.ItemData(cboSecciones.ListIndex());
+}
+
 void SelectionDialog::Form_Load()
 {
     Hourglass wait(*this);

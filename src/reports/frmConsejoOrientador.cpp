@@ -184,11 +184,14 @@ void frmConsejoOrientador::showAnswers(Long pupil)
         list.ListIndex = Long{0};
         if (note->codCOResp <= 0)
             continue;
-        // Overflow check: a list of more entries than a byte counts fails here and is not searched.
+        // Overflow checks: a byte counts the entries. A list of more than it holds is not searched, and a
+        // search without a find fails where it would count one past the last.
         static_cast<void>(CByte(list.ListCount() - 1));
         const Long answer = list.find(note->codCOResp);
         if (answer >= 0)
             list.ListIndex = answer;
+        else
+            static_cast<void>(CByte(list.ListCount()));
     }
 }
 
