@@ -19,6 +19,18 @@ constexpr UINT_PTR minuteTimer = 1;
 constexpr UINT minute = 60'000;
 constexpr DWORD windowStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 
+/// What the line under the form stands on.
+class Foot final : public Window {
+public:
+    explicit Foot(HWND parent) : Window(WC_STATICW, childStyle | WS_VISIBLE | WS_CLIPCHILDREN, 0, parent) {}
+
+private:
+    LRESULT receive(UINT message, WPARAM number, LPARAM data) override
+    {
+        return message == WM_CTLCOLORSTATIC ? onGround(number) : Window::receive(message, number, data);
+    }
+};
+
 } // namespace
 
 FormWindow::FormWindow(Form& form, HWND owner, Zoom* zoom)
@@ -35,12 +47,9 @@ FormWindow::FormWindow(Form& form, HWND owner, Zoom* zoom)
         bar_.emplace(*this, handle());
     }
     if (hasLine()) {
-        const auto part = [](DWORD style, HWND parent) {
-            return CreateWindowExW(0, WC_STATICW, L"", childStyle | WS_VISIBLE | style, 0, 0, 0, 0, parent,
-                                   nullptr, GetModuleHandleW(nullptr), nullptr);
-        };
-        foot_ = part(WS_CLIPCHILDREN, handle());
-        line_ = part(SS_NOPREFIX | SS_ENDELLIPSIS, foot_);
+        foot_ = std::make_unique<Foot>(handle());
+        line_ = CreateWindowExW(0, WC_STATICW, L"", childStyle | WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0,
+                                0, 0, 0, foot_->handle(), nullptr, GetModuleHandleW(nullptr), nullptr);
     }
     const Naming naming;
     const Measuring measuring;
@@ -133,7 +142,7 @@ void FormWindow::fit()
         bar_->settle(inside.right);
     if (line_ != nullptr) {
         send(line_, WM_SETFONT, reinterpret_cast<WPARAM>(font_.handle()), TRUE);
-        MoveWindow(foot_, 0, inside.bottom - under, inside.right, under, TRUE);
+        MoveWindow(foot_->handle(), 0, inside.bottom - under, inside.right, under, TRUE);
         MoveWindow(line_, pixels(margin), 0, inside.right - 2 * pixels(margin), pixels(lineHeight), TRUE);
     }
     if (sheet_.origin().y != before)
@@ -189,7 +198,7 @@ void FormWindow::putUnder(ControlView& view)
 /// Over the other controls; what stands around the sheet lies over all.
 void FormWindow::putOver(ControlView& view)
 {
-    const HWND around = foot_ != nullptr ? foot_ : bar_ ? bar_->handle() : HWND_TOP;
+    const HWND around = foot_ != nullptr ? foot_->handle() : bar_ ? bar_->handle() : HWND_TOP;
     SetWindowPos(view.handle(), view.control().frame() == nullptr ? around : HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }

@@ -82,8 +82,8 @@ private:
     Sheet sheet_{handle(), [this] { followSheet(); }};
     SectionControls section_;
     std::optional<Bar> bar_;
-    HWND foot_ = nullptr; ///< Under the form of a section, as wide as the window; else nullptr.
-    HWND line_ = nullptr; ///< In it, its text.
+    std::unique_ptr<Window> foot_; ///< Under the form of a section, as wide as the window; else nullptr.
+    HWND line_ = nullptr;          ///< In it, its text.
     HWND tips_ = nullptr;
     std::map<HWND, String> tipTexts_;
     HICON icon_ = nullptr;

@@ -10,8 +10,9 @@ namespace zv::win32 {
 
 namespace {
 
-constexpr int cellMargin = 4;
-constexpr int focusEdge = 2;
+/// In twips: from the edge of a cell to its text, and the frame of a table that has the focus.
+constexpr Long cellMargin = 60;
+constexpr Long focusEdge = 30;
 
 UINT alignmentOf(Integer number) { return number == 4 ? DT_CENTER : number == 7 ? DT_RIGHT : DT_LEFT; }
 
@@ -141,20 +142,21 @@ std::vector<ColumnNeed> GridView::needs() const
 {
     const Font& font = window().font();
     const int letter = font.width(u"n");
+    const int beside = 2 * window().pixels(cellMargin) + 3 * letter;
     const Long rows = std::min<Long>(typed().Rows(), measuredRows + 1);
     std::vector<ColumnNeed> all;
     for (const Long column : columns_) {
         std::vector<StringView> texts;
         for (Long row = 0; row < rows; ++row)
             texts.push_back(typed().TextMatrix(row, column));
-        all.push_back({font.widest(texts) + 2 * cellMargin + 3 * letter, titleWidth(column), 12 * letter});
+        all.push_back({font.widest(texts) + beside, titleWidth(column), 12 * letter});
     }
     return all;
 }
 
 int GridView::titleWidth(Long column) const
 {
-    return window().font().width(typed().TextMatrix(0, column)) + 4 * cellMargin;
+    return window().font().width(typed().TextMatrix(0, column)) + 4 * window().pixels(cellMargin);
 }
 
 std::vector<int> GridView::widths() const
@@ -232,7 +234,7 @@ void GridView::drawFocus() const
     GetClientRect(handle(), &rows);
     rows.top = title.bottom;
     const HDC device = GetDC(handle());
-    for (int line = 0; line < focusEdge; ++line) {
+    for (int line = 0; line < window().pixels(focusEdge); ++line) {
         FrameRect(device, &rows, GetSysColorBrush(COLOR_HIGHLIGHT));
         InflateRect(&rows, -1, -1);
     }
@@ -266,7 +268,8 @@ void GridView::drawCell(HDC device, RECT place, Long row, Long column) const
     FillRect(device, &edge, GetSysColorBrush(COLOR_3DLIGHT));
     edge = {place.left, place.bottom - 1, place.right, place.bottom};
     FillRect(device, &edge, GetSysColorBrush(COLOR_3DLIGHT));
-    RECT inside{place.left + cellMargin, place.top, place.right - cellMargin, place.bottom};
+    RECT inside = place;
+    InflateRect(&inside, -window().pixels(cellMargin), 0);
     DrawTextW(device, wide(typed().TextMatrix(row, column)), -1, &inside,
               alignmentOf(typed().ColAlignment(column)) | DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX |
                   DT_END_ELLIPSIS);

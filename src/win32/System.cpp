@@ -88,6 +88,14 @@ OwnControls::~OwnControls()
     ReleaseActCtx(context_);
 }
 
+LRESULT onGround(WPARAM device)
+{
+    const auto drawn = reinterpret_cast<HDC>(device);
+    SetTextColor(drawn, GetSysColor(COLOR_BTNTEXT));
+    SetBkColor(drawn, GetSysColor(COLOR_3DFACE));
+    return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_3DFACE));
+}
+
 int dotsOf(HWND window)
 {
     if (auto* dots = found<decltype(GetDpiForWindow)>("GetDpiForWindow"))

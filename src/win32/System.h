@@ -60,6 +60,9 @@ private:
     ULONG_PTR cookie_ = 0;
 };
 
+/// Answers a control's question for its colours: those of what is written on the ground of a window.
+LRESULT onGround(WPARAM device);
+
 /// Dots per inch of the screen that shows the window.
 int dotsOf(HWND window);
 /// How much larger the system's letters are than the dialogs' own.

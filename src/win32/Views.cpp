@@ -178,8 +178,12 @@ void ButtonView<C>::followContent()
 }
 
 template <class C>
-bool ButtonView<C>::told(UINT message, WPARAM number, LPARAM, LRESULT&)
+bool ButtonView<C>::told(UINT message, WPARAM number, LPARAM, LRESULT& result)
 {
+    if (message == WM_CTLCOLORSTATIC) { // The system's own colour is that of texts in fields.
+        result = onGround(number);
+        return true;
+    }
     // An option that gets the focus says that it is clicked.
     if (message != WM_COMMAND || HIWORD(number) != BN_CLICKED || this->window().busy())
         return false;
