@@ -142,7 +142,7 @@ std::vector<ColumnNeed> GridView::needs() const
 {
     const Font& font = window().font();
     const int letter = font.width(u"n");
-    const int beside = 2 * window().pixels(cellMargin) + 3 * letter;
+    const int beside = 2 * window().pixels(cellMargin) + letter;
     const Long rows = std::min<Long>(typed().Rows(), measuredRows + 1);
     std::vector<ColumnNeed> all;
     for (const Long column : columns_) {
