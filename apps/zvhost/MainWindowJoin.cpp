@@ -45,14 +45,13 @@ QString question(const care::JoinPlan& plan, StringView table, const NamedRow& s
     return text;
 }
 
-/// Pairs of a row and one that looks like it. An extra over the dialog, which has saved its row: where the
-/// list cannot be read, there are none.
-std::vector<care::Alike> alikes(Host& host, const Node& node, Long key)
+/// Whether both rows are there. Where the list cannot be read, so far they are.
+bool both(Host& host, const Node& node, Long one, Long other)
 {
     try {
-        return care::lookAlikes(*host.school().centro, *moduleNode(node.number), deciphered, key);
+        return host.has(node, one) && host.has(node, other);
     } catch (const RuntimeError&) {
-        return {};
+        return true;
     }
 }
 
@@ -161,8 +160,15 @@ void MainWindow::tellAlike(Long key)
     if (host_->choices().readOnly)
         return;
     const Node& node = *node_;
-    for (const care::Alike& alike : alikes(*host_, node, key)) {
-        const care::Pair& pair = alike.pair;
+    std::vector<care::Alike> alikes;
+    try {
+        alikes = care::lookAlikes(*host_->school().centro, *moduleNode(node.number), deciphered, key);
+    } catch (const RuntimeError&) {
+        return; // An extra over the dialog, which has saved its row: where the list cannot be read, nothing
+                // is told.
+    }
+    for (const care::Alike& each : alikes) {
+        const care::Pair& pair = each.pair;
         const Long other = pair.stays == key ? pair.goes : pair.stays;
         const auto sees = [this, &node, other] {
             go(node);
@@ -177,14 +183,10 @@ void MainWindow::tellAlike(Long key)
                 joinRows(pair);
         };
         notice_.tell(
-            {.text = QStringLiteral("Ya hay «%1».").arg(toQt(pair.stays == key ? alike.goes : alike.stays)),
+            {.text = QStringLiteral("Ya hay «%1».").arg(toQt(pair.stays == key ? each.goes : each.stays)),
              .choices = {{QStringLiteral("Ver"), Qt::Key_R, sees},
                          {QStringLiteral("Unir"), Qt::Key_U, joins}},
-             .holds = [this, &node, key, other] {
-                 return std::ranges::any_of(alikes(*host_, node, key), [&](const care::Alike& each) {
-                     return each.pair.stays == other || each.pair.goes == other;
-                 });
-             }});
+             .holds = [this, &node, key, other] { return both(*host_, node, key, other); }});
     }
 }
 

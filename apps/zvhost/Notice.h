@@ -17,7 +17,8 @@ public:
         std::vector<Bar::Choice> choices; ///< Beside that of having taken note.
         std::vector<Long> openings = {};  ///< Of the dialogs that it tells of.
         std::filesystem::path draft = {}; ///< Journal that it tells of.
-        std::function<bool()> holds = {}; ///< Whether it is so still; without one it is.
+        std::function<bool()> holds =
+            {};                 ///< Whether it is so still, asked soon and often; without one it is.
         bool foretells = false; ///< What a dialog will do: told until something is told of what one did.
     };
 
@@ -30,10 +31,10 @@ public:
     /// What tells of one of these openings need not be known any more.
     void forget(const std::vector<Long>& openings);
     enum class Drafts { all, gone };
-    /// What is so no longer need not be known any more.
-    void review();
     /// What tells of a draft need not be known any more; or only of one that is there no longer.
     void forget(Drafts which);
+    /// What is so no longer need not be known any more.
+    void review();
 
 private:
     void follow();

@@ -19,7 +19,8 @@ void useSodium()
 {
     static const bool ready = sodium_init() >= 0;
     if (!ready)
-        throw std::runtime_error("No se puede cifrar: la máquina no da números al azar.");
+        throw std::runtime_error(
+            "No se puede cifrar ni calcular huellas: la máquina no da números al azar. Reiníciela.");
 }
 
 const unsigned char* bytesOf(std::string_view text)

@@ -19,8 +19,8 @@ public:
     ComboBox cboSecciones{fraNotaManual1(0), u"cboSecciones"};
     ControlArray<CommandButton, 2> cmdNotaManual1{*this, u"cmdNotaManual1"};
 
-    /// The chosen section, of the dialog as it stands: one that is closed is loaded first. Fails with 381
-    /// where none is chosen.
+    /// The chosen section, of the dialog as it stands: one that is closed is loaded first, and stays so,
+    /// unseen. Fails with 381 where none is chosen.
     Long section();
 
 protected:
