@@ -164,8 +164,8 @@ void MainWindow::tellAlike(Long key)
     try {
         alikes = care::lookAlikes(*host_->school().centro, *moduleNode(node.number), deciphered, key);
     } catch (const RuntimeError&) {
-        return; // An extra over the dialog, which has saved its row: where the list cannot be read, nothing
-                // is told.
+        // An extra over the dialog, which has saved its row: where the list cannot be read, nothing is told.
+        return;
     }
     for (const care::Alike& each : alikes) {
         const care::Pair& pair = each.pair;

@@ -17,8 +17,8 @@ public:
         std::vector<Bar::Choice> choices; ///< Beside that of having taken note.
         std::vector<Long> openings = {};  ///< Of the dialogs that it tells of.
         std::filesystem::path draft = {}; ///< Journal that it tells of.
-        std::function<bool()> holds =
-            {};                 ///< Whether it is so still, asked soon and often; without one it is.
+        /// Whether it is so still, which is asked often; without one it is.
+        std::function<bool()> holds = {};
         bool foretells = false; ///< What a dialog will do: told until something is told of what one did.
     };
 

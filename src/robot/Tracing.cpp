@@ -139,9 +139,11 @@ RecordsetPtr TracedConnection::Execute(StringView statement)
 {
     if (tracing_.sql)
         tracing_.observe(u"sql " + onOneLine(statement));
-    const String lower = lowered(statement);
-    failIfPending(tracing_.failures, statement,
-                  [&](const String& pattern) { return lower.find(lowered(pattern)) != String::npos; });
+    if (!tracing_.failures.empty()) {
+        const String lower = lowered(statement);
+        failIfPending(tracing_.failures, statement,
+                      [&](const String& pattern) { return lower.find(lowered(pattern)) != String::npos; });
+    }
     return std::make_shared<TracedRecordset>(inner()->Execute(statement), tracing_);
 }
 

@@ -68,6 +68,15 @@ TEST_F(JoinTest, a_row_in_use_gives_its_place_to_another_and_comes_back)
     EXPECT_EQ(one(u"SELECT Descripcion FROM EstadoCivil WHERE IDEstadoCivil=900"), "Zona");
 }
 
+TEST_F(JoinTest, what_is_lost_does_not_name_the_row_itself)
+{
+    window->go(*nodeOf(u"frmNacionalidad")); // Of two columns, by both of which a row is called.
+    search("argentina");
+    replaceBy("marroqu");
+    EXPECT_THAT(told, HasSubstr("«Argentina · ARG» desaparece"));
+    EXPECT_THAT(told, HasSubstr("se pierde de vista:\n• Abreviatura: «ARG»"));
+}
+
 TEST_F(JoinTest, a_new_row_that_looks_like_another_is_told_and_joined_by_a_key)
 {
     for (const auto& [name, says] : {std::pair("zonas", ""), {"ZONA ", "Ya hay «Zona»."}}) {

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::size_t nonceSize = crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
 constexpr std::size_t tagSize = crypto_aead_xchacha20poly1305_ietf_ABYTES;
+
 using Bytes = std::vector<unsigned char>;
 
 } // namespace
