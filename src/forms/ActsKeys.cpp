@@ -2,6 +2,7 @@
 #include "forms/ComboBox.h"
 #include "forms/MSFlexGrid.h"
 #include "forms/TabStrip.h"
+#include "runtime/Letters.h"
 
 #include <algorithm>
 #include <utility>
@@ -205,7 +206,7 @@ void Acts::pressInList(ComboBox& box, const Keystroke& key)
         for (Long step = 1; step <= count; ++step) {
             const Long candidate = (now + step + count) % count;
             const String& text = box.List(candidate);
-            if (sameName(StringView(text).substr(0, character->size()), *character)) {
+            if (lowerLetters(StringView(text).substr(0, character->size())) == lowerLetters(*character)) {
                 next = candidate;
                 break;
             }

@@ -109,8 +109,14 @@ void understand(Guion& guion, GuionLine& line, std::size_t number)
     if (number == 1 && text.starts_with(byteOrderMark))
         text.remove_prefix(byteOrderMark.size());
     const std::size_t first = text.find_first_not_of(blanks);
-    if (first == StringView::npos || text[first] == u'#')
+    if (first == StringView::npos)
         return;
+    if (text[first] == u'#') {
+        // Else all of a file with the old line ends of one sign would be a comment that is always right.
+        if (text.find(u'\r') != StringView::npos)
+            throw GuionError(number, u"las líneas acaban en LF o en CR LF, no en CR");
+        return;
+    }
     if (text.front() == u'>') {
         if (!text.starts_with(u"> "))
             throw GuionError(number, u"detrás de > va un blanco");
@@ -143,9 +149,9 @@ Guion readGuion(std::string_view bytes)
         GuionLine line;
         line.text = decoded(bytes.substr(0, end), number);
         line.ending = end == std::string_view::npos ? u"" : u"\n";
-        if (!line.ending.empty() && line.text.ends_with(u'\r')) {
+        if (line.text.ends_with(u'\r')) {
             line.text.pop_back();
-            line.ending = u"\r\n";
+            line.ending = line.ending.empty() ? u"" : u"\r\n";
         }
         understand(guion, line, number);
         guion.lines.push_back(std::move(line));

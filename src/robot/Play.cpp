@@ -101,8 +101,10 @@ Control& Play::control(const GuionArgument& name) const
 {
     const Form& form = formToLookAt();
     const MemberName parsed = *parseMember(name.text);
-    const int index = parsed.indices.empty() ? Control::noIndex : static_cast<int>(parsed.indices.front());
-    Control* control = parsed.indices.size() > 1 ? nullptr : form.find(parsed.name, index);
+    const std::vector<Long>& indices = parsed.indices;
+    const bool named = indices.empty() || (indices.size() == 1 && indices.front() >= 0);
+    Control* control =
+        named ? form.find(parsed.name, indices.empty() ? Control::noIndex : indices.front()) : nullptr;
     if (control == nullptr)
         mistake(u"la ventana " + form.Name() + u" no tiene el control " + name.text);
     return *control;

@@ -2,6 +2,7 @@
 
 #include "forms/Form.h"
 #include "robot/ValueText.h"
+#include "runtime/Letters.h"
 
 #include <algorithm>
 
@@ -10,17 +11,6 @@ namespace zv {
 namespace {
 
 String onOneLine(StringView text) { return Replace(Replace(text, u"\r", u"\\r"), u"\n", u"\\n"); }
-
-/// Lower case of a statement or a pattern: of ASCII, and of Latin-1, which the accented letters of Spain's
-/// languages belong to.
-String lowered(StringView text)
-{
-    String lower = lowerName(text);
-    for (char16_t& unit : lower)
-        if (unit >= u'À' && unit <= u'Þ' && unit != u'×')
-            unit = static_cast<char16_t>(unit + 0x20);
-    return lower;
-}
 
 /// Formats an argument; "" for one that is omitted from the trace.
 String shown(const Value& value)
@@ -140,9 +130,10 @@ RecordsetPtr TracedConnection::Execute(StringView statement)
     if (tracing_.sql)
         tracing_.observe(u"sql " + onOneLine(statement));
     if (!tracing_.failures.empty()) {
-        const String lower = lowered(statement);
-        failIfPending(tracing_.failures, statement,
-                      [&](const String& pattern) { return lower.find(lowered(pattern)) != String::npos; });
+        const String lower = lowerLetters(statement);
+        failIfPending(tracing_.failures, statement, [&](const String& pattern) {
+            return lower.find(lowerLetters(pattern)) != String::npos;
+        });
     }
     return std::make_shared<TracedRecordset>(inner()->Execute(statement), tracing_);
 }

@@ -249,6 +249,7 @@ TEST_F(ActsTest, keys_choose_in_lists_options_ticks_and_tabs)
     EXPECT_EQ(chosen([&] { acts.type(ficha.cboLista, u"b"); }), 1);
     EXPECT_EQ(chosen([&] { acts.type(ficha.cboLista, u"B"); }), 2);
     EXPECT_EQ(chosen([&] { acts.type(ficha.cboLista, u"bz"); }), 1) << "round, and none starts with z";
+    EXPECT_EQ(chosen([&] { acts.type(ficha.cboLista, u"á"); }), 0);
     seen();
     EXPECT_EQ(chosen([&] { acts.choose(ficha.cboLista, 1); }), 1);
     EXPECT_EQ(seen(), "cboLista.Click") << "a person's choice, though it was chosen already";
