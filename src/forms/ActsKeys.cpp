@@ -203,10 +203,11 @@ void Acts::pressInList(ComboBox& box, const Keystroke& key)
     const Long now = box.ListIndex();
     Long next = now;
     if (const auto* character = std::get_if<String>(&key)) {
+        const String letter = lowerLetters(*character);
         for (Long step = 1; step <= count; ++step) {
             const Long candidate = (now + step + count) % count;
             const String& text = box.List(candidate);
-            if (lowerLetters(StringView(text).substr(0, character->size())) == lowerLetters(*character)) {
+            if (lowerLetters(StringView(text).substr(0, letter.size())) == letter) {
                 next = candidate;
                 break;
             }

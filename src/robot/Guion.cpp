@@ -112,7 +112,7 @@ void understand(Guion& guion, GuionLine& line, std::size_t number)
     if (first == StringView::npos)
         return;
     if (text[first] == u'#') {
-        // Else all of a file with the old line ends of one sign would be a comment that is always right.
+        // Else a file whose lines end in CR alone would be one comment, which is always right.
         if (text.find(u'\r') != StringView::npos)
             throw GuionError(number, u"las líneas acaban en LF o en CR LF, no en CR");
         return;

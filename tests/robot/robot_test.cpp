@@ -251,8 +251,10 @@ TEST_F(Robot, writes_back_what_it_saw_and_keeps_the_rest)
     const std::string broken = "sql \"SELECT 1\"\nfondo\n# pie\nsql \"SELECT 2\"\n";
     EXPECT_EQ(play(broken, {u"--reescribir", u"FILE"}).file, broken);
     EXPECT_EQ(run({u"FILE"}).out, "sql \"SELECT 1\"\n> fila 1\nfondo\n# pie\n");
-    EXPECT_EQ(play("sql \"SELECT 1\"\r\nsql \"SELECT 2\"", {u"--reescribir", u"FILE"}).file,
-              "sql \"SELECT 1\"\r\n> fila 1\r\nsql \"SELECT 2\"\r\n> fila 2\r\n");
+    for (const char* cut : {"", "\r"})
+        EXPECT_EQ(
+            play("sql \"SELECT 1\"\r\nsql \"SELECT 2\"" + std::string(cut), {u"--reescribir", u"FILE"}).file,
+            "sql \"SELECT 1\"\r\n> fila 1\r\nsql \"SELECT 2\"\r\n> fila 2\r\n");
 }
 
 TEST_F(Robot, each_guion_starts_from_a_new_process)
