@@ -11,6 +11,8 @@ constexpr StringView blanks = u" \t";
 constexpr std::pair<char16_t, char16_t> escapes[] = {
     {u'"', u'"'}, {u'\\', u'\\'}, {u'n', u'\n'}, {u'r', u'\r'}, {u't', u'\t'}};
 
+constexpr StringView strayReturn = u"las líneas acaban en LF o en CR LF, no en CR";
+
 /// Reads the words of one command.
 class LineReader {
 public:
@@ -54,7 +56,7 @@ private:
 
     StringView bare()
     {
-        const StringView word = rest_.substr(0, rest_.find_first_of(u" \t\"="));
+        const StringView word = rest_.substr(0, rest_.find_first_of(u" \t\r\"="));
         rest_.remove_prefix(word.size());
         return word;
     }
@@ -89,6 +91,8 @@ private:
 
     void endOfWord()
     {
+        if (rest_.starts_with(u'\r'))
+            mistake(strayReturn);
         if (!rest_.empty() && blanks.find(rest_.front()) == StringView::npos)
             mistake(u"falta un blanco delante de " + String(cut(rest_, 20)));
         skipBlanks();
@@ -114,7 +118,7 @@ void understand(Guion& guion, GuionLine& line, std::size_t number)
     if (text[first] == u'#') {
         // Else a file whose lines end in CR alone would be one comment, which is always right.
         if (text.find(u'\r') != StringView::npos)
-            throw GuionError(number, u"las líneas acaban en LF o en CR LF, no en CR");
+            throw GuionError(number, strayReturn);
         return;
     }
     if (text.front() == u'>') {
@@ -151,7 +155,7 @@ Guion readGuion(std::string_view bytes)
         line.ending = end == std::string_view::npos ? u"" : u"\n";
         if (line.text.ends_with(u'\r')) {
             line.text.pop_back();
-            line.ending = line.ending.empty() ? u"" : u"\r\n";
+            line.ending.insert(0, u"\r");
         }
         understand(guion, line, number);
         guion.lines.push_back(std::move(line));

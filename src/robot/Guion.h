@@ -35,7 +35,7 @@ struct GuionCommand {
 /// A line of the file, and what the parser made of it.
 struct GuionLine {
     String text;                        ///< Without its ending.
-    String ending;                      ///< "\n", "\r\n", or "" for a last line that has none.
+    String ending;                      ///< "\n", "\r\n", or what a last line has of it: "" or "\r".
     std::optional<String> expectation;  ///< What stands behind "> ".
     std::optional<std::size_t> command; ///< Index into `commands`.
 };

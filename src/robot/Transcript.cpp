@@ -103,12 +103,12 @@ std::vector<Transcript::Block> Transcript::blocks() const
 String Transcript::text() const
 {
     String result;
-    // Only the last line may lack an ending; it takes that of the line before.
+    // Only the last line may lack an ending; it takes that of the line before, or the LF behind its CR.
     const std::size_t count = guion_.lines.size();
     const String usual = count > 1 ? guion_.lines[count - 2].ending : u"\n";
     const auto put = [&](StringView line, StringView ending) {
         result += line;
-        result += ending.empty() ? StringView(usual) : ending;
+        result += ending.empty() ? StringView(usual) : ending == u"\r" ? StringView(u"\r\n") : ending;
     };
     const std::vector<Block> all = blocks();
     const std::size_t head = all.empty() ? guion_.lines.size() : all.front().first;

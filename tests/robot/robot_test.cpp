@@ -114,6 +114,8 @@ const Mistake mistakes[] = {
     {"> fila 1\n", 1, "ninguna orden"},
     {"cerrar\n>fila", 2, "blanco"},
     {"# a\rsql \"SELECT 1\"\r> fila 2\r", 1, "CR LF"},
+    {"fondo\rsql \"SELECT 1\"\r", 1, "CR LF"},
+    {"sql \"SELECT 1\"\rsql \"SELECT 2\"", 1, "CR LF"},
     {"abre 1", 1, "abre"},
     {"\"abrir\"", 1, "verbo"},
     {"sql \"a", 1, "comillas"},
