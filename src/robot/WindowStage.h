@@ -109,6 +109,14 @@ public:
         }
         return reached;
     }
+    /// Where a box has several lines, windows end each as one that is typed; a text with other ends takes
+    /// the model's way.
+    bool paste(TextBox& box, StringView text) override
+    {
+        if (box.MultiLine() && Replace(Replace(text, u"\r\n", u"\n"), u"\n", u"\r\n") != text)
+            return directly(box.form(), [&](Acts& acts) { return acts.paste(box, text); });
+        return really(box.form(), [&] { fromClipboard(box, text); });
+    }
     bool select(TextBox& box, Long start, Long length) override
     {
         return directly(box.form(), [&](Acts& acts) { return acts.select(box, start, length); });
@@ -121,6 +129,8 @@ public:
 protected:
     /// Sends a character, of one or two units, to the control that has the focus.
     virtual void character(Control& control, const String& text) = 0;
+    /// Puts the text on the clipboard, and sends the key that pastes it.
+    virtual void fromClipboard(TextBox& box, StringView text) = 0;
     /// Place of a column among those shown; -1 for a hidden one. Fails with 381 if there is none.
     static int placeOf(const MSFlexGrid& grid, Long column)
     {

@@ -101,12 +101,6 @@ public:
                       [&] { sendKey(widgetOf(control), keyCode(key), Qt::NoModifier, QString()); });
     }
 
-    bool paste(TextBox& box, StringView text) override
-    {
-        QApplication::clipboard()->setText(toQt(text));
-        return really(box.form(), [&] { sendKey(widgetOf(box), Qt::Key_V, Qt::ControlModifier, QString()); });
-    }
-
     bool choose(ComboBox& box, Long index) override
     {
         auto& list = dynamic_cast<QComboBox&>(widgetOf(box));
@@ -163,6 +157,11 @@ private:
     void character(Control& control, const String& text) override
     {
         sendKey(widgetOf(control), 0, Qt::NoModifier, toQt(text));
+    }
+    void fromClipboard(TextBox& box, StringView text) override
+    {
+        QApplication::clipboard()->setText(toQt(text));
+        sendKey(widgetOf(box), Qt::Key_V, Qt::ControlModifier, QString());
     }
     QWidget& widgetOf(const Control& control) const { return viewOf(control).input(); }
 };

@@ -149,12 +149,6 @@ public:
         });
     }
 
-    bool paste(TextBox& box, StringView text) override
-    {
-        putOnClipboard(nullptr, text);
-        return really(box.form(), [&] { send(handleOf(box), WM_CHAR, pasteCommand, 1); });
-    }
-
     bool choose(ComboBox& box, Long index) override
     {
         const HWND list = handleOf(box);
@@ -222,6 +216,11 @@ private:
             const Shift shift(false);
             send(handleOf(control), WM_CHAR, unit, 1);
         }
+    }
+    void fromClipboard(TextBox& box, StringView text) override
+    {
+        putOnClipboard(nullptr, text);
+        send(handleOf(box), WM_CHAR, pasteCommand, 1);
     }
     HWND handleOf(const Control& control) const { return viewOf(control).handle(); }
 };
