@@ -68,12 +68,16 @@ public:
     virtual void breathe() {}
 
 protected:
-    /// The modal loop of a form.
+    /// The modal loop of a form. A mistake is held back where the form was opened by an event; one that a
+    /// command opened has only the play's own routines around it, which would read on.
     void goOn(Form& form)
     {
+        const int around = std::exchange(acting_, 0);
         try {
             play_.goOnWhileOpen(form);
+            acting_ = around;
         } catch (...) {
+            acting_ = around;
             if (acting_ == 0)
                 throw;
             mistake_ = std::current_exception();

@@ -120,9 +120,13 @@ public:
     {
         auto& table = dynamic_cast<QTableView&>(widgetOf(grid));
         const int place = placeOf(grid, column);
-        const QRect cell = table.visualRect(table.model()->index(std::max<Long>(row, 1) - 1, place));
-        QWidget& target = row == 0 ? *table.horizontalHeader()->viewport() : *table.viewport();
-        const QPoint where(cell.center().x(), row == 0 ? target.height() / 2 : cell.center().y());
+        // The heading tells its own places: a table without rows has no cell to tell them.
+        const QHeaderView& heading = *table.horizontalHeader();
+        QWidget& target = row == 0 ? *heading.viewport() : *table.viewport();
+        const QPoint where =
+            row == 0 ? QPoint(heading.sectionViewportPosition(place) + heading.sectionSize(place) / 2,
+                              target.height() / 2)
+                     : table.visualRect(table.model()->index(row - 1, place)).center();
         if (place < 0 || !hit(target, where))
             return directly(grid.form(), [&](Acts& acts) { return acts.clickCell(grid, row, column); });
         return really(grid.form(), [&] { sendMouse(target, where, oneClick); });
