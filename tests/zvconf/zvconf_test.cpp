@@ -241,16 +241,19 @@ TEST_F(Zvconf, changes_the_key_also_after_a_change_that_was_cut_off)
                                 "Textos cifrados con la clave nueva: 11; lo estaban ya: 0.\n"))
         << out;
     EXPECT_EQ(readKey(key).text(), second.text());
-    EXPECT_EQ(readKey(folder / "clave.anterior").text(), first.text());
     EXPECT_FALSE(fs::exists(waiting));
     EXPECT_EQ(names(*school.centro, second), plain);
     EXPECT_EQ(names(*school.borrado, second).front(), "Viruela");
+    EXPECT_EQ(run("clave cambiar --bd sqlite:c.db"), 0) << out << err;
+    EXPECT_EQ(readKey(folder / "clave.anterior").text(), first.text()) << "the copies of then need it";
+    EXPECT_EQ(readKey(folder / "clave.anterior-2").text(), second.text());
+    const CipherKey third = readKey(key);
 
     school.centro->Execute(u"Update Enfermedad Set Nombre='ajeno' Where IDEnfermedad=2");
     EXPECT_EQ(run("clave cambiar --bd sqlite:c.db"), 1);
     EXPECT_NE(out.find("Base del centro: la enfermedad 2 no se puede descifrar (Nombre)."), std::string::npos)
         << out;
-    EXPECT_EQ(readKey(key).text(), second.text());
+    EXPECT_EQ(readKey(key).text(), third.text());
     EXPECT_FALSE(fs::exists(waiting));
 }
 
