@@ -242,6 +242,8 @@ std::string keyToPlace(const fs::path& file, const Options& options)
             u"En " + keyPlace().u16string() +
                 u" hay otra clave que la de la copia: no se ha "
                 u"restaurado nada. Guárdela en otro sitio y repita la orden, o repítala sin --frase.");
+    if (fs::exists(keyPlace()))
+        readKey(keyPlace()); // Fails: it is no key, and leaves no place for one.
     return *key;
 }
 

@@ -208,7 +208,7 @@ int runGuarded(std::span<char*> arguments)
         std::cerr << "zvconf: " << error.what() << " Con --help se ven las órdenes.\n";
     } catch (const std::filesystem::filesystem_error& error) {
         std::cerr << toUtf8(u"zvconf: «" + error.path1().u16string() + u"»: " + wordsFor(error.code()))
-                  << ".\n";
+                  << ". Mire si el nombre es ése, si tiene permiso y si queda sitio.\n";
     } catch (const std::exception& error) {
         std::cerr << "zvconf: " << error.what() << '\n';
     }

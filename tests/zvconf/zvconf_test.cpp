@@ -292,6 +292,8 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"restaurar --bd sqlite:c.db uno otro", "«otro» no es una opción"},
         {"progreso --bd sqlite:c.db --tipo bachiller", "no es un tipo de informe"},
         {"progreso --bd sqlite:c.db --json --csv", "no van juntas"},
+        {"diario lista --carpeta texto.db", "«texto.db» no es una carpeta"},
+        {"diario lista --carpeta nada", "«nada» no es una carpeta"},
         {"clave", "A clave le falta qué hacer"},
         {"clave cambiar", "Falta --bd."},
         {"$(printf '\\377')", "no está en UTF-8"},
