@@ -31,6 +31,9 @@ std::string passphraseIn(const Options& options)
         return {};
     const String& place = options.values(u"--frase").front();
     std::ifstream stream(pathIn(place));
+    if (!stream)
+        throw RuntimeError(failure::otherData,
+                           u"«" + place + u"» no se puede leer: compruebe el nombre y el permiso.");
     std::string line;
     std::getline(stream, line);
     if (line.starts_with("\xEF\xBB\xBF"))
