@@ -4,7 +4,10 @@
 #include "robot/Monkey.h"
 #include "robot/TextTrial.h"
 #include "robot/Verbs.h"
+#include "runtime/Convert.h"
+#include "session/DialogDirectory.h"
 
+#include <algorithm>
 #include <iostream>
 
 namespace zv::zvconf {
@@ -46,11 +49,15 @@ int textos(Arguments arguments)
     const Options options(arguments, {{u"--ventana", 1}, {u"--cada", 1}, database});
     TextTrial trial;
     trial.every = numberOf(options, u"--cada", trial.every);
-    if (options.has(u"--ventana"))
-        trial.dialog = options.values(u"--ventana").front();
     if (options.has(database.name))
         trial.url = options.values(database.name).front();
     installModule();
+    if (options.has(u"--ventana"))
+        trial.dialog = options.values(u"--ventana").front();
+    if (!trial.dialog.empty() && std::ranges::none_of(dialogs().names(), [&](const String& each) {
+            return sameName(each, trial.dialog);
+        }))
+        throw UsageError(u"«" + trial.dialog + u"» no es una ventana: «zvconf nodos» las dice.");
     return tryTexts(trial, std::cout) ? done : found;
 }
 

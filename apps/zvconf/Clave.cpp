@@ -15,7 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Path with a suffix appended.
-fs::path beside(const fs::path& file, const char* ending)
+fs::path beside(const fs::path& file, std::string_view ending)
 {
     fs::path other = file;
     return other += ending;
@@ -138,10 +138,11 @@ private:
         already_ -= changed_;
         return changed;
     }
-    void putNewKeyInPlace() const
+    /// No earlier key is written over: copies of then may need each.
+    void putNewKeyInPlace()
     {
-        fs::remove(previous_);
-        createKey(previous_, old_);
+        for (Long number = 2; !createKey(previous_, old_); ++number)
+            previous_ = beside(place_, ".anterior-" + std::to_string(number));
         fs::rename(waiting_, place_);
     }
 

@@ -61,7 +61,8 @@ struct Option {
 };
 
 /// Parser of a command line's options, and of its operands (files, numbers), which stand anywhere among them.
-/// An unknown or repeated option, one without its values, or an operand too many fails with a UsageError.
+/// An unknown or repeated option, one without its values, an empty one (a script's variable that is not set),
+/// or an operand too many fails with a UsageError.
 class Options {
 public:
     Options(Arguments arguments, std::span<const Option> known, std::size_t mostOperands = 0);
@@ -71,7 +72,7 @@ public:
     bool has(StringView name) const { return given_.contains(name); }
     /// Values of a mandatory option; fails with a UsageError if it is missing.
     const std::vector<String>& values(StringView name) const;
-    /// Operand by its place, from 0; a UsageError that asks for `what` if there is none.
+    /// Operand by its place, from 0; a UsageError that asks for `what` if there is none, or an empty one.
     const String& operand(std::size_t place, StringView what) const;
     bool hasOperands() const { return !operands_.empty(); }
 

@@ -31,6 +31,9 @@ std::string passphraseIn(const Options& options)
         return {};
     const String& place = options.values(u"--frase").front();
     std::ifstream stream(pathIn(place));
+    if (!stream)
+        throw RuntimeError(failure::otherData,
+                           u"«" + place + u"» no se puede leer: compruebe el nombre y el permiso.");
     std::string line;
     std::getline(stream, line);
     if (line.starts_with("\xEF\xBB\xBF"))
@@ -242,6 +245,8 @@ std::string keyToPlace(const fs::path& file, const Options& options)
             u"En " + keyPlace().u16string() +
                 u" hay otra clave que la de la copia: no se ha "
                 u"restaurado nada. Guárdela en otro sitio y repita la orden, o repítala sin --frase.");
+    if (fs::exists(keyPlace()))
+        readKey(keyPlace()); // Fails: it is no key, and leaves no place for one.
     return *key;
 }
 

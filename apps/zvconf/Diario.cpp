@@ -27,6 +27,13 @@ fs::path folderIn(const Options& options)
         options.has(u"--carpeta") ? fs::path(options.values(u"--carpeta").front()) : journal::folder();
     if (folder.empty())
         throw std::runtime_error("No se sabe dónde están los diarios: dé su carpeta con --carpeta.");
+    if (options.has(u"--carpeta") && !fs::is_directory(folder))
+        throw std::runtime_error("«" + toUtf8(folder.u16string()) +
+                                 "» no es una carpeta: dé la de los diarios.");
+    std::error_code error;
+    const fs::directory_iterator readable(folder, error);
+    if (error && error != std::errc::no_such_file_or_directory)
+        throw fs::filesystem_error("no se puede leer", folder, error);
     return folder;
 }
 
@@ -229,8 +236,8 @@ int erase(Arguments arguments)
     if (journal::inUse(file))
         throw std::runtime_error("Ese diario se está escribiendo: cierre antes su ventana.");
     printLine(line(file, journal::readFile(file, journal::ownKey(file.parent_path()))));
-    if (options.has(u"--si"))
-        journal::discard(file);
+    if (options.has(u"--si") && !journal::discard(file))
+        throw std::runtime_error("No se ha podido borrar: mire si su carpeta se deja escribir.");
     printLine(options.has(u"--si") ? u"Borrado." : u"Con --si se borra, para siempre.");
     return done;
 }

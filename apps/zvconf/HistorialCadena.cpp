@@ -123,12 +123,10 @@ int olvidarHistorial(Arguments arguments)
 
 int plazoHistorial(Arguments arguments)
 {
+    const Options options(arguments, {database, really}, 1);
     std::optional<Long> months;
-    if (!arguments.empty() && !arguments.front().starts_with(u'-')) {
-        months = number(arguments.front(), u"un número de meses");
-        arguments = arguments.subspan(1);
-    }
-    const Options options(arguments, {database, really});
+    if (options.hasOperands())
+        months = number(options.operand(0, u"el número de meses"), u"un número de meses");
     const School school = openSchool(options.values(database.name).front());
     Connection& centro = *school.centro;
     return withHistory(*school.centro, [&] {

@@ -1,5 +1,6 @@
 #include "zvconf/Historial.h"
 
+#include "data/Schema.h"
 #include "data/Statement.h"
 #include "data/history/Cuts.h"
 #include "data/history/Words.h"
@@ -7,6 +8,8 @@
 #include "runtime/System.h"
 #include "suite/Registrations.h"
 #include "suite/Station.h"
+
+#include <algorithm>
 
 namespace zv::zvconf {
 namespace {
@@ -47,8 +50,12 @@ std::optional<Scope> scopeOf(const Options& options, Connection& centro)
     }
     String table = options.values(u"--fila")[0];
     const String row = rowOf(table, options.values(u"--fila")[1]);
-    return history::lastWriteOf(centro, table, row,
-                                options.has(u"--campo") ? options.values(u"--campo").front() : u"");
+    const String column = options.has(u"--campo") ? options.values(u"--campo").front() : String();
+    if (!column.empty() && std::ranges::none_of(schema::table(table)->columns(), [&](const auto& each) {
+            return sameName(each.name, column);
+        }))
+        throw UsageError(u"«" + column + u"» no es una columna de " + table + u".");
+    return history::lastWriteOf(centro, table, row, column);
 }
 
 /// A save that was cut is taken back as such, so that it is no longer told.

@@ -5,6 +5,7 @@
 #include "data/history/Words.h"
 #include "runtime/Convert.h"
 #include "runtime/Json.h"
+#include "runtime/Time.h"
 
 #include <map>
 
@@ -33,7 +34,10 @@ Wish wishOf(const Options& options)
         throw UsageError(u"--fila quiere también --tabla.");
     }
     if (options.has(u"--dia")) {
-        const Seconds begin = momentFrom(options.values(u"--dia").front());
+        const String& day = options.values(u"--dia").front();
+        const Seconds begin = momentFrom(day);
+        if (localText(begin).substr(0, 10) != day)
+            throw UsageError(u"«" + day + u"» no es un día (AAAA-MM-DD).");
         // 23 to 25 hours; the day after begins where it begins.
         const String next = localText(begin + std::chrono::hours(26)).substr(0, 10);
         result.condition += u" AND Momento>=" + textLiteral(momentText(begin)) + u" AND Momento<" +

@@ -28,7 +28,8 @@ std::vector<CsvLine> linesOf(const String& file)
     std::ifstream stream(std::filesystem::path(file), std::ios::binary);
     stream.peek(); // Opening a folder succeeds; reading it fails.
     if (!stream.is_open() || stream.bad())
-        throw std::runtime_error("No se puede leer el fichero " + toUtf8(file) + ".");
+        throw std::runtime_error("«" + toUtf8(file) +
+                                 "» no se puede leer: compruebe el nombre y el permiso.");
     std::ostringstream bytes;
     bytes << stream.rdbuf();
     return csvLines(csvText(bytes.str()));

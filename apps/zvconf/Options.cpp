@@ -22,6 +22,8 @@ Options::Options(Arguments arguments, std::span<const Option> known, std::size_t
         if (arguments.size() < option->values)
             throw UsageError(u"A " + name + u" le falta su valor.");
         const Arguments values = arguments.first(option->values);
+        if (std::ranges::find(values, u"") != values.end())
+            throw UsageError(u"A " + name + u" le falta su valor: está vacío.");
         if (!given_.try_emplace(name, values.begin(), values.end()).second)
             throw UsageError(name + u" está dos veces.");
         arguments = arguments.subspan(option->values);
@@ -38,7 +40,7 @@ const std::vector<String>& Options::values(StringView name) const
 
 const String& Options::operand(std::size_t place, StringView what) const
 {
-    if (place >= operands_.size())
+    if (place >= operands_.size() || operands_[place].empty())
         throw UsageError(u"Falta " + String(what) + u".");
     return operands_[place];
 }

@@ -172,8 +172,11 @@ int progreso(Arguments arguments)
         look.section = numberFrom(options.values(u"--seccion").front());
     const Panel panel = progress::panel(*inspectSchool(options.values(u"--bd").front()).centro, look);
     if (look.section != 0 && panel.sections.empty())
-        throw RuntimeError(failure::otherData,
-                           statement(u"La sección {} no está, o no tiene esos informes.", {look.section}));
+        throw RuntimeError(
+            failure::otherData,
+            statement(u"La sección {} no está, o no tiene esos informes. Los números de las que "
+                      u"los tienen los da «zvconf progreso --json», en «seccion».",
+                      {look.section}));
     const bool onlyMissing = options.has(u"--faltan");
     if (options.has(u"--json"))
         printJson(panel, onlyMissing);

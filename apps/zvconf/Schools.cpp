@@ -57,7 +57,10 @@ int list(Connection& centro)
 int releaseOne(Connection& centro, const std::vector<String>& row)
 {
     const bool released = release(centro, row[0], rowNumber(row[1]));
-    printLine(row[0] + u" " + row[1] + (released ? u" queda libre." : u" no estaba en uso."));
+    printLine(row[0] + u" " + row[1] +
+              (released ? u" queda libre."
+                        : u" no estaba en uso: «zvconf registros» dice las que lo están, "
+                          u"con su nombre entero."));
     return released ? done : found;
 }
 

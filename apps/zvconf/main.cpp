@@ -40,7 +40,7 @@ constexpr StringView help = uR"(zvconf: la configuración del centro, sin pantal
   zvconf registros --bd URL [--liberar FORMULARIO FILA | --liberar-todo]
       Dice qué filas están abiertas, por quién y desde cuándo, o las libera.
   zvconf clave crear | lugar | cambiar --bd URL
-      La clave con que se cifran las enfermedades: la crea, dice dónde está y si sirve, o la cambia
+      La clave con que se cifran las enfermedades: la crea, dice dónde está o por qué no sirve, o la cambia
       por una nueva con la que cifra otra vez las enfermedades de esas bases de datos. Nadie debe tener
       abierto el programa mientras tanto; si se corta a medias, se repite la orden y termina. Todos los
       puestos de un centro necesitan la misma clave: cópiela. Está en la carpeta de configuración de
@@ -208,7 +208,7 @@ int runGuarded(std::span<char*> arguments)
         std::cerr << "zvconf: " << error.what() << " Con --help se ven las órdenes.\n";
     } catch (const std::filesystem::filesystem_error& error) {
         std::cerr << toUtf8(u"zvconf: «" + error.path1().u16string() + u"»: " + wordsFor(error.code()))
-                  << ".\n";
+                  << ". Mire si el nombre es ése, si tiene permiso y si queda sitio.\n";
     } catch (const std::exception& error) {
         std::cerr << "zvconf: " << error.what() << '\n';
     }

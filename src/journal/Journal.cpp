@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <sstream>
 #include <utility>
 
 namespace zv::journal {
@@ -95,9 +96,10 @@ Reading read(std::string_view bytes, const SecretKey& key, const Each& each)
 
 Reading readFile(const fs::path& path, const SecretKey& key, const Each& each)
 {
-    std::ifstream stream(path, std::ios::binary);
-    const std::string bytes(std::istreambuf_iterator<char>(stream), {});
-    return read(bytes, key, each);
+    // What cannot be read, such as a folder, is none.
+    std::ostringstream bytes;
+    bytes << std::ifstream(path, std::ios::binary).rdbuf();
+    return read(bytes.str(), key, each);
 }
 
 } // namespace zv::journal

@@ -127,10 +127,11 @@ std::size_t forgotten(const fs::path& folder, int days)
     }));
 }
 
-void discard(const fs::path& journal)
+bool discard(const fs::path& journal)
 {
-    std::error_code ignored;
-    fs::remove(journal, ignored);
+    std::error_code error;
+    fs::remove(journal, error);
+    return !error;
 }
 
 void keepOnly(Found& found, const std::vector<Item>& left)

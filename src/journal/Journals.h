@@ -32,8 +32,8 @@ std::size_t forgotten(const std::filesystem::path& folder, int days);
 /// Every journal's file, also those that cannot be read or are being written; but for empty ones, which
 /// programs keep for the next.
 std::vector<std::filesystem::path> journalFiles(const std::filesystem::path& folder);
-/// Deletes a journal for good.
-void discard(const std::filesystem::path& journal);
+/// Deletes a journal for good; false if it is still there.
+bool discard(const std::filesystem::path& journal);
 /// Keeps of a journal what has no place any more, in place of the whole, in a file of its own; with nothing
 /// left it is deleted, and has no path. It is on the disk when this returns; where it cannot be written the
 /// whole stays. Fails with a std::system_error.

@@ -7,6 +7,7 @@
 
 #include <fstream>
 #include <sodium.h>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -47,8 +48,9 @@ SecretKey ownKey(const fs::path& folder)
     if (owneronly::openToOthers(file))
         failKey(file,
                 u"la pueden leer otros: quíteles el permiso (" + String(owneronly::closingCommand()) + u").");
-    std::ifstream stream(file, std::ios::binary);
-    const std::string text(std::istreambuf_iterator<char>(stream), {});
+    std::ostringstream bytes;
+    bytes << std::ifstream(file, std::ios::binary).rdbuf();
+    const std::string text = bytes.str();
     if (text.size() != key.size())
         failKey(file, u"no se puede leer o está estropeada: bórrela, y los diarios que haya con ella.");
     std::copy(text.begin(), text.end(), key.begin());

@@ -92,7 +92,8 @@ std::optional<Seconds> momentIn(StringView text)
 std::optional<Seconds> localMomentIn(StringView text)
 {
     const auto wanted = momentIn(text);
-    if (!wanted)
+    // Nor what comes to a moment only by being counted on, as the hour 25 does.
+    if (!wanted || momentText(*wanted) != text)
         return std::nullopt;
     // By trial: the offset of about then, and with it that of then.
     Seconds result = *wanted;

@@ -249,6 +249,9 @@ TEST_F(JournalTest, is_listed_shown_exported_and_deleted_by_the_command)
     EXPECT_THAT(said("lista"), HasSubstr("No hay diarios.\n0"));
     EXPECT_THAT(said("ver " + number), testing::EndsWith("2"));
     EXPECT_THAT(said("anota"), testing::EndsWith("2"));
+    std::filesystem::create_directories(folder / "9.diario" / "nada");
+    EXPECT_THAT(said("lista"), HasSubstr("9: no es un diario, o no se puede leer.\n0"));
+    EXPECT_THAT(said("borrar 9 --si"), HasSubstr("No se ha podido borrar"));
 }
 
 } // namespace

@@ -241,16 +241,19 @@ TEST_F(Zvconf, changes_the_key_also_after_a_change_that_was_cut_off)
                                 "Textos cifrados con la clave nueva: 11; lo estaban ya: 0.\n"))
         << out;
     EXPECT_EQ(readKey(key).text(), second.text());
-    EXPECT_EQ(readKey(folder / "clave.anterior").text(), first.text());
     EXPECT_FALSE(fs::exists(waiting));
     EXPECT_EQ(names(*school.centro, second), plain);
     EXPECT_EQ(names(*school.borrado, second).front(), "Viruela");
+    EXPECT_EQ(run("clave cambiar --bd sqlite:c.db"), 0) << out << err;
+    EXPECT_EQ(readKey(folder / "clave.anterior").text(), first.text()) << "the copies of then need it";
+    EXPECT_EQ(readKey(folder / "clave.anterior-2").text(), second.text());
+    const CipherKey third = readKey(key);
 
     school.centro->Execute(u"Update Enfermedad Set Nombre='ajeno' Where IDEnfermedad=2");
     EXPECT_EQ(run("clave cambiar --bd sqlite:c.db"), 1);
     EXPECT_NE(out.find("Base del centro: la enfermedad 2 no se puede descifrar (Nombre)."), std::string::npos)
         << out;
-    EXPECT_EQ(readKey(key).text(), second.text());
+    EXPECT_EQ(readKey(key).text(), third.text());
     EXPECT_FALSE(fs::exists(waiting));
 }
 
@@ -266,6 +269,7 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"crear --bd sqlite:d.db --ejempl", "«--ejempl» no es una opción"},
         {"crear --bd sqlite:d.db --bd sqlite:e.db", "--bd está dos veces."},
         {"crear --bd sqlite:c.db", "«c.db» ya existe"},
+        {"crear --bd ''", "A --bd le falta su valor: está vacío."},
         {"crear --bd sqlite:no/c.db", "su carpeta no existe"},
         {"crear --bd c.db", "«sqlite:»"},
         {"crear --bd 'obdc:DSN=x;PWD=oculta;UID=y'", "«obdc:DSN=x;UID=y»"},
@@ -282,6 +286,8 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"registros --bd sqlite:c.db --liberar frmPais 3x", "«3x» no es el número de una fila."},
         {"registros --bd sqlite:c.db --liberar frmPais 3 --liberar-todo", "no van juntas"},
         {"copia", "Falta el fichero de la copia."},
+        {"copia '' --bd sqlite:c.db", "Falta el fichero de la copia."},
+        {"copia a.zvcopia --bd sqlite:c.db --frase nada.txt", "«nada.txt» no se puede leer"},
         {"copia --diaria x", "Falta --bd."},
         {"copia --comprobar a.zvcopia --bd sqlite:c.db", "--comprobar va sin --bd"},
         {"copia --diaria x --comprobar", "no van juntas"},
@@ -289,6 +295,12 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"restaurar --bd sqlite:c.db uno otro", "«otro» no es una opción"},
         {"progreso --bd sqlite:c.db --tipo bachiller", "no es un tipo de informe"},
         {"progreso --bd sqlite:c.db --json --csv", "no van juntas"},
+        {"historial deshacer --bd sqlite:c.db --desde '2026-11-27 25:00'", "no es un día (AAAA-MM-DD) ni"},
+        {"historial ver --bd sqlite:c.db --dia '2026-11-27 10:00'", "no es un día (AAAA-MM-DD)."},
+        {"historial deshacer --bd sqlite:c.db --fila Pais 1 --campo Nombre", "no es una columna de Pais."},
+        {"textos --ventana frmNadie", "«frmNadie» no es una ventana"},
+        {"diario lista --carpeta texto.db", "«texto.db» no es una carpeta"},
+        {"diario lista --carpeta nada", "«nada» no es una carpeta"},
         {"clave", "A clave le falta qué hacer"},
         {"clave cambiar", "Falta --bd."},
         {"$(printf '\\377')", "no está en UTF-8"},

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <sstream>
 #include <vector>
 
 namespace zv {
@@ -84,8 +85,9 @@ CipherKey readKey(const fs::path& file)
 
 std::string keyFileText()
 {
-    std::ifstream stream(keyPlace(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    std::ostringstream bytes;
+    bytes << std::ifstream(keyPlace(), std::ios::binary).rdbuf();
+    return bytes.str();
 }
 
 bool checkKey(const School& school)

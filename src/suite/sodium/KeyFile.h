@@ -18,7 +18,7 @@ inline constexpr std::int32_t cipherFailed = -2147220991;
 std::filesystem::path keyPlace();
 /// Fails if the file is missing, unreadable, malformed, or accessible to others.
 CipherKey readKey(const std::filesystem::path& file);
-/// The key file's whole text, as createKey() wrote it; "" where there is none.
+/// The key file's whole text, as createKey() wrote it; "" where there is none that can be read.
 std::string keyFileText();
 /// Whether a school has enciphered texts. Fails as readKey() if it has, and if the key in its place opens
 /// none.
