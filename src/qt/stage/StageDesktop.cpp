@@ -22,6 +22,13 @@ void StageDesktop::breathe()
     pause.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
+/// The window below gets the keyboard back by an event, which a person's next act would find done.
+void StageDesktop::runModal(Form& form)
+{
+    Reporting::runModal(form);
+    breathe();
+}
+
 void StageDesktop::runWindow(FormWindow& window)
 {
     window.ready();

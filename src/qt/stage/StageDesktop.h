@@ -14,6 +14,7 @@ public:
 
     /// Runs the event loop for one pace, so that a person can watch.
     void breathe() override;
+    void runModal(Form& form) override;
 
 protected:
     bool helps() const override { return false; }
