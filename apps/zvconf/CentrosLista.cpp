@@ -4,10 +4,9 @@
 #include "data/SchoolPlace.h"
 #include "runtime/Convert.h"
 #include "runtime/OwnerOnly.h"
+#include "runtime/WholeFile.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -183,14 +182,12 @@ private:
 
 std::vector<ListedSchool> schoolsIn(const fs::path& list)
 {
-    std::error_code ignored;
-    std::ifstream stream(list, std::ios::binary);
-    if (!stream.is_open() || fs::is_directory(list, ignored))
+    const auto bytes = wholeFile(list);
+    if (!bytes)
         throw std::runtime_error("«" + toUtf8(list.u16string()) +
                                  "» no se puede leer: dé el fichero de texto con la lista de los centros.");
-    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
     Reader reader(list);
-    reader.read(bytes);
+    reader.read(*bytes);
     return std::move(reader).schools();
 }
 

@@ -9,12 +9,11 @@
 #include "robot/ScratchSchool.h"
 #include "runtime/Convert.h"
 #include "runtime/Json.h"
+#include "runtime/WholeFile.h"
 #include "suite/sodium/KeyFile.h"
 
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <sstream>
 #include <stdexcept>
 
 namespace zv::zvconf {
@@ -25,14 +24,11 @@ constexpr Long stride = 500;
 
 std::vector<CsvLine> linesOf(const String& file)
 {
-    std::ifstream stream(std::filesystem::path(file), std::ios::binary);
-    stream.peek(); // Opening a folder succeeds; reading it fails.
-    if (!stream.is_open() || stream.bad())
+    const auto bytes = wholeFile(file);
+    if (!bytes)
         throw std::runtime_error("«" + toUtf8(file) +
                                  "» no se puede leer: compruebe el nombre y el permiso.");
-    std::ostringstream bytes;
-    bytes << stream.rdbuf();
-    return csvLines(csvText(bytes.str()));
+    return csvLines(csvText(*bytes));
 }
 
 /// By its number, or by what the list is called.

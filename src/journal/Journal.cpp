@@ -1,8 +1,8 @@
 #include "journal/Journal.h"
 
+#include "runtime/WholeFile.h"
+
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 #include <utility>
 
 namespace zv::journal {
@@ -96,10 +96,8 @@ Reading read(std::string_view bytes, const SecretKey& key, const Each& each)
 
 Reading readFile(const fs::path& path, const SecretKey& key, const Each& each)
 {
-    // What cannot be read, such as a folder, is none.
-    std::ostringstream bytes;
-    bytes << std::ifstream(path, std::ios::binary).rdbuf();
-    return read(bytes.str(), key, each);
+    // What cannot be read is none.
+    return read(wholeFile(path).value_or(""), key, each);
 }
 
 } // namespace zv::journal

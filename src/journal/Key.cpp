@@ -4,10 +4,10 @@
 #include "runtime/OwnerOnly.h"
 #include "runtime/PrivateFile.h"
 #include "runtime/System.h"
+#include "runtime/WholeFile.h"
 
-#include <fstream>
+#include <algorithm>
 #include <sodium.h>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -48,12 +48,10 @@ SecretKey ownKey(const fs::path& folder)
     if (owneronly::openToOthers(file))
         failKey(file,
                 u"la pueden leer otros: quíteles el permiso (" + String(owneronly::closingCommand()) + u").");
-    std::ostringstream bytes;
-    bytes << std::ifstream(file, std::ios::binary).rdbuf();
-    const std::string text = bytes.str();
-    if (text.size() != key.size())
+    const auto text = wholeFile(file);
+    if (!text || text->size() != key.size())
         failKey(file, u"no se puede leer o está estropeada: bórrela, y los diarios que haya con ella.");
-    std::copy(text.begin(), text.end(), key.begin());
+    std::ranges::copy(*text, key.begin());
     return key;
 }
 

@@ -4,12 +4,12 @@
 #include "data/history/HistoryEngine.h"
 #include "robot/FreshSchool.h"
 #include "robot/Verbs.h"
+#include "runtime/WholeFile.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <ostream>
-#include <sstream>
 
 namespace zv {
 
@@ -69,13 +69,9 @@ Options understood(std::span<const String> words)
 
 std::string contents(const String& file)
 {
-    std::ifstream stream(std::filesystem::path(file), std::ios::binary);
-    stream.peek(); // Opening a folder succeeds; reading it fails.
-    if (!stream.is_open() || stream.bad())
-        throw std::runtime_error("no se puede leer el fichero");
-    std::ostringstream bytes;
-    bytes << stream.rdbuf();
-    return bytes.str();
+    if (auto bytes = wholeFile(file))
+        return *std::move(bytes);
+    throw std::runtime_error("no se puede leer el fichero");
 }
 
 class Runner {

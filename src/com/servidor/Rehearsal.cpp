@@ -2,11 +2,10 @@
 
 #include "robot/ScriptedStage.h"
 #include "robot/Verbs.h"
+#include "runtime/WholeFile.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace zv::com {
 
@@ -18,18 +17,13 @@ constexpr std::string_view hostsTurn = "anfitrion\n";
 
 std::string contents(const std::string& file)
 {
-    const std::filesystem::path path(std::u8string(file.begin(), file.end()));
-    std::ifstream stream(path, std::ios::binary);
-    stream.peek(); // Opening a folder succeeds; reading it fails.
-    if (!stream.is_open() || stream.bad())
+    auto text = wholeFile(std::u8string(file.begin(), file.end()));
+    if (!text)
         throw RuntimeError(failure::fileMissing,
                            u"No se puede leer el guion que nombra ZV_ESCRITORIO: " + fromUtf8(file));
-    std::ostringstream bytes;
-    bytes << stream.rdbuf();
     // The host's turn comes before the first line, but behind the mark that editors put in front of UTF-8.
     constexpr std::string_view mark = "\xEF\xBB\xBF";
-    std::string text = bytes.str();
-    return text.insert(text.starts_with(mark) ? mark.size() : 0, hostsTurn);
+    return text->insert(text->starts_with(mark) ? mark.size() : 0, hostsTurn);
 }
 
 bool isOneOf(std::span<const Verb> verbs, StringView name)

@@ -4,10 +4,10 @@
 #include "runtime/OwnerOnly.h"
 #include "runtime/PrivateFile.h"
 #include "runtime/System.h"
+#include "runtime/WholeFile.h"
 
 #include <algorithm>
 #include <fstream>
-#include <sstream>
 #include <vector>
 
 namespace zv {
@@ -83,12 +83,7 @@ CipherKey readKey(const fs::path& file)
     return *key;
 }
 
-std::string keyFileText()
-{
-    std::ostringstream bytes;
-    bytes << std::ifstream(keyPlace(), std::ios::binary).rdbuf();
-    return bytes.str();
-}
+std::string keyFileText() { return wholeFile(keyPlace()).value_or(""); }
 
 bool checkKey(const School& school)
 {
