@@ -111,7 +111,10 @@ class Remote:
                 libc.free(each.value.pointer - 8)
         if done < 0:
             take_text(failed.source)
-            raise Failure((failed.result if done == EXCEPTION else done) - FAILURE_BASE, take_text(failed.description))
+            number = failed.result if done == EXCEPTION else done
+            # Los números propios van sumados a una base; los de la base de datos, como son.
+            own = number - FAILURE_BASE
+            raise Failure(own if 0 < own <= 65535 else number, take_text(failed.description))
         return value(result)
 
 
@@ -138,6 +141,8 @@ def value(v):
 
 class Session:
     """La sesión: lo que el módulo lee y escribe por su nombre."""
+    held = set()  # Las que tiene el módulo: no se pueden ir, aunque aquí ya no las nombre nadie.
+
     def __init__(self, **members):
         self.members = members
         self.references = 1
@@ -150,12 +155,13 @@ class Session:
 
     def count(self, change):
         self.references += change
+        (self.held.add if self.references > 1 else self.held.discard)(self)
         return self.references
 
     def query(self, _, interface, place):
         if bytes(interface[0]) not in (bytes(UNKNOWN_ID), bytes(DISPATCH_ID)):
             return -2147467262
-        self.references += 1
+        self.count(1)
         place[0] = self.pointer
         return OK
 

@@ -48,7 +48,7 @@ typedef struct ZvLibrary {
 } ZvLibrary;
 
 /* Carga la biblioteca de esa ruta (en UTF-8). Si no puede, o no es un servidor, da ZV_E_FAIL y deja en el
- * fallo por qué, si se da dónde. */
+ * fallo por qué, con el número 429, si se da dónde. */
 static inline ZvResult zv_library_open(ZvLibrary* library, const char* file, ZvFailure* failure)
 {
     memset(library, 0, sizeof *library);
@@ -64,7 +64,7 @@ static inline ZvResult zv_library_open(ZvLibrary* library, const char* file, ZvF
     }
     if (failure != NULL) {
         memset(failure, 0, sizeof *failure);
-        failure->number = ZV_E_FAIL;
+        failure->number = 429;
         if (library->handle == NULL)
             zv_system_reason(failure->text, sizeof failure->text);
         else

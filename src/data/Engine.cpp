@@ -112,7 +112,8 @@ Engine& engineOf(StringView url)
         return **known;
     String schemes;
     for (const auto& engine : engines())
-        schemes += (schemes.empty() ? u"«" : u", «") + String(engine->scheme()) + u":»";
+        if (engine->isForPeople())
+            schemes += (schemes.empty() ? u"«" : u", «") + String(engine->scheme()) + u":»";
     throw RuntimeError(failure::otherData, u"«" + withoutPassword(url) +
                                                u"» no dice en qué motor está la base de datos; empiece por " +
                                                (schemes.empty() ? String(u"(ninguno disponible)") : schemes) +

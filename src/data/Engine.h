@@ -53,6 +53,8 @@ class Engine {
 public:
     virtual ~Engine() = default;
     virtual StringView scheme() const = 0;
+    /// Whether a person who names none is told of it.
+    virtual bool isForPeople() const { return true; }
     /// Of a database that this engine opened: one engine may reach several kinds.
     virtual DdlStyle ddl(Connection& connection) = 0;
     /// Opens an existing database. `location` is the URL without its scheme. Fails with a RuntimeError that

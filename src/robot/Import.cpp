@@ -150,9 +150,10 @@ public:
             if (std::exchange(columnOf[static_cast<std::size_t>(field - fields.begin())], column))
                 refuse(u"La columna " + between(heading) + u" está dos veces.");
         }
-        for (std::size_t i = 0; i < fields.size(); ++i) {
+        for (std::size_t i = 0; i < fields.size(); ++i)
             if (!columnOf[i] && fields[i].mandatory)
                 refuse(u"Falta la columna " + between(fields[i].headings.front()) + u".");
+        for (std::size_t i = 0; i < fields.size(); ++i) {
             if (!columnOf[i])
                 continue;
             // What is refused is told by the list's own heading.

@@ -79,6 +79,7 @@ private:
 class LateEngine final : public Engine {
 public:
     StringView scheme() const override { return u"tardia"; }
+    bool isForPeople() const override { return false; }
     DdlStyle ddl(Connection& connection) override
     {
         return inner_->ddl(*dynamic_cast<LateSchoolConnection&>(connection).inner());

@@ -82,7 +82,7 @@ TEST(Client, calls_by_name_and_is_told_number_text_and_source)
     EXPECT_FALSE(module.unload());
     report = {};
     EXPECT_FALSE(module.unload()) << "the list that was replaced is held still";
-    EXPECT_EQ(failureOf([] { client::Library("/nada.so"); }), "-2147467259 " + std::string(notThere) + " ()");
+    EXPECT_EQ(failureOf([] { client::Library("/nada.so"); }), "429 " + std::string(notThere) + " ()");
     EXPECT_EQ(failureOf([] { client::Library::registered("Nadie.Nada"); }).substr(0, 4), "429 ");
     EXPECT_EQ(failureOf([&] { data.create(ZV_CLSID_cInformeInd); }).substr(0, 12), "-2147221231 ");
 }

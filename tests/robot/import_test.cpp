@@ -71,6 +71,8 @@ TEST(Import, types_each_line_into_the_dialog_and_tells_what_it_says)
         {Name::Paises, u"Nombre;Nombre\na;b\n",
          "La columna «Nombre» está dos veces. Las columnas de «Países» son: «País» o «Descripción» o "},
         {Name::Turnos, u"Tipo\nDiurno\n", "Falta la columna «Turno»."},
+        {Name::TiposTarea, u"Nombre\na\n",
+         "Falta la columna «Tipo de miembro». Las columnas de «Tipos de tarea» son: «Tarea» o «Descripción»"},
         {Name::Emisor, u"Nombre\na\n", "En «Emisores y ordenantes» no se importan listas:"},
         {Name::Paises, u"\n", "La lista está vacía."},
     };

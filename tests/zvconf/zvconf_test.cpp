@@ -261,6 +261,8 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
 {
     ASSERT_EQ(run("crear --bd sqlite:c.db"), 0);
     std::ofstream(folder / "texto.db") << std::string(4096, 'x');
+    ASSERT_EQ(run("copia c.zvcopia --bd sqlite:c.db"), 0);
+    fs::copy(folder / "c.db", folder / "sola.db");
     const std::pair<const char*, const char*> cases[] = {
         {"", "Falta la orden. Con --help"},
         {"crea", "«crea» no es una orden."},
@@ -271,7 +273,7 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"crear --bd sqlite:c.db", "«c.db» ya existe"},
         {"crear --bd ''", "A --bd le falta su valor: está vacío."},
         {"crear --bd sqlite:no/c.db", "su carpeta no existe"},
-        {"crear --bd c.db", "«sqlite:»"},
+        {"crear --bd c.db", "empiece por «sqlite:», «odbc:», «historial:»."},
         {"crear --bd 'obdc:DSN=x;PWD=oculta;UID=y'", "«obdc:DSN=x;UID=y»"},
         {"crear --bd 'motor://ana:o:cu@lta@equipo/base'", "«motor://ana@equipo/base»"},
         {"crear --bd 'obdc:DSN=x;PWD\t=oculta'", "«obdc:DSN=x»"},
@@ -282,6 +284,8 @@ TEST_F(Zvconf, says_what_is_wrong_with_its_command_line)
         {"comprobar --bd sqlite:nada.db", "«nada.db» no existe"},
         {"comprobar --bd sqlite:texto.db", "«texto.db» no es una base de datos"},
         {"comprobar --bd sqlite:.", "es una carpeta"},
+        {"comprobar --bd sqlite:sola.db", "«sola.borrado.db» no existe, y un centro son tres ficheros"},
+        {"restaurar c.zvcopia --bd sqlite:.", "es una carpeta"},
         {"registros --bd sqlite:c.db --liberar frmPais", "A --liberar le falta su valor."},
         {"registros --bd sqlite:c.db --liberar frmPais 3x", "«3x» no es el número de una fila."},
         {"registros --bd sqlite:c.db --liberar frmPais 3 --liberar-todo", "no van juntas"},

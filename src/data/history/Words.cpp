@@ -139,7 +139,8 @@ String told(const Entry& entry)
     switch (entry.kind) {
     case Kind::opened: {
         const Value* const dialog = valueOf(after, u"Dialogo");
-        return gone ? none : u"abre " + (dialog == nullptr ? String() : CStr(*dialog));
+        const String name = dialog == nullptr ? String() : CStr(*dialog);
+        return gone ? none : name.empty() ? u"empieza, sin ventana" : u"abre " + name;
     }
     case Kind::added:
         return row + u"fila nueva: " + (gone ? none : shown(entry.table, after));

@@ -3,6 +3,7 @@
 #include "data/Engine.h"
 
 #include <fstream>
+#include <utility>
 
 namespace zv::sqlite {
 
@@ -30,6 +31,27 @@ void failFor(const std::filesystem::path& file, StringView words, std::int32_t n
     throw RuntimeError(number, u"«" + file.u16string() + u"» " + String(words));
 }
 
+namespace {
+
+/// The live file of which this is one of the other two; empty if it is none, or that is not there.
+std::filesystem::path liveOf(const std::filesystem::path& file)
+{
+    for (const auto& [which, word] :
+         {std::pair(Database::borrado, StringView(u".borrado")), {Database::entrada, u".entrada"}}) {
+        String name = file.filename().u16string();
+        const std::size_t at = name.rfind(word);
+        if (at == String::npos)
+            continue;
+        const std::filesystem::path live = file.parent_path() / name.erase(at, word.size());
+        std::error_code ignored;
+        if (fileOf(live, which) == file && std::filesystem::exists(live, ignored))
+            return live;
+    }
+    return {};
+}
+
+} // namespace
+
 void checkPlace(const std::filesystem::path& file, bool create)
 {
     std::error_code ignored;
@@ -51,8 +73,13 @@ void checkPlace(const std::filesystem::path& file, bool create)
         failFor(file, u"no es un fichero con datos: compruebe el nombre.");
     if (create && exists)
         failFor(file, u"ya existe: elija otro nombre, o quítelo antes.");
-    if (!create && !exists)
+    if (!create && !exists) {
+        if (const std::filesystem::path live = liveOf(file); !live.empty())
+            failFor(file, u"no existe, y un centro son tres ficheros: compruebe el nombre, tráigalo de donde "
+                          u"estaba «" +
+                              live.filename().u16string() + u"», o restaure una copia de seguridad.");
         failFor(file, u"no existe: compruebe el nombre, o cree antes la base de datos.");
+    }
     if (create && file.has_parent_path() && !std::filesystem::is_directory(file.parent_path(), ignored))
         failFor(file, u"no se puede crear: su carpeta no existe.");
 }

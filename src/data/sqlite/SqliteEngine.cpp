@@ -89,7 +89,8 @@ public:
         finishReplacing(pathOf(location, Database::centro));
         return std::ranges::any_of(everyDatabase, [&](Database which) {
             std::error_code ignored;
-            return std::filesystem::exists(pathOf(location, which), ignored);
+            return std::filesystem::exists(pathOf(location, which), ignored) &&
+                   !std::filesystem::is_directory(pathOf(location, which), ignored);
         });
     }
     String beside(StringView location, StringView word) override
@@ -115,8 +116,16 @@ public:
         const std::unique_ptr<SchoolToBe> making = make(location, kept);
         for (const Database which : everyDatabase) {
             const std::filesystem::path file = pathOf(making->location(), which);
-            std::filesystem::copy_file(fileOf(live, which), file);
-            if (const std::error_code error = owneronly::flush(file))
+            std::error_code error;
+            std::filesystem::copy_file(fileOf(live, which), file, error);
+            if (!error)
+                error = owneronly::flush(file);
+            // The library tells a disk that fills up meanwhile as one that fails.
+            std::error_code ignored;
+            if (error == std::errc::io_error && std::filesystem::space(folder(location), ignored).available <
+                                                    std::filesystem::file_size(fileOf(live, which), ignored))
+                error = std::make_error_code(std::errc::no_space_on_device);
+            if (error)
                 throw std::filesystem::filesystem_error("no se puede escribir", file, error);
         }
         making->putInPlace();

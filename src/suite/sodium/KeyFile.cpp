@@ -60,7 +60,8 @@ CipherKey readKey(const fs::path& file)
         failFile(file, u"es un enlace a un fichero que no existe: corrija el enlace, o ponga la clave en su "
                        u"lugar.");
     if (status.type() == fs::file_type::not_found)
-        failFile(file, u"no existe: cópiela de donde se guarda, o haga una con «zvconf clave crear».");
+        failFile(file, u"no existe: cópiela de otro puesto o de donde se guarda. Sólo si el centro no tiene "
+                       u"todavía enfermedades, haga una con «zvconf clave crear».");
     if (status.type() != fs::file_type::regular)
         failFile(file, u"no se puede leer: no es un fichero, o no se tiene permiso.");
     if (fs::file_size(file, error) == 0)
