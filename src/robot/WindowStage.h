@@ -113,7 +113,7 @@ public:
     /// the model's way.
     bool paste(TextBox& box, StringView text) override
     {
-        if (box.MultiLine() && Replace(Replace(text, u"\r\n", u"\n"), u"\n", u"\r\n") != text)
+        if (box.MultiLine() && Replace(text, u"\r\n", u"").find_first_of(u"\r\n") != String::npos)
             return directly(box.form(), [&](Acts& acts) { return acts.paste(box, text); });
         return really(box.form(), [&] { fromClipboard(box, text); });
     }
