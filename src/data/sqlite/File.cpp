@@ -42,7 +42,7 @@ std::filesystem::path liveOf(const std::filesystem::path& file)
         const std::size_t at = name.rfind(word);
         if (at == String::npos)
             continue;
-        const std::filesystem::path live = file.parent_path() / name.erase(at, word.size());
+        std::filesystem::path live = file.parent_path() / name.erase(at, word.size());
         std::error_code ignored;
         if (fileOf(live, which) == file && std::filesystem::exists(live, ignored))
             return live;
